@@ -1,0 +1,53 @@
+#pragma once
+
+#include "fw_Export.h"
+
+namespace utility {
+class GetStream;
+class PutStream;
+} // namespace utility
+
+namespace framework {
+
+class Memory;
+
+/// The process: its memory object, its end, and the commands that it runs.
+///
+/// A program makes at most one container, early, and keeps it to its end. `m_pMemory` is kept, not owned. The static
+/// operations are safe from any thread once the container stands.
+///
+///     framework::Container::spawn("cp passwd.new passwd", nullptr, nullptr);
+class VXFW_EXPORT Container {
+public:
+    /// Becomes the container of the process (`m_pMe`).
+    Container();
+    Container(const Container&) = delete;
+    Container& operator=(const Container&) = delete;
+    virtual ~Container();
+
+    /// The container, or null when the program made none.
+    static Container* getContainer() { return m_pMe; }
+    /// The memory object of the process, or null: then storage comes from `malloc`.
+    static Memory* getMemory() { return m_pMemory; }
+
+    /// Runs a command without a shell and waits for it. Words are separated by white space; double quotes group. The
+    /// program is looked up on the PATH. `in` feeds its standard input, `out` takes its standard output; null means
+    /// neither: it reads /dev/null and keeps this process's standard output. Returns whether the command ran and ended
+    /// with status 0. Not for signal handlers.
+    static bool spawn(const char* command, utility::GetStream* in, utility::PutStream* out);
+
+    /// Ends the process by the default action of `sig`, with a dump where that action dumps. Never returns.
+    [[noreturn]] static void dumpApplication(int sig);
+
+    /// Ends the process through `shutdown` of the container; without a container with status 0 when `clean`, else 1.
+    static void shutdownApplication(bool clean);
+
+    static Memory* m_pMemory;
+    static Container* m_pMe;
+
+protected:
+    /// The end of the process; a program may override it to end otherwise. Here: `exit` with 0 when `clean`, else 1.
+    virtual void shutdown(bool clean);
+};
+
+} // namespace framework

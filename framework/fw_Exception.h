@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstdint>
+#include <cstring>
+#include <exception>
+
+#include "fw_Export.h"
+#include "fw_StringToken.h"
+
+namespace framework {
+
+/// The one exception of the stack.
+///
+/// It is thrown as a pointer to a newly allocated object; who catches the pointer owns it and deletes it. The object
+/// holds its texts itself, so a copy is whole and independent. A text longer than 255 characters is cut.
+///
+///     try {
+///         stream.PutC('x');
+///     } catch (framework::Exception* failure) {
+///         report(failure->code(), failure->file(), failure->line());   // 1239, "ut_PutStream", ...
+///         delete failure;
+///     }
+class VXFW_EXPORT Exception : public std::exception {
+public:
+    /// `file` is the bare source file name, `function` the full signature text. Null texts count as empty.
+    Exception(unsigned int code, const char* file, int line, const char* function, const char* message, bool flag);
+
+    // Both are emitted by every library that includes this header: the utility library exports them as well.
+    [[gnu::used]] Exception(const Exception& other) : std::exception(other) {
+        std::memcpy(m_words, other.m_words, sizeof m_words);
+        std::memcpy(m_function, other.m_function, sizeof m_function);
+        std::memcpy(m_message, other.m_message, sizeof m_message);
+    }
+    [[gnu::used]] ~Exception() override {}
+
+    Exception& operator=(const Exception&) = delete;
+
+    /// The message; never null.
+    const char* what() const noexcept override;
+
+    /// What failed: one of the few codes that the whole stack shares.
+    unsigned int code() const { return m_words[0]; }
+    /// The bare name of the source file that threw; the empty text when it is not known.
+    const char* file() const;
+    /// The line that threw.
+    int line() const { return static_cast<int>(m_words[2]); }
+    /// The signature text of the operation that threw; never null.
+    const char* function() const { return m_function; }
+    /// The message; never null, often empty.
+    const char* message() const { return m_message; }
+    /// False only for failures that a user's input causes (dates), true for all others.
+    bool flag() const { return m_words[3] != 0; }
+
+private:
+    std::uint32_t m_words[4]; // code, token of the file name, line, flag
+    char m_function[256];
+    char m_message[256];
+};
+
+} // namespace framework

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <cstdint>
+
+namespace strings {
+
+/// The number of an interned text; 0 is never the number of a text.
+typedef std::uint32_t stringtoken;
+
+} // namespace strings
+
+using strings::stringtoken;
