@@ -1,0 +1,64 @@
+#include "ut_Array.h"
+
+#include <cstring>
+
+#include "fw_Memory.h"
+#include "ut_Failure.h"
+#include "ut_Trace.h"
+
+namespace utility {
+
+namespace {
+
+const unsigned int TRACE_SWITCH = 292;
+const unsigned int DEFAULT_GROWTH = 20;
+
+bool isCountable(unsigned int size, unsigned int grow, size_t elementSize) {
+    unsigned int slots = 0;
+    size_t bytes = 0;
+    return !__builtin_add_overflow(size, grow, &slots) && !__builtin_mul_overflow(slots, elementSize, &bytes);
+}
+
+} // namespace
+
+Array::Array(unsigned int) : m_length(0), m_size(0), m_block(nullptr) {}
+
+Array::~Array() = default;
+
+void Array::sort() {}
+
+void Array::truncate(unsigned int length) {
+    if (m_length >= length)
+        m_length = length;
+}
+
+void* Array::realloc(void* old, unsigned int* size, unsigned int grow, size_t elementSize) {
+    if (grow == 0)
+        grow = DEFAULT_GROWTH;
+    if (!isCountable(*size, grow, elementSize))
+        VXUT_THROW(FAILURE_ARRAY_STORAGE, "");
+
+    const unsigned int newSize = *size + grow;
+    const size_t oldBytes = *size * elementSize;
+    const size_t newBytes = newSize * elementSize;
+    char* const block = static_cast<char*>(framework::Memory::StaticAlloc(newBytes));
+    VXUT_TRACE(TRACE_SWITCH, "growing array from %d to %d, old [%p], new [%p]", static_cast<int>(oldBytes),
+               static_cast<int>(newBytes), old, static_cast<void*>(block));
+    if (block == nullptr)
+        VXUT_THROW(FAILURE_ARRAY_STORAGE, "");
+
+    if (old != nullptr) {
+        VXUT_TRACE(TRACE_SWITCH, "copy from [%p] to [%p] of %d bytes", old, static_cast<void*>(block),
+                   static_cast<int>(oldBytes));
+        std::memcpy(block, old, oldBytes);
+        const size_t clearBytes = grow * elementSize;
+        VXUT_TRACE(TRACE_SWITCH, "clear memory at [%p], %d bytes", static_cast<void*>(block + oldBytes),
+                   static_cast<int>(clearBytes));
+        std::memset(block + oldBytes, 0, clearBytes);
+        framework::Memory::StaticFree(old);
+    }
+    *size = newSize;
+    return block;
+}
+
+} // namespace utility
