@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdarg>
+
 #include "fw_Export.h"
 #include "fw_KnownStrings.h"
 #include "fw_StringToken.h"
@@ -68,7 +70,13 @@ public:
     /// Logs an error (type 0) tagged with the caller's signature text and line.
     void LogMethodError(const char* function, int line, const char* format, ...) const VXFW_PRINTF(4, 5);
 
+protected:
+    /// What `setError` does, for classes that override it.
+    void setErrorFrom(const char* format, va_list arguments) VXFW_PRINTF(2, 0);
+
 private:
+    void dropErrorMessage();
+
     Memory* m_memory;
     FSUMemory* m_pool;
     const char* m_errorMessage;

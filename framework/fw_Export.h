@@ -3,5 +3,5 @@
 /// Marks what the shared library offers; everything else stays hidden.
 #define VXFW_EXPORT __attribute__((visibility("default")))
 
-/// Lets the compiler check printf-like arguments; `format` and `first` count from 1, `this` included.
-#define VXFW_PRINTF(format, first) __attribute__((format(printf, format, first)))
+/// Lets the compiler check printf-like arguments; the places count from 1, `this` included.
+#define VXFW_PRINTF(formatPlace, firstPlace) __attribute__((format(printf, formatPlace, firstPlace)))

@@ -1,0 +1,17 @@
+#include "fw_Config.h"
+
+#include <cstdarg>
+
+#include "internal/fw_Text.h"
+
+namespace framework {
+
+char* Config::generateNameString(const char* format, ...) {
+    va_list arguments;
+    va_start(arguments, format);
+    char* name = formatText(format, arguments);
+    va_end(arguments);
+    return name;
+}
+
+} // namespace framework

@@ -1,0 +1,7 @@
+#include "fw_Console.h"
+
+namespace framework {
+
+Console::~Console() {}
+
+} // namespace framework

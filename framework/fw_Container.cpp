@@ -1,0 +1,65 @@
+#include "fw_Container.h"
+
+#include <pthread.h>
+#include <signal.h>
+
+#include <cstdlib>
+
+#include "internal/fw_Command.h"
+#include "ut_GetStream.h"
+#include "ut_PutStream.h"
+
+namespace framework {
+
+namespace {
+
+void raiseByDefault(int sig) {
+    struct sigaction byDefault = {};
+    byDefault.sa_handler = SIG_DFL;
+    sigemptyset(&byDefault.sa_mask);
+    sigaction(sig, &byDefault, nullptr);
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, sig);
+    pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
+    raise(sig);
+}
+
+} // namespace
+
+Memory* Container::m_pMemory = nullptr;
+Container* Container::m_pMe = nullptr;
+
+Container::Container() {
+    m_pMe = this;
+}
+
+Container::~Container() {
+    if (m_pMe == this)
+        m_pMe = nullptr;
+}
+
+bool Container::spawn(const char* command, utility::GetStream* in, utility::PutStream* out) {
+    const CommandWords words(command);
+    return words.any() && runCommand(words.get(), in, out);
+}
+
+void Container::dumpApplication(int sig) {
+    raiseByDefault(sig);
+    // Still here: the signal stops nothing by default, or is none.
+    raiseByDefault(SIGABRT);
+    std::abort();
+}
+
+void Container::shutdownApplication(bool clean) {
+    if (m_pMe)
+        m_pMe->shutdown(clean);
+    else
+        std::exit(clean ? EXIT_SUCCESS : EXIT_FAILURE);
+}
+
+void Container::shutdown(bool clean) {
+    std::exit(clean ? EXIT_SUCCESS : EXIT_FAILURE);
+}
+
+} // namespace framework

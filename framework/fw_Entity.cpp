@@ -1,0 +1,116 @@
+#include "fw_Entity.h"
+
+#include <new>
+
+#include "fw_FSUMemory.h"
+#include "fw_Memory.h"
+#include "internal/fw_LogFormatted.h"
+#include "internal/fw_Text.h"
+
+namespace framework {
+
+namespace {
+
+const char noMessage[] = "";
+const char messageWithoutMemory[] = "No memory was left for the error text";
+
+} // namespace
+
+Entity::Entity() : m_memory(nullptr), m_pool(nullptr), m_errorMessage(noMessage), m_inError(0) {}
+
+Entity::Entity(const Entity& other)
+    : m_memory(other.m_memory == other.m_pool ? nullptr : other.m_memory),
+      m_pool(nullptr),
+      m_errorMessage(noMessage),
+      m_inError(0) {}
+
+Entity& Entity::operator=(const Entity& /*other*/) {
+    return *this;
+}
+
+Entity::~Entity() {
+    dropErrorMessage();
+    delete m_pool;
+}
+
+void Entity::information(utility::PutStream& /*out*/, int /*indent*/, bool /*flag*/) const {}
+
+void Entity::ClearError() {
+    dropErrorMessage();
+    m_inError = 0;
+}
+
+void Entity::setResources() {
+    if (m_memory)
+        return;
+    if (!m_pool)
+        m_pool = new (std::nothrow) FSUMemory(2048, 20);
+    m_memory = m_pool;
+}
+
+void Entity::setError(const char* format, ...) {
+    va_list arguments;
+    va_start(arguments, format);
+    setErrorFrom(format, arguments);
+    va_end(arguments);
+}
+
+void Entity::setErrorFrom(const char* format, va_list arguments) {
+    // Formatted before the former text goes: that may be one of the arguments.
+    const char* text = formatText(format ? format : noMessage, arguments);
+    dropErrorMessage();
+    m_errorMessage = text ? text : messageWithoutMemory;
+    m_inError = 1;
+}
+
+// The text comes from the process, so that it outlives any change of the entity's memory.
+void Entity::dropErrorMessage() {
+    if (m_errorMessage != noMessage && m_errorMessage != messageWithoutMemory)
+        Memory::StaticFreeString(m_errorMessage);
+    m_errorMessage = noMessage;
+}
+
+void Entity::setMemory(Memory* memory) {
+    m_memory = memory;
+}
+
+void* Entity::Alloc(unsigned long size) const {
+    return m_memory ? m_memory->allocate(size) : Memory::StaticAlloc(size);
+}
+
+void Entity::Free(const void* piece) const {
+    if (!piece)
+        return;
+    if (m_memory)
+        m_memory->release(piece);
+    else
+        Memory::StaticFree(piece);
+}
+
+char* Entity::AllocString(const char* text) const {
+    return copyText(text, wholeText, [this](unsigned long size) { return Alloc(size); });
+}
+
+char* Entity::AllocString(const char* text, unsigned int length) const {
+    return copyText(text, length, [this](unsigned long size) { return Alloc(size); });
+}
+
+void Entity::FreeString(const void* text) const {
+    Free(text);
+}
+
+void Entity::LogMethodDebug(const char* function, int line, const char* format, ...) const {
+    va_list arguments;
+    va_start(arguments, format);
+    logFormatted(Logger::LOG_DEBUG, function, line, format, arguments);
+    va_end(arguments);
+}
+
+void Entity::LogMethodError(const char* function, int line, const char* format, ...) const {
+    va_list arguments;
+    va_start(arguments, format);
+    logFormatted(Logger::LOG_ERROR, function, line, format, arguments);
+    va_end(arguments);
+}
+
+} // namespace framework

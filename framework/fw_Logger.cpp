@@ -1,0 +1,221 @@
+#include "fw_Logger.h"
+
+#include <cxxabi.h>
+#include <pthread.h>
+#include <sys/uio.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <new>
+
+#include "fw_Exception.h"
+#include "internal/fw_LogFormatted.h"
+
+namespace framework {
+
+namespace {
+
+// Writers first: a process that logs without a pause must not keep `setSink` waiting for ever.
+pthread_rwlock_t sinkLock = PTHREAD_RWLOCK_WRITER_NONRECURSIVE_INITIALIZER_NP;
+Logger::Sink currentSink = nullptr;
+void* currentContext = nullptr;
+
+// Set while the thread takes, holds or gives back the lock, so that a signal handler that interrupts it there does not
+// ask for the lock again. The model keeps the access free of allocation.
+__attribute__((tls_model("initial-exec"))) thread_local bool busy = false;
+
+// In a forked child, the threads that were inside the sink are gone and would hold the lock for ever.
+void renewLockInChild() {
+    if (!busy)
+        sinkLock = PTHREAD_RWLOCK_WRITER_NONRECURSIVE_INITIALIZER_NP;
+}
+
+__attribute__((constructor)) void watchForks() {
+    pthread_atfork(nullptr, nullptr, renewLockInChild);
+}
+
+class BusySection {
+public:
+    BusySection() {
+        busy = true;
+    }
+    BusySection(const BusySection&) = delete;
+    BusySection& operator=(const BusySection&) = delete;
+    ~BusySection() {
+        busy = false;
+    }
+};
+
+class SinkLockGuard {
+public:
+    explicit SinkLockGuard(int (*take)(pthread_rwlock_t*)) {
+        take(&sinkLock);
+    }
+    SinkLockGuard(const SinkLockGuard&) = delete;
+    SinkLockGuard& operator=(const SinkLockGuard&) = delete;
+    ~SinkLockGuard() {
+        pthread_rwlock_unlock(&sinkLock);
+    }
+};
+
+class ErrnoKeeper {
+public:
+    ErrnoKeeper() : m_errno(errno) {}
+    ErrnoKeeper(const ErrnoKeeper&) = delete;
+    ErrnoKeeper& operator=(const ErrnoKeeper&) = delete;
+    ~ErrnoKeeper() {
+        errno = m_errno;
+    }
+    int value() const {
+        return m_errno;
+    }
+
+private:
+    int m_errno;
+};
+
+const char* nameOf(Logger::LogType type) {
+    switch (type) {
+    case Logger::LOG_ERROR:
+        return "ERROR ";
+    case Logger::LOG_WARNING:
+        return "WARNING ";
+    case Logger::LOG_NOTICE:
+        return "NOTICE ";
+    case Logger::LOG_DEBUG:
+        return "DEBUG ";
+    case Logger::LOG_ENTER:
+        return "ENTER ";
+    }
+    return "LOG ";
+}
+
+bool isLineEnd(char character) {
+    return character == '\n' || character == '\r';
+}
+
+iovec piece(const char* text, std::size_t length) {
+    return {const_cast<char*>(text), length};
+}
+
+iovec piece(const char* text) {
+    return piece(text, std::strlen(text));
+}
+
+void writeAll(iovec* pieces, int count) {
+    while (count > 0) {
+        const ssize_t written = writev(STDERR_FILENO, pieces, count);
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written < 0)
+            return;
+        std::size_t taken = static_cast<std::size_t>(written);
+        while (count > 0 && taken >= pieces->iov_len) {
+            taken -= pieces->iov_len;
+            ++pieces;
+            --count;
+        }
+        if (count > 0) {
+            pieces->iov_base = static_cast<char*>(pieces->iov_base) + taken;
+            pieces->iov_len -= taken;
+        }
+    }
+}
+
+// One system call for the whole message, so that the lines of several threads and processes do not mix.
+void writeToStandardError(Logger::LogType type, const char* function, int line, const char* text) {
+    while (isLineEnd(*text))
+        ++text;
+    std::size_t length = std::strlen(text);
+    while (length > 0 && isLineEnd(text[length - 1]))
+        --length;
+    char place[16] = "";
+    if (function)
+        std::snprintf(place, sizeof place, ":%d: ", line);
+    iovec pieces[] = {piece(nameOf(type)), piece(function ? function : ""), piece(place), piece(text, length),
+                      piece("\n")};
+    writeAll(pieces, sizeof pieces / sizeof *pieces);
+}
+
+// Whether the sink took the message. What it throws ends here: a diagnostic must not become a failure of its caller.
+bool callSink(Logger::Sink sink, void* context, Logger::LogType type, const char* function, int line,
+              const char* text) {
+    try {
+        sink(context, type, function, line, text);
+        return true;
+    } catch (abi::__forced_unwind&) {
+        throw;
+    } catch (Exception* failure) {
+        delete failure;
+    } catch (...) {
+    }
+    return false;
+}
+
+void deliver(Logger::LogType type, const char* function, int line, const char* text) {
+    if (busy) {
+        writeToStandardError(type, function, line, text);
+        return;
+    }
+    const BusySection section;
+    const SinkLockGuard guard(pthread_rwlock_rdlock);
+    if (!currentSink || !callSink(currentSink, currentContext, type, function, line, text))
+        writeToStandardError(type, function, line, text);
+}
+
+} // namespace
+
+void logFormatted(Logger::LogType type, const char* function, int line, const char* format, va_list arguments) {
+    const ErrnoKeeper keeper;
+    if (!format)
+        format = "";
+    char text[1024];
+    va_list copy;
+    va_copy(copy, arguments);
+    const int length = std::vsnprintf(text, sizeof text, format, copy);
+    va_end(copy);
+    if (length < 0) {
+        deliver(type, function, line, format);
+        return;
+    }
+    const std::size_t size = static_cast<std::size_t>(length) + 1;
+    char* longText = size > sizeof text ? static_cast<char*>(::operator new(size, std::nothrow)) : nullptr;
+    if (longText) {
+        errno = keeper.value();
+        std::vsnprintf(longText, size, format, arguments);
+    }
+    deliver(type, function, line, longText ? longText : text);
+    ::operator delete(longText);
+}
+
+void Logger::setSink(Sink sink, void* context) {
+    if (busy)
+        return;
+    const BusySection section;
+    const SinkLockGuard guard(pthread_rwlock_wrlock);
+    currentSink = sink;
+    currentContext = context;
+}
+
+void Logger::StaticLog(LogType type, const char* format, ...) {
+    va_list arguments;
+    va_start(arguments, format);
+    logFormatted(type, nullptr, 0, format, arguments);
+    va_end(arguments);
+}
+
+void Logger::StaticLogMethod(LogType type, const char* function, int line, const char* format, ...) {
+    va_list arguments;
+    va_start(arguments, format);
+    logFormatted(type, function, line, format, arguments);
+    va_end(arguments);
+}
+
+void Logger::StaticLogS(LogType type, const char* text) {
+    const ErrnoKeeper keeper;
+    deliver(type, nullptr, 0, text ? text : "");
+}
+
+} // namespace framework

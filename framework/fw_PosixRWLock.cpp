@@ -1,0 +1,65 @@
+#include "fw_PosixRWLock.h"
+
+#include "fw_Logger.h"
+
+#define LOG_FAILURE(format, error)                                                                                     \
+    Logger::StaticLogMethod(Logger::LOG_ERROR, __PRETTY_FUNCTION__, __LINE__, format, error)
+
+namespace framework {
+namespace thread {
+
+namespace {
+
+// Its address is another one in each thread.
+__attribute__((tls_model("initial-exec"))) thread_local char self;
+
+} // namespace
+
+PosixRWLock::PosixRWLock() : m_writer(nullptr), m_depth(0) {
+    if (const int error = pthread_rwlock_init(&m_lock, nullptr))
+        LOG_FAILURE("initialising lock %d", error);
+}
+
+PosixRWLock::~PosixRWLock() {
+    if (const int error = pthread_rwlock_destroy(&m_lock))
+        LOG_FAILURE("destroying lock %d", error);
+}
+
+bool PosixRWLock::isMine() const {
+    return m_writer.load(std::memory_order_relaxed) == &self;
+}
+
+void PosixRWLock::readLock() {
+    if (isMine()) {
+        ++m_depth;
+        return;
+    }
+    if (const int error = pthread_rwlock_rdlock(&m_lock))
+        LOG_FAILURE("locking for reading %d", error);
+}
+
+void PosixRWLock::writeLock() {
+    if (isMine()) {
+        ++m_depth;
+        return;
+    }
+    if (const int error = pthread_rwlock_wrlock(&m_lock)) {
+        LOG_FAILURE("locking for writing %d", error);
+        return;
+    }
+    m_writer.store(&self, std::memory_order_relaxed);
+    m_depth = 1;
+}
+
+void PosixRWLock::unlock() {
+    if (isMine()) {
+        if (--m_depth > 0)
+            return;
+        m_writer.store(nullptr, std::memory_order_relaxed);
+    }
+    if (const int error = pthread_rwlock_unlock(&m_lock))
+        LOG_FAILURE("unlocking %d", error);
+}
+
+} // namespace thread
+} // namespace framework

@@ -1,0 +1,133 @@
+#include "internal/fw_RunTimeStrings.h"
+
+#include <pthread.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <cstring>
+#include <new>
+
+namespace strings {
+
+namespace {
+
+// A node of the tree in which texts are found: two bits of the hash choose among its children. Nodes are added and
+// never changed or freed, so that a search needs no lock; all are reachable from the root to the end of the process.
+struct Node {
+    std::atomic<Node*> children[4];
+    stringtoken token;
+    char text[1];
+};
+
+// Texts by number, in blocks that double in size and never move.
+constexpr unsigned int firstBlockBits = 8;
+constexpr unsigned int blockCount = 24;
+
+typedef std::atomic<const char*> Slot;
+
+// All constant-initialised and trivially destroyed: texts are interned before and after everything else in the process.
+std::atomic<Node*> root{nullptr};
+std::atomic<Slot*> blocks[blockCount] = {};
+stringtoken nextToken = firstRunTimeToken;
+pthread_mutex_t growth = PTHREAD_MUTEX_INITIALIZER;
+
+class GrowthGuard {
+public:
+    GrowthGuard() {
+        pthread_mutex_lock(&growth);
+    }
+    GrowthGuard(const GrowthGuard&) = delete;
+    GrowthGuard& operator=(const GrowthGuard&) = delete;
+    ~GrowthGuard() {
+        pthread_mutex_unlock(&growth);
+    }
+};
+
+__attribute__((constructor)) void watchForks() {
+    pthread_atfork([] { pthread_mutex_lock(&growth); }, [] { pthread_mutex_unlock(&growth); },
+                   [] { pthread_mutex_unlock(&growth); });
+}
+
+// FNV-1a
+std::uint64_t hashOf(const char* text) {
+    std::uint64_t hash = 0xcbf29ce484222325;
+    for (; *text != '\0'; ++text)
+        hash = (hash ^ static_cast<unsigned char>(*text)) * 0x100000001b3;
+    return hash;
+}
+
+// The link that holds `text`, or the empty one where it belongs.
+std::atomic<Node*>* linkFor(const char* text) {
+    std::atomic<Node*>* link = &root;
+    std::uint64_t hash = hashOf(text);
+    while (const Node* node = link->load(std::memory_order_acquire)) {
+        if (std::strcmp(node->text, text) == 0)
+            break;
+        link = const_cast<std::atomic<Node*>*>(&node->children[hash >> 62]);
+        hash <<= 2;
+    }
+    return link;
+}
+
+struct Place {
+    unsigned int block;
+    std::uint32_t index;
+};
+
+Place placeOf(stringtoken token) {
+    const std::uint64_t number = (std::uint64_t{token} - firstRunTimeToken) + (std::uint64_t{1} << firstBlockBits);
+    const unsigned int bits = 63U - static_cast<unsigned int>(__builtin_clzll(number));
+    return {bits - firstBlockBits, static_cast<std::uint32_t>(number - (std::uint64_t{1} << bits))};
+}
+
+// Null when there is no memory for it, or no number left.
+Slot* slotFor(stringtoken token) {
+    const Place place = placeOf(token);
+    if (place.block >= blockCount)
+        return nullptr;
+    Slot* block = blocks[place.block].load(std::memory_order_relaxed);
+    if (!block) {
+        block = static_cast<Slot*>(std::calloc(std::size_t{1} << (firstBlockBits + place.block), sizeof(Slot)));
+        if (!block)
+            return nullptr;
+        blocks[place.block].store(block, std::memory_order_release);
+    }
+    return block + place.index;
+}
+
+stringtoken intern(const char* text, std::atomic<Node*>* link) {
+    Slot* slot = slotFor(nextToken);
+    if (!slot)
+        return 0;
+    const std::size_t length = std::strlen(text);
+    void* storage = std::calloc(1, sizeof(Node) + length);
+    if (!storage)
+        return 0;
+    Node* node = new (storage) Node{{}, nextToken++, {}};
+    std::memcpy(node->text, text, length + 1);
+    slot->store(node->text, std::memory_order_release);
+    link->store(node, std::memory_order_release);
+    return node->token;
+}
+
+} // namespace
+
+stringtoken runTimeToken(const char* text) {
+    if (const Node* node = linkFor(text)->load(std::memory_order_acquire))
+        return node->token;
+    const GrowthGuard guard;
+    std::atomic<Node*>* link = linkFor(text);
+    if (const Node* node = link->load(std::memory_order_acquire))
+        return node->token;
+    return intern(text, link);
+}
+
+const char* runTimeText(stringtoken token) {
+    if (token < firstRunTimeToken)
+        return nullptr;
+    const Place place = placeOf(token);
+    const Slot* block = place.block < blockCount ? blocks[place.block].load(std::memory_order_acquire) : nullptr;
+    return block ? block[place.index].load(std::memory_order_acquire) : nullptr;
+}
+
+} // namespace strings

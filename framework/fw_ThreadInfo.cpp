@@ -1,0 +1,129 @@
+#include "fw_ThreadInfo.h"
+
+#include <limits.h>
+#include <signal.h>
+
+#include <cstring>
+#include <new>
+
+#include "internal/fw_ThreadRecords.h"
+
+// A record lies in its thread's own storage and is found through it, so that a signal handler can ask for it and even
+// make it. The model keeps the access free of allocation.
+#define IN_THREAD __attribute__((tls_model("initial-exec"))) thread_local
+
+namespace framework {
+
+namespace {
+
+alignas(ThreadInfo) IN_THREAD unsigned char storage[sizeof(ThreadInfo)];
+IN_THREAD ThreadInfo* myself = nullptr;
+IN_THREAD int removals = 0;
+
+pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
+ThreadInfo* records = nullptr;
+int lastNumber = 0;
+bool prepared = false;
+pthread_key_t endOfThread;
+sigset_t formerSignals;
+
+// All signals are blocked meanwhile: a handler that asks for a record must not meet its own thread in here.
+void lock() {
+    sigset_t all, former;
+    sigfillset(&all);
+    pthread_sigmask(SIG_SETMASK, &all, &former);
+    pthread_mutex_lock(&mutex);
+    formerSignals = former;
+}
+
+void unlock() {
+    const sigset_t former = formerSignals;
+    pthread_mutex_unlock(&mutex);
+    pthread_sigmask(SIG_SETMASK, &former, nullptr);
+}
+
+class RecordsGuard {
+public:
+    RecordsGuard() {
+        lock();
+    }
+    RecordsGuard(const RecordsGuard&) = delete;
+    RecordsGuard& operator=(const RecordsGuard&) = delete;
+    ~RecordsGuard() {
+        unlock();
+    }
+};
+
+} // namespace
+
+ThreadInfo* ThreadInfo::getMyself() {
+    return myself;
+}
+
+ThreadInfo* ThreadInfo::MyThreadInfo() {
+    return myself ? myself : ThreadRecords::make();
+}
+
+ThreadInfo::ThreadInfo(int number) : m_number(number), m_name(), m_thread(pthread_self()), m_next(nullptr) {
+    char name[16];
+    const bool isNamed = pthread_getname_np(m_thread, name, sizeof name) == 0 && name[0] != '\0';
+    setThreadName(isNamed ? name : "thread");
+}
+
+ThreadInfo::~ThreadInfo() {}
+
+void ThreadInfo::setThreadName(const char* name) {
+    const std::size_t length = name ? strnlen(name, sizeof m_name - 1) : 0;
+    for (std::size_t i = 0; i < length; ++i)
+        m_name[i] = name[i] == '/' ? '_' : name[i];
+    std::memset(m_name + length, 0, sizeof m_name - length);
+}
+
+ThreadInfo* ThreadRecords::make() {
+    const RecordsGuard guard;
+    // A signal handler may have made it in the meantime.
+    if (myself)
+        return myself;
+    // After the platform's last round of thread-end calls nobody would take a new record off the list.
+    if (removals == PTHREAD_DESTRUCTOR_ITERATIONS - 1 || !prepare())
+        return nullptr;
+    if (pthread_setspecific(endOfThread, storage) != 0)
+        return nullptr;
+    myself = new (storage) ThreadInfo(++lastNumber);
+    myself->m_next = records;
+    records = myself;
+    return myself;
+}
+
+bool ThreadRecords::prepare() {
+    if (!prepared)
+        prepared = pthread_key_create(&endOfThread, remove) == 0 && pthread_atfork(lock, unlock, keepOnlyMine) == 0;
+    return prepared;
+}
+
+void ThreadRecords::remove(void* /*record*/) {
+    const RecordsGuard guard;
+    ThreadInfo** link = &records;
+    while (*link != myself)
+        link = &(*link)->m_next;
+    *link = myself->m_next;
+    myself->~ThreadInfo();
+    myself = nullptr;
+    ++removals;
+}
+
+void ThreadRecords::signalAll(int sig) {
+    const RecordsGuard guard;
+    for (const ThreadInfo* record = records; record; record = record->m_next)
+        pthread_kill(record->m_thread, sig);
+}
+
+// The other threads do not live on in the child.
+void ThreadRecords::keepOnlyMine() {
+    records = myself;
+    if (myself)
+        myself->m_next = nullptr;
+    unlock();
+}
+
+} // namespace framework

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <cstdarg>
+
+#include "fw_Logger.h"
+
+namespace framework {
+
+/// What every log call comes to; `function` may be null.
+void logFormatted(Logger::LogType type, const char* function, int line, const char* format, va_list arguments)
+    VXFW_PRINTF(4, 0);
+
+} // namespace framework
