@@ -1,0 +1,51 @@
+# Options for the project's own targets, and the sanitizers for everything that is built, GoogleTest included.
+
+if(VXUT_SANITIZE)
+    add_compile_options(-fsanitize=${VXUT_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=${VXUT_SANITIZE})
+endif()
+# Source paths are told relative to the source tree, in messages and in debug information; a compiler cache may have
+# made them relative to the build tree first.
+file(RELATIVE_PATH source_from_binary ${PROJECT_BINARY_DIR} ${PROJECT_SOURCE_DIR})
+add_compile_options(-ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=
+                    -ffile-prefix-map=${source_from_binary}=)
+
+# 32-bit ARM leaves functions that throw nothing out of the unwind tables, which would end a backtrace there.
+add_compile_options(-funwind-tables)
+
+function(vxut_warnings target)
+    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wformat=2
+                                             $<$<BOOL:${VXUT_WERROR}>:-Werror>)
+    # Large files on 32-bit platforms.
+    target_compile_definitions(${target} PRIVATE _FILE_OFFSET_BITS=64)
+endfunction()
+
+# Hardening of what is shipped: the two libraries and the console.
+function(vxut_hardening target)
+    target_compile_options(${target} PRIVATE -fstack-protector-strong)
+    target_link_options(${target} PRIVATE LINKER:-z,relro LINKER:-z,now)
+    if(VXUT_SANITIZE)
+        # A sanitizer defines what it intercepts, which would make the library behind it look unneeded.
+        target_link_options(${target} PRIVATE LINKER:--no-as-needed)
+    else()
+        # Debian's compiler may define it already; without optimisation it only warns.
+        target_compile_options(${target} PRIVATE $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2>)
+        target_link_options(${target} PRIVATE LINKER:--as-needed)
+    endif()
+endfunction()
+
+# Everything for one of the two shared libraries.
+function(vxut_library_options target)
+    vxut_warnings(${target})
+    vxut_hardening(${target})
+    target_link_options(${target} PRIVATE LINKER:-z,defs)
+    target_compile_features(${target} PUBLIC cxx_std_17)
+    set_target_properties(${target} PROPERTIES
+        VERSION ${PROJECT_VERSION}
+        SOVERSION ${PROJECT_VERSION_MAJOR}
+        # Inline members of exported classes stay visible: some are part of what a library offers.
+        CXX_VISIBILITY_PRESET hidden
+        INSTALL_RPATH "$ORIGIN"
+        # Both lie side by side in the build tree too; a second path would leave an empty entry, the current directory.
+        BUILD_WITH_INSTALL_RPATH ON)
+endfunction()

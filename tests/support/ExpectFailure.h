@@ -1,0 +1,49 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+#include "fw_Exception.h"
+
+namespace test {
+
+/// What `operation` threw as a `framework::Exception*`; null when it threw nothing.
+template<class Operation>
+std::unique_ptr<framework::Exception> failureOf(Operation&& operation) {
+    try {
+        operation();
+    } catch (framework::Exception* failure) {
+        return std::unique_ptr<framework::Exception>(failure);
+    }
+    return nullptr;
+}
+
+/// Whether `failure` carries exactly these values and a line.
+inline testing::AssertionResult isFailure(const framework::Exception* failure, unsigned int code,
+                                          const std::string& file, const std::string& function,
+                                          const std::string& message, bool flag) {
+    if (!failure)
+        return testing::AssertionFailure() << "nothing was thrown";
+    if (failure->code() == code && failure->file() == file && failure->function() == function &&
+        failure->message() == message && failure->flag() == flag && failure->line() > 0)
+        return testing::AssertionSuccess();
+    return testing::AssertionFailure() << "expected: " << code << " '" << file << "' '" << function << "' '" << message
+                                       << "' flag " << flag << "\n  thrown: " << failure->code() << " '"
+                                       << failure->file() << "' '" << failure->function() << "' '" << failure->message()
+                                       << "' flag " << failure->flag() << ", line " << failure->line();
+}
+
+} // namespace test
+
+/// What `statement` threw, as a `std::unique_ptr<framework::Exception>`; null when it threw nothing.
+#define CATCH_FAILURE(statement) ::test::failureOf([&] { statement; })
+
+/// Expects that `statement` throws a failure with exactly these values.
+#define EXPECT_FAILURE_WITH_FLAG(statement, code, file, function, message, flag)                                       \
+    EXPECT_TRUE(::test::isFailure(CATCH_FAILURE(statement).get(), code, file, function, message, flag)) << #statement
+
+/// Expects that `statement` throws a failure with exactly these values and the flag set.
+#define EXPECT_FAILURE(statement, code, file, function, message)                                                       \
+    EXPECT_FAILURE_WITH_FLAG(statement, code, file, function, message, true)

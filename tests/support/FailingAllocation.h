@@ -1,0 +1,233 @@
+#pragma once
+
+// Replaces the allocation functions of the test program that includes it, for the libraries it loads as well. A program
+// may include it in one source only, and those that do not include it keep the platform's own functions.
+
+#include <dlfcn.h>
+
+#include <cerrno>
+#include <cstddef>
+#include <cstdlib>
+#include <new>
+
+namespace test {
+
+namespace detail {
+
+struct AllocationState {
+    unsigned long count = 0;  // allocations of this thread since it began
+    unsigned long failAt = 0; // the count of the allocation that fails; 0 for none
+    bool failAll = false;
+    unsigned long failures = 0;
+};
+
+inline thread_local AllocationState allocationState;
+
+inline bool failThisAllocation() {
+    AllocationState& state = allocationState;
+    ++state.count;
+    if (!state.failAll && state.count != state.failAt)
+        return false;
+    ++state.failures;
+    return true;
+}
+
+} // namespace detail
+
+/// How many allocations the calling thread has asked for since it began, failed ones included.
+inline unsigned long allocationCount() {
+    return detail::allocationState.count;
+}
+
+enum FailAll { failAll };
+
+/// Makes allocations of the calling thread fail while it lives: `operator new` in all forms, `malloc`, `calloc`,
+/// `realloc` and the aligned ones. One at a time.
+///
+///     test::FailingAllocation failing(1);
+///     EXPECT_EQ(framework::Memory::StaticAlloc(8), nullptr);
+class FailingAllocation {
+public:
+    /// The `nth` allocation from now on fails, counted from 1; those before and behind it do not.
+    explicit FailingAllocation(unsigned long nth) {
+        start(allocationCount() + nth, false);
+    }
+    /// Every allocation fails.
+    explicit FailingAllocation(FailAll) {
+        start(0, true);
+    }
+    FailingAllocation(const FailingAllocation&) = delete;
+    FailingAllocation& operator=(const FailingAllocation&) = delete;
+    ~FailingAllocation() {
+        stop();
+    }
+
+    /// Lets allocations succeed again, before the guard ends.
+    void stop() {
+        detail::allocationState.failAt = 0;
+        detail::allocationState.failAll = false;
+    }
+    /// How many allocations this guard made fail.
+    unsigned long failures() const {
+        return detail::allocationState.failures;
+    }
+
+private:
+    void start(unsigned long failAt, bool all) {
+        detail::allocationState.failures = 0;
+        detail::allocationState.failAt = failAt;
+        detail::allocationState.failAll = all;
+    }
+};
+
+/// Runs `operation` again and again, with its first, second, ... allocation failing, until all of its allocations have
+/// failed once; `check` runs after each time with allocations that succeed. Returns how many failed.
+template<class Operation, class Check>
+unsigned long failEachAllocationOnce(Operation&& operation, Check&& check) {
+    for (unsigned long nth = 1;; ++nth) {
+        FailingAllocation failing(nth);
+        operation();
+        failing.stop();
+        if (failing.failures() == 0)
+            return nth - 1;
+        check();
+    }
+}
+
+template<class Operation>
+unsigned long failEachAllocationOnce(Operation&& operation) {
+    return failEachAllocationOnce(operation, [] {});
+}
+
+} // namespace test
+
+// The platform's functions. A sanitizer has its own, and an `operator new` that does not come through `malloc`.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#define VXTEST_PLATFORM(name) __interceptor_##name
+#else
+#define VXTEST_PLATFORM(name) __libc_##name
+#endif
+
+extern "C" {
+
+void* VXTEST_PLATFORM(malloc)(std::size_t size);
+void* VXTEST_PLATFORM(calloc)(std::size_t count, std::size_t size);
+void* VXTEST_PLATFORM(realloc)(void* piece, std::size_t size);
+void* VXTEST_PLATFORM(memalign)(std::size_t alignment, std::size_t size);
+
+void* malloc(std::size_t size) noexcept {
+    if (!test::detail::failThisAllocation())
+        return VXTEST_PLATFORM(malloc)(size);
+    errno = ENOMEM;
+    return nullptr;
+}
+
+void* calloc(std::size_t count, std::size_t size) noexcept {
+    if (!test::detail::failThisAllocation())
+        return VXTEST_PLATFORM(calloc)(count, size);
+    errno = ENOMEM;
+    return nullptr;
+}
+
+void* realloc(void* piece, std::size_t size) noexcept {
+    if (!test::detail::failThisAllocation())
+        return VXTEST_PLATFORM(realloc)(piece, size);
+    errno = ENOMEM;
+    return nullptr;
+}
+
+void* aligned_alloc(std::size_t alignment, std::size_t size) noexcept {
+    if (!test::detail::failThisAllocation())
+        return VXTEST_PLATFORM(memalign)(alignment, size);
+    errno = ENOMEM;
+    return nullptr;
+}
+
+int posix_memalign(void** piece, std::size_t alignment, std::size_t size) noexcept {
+    if (test::detail::failThisAllocation())
+        return ENOMEM;
+    *piece = VXTEST_PLATFORM(memalign)(alignment, size);
+    return *piece ? 0 : ENOMEM;
+}
+
+} // extern "C"
+
+#undef VXTEST_PLATFORM
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+
+// The sanitizer's own operators do the work, so that it still sees a piece that is released in another way than it was
+// taken.
+namespace test {
+namespace detail {
+
+template<class Function>
+Function* platformFunction(const char* name) {
+    const AllocationState before = allocationState;
+    allocationState = AllocationState();
+    auto* function = reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+    allocationState = before;
+    return function;
+}
+
+} // namespace detail
+} // namespace test
+
+#if __SIZEOF_SIZE_T__ == 8
+#define VXTEST_NEW "_Znwm"
+#define VXTEST_NEW_ARRAY "_Znam"
+#else
+#define VXTEST_NEW "_Znwj"
+#define VXTEST_NEW_ARRAY "_Znaj"
+#endif
+
+void* operator new(std::size_t size) {
+    if (test::detail::failThisAllocation())
+        throw std::bad_alloc();
+    static const auto allocate = test::detail::platformFunction<void*(std::size_t)>(VXTEST_NEW);
+    return allocate(size);
+}
+
+void* operator new[](std::size_t size) {
+    if (test::detail::failThisAllocation())
+        throw std::bad_alloc();
+    static const auto allocate = test::detail::platformFunction<void*(std::size_t)>(VXTEST_NEW_ARRAY);
+    return allocate(size);
+}
+
+void* operator new(std::size_t size, const std::nothrow_t& tag) noexcept {
+    if (test::detail::failThisAllocation())
+        return nullptr;
+    static const auto allocate =
+        test::detail::platformFunction<void*(std::size_t, const std::nothrow_t&)>(VXTEST_NEW "RKSt9nothrow_t");
+    return allocate(size, tag);
+}
+
+void* operator new[](std::size_t size, const std::nothrow_t& tag) noexcept {
+    if (test::detail::failThisAllocation())
+        return nullptr;
+    static const auto allocate =
+        test::detail::platformFunction<void*(std::size_t, const std::nothrow_t&)>(VXTEST_NEW_ARRAY "RKSt9nothrow_t");
+    return allocate(size, tag);
+}
+
+void* operator new(std::size_t size, std::align_val_t alignment) {
+    if (test::detail::failThisAllocation())
+        throw std::bad_alloc();
+    static const auto allocate =
+        test::detail::platformFunction<void*(std::size_t, std::align_val_t)>(VXTEST_NEW "St11align_val_t");
+    return allocate(size, alignment);
+}
+
+void* operator new[](std::size_t size, std::align_val_t alignment) {
+    if (test::detail::failThisAllocation())
+        throw std::bad_alloc();
+    static const auto allocate =
+        test::detail::platformFunction<void*(std::size_t, std::align_val_t)>(VXTEST_NEW_ARRAY "St11align_val_t");
+    return allocate(size, alignment);
+}
+
+#undef VXTEST_NEW
+#undef VXTEST_NEW_ARRAY
+
+#endif
