@@ -14,15 +14,20 @@ namespace framework {
 class ApplicationArguments {
 public:
     /// Copies the words and becomes the holder of the process.
-    ApplicationArguments(int argc, char** argv) : m_arguments(argc, argv) { m_singleton = this; }
+    ApplicationArguments(int argc, char** argv) : m_arguments(argc, argv) {
+        m_singleton = this;
+    }
     ApplicationArguments(const ApplicationArguments&) = delete;
     ApplicationArguments& operator=(const ApplicationArguments&) = delete;
     ~ApplicationArguments() {
-        if (m_singleton == this) m_singleton = nullptr;
+        if (m_singleton == this)
+            m_singleton = nullptr;
     }
 
     /// The words, or null when the program has no holder.
-    static utility::Arguments* getArgs() { return m_singleton ? &m_singleton->m_arguments : nullptr; }
+    static utility::Arguments* getArgs() {
+        return m_singleton ? &m_singleton->m_arguments : nullptr;
+    }
 
     VXFW_EXPORT static ApplicationArguments* m_singleton;
 

@@ -26,9 +26,13 @@ public:
     virtual ~Container();
 
     /// The container, or null when the program made none.
-    static Container* getContainer() { return m_pMe; }
+    static Container* getContainer() {
+        return m_pMe;
+    }
     /// The memory object of the process, or null: then storage comes from `malloc`.
-    static Memory* getMemory() { return m_pMemory; }
+    static Memory* getMemory() {
+        return m_pMemory;
+    }
 
     /// Runs a command without a shell and waits for it. Words are separated by white space; double quotes group. The
     /// program is looked up on the PATH. `in` feeds its standard input, `out` takes its standard output; null means

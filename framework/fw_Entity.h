@@ -33,17 +33,27 @@ public:
     virtual ~Entity();
 
     /// The token of the class name.
-    virtual stringtoken getName() const { return 367; }
+    virtual stringtoken getName() const {
+        return 367;
+    }
     /// The class name, interned.
-    virtual const char* getNameString() const { return pGSEntity; }
+    virtual const char* getNameString() const {
+        return pGSEntity;
+    }
     /// Writes what there is to know; nothing for a plain entity.
     virtual void information(utility::PutStream& out, int indent, bool flag) const;
     /// A copy on the heap that the caller owns, or null for what cannot be cloned.
-    virtual Entity* clone() const { return nullptr; }
+    virtual Entity* clone() const {
+        return nullptr;
+    }
     /// Whether an error was set and not cleared.
-    virtual bool inError() const { return m_inError != 0; }
+    virtual bool inError() const {
+        return m_inError != 0;
+    }
     /// The text of the last error; empty when there is none, never null. Valid until the next change.
-    virtual const char* ErrorMessage() const { return m_errorMessage; }
+    virtual const char* ErrorMessage() const {
+        return m_errorMessage;
+    }
     /// Clears the error flag and text.
     virtual void ClearError();
     /// Gives the entity a pool of its own, which lives as long as the entity. Does nothing when it has memory already.

@@ -39,17 +39,27 @@ public:
     const char* what() const noexcept override;
 
     /// What failed: one of the few codes that the whole stack shares.
-    unsigned int code() const { return m_words[0]; }
+    unsigned int code() const {
+        return m_words[0];
+    }
     /// The bare name of the source file that threw; the empty text when it is not known.
     const char* file() const;
     /// The line that threw.
-    int line() const { return static_cast<int>(m_words[2]); }
+    int line() const {
+        return static_cast<int>(m_words[2]);
+    }
     /// The signature text of the operation that threw; never null.
-    const char* function() const { return m_function; }
+    const char* function() const {
+        return m_function;
+    }
     /// The message; never null, often empty.
-    const char* message() const { return m_message; }
+    const char* message() const {
+        return m_message;
+    }
     /// False only for failures that a user's input causes (dates), true for all others.
-    bool flag() const { return m_words[3] != 0; }
+    bool flag() const {
+        return m_words[3] != 0;
+    }
 
 private:
     std::uint32_t m_words[4]; // code, token of the file name, line, flag

@@ -6,9 +6,9 @@ namespace framework {
 
 /// Takes every diagnostic of the process to one sink.
 ///
-/// Any thread may log at any time, also from a signal handler that interrupted the sink itself: what is logged while the
-/// calling thread is inside the sink goes to standard error. Nothing is thrown, and a message of up to 1,023 bytes is
-/// logged without taking memory.
+/// Any thread may log at any time, also from a signal handler that interrupted the sink itself: what is logged while
+/// the calling thread is inside the sink goes to standard error. Nothing is thrown, and a message of up to 1,023 bytes
+/// is logged without taking memory.
 ///
 ///     framework::Logger::setSink(collect, &lines);
 ///     framework::Logger::StaticLog(framework::Logger::LOG_NOTICE, "%d ports", 4);

@@ -8,8 +8,8 @@ namespace framework {
 
 /// The record of a thread: its number and its name.
 ///
-/// A thread has a record from its first `MyThreadInfo` to its end; the record belongs to the framework and dies with the
-/// thread. Numbers count upward from 1 and are not given twice. Safe from any thread.
+/// A thread has a record from its first `MyThreadInfo` to its end; the record belongs to the framework and dies with
+/// the thread. Numbers count upward from 1 and are not given twice. Safe from any thread.
 ///
 ///     framework::ThreadInfo::MyThreadInfo()->setThreadName("worker");
 class VXFW_EXPORT ThreadInfo {
@@ -20,9 +20,13 @@ public:
     static ThreadInfo* MyThreadInfo();
 
     /// The thread's number.
-    int getNum() const { return m_number; }
+    int getNum() const {
+        return m_number;
+    }
     /// The thread's name, never null; a slash in what was set is shown as a low line.
-    const char* getThreadName() const { return m_name; }
+    const char* getThreadName() const {
+        return m_name;
+    }
     /// Names the thread; at most 31 bytes are kept. Null counts as empty.
     void setThreadName(const char* name);
 

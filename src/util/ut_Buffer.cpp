@@ -1,0 +1,219 @@
+#include "ut_Buffer.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+
+#include "fw_Container.h"
+#include "fw_Memory.h"
+#include "ut_Failure.h"
+#include "ut_Misc.h"
+#include "ut_Trace.h"
+
+namespace utility {
+
+namespace {
+
+// Stands before each object, so that it goes back where it came from even when the memory object changed meanwhile.
+struct alignas(std::max_align_t) Origin {
+    framework::Memory* memory;
+};
+
+// A position that a caller moves too far wraps round instead of overflowing; it is refused either way.
+int moved(int position, int n) {
+    return static_cast<int>(static_cast<unsigned int>(position) + static_cast<unsigned int>(n));
+}
+
+int distance(int from, int to) {
+    return static_cast<int>(static_cast<unsigned int>(to) - static_cast<unsigned int>(from));
+}
+
+} // namespace
+
+Buffer::Buffer()
+    : m_kind(STORAGE_NONE), m_size(0), m_storage(nullptr), m_head(0), m_tail(0), m_noThrow(false), m_terminated(true) {}
+
+Buffer::~Buffer() {
+    if (m_storage == nullptr)
+        return;
+    if (m_kind == STORAGE_MALLOC) {
+        std::free(m_storage);
+    } else if (m_kind == STORAGE_MEMORY && framework::Container::getMemory() != nullptr) {
+        framework::Container::getMemory()->release(m_storage);
+    }
+}
+
+int Buffer::WriteRemaining() const {
+    return distance(m_head, m_size);
+}
+
+int Buffer::ReadAvailable() const {
+    return distance(m_tail, m_head);
+}
+
+void Buffer::WriteAdvance(int n) {
+    m_head = moved(m_head, n);
+    if (m_head <= m_size && n >= 0)
+        return;
+    // The position stays moved: callers see how far the write went past the end.
+    if (!m_noThrow)
+        VXUT_THROW(FAILURE_BUFFER, "");
+    if (m_head < m_tail) {
+        m_head = m_tail;
+    } else if (m_head > m_size) {
+        m_head = m_size;
+    }
+}
+
+void Buffer::ReadAdvance(int n) {
+    m_tail = moved(m_tail, n);
+    if (m_tail <= m_head && n >= 0)
+        return;
+    if (!m_noThrow)
+        VXUT_THROW(FAILURE_BUFFER, "");
+    if (m_tail < 0) {
+        m_tail = 0;
+    } else if (m_tail > m_head) {
+        m_tail = m_head;
+    }
+}
+
+void Buffer::allocBuffer() {
+    framework::Memory* memory = framework::Container::getMemory();
+    m_kind = memory != nullptr ? STORAGE_MEMORY : STORAGE_MALLOC;
+    m_storage = nullptr;
+    m_terminated = true;
+    if (m_size >= 0) {
+        const std::size_t bytes = static_cast<std::size_t>(m_size) + 1;
+        m_storage = static_cast<char*>(memory != nullptr ? memory->allocate(bytes) : std::malloc(bytes));
+    }
+    if (m_storage != nullptr) {
+        m_storage[0] = 0;
+        m_storage[m_size] = 0;
+        return;
+    }
+    m_size = 0;
+    if (!m_noThrow)
+        VXUT_THROW(FAILURE_BUFFER_STORAGE, "");
+    VXUT_LOG(framework::Logger::LOG_ERROR, "Buffer was not allocated");
+}
+
+void Buffer::Rewind() {
+    m_head = 0;
+    m_tail = 0;
+    terminate();
+}
+
+void Buffer::Consolidate() {
+    const int unread = boundedReadable(distance(m_tail, m_head));
+    if (unread < 1) {
+        Rewind();
+        return;
+    }
+    std::memmove(m_storage, m_storage + m_tail, static_cast<std::size_t>(unread));
+    m_head = unread;
+    m_tail = 0;
+}
+
+void Buffer::CopyFrom(Buffer* source) {
+    if (source == nullptr)
+        return;
+    int n = source->ReadAvailable();
+    const int remaining = WriteRemaining();
+    if (remaining < n) {
+        if (!m_noThrow)
+            VXUT_THROW(FAILURE_BUFFER, "");
+        n = remaining;
+    }
+    n = boundedRoom(source->boundedReadable(n));
+    if (n > 0)
+        std::memmove(pHead(), source->pTail(), static_cast<std::size_t>(n));
+    WriteAdvance(n);
+    terminate();
+    source->ReadAdvance(n);
+}
+
+bool Buffer::truncatePartialUtf8() {
+    int length = distance(m_tail, m_head);
+    int end = m_head;
+    if (length < 0) {
+        framework::Logger::StaticLog(framework::Logger::LOG_ERROR, "truncatePartialUtf8: bug!");
+        return false;
+    }
+    if (boundedReadable(length) == length) {
+        // A character has at most four bytes, so at most three can be left over.
+        for (int attempt = 0; attempt < 4 && length >= 0; ++attempt, --length, --end) {
+            const char* text = m_storage != nullptr ? m_storage + m_tail : "";
+            if (!Misc::isStringPrintableUtf8(text, static_cast<unsigned int>(length), "", "\t\n\r"))
+                continue;
+            m_head = end;
+            terminate();
+            return true;
+        }
+    }
+    framework::Logger::StaticLog(framework::Logger::LOG_ERROR,
+                                 "truncatePartialUtf8: String is not a printable UTF-8 string: '%.*s'",
+                                 std::clamp(std::min(m_head, m_size), 0, 200), m_storage != nullptr ? m_storage : "");
+    return false;
+}
+
+void Buffer::supplyStorage(char* storage, int capacity, bool terminated) {
+    m_kind = STORAGE_CALLER;
+    m_storage = storage;
+    m_size = std::max(capacity, 0);
+    m_terminated = terminated && capacity >= 0;
+}
+
+void Buffer::supplyArray(char* array, int size) {
+    supplyStorage(array, size > 0 ? size - 1 : -1, true);
+    if (array == nullptr || size < 1)
+        return;
+    array[0] = 0;
+    array[size - 1] = 0;
+}
+
+int Buffer::boundedRoom(int wanted) const {
+    if (m_storage == nullptr || m_head < 0 || m_head > m_size)
+        return 0;
+    return std::clamp(wanted, 0, m_size - m_head);
+}
+
+int Buffer::boundedReadable(int wanted) const {
+    const int end = std::min(m_head, m_size);
+    if (m_storage == nullptr || m_tail < 0 || m_tail > end)
+        return 0;
+    return std::clamp(wanted, 0, end - m_tail);
+}
+
+bool Buffer::isTerminable() const {
+    return m_storage != nullptr && m_head >= 0 && (m_terminated ? m_head <= m_size : m_head < m_size);
+}
+
+void Buffer::terminate() {
+    if (isTerminable())
+        m_storage[m_head] = 0;
+}
+
+void* Buffer::operator new(std::size_t size) noexcept {
+    framework::Memory* memory = framework::Container::getMemory();
+    const std::size_t bytes = sizeof(Origin) + size;
+    void* piece = memory != nullptr ? memory->allocate(bytes) : std::malloc(bytes);
+    if (piece == nullptr)
+        return nullptr;
+    Origin* origin = static_cast<Origin*>(piece);
+    origin->memory = memory;
+    return origin + 1;
+}
+
+void Buffer::operator delete(void* object) noexcept {
+    if (object == nullptr)
+        return;
+    Origin* origin = static_cast<Origin*>(object) - 1;
+    if (origin->memory != nullptr) {
+        origin->memory->release(origin);
+    } else {
+        std::free(origin);
+    }
+}
+
+} // namespace utility

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstdint>
+
+#include "ut_BufferStreamElement.h"
+#include "ut_Export.h"
+#include "ut_Waiter.h"
+
+namespace utility {
+
+/// A first-in-first-out queue of streams between threads.
+///
+/// The queue owns the elements that are in it. Its operations take no lock: users hold `m_waiter` around them, and
+/// signal it after they queued an element. Nothing fails.
+///
+///     queue.m_waiter.lock();
+///     queue.enQueue(element);
+///     queue.m_waiter.signal();
+///     queue.m_waiter.unlock();
+class VXUT_EXPORT BufferStreamQueue {
+    BufferStreamElement* m_head;
+    BufferStreamElement* m_tail;
+    int32_t m_count;
+
+public:
+    /// For the users' locking and signalling; the queue itself never touches it.
+    Waiter m_waiter;
+
+    BufferStreamQueue();
+    BufferStreamQueue(const BufferStreamQueue&) = delete;
+    BufferStreamQueue& operator=(const BufferStreamQueue&) = delete;
+    /// Deletes the elements in the queue.
+    ~BufferStreamQueue();
+
+    /// Puts `e`, which is in no chain, at the end and owns it from now on; null does nothing.
+    void enQueue(BufferStreamElement* e);
+    /// Takes the first element, which the caller then owns; null when the queue is empty.
+    BufferStreamElement* deQueue();
+    /// Puts `e` back at the front, to be served next; null does nothing.
+    void reQueue(BufferStreamElement* e);
+    /// How many elements are in the queue.
+    int Count() const {
+        return m_count;
+    }
+};
+
+} // namespace utility

@@ -1,0 +1,119 @@
+#pragma once
+
+#include <bitset>
+#include <cstddef>
+
+#include "fw_StringToken.h"
+#include "ut_Export.h"
+#include "ut_Locker.h"
+
+namespace framework {
+class ThreadInfo;
+}
+
+namespace utility {
+
+class BufferStream;
+class FileOutputStream;
+class PutStream;
+class StringArray;
+
+/// Debug switches, readable renderings of memory, and what a process leaves behind when it crashes.
+///
+/// All state belongs to the process. The switches are not locked: any thread may ask at any time and may see a change
+/// late, and two threads that change neighbouring switches at once may lose a change. The signal handlers are for
+/// client code to install; they log and take memory, which is accepted because the process is about to end or to be
+/// looked at. Nothing is thrown, except by the streams that are given in and by `hexDumpFormatted`.
+///
+/// A switch has the number of the string token of its name; 0 to 8191 can be set.
+///
+///     utility::Debug::setDebugOn("Waiter");
+///     utility::Debug::isDebugOn(2301);   // true
+class VXUT_EXPORT Debug {
+public:
+    /// Whether switch `n` is on; false for a number above 8191. Cheap enough for copy loops.
+    static bool isDebugOn(unsigned int n) {
+        return n < m_bits.size() && m_bits[n];
+    }
+    /// The same by name, through a token look-up; false for null.
+    static bool isDebugOn(const char* name);
+    /// Turn switch `n` on or off; a number above 8191 changes nothing.
+    static void setDebugOn(unsigned int n);
+    static void setDebugOff(unsigned int n);
+    /// Turns the named switch on; null changes nothing.
+    static void setDebugOn(const char* name);
+    /// Turns the named switch ON, like `setDebugOn`: clients switch a named switch off with `setDebugValue(name,
+    /// false)` or by number, and rely on this form not to.
+    static void setDebugOff(const char* name);
+    /// Apply the operation by name to each element in order; null does nothing.
+    static void setDebugOn(const StringArray* names);
+    static void setDebugOff(const StringArray* names);
+    /// Turns the named switch on or off; null changes nothing.
+    static void setDebugValue(const char* name, bool on);
+    /// Writes the name of every switch that is on, in ascending order of number, each followed by a blank. Null does
+    /// nothing.
+    static void debugState(PutStream* out);
+
+    /// The digit of `v`: '0' to '9' and 'a' to 'f' for 0 to 15, '0' for anything else.
+    static char hexChar(char v);
+    /// The value of the digit `c`, either case: 0 to 15, and 255 for anything else.
+    static char hexFromChar(char c);
+    /// Writes the `n` bytes of `s` with C escapes; a null `s` or `out` writes nothing.
+    static void readableString(const char* s, BufferStream* out, int n);
+    /// Logs `size` bytes in lines of 64, hexadecimal over readable, as one message (level 3); a dump of more than 1 MiB
+    /// of text goes on in a further message. Null or a negative size dumps no bytes.
+    static void hexDump(const char* data, int size);
+    /// Logs `size` bytes (level 3), one message for each 1,024. `bufferKiB` is the room for one message: code 1239 is
+    /// thrown when it is too small, 1238 when it cannot be had. `bytesPerLine` of 0 counts as 16; null dumps nothing.
+    static void hexDumpFormatted(const char* data, unsigned int size, unsigned int bufferKiB,
+                                 unsigned int bytesPerLine);
+    /// Prints `size` bytes to standard output in lines of 16, the last bytes first.
+    static void reverseHexDump(const char* data, int size);
+
+    /// Signal handler: logs the signal and the context, allows a core dump, and ends the process with a dump.
+    static void SignalCrash(int sig);
+    /// Signal handler: logs the signal and the context, and shuts the application down cleanly.
+    static void SignalExit(int sig);
+    /// Signal handler that does nothing, for signals that must be caught and ignored. Debug switch 350 logs the signal.
+    static void SignalNull(int sig);
+    /// Signal handler: makes the context directory and sends signal 12 (SIGUSR2) to every thread that has a record.
+    static void SignalThreads(int sig);
+    /// Signal handler for signal 12: writes the thread's back trace to its own file in the context directory, which is
+    /// "$VX_MEM/<process>Context".
+    static void SignalContext(int sig);
+    /// The name of a signal, "unknown" for one without a name here. Never null.
+    static const char* signalName(int sig);
+
+    /// Logs the calling thread's back trace (level 0).
+    static void ErrorContext();
+    /// Writes the calling thread's back trace to `file`.
+    static void ThreadErrorContext(framework::ThreadInfo* thread, FileOutputStream& file);
+    /// Writes the return addresses of the calling thread, at most `depth` and never more than 40, without the first
+    /// `skip`, with object file and demangled name. Null does nothing. The last argument has no effect.
+    static void BackTrace(BufferStream* out, unsigned int depth, unsigned int skip, bool flag);
+    /// Writes "[object] symbol+distance" of `address` to `buffer`, cut to `size` bytes; the empty text when the address
+    /// is unknown.
+    static void SymbolPath(void* address, char* buffer, unsigned int size);
+    /// Writes the symbol name alone.
+    static void SymbolName(void* address, char* buffer, unsigned int size);
+    /// Lifts the limit on core dumps when the system writes them to a path.
+    static void MaybeEnableCoreDump();
+
+private:
+    static std::bitset<8192> m_bits;
+    static Locker m_locker;
+};
+
+} // namespace utility
+
+extern "C" {
+/// For client code; the library neither reads nor writes it.
+extern VXUT_EXPORT int DebugPrintEnable;
+
+/// Whether debug switch `n` is on: 1 or 0.
+VXUT_EXPORT int IsDebugOn(unsigned int n);
+/// Whether debug switch 1198 is on: 1 or 0.
+VXUT_EXPORT int IsCapiTraceOn(void);
+/// Whether debug switch 1199 is on: 1 or 0.
+VXUT_EXPORT int IsCapiPrintOn(void);
+}

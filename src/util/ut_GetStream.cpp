@@ -1,0 +1,232 @@
+#include "ut_GetStream.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "ut_Failure.h"
+#include "ut_FileInputStream.h"
+#include "ut_IntArray.h"
+#include "ut_ShortArray.h"
+#include "ut_StringArray.h"
+#include "ut_Trace.h"
+#include "ut_UIntArray.h"
+#include "ut_UShortArray.h"
+
+namespace utility {
+
+namespace {
+
+const unsigned int getStreamSwitch = 410;
+
+// How many elements beyond the readable bytes are still filled up with the last value. More is no array that a writer
+// ever cut short, but a hostile count.
+const unsigned int missingElementsFilled = 65535;
+
+} // namespace
+
+GetStream::GetStream() = default;
+
+GetStream::GetStream(const char* path) {
+    fromFile(path);
+}
+
+GetStream::GetStream(const char* text, int length) {
+    supplyStorage(const_cast<char*>(text), length, true);
+}
+
+GetStream::~GetStream() = default;
+
+bool GetStream::fromFile(const char* path) {
+    FileInputStream file(path);
+    if (!file.StartInputStream())
+        return false;
+    setSize(std::max(file.GetInputStreamSize(), 0));
+    if (Size() < 1)
+        return true;
+    allocBuffer();
+    if (Size() < 1)
+        return true;
+    const int count = file.ReceiveInputStream(pBuffer(), static_cast<unsigned int>(Size()));
+    if (count > 0)
+        setWritePosition(count);
+    return true;
+}
+
+bool GetStream::GetC(char* out) {
+    if (ReadAvailable() < 1 || boundedReadable(1) < 1)
+        return false;
+    if (out != nullptr)
+        *out = *pTail();
+    ReadAdvance(1);
+    return true;
+}
+
+char* GetStream::GetLine() {
+    const int available = boundedReadable(ReadAvailable());
+    if (available == 0)
+        return nullptr;
+    char* start = pTail();
+    char* newline = static_cast<char*>(std::memchr(start, '\n', static_cast<std::size_t>(available)));
+    if (newline == nullptr)
+        return nullptr;
+    *newline = 0;
+    ReadAdvance(static_cast<int>(newline + 1 - start));
+    return start;
+}
+
+char* GetStream::ReadLine() {
+    const int available = boundedReadable(ReadAvailable());
+    if (available == 0)
+        return nullptr;
+    char* start = pTail();
+    char* newline = static_cast<char*>(std::memchr(start, '\n', static_cast<std::size_t>(available)));
+    char* next = nullptr;
+    if (newline != nullptr) {
+        *newline = 0;
+        next = newline + 1;
+    } else {
+        // A full array without a byte to spare holds a line that cannot be terminated in place.
+        if (!isTerminable())
+            return nullptr;
+        terminate();
+        next = pHead();
+    }
+    const int advance = static_cast<int>(next - start);
+    VXUT_TRACE(getStreamSwitch, "advancing %d, readavailable %d", advance, ReadAvailable());
+    ReadAdvance(advance);
+    return start;
+}
+
+char& GetStream::operator[](unsigned int index) {
+    const int position = static_cast<int>(index);
+    const bool inside = position >= 0 && position >= ReadPosition() && position <= WritePosition();
+    if (!inside || pBuffer() == nullptr || position > Size())
+        VXUT_THROW(FAILURE_STREAM_INDEX, "");
+    return pBuffer()[position];
+}
+
+bool GetStream::getBytes(void* value, int width) {
+    if (ReadAvailable() < width || boundedReadable(width) < width)
+        return false;
+    std::memcpy(value, pTail(), static_cast<std::size_t>(width));
+    ReadAdvance(width);
+    return true;
+}
+
+bool GetStream::GetParmUint16(unsigned short* value) {
+    return getBytes(value, 2);
+}
+
+bool GetStream::GetParmSint16(short* value) {
+    return getBytes(value, 2);
+}
+
+bool GetStream::GetParmUint32(unsigned int* value) {
+    return getBytes(value, 4);
+}
+
+bool GetStream::GetParmSint32(int* value) {
+    return getBytes(value, 4);
+}
+
+char* GetStream::GetParmString() {
+    const int available = boundedReadable(ReadAvailable());
+    if (available < 1)
+        return nullptr;
+    char* text = pTail();
+    const int length = static_cast<int>(strnlen(text, static_cast<std::size_t>(available)));
+    if (length == available) {
+        if (!isTerminable())
+            return nullptr;
+        terminate();
+    }
+    ReadAdvance(std::min(length + 1, available));
+    return text;
+}
+
+int GetStream::GetParmBuf(char* destination, int maximum) {
+    int length = 0;
+    if (!GetParmSint32(&length))
+        return 0;
+    const int count = boundedReadable(std::min({length, maximum, ReadAvailable()}));
+    if (count > 0 && destination != nullptr) {
+        std::memcpy(destination, pTail(), static_cast<std::size_t>(count));
+    }
+    ReadAdvance(length);
+    return length;
+}
+
+template<typename Value, typename ArrayType>
+bool GetStream::getArray(ArrayType& array) {
+    unsigned int count = 0;
+    if (!GetParmUint32(&count))
+        return false;
+    const unsigned int held = static_cast<unsigned int>(boundedReadable(ReadAvailable())) / sizeof(Value);
+    if (count > held && count - held > missingElementsFilled)
+        return false;
+    Value value = 0;
+    for (unsigned int i = 0; i < count; ++i) {
+        getBytes(&value, sizeof value);
+        array.Append(value);
+    }
+    return true;
+}
+
+bool GetStream::GetParmUint16Array(UShortArray& array) {
+    return getArray<unsigned short>(array);
+}
+
+bool GetStream::GetParmUint32Array(UIntArray& array) {
+    return getArray<unsigned int>(array);
+}
+
+bool GetStream::GetParmSint16Array(ShortArray& array) {
+    return getArray<short>(array);
+}
+
+bool GetStream::GetParmSint32Array(IntArray& array) {
+    return getArray<int>(array);
+}
+
+bool GetStream::GetParmStringArray(StringArray& array) {
+    unsigned int count = 0;
+    if (!GetParmUint32(&count))
+        return false;
+    const unsigned int held = static_cast<unsigned int>(boundedReadable(ReadAvailable()));
+    if (count > held && count - held > missingElementsFilled)
+        return false;
+    for (unsigned int i = 0; i < count; ++i)
+        array.Append(GetParmString());
+    return true;
+}
+
+bool GetStream::StartInputStream() {
+    setReadPosition(0);
+    return true;
+}
+
+void GetStream::EndInputStream() {}
+
+int GetStream::ReceiveInputStream(char* destination, unsigned int n) {
+    const int available = boundedReadable(ReadAvailable());
+    const int count = n < static_cast<unsigned int>(available) ? static_cast<int>(n) : available;
+    if (destination == nullptr || count == 0)
+        return 0;
+    std::memcpy(destination, pTail(), static_cast<std::size_t>(count));
+    ReadAdvance(count);
+    return count;
+}
+
+bool GetStream::isInputStreamOpen() {
+    return ReadAvailable() > 0;
+}
+
+bool GetStream::isInputStreamInError() {
+    return false;
+}
+
+bool GetStream::isInputStreamAtEnd() {
+    return ReadAvailable() < 1;
+}
+
+} // namespace utility

@@ -1,0 +1,312 @@
+#include "ut_PutStream.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+
+#include "fw_Logger.h"
+#include "ut_Failure.h"
+#include "ut_FileOutputStream.h"
+#include "ut_IntArray.h"
+#include "ut_ShortArray.h"
+#include "ut_StringArray.h"
+#include "ut_UIntArray.h"
+#include "ut_UShortArray.h"
+
+namespace utility {
+
+namespace {
+
+/// The message of an overflow, cut at 199 characters.
+struct OverflowText {
+    char text[200];
+
+    explicit OverflowText(const char* format, ...) VXUT_PRINTF(2, 3) {
+        va_list arguments;
+        va_start(arguments, format);
+        std::vsnprintf(text, sizeof text, format, arguments);
+        va_end(arguments);
+    }
+};
+
+} // namespace
+
+PutStream::PutStream() : m_decorating(false) {}
+
+PutStream::PutStream(char* storage, int size) : m_decorating(false) {
+    supplyArray(storage, size);
+}
+
+PutStream::~PutStream() = default;
+
+void PutStream::PutC(char c) {
+    if (putCharacter(c) || isNoThrow())
+        return;
+    VXUT_THROW(FAILURE_BUFFER, "");
+}
+
+bool PutStream::putCharacter(char c) {
+    if (boundedRoom(WriteRemaining()) < 1)
+        return false;
+    *pHead() = c;
+    WriteAdvance(1);
+    terminate();
+    return true;
+}
+
+void PutStream::PutB(const char* data, int n) {
+    if (data == nullptr)
+        return;
+    const int remaining = WriteRemaining();
+    const int room = boundedRoom(remaining);
+    if (room >= n) {
+        if (n > 0)
+            std::memcpy(pHead(), data, static_cast<std::size_t>(n));
+        WriteAdvance(n);
+        return;
+    }
+    if (!isNoThrow()) {
+        VXUT_THROW(
+            FAILURE_BUFFER,
+            OverflowText("Didn't fit. size=%d remaining=%d msg='%.*s'", n, remaining, std::min(n, 90), data).text);
+    }
+    framework::Logger::StaticLog(framework::Logger::LOG_ERROR,
+                                 "PutStream::PutB: Didn't fit. size=%d remaining=%d msg='%.*s'", n, remaining,
+                                 std::min(n, 200), data);
+    if (room > 0)
+        std::memcpy(pHead(), data, static_cast<std::size_t>(room));
+    WriteAdvance(room);
+    truncatePartialUtf8();
+}
+
+void PutStream::PutS(const char* text) {
+    if (text == nullptr)
+        return;
+    const int remaining = WriteRemaining();
+    const int room = boundedRoom(remaining);
+    const void* end = room > 0 ? memccpy(pHead(), text, 0, static_cast<std::size_t>(room)) : nullptr;
+    if (end != nullptr) {
+        WriteAdvance(static_cast<int>(static_cast<const char*>(end) - 1 - pHead()));
+        return;
+    }
+    if (text[room] == 0) {
+        // Without a byte to spare the copy reports no end, and the advance counts from there: callers see it refused.
+        WriteAdvance(-1 - WritePosition());
+        return;
+    }
+    WriteAdvance(room);
+    if (!isNoThrow()) {
+        VXUT_THROW(FAILURE_BUFFER, OverflowText("Didn't fit. remaining=%d msg='%.90s'", remaining, text).text);
+    }
+    framework::Logger::StaticLog(framework::Logger::LOG_ERROR, "PutStream::PutS: Didn't fit. remaining=%d msg='%.200s'",
+                                 remaining, text);
+    truncatePartialUtf8();
+}
+
+void PutStream::PutF(const char* format, ...) {
+    const int remaining = WriteRemaining();
+    va_list arguments;
+    va_start(arguments, format);
+    const int wrote = formatAtHead(remaining, format, arguments);
+    va_end(arguments);
+    if (advanceFormatted(wrote, remaining))
+        return;
+    if (!isNoThrow()) {
+        VXUT_THROW(FAILURE_BUFFER,
+                   OverflowText("Didn't fit. wrote=%d remaining=%d msg='%.90s'", wrote, remaining, format).text);
+    }
+    framework::Logger::StaticLog(framework::Logger::LOG_ERROR,
+                                 "PutStream::PutF: Didn't fit. wrote=%d remaining=%d msg='%.200s'", wrote, remaining,
+                                 format);
+    truncatePartialUtf8();
+}
+
+void PutStream::PutV(const char* format, va_list arguments) {
+    const int remaining = WriteRemaining();
+    const int wrote = formatAtHead(remaining, format, arguments);
+    if (advanceFormatted(wrote, remaining)) {
+        terminate();
+        return;
+    }
+    if (!isNoThrow()) {
+        VXUT_THROW(FAILURE_BUFFER,
+                   OverflowText("Didn't fit. wrote=%d remaining=%d msg='%.90s'", wrote, remaining, format).text);
+    }
+    framework::Logger::StaticLog(framework::Logger::LOG_ERROR,
+                                 "PutStream::PutV: Didn't fit. wrote=%d remaining=%d msg='%.200s'", wrote, remaining,
+                                 format);
+    truncatePartialUtf8();
+}
+
+int PutStream::formatAtHead(int remaining, const char* format, va_list arguments) {
+    if (!isTerminable())
+        return std::vsnprintf(nullptr, 0, format, arguments);
+    return std::vsnprintf(pHead(), static_cast<std::size_t>(boundedRoom(remaining)) + 1, format, arguments);
+}
+
+bool PutStream::advanceFormatted(int wrote, int remaining) {
+    const int room = boundedRoom(remaining);
+    const bool fits = wrote >= 0 && wrote <= room;
+    // A format that the platform cannot carry out wrote nothing that counts.
+    WriteAdvance(wrote < 0 ? 0 : std::min(wrote, room));
+    return fits;
+}
+
+void PutStream::Indent(int n) {
+    // A stream overflows after as many blanks as it holds; a negative count needs no more than one beyond that.
+    const long long blanks = n < 0 ? std::max(Size(), 0) + 1LL : n;
+    for (long long i = 0; i < blanks; ++i) {
+        if (putCharacter(' '))
+            continue;
+        if (isNoThrow())
+            return;
+        PutC(' ');
+    }
+}
+
+bool PutStream::ToFile(const char* path) {
+    FileOutputStream file(path, false, 0666);
+    if (!file.StartOutputStream())
+        return false;
+    const int available = boundedReadable(ReadAvailable());
+    // Compared as numbers, as callers have always seen it: true equals a count of one byte only.
+    return static_cast<int>(file.SendOutputStream(pTail(), static_cast<unsigned int>(available))) == available;
+}
+
+bool PutStream::putBytes(const void* value, int width) {
+    if (boundedRoom(WriteRemaining()) < width)
+        return false;
+    std::memcpy(pHead(), value, static_cast<std::size_t>(width));
+    WriteAdvance(width);
+    return true;
+}
+
+void PutStream::PutParmUint16(uint16_t value) {
+    if (!putBytes(&value, sizeof value) && !isNoThrow())
+        VXUT_THROW(FAILURE_BUFFER, "");
+}
+
+void PutStream::PutParmSint16(int16_t value) {
+    if (!putBytes(&value, sizeof value) && !isNoThrow())
+        VXUT_THROW(FAILURE_BUFFER, "");
+}
+
+void PutStream::PutParmUint32(uint32_t value) {
+    if (!putBytes(&value, sizeof value) && !isNoThrow())
+        VXUT_THROW(FAILURE_BUFFER, "");
+}
+
+void PutStream::PutParmSint32(int32_t value) {
+    if (!putBytes(&value, sizeof value) && !isNoThrow())
+        VXUT_THROW(FAILURE_BUFFER, "");
+}
+
+void PutStream::PutParmString(const char* text) {
+    if (text == nullptr)
+        return;
+    PutS(text);
+    PutC(0);
+}
+
+void PutStream::PutParmBuf(char* block, int length) {
+    const int lengthWidth = 4;
+    const int room = boundedRoom(WriteRemaining());
+    int n = room - lengthWidth;
+    if (n < 0) {
+        if (isNoThrow())
+            return;
+        VXUT_THROW(FAILURE_BUFFER, "");
+    }
+    const int wanted = block != nullptr ? std::max(length, 0) : 0;
+    if (wanted <= n) {
+        n = wanted;
+    } else if (!isNoThrow()) {
+        VXUT_THROW(FAILURE_BUFFER, "");
+    }
+    PutParmUint32(static_cast<uint32_t>(n));
+    n = std::min(n, boundedRoom(WriteRemaining()));
+    if (n > 0)
+        std::memcpy(pHead(), block, static_cast<std::size_t>(n));
+    WriteAdvance(n);
+}
+
+bool PutStream::hasRoomForArray(unsigned int count, unsigned int width) const {
+    const long long room = boundedRoom(WriteRemaining());
+    return isNoThrow() || room >= 4 + static_cast<long long>(count) * width;
+}
+
+template<typename ArrayType, typename Writer>
+void PutStream::putArray(ArrayType& array, Writer put) {
+    const uint32_t count = array.length();
+    if (!putBytes(&count, sizeof count))
+        return;
+    for (uint32_t i = 0; i < count; ++i)
+        (this->*put)(array[i]);
+}
+
+void PutStream::PutParmUint16Array(UShortArray& array) {
+    if (!hasRoomForArray(array.length(), sizeof(uint16_t)))
+        VXUT_THROW(FAILURE_BUFFER, "");
+    putArray(array, &PutStream::PutParmUint16);
+}
+
+void PutStream::PutParmUint32Array(UIntArray& array) {
+    if (!hasRoomForArray(array.length(), sizeof(uint32_t)))
+        VXUT_THROW(FAILURE_BUFFER, "");
+    putArray(array, &PutStream::PutParmUint32);
+}
+
+void PutStream::PutParmSint16Array(ShortArray& array) {
+    if (!hasRoomForArray(array.length(), sizeof(int16_t)))
+        VXUT_THROW(FAILURE_BUFFER, "");
+    putArray(array, &PutStream::PutParmSint16);
+}
+
+void PutStream::PutParmSint32Array(IntArray& array) {
+    if (!hasRoomForArray(array.length(), sizeof(int32_t)))
+        VXUT_THROW(FAILURE_BUFFER, "");
+    putArray(array, &PutStream::PutParmSint32);
+}
+
+void PutStream::PutParmStringArray(StringArray& array) {
+    if (!hasRoomForArray(0, 0))
+        VXUT_THROW(FAILURE_BUFFER, "");
+    const uint32_t count = array.length();
+    if (!putBytes(&count, sizeof count))
+        return;
+    for (uint32_t i = 0; i < count; ++i)
+        PutParmString(array[i]);
+}
+
+bool PutStream::StartOutputStream() {
+    Rewind();
+    return true;
+}
+
+void PutStream::EndOutputStream() {}
+
+bool PutStream::SendOutputStream(const char* data, unsigned int n) {
+    if (data == nullptr)
+        return n == 0;
+    const unsigned int count = std::min(n, static_cast<unsigned int>(boundedRoom(WriteRemaining())));
+    if (count > 0)
+        std::memcpy(pHead(), data, count);
+    // By the whole size, deliberately: callers see a short buffer as the failure, or as full.
+    WriteAdvance(static_cast<int>(n));
+    terminate();
+    return n == count;
+}
+
+bool PutStream::isOutputStreamOpen() {
+    return WriteRemaining() > 0;
+}
+
+bool PutStream::isOutputStreamInError() {
+    return WriteRemaining() < 1;
+}
+
+bool PutStream::isOutputStreamAtEnd() {
+    return WriteRemaining() < 1;
+}
+
+} // namespace utility

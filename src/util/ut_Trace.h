@@ -1,0 +1,26 @@
+#pragma once
+
+#include "fw_Logger.h"
+#include "ut_Debug.h"
+
+// How the library's sources log. Not for callers of the library.
+
+/// Logs a formatted text tagged with the signature text and the line of this place.
+#define VXUT_LOG(type, ...) ::framework::Logger::StaticLogMethod(type, __PRETTY_FUNCTION__, __LINE__, __VA_ARGS__)
+
+/// The same at level 3, only while `condition` holds.
+#define VXUT_TRACE_IF(condition, ...)                                                                                  \
+    do {                                                                                                               \
+        if (condition)                                                                                                 \
+            VXUT_LOG(::framework::Logger::LOG_DEBUG, __VA_ARGS__);                                                     \
+    } while (false)
+
+/// The same while debug switch number `debugSwitch` is on.
+#define VXUT_TRACE(debugSwitch, ...) VXUT_TRACE_IF(::utility::Debug::isDebugOn(debugSwitch), __VA_ARGS__)
+
+/// The method entry marker at level 4, while debug switch number `debugSwitch` is on.
+#define VXUT_TRACE_ENTER(debugSwitch)                                                                                  \
+    do {                                                                                                               \
+        if (::utility::Debug::isDebugOn(debugSwitch))                                                                  \
+            VXUT_LOG(::framework::Logger::LOG_ENTER, "%s", pGSEnter);                                                  \
+    } while (false)
