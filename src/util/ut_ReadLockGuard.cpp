@@ -1,0 +1,1 @@
+#include "ut_ReadLockGuard.h"

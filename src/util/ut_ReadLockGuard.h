@@ -1,0 +1,30 @@
+#pragma once
+
+#include "fw_RWLockIF.h"
+#include "ut_Export.h"
+
+namespace framework {
+namespace thread {
+
+/// Holds a read-write lock for reading from here to the end of the scope, exceptions included.
+///
+/// The lock must outlive the guard.
+///
+///     framework::thread::ReadLockGuard guard(lock);
+class VXUT_EXPORT ReadLockGuard {
+public:
+    [[gnu::used]] explicit ReadLockGuard(RWLockIF& lock) : m_lock(lock) {
+        m_lock.readLock();
+    }
+    [[gnu::used]] ~ReadLockGuard() {
+        m_lock.unlock();
+    }
+    ReadLockGuard(const ReadLockGuard&) = delete;
+    ReadLockGuard& operator=(const ReadLockGuard&) = delete;
+
+private:
+    RWLockIF& m_lock;
+};
+
+} // namespace thread
+} // namespace framework

@@ -1,0 +1,122 @@
+#include "ut_Waiter.h"
+
+#include <cerrno>
+#include <cstring>
+#include <ctime>
+
+#include "ut_DateTime.h"
+#include "ut_Deadline.h"
+#include "ut_Debug.h"
+#include "ut_Trace.h"
+
+namespace utility {
+
+namespace {
+
+const unsigned int waiterSwitch = 2301;
+
+} // namespace
+
+Waiter::Waiter() : m_waiters(0) {
+    std::memset(&m_mutex, 0, sizeof m_mutex);
+    int error = pthread_mutex_init(&m_mutex, nullptr);
+    if (error != 0)
+        VXUT_LOG(framework::Logger::LOG_ERROR, "initializing Consistency mutex %d", error);
+    std::memset(&m_condition, 0, sizeof m_condition);
+    error = pthread_cond_init(&m_condition, nullptr);
+    if (error != 0)
+        VXUT_LOG(framework::Logger::LOG_ERROR, "initializing wait condition %d", error);
+}
+
+Waiter::~Waiter() {
+    broadcast();
+    pthread_cond_destroy(&m_condition);
+    pthread_mutex_destroy(&m_mutex);
+}
+
+void Waiter::lock() const {
+    VXUT_TRACE(waiterSwitch, "Locking .....");
+    const int error = pthread_mutex_lock(&m_mutex);
+    if (error == 0)
+        return;
+    VXUT_LOG(framework::Logger::LOG_ERROR, "locking consistency mutex %d", error);
+    Debug::ErrorContext();
+}
+
+void Waiter::unlock() const {
+    VXUT_TRACE(waiterSwitch, ".....  Unlocking");
+    const int error = pthread_mutex_unlock(&m_mutex);
+    if (error == 0)
+        return;
+    VXUT_LOG(framework::Logger::LOG_ERROR, "unlocking consistency mutex %d", error);
+    Debug::ErrorContext();
+}
+
+bool Waiter::wait(long seconds) const {
+    VXUT_TRACE(waiterSwitch, "Waiting: %ld", seconds);
+    ++m_waiters;
+    int error = 0;
+    if (seconds == 0) {
+        VXUT_TRACE(waiterSwitch, "Wait .... (%d waiters)", m_waiters);
+        error = pthread_cond_wait(&m_condition, &m_mutex);
+    } else {
+        const timespec deadline = deadlineAfterSeconds(seconds);
+        VXUT_TRACE(waiterSwitch, "timed Wait .... (%d waiters)", m_waiters);
+        error = pthread_cond_timedwait(&m_condition, &m_mutex, &deadline);
+    }
+    --m_waiters;
+    if (error == ETIMEDOUT)
+        return false;
+    if (error != 0)
+        VXUT_LOG(framework::Logger::LOG_ERROR, "Wait condition error %d", error);
+    return true;
+}
+
+bool Waiter::waitMicroseconds(unsigned long long microseconds) const {
+    VXUT_TRACE(waiterSwitch, "Waiting: %llu", microseconds);
+    ++m_waiters;
+    int error = 0;
+    if (microseconds == 0) {
+        VXUT_TRACE(waiterSwitch, "Wait .... (%d waiters)", m_waiters);
+        error = pthread_cond_wait(&m_condition, &m_mutex);
+    } else {
+        const timespec deadline = deadlineAfterMicroseconds(microseconds);
+        VXUT_TRACE(waiterSwitch, "timed Wait .... (%d waiters)", m_waiters);
+        error = pthread_cond_timedwait(&m_condition, &m_mutex, &deadline);
+    }
+    --m_waiters;
+    if (error == ETIMEDOUT)
+        return false;
+    if (error != 0)
+        VXUT_LOG(framework::Logger::LOG_ERROR, "Wait condition error %d", error);
+    return true;
+}
+
+bool Waiter::waitNoLock(long seconds) {
+    lock();
+    const bool woken = wait(seconds);
+    unlock();
+    return woken;
+}
+
+bool Waiter::waitMicrosecondsNoLock(unsigned long long microseconds) {
+    lock();
+    const bool woken = waitMicroseconds(microseconds);
+    unlock();
+    return woken;
+}
+
+void Waiter::signal() const {
+    VXUT_TRACE(waiterSwitch, "Signal");
+    const int error = pthread_cond_signal(&m_condition);
+    if (error != 0)
+        VXUT_LOG(framework::Logger::LOG_ERROR, "Signal condition error %d", error);
+}
+
+void Waiter::broadcast() const {
+    const int error = pthread_cond_broadcast(&m_condition);
+    if (error != 0)
+        VXUT_LOG(framework::Logger::LOG_ERROR, "Broadcast condition error %d", error);
+}
+
+} // namespace utility

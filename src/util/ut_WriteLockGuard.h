@@ -1,0 +1,30 @@
+#pragma once
+
+#include "fw_RWLockIF.h"
+#include "ut_Export.h"
+
+namespace framework {
+namespace thread {
+
+/// Holds a read-write lock for writing from here to the end of the scope, exceptions included.
+///
+/// The lock must outlive the guard.
+///
+///     framework::thread::WriteLockGuard guard(lock);
+class VXUT_EXPORT WriteLockGuard {
+public:
+    [[gnu::used]] explicit WriteLockGuard(RWLockIF& lock) : m_lock(lock) {
+        m_lock.writeLock();
+    }
+    [[gnu::used]] ~WriteLockGuard() {
+        m_lock.unlock();
+    }
+    WriteLockGuard(const WriteLockGuard&) = delete;
+    WriteLockGuard& operator=(const WriteLockGuard&) = delete;
+
+private:
+    RWLockIF& m_lock;
+};
+
+} // namespace thread
+} // namespace framework
