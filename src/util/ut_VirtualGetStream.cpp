@@ -1,0 +1,193 @@
+#include "ut_VirtualGetStream.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "fw_KnownStrings.h"
+#include "ut_Failure.h"
+#include "ut_Trace.h"
+
+namespace utility {
+
+namespace {
+
+const char* truth(bool value) {
+    return value ? pGStrue : pGSfalse;
+}
+
+// Offsets wrap round at 32 bits, as the numbers that callers give do.
+int sum(int a, int b) {
+    return static_cast<int>(static_cast<unsigned int>(a) + static_cast<unsigned int>(b));
+}
+
+int difference(unsigned int a, int b) {
+    return static_cast<int>(a - static_cast<unsigned int>(b));
+}
+
+} // namespace
+
+VirtualGetStream::VirtualGetStream(framework::InputStream& source, int size, int keepBehind, int lowWater, char* buffer)
+    : VirtualGetStream(keepBehind, lowWater) {
+    m_source = &source;
+    if (buffer == nullptr) {
+        setSize(size);
+        allocBuffer();
+        return;
+    }
+    supplyStorage(buffer, size, false);
+    if (size < 1)
+        return;
+    buffer[0] = 0;
+    buffer[size - 1] = 0;
+}
+
+VirtualGetStream::VirtualGetStream(int keepBehind, int lowWater)
+    : m_source(nullptr),
+      m_keepBehind(keepBehind),
+      m_lowWater(lowWater),
+      m_maxIndex(0),
+      m_base(0),
+      m_received(0),
+      m_waitForData(true),
+      m_trace(false),
+      m_behind(0) {}
+
+VirtualGetStream::~VirtualGetStream() = default;
+
+void VirtualGetStream::dropRead() {
+    if (m_maxIndex > ReadPosition()) {
+        // Measured without a refill, which would be in the middle of this one.
+        const long long unneeded = static_cast<long long>(m_maxIndex) - ReadPosition() - m_keepBehind;
+        const long long drop = std::min<long long>(unneeded, boundedReadable(Buffer::ReadAvailable()));
+        if (drop > 0)
+            ReadAdvance(static_cast<int>(drop));
+    }
+    m_base = sum(m_base, ReadPosition());
+    m_maxIndex = std::max(m_maxIndex - std::max(ReadPosition(), 0), 0);
+    Consolidate();
+}
+
+void VirtualGetStream::load() {
+    dropRead();
+    VXUT_TRACE_IF(m_trace, "Open: %s InError: %s AtEnd: %s", truth(isSourceOpen()), truth(isSourceInError()),
+                  truth(isSourceAtEnd()));
+    int refusals = 0;
+    while (m_source != nullptr && m_source->isInputStreamGood()) {
+        const int room = boundedRoom(WriteRemaining());
+        if (room == 0)
+            return;
+        VXUT_TRACE_IF(m_trace, "fill at %d, for %d", WritePosition(), room);
+        const int got = m_source->ReceiveInputStream(pHead(), static_cast<unsigned int>(room));
+        VXUT_TRACE_IF(m_trace, "got %d", got);
+        if (got > 0) {
+            VXUT_TRACE_IF(m_trace, "received %d", got);
+            m_received = sum(m_received, got);
+            WriteAdvance(got);
+            return;
+        }
+        if (m_waitForData)
+            continue;
+        if (got == 0) {
+            VXUT_LOG(framework::Logger::LOG_ERROR, "Response not received: Timed out");
+            m_source->EndInputStream();
+            return;
+        }
+        // A source that fails and yet calls itself good is asked once more, but not for ever.
+        if (++refusals > 1)
+            return;
+    }
+}
+
+int VirtualGetStream::ReadAvailable() const {
+    if (Buffer::ReadAvailable() < m_lowWater && isSourceOpen())
+        const_cast<VirtualGetStream*>(this)->load();
+    return Buffer::ReadAvailable();
+}
+
+int VirtualGetStream::ReceiveInputStream(char* buffer, unsigned int size) {
+    VXUT_TRACE_IF(m_trace, "requesting %u bytes", size);
+    unsigned int held = static_cast<unsigned int>(boundedReadable(Buffer::ReadAvailable()));
+    if (size > held) {
+        load();
+        held = static_cast<unsigned int>(boundedReadable(Buffer::ReadAvailable()));
+    }
+    VXUT_TRACE_IF(m_trace, "%u bytes available", held);
+    if (held == 0 || buffer == nullptr)
+        return 0;
+    const unsigned int count = std::min(held, size);
+    VXUT_TRACE_IF(m_trace, "moving %u bytes", count);
+    std::memcpy(buffer, pTail(), count);
+    ReadAdvance(static_cast<int>(count));
+    return static_cast<int>(count);
+}
+
+bool VirtualGetStream::isHeld(int position) const {
+    return position >= 0 && position >= ReadPosition() && position <= std::min(WritePosition(), Size());
+}
+
+char& VirtualGetStream::operator[](unsigned int index) {
+    VXUT_TRACE_IF(m_trace, "[%u]", index);
+    int position = difference(index, m_base);
+    m_maxIndex = std::max(m_maxIndex, position);
+    if (static_cast<long long>(WritePosition()) - m_maxIndex < m_lowWater && isSourceOpen() && !isSourceAtEnd()) {
+        load();
+        position = difference(index, m_base);
+    }
+    if (!isHeld(position) || pBuffer() == nullptr) {
+        VXUT_LOG(framework::Logger::LOG_ERROR,
+                 "accessing offset %d, index %u from base %d [%d/%d], ReadAvail: %d, WriteRemain: %d", position, index,
+                 m_base, ReadPosition(), WritePosition(), Buffer::ReadAvailable(), WriteRemaining());
+        VXUT_THROW(FAILURE_STREAM_INDEX, "");
+    }
+    if (position == WritePosition() && !isTerminable()) {
+        m_behind = 0;
+        return m_behind;
+    }
+    return pBuffer()[position];
+}
+
+void VirtualGetStream::MoveTo(unsigned int offset) {
+    VXUT_TRACE_IF(m_trace, "[%u]", offset);
+    const int position = difference(offset, m_base);
+    if (!isHeld(position))
+        VXUT_THROW(FAILURE_STREAM_INDEX, "");
+    setReadPosition(position);
+    Consolidate();
+    m_maxIndex = 0;
+    m_base = 0;
+    VXUT_TRACE_IF(m_trace, "at: %d read %d write", Buffer::ReadAvailable(), WriteRemaining());
+}
+
+void VirtualGetStream::MoveTo() {
+    MoveTo(static_cast<unsigned int>(sum(m_base, ReadPosition())));
+}
+
+bool VirtualGetStream::StartInputStream() {
+    m_received = 0;
+    if (m_source == nullptr || !m_source->StartInputStream())
+        return false;
+    load();
+    return true;
+}
+
+void VirtualGetStream::EndInputStream() {
+    if (m_source != nullptr)
+        m_source->EndInputStream();
+    Rewind();
+    m_base = 0;
+    m_maxIndex = 0;
+}
+
+bool VirtualGetStream::isInputStreamOpen() {
+    return isSourceOpen();
+}
+
+bool VirtualGetStream::isInputStreamInError() {
+    return isSourceInError();
+}
+
+bool VirtualGetStream::isInputStreamAtEnd() {
+    return Buffer::ReadAvailable() < 1 && isSourceAtEnd();
+}
+
+} // namespace utility

@@ -1,0 +1,166 @@
+#include "ut_VirtualPutStream.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+
+#include "fw_KnownStrings.h"
+#include "fw_ThreadInfo.h"
+#include "ut_Failure.h"
+#include "ut_Trace.h"
+
+namespace utility {
+
+namespace {
+
+int threadNumber() {
+    const framework::ThreadInfo* thread = framework::ThreadInfo::getMyself();
+    return thread != nullptr ? thread->getNum() : 0;
+}
+
+const char* truth(bool value) {
+    return value ? pGStrue : pGSfalse;
+}
+
+} // namespace
+
+VirtualPutStream::VirtualPutStream(framework::OutputStream& target, int size, int flushThreshold)
+    : m_target(&target), m_flushThreshold(flushThreshold), m_holdOutput(false), m_transferred(0), m_trace(false) {
+    setSize(size);
+    allocBuffer();
+}
+
+VirtualPutStream::VirtualPutStream(framework::OutputStream& target, char* buffer, int size, int flushThreshold)
+    : PutStream(buffer, size),
+      m_target(&target),
+      m_flushThreshold(flushThreshold),
+      m_holdOutput(false),
+      m_transferred(0),
+      m_trace(false) {}
+
+VirtualPutStream::VirtualPutStream(int flushThreshold)
+    : m_target(nullptr), m_flushThreshold(flushThreshold), m_holdOutput(false), m_transferred(0), m_trace(false) {}
+
+VirtualPutStream::~VirtualPutStream() {
+    VXUT_TRACE_IF(m_trace, "(%d) transferred: %d", threadNumber(), m_transferred);
+}
+
+bool VirtualPutStream::isTargetUsable() const {
+    return m_target != nullptr && m_target->isOutputStreamOpen() && !m_target->isOutputStreamInError();
+}
+
+void VirtualPutStream::countTransferred(int count) {
+    m_transferred = static_cast<int>(static_cast<unsigned int>(m_transferred) + static_cast<unsigned int>(count));
+}
+
+int VirtualPutStream::WriteRemaining() const {
+    // Asking for room is what drains the buffer, so every operation that writes finds some.
+    if (Buffer::ReadAvailable() >= m_flushThreshold)
+        const_cast<VirtualPutStream*>(this)->FlushOutputStream();
+    return Buffer::WriteRemaining();
+}
+
+void VirtualPutStream::FlushOutputStream() {
+    VXUT_TRACE_IF(m_trace, "(%d)", threadNumber());
+    const int held = boundedReadable(ReadAvailable());
+    if (held > 0 && isTargetUsable()) {
+        if (!m_target->SendOutputStream(pTail(), static_cast<unsigned int>(held))) {
+            VXUT_TRACE_IF(m_trace, "(%d) Failed - to flush %d bytes, open: %s, inError: %s\n", threadNumber(), held,
+                          truth(m_target->isOutputStreamOpen()), truth(m_target->isOutputStreamInError()));
+            return;
+        }
+        VXUT_TRACE_IF(m_trace, "(%d) [Flushed %d bytes]\n", threadNumber(), held);
+        countTransferred(held);
+        ReadAdvance(held);
+        Consolidate();
+        VXUT_TRACE_IF(m_trace, "(%d) now have %d at tail %d head %d\n", threadNumber(), Buffer::ReadAvailable(),
+                      ReadPosition(), WritePosition());
+        return;
+    }
+    if (held > 0) {
+        VXUT_TRACE_IF(m_trace, "(%d) discarding virtual stream output %d\n", threadNumber(), held);
+    } else {
+        VXUT_TRACE_IF(m_trace, "(%d) rewind\n", threadNumber());
+    }
+    Rewind();
+}
+
+bool VirtualPutStream::SendOutputStream(const char* data, unsigned int size) {
+    if (data == nullptr)
+        return size == 0;
+    if (!m_holdOutput && Buffer::ReadAvailable() < 1) {
+        return isTargetUsable() && m_target->SendOutputStream(data, size);
+    }
+    while (size > 0 && isTargetUsable()) {
+        const unsigned int count = std::min(size, static_cast<unsigned int>(boundedRoom(WriteRemaining())));
+        if (count == 0)
+            return false;
+        std::memcpy(pHead(), data, count);
+        WriteAdvance(static_cast<int>(count));
+        data += count;
+        size -= count;
+    }
+    WriteRemaining();
+    return size == 0;
+}
+
+void VirtualPutStream::PutB(const char* data, int length) {
+    if (data == nullptr)
+        return;
+    int room = boundedRoom(WriteRemaining());
+    while (length > 0) {
+        const int count = std::min(length, room);
+        if (count > 0)
+            std::memcpy(pHead(), data, static_cast<std::size_t>(count));
+        WriteAdvance(count);
+        data += count;
+        length -= count;
+        room = boundedRoom(WriteRemaining());
+        if (room > 0 || length == 0)
+            continue;
+        if (isTargetUsable())
+            room = boundedRoom(WriteRemaining());
+        // A target that leaves no room twice in a row will not make any.
+        if (room < 1)
+            break;
+    }
+    if (length < 1)
+        return;
+    if (isNoThrow()) {
+        framework::Logger::StaticLog(framework::Logger::LOG_ERROR,
+                                     "PutStream::PutB: Didn't fit. size=%d remaining=%d msg='%.*s'", length, room,
+                                     std::min(length, 200), data);
+        return;
+    }
+    char text[200];
+    std::snprintf(text, sizeof text, "Didn't fit. size=%d remaining=%d msg='%.*s'", length, room, std::min(length, 90),
+                  data);
+    VXUT_THROW(FAILURE_BUFFER, text);
+}
+
+bool VirtualPutStream::StartOutputStream() {
+    EndOutputStream();
+    Rewind();
+    m_transferred = 0;
+    return m_target != nullptr && m_target->StartOutputStream();
+}
+
+void VirtualPutStream::EndOutputStream() {
+    FlushOutputStream();
+    if (m_target != nullptr)
+        m_target->EndOutputStream();
+}
+
+bool VirtualPutStream::isOutputStreamOpen() {
+    return m_target != nullptr && m_target->isOutputStreamOpen();
+}
+
+bool VirtualPutStream::isOutputStreamInError() {
+    return m_target != nullptr && m_target->isOutputStreamInError();
+}
+
+bool VirtualPutStream::isOutputStreamAtEnd() {
+    return m_target != nullptr && m_target->isOutputStreamAtEnd();
+}
+
+} // namespace utility
