@@ -1,5 +1,6 @@
-#include <algorithm>
+#include <cctype>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 
 #include "fw_Logger.h"
@@ -65,15 +66,13 @@ uint64_t loadLittleEndian(const unsigned char* bytes) {
     return word;
 }
 
-/// The top bit of the lowest byte that is not printable ASCII; bits above it
-/// mean nothing. 0 when all eight are.
+/// The top bit of the lowest byte that is not printable ASCII; bits above it mean nothing. 0 when all eight are.
 uint64_t firstUnprintable(uint64_t word) {
     constexpr uint64_t EACH = 0x0101010101010101U;
     return ((word - EACH * FIRST_PRINTABLE) | (word + EACH) | word) & (EACH << 7);
 }
 
-/// How many bytes from `text` on are printable ASCII for certain; fewer than
-/// eight at the end may go uncounted.
+/// How many bytes from `text` on are printable ASCII for certain; fewer than eight at the end may go uncounted.
 std::size_t printableRun(const unsigned char* text, std::size_t length) {
     std::size_t i = 0;
     for (; length - i >= 8; i += 8) {
@@ -84,8 +83,7 @@ std::size_t printableRun(const unsigned char* text, std::size_t length) {
     return i;
 }
 
-/// How many continuation bytes the first byte of a character announces; 0 for a
-/// byte that is no first byte.
+/// How many continuation bytes the first byte of a character announces; 0 for a byte that is no first byte.
 unsigned int continuationCount(unsigned char lead) {
     if (lead < 0xC0)
         return 0;
@@ -143,6 +141,14 @@ bool refuseContinuation(unsigned char c, unsigned int i, unsigned int j) {
 
 } // namespace
 
+bool Misc::isStringPrintableAscii(const char* text) {
+    if (text == nullptr)
+        return false;
+    while (isPrintableAscii(static_cast<unsigned char>(*text)))
+        ++text;
+    return *text == 0;
+}
+
 bool Misc::isStringPrintableUtf8(const char* s, unsigned int len, const char* disallowed, const char* allowedControls) {
     if (s == nullptr)
         return len == 0;
@@ -177,6 +183,64 @@ bool Misc::isStringPrintableUtf8(const char* s, unsigned int len, const char* di
         i += 1 + count;
     }
     return true;
+}
+
+bool Misc::truncateUtf8(char* s) {
+    if (s == nullptr)
+        return false;
+    unsigned int length = static_cast<unsigned int>(std::strlen(s));
+    // The empty text is printable, so the length is never counted below 0.
+    for (int attempt = 0; attempt < 4; ++attempt, --length) {
+        if (!isStringPrintableUtf8(s, length, "", "\t\n\r"))
+            continue;
+        s[length] = 0;
+        return true;
+    }
+    Logger::StaticLog(Logger::LOG_ERROR, "truncateUtf8: String is not a printable UTF-8 string: '%.200s'", s);
+    return false;
+}
+
+char* Misc::escapeDoubleQuotes(char* out, const char* in) {
+    if (out == nullptr) {
+        Logger::StaticLog(Logger::LOG_ERROR, "escapeDoubleQuotes: pOutString is NULL");
+        return nullptr;
+    }
+    if (in == nullptr)
+        Logger::StaticLog(Logger::LOG_WARNING, "escapeDoubleQuotes: pInString is NULL");
+    char* at = out;
+    for (; in != nullptr && *in != 0; ++in) {
+        if (*in == '"')
+            *at++ = '\\';
+        *at++ = *in;
+    }
+    *at = 0;
+    return out;
+}
+
+char* Misc::stringToLower(char* s) {
+    for (char* at = s; at != nullptr && *at != 0; ++at) {
+        *at = static_cast<char>(std::tolower(static_cast<unsigned char>(*at)));
+    }
+    return s;
+}
+
+int Misc::parseTokens(char** tokens, int max, char* text, const char* delimiters) {
+    if (tokens == nullptr || max < 1)
+        return 0;
+    if (text == nullptr) {
+        tokens[0] = nullptr;
+        return 0;
+    }
+    if (delimiters == nullptr)
+        delimiters = "";
+    char* rest = nullptr;
+    int i = 0;
+    while (true) {
+        tokens[i] = strtok_r(i == 0 ? text : nullptr, delimiters, &rest);
+        if (tokens[i] == nullptr || i == max - 1)
+            return i;
+        ++i;
+    }
 }
 
 } // namespace utility

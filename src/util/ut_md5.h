@@ -1,18 +1,5 @@
 #pragma once
 
-// MD5 as RFC 1321 defines it, for C and C++ callers alike. It is kept for the
-// formats that name it; it resists no attacker.
-//
-// The state is the caller's, holds no pointers and needs no clean-up; it may be
-// copied to fork a digest. One thread at a time for each state. Nothing fails.
-//
-//     md5_state_t state;
-//     unsigned char digest[16];
-//     md5_init(&state);
-//     md5_append(&state, (const unsigned char*)"abc", 3);
-//     md5_finish(&state, digest);   // 90 01 50 98 3c d2 4f b0 d6 96 3f 7d 28
-//     e1 7f 72
-
 #include <stdint.h>
 
 #include "ut_Export.h"
@@ -21,7 +8,17 @@
 extern "C" {
 #endif
 
-/// A digest in the making. The layout is shared with callers.
+/// An MD5 digest in the making, as RFC 1321 defines it, for C and C++ callers alike.
+///
+/// The state is the caller's and needs no clean-up; it may be copied, to go on from one beginning in two ways. Its
+/// layout is shared with callers. One thread at a time for each state. Nothing fails. MD5 is here for the formats that
+/// name it: it withstands no attacker.
+///
+///     md5_state_t state;
+///     unsigned char digest[16];
+///     md5_init(&state);
+///     md5_append(&state, (const unsigned char*)"abc", 3);
+///     md5_finish(&state, digest);   // begins with 90 01 50 98
 typedef struct md5_state_s {
     uint32_t count[2];     ///< length of the message in bits, low word first
     uint32_t abcd[4];      ///< chaining values

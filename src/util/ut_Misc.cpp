@@ -1,0 +1,277 @@
+#include "ut_Misc.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <ctime>
+#include <limits>
+
+#include <unistd.h>
+
+#include "fw_Exception.h"
+#include "ut_BufferStream.h"
+#include "ut_Debug.h"
+
+namespace utility {
+
+namespace {
+
+/// Characters in a caller's buffer; what comes when the buffer is used up is dropped for good.
+class BoundedText {
+public:
+    BoundedText(char* buffer, int size) : m_at(buffer), m_left(buffer != nullptr ? std::max(size, 0) : 0) {}
+
+    void put(char c) {
+        if (m_left == 0)
+            return;
+        *m_at++ = c;
+        --m_left;
+    }
+
+    void putHexDigit(unsigned long long v) {
+        put(Debug::hexChar(static_cast<char>(v & 15)));
+    }
+
+private:
+    char* m_at;
+    int m_left;
+};
+
+char* writeHex(unsigned long long v, int digits, bool leadingZeros, char* buf, int size) {
+    BoundedText text(buf, size);
+    bool started = leadingZeros && v != 0;
+    for (int i = digits - 1; i >= 0; --i) {
+        const unsigned long long digit = v >> (4 * i) & 15;
+        started = started || digit != 0 || i == 0;
+        if (started)
+            text.putHexDigit(digit);
+    }
+    text.put(0);
+    return buf;
+}
+
+template<typename Value>
+Value fromHexString(const char* text) {
+    Value value = 0;
+    for (; text != nullptr && *text != 0; ++text) {
+        const unsigned char digit = static_cast<unsigned char>(Debug::hexFromChar(*text));
+        value = static_cast<Value>(value << 4 | digit);
+    }
+    return value;
+}
+
+constexpr unsigned long long TOP_DIVISOR = 1000000000000000000U;
+constexpr int TOP_POSITION = 19;
+constexpr const char* CAPACITY_UNITS[] = {" EB", " PB", " TB", " GB", " MB", " kB", ""};
+constexpr int NO_UNIT = 6;
+
+/// Without a sign, the most negative value too.
+unsigned long long magnitude(long long v) {
+    const unsigned long long bits = static_cast<unsigned long long>(v);
+    return v < 0 ? 0 - bits : bits;
+}
+
+char digitAt(unsigned long long v, unsigned long long divisor) {
+    return static_cast<char>('0' + v / divisor % 10);
+}
+
+/// Writes the first `digits` digits of `v` with ',' and '.' between the groups. The result says which unit they are in.
+int putCapacity(BufferStream& out, unsigned long long v, int digits) {
+    int unit = 0;
+    int position = TOP_POSITION;
+    bool started = false;
+    for (unsigned long long divisor = TOP_DIVISOR; divisor > 0 && digits > 0; divisor /= 10, --position) {
+        const char digit = digitAt(v, divisor);
+        if (position % 3 == 0 && digits >= 3) {
+            if (started)
+                out.PutC(',');
+            ++unit;
+        } else if (position % 3 == 0) {
+            // Fewer than three are left only behind a written digit, so the point never comes first.
+            out.PutC('.');
+        }
+        started = started || digit != '0';
+        if (!started)
+            continue;
+        out.PutC(digit);
+        --digits;
+    }
+    return unit;
+}
+
+} // namespace
+
+unsigned int Misc::makePowerOf2(unsigned int n) {
+    --n;
+    n |= n >> 1;
+    n |= n >> 2;
+    n |= n >> 4;
+    n |= n >> 8;
+    n |= n >> 16;
+    return n + 1;
+}
+
+char* Misc::toHexString(unsigned long long v, bool leadingZeros, char* buf, int size) {
+    return writeHex(v, 16, leadingZeros, buf, size);
+}
+
+char* Misc::toHexString(unsigned int v, bool leadingZeros, char* buf, int size) {
+    return writeHex(v, 8, leadingZeros, buf, size);
+}
+
+char* Misc::toHexString(unsigned short v, bool leadingZeros, char* buf, int size) {
+    return writeHex(v, 4, leadingZeros, buf, size);
+}
+
+char* Misc::toHexString(unsigned char v, bool leadingZeros, char* buf, int size) {
+    BoundedText text(buf, size);
+    if (v > 15 || leadingZeros)
+        text.putHexDigit(v >> 4);
+    text.putHexDigit(v);
+    text.put(0);
+    return buf;
+}
+
+char* Misc::toHexString(unsigned char* bytes, int count, char* buf, int size) {
+    try {
+        PutStream out(buf, size);
+        for (int i = 0; bytes != nullptr && i < count; ++i)
+            out.PutF("%02x", bytes[i]);
+    } catch (framework::Exception* failure) {
+        delete failure;
+        return nullptr;
+    }
+    return buf;
+}
+
+bool Misc::isValidHexNumber(const char* text) {
+    if (text == nullptr)
+        return false;
+    if (text[0] == '0' && (text[1] == 'x' || text[1] == 'X'))
+        text += 2;
+    while (isHexChar(*text) && *text != 0)
+        ++text;
+    return *text == 0;
+}
+
+bool Misc::isHexChar(char c) {
+    const unsigned char value = static_cast<unsigned char>(c);
+    return value <= 'A' || (value >= 'a' && value <= 'f');
+}
+
+uint8_t Misc::uint8FromHexString(const char* text) {
+    return fromHexString<uint8_t>(text);
+}
+
+uint16_t Misc::uint16FromHexString(const char* text) {
+    return fromHexString<uint16_t>(text);
+}
+
+unsigned int Misc::uint32FromHexString(const char* text) {
+    return fromHexString<unsigned int>(text);
+}
+
+unsigned long long Misc::uint64FromHexString(const char* text) {
+    return fromHexString<unsigned long long>(text);
+}
+
+char* Misc::toDecimal(long v, char* buf, int size) {
+    return toDecimal(static_cast<long long>(v), buf, size);
+}
+
+char* Misc::toDecimal(long long v, char* buf, int size) {
+    BufferStream out(buf, size, false);
+    if (v == 0) {
+        out.PutC('0');
+        return buf;
+    }
+    if (v < 0)
+        out.PutC('-');
+    int position = TOP_POSITION;
+    bool started = false;
+    for (unsigned long long divisor = TOP_DIVISOR; divisor > 0; divisor /= 10, --position) {
+        const char digit = digitAt(magnitude(v), divisor);
+        if (started && position % 3 == 0)
+            out.PutC(',');
+        started = started || digit != '0';
+        if (started)
+            out.PutC(digit);
+    }
+    out.PutC(0);
+    return buf;
+}
+
+char* Misc::toDSdecimal(long v, int digits, char* buf, int size) {
+    return toDSdecimal(static_cast<long long>(v), digits, buf, size);
+}
+
+char* Misc::toDSdecimal(long long v, int digits, char* buf, int size) {
+    BufferStream out(buf, size, false);
+    int unit = NO_UNIT;
+    if (v == 0) {
+        out.PutC('0');
+    } else {
+        if (v < 0)
+            out.PutC('-');
+        unit = putCapacity(out, magnitude(v), std::max(digits, 3));
+    }
+    out.PutF("%s", CAPACITY_UNITS[unit]);
+    return buf;
+}
+
+char* Misc::toIPV4String(unsigned int addr, char* buf, int size) {
+    try {
+        BufferStream out(buf, size, false);
+        out.PutF("%u.%u.%u.%u", addr & 255, addr >> 8 & 255, addr >> 16 & 255, addr >> 24);
+    } catch (framework::Exception* failure) {
+        delete failure;
+        return nullptr;
+    }
+    return buf;
+}
+
+char* Misc::toMacAddress(unsigned long long v, char* buf, int size) {
+    BoundedText text(buf, size);
+    for (int shift = 40; shift >= 0; shift -= 8) {
+        text.putHexDigit(v >> (shift + 4));
+        text.putHexDigit(v >> shift);
+        text.put(shift > 0 ? ':' : '\0');
+    }
+    return buf;
+}
+
+unsigned long long Misc::uint64FromMACAddress(unsigned char* mac) {
+    unsigned long long value = 0;
+    for (int i = 0; mac != nullptr && i < 6; ++i)
+        value = value << 8 | mac[i];
+    return value;
+}
+
+void Misc::sleepSeconds(unsigned int s) {
+    sleep(s);
+}
+
+void Misc::sleepMicroseconds(unsigned long long us) {
+    const unsigned long long longest = static_cast<unsigned long long>(std::numeric_limits<time_t>::max());
+    timespec span = {};
+    span.tv_sec = static_cast<time_t>(std::min(us / 1000000, longest));
+    span.tv_nsec = static_cast<long>(us % 1000000 * 1000);
+    nanosleep(&span, nullptr);
+}
+
+int Misc::getErrnoMsg(char* buf, unsigned int size) {
+    const int error = errno;
+    if (buf == nullptr || size < 1)
+        return error;
+    buf[0] = 0;
+    if (error == 0)
+        return 0;
+    // The text may be one of the platform's own, with the buffer unused.
+    const char* text = strerror_r(error, buf, size);
+    if (text != buf)
+        std::snprintf(buf, size, "%s", text);
+    return error;
+}
+
+} // namespace utility
