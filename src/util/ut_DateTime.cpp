@@ -1,5 +1,17 @@
 #include "ut_DateTime.h"
 
+#include <algorithm>
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <limits>
+
+#include "ut_Failure.h"
+#include "ut_Misc.h"
+#include "ut_PutStream.h"
+#include "ut_Trace.h"
+
 namespace utility {
 
 const int DateTime::m_monthDays[12] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
@@ -12,10 +24,636 @@ const char* const DateTime::m_shortMonthNames[12] = {"Jan", "Feb", "Mar", "Apr",
                                                      "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
 const char* const DateTime::DT_ErrorMessages[3] = {"No Error", "Invalid Time Zone", "Invalid Date"};
 
+namespace {
+
+constexpr stringtoken DEBUG_DATE_TIME = 348;
+constexpr time_t INVALID_TIME = -1;
+constexpr int FIRST_TM_YEAR = 1900;
+constexpr int MONTHS_PER_YEAR = 12;
+constexpr int DAYS_PER_WEEK = 7;
+constexpr long SECONDS_PER_MINUTE = 60;
+constexpr long SECONDS_PER_HOUR = 60 * SECONDS_PER_MINUTE;
+constexpr long SECONDS_PER_DAY = 24 * SECONDS_PER_HOUR;
+constexpr long SECONDS_PER_WEEK = 7 * SECONDS_PER_DAY;
+constexpr std::size_t LONGEST_TEXT_READ = 128;
+constexpr int MOST_TOKENS = 20;
+constexpr std::size_t LONGEST_TEXT_WRITTEN = 128;
+
+static_assert(sizeof(time_t) == sizeof(long), "seconds are handed over as long");
+
+template<typename Narrow>
+Narrow clampTo(long long value) {
+    constexpr long long least = std::numeric_limits<Narrow>::min();
+    constexpr long long most = std::numeric_limits<Narrow>::max();
+    return static_cast<Narrow>(std::clamp(value, least, most));
+}
+
+/// A date and time as a person writes it, month 1 to 12.
+struct WrittenFields {
+    int year;
+    int month;
+    int day;
+    int hour;
+    int minute;
+    int second;
+};
+
+/// Puts a year and a month, counted from 0, into `fields`; whole years among the months are carried over so that
+/// nothing overflows. False when the year does not fit.
+bool setYearAndMonth(tm* fields, long long year, long long month) {
+    const long long tmYear = year - FIRST_TM_YEAR + month / MONTHS_PER_YEAR;
+    fields->tm_year = clampTo<int>(tmYear);
+    fields->tm_mon = static_cast<int>(month % MONTHS_PER_YEAR);
+    return fields->tm_year == tmYear;
+}
+
+/// Seconds since the epoch with the platform deciding on daylight saving; −1 when it cannot express the time.
+time_t localSeconds(tm* fields) {
+    fields->tm_isdst = -1;
+    return mktime(fields);
+}
+
+time_t localSeconds(const WrittenFields& written) {
+    tm fields = {};
+    if (!setYearAndMonth(&fields, written.year, written.month - 1LL))
+        return INVALID_TIME;
+    fields.tm_mday = written.day;
+    fields.tm_hour = written.hour;
+    fields.tm_min = written.minute;
+    fields.tm_sec = written.second;
+    return localSeconds(&fields);
+}
+
+/// The local time; false, with all fields 0, when the platform or the year's `int` cannot express it.
+bool localFields(time_t seconds, tm* fields) {
+    if (localtime_r(&seconds, fields) != nullptr && fields->tm_year <= std::numeric_limits<int>::max() - FIRST_TM_YEAR)
+        return true;
+    *fields = tm();
+    return false;
+}
+
+int yearOf(const tm& fields) {
+    return fields.tm_year + FIRST_TM_YEAR;
+}
+
+int localField(time_t seconds, int tm::*field) {
+    tm fields = {};
+    localFields(seconds, &fields);
+    return fields.*field;
+}
+
+/// Months of the local calendar since a fixed one.
+long long monthNumber(time_t seconds) {
+    tm fields = {};
+    localFields(seconds, &fields);
+    return static_cast<long long>(fields.tm_year) * MONTHS_PER_YEAR + fields.tm_mon;
+}
+
+/// Numbers beyond `int` count as the nearest one, on every platform.
+int numberOf(const char* token) {
+    return clampTo<int>(std::strtoll(token, nullptr, 10));
+}
+
+WrittenFields fieldsOfISOTokens(char* const* tokens) {
+    return {numberOf(tokens[0]), numberOf(tokens[1]), numberOf(tokens[2]),
+            numberOf(tokens[3]), numberOf(tokens[4]), numberOf(tokens[5])};
+}
+
+WrittenFields fieldsOfClassicTokens(char* const* tokens) {
+    return {numberOf(tokens[6]), DateTime::MonthFromName(tokens[1]) + 1,
+            numberOf(tokens[2]), numberOf(tokens[3]),
+            numberOf(tokens[4]), numberOf(tokens[5])};
+}
+
+/// Not that of the locale, in which a name might have another lower case.
+char lowerAscii(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+bool equalsWithoutCase(const char* a, const char* b) {
+    for (; lowerAscii(*a) == lowerAscii(*b); ++a, ++b) {
+        if (*a == 0)
+            return true;
+    }
+    return false;
+}
+
+int indexOfName(const char* name, const char* const* names, const char* const* shortNames, int count) {
+    if (name == nullptr)
+        return -1;
+    for (int i = 0; i < count; ++i) {
+        if (equalsWithoutCase(name, names[i]) || equalsWithoutCase(name, shortNames[i]))
+            return i;
+    }
+    return -1;
+}
+
+const char* nameAt(int index, const char* const* names, int count) {
+    return index >= 0 && index < count ? names[index] : nullptr;
+}
+
+long long difference(time_t a, time_t b) {
+    long long result = 0;
+    if (!__builtin_sub_overflow(static_cast<long long>(a), static_cast<long long>(b), &result))
+        return result;
+    return a < b ? std::numeric_limits<long long>::min() : std::numeric_limits<long long>::max();
+}
+
+time_t shifted(time_t seconds, long n, long unit) {
+    long long distance = 0;
+    long long result = 0;
+    if (__builtin_mul_overflow(static_cast<long long>(n), static_cast<long long>(unit), &distance) ||
+        __builtin_add_overflow(static_cast<long long>(seconds), distance, &result))
+        return n < 0 ? std::numeric_limits<time_t>::min() : std::numeric_limits<time_t>::max();
+    return clampTo<time_t>(result);
+}
+
+time_t shiftedByMonths(time_t seconds, long long years, long long months) {
+    tm fields = {};
+    if (!localFields(seconds, &fields))
+        return INVALID_TIME;
+    long long year = 0;
+    if (__builtin_add_overflow(years, yearOf(fields), &year))
+        return INVALID_TIME;
+    year += months / MONTHS_PER_YEAR;
+    if (clampTo<int>(year) != year)
+        return INVALID_TIME;
+    if (!setYearAndMonth(&fields, year, fields.tm_mon + months % MONTHS_PER_YEAR))
+        return INVALID_TIME;
+    return localSeconds(&fields);
+}
+
+time_t midnight(time_t seconds, int daysLater) {
+    tm fields = {};
+    if (!localFields(seconds, &fields))
+        return INVALID_TIME;
+    fields.tm_mday += daysLater;
+    fields.tm_hour = 0;
+    fields.tm_min = 0;
+    fields.tm_sec = 0;
+    return localSeconds(&fields);
+}
+
+time_t merged(time_t date, time_t time) {
+    tm fields = {};
+    tm timeOfDay = {};
+    if (!localFields(date, &fields) || !localFields(time, &timeOfDay))
+        return INVALID_TIME;
+    fields.tm_hour = timeOfDay.tm_hour;
+    fields.tm_min = timeOfDay.tm_min;
+    fields.tm_sec = timeOfDay.tm_sec;
+    return localSeconds(&fields);
+}
+
+/// The text of `fields` as `ToRFC822Buf` writes it where the locale's names are the English ones.
+void writeRFC822InEnglish(const tm& fields, char* buf, std::size_t size) {
+    char year[16];
+    std::strftime(year, sizeof year, "%Y", &fields);
+    std::snprintf(buf, size, "%s, %02d %s %s %02d:%02d:%02d GMT", DateTime::m_shortWeekdayNames[fields.tm_wday],
+                  fields.tm_mday, DateTime::m_shortMonthNames[fields.tm_mon], year, fields.tm_hour, fields.tm_min,
+                  fields.tm_sec);
+}
+
+/// Reads roughly, and takes the result only if it is written the same way: so dates that do not exist, other separators
+/// and trailing text are all refused.
+bool readRFC822(const char* text, time_t* seconds) {
+    tm fields = {};
+    char month[4];
+    long long year = 0;
+    if (std::sscanf(text, "%*[^,], %2d %3s %11lld %2d:%2d:%2d", &fields.tm_mday, month, &year, &fields.tm_hour,
+                    &fields.tm_min, &fields.tm_sec) != 6)
+        return false;
+    if (!setYearAndMonth(&fields, year, DateTime::MonthFromName(month)))
+        return false;
+    *seconds = timegm(&fields);
+    char written[LONGEST_TEXT_WRITTEN];
+    if (gmtime_r(seconds, &fields) == nullptr)
+        return false;
+    writeRFC822InEnglish(fields, written, sizeof written);
+    return equalsWithoutCase(text, written);
+}
+
+/// A text's way out: a caller's array or a stream.
+class Destination {
+public:
+    Destination(char* buf, int size) : m_buf(buf), m_size(buf != nullptr ? std::max(size, 0) : 0), m_stream(nullptr) {}
+    explicit Destination(PutStream& stream) : m_buf(nullptr), m_size(0), m_stream(&stream) {}
+
+    void write(const char* format, ...) const VXUT_PRINTF(2, 3) {
+        va_list arguments;
+        va_start(arguments, format);
+        writeList(format, arguments);
+        va_end(arguments);
+    }
+
+private:
+    void writeList(const char* format, va_list arguments) const VXUT_PRINTF(2, 0) {
+        if (m_stream != nullptr) {
+            m_stream->PutV(format, arguments);
+        } else {
+            std::vsnprintf(m_size > 0 ? m_buf : nullptr, static_cast<std::size_t>(m_size), format, arguments);
+        }
+    }
+
+    char* m_buf;
+    int m_size;
+    PutStream* m_stream;
+};
+
+/// The local fields of a time that has a text; false, with the empty text written, for any other.
+bool beginText(time_t seconds, tm* fields, const Destination& destination) {
+    if (seconds != INVALID_TIME && localFields(seconds, fields))
+        return true;
+    destination.write("%s", "");
+    return false;
+}
+
+void writeLong(time_t seconds, const Destination& destination) {
+    tm fields = {};
+    if (!beginText(seconds, &fields, destination))
+        return;
+    destination.write("%s %s %d, %04d, %02d:%02d:%02d", DateTime::m_weekdayNames[fields.tm_wday],
+                      DateTime::m_monthNames[fields.tm_mon], fields.tm_mday, yearOf(fields), fields.tm_hour,
+                      fields.tm_min, fields.tm_sec);
+}
+
+void writeISO(time_t seconds, const Destination& destination) {
+    tm fields = {};
+    if (!beginText(seconds, &fields, destination))
+        return;
+    destination.write("%04d-%02d-%02d %02d:%02d:%02d", yearOf(fields), fields.tm_mon + 1, fields.tm_mday,
+                      fields.tm_hour, fields.tm_min, fields.tm_sec);
+}
+
+void writeRFC822(time_t seconds, const Destination& destination) {
+    tm fields = {};
+    char text[LONGEST_TEXT_WRITTEN] = "";
+    if (gmtime_r(&seconds, &fields) == nullptr ||
+        std::strftime(text, sizeof text, "%a, %d %b %Y %H:%M:%S GMT", &fields) == 0)
+        text[0] = 0;
+    destination.write("%s", text);
+}
+
+void writeShort(time_t seconds, const Destination& destination) {
+    tm fields = {};
+    if (!beginText(seconds, &fields, destination))
+        return;
+    destination.write("%d/%02d/%04d %02d:%02d:%02d", fields.tm_mon + 1, fields.tm_mday, yearOf(fields), fields.tm_hour,
+                      fields.tm_min, fields.tm_sec);
+}
+
+void writeShortDate(time_t seconds, const Destination& destination) {
+    tm fields = {};
+    if (!beginText(seconds, &fields, destination))
+        return;
+    destination.write("%d/%02d/%04d", fields.tm_mon + 1, fields.tm_mday, yearOf(fields));
+}
+
+void writeISODate(time_t seconds, const Destination& destination) {
+    tm fields = {};
+    if (!beginText(seconds, &fields, destination))
+        return;
+    destination.write("%04d-%02d-%02d", yearOf(fields), fields.tm_mon + 1, fields.tm_mday);
+}
+
+void writeShortTime(time_t seconds, const Destination& destination) {
+    tm fields = {};
+    if (!beginText(seconds, &fields, destination))
+        return;
+    destination.write("%02d:%02d:%02d", fields.tm_hour, fields.tm_min, fields.tm_sec);
+}
+
+} // namespace
+
 DateTime::DateTime(long t) : m_time(t) {}
 
+DateTime::DateTime(int year, int month, int day, int hour, int minute, int second)
+    : m_time(localSeconds({year, month, day, hour, minute, second})) {
+    if (m_time == INVALID_TIME)
+        VXUT_THROW_FLAGGED(FAILURE_DATE, DT_ErrorMessages[2], false);
+}
+
+DateTime::DateTime(int year, int month, int day) : m_time(localSeconds({year, month, day, 0, 0, 0})) {
+    if (m_time == INVALID_TIME)
+        VXUT_THROW_FLAGGED(FAILURE_DATE, DT_ErrorMessages[2], false);
+}
+
+DateTime::DateTime(tm* fields) : m_time(fields != nullptr ? mktime(fields) : INVALID_TIME) {
+    if (m_time == INVALID_TIME)
+        VXUT_THROW_FLAGGED(FAILURE_DATE, DT_ErrorMessages[2], false);
+}
+
+DateTime::DateTime(const char* text) : m_time(0) {
+    if (text == nullptr || *text == 0)
+        return;
+    char work[LONGEST_TEXT_READ + 1] = {};
+    memccpy(work, text, 0, LONGEST_TEXT_READ);
+    char* tokens[MOST_TOKENS];
+    WrittenFields written = {};
+    if (std::strchr(text, '-') != nullptr) {
+        const int count = Misc::parseTokens(tokens, MOST_TOKENS, work, " :-\t");
+        if (count == 0)
+            return;
+        if (count != 6)
+            VXUT_THROW_FLAGGED(FAILURE_DATE, DT_ErrorMessages[2], false);
+        written = fieldsOfISOTokens(tokens);
+    } else {
+        const int count = Misc::parseTokens(tokens, MOST_TOKENS, work, " :\t");
+        if (count == 0)
+            return;
+        if (count != 7 || MonthFromName(tokens[1]) < January)
+            VXUT_THROW_FLAGGED(FAILURE_DATE, DT_ErrorMessages[2], false);
+        written = fieldsOfClassicTokens(tokens);
+    }
+    VXUT_TRACE(DEBUG_DATE_TIME, "DateTime: Year %d Month %d Day %d Hour %d Minute %d Seconds %d", written.year,
+               written.month, written.day, written.hour, written.minute, written.second);
+    m_time = localSeconds(written);
+    if (m_time == INVALID_TIME)
+        VXUT_THROW_FLAGGED(FAILURE_DATE, DT_ErrorMessages[2], false);
+}
+
+DateTime DateTime::Parse(const char* text) {
+    return DateTime(text);
+}
+
+DateTime DateTime::fromRFC822(const char* text) {
+    time_t seconds = 0;
+    if (text == nullptr || *text == 0)
+        return DateTime(seconds);
+    if (!readRFC822(text, &seconds))
+        VXUT_THROW_FLAGGED(FAILURE_DATE, DT_ErrorMessages[2], false);
+    return DateTime(seconds);
+}
+
+DateTime DateTime::Invalid() {
+    return DateTime(INVALID_TIME);
+}
+
+DateTime DateTime::Now() {
+    return Now(CLOCK_REALTIME);
+}
+
+DateTime DateTime::Now(int clock) {
+    timespec now = {};
+    return clock_gettime(clock, &now) == 0 ? DateTime(now.tv_sec) : Invalid();
+}
+
 void DateTime::ClockTime(timespec* time) {
-    if (time != nullptr) clock_gettime(CLOCK_REALTIME, time);
+    if (time != nullptr)
+        clock_gettime(CLOCK_REALTIME, time);
+}
+
+DateTime DateTime::Merge(DateTime date, DateTime time) {
+    const time_t seconds = merged(date.m_time, time.m_time);
+    if (seconds == INVALID_TIME)
+        VXUT_THROW_FLAGGED(FAILURE_DATE, DT_ErrorMessages[2], false);
+    return DateTime(seconds);
+}
+
+tm* DateTime::toTM(tm* fields) const {
+    if (fields == nullptr)
+        return nullptr;
+    if (localtime_r(&m_time, fields) != nullptr)
+        return fields;
+    *fields = tm();
+    return nullptr;
+}
+
+DateTime DateTime::AddSeconds(long n) const {
+    return DateTime(shifted(m_time, n, 1));
+}
+
+DateTime DateTime::AddMinutes(long n) const {
+    return DateTime(shifted(m_time, n, SECONDS_PER_MINUTE));
+}
+
+DateTime DateTime::AddHours(long n) const {
+    return DateTime(shifted(m_time, n, SECONDS_PER_HOUR));
+}
+
+DateTime DateTime::AddDays(long n) const {
+    return DateTime(shifted(m_time, n, SECONDS_PER_DAY));
+}
+
+DateTime DateTime::AddWeeks(long n) const {
+    return DateTime(shifted(m_time, n, SECONDS_PER_WEEK));
+}
+
+DateTime DateTime::AddMonths(long n) const {
+    return DateTime(shiftedByMonths(m_time, 0, n));
+}
+
+DateTime DateTime::AddYears(long n) const {
+    return DateTime(shiftedByMonths(m_time, n, 0));
+}
+
+int DateTime::SecondsSpan(const DateTime& other) const {
+    return clampTo<int>(difference(other.m_time, m_time));
+}
+
+int DateTime::MinutesSpan(const DateTime& other) const {
+    return clampTo<int>(difference(other.m_time, m_time) / SECONDS_PER_MINUTE);
+}
+
+int DateTime::HoursSpan(const DateTime& other) const {
+    return clampTo<int>(difference(other.m_time, m_time) / SECONDS_PER_HOUR);
+}
+
+int DateTime::DaysSpan(const DateTime& other) const {
+    return clampTo<int>(difference(other.m_time, m_time) / SECONDS_PER_DAY);
+}
+
+int DateTime::WeeksSpan(const DateTime& other) const {
+    return clampTo<int>(difference(other.m_time, m_time) / SECONDS_PER_WEEK);
+}
+
+int DateTime::MonthsSpan(const DateTime& other) const {
+    return clampTo<int>(monthNumber(other.m_time) - monthNumber(m_time));
+}
+
+int DateTime::YearsSpan(const DateTime& other) const {
+    return clampTo<int>(static_cast<long long>(other.getYear()) - getYear());
+}
+
+long DateTime::CompareTo(const DateTime& other) const {
+    return DiffTime(*this, other);
+}
+
+bool DateTime::Equals(const DateTime& other) const {
+    return m_time == other.m_time;
+}
+
+long DateTime::DiffTime(const DateTime& a, const DateTime& b) {
+    return clampTo<long>(difference(a.m_time, b.m_time));
+}
+
+bool DateTime::isLeapYear(int year) {
+    return year % 4 == 0;
+}
+
+int DateTime::DaysInMonth(int year, int month) {
+    if (month < January || month > December)
+        return 0;
+    return month == February && isLeapYear(year) ? 29 : m_monthDays[month];
+}
+
+int DateTime::DaysInYear(int year) {
+    return isLeapYear(year) ? 366 : 365;
+}
+
+const char* DateTime::WeekdayName(Weekday weekday) {
+    return nameAt(weekday, m_weekdayNames, DAYS_PER_WEEK);
+}
+
+const char* DateTime::ShortWeekdayName(Weekday weekday) {
+    return nameAt(weekday, m_shortWeekdayNames, DAYS_PER_WEEK);
+}
+
+const char* DateTime::MonthName(Month month) {
+    return nameAt(month, m_monthNames, MONTHS_PER_YEAR);
+}
+
+const char* DateTime::ShortMonthName(Month month) {
+    return nameAt(month, m_shortMonthNames, MONTHS_PER_YEAR);
+}
+
+DateTime::Weekday DateTime::WeekdayFromName(const char* name) {
+    return static_cast<Weekday>(indexOfName(name, m_weekdayNames, m_shortWeekdayNames, DAYS_PER_WEEK));
+}
+
+DateTime::Month DateTime::MonthFromName(const char* name) {
+    return static_cast<Month>(indexOfName(name, m_monthNames, m_shortMonthNames, MONTHS_PER_YEAR));
+}
+
+int DateTime::getYear() const {
+    tm fields = {};
+    return localFields(m_time, &fields) ? yearOf(fields) : 0;
+}
+
+DateTime::Month DateTime::getMonth() const {
+    return static_cast<Month>(localField(m_time, &tm::tm_mon));
+}
+
+int DateTime::getDayOfMonth() const {
+    return localField(m_time, &tm::tm_mday);
+}
+
+DateTime::Weekday DateTime::getDayOfWeek() const {
+    return static_cast<Weekday>(localField(m_time, &tm::tm_wday));
+}
+
+int DateTime::getDayOfYear() const {
+    return localField(m_time, &tm::tm_yday);
+}
+
+int DateTime::getHour() const {
+    return localField(m_time, &tm::tm_hour);
+}
+
+int DateTime::getMinute() const {
+    return localField(m_time, &tm::tm_min);
+}
+
+int DateTime::getSecond() const {
+    return localField(m_time, &tm::tm_sec);
+}
+
+bool DateTime::isDST() const {
+    return localField(m_time, &tm::tm_isdst) > 0;
+}
+
+DateTime DateTime::getDate() const {
+    return DateTime(midnight(m_time, 0));
+}
+
+DateTime DateTime::getNextMinute() const {
+    // A leap second belongs to the minute before it.
+    return AddSeconds(SECONDS_PER_MINUTE - std::min(getSecond(), 59));
+}
+
+DateTime DateTime::getNextDay() const {
+    return DateTime(midnight(m_time, 1));
+}
+
+bool DateTime::getEpochValid() const {
+    return m_time != INVALID_TIME;
+}
+
+char* DateTime::ToBuf(char* buf, int size) const {
+    writeLong(m_time, Destination(buf, size));
+    return buf;
+}
+
+char* DateTime::ToISOBuf(char* buf, int size) const {
+    writeISO(m_time, Destination(buf, size));
+    return buf;
+}
+
+char* DateTime::ToRFC822Buf(char* buf, int size) const {
+    writeRFC822(m_time, Destination(buf, size));
+    return buf;
+}
+
+char* DateTime::ToShortBuf(char* buf, int size) const {
+    writeShort(m_time, Destination(buf, size));
+    return buf;
+}
+
+char* DateTime::ToShortDateBuf(char* buf, int size) const {
+    writeShortDate(m_time, Destination(buf, size));
+    return buf;
+}
+
+char* DateTime::ToISODateBuf(char* buf, int size) const {
+    writeISODate(m_time, Destination(buf, size));
+    return buf;
+}
+
+char* DateTime::ToShortTimeBuf(char* buf, int size) const {
+    writeShortTime(m_time, Destination(buf, size));
+    return buf;
+}
+
+void DateTime::ToBuffer(PutStream& out) const {
+    writeLong(m_time, Destination(out));
+}
+
+void DateTime::ToISOBuffer(PutStream& out) const {
+    writeISO(m_time, Destination(out));
+}
+
+void DateTime::ToRFC822Buffer(PutStream& out) const {
+    writeRFC822(m_time, Destination(out));
+}
+
+void DateTime::ToShortBuffer(PutStream& out) const {
+    writeShort(m_time, Destination(out));
+}
+
+void DateTime::ToShortDateBuffer(PutStream& out) const {
+    writeShortDate(m_time, Destination(out));
+}
+
+void DateTime::ToISODateBuffer(PutStream& out) const {
+    writeISODate(m_time, Destination(out));
+}
+
+void DateTime::ToShortTimeBuffer(PutStream& out) const {
+    writeShortTime(m_time, Destination(out));
+}
+
+void DateTime::dumpTM(tm* fields) {
+    if (fields == nullptr)
+        return;
+    VXUT_LOG(framework::Logger::LOG_DEBUG, "tm.tm_year = %d", fields->tm_year);
+    VXUT_LOG(framework::Logger::LOG_DEBUG, "tm.tm_mon = %d", fields->tm_mon);
+    VXUT_LOG(framework::Logger::LOG_DEBUG, "tm.tm_mday = %d", fields->tm_mday);
+    VXUT_LOG(framework::Logger::LOG_DEBUG, "tm.tm_hour = %d", fields->tm_hour);
+    VXUT_LOG(framework::Logger::LOG_DEBUG, "tm.tm_min = %d", fields->tm_min);
+    VXUT_LOG(framework::Logger::LOG_DEBUG, "tm.tm_sec = %d", fields->tm_sec);
+    VXUT_LOG(framework::Logger::LOG_DEBUG, "tm.tm_wday = %d", fields->tm_wday);
+    VXUT_LOG(framework::Logger::LOG_DEBUG, "tm.tm_yday = %d", fields->tm_yday);
+    VXUT_LOG(framework::Logger::LOG_DEBUG, "tm.tm_isdst = %d", fields->tm_isdst);
 }
 
 } // namespace utility

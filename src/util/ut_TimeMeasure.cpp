@@ -1,0 +1,122 @@
+#include "ut_TimeMeasure.h"
+
+#include <algorithm>
+#include <cstdarg>
+#include <cstddef>
+#include <cstdio>
+#include <ctime>
+#include <limits>
+
+#include "ut_DateTime.h"
+
+namespace utility {
+
+namespace {
+
+constexpr long MICROSECONDS_PER_SECOND = 1000000;
+constexpr long MICROSECONDS_PER_MILLISECOND = 1000;
+constexpr long NANOSECONDS_PER_MICROSECOND = 1000;
+constexpr int DURATION_LIMIT = 20;
+
+long clampToLong(int64_t value) {
+    constexpr int64_t least = std::numeric_limits<long>::min();
+    constexpr int64_t most = std::numeric_limits<long>::max();
+    return static_cast<long>(std::clamp(value, least, most));
+}
+
+void print(char* buf, int size, const char* format, ...) VXUT_PRINTF(3, 4);
+
+void print(char* buf, int size, const char* format, ...) {
+    if (buf == nullptr || size < 1)
+        return;
+    va_list arguments;
+    va_start(arguments, format);
+    std::vsnprintf(buf, static_cast<std::size_t>(size), format, arguments);
+    va_end(arguments);
+}
+
+struct ClockFields {
+    long hours;
+    long minutes;
+    long seconds;
+    long microseconds;
+
+    explicit ClockFields(int64_t ts)
+        : hours(clampToLong(ts / MICROSECONDS_PER_SECOND / 3600)),
+          minutes(static_cast<long>(ts / MICROSECONDS_PER_SECOND / 60 % 60)),
+          seconds(static_cast<long>(ts / MICROSECONDS_PER_SECOND % 60)),
+          microseconds(static_cast<long>(ts % MICROSECONDS_PER_SECOND)) {}
+};
+
+/// The local time of day, counted down to the second before a negative time stamp; false when there is none.
+bool timeOfDay(int64_t ts, tm* fields, long* microseconds) {
+    int64_t seconds = ts / MICROSECONDS_PER_SECOND;
+    *microseconds = static_cast<long>(ts % MICROSECONDS_PER_SECOND);
+    if (*microseconds < 0) {
+        *microseconds += MICROSECONDS_PER_SECOND;
+        --seconds;
+    }
+    return clampToLong(seconds) == seconds && DateTime(seconds).toTM(fields) != nullptr;
+}
+
+} // namespace
+
+int64_t TimeMeasure::getTimestamp() {
+    timespec now = {};
+    DateTime::ClockTime(&now);
+    return timeStampFromParts(now.tv_sec, now.tv_nsec / NANOSECONDS_PER_MICROSECOND);
+}
+
+long TimeMeasure::getSeconds(int64_t ts) {
+    return clampToLong(ts / MICROSECONDS_PER_SECOND);
+}
+
+long TimeMeasure::getSubSeconds(int64_t ts) {
+    return static_cast<long>(ts % MICROSECONDS_PER_SECOND);
+}
+
+int64_t TimeMeasure::timeStampFromParts(long sec, long usec) {
+    int64_t product = 0;
+    int64_t sum = 0;
+    if (!__builtin_mul_overflow(static_cast<int64_t>(sec), int64_t{MICROSECONDS_PER_SECOND}, &product) &&
+        !__builtin_add_overflow(product, static_cast<int64_t>(usec), &sum))
+        return sum;
+    return sec < 0 ? std::numeric_limits<int64_t>::min() : std::numeric_limits<int64_t>::max();
+}
+
+char* TimeMeasure::printDuration(int64_t ts, char* buf, int size) {
+    const ClockFields fields(ts);
+    print(buf, std::min(size, DURATION_LIMIT), "%02ld:%02ld:%02ld.%06ld", fields.hours, fields.minutes, fields.seconds,
+          fields.microseconds);
+    return buf;
+}
+
+char* TimeMeasure::printDurationMillisec(int64_t ts, char* buf, int size) {
+    const ClockFields fields(ts);
+    print(buf, std::min(size, DURATION_LIMIT), "%02ld:%02ld:%02ld.%03ld", fields.hours, fields.minutes, fields.seconds,
+          fields.microseconds / MICROSECONDS_PER_MILLISECOND);
+    return buf;
+}
+
+char* TimeMeasure::printTimestamp(int64_t ts, char* buf, int size) {
+    tm fields = {};
+    long microseconds = 0;
+    print(buf, size, "%s", "");
+    if (!timeOfDay(ts, &fields, &microseconds))
+        return buf;
+    print(buf, size, "%02d:%02d:%02d.%06ld", fields.tm_hour, fields.tm_min, fields.tm_sec, microseconds);
+    return buf;
+}
+
+char* TimeMeasure::printTimestampMillisec(int64_t ts, char* buf, int size) {
+    tm fields = {};
+    long microseconds = 0;
+    print(buf, size, "%s", "");
+    if (!timeOfDay(ts, &fields, &microseconds))
+        return buf;
+    print(buf, size, "%02d:%02d:%02d.%03ld", fields.tm_hour, fields.tm_min, fields.tm_sec,
+          microseconds / MICROSECONDS_PER_MILLISECOND);
+    return buf;
+}
+
+} // namespace utility
