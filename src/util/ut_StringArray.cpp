@@ -15,14 +15,6 @@ bool isSameText(const char* left, const char* right) {
     return left != nullptr && right != nullptr && std::strcmp(left, right) == 0;
 }
 
-char* copyOf(const char* text) {
-    return text != nullptr ? framework::Memory::StaticAllocString(text) : nullptr;
-}
-
-char* copyOf(const char* text, unsigned int length) {
-    return text != nullptr ? framework::Memory::StaticAllocString(text, length) : nullptr;
-}
-
 } // namespace
 
 StringArray::StringArray(unsigned int capacity) : Array(GROWTH) {
@@ -47,13 +39,13 @@ void StringArray::growWhenFull() {
 
 void StringArray::Append(const char* text) {
     growWhenFull();
-    slots()[m_length] = copyOf(text);
+    slots()[m_length] = framework::Memory::StaticAllocString(text);
     ++m_length;
 }
 
 void StringArray::Append(const char* text, unsigned int length) {
     growWhenFull();
-    slots()[m_length] = copyOf(text, length);
+    slots()[m_length] = framework::Memory::StaticAllocString(text, length);
     ++m_length;
 }
 
@@ -63,7 +55,7 @@ void StringArray::InsertAt(unsigned int index, const char* text) {
     growWhenFull();
     for (unsigned int to = m_length; to > index; --to)
         slots()[to] = slots()[to - 1];
-    slots()[index] = copyOf(text);
+    slots()[index] = framework::Memory::StaticAllocString(text);
     ++m_length;
 }
 
@@ -75,7 +67,7 @@ void StringArray::SetAt(unsigned int index, const char* text) {
         return;
     // The new text may lie inside the former one.
     char* const former = slot;
-    slot = copyOf(text);
+    slot = framework::Memory::StaticAllocString(text);
     framework::Memory::StaticFreeString(former);
 }
 

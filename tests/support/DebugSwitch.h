@@ -1,0 +1,25 @@
+#pragma once
+
+#include "ut_Debug.h"
+
+namespace test {
+
+/// Turns a debug switch on for its life.
+///
+///     test::DebugSwitch growth(292);
+class DebugSwitch {
+public:
+    explicit DebugSwitch(unsigned int number) : m_number(number) {
+        utility::Debug::setDebugOn(number);
+    }
+    DebugSwitch(const DebugSwitch&) = delete;
+    DebugSwitch& operator=(const DebugSwitch&) = delete;
+    ~DebugSwitch() {
+        utility::Debug::setDebugOff(m_number);
+    }
+
+private:
+    unsigned int m_number;
+};
+
+} // namespace test
