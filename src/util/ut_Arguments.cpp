@@ -1,0 +1,151 @@
+#include "ut_Arguments.h"
+
+#include <cctype>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+#include <strings.h>
+
+#include "fw_StringRepository.h"
+#include "ut_PutStream.h"
+
+namespace utility {
+
+namespace {
+
+const unsigned int initialCapacity = 20;
+const unsigned int notFound = 0xFFFFFFFF;
+
+bool isBlank(char c) {
+    return std::isspace(static_cast<unsigned char>(c)) != 0;
+}
+
+} // namespace
+
+Arguments::Arguments(const char* commandText) : m_words(new StringArray(initialCapacity)), m_quoteUnmatched(false) {
+    addArgs(commandText);
+}
+
+Arguments::Arguments(int argc, char** argv) : m_words(new StringArray(initialCapacity)), m_quoteUnmatched(false) {
+    if (argv == nullptr)
+        return;
+    for (int i = 0; i < argc; ++i)
+        AddArg(argv[i]);
+}
+
+Arguments::~Arguments() {
+    delete m_words;
+}
+
+void Arguments::addArgs(const char* text) {
+    if (text == nullptr)
+        return;
+    // The words may move while they are added, also when the text is one of them.
+    const std::string copy(text);
+    const char* at = copy.c_str();
+    while (*at != 0) {
+        if (isBlank(*at)) {
+            ++at;
+        } else if (*at == '"') {
+            at = addQuotedWord(at + 1);
+        } else {
+            at = addPlainWord(at);
+        }
+    }
+}
+
+const char* Arguments::addQuotedWord(const char* start) {
+    const std::size_t length = std::strcspn(start, "\"");
+    m_words->Append(start, static_cast<unsigned int>(length));
+    if (start[length] != 0)
+        return start + length + 1;
+    m_quoteUnmatched = true;
+    return start + length;
+}
+
+const char* Arguments::addPlainWord(const char* start) {
+    const char* end = start;
+    while (*end != 0 && !isBlank(*end))
+        ++end;
+    m_words->Append(start, static_cast<unsigned int>(end - start));
+    return end;
+}
+
+unsigned int Arguments::ArgCount() const {
+    return m_words->length();
+}
+
+const char* Arguments::ArgValue(unsigned int i) const {
+    return m_words->ElementAt(i);
+}
+
+bool Arguments::isArg(const char* word) const {
+    return ArgIndex(word) != notFound;
+}
+
+unsigned int Arguments::ArgIndex(const char* word) const {
+    if (word == nullptr)
+        return notFound;
+    for (unsigned int i = 0; i < ArgCount(); ++i) {
+        if (strcasecmp(ArgValue(i), word) == 0)
+            return i;
+    }
+    return notFound;
+}
+
+unsigned int Arguments::ArgIndexByToken(unsigned int token) const {
+    return ArgIndex(strings::StringRepository::toString(token));
+}
+
+const char* Arguments::ArgString(const char* word) const {
+    const unsigned int index = ArgIndex(word);
+    return index != notFound ? ArgValue(index + 1) : nullptr;
+}
+
+long Arguments::ArgInt(const char* word) const {
+    const char* value = ArgString(word);
+    return value != nullptr ? std::strtol(value, nullptr, 10) : 0;
+}
+
+void Arguments::AddArg(const char* word) {
+    if (word != nullptr)
+        m_words->Append(word);
+}
+
+void Arguments::ModifyArg(unsigned int i, const char* word) {
+    if (word != nullptr && i < ArgCount())
+        m_words->SetAt(i, word);
+}
+
+void Arguments::DeleteArg(unsigned int i) {
+    if (i < ArgCount())
+        m_words->DeleteAt(i);
+}
+
+void Arguments::DeleteArg(const char* word) {
+    if (word == nullptr)
+        return;
+    const std::string copy(word);
+    for (unsigned int i = ArgIndex(copy.c_str()); i != notFound; i = ArgIndex(copy.c_str()))
+        m_words->DeleteAt(i);
+}
+
+char* Arguments::ToString(unsigned int first, PutStream& out) const {
+    for (unsigned int i = first; i < ArgCount(); ++i) {
+        const char* word = ArgValue(i);
+        const bool isLast = i + 1 == ArgCount();
+        if (isLast && m_quoteUnmatched) {
+            out.PutF("\"%s", word);
+        } else if (std::strchr(word, ' ') != nullptr) {
+            out.PutF("\"%s\"", word);
+        } else {
+            out.PutF("%s", word);
+        }
+        if (!isLast)
+            out.PutC(' ');
+    }
+    return out.pHead();
+}
+
+} // namespace utility

@@ -1,0 +1,136 @@
+#include "ut_Environment.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+#include <unistd.h>
+
+#include "ut_Failure.h"
+#include "ut_PutStream.h"
+#include "ut_StringArray.h"
+#include "ut_Trace.h"
+
+namespace utility {
+
+namespace {
+
+const unsigned int environmentSwitch = 368;
+const unsigned int initialCapacity = 20;
+
+} // namespace
+
+Environment::Environment() : m_variables(new StringArray(initialCapacity)) {}
+
+Environment::~Environment() {
+    delete m_variables;
+}
+
+unsigned int Environment::length() const {
+    return m_variables->length() / 2;
+}
+
+unsigned int Environment::NumElements() const {
+    return length();
+}
+
+int Environment::find(const char* name) const {
+    if (name == nullptr)
+        return -1;
+    for (unsigned int i = 0; i < m_variables->length(); i += 2) {
+        const char* stored = m_variables->ElementAt(i);
+        VXUT_TRACE(environmentSwitch, "check %u", i);
+        VXUT_TRACE(environmentSwitch, "%s == %s", name, stored);
+        if (stored != nullptr && std::strcmp(name, stored) == 0)
+            return static_cast<int>(i);
+    }
+    return -1;
+}
+
+const char* Environment::get(const char* name) const {
+    const int index = find(name);
+    return index >= 0 ? m_variables->ElementAt(static_cast<unsigned int>(index) + 1) : nullptr;
+}
+
+int Environment::getAsInt(const char* name) const {
+    const char* value = get(name);
+    return value != nullptr ? static_cast<int>(std::strtol(value, nullptr, 10)) : 0;
+}
+
+bool Environment::getAsBool(const char* name) const {
+    return getAsInt(name) != 0;
+}
+
+bool Environment::isSet(const char* name) const {
+    return find(name) >= 0;
+}
+
+void Environment::set(const char* name, const char* value) {
+    if (name == nullptr || value == nullptr)
+        return;
+    const int index = find(name);
+    if (index >= 0) {
+        m_variables->SetAt(static_cast<unsigned int>(index) + 1, value);
+        return;
+    }
+    // Either may be a text of this set, which appending can move.
+    const std::string valueCopy(value);
+    m_variables->Append(name);
+    m_variables->Append(valueCopy.c_str());
+}
+
+void Environment::unset(const char* name) {
+    const int index = find(name);
+    if (index < 0)
+        return;
+    m_variables->DeleteAt(static_cast<unsigned int>(index));
+    m_variables->DeleteAt(static_cast<unsigned int>(index));
+}
+
+const char* Environment::ElementAt(unsigned int i, char* nameBuffer, unsigned int bufferSize) const {
+    const unsigned int count = m_variables->length();
+    const bool exists = i < count / 2 && m_variables->ElementAt(i * 2) != nullptr;
+    if (!exists)
+        VXUT_THROW(FAILURE_INDEX, "");
+    if (nameBuffer != nullptr)
+        memccpy(nameBuffer, m_variables->ElementAt(i * 2), 0, bufferSize);
+    return m_variables->ElementAt(i * 2 + 1);
+}
+
+void Environment::privateInformation(PutStream& out, int) const {
+    for (unsigned int i = 0; i < length(); ++i) {
+        char name[128];
+        const char* value = ElementAt(i, name, sizeof name);
+        name[sizeof name - 1] = 0;
+        if (value != nullptr)
+            out.PutF("%s=%s\n", name, value);
+    }
+}
+
+const char* Environment::GetEnv(const char* name) {
+    return name != nullptr ? std::getenv(name) : nullptr;
+}
+
+int Environment::SetEnv(const char* name, const char* value) {
+    if (name != nullptr && value != nullptr)
+        return setenv(name, value, 1);
+    errno = EINVAL;
+    return -1;
+}
+
+int Environment::UnsetEnv(const char* name) {
+    if (name != nullptr)
+        return unsetenv(name);
+    errno = EINVAL;
+    return -1;
+}
+
+void Environment::globalInformation(PutStream& out, int) {
+    for (char** variable = environ; variable != nullptr && *variable != nullptr; ++variable) {
+        out.PutS(*variable);
+        out.PutS("\n");
+    }
+}
+
+} // namespace utility
