@@ -1,0 +1,109 @@
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+#include <sys/stat.h>
+
+#include "console_CommandGroups.h"
+#include "ut_Debug.h"
+#include "ut_FileInputStream.h"
+#include "ut_FileOutputStream.h"
+
+namespace console {
+
+namespace {
+
+const int blockSize = 16384;
+const int bytesPerLine = 16;
+
+/// Hands each block of a file to `take`, until it gives false. False when the file cannot be read.
+template<typename Take>
+bool readFile(Invocation& call, const char* path, Take take) {
+    utility::FileInputStream file(path);
+    char block[blockSize];
+    int count = 0;
+    do {
+        count = file.ReceiveInputStream(block, sizeof block);
+        if (count < 0)
+            return call.fail("%s: %s", path, std::strerror(file.errorNumber()));
+    } while (count > 0 && take(block, count));
+    return true;
+}
+
+bool showFile(Invocation& call) {
+    return readFile(call, call.word(0), [&](const char* block, int count) {
+        return call.out().SendOutputStream(block, static_cast<unsigned int>(count));
+    });
+}
+
+void putDumpLine(utility::PutStream& out, unsigned long long offset, const char* bytes, int count) {
+    char line[bytesPerLine * 4 + 1] = {};
+    char* at = line;
+    for (int i = 0; i < bytesPerLine; ++i) {
+        const unsigned char byte = i < count ? static_cast<unsigned char>(bytes[i]) : 0;
+        *at++ = ' ';
+        *at++ = i < count ? utility::Debug::hexChar(static_cast<char>(byte >> 4)) : ' ';
+        *at++ = i < count ? utility::Debug::hexChar(static_cast<char>(byte & 15)) : ' ';
+    }
+    *at = 0;
+    out.PutF("%08llx:%s  ", offset, line);
+    for (int i = 0; i < count; ++i)
+        out.PutC(bytes[i] >= 32 && bytes[i] <= 126 ? bytes[i] : '.');
+    out.PutC('\n');
+}
+
+bool dump(Invocation& call) {
+    unsigned long long offset = 0;
+    return readFile(call, call.word(0), [&](const char* block, int count) {
+        for (int at = 0; at < count; at += bytesPerLine)
+            putDumpLine(call.out(), offset + static_cast<unsigned int>(at), block + at,
+                        std::min(bytesPerLine, count - at));
+        offset += static_cast<unsigned int>(count);
+        return true;
+    });
+}
+
+bool isDirectory(const char* path) {
+    struct stat status = {};
+    return stat(path, &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+bool isSameFile(const char* one, const char* other) {
+    struct stat first = {};
+    struct stat second = {};
+    return stat(one, &first) == 0 && stat(other, &second) == 0 && S_ISREG(first.st_mode) &&
+           first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+}
+
+bool copy(Invocation& call) {
+    const char* from = call.word(0);
+    const char* to = call.word(1);
+    utility::FileInputStream in(from);
+    if (!in.isInputStreamOpen())
+        return call.fail("%s: %s", from, std::strerror(in.errorNumber()));
+    // Before the target is emptied: a directory opens, but cannot be read.
+    if (isDirectory(from))
+        return call.fail("%s: %s", from, std::strerror(EISDIR));
+    if (isSameFile(from, to))
+        return call.fail("%s and %s are the same file", from, to);
+    utility::FileOutputStream out(to, false, 0666);
+    if (!out.isOutputStreamOpen())
+        return call.fail("%s: %s", to, std::strerror(out.errorNumber()));
+    const bool transferred = out.TransferFromInputStream(in);
+    if (in.errorNumber() != 0)
+        return call.fail("%s: %s", from, std::strerror(in.errorNumber()));
+    if (out.isOutputStreamInError())
+        return call.fail("%s: %s", to, std::strerror(out.errorNumber()));
+    if (!transferred)
+        return call.fail("%s: only part of it could be written", to);
+    return true;
+}
+
+} // namespace
+
+const Command fileCommands[] = {{"show file", "PATH", "show a text file", 1, 1, showFile},
+                                {"dump", "PATH", "show a file in hexadecimal", 1, 1, dump},
+                                {"copy", "FROM TO", "copy a file", 2, 2, copy},
+                                {nullptr, nullptr, nullptr, 0, 0, nullptr}};
+
+} // namespace console

@@ -1,0 +1,70 @@
+#include <algorithm>
+#include <cstring>
+#include <string>
+
+#include "console_CommandGroups.h"
+#include "console_CommandTable.h"
+#include "fw_StableStringRepository.h"
+#include "ut_Debug.h"
+#include "ut_Environment.h"
+
+namespace console {
+
+namespace {
+
+const stringtoken lastSwitch = 8191;
+
+bool help(Invocation& call) {
+    std::size_t width = 0;
+    for (unsigned int i = 0; const Command* command = commandAt(i); ++i)
+        width = std::max(width, std::strlen(command->name) + 1 + std::strlen(command->arguments));
+    for (unsigned int i = 0; const Command* command = commandAt(i); ++i) {
+        const std::string usage = std::string(command->name) + " " + command->arguments;
+        call.out().PutF("%-*s  %s\n", static_cast<int>(width), usage.c_str(), command->summary);
+    }
+    return true;
+}
+
+bool showEnvironment(Invocation& call) {
+    utility::Environment::globalInformation(call.out(), 0);
+    return true;
+}
+
+bool showSwitches(Invocation& call) {
+    utility::Debug::debugState(&call.out());
+    call.out().PutC('\n');
+    return true;
+}
+
+bool setSwitch(Invocation& call, bool on) {
+    if (strings::GS.toToken(call.word(0)) > lastSwitch)
+        return call.fail("%s: no switch is left for this name", call.word(0));
+    utility::Debug::setDebugValue(call.word(0), on);
+    return true;
+}
+
+bool setSwitchOn(Invocation& call) {
+    return setSwitch(call, true);
+}
+
+bool setSwitchOff(Invocation& call) {
+    return setSwitch(call, false);
+}
+
+bool quit(Invocation& call) {
+    call.end();
+    return true;
+}
+
+} // namespace
+
+const Command generalCommands[] = {
+    {"help", "", "list the commands", 0, 0, help},
+    {"show environment", "", "show the environment of this process", 0, 0, showEnvironment},
+    {"debug", "", "show the debug switches that are on", 0, 0, showSwitches},
+    {"debug on", "NAME", "turn a debug switch on", 1, 1, setSwitchOn},
+    {"debug off", "NAME", "turn a debug switch off", 1, 1, setSwitchOff},
+    {"quit", "", "leave the console", 0, 0, quit},
+    {nullptr, nullptr, nullptr, 0, 0, nullptr}};
+
+} // namespace console

@@ -1,0 +1,22 @@
+#include "console_Pager.h"
+
+namespace console {
+
+Pager::Pager(TerminalConsole& terminal, int width, int height, int size, int flushThreshold)
+    : utility::PagingVirtualPutStream(terminal, width, height, size, flushThreshold), m_terminal(terminal) {
+    m_terminal.setPager(this);
+}
+
+Pager::~Pager() {
+    m_terminal.setPager(nullptr);
+}
+
+void Pager::FlushOutputStream() {
+    if (hasQuit()) {
+        Rewind();
+    } else {
+        PagingVirtualPutStream::FlushOutputStream();
+    }
+}
+
+} // namespace console

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <string>
+
+#include "console_DescriptorOutputStream.h"
+#include "console_TerminalMode.h"
+#include "fw_Console.h"
+
+namespace utility {
+class PagingVirtualPutStream;
+}
+
+namespace console {
+
+/// A console over two descriptors, which stay the caller's.
+///
+/// In key mode keys are read one by one, without waiting for a line and without echo, until the object ends. One thread
+/// at a time.
+///
+///     console::TerminalConsole terminal(STDIN_FILENO, STDOUT_FILENO, true);
+///     std::string line;
+///     while (terminal.readLine("vx> ", &line)) run(line);
+class TerminalConsole : public framework::Console {
+public:
+    /// With `keyMode` and a terminal as input, keys are read one by one from now on.
+    TerminalConsole(int input, int output, bool keyMode);
+
+    framework::OutputStream& outputStream() override {
+        return m_output;
+    }
+    /// The next key; 'q' when there will be none.
+    char readKey() override;
+    void removePrompt(int width) override;
+
+    /// Shows `prompt` and lets the user edit a line. False when there will be none.
+    bool readLine(const char* prompt, std::string* line);
+
+    /// Reads a line without prompt and editing. False when there are none left; the last one needs no newline.
+    bool readPlainLine(std::string* line);
+
+    /// The `errno` of the failure to write, 0 when there was none.
+    int outputError() const {
+        return m_output.errorNumber();
+    }
+    /// The stream that learns the terminal's size before each of its next pages; null for none.
+    void setPager(utility::PagingVirtualPutStream* pager) {
+        m_pager = pager;
+    }
+
+private:
+    bool readByte(char* byte);
+    void show(const std::string& text);
+    void rubOut(std::string* line);
+
+    int m_input;
+    DescriptorOutputStream m_output;
+    TerminalMode m_mode;
+    utility::PagingVirtualPutStream* m_pager;
+};
+
+} // namespace console

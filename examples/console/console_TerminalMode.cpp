@@ -1,0 +1,101 @@
+#include "console_TerminalMode.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+
+#include <termios.h>
+#include <unistd.h>
+
+namespace console {
+
+namespace {
+
+// What signal handlers need; set before any handler is installed.
+int terminal = -1;
+termios formerMode;
+termios keyMode;
+volatile std::sig_atomic_t inKeyMode = 0;
+
+const int endingSignals[] = {SIGHUP, SIGINT, SIGQUIT, SIGPIPE, SIGALRM, SIGTERM, SIGUSR1};
+
+void setKeyMode() {
+    // In the background it would stop the process.
+    if (tcgetpgrp(terminal) != getpgrp())
+        return;
+    tcsetattr(terminal, TCSADRAIN, &keyMode);
+    inKeyMode = 1;
+}
+
+/// Lets `sig` have its default effect as soon as the handler returns.
+void passOn(int sig) {
+    std::signal(sig, SIG_DFL);
+    raise(sig);
+}
+
+void endBySignal(int sig) {
+    TerminalMode::restore();
+    passOn(sig);
+}
+
+void installHandler(int sig, void (*handler)(int)) {
+    struct sigaction action = {};
+    action.sa_handler = handler;
+    action.sa_flags = SA_RESTART;
+    sigfillset(&action.sa_mask);
+    sigaction(sig, &action, nullptr);
+}
+
+void stopBySignal(int sig) {
+    const int interruptedError = errno;
+    TerminalMode::restore();
+    sigset_t unblocked;
+    sigemptyset(&unblocked);
+    sigaddset(&unblocked, sig);
+    passOn(sig);
+    // Here the process stops; it goes on when it is continued.
+    pthread_sigmask(SIG_UNBLOCK, &unblocked, nullptr);
+    installHandler(sig, stopBySignal);
+    setKeyMode();
+    errno = interruptedError;
+}
+
+void continueBySignal(int) {
+    const int interruptedError = errno;
+    if (terminal >= 0)
+        setKeyMode();
+    errno = interruptedError;
+}
+
+} // namespace
+
+TerminalMode::TerminalMode(int fd) {
+    if (!isatty(fd) || tcgetattr(fd, &formerMode) != 0)
+        return;
+    keyMode = formerMode;
+    keyMode.c_lflag &= ~static_cast<tcflag_t>(ICANON | ECHO);
+    keyMode.c_cc[VMIN] = 1;
+    keyMode.c_cc[VTIME] = 0;
+    terminal = fd;
+    for (const int sig : endingSignals)
+        installHandler(sig, endBySignal);
+    installHandler(SIGTSTP, stopBySignal);
+    installHandler(SIGCONT, continueBySignal);
+    static const int registered = std::atexit(restore);
+    static_cast<void>(registered);
+    setKeyMode();
+}
+
+TerminalMode::~TerminalMode() {
+    restore();
+    terminal = -1;
+}
+
+void TerminalMode::restore() {
+    if (inKeyMode == 0)
+        return;
+    inKeyMode = 0;
+    tcsetattr(terminal, TCSADRAIN, &formerMode);
+}
+
+} // namespace console

@@ -1,0 +1,78 @@
+#include <cstdio>
+#include <cstring>
+#include <string>
+
+#include <unistd.h>
+
+#include "console_Session.h"
+#include "fw_Container.h"
+#include "fw_ThreadInfo.h"
+#include "ut_Terminal.h"
+
+namespace {
+
+int usage(std::FILE* out) {
+    std::fputs("usage: vxconsole [-c COMMAND]\n"
+               "  -c COMMAND  run one command and exit: 0, or 1 when it failed\n"
+               "Without -c, commands are read from the terminal, or line by line from a pipe; try help.\n",
+               out);
+    return out == stdout ? 0 : 2;
+}
+
+void report(const std::string& failure) {
+    std::fprintf(stderr, "%s\n", failure.c_str());
+}
+
+int runOne(console::TerminalConsole& terminal, const char* line) {
+    console::Session session(terminal, false);
+    std::string failure;
+    if (session.run(line, &failure))
+        return 0;
+    report(failure);
+    return 1;
+}
+
+/// Every line of standard input is a command; the status is 1 when one of them failed.
+int runAll(console::TerminalConsole& terminal) {
+    console::Session session(terminal, false);
+    int status = 0;
+    std::string line;
+    while (!session.isEnded() && terminal.readPlainLine(&line)) {
+        std::string failure;
+        if (session.run(line.c_str(), &failure))
+            continue;
+        report(failure);
+        status = 1;
+    }
+    return status;
+}
+
+int runInteractively(console::TerminalConsole& terminal) {
+    console::Session session(terminal, true);
+    std::string line;
+    while (!session.isEnded() && terminal.readLine("vx> ", &line)) {
+        std::string failure;
+        if (!session.run(line.c_str(), &failure))
+            report(failure);
+    }
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const bool hasCommand = argc == 3 && std::strcmp(argv[1], "-c") == 0;
+    if (argc == 2 && (std::strcmp(argv[1], "--help") == 0 || std::strcmp(argv[1], "-h") == 0))
+        return usage(stdout);
+    if (argc > 1 && !hasCommand)
+        return usage(stderr);
+
+    framework::Container container;
+    framework::ThreadInfo::MyThreadInfo()->setThreadName("console");
+    utility::Terminal::instance();
+    const bool interactive = !hasCommand && isatty(STDIN_FILENO) && isatty(STDOUT_FILENO);
+    console::TerminalConsole terminal(STDIN_FILENO, STDOUT_FILENO, interactive);
+    if (hasCommand)
+        return runOne(terminal, argv[2]);
+    return interactive ? runInteractively(terminal) : runAll(terminal);
+}
