@@ -1,0 +1,133 @@
+#include "ut_DirIterator.h"
+
+#include <fnmatch.h>
+#include <sys/stat.h>
+
+#include "ut_Debug.h"
+
+namespace utility {
+
+namespace {
+
+const unsigned int dirIteratorSwitch = 353;
+
+int classify(mode_t mode) {
+    if (S_ISDIR(mode))
+        return 3;
+    if (S_ISCHR(mode))
+        return 2;
+    if (S_ISBLK(mode))
+        return 4;
+    if (S_ISREG(mode))
+        return 5;
+    if (S_ISFIFO(mode))
+        return 1;
+    if ((mode & 0xA000) != 0)
+        return 6;
+    return (mode & 0xC000) == 0 ? 0 : 7;
+}
+
+} // namespace
+
+#define TRACE_ITERATOR(...)                                                                                            \
+    do {                                                                                                               \
+        if (Debug::isDebugOn(dirIteratorSwitch))                                                                       \
+            LogMethodDebug(__PRETTY_FUNCTION__, __LINE__, __VA_ARGS__);                                                \
+    } while (false)
+
+DirIterator::DirIterator(const char* directory, const char* pattern)
+    : Path(nullptr),
+      m_pDir(nullptr),
+      m_entry(nullptr),
+      m_pattern(AllocString(pattern)),
+      m_index(-1),
+      m_errorReported(false) {
+    setPath(directory);
+}
+
+DirIterator::~DirIterator() {
+    FreeString(m_pattern);
+    close();
+}
+
+bool DirIterator::open() {
+    close();
+    m_pDir = opendir(getPath());
+    TRACE_ITERATOR("opendir %s returned [%p]", getPath(), static_cast<void*>(m_pDir));
+    if (m_pDir != nullptr)
+        return true;
+    if (!m_errorReported)
+        setError("DirIterator: error accessing directory %s", getPath());
+    m_errorReported = true;
+    return false;
+}
+
+void DirIterator::close() {
+    if (m_pDir == nullptr)
+        return;
+    TRACE_ITERATOR("closedir m_pDir");
+    closedir(m_pDir);
+    TRACE_ITERATOR("closedir m_pDir");
+    m_pDir = nullptr;
+    m_entry = nullptr;
+}
+
+const char* DirIterator::end() {
+    m_index = -1;
+    m_entry = nullptr;
+    return nullptr;
+}
+
+const char* DirIterator::getFirst(const char* pattern) {
+    m_index = -1;
+    if (pattern != nullptr)
+        setPattern(pattern);
+    if (m_pDir == nullptr && !open())
+        return nullptr;
+    rewinddir(m_pDir);
+    return nextMatch();
+}
+
+const char* DirIterator::getNext() {
+    if ((m_pDir == nullptr && !open()) || m_entry == nullptr)
+        return end();
+    return nextMatch();
+}
+
+const char* DirIterator::nextMatch() {
+    while ((m_entry = readdir(m_pDir)) != nullptr) {
+        const char* name = m_entry->d_name;
+        TRACE_ITERATOR("match name %s to pattern %s", name, m_pattern != nullptr ? m_pattern : "(null)");
+        const int result = m_pattern != nullptr ? fnmatch(m_pattern, name, 0) : FNM_NOMATCH;
+        TRACE_ITERATOR("match returned %d", result);
+        if (result != 0)
+            continue;
+        ++m_index;
+        setFullFile(name);
+        TRACE_ITERATOR("returning value %s", name);
+        return name;
+    }
+    return end();
+}
+
+unsigned int DirIterator::length(const char* pattern) {
+    unsigned int count = 0;
+    for (const char* name = getFirst(pattern); name != nullptr; name = getNext())
+        ++count;
+    return count;
+}
+
+void DirIterator::setPattern(const char* pattern) {
+    char* copy = AllocString(pattern);
+    FreeString(m_pattern);
+    m_pattern = copy;
+}
+
+int DirIterator::getType() const {
+    struct stat status = {};
+    if (m_entry == nullptr || stat(m_entry->d_name, &status) == 0)
+        return 0;
+    return classify(status.st_mode);
+}
+
+} // namespace utility

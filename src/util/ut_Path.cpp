@@ -1,0 +1,265 @@
+#include "ut_Path.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include <sys/stat.h>
+
+#include "fw_StableStringRepository.h"
+#include "ut_Debug.h"
+
+namespace utility {
+
+namespace {
+
+const unsigned int pathSwitch = 489;
+const mode_t directoryMode = 0770;
+
+std::string textOf(const char* text) {
+    return text != nullptr ? text : "";
+}
+
+/// Where a name's extension begins with its dot: the first of its last run of dots, or the end.
+std::size_t findExtension(const std::string& name) {
+    std::size_t dot = name.rfind('.');
+    if (dot == std::string::npos)
+        return name.size();
+    while (dot > 0 && name[dot - 1] == '.')
+        --dot;
+    return dot;
+}
+
+/// One directory before another: with exactly one slash between them, and none before nothing.
+std::string joined(const std::string& element, const std::string& directory) {
+    if (element.empty())
+        return directory;
+    const bool absolute = !directory.empty() && directory[0] == '/';
+    if (absolute && element.back() == '/')
+        return element.substr(0, element.size() - 1) + directory;
+    if (!absolute && element.back() != '/')
+        return element + '/' + directory;
+    return element + directory;
+}
+
+} // namespace
+
+#define TRACE_PATH(...)                                                                                                \
+    do {                                                                                                               \
+        if (Debug::isDebugOn(pathSwitch))                                                                              \
+            LogMethodDebug(__PRETTY_FUNCTION__, __LINE__, __VA_ARGS__);                                                \
+    } while (false)
+
+Path::Path(const char* value) : m_evaluated(false), m_numComponents(0), m_starts(), m_lengths() {
+    setValue(value, true, true, true);
+}
+
+Path::Path(const char* path, const char* file, const char* extension)
+    : m_evaluated(false), m_numComponents(0), m_starts(), m_lengths() {
+    setPath(path);
+    setFile(file);
+    setExtension(extension);
+}
+
+Path::~Path() = default;
+
+stringtoken Path::getName() const {
+    return strings::GS.toToken(m_path.c_str());
+}
+
+const char* Path::getNameString() const {
+    return strings::StringRepository::toString(getName());
+}
+
+void Path::setValue(const char* value, bool setPath, bool setFile, bool setExtension) {
+    const std::string text = textOf(value);
+    const std::size_t slash = text.rfind('/');
+    const std::string name = slash != std::string::npos ? text.substr(slash + 1) : text;
+    const std::size_t dot = findExtension(name);
+    if (setPath)
+        assignPath(slash != std::string::npos ? text.substr(0, slash + 1) : "");
+    if (setFile)
+        m_file = name.substr(0, dot);
+    if (setExtension)
+        m_extension = dot < name.size() ? name.substr(dot + 1) : "";
+}
+
+void Path::setFullPath(const char* value) {
+    setValue(value, true, true, true);
+}
+
+void Path::setFullFile(const char* value) {
+    setValue(value, false, true, true);
+}
+
+void Path::setPath(const char* path) {
+    assignPath(textOf(path));
+}
+
+void Path::setPath(const char* path, unsigned int n) {
+    assignPath(path != nullptr ? std::string(path, strnlen(path, n)) : "");
+}
+
+void Path::assignPath(const std::string& path) {
+    m_path = path;
+    if (!m_path.empty() && m_path.back() != '/')
+        m_path += '/';
+    m_evaluated = false;
+}
+
+void Path::setFile(const char* file) {
+    m_file = textOf(file);
+}
+
+void Path::setExtension(const char* extension) {
+    const std::string text = textOf(extension);
+    m_extension = !text.empty() && text[0] == '.' ? text.substr(1) : text;
+}
+
+const char* Path::getFullFile() const {
+    m_fullFile = m_extension.empty() ? m_file : m_file + '.' + m_extension;
+    return m_fullFile.c_str();
+}
+
+const char* Path::getValue() const {
+    m_value = m_path + (m_extension.empty() ? m_file : m_file + '.' + m_extension);
+    return m_value.c_str();
+}
+
+bool Path::isAbsolute() const {
+    return !m_path.empty() && m_path[0] == '/';
+}
+
+bool Path::exists() const {
+    const char* value = getValue();
+    TRACE_PATH("checking existence of file %s", value);
+    struct stat status = {};
+    return stat(value, &status) == 0;
+}
+
+bool Path::makeDir() {
+    return mkdir(getValue(), directoryMode) == 0;
+}
+
+void Path::evaluatePath() const {
+    if (m_evaluated)
+        return;
+    m_numComponents = 0;
+    std::size_t start = 0;
+    for (std::size_t i = 0; i < m_path.size(); ++i) {
+        if (m_path[i] != '/')
+            continue;
+        if (i > 0 && m_numComponents < largestCount) {
+            m_starts[m_numComponents] = static_cast<unsigned int>(start);
+            m_lengths[m_numComponents] = static_cast<unsigned int>(i - start);
+            TRACE_PATH("Component %u: \"%s\"", m_numComponents, componentText(m_numComponents).c_str());
+            ++m_numComponents;
+        }
+        start = i + 1;
+    }
+    m_evaluated = true;
+}
+
+std::string Path::componentText(unsigned int i) const {
+    return m_path.substr(m_starts[i], m_lengths[i]);
+}
+
+unsigned int Path::componentCount() const {
+    evaluatePath();
+    return m_numComponents + (m_file.empty() && m_extension.empty() ? 0 : 1);
+}
+
+const char* Path::component(unsigned int i) const {
+    evaluatePath();
+    if (i > m_numComponents)
+        return nullptr;
+    if (i == m_numComponents) {
+        const char* file = getFullFile();
+        return *file != 0 ? file : nullptr;
+    }
+    m_component = componentText(i);
+    return m_component.c_str();
+}
+
+void Path::removeComponent(unsigned int i) {
+    evaluatePath();
+    if (i > m_numComponents) {
+        TRACE_PATH("ignoring remove");
+    } else if (i == m_numComponents) {
+        TRACE_PATH("removing file/ext");
+        m_file.clear();
+        m_extension.clear();
+    } else {
+        TRACE_PATH("removing component %u", i);
+        m_path.erase(m_starts[i], m_lengths[i] + 1UL);
+        m_evaluated = false;
+        evaluatePath();
+    }
+}
+
+bool Path::isValid() {
+    bool valid = true;
+    unsigned int index = 0;
+    while (index < componentCount()) {
+        const std::string text = textOf(component(index));
+        TRACE_PATH("path=\"%s\"index=%u, pComponent=\"%s\"", m_path.c_str(), index, text.c_str());
+        TRACE_PATH("ComponentCount %u", componentCount());
+        if (text == "..") {
+            removeComponent(index);
+            if (index > 0) {
+                removeComponent(--index);
+            } else {
+                valid = false;
+            }
+        } else if (text == ".") {
+            removeComponent(index);
+        } else if (text.empty()) {
+            TRACE_PATH("empty");
+            removeComponent(index);
+        } else {
+            ++index;
+        }
+    }
+    return valid;
+}
+
+void Path::dumpComponents() {
+    evaluatePath();
+    TRACE_PATH("PATH=\"%s\"", m_path.c_str());
+    TRACE_PATH("m_numComponents=%u", m_numComponents);
+    for (unsigned int i = 0; i < m_numComponents; ++i)
+        TRACE_PATH("%u: %u,%u \"%s\"", i, m_starts[i], m_lengths[i], componentText(i).c_str());
+}
+
+bool Path::findIn(const char* searchPath, bool appended) {
+    const std::string list = searchPath;
+    const std::string directory = m_path;
+    std::size_t end = 0;
+    for (std::size_t start = 0; start <= list.size(); start = end + 1) {
+        end = std::min(list.find(':', start), list.size());
+        const std::string element = list.substr(start, end - start);
+        assignPath(appended ? joined(element, directory) : element);
+        TRACE_PATH("Try search path: %s", m_path.c_str());
+        if (exists()) {
+            TRACE_PATH("found %s", getValue());
+            return true;
+        }
+    }
+    assignPath(directory);
+    return false;
+}
+
+bool Path::find(const char* searchPath) {
+    if (searchPath == nullptr)
+        return false;
+    TRACE_PATH("Using search path: %s", searchPath);
+    return findIn(searchPath, false);
+}
+
+bool Path::findFull(const char* searchPath) {
+    if (searchPath == nullptr)
+        return false;
+    TRACE_PATH("Using search path: %s", searchPath);
+    return findIn(searchPath, true);
+}
+
+} // namespace utility

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "fw_FSUMemory.h"
+#include "fw_Item.h"
+#include "ut_Export.h"
+
+namespace utility {
+
+/// A URL in its four parts: scheme, authority, path and query, decoded.
+///
+/// All texts are copies in the object's own pool and valid until it is cleared, assigned to or destroyed. An absent
+/// part is null. One thread at a time. Nothing is thrown or logged; a failed allocation leaves the part absent. Syntax:
+/// RFC 3986, without fragments; a "+" stays a "+".
+///
+///     utility::URL url("abc://node:8080/a%20b?x=1");
+///     url.GetPath();    // "/a b"
+///     url.GetValue();   // "abc://node:8080/a b?x=1"
+class VXUT_EXPORT URL : public framework::Item {
+public:
+    /// Sets each part that is not null, as it is.
+    URL(const char* scheme, const char* authority, const char* path, const char* query);
+    /// Splits `text` with `SetURL`.
+    explicit URL(const char* text);
+    /// Copies are whole: each URL has its own pool.
+    URL(const URL& other);
+    URL& operator=(const URL& other);
+    ~URL() override;
+
+    stringtoken getName() const override {
+        return 630;
+    }
+    const char* getNameString() const override {
+        return pGSURL;
+    }
+
+    /// Sets a part to a copy of the text, without decoding; null leaves it unchanged.
+    void SetScheme(const char* scheme);
+    void SetAuthority(const char* authority);
+    void SetPath(const char* path);
+    void SetQuery(const char* query);
+    /// Splits and decodes `text`. Parts that it does not have keep their earlier values; null changes nothing.
+    void SetURL(const char* text);
+
+    /// The parts, or null.
+    const char* GetScheme() const {
+        return m_scheme;
+    }
+    const char* GetAuthority() const {
+        return m_authority;
+    }
+    const char* GetPath() const {
+        return m_path;
+    }
+    const char* GetQuery() const {
+        return m_query;
+    }
+    /// Composes the text of the parts; null when all are absent or empty. Nothing is encoded again, so callers see
+    /// parts that contain "/", "?" or "%" change on the way back. Each call takes new memory of the pool.
+    char* GetValue();
+    /// Forgets all parts and frees the pool, the text of the last `GetValue` with it.
+    void clear();
+    /// Decodes `length` bytes of `text` into the pool: "%" and two hexadecimal digits are a byte, and an escape that
+    /// the end cuts off is dropped with the rest. Null for a null text or a length of 0.
+    char* decodeAndAlloc(const char* text, unsigned int length);
+
+private:
+    unsigned int parseScheme(const char* text, unsigned int length);
+
+    framework::FSUMemory m_pool;
+    char* m_scheme;
+    char* m_authority;
+    char* m_path;
+    char* m_query;
+    char* m_value;
+};
+
+} // namespace utility
