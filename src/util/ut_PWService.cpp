@@ -1,0 +1,226 @@
+#include "ut_PWService.h"
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+#include <string>
+
+#include <crypt.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "fw_Config.h"
+#include "fw_Container.h"
+#include "fw_Memory.h"
+#include "ut_Environment.h"
+#include "ut_TimeMeasure.h"
+#include "ut_Trace.h"
+
+namespace utility {
+
+namespace {
+
+const unsigned int serviceSwitch = 484;
+const std::size_t longestNewName = 255;
+const std::size_t longestCommand = 1023;
+
+struct FileCloser {
+    void operator()(std::FILE* file) const {
+        std::fclose(file);
+    }
+};
+typedef std::unique_ptr<std::FILE, FileCloser> File;
+
+/// A user whose texts depend on no other record.
+class OwnedUser {
+public:
+    explicit OwnedUser(const passwd& user) : m_user(user) {
+        own(&m_user.pw_name, &m_texts[0]);
+        own(&m_user.pw_passwd, &m_texts[1]);
+        own(&m_user.pw_gecos, &m_texts[2]);
+        own(&m_user.pw_dir, &m_texts[3]);
+        own(&m_user.pw_shell, &m_texts[4]);
+    }
+    OwnedUser(const OwnedUser&) = delete;
+    OwnedUser& operator=(const OwnedUser&) = delete;
+
+    const passwd& get() const {
+        return m_user;
+    }
+
+private:
+    static void own(char** field, std::string* text) {
+        if (*field == nullptr)
+            return;
+        *text = *field;
+        *field = &(*text)[0];
+    }
+
+    passwd m_user;
+    std::string m_texts[5];
+};
+
+/// Makes the file that replaces `original`, with no wider permissions; null when that fails.
+File makeReplacement(const std::string& name, std::FILE* original) {
+    struct stat status = {};
+    if (fstat(fileno(original), &status) != 0)
+        return nullptr;
+    const int fd = open(name.c_str(), O_WRONLY | O_CREAT | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR);
+    if (fd < 0)
+        return nullptr;
+    // A file left by an earlier rewrite may be more readable than the present one, so its mode comes before its
+    // contents.
+    File file;
+    if (fchmod(fd, status.st_mode & 0777) == 0 && ftruncate(fd, 0) == 0)
+        file.reset(fdopen(fd, "w"));
+    if (file == nullptr)
+        close(fd);
+    return file;
+}
+
+/// `path` as one word of a command; empty when there is no way to write it.
+std::string quoted(const std::string& path) {
+    const std::string word = path[0] == '-' ? "./" + path : path;
+    const bool hasBlank = word.find_first_of(" \t\n\v\f\r") != std::string::npos;
+    if (word[0] == '"' || (hasBlank && word.find('"') != std::string::npos))
+        return "";
+    return hasBlank ? '"' + word + '"' : word;
+}
+
+void copyOver(const std::string& from, const std::string& to) {
+    const std::string command = "cp " + quoted(from) + " " + quoted(to);
+    if (quoted(from).empty() || command.size() > longestCommand) {
+        VXUT_LOG(framework::Logger::LOG_ERROR, "cannot copy %s over %s", from.c_str(), to.c_str());
+        return;
+    }
+    framework::Container::spawn(command.c_str(), nullptr, nullptr);
+}
+
+} // namespace
+
+PW PWService::m_PW;
+const char* PWService::m_pwFileName = nullptr;
+
+const char* PWService::getFileName() {
+    const char* file = "/etc/passwd";
+    if (m_pwFileName == nullptr) {
+        const char* root = Environment::GetEnv("VX_ROOT");
+        m_pwFileName = root != nullptr ? framework::Config::generateNameString("%s%s", root, file)
+                                       : framework::Memory::StaticAllocString(file);
+    }
+    return m_pwFileName;
+}
+
+bool PWService::readEntry(std::FILE* file) {
+    passwd* result = nullptr;
+    m_PW.reset();
+    return fgetpwent_r(file, &m_PW.m_passwd, m_PW.m_readTexts, PW::textSize, &result) == 0 && result != nullptr;
+}
+
+PW* PWService::getUser(const char* name) {
+    if (name == nullptr || getFileName() == nullptr)
+        return nullptr;
+    const std::string wanted(name);
+    VXUT_TRACE(serviceSwitch, "search for %s", wanted.c_str());
+    VXUT_TRACE(serviceSwitch, "in file: %s", getFileName());
+    const File file(std::fopen(getFileName(), "re"));
+    while (file != nullptr && readEntry(file.get())) {
+        if (wanted != m_PW.getUserName())
+            continue;
+        m_PW.dump();
+        VXUT_TRACE(serviceSwitch, "found");
+        return &m_PW;
+    }
+    return nullptr;
+}
+
+unsigned int PWService::getHighestUID() {
+    unsigned int highest = 0;
+    const File file(getFileName() != nullptr ? std::fopen(getFileName(), "re") : nullptr);
+    while (file != nullptr && readEntry(file.get()))
+        highest = std::max(highest, m_PW.getUid());
+    return highest;
+}
+
+void PWService::putUser(PW* user) {
+    rewrite(user, true);
+}
+
+void PWService::delUser(PW* user) {
+    rewrite(user, false);
+}
+
+bool PWService::copyEntries(std::FILE* in, std::FILE* out, const passwd& user, bool adds) {
+    bool found = false;
+    bool written = true;
+    while (written && readEntry(in)) {
+        if (std::strcmp(m_PW.getUserName(), user.pw_name) != 0) {
+            written = putpwent(&m_PW.m_passwd, out) == 0;
+            continue;
+        }
+        m_PW.dump();
+        VXUT_TRACE(serviceSwitch, "found");
+        found = true;
+        if (adds)
+            written = putpwent(&user, out) == 0;
+    }
+    if (written && std::feof(in) == 0)
+        VXUT_LOG(framework::Logger::LOG_ERROR, "an entry of %s cannot be read: it and what lies behind it is dropped",
+                 getFileName());
+    if (written && adds && !found)
+        written = putpwent(&user, out) == 0;
+    return written;
+}
+
+void PWService::rewrite(PW* user, bool adds) {
+    if (user == nullptr || user->getUserName() == nullptr || getFileName() == nullptr)
+        return;
+    const OwnedUser owned(user->m_passwd);
+    user->dump();
+    VXUT_TRACE(serviceSwitch, "search for %s", owned.get().pw_name);
+    const std::string fileName = getFileName();
+    const std::string newName = fileName + ".new";
+    VXUT_TRACE(serviceSwitch, "in file: %s", newName.c_str());
+    if (newName.size() > longestNewName)
+        return;
+    File in(std::fopen(fileName.c_str(), "re"));
+    if (in == nullptr)
+        return;
+    File out = makeReplacement(newName, in.get());
+    if (out == nullptr)
+        return;
+    const bool written = copyEntries(in.get(), out.get(), owned.get(), adds);
+    in.reset();
+    const bool closed = std::fclose(out.release()) == 0;
+    if (written && closed)
+        copyOver(newName, fileName);
+}
+
+char* PWService::encryptPassword(const char* plain, char* out, unsigned int outSize) {
+    static const char alphabet[] = "./0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
+    if (out == nullptr || outSize == 0)
+        return out;
+    out[0] = 0;
+    if (plain == nullptr)
+        return out;
+    char salt[] = "$1$........";
+    const unsigned long long time = static_cast<unsigned long long>(TimeMeasure::getTimestamp());
+    unsigned int shift = time & 7;
+    for (int i = 0; i < 8; ++i) {
+        const unsigned int value = static_cast<unsigned int>(time >> (shift * 8));
+        salt[3 + i] = alphabet[value & 63];
+        shift = value & 7;
+    }
+    const std::unique_ptr<crypt_data> data(new crypt_data());
+    const char* hash = crypt_r(plain, salt, data.get());
+    const bool hashed = hash != nullptr && hash[0] == '$';
+    if (hashed) {
+        std::strncpy(out, hash, outSize);
+        out[outSize - 1] = 0;
+    }
+    explicit_bzero(data.get(), sizeof(crypt_data));
+    return out;
+}
+
+} // namespace utility
