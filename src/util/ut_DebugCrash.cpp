@@ -3,53 +3,267 @@
 #include <cxxabi.h>
 #include <dlfcn.h>
 #include <execinfo.h>
+#include <fcntl.h>
+#include <pthread.h>
+#include <sys/mman.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
+#include "fw_ApplicationArguments.h"
+#include "fw_Container.h"
+#include "fw_GenericServiceManager.h"
 #include "fw_Logger.h"
 #include "fw_ThreadInfo.h"
 #include "ut_BufferStream.h"
+#include "ut_Environment.h"
+#include "ut_FileOutputStream.h"
 
 namespace utility {
 
 namespace {
 
+const unsigned int signalNullSwitch = 350;
+const int contextSignal = 12; // SIGUSR2
 const unsigned int deepestBackTrace = 40;
+const unsigned int skippedFrames = 2;
+const int reportSize = 65535;
+const unsigned int longestReportSeconds = 10;
+const std::size_t demangledSize = 2048;
 
-void putSymbol(BufferStream& out, char* symbol, void* address) {
-    Dl_info object = {};
-    if (dladdr(address, &object) != 0)
-        out.PutF("%s: @%p\n", object.dli_fname, object.dli_fbase);
+// Demangling takes memory; once that has hung, the names are shown as the compiler made them.
+volatile std::sig_atomic_t rawNames = 0;
+volatile std::sig_atomic_t crashSignal = 0;
 
-    char* name = std::strchr(symbol, '(');
-    char* offset = name != nullptr ? std::strchr(name, '+') : nullptr;
-    long distance = 0;
-    if (name != nullptr)
-        *name++ = 0;
-    if (offset != nullptr) {
-        *offset++ = 0;
-        distance = std::strtol(offset, nullptr, 0);
+// The first back trace of a process loads libraries, which a handler must not.
+__attribute__((constructor)) void exerciseBackTrace() {
+    void* address = nullptr;
+    backtrace(&address, 1);
+}
+
+/// Room for a report, neither on a small signal stack nor from an allocator that may have crashed.
+class ReportMemory {
+public:
+    ReportMemory() : m_memory(mmap(nullptr, reportSize, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0)) {}
+    ReportMemory(const ReportMemory&) = delete;
+    ReportMemory& operator=(const ReportMemory&) = delete;
+    ~ReportMemory() {
+        if (m_memory != MAP_FAILED)
+            munmap(m_memory, reportSize);
     }
-    if (name == nullptr)
-        name = symbol;
+
+    char* text() const {
+        return m_memory != MAP_FAILED ? static_cast<char*>(m_memory) : nullptr;
+    }
+
+private:
+    void* m_memory;
+};
+
+/// Copies the name of a symbol as a programmer wrote it, or as it is; "--" for none.
+void copySymbolName(const char* symbol, char (&name)[demangledSize]) {
     int status = 0;
-    char* demangled = abi::__cxa_demangle(name, nullptr, nullptr, &status);
-    out.PutF("    %s+0x%lX [%p]\n", demangled != nullptr ? demangled : name, static_cast<unsigned long>(distance),
-             address);
+    char* demangled =
+        symbol != nullptr && rawNames == 0 ? abi::__cxa_demangle(symbol, nullptr, nullptr, &status) : nullptr;
+    const bool fits = demangled != nullptr && std::strlen(demangled) < sizeof name;
+    std::snprintf(name, sizeof name, "%s", fits ? demangled : symbol != nullptr ? symbol : "--");
     std::free(demangled);
 }
 
+/// How far `address` is behind its symbol, or behind the start of its object when it has none.
+long distanceFrom(const Dl_info& object, const void* address) {
+    const void* start = object.dli_saddr != nullptr ? object.dli_saddr : object.dli_fbase;
+    return static_cast<long>(reinterpret_cast<std::intptr_t>(address) - reinterpret_cast<std::intptr_t>(start));
+}
+
+void putFrame(BufferStream& out, const void* address) {
+    Dl_info object = {};
+    if (dladdr(address, &object) == 0) {
+        out.PutF("[%-10p]\n", address);
+        return;
+    }
+    char name[demangledSize] = "";
+    if (object.dli_sname != nullptr)
+        copySymbolName(object.dli_sname, name);
+    out.PutF("%s: @%p\n", object.dli_fname, object.dli_fbase);
+    out.PutF("    %s+0x%lX [%p]\n", name, static_cast<unsigned long>(distanceFrom(object, address)), address);
+}
+
+const char* contextRoot() {
+    const char* root = Environment::GetEnv("VX_MEM");
+    return root != nullptr ? root : "";
+}
+
+const char* processName() {
+    const Arguments* arguments = framework::ApplicationArguments::getArgs();
+    const char* name = arguments != nullptr ? arguments->ArgValue(0) : nullptr;
+    return name != nullptr ? name : "";
+}
+
+void reportWithoutMemory(int) {
+    rawNames = 1;
+    Debug::ErrorContext();
+    framework::Container::dumpApplication(crashSignal);
+}
+
+/// Ends a report that hangs, because the process crashed where it holds a lock that the report needs.
+void limitReport(int sig) {
+    crashSignal = sig;
+    struct sigaction action = {};
+    action.sa_handler = reportWithoutMemory;
+    // A second alarm ends the process.
+    action.sa_flags = SA_RESETHAND | SA_NODEFER;
+    sigaction(SIGALRM, &action, nullptr);
+    sigset_t alarms;
+    sigemptyset(&alarms);
+    sigaddset(&alarms, SIGALRM);
+    pthread_sigmask(SIG_UNBLOCK, &alarms, nullptr);
+    alarm(longestReportSeconds);
+}
+
+/// Puts errno back when a handler returns to what it interrupted.
+class InterruptedError {
+public:
+    InterruptedError() : m_error(errno) {}
+    InterruptedError(const InterruptedError&) = delete;
+    InterruptedError& operator=(const InterruptedError&) = delete;
+    ~InterruptedError() {
+        errno = m_error;
+    }
+
+private:
+    int m_error;
+};
+
 } // namespace
 
+void Debug::SignalCrash(int sig) {
+    limitReport(sig);
+    framework::Logger::StaticLog(framework::Logger::LOG_ERROR, "\n%s: Received SIGNAL %s(%d)", __PRETTY_FUNCTION__,
+                                 signalName(sig), sig);
+    MaybeEnableCoreDump();
+    ErrorContext();
+    framework::Container::dumpApplication(sig);
+}
+
+void Debug::SignalExit(int sig) {
+    framework::Logger::StaticLog(framework::Logger::LOG_NOTICE, "\n%s: Received SIGNAL %s(%d)", __PRETTY_FUNCTION__,
+                                 signalName(sig), sig);
+    ErrorContext();
+    framework::Logger::StaticLog(framework::Logger::LOG_NOTICE, "proceeding with clean application shutdown ...\n");
+    framework::Container::shutdownApplication(true);
+}
+
+void Debug::SignalNull(int sig) {
+    if (!isDebugOn(signalNullSwitch))
+        return;
+    const InterruptedError interrupted;
+    framework::Logger::StaticLog(framework::Logger::LOG_DEBUG, "\n\r%s: Received SIGNAL %s(%d)\n\r",
+                                 __PRETTY_FUNCTION__, signalName(sig), sig);
+}
+
+void Debug::SignalThreads(int) {
+    const InterruptedError interrupted;
+    char directory[4096];
+    const int length = std::snprintf(directory, sizeof directory, "%s/%sContext", contextRoot(), processName());
+    if (length > 0 && static_cast<unsigned int>(length) < sizeof directory)
+        mkdir(directory, 0770);
+    framework::GenericServiceManager::SignalAllThreads(contextSignal);
+}
+
+void Debug::SignalContext(int) {
+    const InterruptedError interrupted;
+    framework::ThreadInfo* myself = framework::ThreadInfo::MyThreadInfo();
+    if (myself == nullptr)
+        return;
+    m_locker.lock();
+    char name[128];
+    const int length = std::snprintf(name, sizeof name, "%s/%sContext/%d%s", contextRoot(), processName(),
+                                     myself->getNum(), myself->getThreadName());
+    if (length > 0 && static_cast<unsigned int>(length) < sizeof name) {
+        FileOutputStream file(name, false, 0666);
+        if (file.isOutputStreamOpen())
+            ThreadErrorContext(myself, file);
+    }
+    m_locker.unlock();
+}
+
+const char* Debug::signalName(int sig) {
+    switch (sig) {
+    case 1:
+        return "SIGHUP";
+    case 2:
+        return "SIGINT";
+    case 3:
+        return "SIGQUIT";
+    case 4:
+        return "SIGILL";
+    case 5:
+        return "SIGTRAP";
+    case 6:
+        return "SIGABRT";
+    case 8:
+        return "SIGFPE";
+    case 9:
+        return "SIGKILL";
+    case 10:
+        return "SIGUSR1";
+    case 11:
+        return "SIGSEGV";
+    case 12:
+        return "SIGUSR2";
+    case 13:
+        return "SIGPIPE";
+    case 14:
+        return "SIGALRM";
+    case 15:
+        return "SIGTERM";
+    case 17:
+        return "SIGCHLD";
+    case 18:
+        return "SIGCONT";
+    case 19:
+        return "SIGSTOP";
+    case 20:
+        return "SIGTSTP";
+    case 21:
+        return "SIGTTIN";
+    case 22:
+        return "SIGTTOU";
+    case 42:
+        return "SIGWBISTOP";
+    case 43:
+        return "SIGQUIESCEFLASH";
+    case 44:
+        return "SIGNONESSENTIALEVENT";
+    case 45:
+        return "SIGSVCEVENT";
+    default:
+        return "unknown";
+    }
+}
+
 void Debug::ErrorContext() {
-    char text[65535];
-    BufferStream stream(text, sizeof text, true);
+    const ReportMemory memory;
+    BufferStream stream(memory.text(), reportSize, true);
     framework::Logger::StaticLog(framework::Logger::LOG_ERROR, "ErrorContext - for diagnostic purposes.");
     framework::ThreadInfo::MyThreadInfo();
-    BackTrace(&stream, deepestBackTrace, 2, true);
-    framework::Logger::StaticLogS(framework::Logger::LOG_ERROR, text);
+    BackTrace(&stream, deepestBackTrace, skippedFrames, true);
+    framework::Logger::StaticLogS(framework::Logger::LOG_ERROR, memory.text());
+}
+
+void Debug::ThreadErrorContext(framework::ThreadInfo*, FileOutputStream& file) {
+    const ReportMemory memory;
+    BufferStream stream(memory.text(), reportSize, true);
+    BackTrace(&stream, deepestBackTrace, skippedFrames, true);
+    file.SendOutputStream(stream.pTail(), static_cast<unsigned int>(stream.ReadAvailable()));
 }
 
 void Debug::BackTrace(BufferStream* out, unsigned int depth, unsigned int skip, bool) {
@@ -58,19 +272,57 @@ void Debug::BackTrace(BufferStream* out, unsigned int depth, unsigned int skip, 
     void* addresses[deepestBackTrace];
     const unsigned int count =
         static_cast<unsigned int>(backtrace(addresses, static_cast<int>(std::min(depth, deepestBackTrace))));
-    char** symbols = backtrace_symbols(addresses, static_cast<int>(count));
     out->PutF("Backtrace of %u stack frames\n", count > skip ? count - skip : 0);
     out->PutS("Backtrace Start>>>\n");
     for (unsigned int i = skip; i < count; ++i) {
         out->PutF("(%u) ", i);
-        if (symbols != nullptr && symbols[i] != nullptr) {
-            putSymbol(*out, symbols[i], addresses[i]);
-        } else {
-            out->PutF("[%-10p]\n", addresses[i]);
-        }
+        putFrame(*out, addresses[i]);
     }
     out->PutS("<<<Backtrace End\n");
-    std::free(symbols);
+}
+
+void Debug::SymbolPath(void* address, char* buffer, unsigned int size) {
+    if (buffer == nullptr || size == 0)
+        return;
+    Dl_info object = {};
+    buffer[0] = 0;
+    if (dladdr(address, &object) == 0)
+        return;
+    char name[demangledSize];
+    copySymbolName(object.dli_sname, name);
+    std::snprintf(buffer, size, "[%s] %s+%ld", object.dli_fname, name, distanceFrom(object, address));
+}
+
+void Debug::SymbolName(void* address, char* buffer, unsigned int size) {
+    if (buffer == nullptr || size == 0)
+        return;
+    Dl_info object = {};
+    buffer[0] = 0;
+    if (dladdr(address, &object) == 0)
+        return;
+    char name[demangledSize];
+    copySymbolName(object.dli_sname, name);
+    std::snprintf(buffer, size, "%s", name);
+}
+
+void Debug::MaybeEnableCoreDump() {
+    char pattern[132] = "";
+    const int fd = open("/proc/sys/kernel/core_pattern", O_RDONLY | O_CLOEXEC);
+    if (fd >= 0) {
+        const ssize_t count = read(fd, pattern, sizeof pattern - 1);
+        pattern[std::max<ssize_t>(count, 0)] = 0;
+        close(fd);
+    }
+    pattern[std::strcspn(pattern, "\n")] = 0;
+    // A pattern that begins with a bar names a program that takes the dump, whatever the limit.
+    if (pattern[0] == '|' || std::strchr(pattern, '/') == nullptr)
+        return;
+    framework::Logger::StaticLog(framework::Logger::LOG_NOTICE, "Enabling Core Dump...\n");
+    const rlimit unlimited = {RLIM_INFINITY, RLIM_INFINITY};
+    if (setrlimit(RLIMIT_CORE, &unlimited) != 0)
+        framework::Logger::StaticLog(framework::Logger::LOG_ERROR,
+                                     "setrlimit: %s\nWarning: core dumps may be truncated or non-existent\n",
+                                     std::strerror(errno));
 }
 
 } // namespace utility
