@@ -1,0 +1,163 @@
+#include <gtest/gtest.h>
+
+#include <dlfcn.h>
+#include <pthread.h>
+
+#include <atomic>
+#include <cerrno>
+#include <chrono>
+#include <cstring>
+#include <functional>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "support/LogCapture.h"
+
+#include "fw_Logger.h"
+#include "fw_PosixRWLock.h"
+
+using framework::Logger;
+using framework::thread::PosixRWLock;
+
+namespace {
+
+// The call that fails, for locks within one object; the logger has a lock of its own.
+struct {
+    const char* call = nullptr;
+    const void* object = nullptr;
+} failing;
+
+int platformCall(const char* name, pthread_rwlock_t* lock) {
+    const auto* begin = static_cast<const char*>(failing.object);
+    const auto* place = reinterpret_cast<const char*>(lock);
+    if (failing.call && std::strcmp(failing.call, name) == 0 && place >= begin && place < begin + sizeof(PosixRWLock))
+        return EAGAIN;
+    return reinterpret_cast<int (*)(pthread_rwlock_t*)>(dlsym(RTLD_NEXT, name))(lock);
+}
+
+// Whether another thread gets the lock at once or only after `release`.
+bool waitsFor(PosixRWLock& lock, void (PosixRWLock::*take)(), const std::function<void()>& release) {
+    std::atomic<bool> taken{false};
+    std::thread other([&] {
+        (lock.*take)();
+        taken = true;
+        lock.unlock();
+    });
+    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(50);
+    while (!taken && std::chrono::steady_clock::now() < end)
+        std::this_thread::yield();
+    const bool waited = !taken;
+    release();
+    other.join();
+    return waited;
+}
+
+void nothing() {}
+
+} // namespace
+
+TEST(PosixRWLock, UsageExample) {
+    framework::thread::PosixRWLock lock;
+    lock.writeLock();
+    lock.unlock();
+    EXPECT_FALSE(waitsFor(lock, &PosixRWLock::writeLock, nothing));
+}
+
+TEST(PosixRWLock, ReadersShare) {
+    PosixRWLock lock;
+    lock.readLock();
+    std::thread other([&] {
+        lock.readLock();
+        lock.unlock();
+    });
+    other.join();
+    lock.unlock();
+}
+
+TEST(PosixRWLock, WriterWaitsForReader) {
+    PosixRWLock lock;
+    lock.readLock();
+    EXPECT_TRUE(waitsFor(lock, &PosixRWLock::writeLock, [&] { lock.unlock(); }));
+}
+
+TEST(PosixRWLock, ReaderAndWriterWaitForWriter) {
+    PosixRWLock lock;
+    lock.writeLock();
+    EXPECT_TRUE(waitsFor(lock, &PosixRWLock::readLock, [&] { lock.unlock(); }));
+    lock.writeLock();
+    EXPECT_TRUE(waitsFor(lock, &PosixRWLock::writeLock, [&] { lock.unlock(); }));
+}
+
+TEST(PosixRWLock, WriterMayTakeItAgainForBoth) {
+    PosixRWLock lock;
+    lock.writeLock();
+    lock.writeLock();
+    lock.readLock();
+    lock.unlock();
+    lock.unlock();
+    EXPECT_TRUE(waitsFor(lock, &PosixRWLock::readLock, [&] { lock.unlock(); }));
+}
+
+TEST(PosixRWLock, EachThreadCountsForItself) {
+    PosixRWLock lock;
+    int value = 0;
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i)
+        threads.emplace_back([&] {
+            for (int round = 0; round < 1000; ++round) {
+                lock.writeLock();
+                lock.readLock();
+                ++value;
+                lock.unlock();
+                lock.unlock();
+            }
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+    lock.readLock();
+    EXPECT_EQ(value, 4000);
+    lock.unlock();
+}
+
+TEST(PosixRWLock, FailingCallsAreLoggedWithTheirNumber) {
+    test::LogCapture log;
+    PosixRWLock lock;
+    failing.object = &lock;
+    failing.call = "pthread_rwlock_rdlock";
+    lock.readLock();
+    failing.call = "pthread_rwlock_wrlock";
+    lock.writeLock();
+    failing.call = nullptr;
+    // The refused writer does not count as one.
+    EXPECT_FALSE(waitsFor(lock, &PosixRWLock::writeLock, nothing));
+    lock.readLock();
+    failing.call = "pthread_rwlock_unlock";
+    lock.unlock();
+    failing.call = nullptr;
+    lock.unlock();
+    const std::string number = std::to_string(EAGAIN);
+    EXPECT_EQ(log.count(), 3U);
+    EXPECT_TRUE(log.contains(Logger::LOG_ERROR, "virtual void framework::thread::PosixRWLock::readLock()",
+                             "locking for reading " + number));
+    EXPECT_TRUE(log.contains(Logger::LOG_ERROR, "virtual void framework::thread::PosixRWLock::writeLock()",
+                             "locking for writing " + number));
+    EXPECT_TRUE(log.contains(Logger::LOG_ERROR, "virtual void framework::thread::PosixRWLock::unlock()",
+                             "unlocking " + number));
+}
+
+extern "C" {
+
+int pthread_rwlock_rdlock(pthread_rwlock_t* lock) noexcept {
+    return platformCall("pthread_rwlock_rdlock", lock);
+}
+
+int pthread_rwlock_wrlock(pthread_rwlock_t* lock) noexcept {
+    return platformCall("pthread_rwlock_wrlock", lock);
+}
+
+int pthread_rwlock_unlock(pthread_rwlock_t* lock) noexcept {
+    return platformCall("pthread_rwlock_unlock", lock);
+}
+
+} // extern "C"

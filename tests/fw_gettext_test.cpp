@@ -1,0 +1,17 @@
+#include <gtest/gtest.h>
+
+#include "fw_gettext.h"
+
+TEST(Gettext, TextWithoutACatalogueIsItself) {
+    const char* message = "Press any key to continue (Q to quit)";
+    EXPECT_EQ(vx_gettext(message), message);
+}
+
+TEST(Gettext, EmptyTextIsItself) {
+    const char* message = "";
+    EXPECT_EQ(vx_gettext(message), message);
+}
+
+TEST(Gettext, NullIsNull) {
+    EXPECT_EQ(vx_gettext(nullptr), nullptr);
+}
