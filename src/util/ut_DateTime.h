@@ -62,9 +62,10 @@ public:
     /// Reads a local time. A text with a '-' in it is year, month (1 to 12), day, hour, minute and second, as
     /// `ToISOBuf` writes them; any other is weekday, month name, day, hour, minute, second and year: "Tue Mar 5
     /// 09:07:03 2024". The parts stand between blanks, tabs, ':' and in the first form '-'. What does not begin with a
-    /// number counts as 0, and numbers outside their ranges carry over; only the first 128 bytes are read. Null and a
-    /// text without any part give the epoch. Another count of parts, an unknown month name and a date that the platform
-    /// cannot express throw code 3591.
+    /// number counts as 0, and numbers outside their ranges carry over; only the first 128 bytes are read. Of the
+    /// texts written here only that of `ToISOBuf` is meant to be read back. Null and a text without any part give the
+    /// epoch. Another count of parts, an unknown month name and a date that the platform cannot express throw code
+    /// 3591.
     explicit DateTime(const char* text);
     /// The same as that constructor.
     static DateTime Parse(const char* text);

@@ -36,13 +36,13 @@ void print(char* buf, int size, const char* format, ...) {
 }
 
 struct ClockFields {
-    long hours;
+    long long hours;
     long minutes;
     long seconds;
     long microseconds;
 
     explicit ClockFields(int64_t ts)
-        : hours(clampToLong(ts / MICROSECONDS_PER_SECOND / 3600)),
+        : hours(ts / MICROSECONDS_PER_SECOND / 3600),
           minutes(static_cast<long>(ts / MICROSECONDS_PER_SECOND / 60 % 60)),
           seconds(static_cast<long>(ts / MICROSECONDS_PER_SECOND % 60)),
           microseconds(static_cast<long>(ts % MICROSECONDS_PER_SECOND)) {}
@@ -86,14 +86,14 @@ int64_t TimeMeasure::timeStampFromParts(long sec, long usec) {
 
 char* TimeMeasure::printDuration(int64_t ts, char* buf, int size) {
     const ClockFields fields(ts);
-    print(buf, std::min(size, DURATION_LIMIT), "%02ld:%02ld:%02ld.%06ld", fields.hours, fields.minutes, fields.seconds,
+    print(buf, std::min(size, DURATION_LIMIT), "%02lld:%02ld:%02ld.%06ld", fields.hours, fields.minutes, fields.seconds,
           fields.microseconds);
     return buf;
 }
 
 char* TimeMeasure::printDurationMillisec(int64_t ts, char* buf, int size) {
     const ClockFields fields(ts);
-    print(buf, std::min(size, DURATION_LIMIT), "%02ld:%02ld:%02ld.%03ld", fields.hours, fields.minutes, fields.seconds,
+    print(buf, std::min(size, DURATION_LIMIT), "%02lld:%02ld:%02ld.%03ld", fields.hours, fields.minutes, fields.seconds,
           fields.microseconds / MICROSECONDS_PER_MILLISECOND);
     return buf;
 }
