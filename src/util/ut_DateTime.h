@@ -59,19 +59,19 @@ public:
     /// The local time in `fields`, which is brought into its ranges as `mktime` does and not kept. Throws code 3591,
     /// also for null.
     explicit DateTime(tm* fields);
-    /// Reads a local time. A text with a '-' in it is year, month (1 to 12), day, hour, minute and second, as
-    /// `ToISOBuf` writes them; any other is weekday, month name, day, hour, minute, second and year: "Tue Mar 5
-    /// 09:07:03 2024". The parts stand between blanks, tabs, ':' and in the first form '-'. What does not begin with a
-    /// number counts as 0, and numbers outside their ranges carry over; only the first 128 bytes are read. Of the
-    /// texts written here only that of `ToISOBuf` is meant to be read back. Null and a text without any part give the
-    /// epoch. Another count of parts, an unknown month name and a date that the platform cannot express throw code
-    /// 3591.
+    /// Reads a local time. A text with a '-' anywhere in it is year, month (1 to 12), day, hour, minute and second, as
+    /// `ToISOBuf` writes them; any other is weekday, month name, day, hour, minute, second and year, as `ctime` does:
+    /// "Tue Mar 5 09:07:03 2024". Of the texts written here only that of `ToISOBuf` is meant to be read back.
+    /// The parts stand between blanks, tabs, ':' and in the first form '-'; only the first 128 bytes are read. A part
+    /// that does not begin with a number counts as 0, and numbers outside their ranges carry over. The weekday is
+    /// passed over. Null and a text without any part give the epoch. Another count of parts, an unknown month name and
+    /// a date that the platform cannot express throw code 3591.
     explicit DateTime(const char* text);
     /// The same as that constructor.
     static DateTime Parse(const char* text);
-    /// Reads exactly what `ToRFC822Buf` writes, with the English names in any case, a day of one or two digits, and a
-    /// year of any length; the weekday may be another day's. Null and the empty text give the epoch; any other text and
-    /// a date that does not exist throw code 3591.
+    /// Reads exactly what `ToRFC822Buf` writes in English, the names in any case, as UTC; so the instant before the
+    /// epoch gives `Invalid()` back. Null and the empty text give the epoch. Any other text, a date that does not
+    /// exist, a weekday that is another day's, and a date that the platform cannot express throw code 3591.
     static DateTime fromRFC822(const char* text);
     /// The invalid date: the value −1, shown as the empty text.
     static DateTime Invalid();
