@@ -1,5 +1,6 @@
 #include "fw_FSUMemory.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <new>
@@ -33,6 +34,7 @@ static_assert(__STDCPP_DEFAULT_NEW_ALIGNMENT__ >= alignof(std::max_align_t), "bl
 namespace {
 
 constexpr unsigned long alignment = alignof(std::max_align_t);
+constexpr unsigned int largestBlock = 1U << 20;
 constexpr unsigned long largestPiece = static_cast<unsigned long>(PTRDIFF_MAX) - 1024;
 
 unsigned long aligned(unsigned long size) {
@@ -41,7 +43,8 @@ unsigned long aligned(unsigned long size) {
 
 } // namespace
 
-FSUMemory::FSUMemory(unsigned int blockSize, unsigned int /*blockCount*/) : m_blocks(nullptr), m_blockSize(blockSize) {}
+FSUMemory::FSUMemory(unsigned int blockSize, unsigned int /*blockCount*/)
+    : m_blocks(nullptr), m_blockSize(std::min(blockSize, largestBlock)) {}
 
 FSUMemory::~FSUMemory() {
     reset();
