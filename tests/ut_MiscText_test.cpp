@@ -1,0 +1,401 @@
+#include <cstring>
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "LogCapture.h"
+#include "ReferenceUtf8.h"
+#include "ut_Misc.h"
+
+using framework::Logger;
+using utility::Misc;
+
+namespace {
+
+const char* const TEXT_CONTROLS = "\t\n\r";
+
+/// Storage of just these bytes, so that a look behind them is seen by a sanitizer.
+std::unique_ptr<char[]> exactly(const std::string& bytes) {
+    std::unique_ptr<char[]> copy(new char[bytes.size()]);
+    std::memcpy(copy.get(), bytes.data(), bytes.size());
+    return copy;
+}
+
+bool isPrintable(const std::string& bytes, const char* disallowed = "", const char* allowedControls = "") {
+    return Misc::isStringPrintableUtf8(exactly(bytes).get(), static_cast<unsigned int>(bytes.size()), disallowed,
+                                       allowedControls);
+}
+
+/// Expects a refusal with just this one line at level 0.
+void expectRefused(const std::string& bytes, const std::string& line, const char* disallowed = "",
+                   const char* allowedControls = "") {
+    test::LogCapture log;
+    EXPECT_FALSE(isPrintable(bytes, disallowed, allowedControls)) << line;
+    ASSERT_EQ(log.count(), 1U) << line;
+    const test::LogEntry entry = log.entries()[0];
+    EXPECT_EQ(entry.type, Logger::LOG_ERROR);
+    EXPECT_EQ(entry.function, "");
+    EXPECT_EQ(entry.line, 0);
+    EXPECT_EQ(entry.text, line);
+}
+
+void expectAsReference(const std::string& bytes, const char* disallowed, const char* allowedControls) {
+    const std::unique_ptr<char[]> text = exactly(bytes);
+    const unsigned int len = static_cast<unsigned int>(bytes.size());
+    const test::Utf8Verdict expected =
+        test::referenceUtf8(reinterpret_cast<const unsigned char*>(bytes.data()), len, disallowed, allowedControls);
+    test::LogCapture log;
+    ASSERT_EQ(Misc::isStringPrintableUtf8(text.get(), len, disallowed, allowedControls), expected.printable);
+    const std::vector<std::string> lines = log.texts();
+    ASSERT_EQ(lines.size(), expected.printable ? 0U : 1U);
+    if (expected.printable)
+        return;
+    ASSERT_EQ(lines[0], expected.log);
+}
+
+std::string truncated(const std::string& text, bool expected) {
+    std::vector<char> copy(text.begin(), text.end());
+    copy.push_back(0);
+    EXPECT_EQ(Misc::truncateUtf8(copy.data()), expected);
+    return copy.data();
+}
+
+std::string escaped(const char* in) {
+    std::vector<char> out(2 * std::strlen(in) + 1, '#');
+    EXPECT_EQ(Misc::escapeDoubleQuotes(out.data(), in), out.data());
+    return out.data();
+}
+
+} // namespace
+
+TEST(MiscText, IsStringPrintableAsciiTakes32To126) {
+    EXPECT_TRUE(Misc::isStringPrintableAscii(""));
+    EXPECT_TRUE(Misc::isStringPrintableAscii(" ~Az09"));
+    EXPECT_TRUE(Misc::isStringPrintableAscii(std::string(100000, 'x').c_str()));
+    EXPECT_FALSE(Misc::isStringPrintableAscii(nullptr));
+    for (int c = 1; c < 256; ++c) {
+        const std::string text = std::string("ab") + static_cast<char>(c);
+        EXPECT_EQ(Misc::isStringPrintableAscii(text.c_str()), c >= 32 && c <= 126) << c;
+    }
+}
+
+TEST(MiscText, Utf8TakesWholeCharactersOfUpToSixBytes) {
+    test::LogCapture log;
+    EXPECT_TRUE(isPrintable("\xC3\xA9"));
+    EXPECT_TRUE(isPrintable("caf\xC3\xA9 \xE2\x82\xAC \xF0\x9F\x98\x80"));
+    EXPECT_TRUE(isPrintable("\xF8\x88\x80\x80\x80"));
+    EXPECT_TRUE(isPrintable("\xFC\x84\x80\x80\x80\x80"));
+    EXPECT_TRUE(isPrintable(""));
+    EXPECT_EQ(log.count(), 0U);
+}
+
+TEST(MiscText, Utf8DoesNotRefuseOverlongFormsAndSurrogates) {
+    test::LogCapture log;
+    EXPECT_TRUE(isPrintable("\xC0\x80"));
+    EXPECT_TRUE(isPrintable("\xE0\x80\xAF"));
+    EXPECT_TRUE(isPrintable("\xED\xA0\x80"));
+    EXPECT_TRUE(isPrintable("\xF7\xBF\xBF\xBF"));
+    EXPECT_EQ(log.count(), 0U);
+}
+
+TEST(MiscText, Utf8RefusesAPartialCharacterAtTheEnd) {
+    expectRefused("\xC3", "isStringPrintableUtf8: partial UTF-8 character at end of string with i=0, utfLen=1: "
+                          "0xc3 00 00 00 00\n");
+    expectRefused("ab\xE2\x82", "isStringPrintableUtf8: partial UTF-8 character at end of string with i=2, utfLen=2: "
+                                "0xe2 82 00 00 00\n");
+    expectRefused("\xF0\x9F\x98", "isStringPrintableUtf8: partial UTF-8 character at end of string with i=0, utfLen=3: "
+                                  "0xf0 9f 98 00 00\n");
+    expectRefused("\xF8\x88\x80\x80", "isStringPrintableUtf8: partial UTF-8 character at end of string with i=0, "
+                                      "utfLen=4: 0xf8 88 80 80 00\n");
+    expectRefused("\xFC\x84\x80\x80\x80", "isStringPrintableUtf8: partial UTF-8 character at end of string with i=0, "
+                                          "utfLen=5: 0xfc 84 80 80 80\n");
+    // What stands there is shown, whatever it is.
+    expectRefused("\xFC"
+                  "ab\n",
+                  "isStringPrintableUtf8: partial UTF-8 character at end of string with i=0, utfLen=5: "
+                  "0xfc 61 62 0a 00\n");
+}
+
+TEST(MiscText, Utf8RefusesAByteThatBeginsNoCharacter) {
+    for (const int lead : {0x80, 0xA9, 0xBF, 0xFE, 0xFF}) {
+        char line[100];
+        std::snprintf(line, sizeof line, "isStringPrintableUtf8: found illegal UTF-8 first byte 0x%02x\n",
+                      static_cast<unsigned int>(lead));
+        expectRefused(std::string("abc") + static_cast<char>(lead) + "\x80\x80\x80\x80\x80\x80", line);
+        expectRefused(std::string("0123456789abc") + static_cast<char>(lead), line);
+    }
+}
+
+TEST(MiscText, Utf8RefusesAWrongContinuationAndSaysWhere) {
+    expectRefused("ab\xE2\x82"
+                  "c",
+                  "isStringPrintableUtf8: found illegal UTF-8 byte 0x63 at position i=2 j=1\n");
+    expectRefused("\xC3\xC3\xA9", "isStringPrintableUtf8: found illegal UTF-8 byte 0xc3 at position i=0 j=0\n");
+    expectRefused("0123456789\xFC\x84\x80\x80\x80\x7f",
+                  "isStringPrintableUtf8: found illegal UTF-8 byte 0x7f at position i=10 j=4\n");
+    expectRefused(std::string("\xE2\x00\x82zz", 5),
+                  "isStringPrintableUtf8: found illegal UTF-8 byte 0x00 at position i=0 j=0\n");
+}
+
+TEST(MiscText, Utf8RefusesDisallowedCharacters) {
+    expectRefused("name,value", "isStringPrintableUtf8: found disallowed character ',' = 0x2c\n", "<>,");
+    expectRefused("\xC3\xA9\"", "isStringPrintableUtf8: found disallowed character '\"' = 0x22\n", "\"");
+    expectRefused("abcdefghijklmnop ", "isStringPrintableUtf8: found disallowed character ' ' = 0x20\n", "~ ");
+    expectRefused("abcdefghijklmnop~", "isStringPrintableUtf8: found disallowed character '~' = 0x7e\n", "~ ");
+    test::LogCapture log;
+    EXPECT_TRUE(isPrintable("name value", "<>,"));
+    // Only printable ASCII can be disallowed.
+    EXPECT_TRUE(isPrintable("\xC3\xA9\t", "\xC3\xA9\t", "\t"));
+    EXPECT_EQ(log.count(), 0U);
+}
+
+TEST(MiscText, Utf8TakesOnlyTheControlsThatAreAllowed) {
+    test::LogCapture log;
+    EXPECT_TRUE(isPrintable("\t", "", TEXT_CONTROLS));
+    EXPECT_TRUE(isPrintable("a\tb\r\n", "", TEXT_CONTROLS));
+    EXPECT_TRUE(isPrintable("\x7f", "", "\x7f"));
+    EXPECT_EQ(log.count(), 0U);
+    expectRefused("\t", "isStringPrintableUtf8: found non-printable ASCII character 0x09\n");
+    expectRefused("abcdefgh\x1f", "isStringPrintableUtf8: found non-printable ASCII character 0x1f\n", "",
+                  TEXT_CONTROLS);
+    expectRefused("abcdefgh\x7f", "isStringPrintableUtf8: found non-printable ASCII character 0x7f\n", "",
+                  TEXT_CONTROLS);
+    // A control is judged by the controls alone.
+    expectRefused("a\x01", "isStringPrintableUtf8: found non-printable ASCII character 0x01\n", "b\x01");
+}
+
+TEST(MiscText, Utf8AllowsNoPrintableCharacterAndNoLeadByteThroughTheControls) {
+    expectRefused("a,", "isStringPrintableUtf8: found disallowed character ',' = 0x2c\n", ",", ",");
+    expectRefused("\x80", "isStringPrintableUtf8: found illegal UTF-8 first byte 0x80\n", "", "\x80");
+}
+
+TEST(MiscText, Utf8JudgesEveryByteAtEveryPlaceOfAWord) {
+    for (unsigned int place = 0; place < 20; ++place) {
+        for (int c = 0; c < 256; ++c) {
+            std::string bytes(20, 'x');
+            bytes[place] = static_cast<char>(c);
+            expectAsReference(bytes, "", "");
+            if (HasFatalFailure())
+                FAIL() << c << " at " << place;
+        }
+    }
+}
+
+TEST(MiscText, Utf8StopsAtANul) {
+    test::LogCapture log;
+    EXPECT_TRUE(isPrintable(std::string("ab\0\xFF\x01", 5)));
+    EXPECT_TRUE(isPrintable(std::string("\0\xFF", 2)));
+    EXPECT_TRUE(isPrintable(std::string("0123456789abcdef\0\xFF", 18)));
+    EXPECT_EQ(log.count(), 0U);
+}
+
+TEST(MiscText, Utf8ReadsNothingBehindANul) {
+    const std::unique_ptr<char[]> text = exactly(std::string("0123456789\xC3\xA9\0", 13));
+    EXPECT_TRUE(Misc::isStringPrintableUtf8(text.get(), 1000000, "", ""));
+    EXPECT_TRUE(Misc::isStringPrintableUtf8(text.get(), 0xffffffffU, "", ""));
+    const std::unique_ptr<char[]> broken = exactly(std::string("0123456789\xE2\x82\0", 13));
+    test::LogCapture log;
+    EXPECT_FALSE(Misc::isStringPrintableUtf8(broken.get(), 0xffffffffU, "", ""));
+    EXPECT_EQ(log.texts(), std::vector<std::string>(
+                               {"isStringPrintableUtf8: found illegal UTF-8 byte 0x00 at position i=10 j=1\n"}));
+}
+
+TEST(MiscText, Utf8OfNullTextsAndSets) {
+    test::LogCapture log;
+    EXPECT_TRUE(Misc::isStringPrintableUtf8(nullptr, 0, "", ""));
+    EXPECT_FALSE(Misc::isStringPrintableUtf8(nullptr, 1, "", ""));
+    EXPECT_EQ(log.count(), 0U);
+    EXPECT_TRUE(Misc::isStringPrintableUtf8("a,b", 3, nullptr, nullptr));
+    EXPECT_FALSE(Misc::isStringPrintableUtf8("\t", 1, nullptr, nullptr));
+    EXPECT_EQ(log.count(), 1U);
+}
+
+TEST(MiscText, Utf8OfLongTexts) {
+    std::string text;
+    while (text.size() < 100000)
+        text += "plain text and caf\xC3\xA9s, 10\xE2\x82\xAC\n";
+    const unsigned int size = static_cast<unsigned int>(text.size());
+    test::LogCapture log;
+    EXPECT_TRUE(isPrintable(text, "", "\n"));
+    EXPECT_EQ(log.count(), 0U);
+    text += '\xC3';
+    expectRefused(text,
+                  "isStringPrintableUtf8: partial UTF-8 character at end of string with i=" + std::to_string(size) +
+                      ", utfLen=1: 0xc3 00 00 00 00\n",
+                  "", "\n");
+}
+
+TEST(MiscText, Utf8AgreesWithAByteByByteReference) {
+    std::mt19937 random(5);
+    const auto below = [&random](unsigned int n) {
+        return static_cast<unsigned int>(random() % n);
+    };
+    const std::vector<std::string> pieces = {"a",
+                                             "plain",
+                                             "01234567",
+                                             "\t",
+                                             "\xC3\xA9",
+                                             "\xE2\x82\xAC",
+                                             "\xF0\x9F\x98\x80",
+                                             "\xF8\x88\x80\x80\x80",
+                                             "\xFC\x84\x80\x80\x80\x80",
+                                             ","};
+    for (int i = 0; i < 30000; ++i) {
+        std::string bytes;
+        for (unsigned int n = below(12); n > 0; --n)
+            bytes += pieces[below(static_cast<unsigned int>(pieces.size()))];
+        // Then spoil a byte, or cut the end.
+        if (!bytes.empty() && below(3) == 0)
+            bytes[below(static_cast<unsigned int>(bytes.size()))] = static_cast<char>(random());
+        if (below(3) == 0)
+            bytes.resize(below(static_cast<unsigned int>(bytes.size()) + 1));
+        expectAsReference(bytes, below(4) == 0 ? "," : "", below(2) == 0 ? TEXT_CONTROLS : "");
+        if (HasFatalFailure())
+            FAIL() << "text " << i;
+    }
+}
+
+TEST(MiscText, TruncateUtf8CutsAPartialCharacter) {
+    test::LogCapture log;
+    EXPECT_EQ(truncated("price \xE2\x82", true), "price ");
+    EXPECT_EQ(truncated("price \xE2", true), "price ");
+    EXPECT_EQ(truncated("price \xF0\x9F\x98", true), "price ");
+    EXPECT_EQ(truncated("\xC3", true), "");
+    EXPECT_EQ(truncated("\xF0\x9F\x98", true), "");
+    EXPECT_FALSE(log.contains(Logger::LOG_ERROR, "truncateUtf8: String is not a printable UTF-8 string: ''"));
+}
+
+TEST(MiscText, TruncateUtf8LeavesWholeTexts) {
+    test::LogCapture log;
+    EXPECT_EQ(truncated("price \xE2\x82\xAC", true), "price \xE2\x82\xAC");
+    EXPECT_EQ(truncated("two\tcolumns\r\n", true), "two\tcolumns\r\n");
+    EXPECT_EQ(truncated("", true), "");
+    EXPECT_EQ(log.count(), 0U);
+}
+
+TEST(MiscText, TruncateUtf8RemovesAtMostThreeBytes) {
+    test::LogCapture log;
+    EXPECT_EQ(truncated("abc\x01xy", true), "abc");
+    log.clear();
+    EXPECT_EQ(truncated("ab\xF8\x88\x80\x80", false), "ab\xF8\x88\x80\x80");
+    ASSERT_EQ(log.count(), 5U);
+    EXPECT_EQ(log.texts()[4], "truncateUtf8: String is not a printable UTF-8 string: 'ab\xF8\x88\x80\x80'");
+    EXPECT_EQ(log.entries()[4].type, Logger::LOG_ERROR);
+    EXPECT_EQ(log.entries()[4].function, "");
+}
+
+TEST(MiscText, TruncateUtf8LogsTheFirst200Bytes) {
+    test::LogCapture log;
+    const std::string text = "\x01" + std::string(100000, 'x');
+    EXPECT_EQ(truncated(text, false), text);
+    EXPECT_TRUE(log.contains(Logger::LOG_ERROR,
+                             "truncateUtf8: String is not a printable UTF-8 string: '" + text.substr(0, 200) + "'"));
+}
+
+TEST(MiscText, TruncateUtf8OfNullIsFalse) {
+    test::LogCapture log;
+    EXPECT_FALSE(Misc::truncateUtf8(nullptr));
+    EXPECT_EQ(log.count(), 0U);
+}
+
+TEST(MiscText, EscapeDoubleQuotesPutsABackslashBeforeEach) {
+    EXPECT_EQ(escaped("say \"yes\""), "say \\\"yes\\\"");
+    EXPECT_EQ(escaped("\"\"\""), "\\\"\\\"\\\"");
+    EXPECT_EQ(escaped("plain \\ text"), "plain \\ text");
+    EXPECT_EQ(escaped(""), "");
+    EXPECT_EQ(escaped(std::string(100000, '"').c_str()).size(), 200000U);
+}
+
+TEST(MiscText, EscapeDoubleQuotesLogsNullTexts) {
+    test::LogCapture log;
+    EXPECT_EQ(Misc::escapeDoubleQuotes(nullptr, "text"), nullptr);
+    char out[4] = "xyz";
+    EXPECT_EQ(Misc::escapeDoubleQuotes(out, nullptr), out);
+    EXPECT_STREQ(out, "");
+    ASSERT_EQ(log.count(), 2U);
+    EXPECT_EQ(log.entries()[0].type, Logger::LOG_ERROR);
+    EXPECT_EQ(log.entries()[0].text, "escapeDoubleQuotes: pOutString is NULL");
+    EXPECT_EQ(log.entries()[0].function, "");
+    EXPECT_EQ(log.entries()[1].type, Logger::LOG_WARNING);
+    EXPECT_EQ(log.entries()[1].text, "escapeDoubleQuotes: pInString is NULL");
+    EXPECT_EQ(Misc::escapeDoubleQuotes(nullptr, nullptr), nullptr);
+    EXPECT_EQ(log.texts()[2], "escapeDoubleQuotes: pOutString is NULL");
+    EXPECT_EQ(log.count(), 3U);
+}
+
+TEST(MiscText, StringToLowerWorksInPlace) {
+    char text[] = "Port A-7 \xC3\x89";
+    EXPECT_EQ(Misc::stringToLower(text), text);
+    EXPECT_STREQ(text, "port a-7 \xC3\x89");
+    char empty[] = "";
+    EXPECT_EQ(Misc::stringToLower(empty), empty);
+    EXPECT_EQ(Misc::stringToLower(nullptr), nullptr);
+}
+
+TEST(MiscText, ParseTokensCountsOneLessWhenTheLimitStopsIt) {
+    char text[] = "a b c d";
+    char* tokens[3] = {};
+    EXPECT_EQ(Misc::parseTokens(tokens, 3, text, " "), 2);
+    EXPECT_STREQ(tokens[0], "a");
+    EXPECT_STREQ(tokens[1], "b");
+    EXPECT_STREQ(tokens[2], "c");
+    // What lies behind the last token is not split.
+    EXPECT_EQ(std::string(text + 6), "d");
+
+    char exact[] = "a b c";
+    EXPECT_EQ(Misc::parseTokens(tokens, 3, exact, " "), 2);
+    EXPECT_STREQ(tokens[2], "c");
+}
+
+TEST(MiscText, ParseTokensCountsTheTokensWhenTheTextRunsOut) {
+    char untouched[] = "x";
+    char* tokens[3] = {untouched, untouched, untouched};
+    char text[] = "a";
+    EXPECT_EQ(Misc::parseTokens(tokens, 3, text, " "), 1);
+    EXPECT_STREQ(tokens[0], "a");
+    EXPECT_EQ(tokens[1], nullptr);
+    EXPECT_EQ(tokens[2], untouched);
+
+    char two[] = ",,a;;b;";
+    EXPECT_EQ(Misc::parseTokens(tokens, 3, two, ",;"), 2);
+    EXPECT_STREQ(tokens[0], "a");
+    EXPECT_STREQ(tokens[1], "b");
+    EXPECT_EQ(tokens[2], nullptr);
+
+    char empty[] = " ";
+    EXPECT_EQ(Misc::parseTokens(tokens, 3, empty, " "), 0);
+    EXPECT_EQ(tokens[0], nullptr);
+}
+
+TEST(MiscText, ParseTokensWithRoomForOneFillsItAndGivesZero) {
+    char text[] = "a b";
+    char* tokens[1] = {};
+    EXPECT_EQ(Misc::parseTokens(tokens, 1, text, " "), 0);
+    EXPECT_STREQ(tokens[0], "a");
+}
+
+TEST(MiscText, ParseTokensOfWhatMustNotBeGivenTouchesNothing) {
+    char text[] = "a b";
+    char* tokens[2] = {text, text};
+    EXPECT_EQ(Misc::parseTokens(tokens, 0, text, " "), 0);
+    EXPECT_EQ(Misc::parseTokens(tokens, -1, text, " "), 0);
+    EXPECT_EQ(tokens[0], text);
+    EXPECT_STREQ(text, "a b");
+    EXPECT_EQ(Misc::parseTokens(nullptr, 2, text, " "), 0);
+    EXPECT_EQ(Misc::parseTokens(tokens, 2, nullptr, " "), 0);
+    EXPECT_EQ(tokens[0], nullptr);
+    EXPECT_EQ(tokens[1], text);
+    EXPECT_EQ(Misc::parseTokens(tokens, 2, text, nullptr), 1);
+    EXPECT_STREQ(tokens[0], "a b");
+}
+
+TEST(MiscText, ParseTokensOfALongText) {
+    std::string text;
+    for (int i = 0; i < 50000; ++i)
+        text += "t ";
+    std::vector<char*> tokens(60000);
+    EXPECT_EQ(Misc::parseTokens(tokens.data(), 60000, text.data(), " "), 50000);
+    EXPECT_EQ(tokens[50000], nullptr);
+    EXPECT_STREQ(tokens[49999], "t");
+}
