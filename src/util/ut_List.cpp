@@ -1,0 +1,253 @@
+#include "ut_List.h"
+
+#include <new>
+
+#include "ut_ListContainable.h"
+#include "ut_ListIterator.h"
+#include "ut_ReadLockGuard.h"
+#include "ut_WriteLockGuard.h"
+
+using framework::thread::ReadLockGuard;
+using framework::thread::WriteLockGuard;
+
+namespace utility {
+
+List::ListEntry::ListEntry(ListContainable* element) : m_element(element), m_previous(nullptr), m_next(nullptr) {}
+
+List::ListEntry::~ListEntry() {
+    if (m_previous)
+        m_previous->m_next = m_next;
+    if (m_next)
+        m_next->m_previous = m_previous;
+}
+
+List::ListEntry* List::ListEntry::insertBefore(ListContainable* element) {
+    auto* entry = new (std::nothrow) ListEntry(element);
+    if (!entry)
+        return nullptr;
+    entry->m_previous = m_previous;
+    entry->m_next = this;
+    if (m_previous)
+        m_previous->m_next = entry;
+    m_previous = entry;
+    return entry;
+}
+
+List::ListEntry* List::ListEntry::insertAfter(ListContainable* element) {
+    auto* entry = new (std::nothrow) ListEntry(element);
+    if (!entry)
+        return nullptr;
+    entry->m_previous = this;
+    entry->m_next = m_next;
+    if (m_next)
+        m_next->m_previous = entry;
+    m_next = entry;
+    return entry;
+}
+
+List::List(bool allowDuplicates) : m_first(nullptr), m_last(nullptr), m_count(0), m_allowDuplicates(allowDuplicates) {}
+
+List::~List() {
+    removeAll();
+}
+
+void List::addFirst(ListContainable* e) {
+    if (!e)
+        return;
+    const WriteLockGuard guard(m_lock);
+    if (!isWelcome(e))
+        return;
+    ListEntry* first = m_first;
+    ListEntry* entry = first ? first->insertBefore(e) : new (std::nothrow) ListEntry(e);
+    if (!entry)
+        return;
+    m_first = entry;
+    if (!m_last)
+        m_last = entry;
+    announce();
+}
+
+void List::addLast(ListContainable* e) {
+    if (!e)
+        return;
+    const WriteLockGuard guard(m_lock);
+    if (!isWelcome(e))
+        return;
+    ListEntry* entry = m_last ? m_last->insertAfter(e) : new (std::nothrow) ListEntry(e);
+    if (!entry)
+        return;
+    m_last = entry;
+    if (isEmpty())
+        m_first = entry;
+    announce();
+}
+
+void List::add(int index, ListContainable* e) {
+    if (!e)
+        return;
+    const WriteLockGuard guard(m_lock);
+    if (!isWelcome(e))
+        return;
+    if (index == 0)
+        return addFirst(e);
+    ListEntry* entry = index < m_count ? getEntry(index) : nullptr;
+    if (!entry)
+        return addLast(e);
+    entry->insertBefore(e);
+}
+
+ListContainable* List::getFirst() const {
+    const ReadLockGuard guard(m_lock);
+    const ListEntry* first = m_first;
+    return first ? first->element() : nullptr;
+}
+
+ListContainable* List::getLast() const {
+    const ReadLockGuard guard(m_lock);
+    return m_last ? m_last->element() : nullptr;
+}
+
+ListContainable* List::get(int index) const {
+    const ReadLockGuard guard(m_lock);
+    const ListEntry* entry = getEntry(index);
+    return entry ? entry->element() : nullptr;
+}
+
+int List::indexOf(const ListContainable* e) const {
+    if (!e)
+        return -1;
+    const ReadLockGuard guard(m_lock);
+    int index = 0;
+    for (const ListEntry* entry = m_first; entry; entry = entry->next(), ++index) {
+        if (e->equals(entry->element()))
+            return index;
+    }
+    return -1;
+}
+
+int List::count() const {
+    const ReadLockGuard guard(m_lock);
+    return m_count;
+}
+
+ListContainable* List::removeFirst(bool wait) {
+    if (wait && isEmpty())
+        waitForElement();
+    const WriteLockGuard guard(m_lock);
+    return takeOut(m_first);
+}
+
+ListContainable* List::removeLast() {
+    const WriteLockGuard guard(m_lock);
+    return takeOut(m_last);
+}
+
+ListContainable* List::remove(int index) {
+    const WriteLockGuard guard(m_lock);
+    return takeOut(getEntry(index));
+}
+
+void List::remove(const ListContainable* e) {
+    const WriteLockGuard guard(m_lock);
+    removeEntry(getEntry(e));
+}
+
+void List::removeAndDelete(int index) {
+    const WriteLockGuard guard(m_lock);
+    deleteAndRemove(getEntry(index));
+}
+
+void List::removeAndDelete(ListContainable* e) {
+    const WriteLockGuard guard(m_lock);
+    deleteAndRemove(getEntry(e));
+}
+
+void List::removeAll() {
+    const WriteLockGuard guard(m_lock);
+    while (!isEmpty())
+        removeEntry(m_first);
+}
+
+void List::removeAndDeleteAll() {
+    const WriteLockGuard guard(m_lock);
+    while (!isEmpty())
+        deleteAndRemove(m_first);
+}
+
+void List::wakeAll() const {
+    m_waiter.broadcast();
+}
+
+ListIterator* List::iterator(SortOrder order) const {
+    return new (std::nothrow) ListIterator(*this, order);
+}
+
+List::ListEntry* List::getEntry(int index) const {
+    if (index < 0)
+        return nullptr;
+    ListEntry* entry = m_first;
+    for (; entry && index > 0; --index)
+        entry = entry->next();
+    return entry;
+}
+
+List::ListEntry* List::getEntry(const ListContainable* e) const {
+    if (!e)
+        return nullptr;
+    ListEntry* entry = m_first;
+    while (entry && !e->equals(entry->element()))
+        entry = entry->next();
+    return entry;
+}
+
+void List::removeEntry(const ListEntry* entry) {
+    if (!entry)
+        return;
+    if (entry == m_first)
+        m_first = entry->next();
+    if (entry == m_last)
+        m_last = entry->previous();
+    delete entry;
+    --m_count;
+}
+
+bool List::isEmpty() const {
+    return m_first == nullptr;
+}
+
+bool List::isWelcome(const ListContainable* e) const {
+    return m_allowDuplicates || !getEntry(e);
+}
+
+// Under the waiter's lock, so that the signal cannot fall between a consumer's look at the list and its waiting.
+void List::announce() {
+    ++m_count;
+    m_waiter.lock();
+    m_waiter.signal();
+    m_waiter.unlock();
+}
+
+// Takes the waiter's lock before it looks, and no lock of the list below it: those who signal hold the list's lock.
+void List::waitForElement() {
+    m_waiter.lock();
+    if (isEmpty())
+        m_waiter.wait(0);
+    m_waiter.unlock();
+}
+
+ListContainable* List::takeOut(const ListEntry* entry) {
+    if (!entry)
+        return nullptr;
+    ListContainable* element = entry->element();
+    removeEntry(entry);
+    return element;
+}
+
+void List::deleteAndRemove(const ListEntry* entry) {
+    if (!entry)
+        return;
+    delete entry->element();
+    removeEntry(entry);
+}
+
+} // namespace utility

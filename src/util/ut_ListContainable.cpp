@@ -1,0 +1,7 @@
+#include "ut_ListContainable.h"
+
+namespace utility {
+
+ListContainable::~ListContainable() = default;
+
+} // namespace utility

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdlib>
+#include <random>
+#include <string>
+
+namespace test {
+
+/// The seed of a random run: another one each time, or the number in the environment variable VXUT_TEST_SEED.
+///
+///     const unsigned int seed = test::randomSeed();
+///     SCOPED_TRACE(test::repeatWith(seed));
+inline unsigned int randomSeed() {
+    const char* given = std::getenv("VXUT_TEST_SEED");
+    return given ? static_cast<unsigned int>(std::strtoul(given, nullptr, 10)) : std::random_device()();
+}
+
+/// What to type to have the same run again.
+inline std::string repeatWith(unsigned int seed) {
+    return "VXUT_TEST_SEED=" + std::to_string(seed);
+}
+
+} // namespace test

@@ -1,0 +1,969 @@
+#include "ut_List.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <climits>
+#include <cstddef>
+#include <functional>
+#include <future>
+#include <memory>
+#include <random>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "DebugSwitch.h"
+#include "FailingAllocation.h"
+#include "ListNumber.h"
+#include "LogCapture.h"
+#include "RandomSeed.h"
+#include "fw_Logger.h"
+#include "ut_Debug.h"
+#include "ut_ListIterator.h"
+
+using test::ListNumber;
+using utility::List;
+using utility::ListContainable;
+using utility::ListIterator;
+
+namespace {
+
+const std::chrono::milliseconds aWhile(50);
+const std::chrono::seconds longEnough(60);
+const unsigned int waiterSwitch = 2301;
+
+typedef std::vector<ListContainable*> Elements;
+
+Elements content(const List& list) {
+    Elements elements;
+    ListIterator iterator(list, utility::FIRST_TO_LAST);
+    while (ListContainable* element = iterator.next())
+        elements.push_back(element);
+    return elements;
+}
+
+Elements contentBackwards(const List& list) {
+    Elements elements;
+    ListIterator iterator(list, utility::LAST_TO_FIRST);
+    while (ListContainable* element = iterator.next())
+        elements.insert(elements.begin(), element);
+    return elements;
+}
+
+bool isReady(const std::future<ListContainable*>& consumer) {
+    return consumer.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
+}
+
+std::future<ListContainable*> startConsumer(List& list) {
+    return std::async(std::launch::async, [&list] { return list.removeFirst(true); });
+}
+
+/// How often a waiter was signalled, as its traces tell.
+std::ptrdiff_t signalCount(const test::LogCapture& log) {
+    const std::vector<std::string> texts = log.texts();
+    return std::count(texts.begin(), texts.end(), "Signal");
+}
+
+class ListTest : public testing::Test {
+protected:
+    void fill() {
+        for (ListNumber* element : {&a, &b, &c})
+            list.addLast(element);
+    }
+
+    ListNumber a{1};
+    ListNumber b{2};
+    ListNumber c{3};
+    ListNumber d{4};
+    ListNumber anotherB{2};
+    List list;
+};
+
+} // namespace
+
+TEST(List, UsageExample) {
+    struct Port : public ListNumber {
+        using ListNumber::ListNumber;
+    };
+    const int alive = ListNumber::alive;
+
+    utility::List queue(true);
+    std::thread consumer([&queue] { delete queue.removeFirst(true); });
+    queue.addLast(new Port(4));
+    consumer.join();
+
+    EXPECT_EQ(queue.getFirst(), nullptr);
+    EXPECT_EQ(ListNumber::alive, alive);
+}
+
+TEST_F(ListTest, IsEmptyAtFirst) {
+    EXPECT_EQ(list.count(), 0);
+    EXPECT_EQ(list.getFirst(), nullptr);
+    EXPECT_EQ(list.getLast(), nullptr);
+    EXPECT_EQ(list.get(0), nullptr);
+    EXPECT_EQ(list.indexOf(&a), -1);
+    EXPECT_EQ(list.removeLast(), nullptr);
+    EXPECT_EQ(list.remove(0), nullptr);
+    list.remove(&a);
+    list.removeAndDelete(0);
+    list.removeAndDelete(&a);
+    list.removeAll();
+    list.removeAndDeleteAll();
+    EXPECT_EQ(list.count(), 0);
+}
+
+TEST_F(ListTest, AddFirstPutsInFrontAndAddLastAtTheEnd) {
+    list.addFirst(&b);
+    list.addFirst(&a);
+    list.addLast(&c);
+    EXPECT_EQ(content(list), (Elements{&a, &b, &c}));
+    EXPECT_EQ(contentBackwards(list), (Elements{&a, &b, &c}));
+    EXPECT_EQ(list.count(), 3);
+    EXPECT_EQ(list.getFirst(), &a);
+    EXPECT_EQ(list.getLast(), &c);
+}
+
+TEST_F(ListTest, AddsNoNullAndSignalsNobody) {
+    const test::DebugSwitch traces(waiterSwitch);
+    const test::LogCapture log;
+    list.addFirst(nullptr);
+    list.addLast(nullptr);
+    list.add(0, nullptr);
+    list.add(-1, nullptr);
+    EXPECT_EQ(list.count(), 0);
+    EXPECT_EQ(list.getFirst(), nullptr);
+    EXPECT_EQ(log.count(), 0u);
+}
+
+TEST_F(ListTest, EachElementAddedAtAnEndSignalsOnce) {
+    const test::DebugSwitch traces(waiterSwitch);
+    const test::LogCapture log;
+    list.addFirst(&b);
+    EXPECT_EQ(signalCount(log), 1);
+    list.addLast(&c);
+    EXPECT_EQ(signalCount(log), 2);
+    list.add(0, &a);
+    EXPECT_EQ(signalCount(log), 3);
+    list.add(99, &d);
+    EXPECT_EQ(signalCount(log), 4);
+}
+
+TEST_F(ListTest, AnElementEqualToAStoredOneIsIgnoredAndSignalsNobody) {
+    fill();
+    const test::DebugSwitch traces(waiterSwitch);
+    const test::LogCapture log;
+    list.addFirst(&anotherB);
+    list.addLast(&anotherB);
+    for (const int index : {-1, 0, 1, 2, 3, 4})
+        list.add(index, &anotherB);
+    EXPECT_EQ(list.count(), 3);
+    EXPECT_EQ(content(list), (Elements{&a, &b, &c}));
+    EXPECT_EQ(log.count(), 0u);
+}
+
+TEST_F(ListTest, EqualElementsAreStoredWhenDuplicatesAreAllowed) {
+    List duplicates(true);
+    duplicates.addLast(&b);
+    duplicates.addLast(&anotherB);
+    duplicates.addFirst(&b);
+    duplicates.add(1, &anotherB);
+    EXPECT_EQ(content(duplicates), (Elements{&b, &anotherB, &b, &anotherB}));
+    EXPECT_EQ(duplicates.count(), 3);
+    EXPECT_EQ(duplicates.indexOf(&anotherB), 0);
+}
+
+TEST_F(ListTest, AsksTheElementItIsGivenWithEachStoredOneInTurn) {
+    struct Asked : public ListContainable {
+        bool equals(const ListContainable* other) const override {
+            askedWith.push_back(const_cast<ListContainable*>(other));
+            return other == match;
+        }
+        const ListContainable* match = nullptr;
+        mutable Elements askedWith;
+    };
+    fill();
+    Asked asked;
+    EXPECT_EQ(list.indexOf(&asked), -1);
+    EXPECT_EQ(asked.askedWith, (Elements{&a, &b, &c}));
+
+    asked.askedWith.clear();
+    asked.match = &b;
+    EXPECT_EQ(list.indexOf(&asked), 1);
+    EXPECT_EQ(asked.askedWith, (Elements{&a, &b}));
+
+    asked.askedWith.clear();
+    list.addLast(&asked);
+    EXPECT_EQ(asked.askedWith, (Elements{&a, &b}));
+    EXPECT_EQ(list.count(), 3);
+
+    list.remove(&asked);
+    EXPECT_EQ(content(list), (Elements{&a, &c}));
+}
+
+TEST_F(ListTest, AddAtOrBeyondTheCountAppends) {
+    fill();
+    list.add(5, &d);
+    EXPECT_EQ(content(list), (Elements{&a, &b, &c, &d}));
+    EXPECT_EQ(list.count(), 4);
+
+    ListNumber e(5);
+    list.add(4, &e);
+    EXPECT_EQ(list.getLast(), &e);
+    ListNumber f(6);
+    list.add(INT_MAX, &f);
+    EXPECT_EQ(list.getLast(), &f);
+    EXPECT_EQ(list.count(), 6);
+    list.removeAll();
+}
+
+TEST_F(ListTest, AddAtANegativeIndexAppends) {
+    fill();
+    list.add(-1, &d);
+    EXPECT_EQ(content(list), (Elements{&a, &b, &c, &d}));
+    ListNumber e(5);
+    list.add(INT_MIN, &e);
+    EXPECT_EQ(list.getLast(), &e);
+    EXPECT_EQ(list.count(), 5);
+    list.removeAll();
+}
+
+TEST_F(ListTest, AddAtIndexZeroPrepends) {
+    fill();
+    list.add(0, &d);
+    EXPECT_EQ(content(list), (Elements{&d, &a, &b, &c}));
+    EXPECT_EQ(list.count(), 4);
+}
+
+TEST_F(ListTest, AddAtIndexZeroOfAnEmptyListMakesItsOnlyElement) {
+    list.add(0, &a);
+    EXPECT_EQ(list.getFirst(), &a);
+    EXPECT_EQ(list.getLast(), &a);
+    EXPECT_EQ(list.count(), 1);
+}
+
+TEST_F(ListTest, AddInBetweenIsNeitherCountedNorSignalled) {
+    fill();
+    const test::DebugSwitch traces(waiterSwitch);
+    const test::LogCapture log;
+    list.add(1, &d);
+    EXPECT_EQ(content(list), (Elements{&a, &d, &b, &c}));
+    EXPECT_EQ(contentBackwards(list), (Elements{&a, &d, &b, &c}));
+    EXPECT_EQ(list.count(), 3);
+    EXPECT_EQ(list.get(3), &c);
+    EXPECT_EQ(list.get(4), nullptr);
+    EXPECT_EQ(log.count(), 0u);
+}
+
+TEST_F(ListTest, AddAtTheLastCountedPositionGoesBeforeItsElement) {
+    fill();
+    list.add(2, &d);
+    EXPECT_EQ(content(list), (Elements{&a, &b, &d, &c}));
+    ListNumber e(5);
+    list.add(3, &e); // the count is still 3, so this appends
+    EXPECT_EQ(content(list), (Elements{&a, &b, &d, &c, &e}));
+    EXPECT_EQ(list.count(), 4);
+    list.removeAll();
+}
+
+TEST_F(ListTest, CountFallsBelowZeroWhenMoreIsRemovedThanWasCounted) {
+    fill();
+    list.add(1, &d);
+    list.removeAll();
+    EXPECT_EQ(list.count(), -1);
+    EXPECT_EQ(list.getFirst(), nullptr);
+    EXPECT_EQ(list.getLast(), nullptr);
+
+    list.addLast(&a);
+    EXPECT_EQ(list.count(), 0);
+    EXPECT_EQ(list.getFirst(), &a);
+    list.add(1, &b);
+    EXPECT_EQ(content(list), (Elements{&a, &b}));
+}
+
+TEST_F(ListTest, AnElementIsTakenFromAListThatCountsNone) {
+    fill();
+    list.add(1, &d);
+    for (int element = 0; element < 3; ++element)
+        list.removeLast();
+    ASSERT_EQ(list.count(), 0);
+    EXPECT_EQ(list.removeFirst(true), &a);
+}
+
+TEST_F(ListTest, GetCountsFromZero) {
+    fill();
+    EXPECT_EQ(list.get(0), &a);
+    EXPECT_EQ(list.get(1), &b);
+    EXPECT_EQ(list.get(2), &c);
+}
+
+TEST_F(ListTest, PositionsOutsideFindNothing) {
+    fill();
+    for (const int index : {-1, INT_MIN, 3, INT_MAX}) {
+        EXPECT_EQ(list.get(index), nullptr) << index;
+        EXPECT_EQ(list.remove(index), nullptr) << index;
+        list.removeAndDelete(index);
+    }
+    EXPECT_EQ(content(list), (Elements{&a, &b, &c}));
+}
+
+TEST_F(ListTest, IndexOfFindsTheFirstEqualElement) {
+    fill();
+    EXPECT_EQ(list.indexOf(&a), 0);
+    EXPECT_EQ(list.indexOf(&anotherB), 1);
+    EXPECT_EQ(list.indexOf(&c), 2);
+    EXPECT_EQ(list.indexOf(&d), -1);
+    EXPECT_EQ(list.indexOf(nullptr), -1);
+}
+
+TEST_F(ListTest, NullIsNeverRemoved) {
+    fill();
+    list.remove(static_cast<const ListContainable*>(nullptr));
+    list.removeAndDelete(static_cast<ListContainable*>(nullptr));
+    EXPECT_EQ(content(list), (Elements{&a, &b, &c}));
+}
+
+TEST_F(ListTest, RemovesFromEitherEnd) {
+    fill();
+    EXPECT_EQ(list.removeFirst(false), &a);
+    EXPECT_EQ(list.removeLast(), &c);
+    EXPECT_EQ(list.count(), 1);
+    EXPECT_EQ(list.removeLast(), &b);
+    EXPECT_EQ(list.getFirst(), nullptr);
+    EXPECT_EQ(list.getLast(), nullptr);
+    EXPECT_EQ(list.count(), 0);
+    list.addFirst(&d);
+    EXPECT_EQ(list.getLast(), &d);
+}
+
+TEST_F(ListTest, RemovesByPosition) {
+    fill();
+    EXPECT_EQ(list.remove(1), &b);
+    EXPECT_EQ(contentBackwards(list), (Elements{&a, &c}));
+    EXPECT_EQ(list.remove(1), &c);
+    EXPECT_EQ(list.getLast(), &a);
+    EXPECT_EQ(list.remove(0), &a);
+    EXPECT_EQ(list.getFirst(), nullptr);
+    EXPECT_EQ(list.count(), 0);
+}
+
+TEST_F(ListTest, RemovesTheFirstEqualElement) {
+    List duplicates(true);
+    duplicates.addLast(&a);
+    duplicates.addLast(&b);
+    duplicates.addLast(&anotherB);
+    duplicates.remove(&anotherB);
+    EXPECT_EQ(content(duplicates), (Elements{&a, &anotherB}));
+    duplicates.remove(&c);
+    EXPECT_EQ(duplicates.count(), 2);
+}
+
+TEST_F(ListTest, RemoveAndDeleteByPositionDeletesTheElement) {
+    const int alive = ListNumber::alive;
+    list.addLast(&a);
+    list.addLast(new ListNumber(20));
+    list.addLast(&b);
+    list.removeAndDelete(1);
+    EXPECT_EQ(ListNumber::alive, alive);
+    EXPECT_EQ(content(list), (Elements{&a, &b}));
+    EXPECT_EQ(list.count(), 2);
+}
+
+TEST_F(ListTest, RemoveAndDeleteDeletesTheStoredElementNotTheOneGiven) {
+    const int alive = ListNumber::alive;
+    ListNumber twenty(20);
+    list.addLast(&a);
+    list.addLast(new ListNumber(20));
+    list.removeAndDelete(&twenty);
+    EXPECT_EQ(ListNumber::alive, alive + 1);
+    EXPECT_EQ(content(list), (Elements{&a}));
+
+    auto* stored = new ListNumber(30);
+    list.addFirst(stored);
+    list.removeAndDelete(stored);
+    EXPECT_EQ(ListNumber::alive, alive + 1);
+    list.removeAndDelete(&b);
+    EXPECT_EQ(content(list), (Elements{&a}));
+}
+
+TEST_F(ListTest, AnElementIsDeletedBeforeItIsTakenOut) {
+    struct Watching : public ListContainable {
+        explicit Watching(const List& watched) : list(watched) {}
+        Watching(const Watching&) = delete;
+        Watching& operator=(const Watching&) = delete;
+        // The writing thread may read the list again.
+        ~Watching() override {
+            countAtEnd = list.count();
+        }
+        bool equals(const ListContainable* other) const override {
+            return this == other;
+        }
+        const List& list;
+        static int& lastCount() {
+            static int count = 0;
+            return count;
+        }
+        int& countAtEnd = lastCount();
+    };
+    list.addLast(new Watching(list));
+    list.removeAndDelete(0);
+    EXPECT_EQ(Watching::lastCount(), 1);
+    EXPECT_EQ(list.count(), 0);
+}
+
+TEST_F(ListTest, RemoveAllDeletesNoElement) {
+    fill();
+    const int alive = ListNumber::alive;
+    list.removeAll();
+    EXPECT_EQ(ListNumber::alive, alive);
+    EXPECT_EQ(list.getFirst(), nullptr);
+    EXPECT_EQ(list.getLast(), nullptr);
+    EXPECT_EQ(list.count(), 0);
+}
+
+TEST_F(ListTest, RemoveAndDeleteAllDeletesEveryElementFromTheFirst) {
+    struct Ordered : public ListContainable {
+        Ordered(int given, std::vector<int>& record) : number(given), deleted(record) {}
+        Ordered(const Ordered&) = delete;
+        Ordered& operator=(const Ordered&) = delete;
+        ~Ordered() override {
+            deleted.push_back(number);
+        }
+        bool equals(const ListContainable* other) const override {
+            return this == other;
+        }
+        int number;
+        std::vector<int>& deleted;
+    };
+    std::vector<int> deleted;
+    for (int number = 1; number <= 3; ++number)
+        list.addLast(new Ordered(number, deleted));
+    list.add(1, new Ordered(4, deleted));
+    list.removeAndDeleteAll();
+    EXPECT_EQ(deleted, (std::vector<int>{1, 4, 2, 3}));
+    EXPECT_EQ(list.getFirst(), nullptr);
+    EXPECT_EQ(list.count(), -1);
+}
+
+TEST_F(ListTest, ItsDestructionDeletesNoElement) {
+    const int alive = ListNumber::alive;
+    {
+        List other;
+        other.addLast(&a);
+        other.addLast(&b);
+    }
+    EXPECT_EQ(ListNumber::alive, alive);
+}
+
+TEST_F(ListTest, RemoveFirstFromAnEmptyListReturnsAtOnceWithoutWaiting) {
+    const test::DebugSwitch traces(waiterSwitch);
+    const test::LogCapture log;
+    EXPECT_EQ(list.removeFirst(false), nullptr);
+    EXPECT_EQ(log.count(), 0u);
+}
+
+TEST_F(ListTest, RemoveFirstDoesNotWaitWhenSomethingIsThere) {
+    fill();
+    const test::DebugSwitch traces(waiterSwitch);
+    const test::LogCapture log;
+    EXPECT_EQ(list.removeFirst(true), &a);
+    EXPECT_EQ(log.count(), 0u);
+}
+
+TEST_F(ListTest, RemoveFirstWaitsWithoutLimitAndWithoutTheListsLock) {
+    const test::DebugSwitch traces(waiterSwitch);
+    const test::LogCapture log;
+    std::future<ListContainable*> consumer = startConsumer(list);
+    while (!log.contains(framework::Logger::LOG_DEBUG, "Wait .... (1 waiters)"))
+        std::this_thread::yield();
+    EXPECT_EQ(log.texts(), (std::vector<std::string>{"Locking .....", "Waiting: 0", "Wait .... (1 waiters)"}));
+    EXPECT_EQ(list.removeLast(), nullptr); // takes the write lock
+    EXPECT_FALSE(isReady(consumer));
+    list.addFirst(&a);
+    EXPECT_EQ(consumer.get(), &a);
+}
+
+TEST_F(ListTest, RemoveFirstBlocksUntilSomethingIsAdded) {
+    const std::function<void(ListContainable*)> additions[] = {
+        [this](ListContainable* element) { list.addFirst(element); },
+        [this](ListContainable* element) { list.addLast(element); },
+        [this](ListContainable* element) { list.add(0, element); },
+        [this](ListContainable* element) { list.add(7, element); },
+    };
+    for (const auto& addition : additions) {
+        std::future<ListContainable*> consumer = startConsumer(list);
+        std::this_thread::sleep_for(aWhile);
+        EXPECT_FALSE(isReady(consumer));
+        addition(&a);
+        EXPECT_EQ(consumer.get(), &a);
+        EXPECT_EQ(list.count(), 0);
+    }
+}
+
+TEST_F(ListTest, WakeAllWakesEveryConsumerWithNothing) {
+    std::vector<std::future<ListContainable*>> consumers;
+    for (int consumer = 0; consumer < 4; ++consumer)
+        consumers.push_back(startConsumer(list));
+    std::this_thread::sleep_for(aWhile);
+    for (const std::future<ListContainable*>& consumer : consumers)
+        EXPECT_FALSE(isReady(consumer));
+    for (std::future<ListContainable*>& consumer : consumers) {
+        while (!isReady(consumer)) {
+            list.wakeAll();
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+        EXPECT_EQ(consumer.get(), nullptr);
+    }
+}
+
+TEST_F(ListTest, WakeAllWithoutConsumersIsNotRemembered) {
+    list.wakeAll();
+    std::future<ListContainable*> consumer = startConsumer(list);
+    std::this_thread::sleep_for(aWhile);
+    EXPECT_FALSE(isReady(consumer));
+    list.addLast(&a);
+    EXPECT_EQ(consumer.get(), &a);
+}
+
+namespace {
+
+/// Runs something once, in the thread that logs `text` and while it does so; switches the traces off before.
+class Interruption {
+public:
+    Interruption(const char* text, std::function<void()> action) : m_text(text), m_action(std::move(action)) {
+        framework::Logger::setSink(sink, this);
+        utility::Debug::setDebugOn(waiterSwitch);
+    }
+    Interruption(const Interruption&) = delete;
+    Interruption& operator=(const Interruption&) = delete;
+    ~Interruption() {
+        utility::Debug::setDebugOff(waiterSwitch);
+        framework::Logger::setSink(nullptr, nullptr);
+    }
+
+private:
+    static void sink(void* context, framework::Logger::LogType, const char*, int, const char* text) {
+        auto* self = static_cast<Interruption*>(context);
+        if (self->m_text != text || self->m_done)
+            return;
+        self->m_done = true;
+        utility::Debug::setDebugOff(waiterSwitch);
+        self->m_action();
+    }
+
+    const std::string m_text;
+    const std::function<void()> m_action;
+    bool m_done = false;
+};
+
+/// What the consumer got in the end; null when it had to be woken.
+ListContainable* resultOf(std::future<ListContainable*>& consumer, List& list) {
+    if (consumer.wait_for(longEnough) == std::future_status::ready)
+        return consumer.get();
+    while (!isReady(consumer))
+        list.wakeAll();
+    return nullptr;
+}
+
+} // namespace
+
+TEST_F(ListTest, AnElementAddedJustBeforeAConsumerWaitsIsTaken) {
+    const Interruption interruption("Locking .....", [this] {
+        std::thread producer([this] { list.addLast(&a); });
+        producer.join();
+    });
+    std::future<ListContainable*> consumer = startConsumer(list);
+    EXPECT_EQ(resultOf(consumer, list), &a);
+}
+
+TEST_F(ListTest, AnElementAddedWhileAConsumerBeginsToWaitIsTaken) {
+    std::thread producer;
+    const Interruption interruption("Wait .... (1 waiters)", [this, &producer] {
+        producer = std::thread([this] { list.addLast(&a); });
+        std::this_thread::sleep_for(aWhile);
+    });
+    std::future<ListContainable*> consumer = startConsumer(list);
+    EXPECT_EQ(resultOf(consumer, list), &a);
+    producer.join();
+}
+
+TEST_F(ListTest, AnEntryIsOneAllocation) {
+    const unsigned long before = test::allocationCount();
+    list.addLast(&a);
+    EXPECT_EQ(test::allocationCount() - before, 1u);
+    list.addFirst(&b);
+    EXPECT_EQ(test::allocationCount() - before, 2u);
+    list.add(1, &c);
+    EXPECT_EQ(test::allocationCount() - before, 3u);
+}
+
+TEST_F(ListTest, WithoutMemoryNothingIsAddedAndNobodySignalled) {
+    const std::function<void()> additions[] = {
+        [this] { list.addFirst(&d); }, [this] { list.addLast(&d); }, [this] { list.add(0, &d); },
+        [this] { list.add(1, &d); },   [this] { list.add(-1, &d); },
+    };
+    for (const bool filled : {false, true}) {
+        if (filled)
+            fill();
+        const Elements before = content(list);
+        for (const auto& addition : additions) {
+            const test::DebugSwitch traces(waiterSwitch);
+            const test::LogCapture log;
+            {
+                test::FailingAllocation failing(1);
+                addition();
+                failing.stop();
+                EXPECT_EQ(failing.failures(), 1u);
+            }
+            EXPECT_EQ(content(list), before);
+            EXPECT_EQ(contentBackwards(list), before);
+            EXPECT_EQ(list.count(), static_cast<int>(before.size()));
+            EXPECT_EQ(log.count(), 0u);
+        }
+    }
+    list.addLast(&d);
+    EXPECT_EQ(list.getLast(), &d);
+}
+
+TEST_F(ListTest, ReadingAndRemovingTakeNoMemory) {
+    fill();
+    list.addLast(new ListNumber(20));
+    list.addLast(new ListNumber(21));
+    const test::FailingAllocation failing(test::failAll);
+    EXPECT_EQ(list.getFirst(), &a);
+    EXPECT_EQ(list.get(2), &c);
+    EXPECT_EQ(list.indexOf(&b), 1);
+    EXPECT_EQ(list.removeFirst(true), &a);
+    EXPECT_EQ(list.remove(1), &c);
+    list.remove(&b);
+    list.removeAndDelete(0);
+    list.wakeAll();
+    list.removeAndDeleteAll();
+    list.removeAll();
+    EXPECT_EQ(list.count(), 0);
+    EXPECT_EQ(failing.failures(), 0u);
+}
+
+TEST_F(ListTest, WithoutMemoryThereIsNoIteratorAndNothingIsLocked) {
+    fill();
+    {
+        const test::FailingAllocation failing(test::failAll);
+        EXPECT_EQ(list.iterator(utility::FIRST_TO_LAST), nullptr);
+        EXPECT_EQ(list.iterator(utility::LAST_TO_FIRST), nullptr);
+    }
+    std::thread writer([this] { list.addLast(&d); });
+    writer.join();
+    EXPECT_EQ(list.count(), 4);
+}
+
+TEST(ListEntry, HasNoNeighboursAtFirst) {
+    ListNumber a(1);
+    const List::ListEntry entry(&a);
+    EXPECT_EQ(entry.element(), &a);
+    EXPECT_EQ(entry.previous(), nullptr);
+    EXPECT_EQ(entry.next(), nullptr);
+}
+
+TEST(ListEntry, InsertsBetweenItsNeighboursAndUnlinksAtItsEnd) {
+    ListNumber a(1);
+    ListNumber b(2);
+    ListNumber c(3);
+    ListNumber d(4);
+    List::ListEntry middle(&b);
+    List::ListEntry* front = middle.insertBefore(&a);
+    List::ListEntry* back = middle.insertAfter(&d);
+    ASSERT_NE(front, nullptr);
+    ASSERT_NE(back, nullptr);
+    EXPECT_EQ(front->element(), &a);
+    EXPECT_EQ(front->previous(), nullptr);
+    EXPECT_EQ(front->next(), &middle);
+    EXPECT_EQ(middle.previous(), front);
+    EXPECT_EQ(middle.next(), back);
+    EXPECT_EQ(back->previous(), &middle);
+    EXPECT_EQ(back->next(), nullptr);
+
+    List::ListEntry* third = back->insertBefore(&c);
+    EXPECT_EQ(middle.next(), third);
+    EXPECT_EQ(third->previous(), &middle);
+    EXPECT_EQ(third->next(), back);
+    EXPECT_EQ(back->previous(), third);
+    List::ListEntry* second = front->insertAfter(&c);
+    EXPECT_EQ(front->next(), second);
+    EXPECT_EQ(second->previous(), front);
+    EXPECT_EQ(second->next(), &middle);
+    EXPECT_EQ(middle.previous(), second);
+
+    delete second;
+    EXPECT_EQ(front->next(), &middle);
+    EXPECT_EQ(middle.previous(), front);
+    delete third;
+    delete front;
+    EXPECT_EQ(middle.previous(), nullptr);
+    delete back;
+    EXPECT_EQ(middle.next(), nullptr);
+}
+
+TEST(ListEntry, InsertsNothingWithoutMemory) {
+    ListNumber a(1);
+    List::ListEntry entry(&a);
+    {
+        const test::FailingAllocation failing(test::failAll);
+        EXPECT_EQ(entry.insertBefore(&a), nullptr);
+        EXPECT_EQ(entry.insertAfter(&a), nullptr);
+    }
+    EXPECT_EQ(entry.previous(), nullptr);
+    EXPECT_EQ(entry.next(), nullptr);
+}
+
+TEST(ListEntries, AreFoundAndRemovedByDerivedLists) {
+    struct OpenList : public List {
+        using List::getEntry;
+        using List::removeEntry;
+    };
+    ListNumber a(1);
+    ListNumber b(2);
+    ListNumber c(3);
+    OpenList list;
+    for (ListNumber* element : {&a, &b, &c})
+        list.addLast(element);
+    EXPECT_EQ(list.getEntry(-1), nullptr);
+    EXPECT_EQ(list.getEntry(3), nullptr);
+    EXPECT_EQ(list.getEntry(static_cast<const ListContainable*>(nullptr)), nullptr);
+    EXPECT_EQ(list.getEntry(2), list.getEntry(&c));
+    ASSERT_NE(list.getEntry(1), nullptr);
+    EXPECT_EQ(list.getEntry(1)->element(), &b);
+
+    list.removeEntry(nullptr);
+    EXPECT_EQ(list.count(), 3);
+    list.removeEntry(list.getEntry(1));
+    EXPECT_EQ(list.getEntry(0)->next(), list.getEntry(1));
+    list.removeEntry(list.getEntry(1));
+    EXPECT_EQ(list.getLast(), &a);
+    list.removeEntry(list.getEntry(&a));
+    EXPECT_EQ(list.getFirst(), nullptr);
+    EXPECT_EQ(list.getLast(), nullptr);
+    EXPECT_EQ(list.count(), 0);
+}
+
+namespace {
+
+/// What a list shows, kept in a vector: what is put in between is not counted.
+class ListModel {
+public:
+    ListModel(unsigned int seed, bool allowDuplicates)
+        : m_random(seed), m_allowDuplicates(allowDuplicates), m_list(allowDuplicates) {}
+    ListModel(const ListModel&) = delete;
+    ListModel& operator=(const ListModel&) = delete;
+    ~ListModel() {
+        m_list.removeAndDeleteAll();
+    }
+
+    void run(int steps) {
+        for (int step = 0; step < steps && !testing::Test::HasFailure(); ++step) {
+            takeStep();
+            EXPECT_EQ(m_list.count(), m_count) << "step " << step;
+            EXPECT_EQ(m_list.getFirst(), m_model.empty() ? nullptr : m_model.front()) << "step " << step;
+            EXPECT_EQ(m_list.getLast(), m_model.empty() ? nullptr : m_model.back()) << "step " << step;
+            if (step % 16 == 0) {
+                EXPECT_EQ(content(m_list), m_model) << "step " << step;
+                EXPECT_EQ(contentBackwards(m_list), m_model) << "step " << step;
+            }
+            EXPECT_EQ(ListNumber::alive - m_aliveBefore, static_cast<int>(m_model.size())) << "step " << step;
+        }
+    }
+
+private:
+    int below(int limit) {
+        return static_cast<int>(m_random() % static_cast<unsigned int>(limit));
+    }
+
+    int someIndex() {
+        return below(static_cast<int>(m_model.size()) + 6) - 3;
+    }
+
+    int positionOf(int value) const {
+        const auto found = std::find_if(m_model.begin(), m_model.end(), [value](const ListContainable* element) {
+            return static_cast<const ListNumber*>(element)->value == value;
+        });
+        return found == m_model.end() ? -1 : static_cast<int>(found - m_model.begin());
+    }
+
+    bool isInside(int index) const {
+        return index >= 0 && index < static_cast<int>(m_model.size());
+    }
+
+    void takeStep() {
+        switch (below(21)) {
+        case 0:
+        case 1:
+        case 2:
+            return add([this](ListContainable* element) { m_list.addFirst(element); }, 0);
+        case 3:
+        case 4:
+        case 5:
+            return add([this](ListContainable* element) { m_list.addLast(element); }, -1);
+        case 6:
+        case 7:
+        case 8:
+        case 9: {
+            const int index = someIndex();
+            return add([this, index](ListContainable* element) { m_list.add(index, element); }, index);
+        }
+        case 10:
+            return expectTaken(m_list.removeFirst(!m_model.empty()), 0);
+        case 11:
+            return expectTaken(m_list.removeLast(), static_cast<int>(m_model.size()) - 1);
+        case 12:
+        case 13: {
+            const int index = someIndex();
+            return expectTaken(m_list.remove(index), index);
+        }
+        case 14:
+            return removeEqual();
+        case 15: {
+            const int index = someIndex();
+            m_list.removeAndDelete(index);
+            return forget(index);
+        }
+        case 16: {
+            ListNumber wanted(below(values));
+            const int index = positionOf(wanted.value);
+            m_list.removeAndDelete(&wanted);
+            return forget(index);
+        }
+        case 17: {
+            const ListNumber wanted(below(values));
+            EXPECT_EQ(m_list.indexOf(&wanted), positionOf(wanted.value));
+            return;
+        }
+        case 18:
+        case 19: {
+            const int index = someIndex();
+            EXPECT_EQ(m_list.get(index), isInside(index) ? m_model[static_cast<std::size_t>(index)] : nullptr);
+            return;
+        }
+        default:
+            return below(40) == 0 ? removeEverything() : void();
+        }
+    }
+
+    template<class Add>
+    void add(Add addToList, int index) {
+        auto element = std::make_unique<ListNumber>(below(values));
+        addToList(element.get());
+        if (!m_allowDuplicates && positionOf(element->value) >= 0)
+            return;
+        const bool inBetween = index > 0 && index < m_count;
+        const bool inFront = index == 0;
+        const auto place = inFront ? m_model.begin() : inBetween ? m_model.begin() + index : m_model.end();
+        m_model.insert(place, element.release());
+        if (!inBetween)
+            ++m_count;
+    }
+
+    void expectTaken(ListContainable* taken, int index) {
+        ASSERT_EQ(taken, isInside(index) ? m_model[static_cast<std::size_t>(index)] : nullptr);
+        delete taken;
+        forget(index);
+    }
+
+    void removeEqual() {
+        const ListNumber wanted(below(values));
+        m_list.remove(&wanted);
+        const int index = positionOf(wanted.value);
+        if (isInside(index))
+            delete m_model[static_cast<std::size_t>(index)];
+        forget(index);
+    }
+
+    void forget(int index) {
+        if (!isInside(index))
+            return;
+        m_model.erase(m_model.begin() + index);
+        --m_count;
+    }
+
+    void removeEverything() {
+        m_count -= static_cast<int>(m_model.size());
+        if (below(2) == 0) {
+            m_list.removeAndDeleteAll();
+        } else {
+            m_list.removeAll();
+            for (const ListContainable* element : m_model)
+                delete element;
+        }
+        m_model.clear();
+    }
+
+    static const int values = 24;
+
+    const int m_aliveBefore = ListNumber::alive;
+    std::mt19937 m_random;
+    bool m_allowDuplicates;
+    List m_list;
+    Elements m_model;
+    int m_count = 0;
+};
+
+} // namespace
+
+TEST(List, ShowsWhatAVectorWouldAfterRandomOperations) {
+    for (const bool allowDuplicates : {false, true}) {
+        const unsigned int seed = test::randomSeed();
+        SCOPED_TRACE(test::repeatWith(seed));
+        ListModel(seed, allowDuplicates).run(100000);
+    }
+}
+
+TEST(List, HandsEachOfAMillionElementsFromEightProducersToOneOfEightConsumers) {
+    struct Parcel : public ListContainable {
+        bool equals(const ListContainable* other) const override {
+            return this == other;
+        }
+        std::atomic<unsigned int> taken{0};
+    };
+    const std::size_t perProducer = 125000;
+    const std::size_t total = 8 * perProducer;
+    std::vector<Parcel> parcels(total);
+    List queue(true);
+    std::atomic<std::size_t> taken(0);
+    std::atomic<bool> closing(false);
+
+    std::vector<std::future<void>> consumers;
+    for (int consumer = 0; consumer < 8; ++consumer)
+        consumers.push_back(std::async(std::launch::async, [&] {
+            for (;;) {
+                ListContainable* element = queue.removeFirst(true);
+                if (element) {
+                    ++static_cast<Parcel*>(element)->taken;
+                    ++taken;
+                } else if (closing) {
+                    return;
+                }
+            }
+        }));
+    std::vector<std::thread> producers;
+    for (std::size_t producer = 0; producer < 8; ++producer)
+        producers.emplace_back([&, producer] {
+            for (std::size_t parcel = 0; parcel < perProducer; ++parcel)
+                queue.addLast(&parcels[producer * perProducer + parcel]);
+        });
+    for (std::thread& producer : producers)
+        producer.join();
+
+    const auto end = std::chrono::steady_clock::now() + longEnough;
+    while (taken < total && std::chrono::steady_clock::now() < end)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    EXPECT_EQ(taken, total) << "before anyone was woken without an element";
+
+    closing = true;
+    for (const std::future<void>& consumer : consumers)
+        while (consumer.wait_for(std::chrono::milliseconds(1)) != std::future_status::ready)
+            queue.wakeAll();
+    EXPECT_TRUE(std::all_of(parcels.begin(), parcels.end(), [](const Parcel& parcel) { return parcel.taken == 1; }));
+    EXPECT_EQ(queue.getFirst(), nullptr);
+    EXPECT_EQ(queue.count(), 0);
+}
