@@ -1,0 +1,23 @@
+#include "ut_WriteHead.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "ut_Buffer.h"
+
+namespace utility {
+
+WriteHead::WriteHead(Buffer& buffer) : m_buffer(buffer), m_place(&m_nowhere), m_room(0), m_nowhere(0) {
+    const int remaining = buffer.WriteRemaining();
+    const int position = buffer.WritePosition();
+    if (buffer.pBuffer() == nullptr || position < 0 || position >= buffer.Size())
+        return;
+    m_place = buffer.pHead();
+    m_room = static_cast<unsigned int>(std::clamp(remaining, 0, buffer.Size() - position));
+}
+
+void WriteHead::advance(const char* text) {
+    m_buffer.WriteAdvance(text != nullptr ? static_cast<int>(strnlen(text, m_room)) : 0);
+}
+
+} // namespace utility

@@ -1,0 +1,427 @@
+#include "ut_IPV6Address.h"
+
+#include <arpa/inet.h>
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <cstring>
+#include <random>
+#include <string>
+#include <type_traits>
+
+#include "ExpectFailure.h"
+#include "FailingAllocation.h"
+#include "GuardedText.h"
+#include "fw_Memory.h"
+#include "ut_BufferStream.h"
+#include "ut_VirtualPutStream.h"
+
+namespace {
+
+using utility::IPV6Address;
+
+const char* const WRITE_ADVANCE = "virtual void utility::Buffer::WriteAdvance(int)";
+const char* const LONGEST = "1111:2222:3333:4444:5555:6666:7777:8888";
+
+static_assert(sizeof(IPV6Address) == 16, "copied to and from socket addresses");
+static_assert(std::is_trivially_copyable<IPV6Address>::value, "a plain value");
+static_assert(std::is_trivially_destructible<IPV6Address>::value, "a plain value");
+static_assert(!std::is_polymorphic<IPV6Address>::value, "a plain value");
+
+std::string text(const IPV6Address& address) {
+    char buf[64];
+    return address.toBuffer(buf, sizeof buf);
+}
+
+IPV6Address randomAddress(std::mt19937& random) {
+    unsigned char bytes[16];
+    for (unsigned char& byte : bytes)
+        byte = static_cast<unsigned char>(random());
+    // Runs of zero groups, of every place and length, make the "::" and the dotted tails.
+    const unsigned int first = static_cast<unsigned int>(random() % 9);
+    const unsigned int last = static_cast<unsigned int>(random() % 9);
+    for (unsigned int group = first; group < last; ++group)
+        bytes[2 * group] = bytes[2 * group + 1] = 0;
+    if (random() % 4 == 0)
+        bytes[2 * (random() % 8)] = 0;
+    return IPV6Address(bytes);
+}
+
+TEST(IPV6Address, UsageExample) {
+    utility::IPV6Address address("FE80::1");
+    char text[46];
+    address.toBuffer(text, sizeof text);
+    EXPECT_STREQ(text, "fe80::1");
+}
+
+TEST(IPV6Address, BeginsAsTheUnspecifiedAddress) {
+    const IPV6Address address;
+    EXPECT_TRUE(address.isZero());
+    EXPECT_FALSE(address.isValid());
+    EXPECT_EQ(text(address), "::");
+}
+
+TEST(IPV6Address, EightGroupsAreNumbersOfTheHost) {
+    const IPV6Address address(0x2001, 0x0db8, 3, 4, 5, 6, 7, 0xFFFF);
+    EXPECT_EQ(text(address), "2001:db8:3:4:5:6:7:ffff");
+}
+
+TEST(IPV6Address, SixteenBytesAreInTheOrderTheyAreWritten) {
+    const IPV6Address address(0x20, 0x01, 0x0d, 0xb8, 0, 3, 0, 4, 0, 5, 0, 6, 0, 7, 0xFF, 0xFE);
+    EXPECT_EQ(text(address), "2001:db8:3:4:5:6:7:fffe");
+}
+
+TEST(IPV6Address, GroupsAndBytesBehindAPointerAreNotConverted) {
+    in6_addr socketAddress;
+    ASSERT_EQ(inet_pton(AF_INET6, "2001:db8::5", &socketAddress), 1);
+    unsigned short groups[8];
+    std::memcpy(groups, &socketAddress, sizeof groups);
+    EXPECT_EQ(text(IPV6Address(groups)), "2001:db8::5");
+    EXPECT_EQ(text(IPV6Address(socketAddress.s6_addr)), "2001:db8::5");
+}
+
+TEST(IPV6Address, GroupsAreReadAsTheyAreStored) {
+    IPV6Address address(0x2001, 0x0db8, 0, 0, 0, 0, 0, 1);
+    EXPECT_EQ(address.getHexChunk(0), htons(0x2001));
+    EXPECT_EQ(address.getHexChunk(1), htons(0x0db8));
+    EXPECT_EQ(address.getHexChunk(6), 0);
+    EXPECT_EQ(address.getHexChunk(7), htons(1));
+#if __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+    EXPECT_EQ(address.getHexChunk(0), 0x0120);
+#endif
+}
+
+TEST(IPV6Address, ThereAreNoGroupsBeyondTheEighth) {
+    IPV6Address address(LONGEST);
+    EXPECT_EQ(address.getHexChunk(8), 0);
+    EXPECT_EQ(address.getHexChunk(255), 0);
+}
+
+TEST(IPV6Address, SetCopiesAndIgnoresNull) {
+    IPV6Address source("2001:db8::1");
+    IPV6Address address("::5");
+    address.set(static_cast<IPV6Address*>(nullptr));
+    EXPECT_EQ(text(address), "::5");
+    address.set(&source);
+    EXPECT_EQ(text(address), "2001:db8::1");
+    address.set(&address);
+    EXPECT_EQ(text(address), "2001:db8::1");
+    unsigned char bytes[16] = {0xFE, 0x80, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 9};
+    address.set(bytes);
+    EXPECT_EQ(text(address), "fe80::9");
+    const IPV6Address copy(address);
+    address = source;
+    EXPECT_EQ(text(copy), "fe80::9");
+    EXPECT_EQ(text(address), "2001:db8::1");
+}
+
+TEST(IPV6Address, ANullTextIsTheUnspecifiedAddress) {
+    IPV6Address address("fe80::1");
+    EXPECT_TRUE(address.fromString(nullptr));
+    EXPECT_TRUE(address.isZero());
+    EXPECT_TRUE(IPV6Address(static_cast<const char*>(nullptr)).isZero());
+}
+
+TEST(IPV6Address, EitherCaseIsRead) {
+    for (const char* spelling : {"FE80::1", "fe80::1", "Fe80::1", "fE80:0:0:0:0:0:0:0001"}) {
+        IPV6Address address;
+        EXPECT_TRUE(address.fromString(spelling)) << spelling;
+        EXPECT_EQ(text(address), "fe80::1") << spelling;
+    }
+}
+
+TEST(IPV6Address, ATextThatIsNoAddressIsRefusedAndTheValueCleared) {
+    const std::string refused[] = {"",
+                                   ":",
+                                   ":::",
+                                   "1",
+                                   "1.2.3.4",
+                                   "fe80:",
+                                   "fe80::1::2",
+                                   "1:2:3:4:5:6:7",
+                                   "1:2:3:4:5:6:7:8:9",
+                                   "12345::",
+                                   "fe80::g",
+                                   "::1.2.3",
+                                   "::1.2.3.256",
+                                   " fe80::1",
+                                   "fe80::1 ",
+                                   "fe80::1%eth0",
+                                   "[fe80::1]",
+                                   "fe80::1/64",
+                                   "fe80-1",
+                                   "fe80::\x01",
+                                   "\xFF\xFE",
+                                   "fe80::1\n",
+                                   "\x7F::1"};
+    for (const std::string& bad : refused) {
+        IPV6Address address("fe80::9");
+        EXPECT_FALSE(address.fromString(bad.c_str())) << bad;
+        EXPECT_TRUE(address.isZero()) << bad;
+        EXPECT_TRUE(IPV6Address(bad.c_str()).isZero()) << bad;
+    }
+}
+
+TEST(IPV6Address, TextsOfAnyLengthAreRefusedInFiniteTime) {
+    for (const size_t length :
+         {size_t{65533}, size_t{65534}, size_t{65535}, size_t{65536}, size_t{100000}, size_t{131075}}) {
+        // A text of 65,536 characters and a good address would be that address if its length were counted in 16 bits.
+        for (const std::string& bad : {"fe80::1" + std::string(length - 7, 0x20), std::string(length, ':'),
+                                       std::string(length, '0'), std::string(length, '\xFF')}) {
+            IPV6Address address("fe80::9");
+            EXPECT_FALSE(address.fromString(bad.c_str()));
+            EXPECT_TRUE(address.isZero());
+        }
+    }
+}
+
+TEST(IPV6Address, GivesBackTheMemoryOfItsCopyOfTheText) {
+    const long before = framework::Memory::staticOutstanding();
+    IPV6Address address;
+    address.fromString("fe80::1");
+    address.fromString("no address");
+    EXPECT_EQ(framework::Memory::staticOutstanding(), before);
+}
+
+TEST(IPV6Address, WithoutMemoryATextIsRefusedAndTheValueCleared) {
+    IPV6Address address("fe80::9");
+    bool parsed = true;
+    int refused = 0;
+    test::failEachAllocationOnce([&] { parsed = address.fromString("fe80::1"); },
+                                 [&] {
+                                     ++refused;
+                                     EXPECT_FALSE(parsed);
+                                     EXPECT_TRUE(address.isZero());
+                                 });
+    EXPECT_EQ(refused, 1);
+    EXPECT_TRUE(parsed);
+    EXPECT_EQ(text(address), "fe80::1");
+}
+
+TEST(IPV6Address, PrintsTheShortFormOfThePlatform) {
+    EXPECT_EQ(text(IPV6Address("0001:0000:0000:0002:0000:0000:0000:0003")), "1:0:0:2::3");
+    EXPECT_EQ(text(IPV6Address("::FFFF:1.2.3.4")), "::ffff:1.2.3.4");
+    EXPECT_EQ(text(IPV6Address("::1.2.3.4")), "::1.2.3.4");
+    EXPECT_EQ(text(IPV6Address(LONGEST)), LONGEST);
+}
+
+TEST(IPV6Address, ReadsAndWritesAsThePlatformDoes) {
+    std::mt19937 random(6);
+    for (int i = 0; i < 10000; ++i) {
+        IPV6Address value = randomAddress(random);
+        char expected[INET6_ADDRSTRLEN];
+        ASSERT_NE(inet_ntop(AF_INET6, &value, expected, sizeof expected), nullptr);
+        ASSERT_EQ(text(value), expected);
+        IPV6Address address;
+        ASSERT_TRUE(address.fromString(expected));
+        ASSERT_TRUE(address == value) << expected;
+    }
+}
+
+TEST(IPV6Address, TakesAndRefusesTextsAsThePlatformDoes) {
+    const char characters[] = "0123456789abcdefABCDEF::::.g \xFF";
+    std::mt19937 random(60);
+    int taken = 0;
+    for (int i = 0; i < 10000; ++i) {
+        std::string mutated = text(randomAddress(random));
+        mutated[random() % mutated.size()] = characters[random() % (sizeof characters - 1)];
+        unsigned char expected[16] = {};
+        const bool accepted = inet_pton(AF_INET6, mutated.c_str(), expected) == 1;
+        IPV6Address address;
+        ASSERT_EQ(address.fromString(mutated.c_str()), accepted) << mutated;
+        ASSERT_TRUE(!accepted || address == IPV6Address(expected)) << mutated;
+        taken += accepted;
+    }
+    EXPECT_GT(taken, 100);
+    EXPECT_LT(taken, 9900);
+}
+
+TEST(IPV6Address, IsV4OnlyInTheCompatibleForm) {
+    EXPECT_TRUE(IPV6Address("::1.2.3.4").isV4());
+    EXPECT_FALSE(IPV6Address("::ffff:1.2.3.4").isV4());
+    EXPECT_FALSE(IPV6Address("::").isV4());
+    EXPECT_TRUE(IPV6Address("::1").isV4());
+    EXPECT_TRUE(IPV6Address("::1:0").isV4());
+    EXPECT_FALSE(IPV6Address("::1:0:0").isV4());
+    EXPECT_FALSE(IPV6Address("8000::1").isV4());
+}
+
+TEST(IPV6Address, IsValidWhenAnyGroupIsNotZero) {
+    for (unsigned int i = 0; i < 16; ++i) {
+        unsigned char bytes[16] = {};
+        bytes[i] = 1;
+        EXPECT_TRUE(IPV6Address(bytes).isValid()) << i;
+        EXPECT_FALSE(IPV6Address(bytes).isZero()) << i;
+    }
+    EXPECT_FALSE(IPV6Address("::").isValid());
+    EXPECT_TRUE(IPV6Address("::").isZero());
+}
+
+TEST(IPV6Address, ComparesAsANumberOf128Bits) {
+    const char* const ascending[] = {
+        "::", "::1", "::ff", "::100", "::1:0", "1::", "1::2", "80::", "ff::", "8000::", "ffff::"};
+    const int count = sizeof ascending / sizeof *ascending;
+    for (int i = 0; i < count; ++i) {
+        for (int j = 0; j < count; ++j) {
+            const IPV6Address a(ascending[i]);
+            const IPV6Address b(ascending[j]);
+            EXPECT_EQ(a == b, i == j);
+            EXPECT_EQ(a != b, i != j);
+            EXPECT_EQ(a < b, i < j);
+            EXPECT_EQ(a > b, i > j);
+            EXPECT_EQ(a.compare(b) < 0, i < j);
+            EXPECT_EQ(a.compare(b) > 0, i > j);
+        }
+    }
+}
+
+TEST(IPV6Address, EveryByteIsCompared) {
+    const IPV6Address address(LONGEST);
+    for (unsigned int i = 0; i < 16; ++i) {
+        unsigned char bytes[16];
+        std::memcpy(bytes, &address, sizeof bytes);
+        ++bytes[i];
+        EXPECT_TRUE(IPV6Address(bytes) != address) << i;
+        EXPECT_TRUE(IPV6Address(bytes) > address) << i;
+    }
+}
+
+TEST(IPV6Address, HashIsTheMaskedSumOfTheFirstSevenGroupsAsStored) {
+    const IPV6Address address(1, 2, 3, 4, 5, 6, 7, 8);
+    EXPECT_EQ(address.hash(0xFFFFFFFF), 28u * htons(1));
+    EXPECT_EQ(address.hash(0x0F00), (28u * htons(1)) & 0x0F00);
+    EXPECT_EQ(address.hash(0), 0u);
+    const IPV6Address highest(0xFFFF, 0xFFFF, 0xFFFF, 0xFFFF, 0xFFFF, 0xFFFF, 0xFFFF, 0xFFFF);
+    EXPECT_EQ(highest.hash(0xFFFFFFFF), 7u * 0xFFFF);
+}
+
+TEST(IPV6Address, TheLastGroupTakesNoPartInTheHash) {
+    const IPV6Address a("2001:db8::1");
+    const IPV6Address b("2001:db8::ffff");
+    for (unsigned int bits = 0; bits <= 32; ++bits) {
+        const unsigned int mask = bits < 32 ? (1u << bits) - 1 : 0xFFFFFFFF;
+        EXPECT_EQ(a.hash(mask), b.hash(mask));
+    }
+    for (unsigned int group = 0; group < 7; ++group) {
+        unsigned char bytes[16];
+        std::memcpy(bytes, &a, sizeof bytes);
+        bytes[2 * group + 1] ^= 0x40;
+        EXPECT_NE(IPV6Address(bytes).hash(0xFFFFFFFF), a.hash(0xFFFFFFFF)) << group;
+    }
+}
+
+TEST(IPV6Address, ToBufferWritesATextWithAByteToSpareBehindItsTerminator) {
+    for (const unsigned int size : {9u, 10u, 41u, 1000u}) {
+        test::GuardedText buf(size);
+        EXPECT_EQ(IPV6Address("fe80::1").toBuffer(buf.array(), size), buf.array());
+        EXPECT_EQ(buf.text(), "fe80::1");
+        EXPECT_TRUE(buf.isTerminated());
+        EXPECT_TRUE(buf.isGuardWhole());
+    }
+    test::GuardedText whole(41);
+    IPV6Address(LONGEST).toBuffer(whole.array(), whole.size());
+    EXPECT_EQ(whole.text(), LONGEST);
+}
+
+TEST(IPV6Address, ToBufferLeavesAnEmptyTextWhenItDoesNotFit) {
+    for (unsigned int size = 1; size < 9; ++size) {
+        test::GuardedText buf(size);
+        EXPECT_EQ(IPV6Address("fe80::1").toBuffer(buf.array(), size), buf.array());
+        EXPECT_EQ(buf.text(), "");
+        EXPECT_TRUE(buf.isTerminated());
+        EXPECT_TRUE(buf.isGuardWhole());
+    }
+    test::GuardedText tight(40);
+    IPV6Address(LONGEST).toBuffer(tight.array(), tight.size());
+    EXPECT_EQ(tight.text(), "");
+}
+
+TEST(IPV6Address, ToBufferWithoutABufferTouchesNothing) {
+    test::GuardedText none(0);
+    EXPECT_EQ(IPV6Address("fe80::1").toBuffer(none.array(), 0), none.array());
+    EXPECT_EQ(IPV6Address("fe80::1").toBuffer(none.array(), UINT_MAX), none.array());
+    EXPECT_TRUE(none.isUntouched());
+    EXPECT_EQ(IPV6Address("fe80::1").toBuffer(nullptr, 0), nullptr);
+    EXPECT_EQ(IPV6Address("fe80::1").toBuffer(nullptr, 100), nullptr);
+}
+
+TEST(IPV6Address, ToPutStreamWritesBehindWhatIsThere) {
+    utility::BufferStream stream(64);
+    stream.PutS("ip=");
+    IPV6Address("fe80::1").toPutStream(stream);
+    IPV6Address("::").toPutStream(stream);
+    EXPECT_STREQ(stream.pBuffer(), "ip=fe80::1::");
+    EXPECT_EQ(stream.ReadAvailable(), 12);
+}
+
+TEST(IPV6Address, ToPutStreamNeedsRoomForTheTerminatorToo) {
+    utility::BufferStream exact(7);
+    IPV6Address("fe80::1").toPutStream(exact);
+    EXPECT_EQ(exact.WritePosition(), 0);
+    utility::BufferStream spare(8);
+    IPV6Address("fe80::1").toPutStream(spare);
+    EXPECT_EQ(spare.WritePosition(), 7);
+    EXPECT_STREQ(spare.pBuffer(), "fe80::1");
+}
+
+TEST(IPV6Address, ToPutStreamMovesOverTheTextThatStoodThereWhenItsOwnDoesNotFit) {
+    char array[12];
+    utility::BufferStream stream(array, sizeof array, false);
+    stream.PutS("ip=");
+    std::strcpy(array + 3, "old");
+    IPV6Address(LONGEST).toPutStream(stream);
+    EXPECT_EQ(stream.WritePosition(), 6);
+    EXPECT_STREQ(array, "ip=old");
+}
+
+TEST(IPV6Address, ToPutStreamNeverCountsBeyondTheRoom) {
+    char array[] = "0123456789";
+    utility::PutStream stream(array, 6);
+    std::memset(array, 'x', 10);
+    IPV6Address(LONGEST).toPutStream(stream);
+    EXPECT_EQ(stream.WritePosition(), 5);
+    EXPECT_STREQ(array, "xxxxxxxxxx");
+}
+
+TEST(IPV6Address, ToPutStreamOfAFullStreamWritesNothing) {
+    char array[5];
+    utility::BufferStream stream(array, sizeof array, false);
+    stream.PutB("full", 4);
+    IPV6Address("::").toPutStream(stream);
+    EXPECT_EQ(stream.WritePosition(), 4);
+    EXPECT_EQ(std::memcmp(array, "full", 4), 0);
+}
+
+TEST(IPV6Address, ToPutStreamWithoutStorageWritesNothing) {
+    utility::PutStream stream;
+    IPV6Address("::").toPutStream(stream);
+    EXPECT_EQ(stream.WritePosition(), 0);
+}
+
+TEST(IPV6Address, ToPutStreamBehindTheEndOfAStreamFailsAsTheStreamDoes) {
+    test::GuardedText buf(8);
+    utility::BufferStream stream(buf.array(), 8, false);
+    CATCH_FAILURE(stream.WriteAdvance(20));
+    EXPECT_FAILURE(IPV6Address("::").toPutStream(stream), 1239, "ut_Buffer", WRITE_ADVANCE, "");
+    EXPECT_EQ(stream.WritePosition(), 20);
+    CATCH_FAILURE(stream.WriteAdvance(-40));
+    EXPECT_EQ(stream.WritePosition(), -20);
+    IPV6Address("::").toPutStream(stream);
+    EXPECT_EQ(stream.WritePosition(), -20);
+    EXPECT_EQ(buf.text(), "");
+    EXPECT_TRUE(buf.isGuardWhole());
+}
+
+TEST(IPV6Address, ToPutStreamLetsAStreamWithATargetMakeRoomFirst) {
+    utility::BufferStream target(200);
+    utility::VirtualPutStream stream(target, 20, 10);
+    ASSERT_TRUE(stream.StartOutputStream());
+    stream.PutS("0123456789abcd");
+    IPV6Address("fe80::1:2").toPutStream(stream);
+    EXPECT_STREQ(target.pBuffer(), "0123456789abcd");
+    EXPECT_EQ(stream.WritePosition(), 9);
+    stream.FlushOutputStream();
+    EXPECT_STREQ(target.pBuffer(), "0123456789abcdfe80::1:2");
+}
+
+} // namespace
