@@ -1,0 +1,280 @@
+#include "ut_ISCSIPortAddress.h"
+
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <memory>
+#include <new>
+#include <string>
+#include <type_traits>
+#include <typeinfo>
+#include <vector>
+
+#include "FailingAllocation.h"
+#include "GuardedText.h"
+#include "TraceLines.h"
+#include "ut_BufferStream.h"
+
+namespace {
+
+using utility::IPV4Address;
+using utility::IPV6Address;
+using utility::ISCSIPortAddress;
+using utility::PortAddress;
+using Lines = std::vector<std::string>;
+
+static_assert(std::is_trivially_destructible<ISCSIPortAddress>::value,
+              "deleted through a base without virtual destructor");
+static_assert(ISCSIPortAddress::IP_V4 == 1358 && ISCSIPortAddress::IP_V6 == 1359, "the numbers are stored");
+static_assert(sizeof(ISCSIPortAddress) ==
+                  (sizeof(void*) + 4 + 4 + 16 + 4 + 224 + sizeof(void*) - 1) / sizeof(void*) * sizeof(void*),
+              "two addresses, their kind, a port and a name, and nothing else");
+
+std::string text(const PortAddress& address) {
+    char buf[300];
+    return address.toBuffer(buf, sizeof buf);
+}
+
+/// Says that it is an iSCSI address, and is not.
+class False : public PortAddress {
+public:
+    PortAddress* clone() const override {
+        return nullptr;
+    }
+    PortType getType() const override {
+        return PORT_ISCSI;
+    }
+    char* toBuffer(char* buf, unsigned int) const override {
+        return buf;
+    }
+    bool fromString(const char*) override {
+        return false;
+    }
+    bool operator==(const PortAddress&) const override {
+        return false;
+    }
+};
+
+class ISCSIPortAddressTest : public testing::Test {
+protected:
+    IPV4Address v4 = IPV4Address("10.1.2.3");
+    IPV6Address v6 = IPV6Address("fe80::1");
+};
+
+TEST_F(ISCSIPortAddressTest, UsageExample) {
+    utility::IPV4Address address("10.1.2.3");
+    utility::ISCSIPortAddress port(address, 3260, "tgt1");
+    char text[64];
+    port.toBuffer(text, sizeof text);
+    EXPECT_STREQ(text, "10.1.2.3:3260[tgt1]");
+}
+
+TEST_F(ISCSIPortAddressTest, HoldsOneKindOfAddressAndLeavesTheOtherZero) {
+    const ISCSIPortAddress first(v4, 3260, "tgt1");
+    EXPECT_EQ(first.getType(), PortAddress::PORT_ISCSI);
+    EXPECT_EQ(first.getIPType(), ISCSIPortAddress::IP_V4);
+    EXPECT_TRUE(first.getIPV4() == v4);
+    EXPECT_TRUE(first.getIPV6().isZero());
+    EXPECT_EQ(first.getPort(), 3260u);
+    EXPECT_STREQ(first.getName(), "tgt1");
+    const ISCSIPortAddress second(v6, 0xFFFFFFFF, "tgt2");
+    EXPECT_EQ(second.getType(), PortAddress::PORT_ISCSI);
+    EXPECT_EQ(second.getIPType(), ISCSIPortAddress::IP_V6);
+    EXPECT_TRUE(second.getIPV4().isZero());
+    EXPECT_TRUE(second.getIPV6() == v6);
+    EXPECT_EQ(second.getPort(), 0xFFFFFFFFu);
+    EXPECT_STREQ(second.getName(), "tgt2");
+}
+
+TEST_F(ISCSIPortAddressTest, PrintsWhatIsGiven) {
+    EXPECT_EQ(text(ISCSIPortAddress(v4, 3260, "tgt1")), "10.1.2.3:3260[tgt1]");
+    EXPECT_EQ(text(ISCSIPortAddress(v4, 0, "tgt1")), "10.1.2.3[tgt1]");
+    EXPECT_EQ(text(ISCSIPortAddress(v4, 3260, "")), "10.1.2.3:3260");
+    EXPECT_EQ(text(ISCSIPortAddress(v4, 0, "")), "10.1.2.3");
+    EXPECT_EQ(text(ISCSIPortAddress(v4, 0, nullptr)), "10.1.2.3");
+    EXPECT_EQ(text(ISCSIPortAddress(v6, 0, "host")), "fe80::1[host]");
+    EXPECT_EQ(text(ISCSIPortAddress(v6, 3260, nullptr)), "fe80::1:3260");
+}
+
+TEST_F(ISCSIPortAddressTest, PortsPrintAsSignedNumbers) {
+    EXPECT_EQ(text(ISCSIPortAddress(v4, 65535, nullptr)), "10.1.2.3:65535");
+    EXPECT_EQ(text(ISCSIPortAddress(v4, INT_MAX, nullptr)), "10.1.2.3:2147483647");
+    EXPECT_EQ(text(ISCSIPortAddress(v4, 0x80000000u, nullptr)), "10.1.2.3:-2147483648");
+    EXPECT_EQ(text(ISCSIPortAddress(v4, UINT_MAX, nullptr)), "10.1.2.3:-1");
+}
+
+TEST_F(ISCSIPortAddressTest, KeepsUpTo223CharactersOfAName) {
+    for (const size_t length : {222u, 223u, 224u, 225u, 300u, 100000u}) {
+        const std::string name(length, 'n');
+        EXPECT_EQ(ISCSIPortAddress(v4, 1, name.c_str()).getName(), name.substr(0, 223)) << length;
+        EXPECT_EQ(ISCSIPortAddress(v6, 1, name.c_str()).getName(), name.substr(0, 223)) << length;
+    }
+}
+
+TEST_F(ISCSIPortAddressTest, CopiesTheNameItIsGiven) {
+    char name[] = "iqn.a\xC3\xA9\x01";
+    const ISCSIPortAddress address(v4, 1, name);
+    name[0] = 'X';
+    EXPECT_STREQ(address.getName(), "iqn.a\xC3\xA9\x01");
+}
+
+TEST_F(ISCSIPortAddressTest, CopiesCarryEverything) {
+    const ISCSIPortAddress address(v6, 3260, std::string(223, 'n').c_str());
+    const ISCSIPortAddress copy(address);
+    EXPECT_TRUE(copy == address);
+    EXPECT_EQ(text(copy), text(address));
+    ISCSIPortAddress assigned(v4, 1, "x");
+    EXPECT_EQ(&(assigned = address), &assigned);
+    EXPECT_TRUE(assigned == address);
+    EXPECT_EQ(assigned.getIPType(), ISCSIPortAddress::IP_V6);
+    EXPECT_TRUE(assigned.getIPV4().isZero());
+    const ISCSIPortAddress& itself = assigned;
+    assigned = itself;
+    EXPECT_TRUE(assigned == address);
+}
+
+TEST_F(ISCSIPortAddressTest, ACloneIsAnEqualAddressOfItsOwn) {
+    ISCSIPortAddress address(v4, 3260, "tgt1");
+    const std::unique_ptr<ISCSIPortAddress> copy(dynamic_cast<ISCSIPortAddress*>(address.clone()));
+    ASSERT_NE(copy, nullptr);
+    EXPECT_EQ(typeid(*copy), typeid(ISCSIPortAddress));
+    EXPECT_TRUE(*copy == address);
+    address = ISCSIPortAddress(v6, 1, "x");
+    EXPECT_EQ(text(*copy), "10.1.2.3:3260[tgt1]");
+}
+
+TEST_F(ISCSIPortAddressTest, WithoutMemoryThereIsNoClone) {
+    const ISCSIPortAddress address(v4, 3260, "tgt1");
+    test::FailingAllocation failing(1);
+    bool thrown = false;
+    try {
+        address.clone();
+    } catch (const std::bad_alloc&) {
+        thrown = true;
+    }
+    failing.stop();
+    EXPECT_TRUE(thrown);
+}
+
+TEST_F(ISCSIPortAddressTest, EqualsByKindAddressPortAndName) {
+    const ISCSIPortAddress address(v4, 3260, "tgt1");
+    IPV4Address otherV4("10.1.2.4");
+    IPV6Address otherV6("fe80::2");
+    EXPECT_TRUE(address == ISCSIPortAddress(v4, 3260, "tgt1"));
+    EXPECT_FALSE(address != ISCSIPortAddress(v4, 3260, "tgt1"));
+    EXPECT_FALSE(address == ISCSIPortAddress(otherV4, 3260, "tgt1"));
+    EXPECT_FALSE(address == ISCSIPortAddress(v4, 3261, "tgt1"));
+    EXPECT_FALSE(address == ISCSIPortAddress(v4, 3260, "TGT1"));
+    EXPECT_FALSE(address == ISCSIPortAddress(v4, 3260, "tgt"));
+    EXPECT_FALSE(address == ISCSIPortAddress(v4, 3260, nullptr));
+    EXPECT_FALSE(address == ISCSIPortAddress(v6, 3260, "tgt1"));
+    EXPECT_TRUE(ISCSIPortAddress(v6, 1, "") == ISCSIPortAddress(v6, 1, nullptr));
+    EXPECT_FALSE(ISCSIPortAddress(v6, 1, "") == ISCSIPortAddress(otherV6, 1, ""));
+    IPV4Address zero4;
+    IPV6Address zero6;
+    EXPECT_FALSE(ISCSIPortAddress(zero4, 0, "") == ISCSIPortAddress(zero6, 0, ""));
+}
+
+TEST_F(ISCSIPortAddressTest, NamesEqualUpToWhatIsKept) {
+    const std::string name(223, 'n');
+    EXPECT_TRUE(ISCSIPortAddress(v4, 1, (name + "a").c_str()) == ISCSIPortAddress(v4, 1, (name + "b").c_str()));
+}
+
+TEST_F(ISCSIPortAddressTest, ComparingWithAnObjectThatOnlySaysItIsOneIsABadCast) {
+    const ISCSIPortAddress address(v4, 3260, "tgt1");
+    const False other;
+    EXPECT_THROW(static_cast<void>(address == other), std::bad_cast);
+}
+
+TEST_F(ISCSIPortAddressTest, IsNeverReadFromAText) {
+    ISCSIPortAddress address(v4, 3260, "tgt1");
+    const test::LogCapture log;
+    EXPECT_FALSE(address.fromString("10.9.9.9:1[x]"));
+    EXPECT_FALSE(address.fromString(nullptr));
+    EXPECT_EQ(test::traceLines(log), (Lines{"0 : this isn't implemented", "0 : this isn't implemented"}));
+    EXPECT_EQ(text(address), "10.1.2.3:3260[tgt1]");
+}
+
+TEST_F(ISCSIPortAddressTest, ToBufferHoldsATextAndItsTerminator) {
+    const ISCSIPortAddress address(v4, 3260, "tgt1");
+    const test::LogCapture log;
+    for (const unsigned int size : {20u, 21u, 1000u}) {
+        test::GuardedText buf(size);
+        EXPECT_EQ(address.toBuffer(buf.array(), size), buf.array());
+        EXPECT_EQ(buf.text(), "10.1.2.3:3260[tgt1]");
+        EXPECT_TRUE(buf.isTerminated());
+        EXPECT_TRUE(buf.isGuardWhole());
+    }
+    EXPECT_EQ(log.count(), 0u);
+}
+
+TEST_F(ISCSIPortAddressTest, ToBufferCutsWhatDoesNotFitAndLogsIt) {
+    const ISCSIPortAddress address(v4, 3260, "tgt1");
+    for (unsigned int size = 1; size < 20; ++size) {
+        const test::LogCapture log;
+        test::GuardedText buf(size);
+        EXPECT_EQ(address.toBuffer(buf.array(), size), buf.array());
+        EXPECT_EQ(buf.text(), std::string("10.1.2.3:3260[tgt1]").substr(0, size - 1));
+        EXPECT_TRUE(buf.isTerminated());
+        EXPECT_TRUE(buf.isGuardWhole());
+        EXPECT_EQ(log.count(), size < 9 ? 3u : size < 14 ? 2u : 1u) << size;
+    }
+    const test::LogCapture log;
+    char buf[16];
+    address.toBuffer(buf, sizeof buf);
+    EXPECT_EQ(test::traceLines(log), (Lines{"0 : PutStream::PutF: Didn't fit. wrote=6 remaining=2 msg='[%s]'"}));
+}
+
+TEST_F(ISCSIPortAddressTest, AnIPV6AddressThatDoesNotFitIsLeftOutWhole) {
+    const ISCSIPortAddress address(v6, 3260, "h");
+    test::GuardedText tight(8);
+    const test::LogCapture log;
+    address.toBuffer(tight.array(), tight.size());
+    EXPECT_EQ(tight.text(), ":3260[h");
+    test::GuardedText spare(9);
+    address.toBuffer(spare.array(), spare.size());
+    EXPECT_EQ(spare.text(), "fe80::1:");
+    EXPECT_TRUE(tight.isGuardWhole());
+    EXPECT_TRUE(spare.isGuardWhole());
+}
+
+TEST_F(ISCSIPortAddressTest, ANameIsCutAtAWholeCharacter) {
+    const ISCSIPortAddress address(v4, 0, "a\xC3\xA9\xC3\xA9");
+    const test::LogCapture log;
+    test::GuardedText buf(13);
+    address.toBuffer(buf.array(), buf.size());
+    EXPECT_EQ(buf.text(), "10.1.2.3[a\xC3\xA9");
+    test::GuardedText tight(12);
+    address.toBuffer(tight.array(), tight.size());
+    EXPECT_EQ(tight.text(), "10.1.2.3[a");
+}
+
+TEST_F(ISCSIPortAddressTest, ToBufferWithoutABufferTouchesNothing) {
+    const test::LogCapture log;
+    test::GuardedText none(0);
+    for (const ISCSIPortAddress& address : {ISCSIPortAddress(v4, 1, "x"), ISCSIPortAddress(v6, 1, "x")}) {
+        EXPECT_EQ(address.toBuffer(none.array(), 0), none.array());
+        EXPECT_EQ(address.toBuffer(none.array(), UINT_MAX), none.array());
+        EXPECT_EQ(address.toBuffer(nullptr, 0), nullptr);
+    }
+    EXPECT_TRUE(none.isUntouched());
+}
+
+TEST_F(ISCSIPortAddressTest, ToPutStreamKeepsAByteForTheTerminatorOfItsOwn) {
+    const ISCSIPortAddress address(v4, 3260, "tgt1");
+    const test::LogCapture log;
+    utility::BufferStream spare(20);
+    address.toPutStream(spare);
+    EXPECT_STREQ(spare.pBuffer(), "10.1.2.3:3260[tgt1]");
+    EXPECT_EQ(spare.WritePosition(), 19);
+    EXPECT_EQ(log.count(), 0u);
+    utility::BufferStream tight(19);
+    address.toPutStream(tight);
+    EXPECT_STREQ(tight.pBuffer(), "10.1.2.3:3260[tgt1");
+    EXPECT_EQ(log.count(), 1u);
+    utility::BufferStream none(0);
+    address.toPutStream(none);
+    EXPECT_EQ(none.WritePosition(), 0);
+}
+
+} // namespace
