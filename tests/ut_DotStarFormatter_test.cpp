@@ -1,0 +1,153 @@
+#include "ut_DotStarFormatter.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+
+#include "GuardedText.h"
+
+namespace {
+
+using utility::DotStarFormatter;
+
+const unsigned int BAD = 999;
+
+struct Split {
+    bool taken;
+    std::string name;
+    unsigned int level;
+
+    bool operator==(const Split& other) const {
+        return taken == other.taken && name == other.name && level == other.level;
+    }
+};
+
+void PrintTo(const Split& split, std::ostream* out) {
+    *out << (split.taken ? "taken '" : "refused '") << split.name << "' " << split.level;
+}
+
+/// What a text is split into; a name that was not written shows as "untouched".
+Split split(const char* text) {
+    char name[200001] = "untouched";
+    unsigned int level = BAD;
+    const bool taken = DotStarFormatter::getLevelAndName(text, name, sizeof name - 1, level);
+    return {taken, name, level};
+}
+
+Split taken(const char* name, unsigned int level) {
+    return {true, name, level};
+}
+
+const Split REFUSED = {false, "untouched", 0};
+
+TEST(DotStarFormatter, UsageExample) {
+    char name[32];
+    unsigned int level;
+    utility::DotStarFormatter::getLevelAndName("host.*.*", name, sizeof name - 1, level);
+    EXPECT_STREQ(name, "host");
+    EXPECT_EQ(level, 2u);
+}
+
+TEST(DotStarFormatter, CountsTheMarksBehindTheName) {
+    EXPECT_EQ(split("host"), taken("host", 0));
+    EXPECT_EQ(split("host.*"), taken("host", 1));
+    EXPECT_EQ(split("host.*.*"), taken("host", 2));
+    EXPECT_EQ(split("host.*.*.*.*.*"), taken("host", 5));
+}
+
+TEST(DotStarFormatter, ANullOrEmptyTextIsAnEmptyName) {
+    EXPECT_EQ(split(nullptr), taken("", 0));
+    EXPECT_EQ(split(""), taken("", 0));
+}
+
+TEST(DotStarFormatter, ADotAtTheStartIsRefused) {
+    EXPECT_EQ(split("."), REFUSED);
+    EXPECT_EQ(split(".*"), REFUSED);
+    EXPECT_EQ(split(".*x"), REFUSED);
+    EXPECT_EQ(split(".host"), REFUSED);
+    EXPECT_EQ(split("..*"), REFUSED);
+}
+
+TEST(DotStarFormatter, ADotWithoutAStarBelongsToTheName) {
+    EXPECT_EQ(split("a.b"), taken("a.b", 0));
+    EXPECT_EQ(split("a.b.*"), taken("a.b", 1));
+    EXPECT_EQ(split("a."), taken("a.", 0));
+    EXPECT_EQ(split("a.."), taken("a..", 0));
+    EXPECT_EQ(split("a..*"), taken("a.", 1));
+    EXPECT_EQ(split("a*"), taken("a*", 0));
+    EXPECT_EQ(split("*"), taken("*", 0));
+    EXPECT_EQ(split("*.*"), taken("*", 1));
+    EXPECT_EQ(split("a*.b*.*"), taken("a*.b*", 1));
+}
+
+TEST(DotStarFormatter, WhatFollowsTheFirstMarkMustComeInStepsThatBeginWithADot) {
+    EXPECT_EQ(split("a.*x"), REFUSED);
+    EXPECT_EQ(split("a.*x.*"), REFUSED);
+    EXPECT_EQ(split("a.**"), REFUSED);
+    EXPECT_EQ(split("a.*.*x"), REFUSED);
+    EXPECT_EQ(split("a.*.xx"), REFUSED);
+    EXPECT_EQ(split("a.* "), REFUSED);
+}
+
+TEST(DotStarFormatter, AStepThatIsNoMarkIsPassedOver) {
+    EXPECT_EQ(split("a.*.x"), taken("a", 1));
+    EXPECT_EQ(split("a.*.x.*"), taken("a", 2));
+    EXPECT_EQ(split("a.*.x.y.*.z"), taken("a", 2));
+    EXPECT_EQ(split("a.*.."), taken("a", 1));
+    EXPECT_EQ(split("a.*..*"), REFUSED);
+}
+
+TEST(DotStarFormatter, ALoneDotAtTheEndIsPassedOver) {
+    EXPECT_EQ(split("a.*."), taken("a", 1));
+    EXPECT_EQ(split("a.*.*."), taken("a", 2));
+}
+
+TEST(DotStarFormatter, TakesAnyOtherBytes) {
+    EXPECT_EQ(split("\xC3\xA9\x01 .*"), taken("\xC3\xA9\x01 ", 1));
+    EXPECT_EQ(split("\xFF"), taken("\xFF", 0));
+}
+
+TEST(DotStarFormatter, TakesTextsOfAnyLength) {
+    const std::string name(100000, 'n');
+    EXPECT_EQ(split(name.c_str()), taken(name.c_str(), 0));
+    EXPECT_EQ(split((name + ".*").c_str()), taken(name.c_str(), 1));
+    std::string marks = "n";
+    for (int i = 0; i < 50000; ++i)
+        marks += ".*";
+    EXPECT_EQ(split(marks.c_str()), taken("n", 50000));
+    EXPECT_EQ(split((marks + "x").c_str()), REFUSED);
+}
+
+TEST(DotStarFormatter, ANameThatDoesNotFitIsCutAndTerminatedBehindItsSize) {
+    for (const char* text : {"12345", "12345.*"}) {
+        for (unsigned int size = 0; size < 8; ++size) {
+            test::GuardedText name(size + 1);
+            unsigned int level = BAD;
+            EXPECT_TRUE(DotStarFormatter::getLevelAndName(text, name.array(), size, level));
+            EXPECT_EQ(name.text(), std::string("12345").substr(0, size));
+            EXPECT_TRUE(name.isTerminated());
+            EXPECT_TRUE(name.isGuardWhole());
+            EXPECT_EQ(level, text[5] == 0 ? 0u : 1u);
+        }
+    }
+}
+
+TEST(DotStarFormatter, ANameShorterThanItsSizeNeedsNoMore) {
+    test::GuardedText name(6);
+    unsigned int level = BAD;
+    EXPECT_TRUE(DotStarFormatter::getLevelAndName("12345", name.array(), 6, level));
+    EXPECT_EQ(name.text(), "12345");
+    EXPECT_TRUE(name.isTerminated());
+    EXPECT_TRUE(name.isGuardWhole());
+}
+
+TEST(DotStarFormatter, ATextMayBeSplitInPlace) {
+    char text[] = "host.*.*";
+    unsigned int level = BAD;
+    EXPECT_TRUE(DotStarFormatter::getLevelAndName(text, text, 8, level));
+    EXPECT_STREQ(text, "host");
+    EXPECT_EQ(level, 2u);
+}
+
+} // namespace
