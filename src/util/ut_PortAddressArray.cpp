@@ -1,0 +1,151 @@
+#include "ut_PortAddressArray.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <new>
+
+#include "fw_KnownStrings.h"
+#include "fw_Memory.h"
+#include "ut_Failure.h"
+#include "ut_PortAddress.h"
+#include "ut_PutStream.h"
+#include "ut_Trace.h"
+
+namespace utility {
+
+namespace {
+
+const unsigned int TRACE_SWITCH = 4500;
+const unsigned int GROWTH = 20;
+const unsigned int NOT_FOUND = 0xFFFFFFFF;
+
+void deleteAddress(PortAddress* address) {
+    // The destructor is not virtual, which the compiler warns of. Every kind is trivially destructible, and the class's
+    // own delete operator needs no size: so nothing is lost.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wdelete-non-virtual-dtor"
+    delete address;
+#pragma GCC diagnostic pop
+}
+
+} // namespace
+
+PortAddressArray::PortAddressArray(unsigned int capacity) : Array(GROWTH) {
+    m_block = realloc(nullptr, &m_size, capacity, sizeof(PortAddress*));
+}
+
+// The other constructor completes the object, so that a clone that fails ends in the destructor.
+PortAddressArray::PortAddressArray(const PortAddressArray& other) : PortAddressArray(other.size()) {
+    for (; m_length < other.m_length; ++m_length) {
+        const PortAddress* const address = other.slots()[m_length];
+        slots()[m_length] = address != nullptr ? address->clone() : nullptr;
+    }
+}
+
+PortAddressArray& PortAddressArray::operator=(const PortAddressArray& other) {
+    if (this == &other)
+        return *this;
+    PortAddressArray clones(other);
+    DeleteAll();
+    ::operator delete(m_block);
+    m_block = clones.m_block;
+    m_size = clones.m_size;
+    m_length = clones.m_length;
+    clones.m_block = nullptr;
+    clones.m_size = 0;
+    clones.m_length = 0;
+    return *this;
+}
+
+PortAddressArray::~PortAddressArray() {
+    DeleteAll();
+    framework::Memory::StaticFree(m_block);
+}
+
+void PortAddressArray::growWhenFull() {
+    if (m_length >= m_size)
+        m_block = realloc(m_block, &m_size, GROWTH, sizeof(PortAddress*));
+}
+
+void PortAddressArray::Append(PortAddress* address) {
+    growWhenFull();
+    VXUT_TRACE(TRACE_SWITCH, "Appending [%p] at %d", static_cast<void*>(address), m_length);
+    slots()[m_length] = address;
+    ++m_length;
+}
+
+void PortAddressArray::InsertAt(unsigned int index, PortAddress* address) {
+    VXUT_TRACE_ENTER(TRACE_SWITCH);
+    if (index > m_length)
+        VXUT_THROW(FAILURE_INDEX, "");
+    growWhenFull();
+    for (unsigned int to = m_length; to > index; --to) {
+        VXUT_TRACE(TRACE_SWITCH, "moving from %d to %d", to - 1, to);
+        slots()[to] = slots()[to - 1];
+    }
+    VXUT_TRACE(TRACE_SWITCH, "setting %d = %p", index, static_cast<void*>(address));
+    slots()[index] = address;
+    ++m_length;
+}
+
+void PortAddressArray::SetAt(unsigned int index, PortAddress* address) {
+    if (index >= m_length)
+        VXUT_THROW(FAILURE_INDEX, "");
+    slots()[index] = address;
+}
+
+void PortAddressArray::DeleteAt(unsigned int index) {
+    if (index >= m_length)
+        VXUT_THROW(FAILURE_INDEX, "");
+    --m_length;
+    for (unsigned int to = index; to < m_length; ++to)
+        slots()[to] = slots()[to + 1];
+}
+
+PortAddress*& PortAddressArray::operator[](unsigned int index) {
+    if (index >= m_length)
+        VXUT_THROW(FAILURE_INDEX, "");
+    return slots()[index];
+}
+
+PortAddress* const& PortAddressArray::operator[](unsigned int index) const {
+    if (index >= m_length)
+        VXUT_THROW(FAILURE_INDEX, "");
+    return slots()[index];
+}
+
+PortAddress* PortAddressArray::ElementAt(unsigned int index) const {
+    return index < m_length ? slots()[index] : nullptr;
+}
+
+void PortAddressArray::Append(PortAddressArray& other) {
+    const unsigned int count = other.length();
+    if (uint64_t{m_length} + count >= m_size)
+        m_block = realloc(m_block, &m_size, std::max(GROWTH, count), sizeof(PortAddress*));
+    for (unsigned int index = 0; index < count; ++index)
+        Append(other.slots()[index]);
+}
+
+unsigned int PortAddressArray::Find(PortAddress* address) const {
+    for (unsigned int index = 0; index < m_length; ++index) {
+        if (slots()[index] == address)
+            return index;
+    }
+    return NOT_FOUND;
+}
+
+void PortAddressArray::DeleteAll() {
+    for (; m_length > 0; --m_length)
+        deleteAddress(slots()[m_length - 1]);
+}
+
+void PortAddressArray::toPutStream(PutStream& out) const {
+    for (unsigned int index = 0; index < m_length; ++index) {
+        if (index > 0)
+            out.PutC(',');
+        if (slots()[index] != nullptr)
+            slots()[index]->toPutStream(out);
+    }
+}
+
+} // namespace utility
