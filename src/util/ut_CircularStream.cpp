@@ -1,0 +1,124 @@
+#include "ut_CircularStream.h"
+
+#include <algorithm>
+#include <climits>
+#include <cstring>
+
+namespace utility {
+
+CircularStream::CircularStream(int capacity) : m_wrapped(false) {
+    setSize(capacity);
+    allocBuffer();
+}
+
+CircularStream::~CircularStream() = default;
+
+int CircularStream::ReadAvailable() const {
+    const int unread = WritePosition() - ReadPosition();
+    return unread < 0 ? Size() + unread : unread;
+}
+
+int CircularStream::WriteRemaining() const {
+    return Size();
+}
+
+void CircularStream::WriteAdvance(int n) {
+    const long long capacity = Size();
+    if (n < 1 || capacity < 1)
+        return;
+    long long write = WritePosition();
+    long long read = ReadPosition();
+    const bool behind = read > write;
+    write += n;
+    if (behind && read <= write)
+        read = write + 1;
+    if (write >= capacity) {
+        // A caller may advance by more than one round: what was unread before is overrun, and both positions end
+        // inside.
+        write %= capacity;
+        m_wrapped = true;
+        if (write >= read || n > capacity)
+            read = write + 1;
+    }
+    setWritePosition(static_cast<int>(write));
+    setReadPosition(static_cast<int>(read % capacity));
+}
+
+void CircularStream::ReadAdvance(int n) {
+    const int count = std::min(n, ReadAvailable());
+    if (count < 1)
+        return;
+    const int read = ReadPosition() + count;
+    setReadPosition(read >= Size() ? read - Size() : read);
+}
+
+bool CircularStream::StartOutputStream() {
+    Rewind();
+    return true;
+}
+
+void CircularStream::EndOutputStream() {}
+
+bool CircularStream::SendOutputStream(const char* data, unsigned int size) {
+    while (data != nullptr && size > 0) {
+        const int count = boundedRoom(static_cast<int>(std::min<unsigned int>(size, INT_MAX)));
+        if (count < 1)
+            break;
+        std::memcpy(pHead(), data, static_cast<std::size_t>(count));
+        WriteAdvance(count);
+        data += count;
+        size -= static_cast<unsigned int>(count);
+    }
+    return true;
+}
+
+bool CircularStream::isOutputStreamOpen() {
+    return true;
+}
+
+bool CircularStream::isOutputStreamInError() {
+    return false;
+}
+
+bool CircularStream::isOutputStreamAtEnd() {
+    return false;
+}
+
+bool CircularStream::StartInputStream() {
+    const int oldest = m_wrapped ? WritePosition() + 1 : 0;
+    setReadPosition(oldest < Size() ? oldest : 0);
+    return true;
+}
+
+void CircularStream::EndInputStream() {}
+
+int CircularStream::ReceiveInputStream(char* buffer, unsigned int size) {
+    if (buffer == nullptr)
+        return 0;
+    const unsigned int available = static_cast<unsigned int>(std::max(ReadAvailable(), 0));
+    const int wanted = static_cast<int>(std::min(available, size));
+    int total = 0;
+    while (total < wanted) {
+        const int count = std::min(wanted - total, Size() - ReadPosition());
+        if (count < 1)
+            break;
+        std::memcpy(buffer + total, pTail(), static_cast<std::size_t>(count));
+        ReadAdvance(count);
+        total += count;
+    }
+    return total;
+}
+
+bool CircularStream::isInputStreamOpen() {
+    return true;
+}
+
+bool CircularStream::isInputStreamInError() {
+    return false;
+}
+
+bool CircularStream::isInputStreamAtEnd() {
+    return ReadAvailable() < 1;
+}
+
+} // namespace utility

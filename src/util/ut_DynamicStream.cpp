@@ -1,0 +1,199 @@
+#include "ut_DynamicStream.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "fw_Memory.h"
+#include "ut_Trace.h"
+
+namespace utility {
+
+namespace {
+
+const unsigned int TRACE_SWITCH = 4395;
+const unsigned int PAGE_SHIFT = 12;
+const unsigned int BYTES_PER_PAGE = 1U << PAGE_SHIFT;
+
+/// Where a byte lies, and how many bytes its page has from there on.
+struct Place {
+    unsigned int page;
+    unsigned int offset;
+    unsigned int length;
+
+    explicit Place(unsigned int position)
+        : page(position >> PAGE_SHIFT), offset(position & (BYTES_PER_PAGE - 1)), length(BYTES_PER_PAGE - offset) {}
+};
+
+} // namespace
+
+DynamicStream::DynamicStream(int maxSize)
+    : m_maxSize(static_cast<unsigned int>(std::max(maxSize, 0))),
+      m_pages(nullptr),
+      m_maxPages((m_maxSize >> PAGE_SHIFT) + 1),
+      m_pageCount(0),
+      m_outputCount(0),
+      m_inputCount(0) {
+    VXUT_TRACE(TRACE_SWITCH, "maxPages: %d", m_maxPages);
+    m_pages = static_cast<char**>(framework::Memory::StaticAlloc(m_maxPages * sizeof(char*)));
+    if (m_pages == nullptr)
+        m_maxPages = 0;
+    std::fill_n(m_pages, m_maxPages, nullptr);
+}
+
+DynamicStream::~DynamicStream() {
+    reset();
+    framework::Memory::StaticFree(m_pages);
+}
+
+void DynamicStream::reset() {
+    for (unsigned int page = 0; page < m_pageCount; ++page) {
+        framework::Memory::StaticFree(m_pages[page]);
+        m_pages[page] = nullptr;
+    }
+    m_pageCount = 0;
+    m_outputCount = 0;
+    m_inputCount = 0;
+}
+
+unsigned int DynamicStream::getSize() const {
+    return (m_maxPages + (m_pageCount << 10) + 8) * 4;
+}
+
+bool DynamicStream::StartOutputStream() {
+    m_outputCount = 0;
+    return true;
+}
+
+void DynamicStream::EndOutputStream() {}
+
+bool DynamicStream::SendOutputStream(const char* data, unsigned int size) {
+    VXUT_TRACE(TRACE_SWITCH, "size: %d", size);
+    if (m_outputCount >= m_maxSize) {
+        VXUT_LOG(framework::Logger::LOG_ERROR, "not enough room");
+        return false;
+    }
+    if (data == nullptr)
+        return size == 0;
+
+    while (size > 0) {
+        const unsigned int available = m_maxSize - m_outputCount;
+        VXUT_TRACE(TRACE_SWITCH, "available: %d", available);
+        if (available == 0)
+            return false;
+
+        const Place at(m_outputCount);
+        VXUT_TRACE(TRACE_SWITCH, "page: %d, offset: %d, length: %d", at.page, at.offset, at.length);
+        if (m_pageCount < at.page) {
+            VXUT_LOG(framework::Logger::LOG_ERROR, "out of bounds on dynamic stream");
+            return false;
+        }
+        if (m_pageCount == at.page) {
+            if (m_pageCount >= m_maxPages) {
+                VXUT_LOG(framework::Logger::LOG_ERROR, "tried to write past the end of the max for a dynamic stream");
+                return false;
+            }
+            VXUT_TRACE(TRACE_SWITCH, "allocating page: %d", m_pageCount);
+            if (!allocatePage()) {
+                VXUT_LOG(framework::Logger::LOG_ERROR, "no memory for page: %d", m_pageCount);
+                return false;
+            }
+        }
+
+        const unsigned int count = std::min(at.length, std::min(size, available));
+        // Without progress the loop would not end.
+        if (count == 0) {
+            VXUT_LOG(framework::Logger::LOG_ERROR,
+                     "nothing to transfer: page: %d, offset: %d, length: %d, size: %d, inputCount: %d, outputCount: %d",
+                     at.page, at.offset, at.length, size, m_inputCount, m_outputCount);
+            return false;
+        }
+        VXUT_TRACE(TRACE_SWITCH,
+                   "transfer: %d, page: %d, offset: %d, length: %d, size: %d, inputCount: %d, outputCount: %d", count,
+                   at.page, at.offset, at.length, size, m_inputCount, m_outputCount);
+        std::memcpy(m_pages[at.page] + at.offset, data, count);
+        m_outputCount += count;
+        data += count;
+        size -= count;
+    }
+    return true;
+}
+
+bool DynamicStream::allocatePage() {
+    char* const page = static_cast<char*>(framework::Memory::StaticAlloc(BYTES_PER_PAGE));
+    if (page == nullptr)
+        return false;
+    m_pages[m_pageCount] = page;
+    ++m_pageCount;
+    return true;
+}
+
+bool DynamicStream::isOutputStreamOpen() {
+    return true;
+}
+
+bool DynamicStream::isOutputStreamInError() {
+    return false;
+}
+
+bool DynamicStream::isOutputStreamAtEnd() {
+    return m_outputCount <= m_maxSize;
+}
+
+bool DynamicStream::StartInputStream() {
+    m_inputCount = 0;
+    return true;
+}
+
+void DynamicStream::EndInputStream() {
+    m_inputCount = m_outputCount;
+}
+
+int DynamicStream::ReceiveInputStream(char* buffer, unsigned int size) {
+    VXUT_TRACE(TRACE_SWITCH, "size: %d", size);
+    if (m_inputCount >= m_outputCount)
+        return -1;
+    if (buffer == nullptr)
+        return 0;
+
+    int total = 0;
+    while (size > 0 && m_inputCount < m_outputCount) {
+        const unsigned int unread = m_outputCount - m_inputCount;
+        const Place at(m_inputCount);
+        VXUT_TRACE(TRACE_SWITCH, "page: %d, offset: %d, length: %d", at.page, at.offset, at.length);
+        const unsigned int count = std::min(at.length, std::min(size, unread));
+        // Without progress the loop would not end.
+        if (count == 0) {
+            VXUT_LOG(framework::Logger::LOG_ERROR,
+                     "nothing to transfer: page: %d, offset: %d, length: %d, size: %d, inputCount: %d, outputCount: %d",
+                     at.page, at.offset, at.length, size, m_inputCount, m_outputCount);
+            return -1;
+        }
+        VXUT_TRACE(TRACE_SWITCH,
+                   "transfer: %d, page: %d, offset: %d, length: %d, size: %d, inputCount: %d, outputCount: %d", count,
+                   at.page, at.offset, at.length, size, m_inputCount, m_outputCount);
+        std::memcpy(buffer, m_pages[at.page] + at.offset, count);
+        m_inputCount += count;
+        buffer += count;
+        size -= count;
+        total += static_cast<int>(count);
+    }
+    return total;
+}
+
+bool DynamicStream::isInputStreamOpen() {
+    return true;
+}
+
+bool DynamicStream::isInputStreamInError() {
+    return false;
+}
+
+bool DynamicStream::isInputStreamAtEnd() {
+    return m_inputCount >= m_outputCount;
+}
+
+int DynamicStream::GetInputStreamSize() {
+    return static_cast<int>(m_outputCount);
+}
+
+} // namespace utility

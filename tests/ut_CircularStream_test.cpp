@@ -1,0 +1,372 @@
+#include "ut_CircularStream.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <climits>
+#include <memory>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+#include "ExpectFailure.h"
+#include "FailingAllocation.h"
+#include "FailingOperation.h"
+#include "RandomRun.h"
+
+namespace {
+
+using utility::CircularStream;
+
+static_assert(!std::is_copy_constructible<CircularStream>::value, "a copy would share the storage");
+static_assert(!std::is_copy_assignable<CircularStream>::value, "an assignment would share the storage");
+
+void send(CircularStream& stream, const std::string& data) {
+    EXPECT_TRUE(stream.SendOutputStream(data.data(), static_cast<unsigned int>(data.size())));
+}
+
+std::string receive(CircularStream& stream, unsigned int size) {
+    std::string data(size, '\0');
+    const int count = stream.ReceiveInputStream(data.data(), size);
+    EXPECT_GE(count, 0);
+    data.resize(static_cast<std::size_t>(std::max(count, 0)));
+    return data;
+}
+
+TEST(CircularStream, UsageExample) {
+    utility::CircularStream history(8);
+    EXPECT_TRUE(history.SendOutputStream("ABCDEFGHIJ", 10));
+    EXPECT_TRUE(history.StartInputStream());
+    char text[8];
+    EXPECT_EQ(history.ReceiveInputStream(text, sizeof text), 7);
+    EXPECT_EQ(std::string(text, 7), "DEFGHIJ");
+}
+
+TEST(CircularStream, ReadsBackWhatWasWrittenWhileItFits) {
+    CircularStream stream(8);
+    EXPECT_EQ(stream.ReadAvailable(), 0);
+    send(stream, "ABC");
+    EXPECT_EQ(stream.ReadAvailable(), 3);
+    send(stream, "DEFG");
+    EXPECT_EQ(stream.ReadAvailable(), 7);
+    EXPECT_EQ(receive(stream, 2), "AB");
+    EXPECT_EQ(receive(stream, 20), "CDEFG");
+    EXPECT_EQ(receive(stream, 20), "");
+    EXPECT_TRUE(stream.StartInputStream());
+    EXPECT_EQ(receive(stream, 20), "ABCDEFG");
+}
+
+TEST(CircularStream, FilledToItsLastByteHasWrappedAndLostItsFirst) {
+    CircularStream stream(8);
+    send(stream, "ABCDEFGH");
+    EXPECT_EQ(stream.WritePosition(), 0);
+    EXPECT_EQ(stream.ReadAvailable(), 7);
+    EXPECT_EQ(receive(stream, 20), "BCDEFGH");
+    EXPECT_TRUE(stream.StartInputStream());
+    EXPECT_EQ(receive(stream, 20), "BCDEFGH");
+}
+
+TEST(CircularStream, KeepsTheLastBytesOfAWriteManyTimesItsCapacity) {
+    CircularStream stream(8);
+    std::string data;
+    for (int i = 0; i < 1000; ++i)
+        data += static_cast<char>('a' + i % 26);
+    send(stream, data);
+    EXPECT_EQ(receive(stream, 20), data.substr(993));
+}
+
+TEST(CircularStream, AWriterThatOverrunsTheReaderPushesItToTheOldestByteLeft) {
+    CircularStream stream(8);
+    send(stream, "ABCDEF");
+    EXPECT_EQ(receive(stream, 4), "ABCD");
+    send(stream, "GHIJ");
+    EXPECT_EQ(stream.ReadAvailable(), 6);
+    send(stream, "K");
+    EXPECT_EQ(stream.ReadAvailable(), 7);
+    send(stream, "L");
+    EXPECT_EQ(stream.ReadAvailable(), 7);
+    send(stream, "MN");
+    EXPECT_EQ(receive(stream, 20), "HIJKLMN");
+}
+
+TEST(CircularStream, ReadsRoundTheEndInPieces) {
+    CircularStream stream(8);
+    send(stream, "ABCDEFGHIJ");
+    EXPECT_EQ(receive(stream, 1), "D");
+    EXPECT_EQ(receive(stream, 4), "EFGH");
+    EXPECT_EQ(stream.ReadPosition(), 0);
+    EXPECT_EQ(receive(stream, 4), "IJ");
+}
+
+TEST(CircularStream, AlwaysHasRoomForItsCapacity) {
+    CircularStream stream(8);
+    EXPECT_EQ(stream.WriteRemaining(), 8);
+    send(stream, "ABCDE");
+    EXPECT_EQ(stream.WriteRemaining(), 8);
+    send(stream, "ABCDE");
+    EXPECT_EQ(stream.WriteRemaining(), 8);
+}
+
+TEST(CircularStream, StartingToReadFoldsAPositionBehindTheLastByteToTheFirst) {
+    CircularStream stream(8);
+    send(stream, "ABCDEFGHIJKLMNO");
+    EXPECT_EQ(stream.WritePosition(), 7);
+    EXPECT_TRUE(stream.StartInputStream());
+    EXPECT_EQ(stream.ReadPosition(), 0);
+    EXPECT_EQ(receive(stream, 20), "IJKLMNO");
+}
+
+TEST(CircularStream, AStartedOutputStillKnowsThatTheRingOnceWrapped) {
+    CircularStream stream(8);
+    send(stream, "ABCDEFGHIJ");
+    EXPECT_TRUE(stream.StartOutputStream());
+    EXPECT_EQ(stream.WritePosition(), 0);
+    EXPECT_EQ(stream.ReadAvailable(), 0);
+    send(stream, "xy");
+    EXPECT_EQ(receive(stream, 20), "xy");
+    EXPECT_TRUE(stream.StartInputStream());
+    EXPECT_EQ(receive(stream, 20), "DEFGHxy");
+}
+
+TEST(CircularStream, AStartedOutputOfARingThatNeverWrappedForgetsWhatItHeld) {
+    CircularStream stream(8);
+    send(stream, "ABCDE");
+    EXPECT_TRUE(stream.StartOutputStream());
+    EXPECT_TRUE(stream.StartInputStream());
+    EXPECT_EQ(receive(stream, 20), "");
+    send(stream, "xy");
+    EXPECT_TRUE(stream.StartInputStream());
+    EXPECT_EQ(receive(stream, 20), "xy");
+}
+
+TEST(CircularStream, AnsweredQuestionsAreThoseOfAStreamThatNeverFails) {
+    CircularStream stream(4);
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_TRUE(stream.isOutputStreamOpen());
+        EXPECT_FALSE(stream.isOutputStreamInError());
+        EXPECT_FALSE(stream.isOutputStreamAtEnd());
+        EXPECT_TRUE(stream.isOutputStreamGood());
+        EXPECT_TRUE(stream.isInputStreamOpen());
+        EXPECT_FALSE(stream.isInputStreamInError());
+        EXPECT_EQ(stream.GetInputStreamSize(), -1);
+        send(stream, "abc");
+        stream.EndOutputStream();
+        EXPECT_FALSE(stream.isInputStreamAtEnd());
+        stream.EndInputStream();
+        EXPECT_FALSE(stream.isInputStreamAtEnd());
+        EXPECT_EQ(receive(stream, 4).size(), 3u);
+        EXPECT_TRUE(stream.isInputStreamAtEnd());
+        EXPECT_FALSE(stream.isInputStreamGood());
+    }
+}
+
+TEST(CircularStream, AdvancesBelowOneDoNothing) {
+    CircularStream stream(8);
+    send(stream, "ABCDE");
+    for (const int n : {0, -1, INT_MIN}) {
+        stream.WriteAdvance(n);
+        stream.ReadAdvance(n);
+    }
+    EXPECT_EQ(stream.WritePosition(), 5);
+    EXPECT_EQ(stream.ReadPosition(), 0);
+}
+
+TEST(CircularStream, AReadAdvanceIsCutToWhatIsReadable) {
+    CircularStream stream(8);
+    send(stream, "ABCDE");
+    stream.ReadAdvance(2);
+    EXPECT_EQ(receive(stream, 1), "C");
+    stream.ReadAdvance(INT_MAX);
+    EXPECT_EQ(stream.ReadAvailable(), 0);
+    EXPECT_EQ(stream.ReadPosition(), 5);
+    send(stream, "FGHIJ");
+    stream.ReadAdvance(3);
+    EXPECT_EQ(stream.ReadPosition(), 0);
+    EXPECT_EQ(receive(stream, 20), "IJ");
+}
+
+TEST(CircularStream, AWriteAdvanceByManyRoundsStaysInside) {
+    for (int start = 0; start < 8; ++start) {
+        for (const int n : {8, 9, 20, 1001, INT_MAX}) {
+            CircularStream stream(8);
+            stream.WriteAdvance(start);
+            stream.WriteAdvance(n);
+            EXPECT_EQ(stream.WritePosition(), static_cast<int>((start + static_cast<long long>(n)) % 8));
+            EXPECT_EQ(stream.ReadAvailable(), 7);
+            EXPECT_EQ(receive(stream, 20).size(), 7u);
+            stream.WriteAdvance(n);
+            EXPECT_EQ(stream.ReadAvailable(), 7);
+        }
+    }
+}
+
+TEST(CircularStream, OfOneByteTakesEverythingAndYieldsNothing) {
+    CircularStream stream(1);
+    send(stream, "ABC");
+    EXPECT_EQ(stream.ReadAvailable(), 0);
+    EXPECT_TRUE(stream.StartInputStream());
+    EXPECT_EQ(receive(stream, 5), "");
+}
+
+TEST(CircularStream, OfNoBytesTakesEverythingAndHoldsNothing) {
+    CircularStream stream(0);
+    send(stream, "ABC");
+    stream.WriteAdvance(5);
+    stream.ReadAdvance(5);
+    EXPECT_TRUE(stream.StartInputStream());
+    EXPECT_EQ(receive(stream, 5), "");
+    EXPECT_TRUE(stream.StartOutputStream());
+    EXPECT_EQ(stream.WriteRemaining(), 0);
+    EXPECT_TRUE(stream.isInputStreamAtEnd());
+}
+
+TEST(CircularStream, WithoutStorageCannotBeMade) {
+    const char* const allocate = "void utility::Buffer::allocBuffer()";
+    EXPECT_FAILURE(CircularStream(-1), 1238, "ut_Buffer", allocate, "");
+    EXPECT_FAILURE(test::failNth(1, [] { CircularStream(8); }), 1238, "ut_Buffer", allocate, "");
+}
+
+TEST(CircularStream, NullDataAreTakenAsNoneAndANullBufferTakesNothing) {
+    CircularStream stream(8);
+    EXPECT_TRUE(stream.SendOutputStream(nullptr, 5));
+    EXPECT_EQ(stream.ReadAvailable(), 0);
+    send(stream, "ABC");
+    EXPECT_EQ(stream.ReceiveInputStream(nullptr, 5), 0);
+    EXPECT_EQ(receive(stream, 5), "ABC");
+}
+
+TEST(CircularStream, TakesNoMemoryAfterItsStorage) {
+    CircularStream stream(8);
+    char text[8];
+    const unsigned long before = test::allocationCount();
+    EXPECT_TRUE(stream.SendOutputStream("ABCDEFGHIJ", 10));
+    EXPECT_TRUE(stream.StartInputStream());
+    EXPECT_EQ(stream.ReceiveInputStream(text, sizeof text), 7);
+    EXPECT_EQ(test::allocationCount(), before);
+}
+
+TEST(CircularStream, TakesAWholeTransferFromAnotherRing) {
+    CircularStream from(100);
+    CircularStream to(8);
+    send(from, "ABCDEFGHIJ");
+    EXPECT_TRUE(to.TransferFromInputStream(from));
+    EXPECT_EQ(receive(to, 20), "DEFGHIJ");
+}
+
+/// A ring that counts the advances that the stream's own operations make.
+class CountingRing : public CircularStream {
+public:
+    explicit CountingRing(int capacity) : CircularStream(capacity) {}
+
+    int ReadAvailable() const override {
+        ++m_questions;
+        return CircularStream::ReadAvailable();
+    }
+    void WriteAdvance(int n) override {
+        m_written.push_back(n);
+        CircularStream::WriteAdvance(n);
+    }
+    void ReadAdvance(int n) override {
+        m_read.push_back(n);
+        CircularStream::ReadAdvance(n);
+    }
+
+    mutable int m_questions = 0;
+    std::vector<int> m_written;
+    std::vector<int> m_read;
+};
+
+TEST(CircularStream, ADerivedRingSeesEveryAdvance) {
+    CountingRing ring(8);
+    send(ring, "ABCDEFGHIJ");
+    EXPECT_EQ(ring.m_written, (std::vector<int>{8, 2}));
+    EXPECT_EQ(receive(ring, 20), "DEFGHIJ");
+    EXPECT_EQ(ring.m_read, (std::vector<int>{5, 2}));
+    EXPECT_GT(ring.m_questions, 0);
+}
+
+/// The same, byte by byte.
+struct RingModel {
+    explicit RingModel(unsigned int capacity) : ring(capacity, '\0') {}
+
+    void send(const std::string& data) {
+        for (const char c : data) {
+            ring[write] = c;
+            advance(1);
+        }
+    }
+    void advance(std::size_t n) {
+        wrapped = wrapped || write + n >= ring.size();
+        write = (write + n) % ring.size();
+        unread = std::min(unread + n, ring.size() - 1);
+    }
+    std::string receive(std::size_t size) {
+        std::string data;
+        for (; data.size() < size && unread > 0; --unread)
+            data += ring[(write + ring.size() - unread) % ring.size()];
+        return data;
+    }
+    void startOutput() {
+        write = 0;
+        unread = 0;
+        ring[0] = '\0';
+    }
+    void startInput() {
+        unread = wrapped ? ring.size() - 1 : write;
+    }
+
+    std::string ring;
+    std::size_t write = 0;
+    std::size_t unread = 0;
+    bool wrapped = false;
+};
+
+void runAgainstModel(test::RandomRun& random, int steps) {
+    const unsigned int capacity = 1 + random.below(40);
+    CircularStream stream(static_cast<int>(capacity));
+    RingModel model(capacity);
+    // The stream reads bytes that were only advanced over; both begin with known ones.
+    send(stream, std::string(capacity, '.'));
+    model.send(std::string(capacity, '.'));
+    for (int step = 0; step < steps && !testing::Test::HasFailure(); ++step) {
+        const unsigned int n = random.below(random.below(8) == 0 ? 200 : capacity);
+        switch (random.below(20)) {
+        case 0:
+            EXPECT_TRUE(stream.StartOutputStream());
+            model.startOutput();
+            break;
+        case 1:
+            EXPECT_TRUE(stream.StartInputStream());
+            model.startInput();
+            break;
+        case 2:
+            stream.WriteAdvance(static_cast<int>(n));
+            model.advance(n);
+            break;
+        case 3:
+            stream.ReadAdvance(static_cast<int>(n));
+            model.receive(n);
+            break;
+        default:
+            if (random.below(2) == 0) {
+                const std::string data = random.text(n, "abcdefghijklmnopqrstuvwxyz");
+                send(stream, data);
+                model.send(data);
+            } else {
+                EXPECT_EQ(receive(stream, n), model.receive(n));
+            }
+        }
+        EXPECT_EQ(stream.ReadAvailable(), static_cast<int>(model.unread));
+        EXPECT_EQ(stream.WritePosition(), static_cast<int>(model.write));
+        EXPECT_EQ(stream.isInputStreamAtEnd(), model.unread == 0);
+        EXPECT_LT(stream.ReadPosition(), stream.Size());
+    }
+}
+
+TEST(CircularStream, BehavesAsARingOfBytesUnderRandomOperations) {
+    test::RandomRun random;
+    while (random.steps(100))
+        runAgainstModel(random, 1000);
+}
+
+} // namespace

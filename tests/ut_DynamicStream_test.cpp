@@ -1,0 +1,443 @@
+#include "ut_DynamicStream.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <climits>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+#include "DebugSwitch.h"
+#include "FailingAllocation.h"
+#include "LogCapture.h"
+#include "RandomRun.h"
+#include "TraceLines.h"
+#include "fw_Memory.h"
+
+namespace {
+
+using utility::DynamicStream;
+using Lines = std::vector<std::string>;
+
+const unsigned int TRACE_SWITCH = 4395;
+const char* const CONSTRUCT = "utility::DynamicStream::DynamicStream(int)";
+const char* const SEND = "virtual bool utility::DynamicStream::SendOutputStream(const char*, unsigned int)";
+const char* const RECEIVE = "virtual int utility::DynamicStream::ReceiveInputStream(char*, unsigned int)";
+
+static_assert(!std::is_copy_constructible<DynamicStream>::value, "a copy would share the pages");
+static_assert(!std::is_copy_assignable<DynamicStream>::value, "an assignment would share the pages");
+static_assert(std::is_base_of<framework::InputStream, DynamicStream>::value, "it is read as an input");
+static_assert(std::is_base_of<framework::OutputStream, DynamicStream>::value, "it is written as an output");
+
+std::string patternOf(unsigned int length) {
+    std::string pattern(length, '\0');
+    for (unsigned int i = 0; i < length; ++i)
+        pattern[i] = static_cast<char>(i * 7 + i / 256);
+    return pattern;
+}
+
+bool send(DynamicStream& stream, const std::string& data) {
+    return stream.SendOutputStream(data.data(), static_cast<unsigned int>(data.size()));
+}
+
+std::string receive(DynamicStream& stream, unsigned int size) {
+    std::string data(size, '\0');
+    const int count = stream.ReceiveInputStream(data.data(), size);
+    data.resize(static_cast<std::size_t>(std::max(count, 0)));
+    return data;
+}
+
+unsigned int footprint(unsigned int slots, unsigned int pages) {
+    return slots * 4 + pages * 4096 + 32;
+}
+
+std::string line(int type, const char* function, const std::string& text) {
+    return std::to_string(type) + " " + function + ": " + text;
+}
+
+TEST(DynamicStream, UsageExample) {
+    utility::DynamicStream stream(10000);
+    EXPECT_TRUE(stream.SendOutputStream("ports", 5));
+    char text[8];
+    EXPECT_EQ(stream.ReceiveInputStream(text, sizeof text), 5);
+    EXPECT_EQ(std::string(text, 5), "ports");
+    EXPECT_EQ(stream.ReceiveInputStream(text, sizeof text), -1);
+}
+
+TEST(DynamicStream, HasOnePageSlotMoreThanTheFullPagesOfItsMaximum) {
+    EXPECT_EQ(DynamicStream(10000).getSize(), footprint(3, 0));
+    EXPECT_EQ(DynamicStream(8192).getSize(), footprint(3, 0));
+    EXPECT_EQ(DynamicStream(8191).getSize(), footprint(2, 0));
+    EXPECT_EQ(DynamicStream(4095).getSize(), footprint(1, 0));
+    EXPECT_EQ(DynamicStream(0).getSize(), footprint(1, 0));
+    EXPECT_EQ(DynamicStream(INT_MAX).getSize(), footprint(524288, 0));
+}
+
+TEST(DynamicStream, WithAMaximumBelowOneRefusesEveryWrite) {
+    for (const int maxSize : {0, -1, -4097, INT_MIN}) {
+        DynamicStream stream(maxSize);
+        test::LogCapture log;
+        EXPECT_FALSE(send(stream, "x"));
+        EXPECT_FALSE(send(stream, ""));
+        EXPECT_EQ(test::traceLines(log), (Lines{line(0, SEND, "not enough room"), line(0, SEND, "not enough room")}));
+        EXPECT_EQ(stream.GetInputStreamSize(), 0);
+        EXPECT_EQ(stream.getSize(), footprint(1, 0));
+    }
+}
+
+TEST(DynamicStream, AWriteLongerThanTheRoomStoresWhatFitsAndFailsWithoutALogLine) {
+    DynamicStream stream(10000);
+    const std::string data = patternOf(12000);
+    test::LogCapture log;
+    EXPECT_FALSE(send(stream, data));
+    EXPECT_EQ(log.count(), 0u);
+    EXPECT_EQ(stream.GetInputStreamSize(), 10000);
+    EXPECT_EQ(stream.getSize(), footprint(3, 3));
+    EXPECT_EQ(receive(stream, 20000), data.substr(0, 10000));
+}
+
+TEST(DynamicStream, AWriteIntoAFullStreamIsLogged) {
+    DynamicStream stream(5);
+    test::LogCapture log;
+    EXPECT_TRUE(send(stream, "ports"));
+    EXPECT_EQ(log.count(), 0u);
+    EXPECT_FALSE(send(stream, "x"));
+    EXPECT_EQ(test::traceLines(log), (Lines{line(0, SEND, "not enough room")}));
+    EXPECT_EQ(receive(stream, 10), "ports");
+}
+
+TEST(DynamicStream, TakesAPageOnlyWhenItsFirstByteIsWritten) {
+    const long before = framework::Memory::staticOutstanding();
+    {
+        DynamicStream stream(10000);
+        EXPECT_EQ(framework::Memory::staticOutstanding(), before + 1);
+        EXPECT_TRUE(send(stream, ""));
+        EXPECT_EQ(stream.getSize(), footprint(3, 0));
+        EXPECT_TRUE(send(stream, patternOf(4095)));
+        EXPECT_EQ(stream.getSize(), footprint(3, 1));
+        EXPECT_TRUE(send(stream, "x"));
+        EXPECT_EQ(stream.getSize(), footprint(3, 1));
+        EXPECT_EQ(framework::Memory::staticOutstanding(), before + 2);
+        EXPECT_TRUE(send(stream, "y"));
+        EXPECT_EQ(stream.getSize(), footprint(3, 2));
+        EXPECT_EQ(framework::Memory::staticOutstanding(), before + 3);
+    }
+    EXPECT_EQ(framework::Memory::staticOutstanding(), before);
+}
+
+TEST(DynamicStream, AMaximumOfWholePagesFillsThemToTheLastByte) {
+    DynamicStream stream(8192);
+    const std::string data = patternOf(8192);
+    EXPECT_TRUE(send(stream, data));
+    EXPECT_EQ(stream.getSize(), footprint(3, 2));
+    test::LogCapture log;
+    EXPECT_FALSE(send(stream, "x"));
+    EXPECT_TRUE(log.contains(framework::Logger::LOG_ERROR, SEND, "not enough room"));
+    EXPECT_EQ(receive(stream, 8192), data);
+}
+
+TEST(DynamicStream, ReadsAcrossPagesInPiecesOfAnySize) {
+    const std::string data = patternOf(10000);
+    for (const unsigned int piece : {1u, 1000u, 4095u, 4096u, 4097u, 10000u, 12000u}) {
+        DynamicStream stream(20000);
+        EXPECT_TRUE(send(stream, data));
+        std::string all;
+        while (!stream.isInputStreamAtEnd())
+            all += receive(stream, piece);
+        EXPECT_EQ(all, data) << piece;
+        char byte;
+        EXPECT_EQ(stream.ReceiveInputStream(&byte, 1), -1);
+    }
+}
+
+TEST(DynamicStream, ReceivesMinusOneWhenNothingIsLeftAndZeroWhenNothingIsWanted) {
+    DynamicStream stream(10);
+    char byte = 'z';
+    EXPECT_EQ(stream.ReceiveInputStream(&byte, 1), -1);
+    EXPECT_EQ(stream.ReceiveInputStream(&byte, 0), -1);
+    EXPECT_TRUE(send(stream, "ab"));
+    EXPECT_EQ(stream.ReceiveInputStream(&byte, 0), 0);
+    EXPECT_EQ(byte, 'z');
+    EXPECT_EQ(receive(stream, 10), "ab");
+    EXPECT_EQ(stream.ReceiveInputStream(&byte, 1), -1);
+    EXPECT_TRUE(send(stream, "c"));
+    EXPECT_EQ(receive(stream, 10), "c");
+}
+
+TEST(DynamicStream, AStartedInputIsReadFromItsFirstByteAgain) {
+    DynamicStream stream(100);
+    EXPECT_TRUE(send(stream, "ports"));
+    EXPECT_EQ(receive(stream, 3), "por");
+    EXPECT_TRUE(stream.StartInputStream());
+    EXPECT_EQ(receive(stream, 10), "ports");
+}
+
+TEST(DynamicStream, AnEndedInputSkipsWhatWasNotRead) {
+    DynamicStream stream(100);
+    EXPECT_TRUE(send(stream, "ports"));
+    EXPECT_EQ(receive(stream, 1), "p");
+    EXPECT_FALSE(stream.isInputStreamAtEnd());
+    stream.EndInputStream();
+    EXPECT_TRUE(stream.isInputStreamAtEnd());
+    EXPECT_EQ(receive(stream, 10), "");
+    EXPECT_TRUE(send(stream, "4"));
+    EXPECT_EQ(receive(stream, 10), "4");
+    EXPECT_EQ(stream.GetInputStreamSize(), 6);
+}
+
+TEST(DynamicStream, AStartedOutputWritesFromTheStartAndKeepsThePages) {
+    DynamicStream stream(10000);
+    EXPECT_TRUE(send(stream, patternOf(5000)));
+    const long before = framework::Memory::staticOutstanding();
+    EXPECT_EQ(receive(stream, 4), patternOf(4));
+    EXPECT_TRUE(stream.StartOutputStream());
+    EXPECT_EQ(stream.GetInputStreamSize(), 0);
+    EXPECT_EQ(stream.getSize(), footprint(3, 2));
+    EXPECT_TRUE(stream.isInputStreamAtEnd());
+    EXPECT_TRUE(send(stream, "por"));
+    EXPECT_TRUE(stream.isInputStreamAtEnd());
+    EXPECT_TRUE(send(stream, "ts"));
+    EXPECT_EQ(receive(stream, 10), "s");
+    EXPECT_TRUE(stream.StartInputStream());
+    EXPECT_EQ(receive(stream, 10), "ports");
+    EXPECT_TRUE(send(stream, patternOf(8000)));
+    EXPECT_EQ(framework::Memory::staticOutstanding(), before);
+    stream.EndOutputStream();
+    EXPECT_EQ(stream.GetInputStreamSize(), 8005);
+}
+
+TEST(DynamicStream, ResetGivesAllPagesBackAndTheStreamGoesOn) {
+    DynamicStream stream(10000);
+    const long before = framework::Memory::staticOutstanding();
+    EXPECT_TRUE(send(stream, patternOf(10000)));
+    EXPECT_EQ(receive(stream, 5).size(), 5u);
+    stream.reset();
+    EXPECT_EQ(framework::Memory::staticOutstanding(), before);
+    EXPECT_EQ(stream.getSize(), footprint(3, 0));
+    EXPECT_EQ(stream.GetInputStreamSize(), 0);
+    EXPECT_EQ(receive(stream, 5), "");
+    EXPECT_TRUE(send(stream, "ports"));
+    EXPECT_EQ(receive(stream, 10), "ports");
+    stream.reset();
+    stream.reset();
+}
+
+TEST(DynamicStream, IsAlwaysOpenAndNeverInError) {
+    DynamicStream stream(1);
+    test::LogCapture log;
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_TRUE(stream.isOutputStreamOpen());
+        EXPECT_FALSE(stream.isOutputStreamInError());
+        EXPECT_TRUE(stream.isInputStreamOpen());
+        EXPECT_FALSE(stream.isInputStreamInError());
+        EXPECT_EQ(stream.SendOutputStream("x", 1), i == 0);
+    }
+}
+
+TEST(DynamicStream, IsAtTheEndOfItsOutputFromTheBeginningAndTakesWhatIsSentAllTheSame) {
+    DynamicStream stream(5);
+    EXPECT_TRUE(stream.isOutputStreamAtEnd());
+    EXPECT_FALSE(stream.isOutputStreamGood());
+    EXPECT_TRUE(send(stream, "por"));
+    EXPECT_TRUE(stream.isOutputStreamAtEnd());
+    EXPECT_TRUE(send(stream, "ts"));
+    EXPECT_TRUE(stream.isOutputStreamAtEnd());
+}
+
+TEST(DynamicStream, TakesAndGivesAWholeTransfer) {
+    DynamicStream from(50000);
+    DynamicStream to(50000);
+    const std::string data = patternOf(40000);
+    EXPECT_TRUE(send(from, data));
+    EXPECT_TRUE(to.TransferFromInputStream(from));
+    EXPECT_EQ(receive(to, 50000), data);
+    EXPECT_TRUE(from.isInputStreamAtEnd());
+
+    DynamicStream small(20000);
+    EXPECT_TRUE(from.StartInputStream());
+    test::LogCapture log;
+    EXPECT_FALSE(small.TransferFromInputStream(from));
+    EXPECT_EQ(log.count(), 0u);
+    EXPECT_EQ(small.GetInputStreamSize(), 20000);
+}
+
+TEST(DynamicStream, NullDataStoreNothingAndANullBufferTakesNothing) {
+    DynamicStream stream(100);
+    EXPECT_TRUE(stream.SendOutputStream(nullptr, 0));
+    EXPECT_FALSE(stream.SendOutputStream(nullptr, 5));
+    EXPECT_EQ(stream.GetInputStreamSize(), 0);
+    EXPECT_EQ(stream.ReceiveInputStream(nullptr, 5), -1);
+    EXPECT_TRUE(send(stream, "ports"));
+    EXPECT_EQ(stream.ReceiveInputStream(nullptr, 5), 0);
+    EXPECT_EQ(receive(stream, 5), "ports");
+}
+
+TEST(DynamicStream, TracesEachStepOfAWriteThatCrossesAPage) {
+    test::DebugSwitch trace(TRACE_SWITCH);
+    test::LogCapture log;
+    DynamicStream stream(5000);
+    const std::string data = patternOf(4095);
+    EXPECT_TRUE(send(stream, data));
+    EXPECT_FALSE(send(stream, patternOf(1000)));
+    EXPECT_EQ(test::traceLines(log),
+              (Lines{line(3, CONSTRUCT, "maxPages: 2"), line(3, SEND, "size: 4095"), line(3, SEND, "available: 5000"),
+                     line(3, SEND, "page: 0, offset: 0, length: 4096"), line(3, SEND, "allocating page: 0"),
+                     line(3, SEND,
+                          "transfer: 4095, page: 0, offset: 0, length: 4096, size: 4095, inputCount: 0, outputCount: "
+                          "0"),
+                     line(3, SEND, "size: 1000"), line(3, SEND, "available: 905"),
+                     line(3, SEND, "page: 0, offset: 4095, length: 1"),
+                     line(3, SEND,
+                          "transfer: 1, page: 0, offset: 4095, length: 1, size: 1000, inputCount: 0, outputCount: "
+                          "4095"),
+                     line(3, SEND, "available: 904"), line(3, SEND, "page: 1, offset: 0, length: 4096"),
+                     line(3, SEND, "allocating page: 1"),
+                     line(3, SEND,
+                          "transfer: 904, page: 1, offset: 0, length: 4096, size: 999, inputCount: 0, outputCount: "
+                          "4096"),
+                     line(3, SEND, "available: 0")}));
+}
+
+TEST(DynamicStream, TracesEachStepOfAReadThatCrossesAPage) {
+    DynamicStream stream(5000);
+    EXPECT_TRUE(send(stream, patternOf(4100)));
+    EXPECT_EQ(receive(stream, 4090).size(), 4090u);
+    test::DebugSwitch trace(TRACE_SWITCH);
+    test::LogCapture log;
+    EXPECT_EQ(receive(stream, 20).size(), 10u);
+    EXPECT_EQ(receive(stream, 20), "");
+    EXPECT_EQ(test::traceLines(log),
+              (Lines{line(3, RECEIVE, "size: 20"), line(3, RECEIVE, "page: 0, offset: 4090, length: 6"),
+                     line(3, RECEIVE,
+                          "transfer: 6, page: 0, offset: 4090, length: 6, size: 20, inputCount: 4090, outputCount: "
+                          "4100"),
+                     line(3, RECEIVE, "page: 1, offset: 0, length: 4096"),
+                     line(3, RECEIVE,
+                          "transfer: 4, page: 1, offset: 0, length: 4096, size: 14, inputCount: 4096, outputCount: "
+                          "4100"),
+                     line(3, RECEIVE, "size: 20")}));
+}
+
+TEST(DynamicStream, TracesNothingWhileTheSwitchIsOff) {
+    test::LogCapture log;
+    DynamicStream stream(5000);
+    EXPECT_TRUE(send(stream, patternOf(5000)));
+    EXPECT_EQ(receive(stream, 5000).size(), 5000u);
+    EXPECT_EQ(log.count(), 0u);
+}
+
+TEST(DynamicStream, TakesNoMemoryButItsPages) {
+    DynamicStream stream(100000);
+    const std::string data = patternOf(50000);
+    std::string back(50000, '\0');
+    const unsigned long before = test::allocationCount();
+    EXPECT_TRUE(stream.SendOutputStream(data.data(), 50000));
+    EXPECT_EQ(test::allocationCount() - before, 13u);
+    EXPECT_EQ(stream.ReceiveInputStream(back.data(), 50000), 50000);
+    EXPECT_EQ(test::allocationCount() - before, 13u);
+    EXPECT_EQ(back, data);
+}
+
+TEST(DynamicStream, APageThatCannotBeHadFailsTheWriteAndKeepsWhatWasStored) {
+    DynamicStream stream(10000);
+    const std::string data = patternOf(10000);
+    test::LogCapture log;
+    {
+        test::FailingAllocation failing(2);
+        EXPECT_FALSE(send(stream, data));
+    }
+    EXPECT_EQ(test::traceLines(log), (Lines{line(0, SEND, "no memory for page: 1")}));
+    EXPECT_EQ(stream.GetInputStreamSize(), 4096);
+    EXPECT_EQ(stream.getSize(), footprint(3, 1));
+    EXPECT_TRUE(send(stream, data.substr(4096)));
+    EXPECT_EQ(receive(stream, 10000), data);
+}
+
+TEST(DynamicStream, WithoutItsPageTableRefusesEveryWrite) {
+    const long before = framework::Memory::staticOutstanding();
+    {
+        test::FailingAllocation failing(1);
+        DynamicStream stream(10000);
+        failing.stop();
+        test::LogCapture log;
+        EXPECT_FALSE(send(stream, "ports"));
+        EXPECT_EQ(test::traceLines(log),
+                  (Lines{line(0, SEND, "tried to write past the end of the max for a dynamic stream")}));
+        EXPECT_EQ(stream.getSize(), footprint(0, 0));
+        EXPECT_EQ(receive(stream, 5), "");
+        stream.reset();
+    }
+    EXPECT_EQ(framework::Memory::staticOutstanding(), before);
+}
+
+/// The same over a plain string.
+struct DynamicModel {
+    std::string stored;
+    std::size_t read = 0;
+    std::size_t maximum;
+
+    bool send(const std::string& data) {
+        if (stored.size() >= maximum)
+            return false;
+        const std::size_t count = std::min(data.size(), maximum - stored.size());
+        stored.append(data, 0, count);
+        return count == data.size();
+    }
+    int receive(unsigned int size, std::string& data) {
+        data.clear();
+        if (read >= stored.size())
+            return -1;
+        data = stored.substr(read, size);
+        read += data.size();
+        return static_cast<int>(data.size());
+    }
+};
+
+TEST(DynamicStream, BehavesAsAStringUnderRandomOperations) {
+    test::RandomRun random;
+    test::LogCapture log;
+    const unsigned int maximum = 1 + random.below(20000);
+    DynamicStream stream(static_cast<int>(maximum));
+    DynamicModel model;
+    model.maximum = maximum;
+    while (random.steps(100000)) {
+        const unsigned int size = random.below(random.below(4) == 0 ? 9000 : 300);
+        switch (random.below(40)) {
+        case 0:
+            stream.StartOutputStream();
+            model.stored.clear();
+            break;
+        case 1:
+            stream.StartInputStream();
+            model.read = 0;
+            break;
+        case 2:
+            stream.EndInputStream();
+            model.read = model.stored.size();
+            break;
+        case 3:
+            stream.reset();
+            model.stored.clear();
+            model.read = 0;
+            break;
+        default:
+            if (random.below(2) == 0) {
+                const std::string data(size, static_cast<char>(random.below(256)));
+                ASSERT_EQ(send(stream, data), model.send(data));
+            } else {
+                std::string data(size, '\0');
+                std::string expected;
+                const int count = stream.ReceiveInputStream(data.data(), size);
+                ASSERT_EQ(count, model.receive(size, expected));
+                ASSERT_EQ(data.compare(0, expected.size(), expected), 0);
+            }
+        }
+        ASSERT_EQ(stream.GetInputStreamSize(), static_cast<int>(model.stored.size()));
+        ASSERT_EQ(stream.isInputStreamAtEnd(), model.read >= model.stored.size());
+        if (log.count() > 1000)
+            log.clear();
+    }
+}
+
+} // namespace
