@@ -1,0 +1,157 @@
+#include "ut_TokenSet.h"
+
+#include <algorithm>
+#include <climits>
+#include <cstring>
+
+#include "fw_KnownStrings.h"
+#include "fw_Memory.h"
+#include "fw_StableStringRepository.h"
+#include "ut_BufferStream.h"
+#include "ut_Failure.h"
+#include "ut_TokenNames.h"
+#include "ut_Trace.h"
+
+namespace utility {
+
+namespace {
+
+const unsigned int TRACE_SWITCH = 625;
+const unsigned int GROWTH = 20;
+const unsigned int FEWEST_TO_HALVE = 6;
+
+} // namespace
+
+TokenSet::TokenSet(unsigned int capacity) : Array(GROWTH) {
+    m_block = realloc(nullptr, &m_size, capacity, sizeof(stringtoken));
+}
+
+TokenSet::TokenSet(const char* list, unsigned int capacity) : TokenSet(capacity) {
+    SetFromStringList(list);
+}
+
+TokenSet::TokenSet(const TokenSet& other) : Array(GROWTH) {
+    m_block = realloc(nullptr, &m_size, other.size(), sizeof(stringtoken));
+    std::memcpy(m_block, other.m_block, other.length() * sizeof(stringtoken));
+    m_length = other.length();
+}
+
+TokenSet::~TokenSet() {
+    framework::Memory::StaticFree(m_block);
+}
+
+void TokenSet::SetFromStringList(const char* list) {
+    const TokenNames names(list);
+    m_length = 0;
+    for (const char* name : names)
+        set(strings::GS.toToken(name));
+}
+
+void TokenSet::toStringList(char* buffer, unsigned int size) const {
+    BufferStream out(buffer, static_cast<int>(std::min<unsigned int>(size, INT_MAX)), false);
+    for (unsigned int index = 0; index < m_length; ++index)
+        out.PutS(strings::StringRepository::toString(slots()[index]));
+    if (m_length > 0)
+        out.PutC(',');
+}
+
+void TokenSet::set(stringtoken token) {
+    for (unsigned int index = 0; index < m_length; ++index) {
+        if (slots()[index] == token)
+            return;
+        if (slots()[index] > token) {
+            insertAt(index, token);
+            return;
+        }
+    }
+    append(token);
+}
+
+void TokenSet::unset(stringtoken token) {
+    unsigned int index = 0;
+    while (index < m_length && slots()[index] > token)
+        ++index;
+    if (index < m_length && slots()[index] == token)
+        deleteAt(index);
+}
+
+bool TokenSet::inSet(stringtoken token) const {
+    if (m_length < FEWEST_TO_HALVE)
+        return isInShortSet(token);
+    return std::binary_search(slots(), slots() + m_length, token);
+}
+
+bool TokenSet::isInShortSet(stringtoken token) const {
+    for (unsigned int index = 0; index < m_length && slots()[index] <= token; ++index) {
+        if (slots()[index] == token)
+            return true;
+    }
+    return false;
+}
+
+void TokenSet::mergeSet(TokenSet& other) const {
+    for (unsigned int index = 0; index < m_length; ++index)
+        other.set(slots()[index]);
+}
+
+void TokenSet::clearSet() {
+    m_length = 0;
+}
+
+bool TokenSet::operator==(const TokenSet& other) const {
+    return std::equal(slots(), slots() + m_length, other.slots(), other.slots() + other.m_length);
+}
+
+void TokenSet::growWhenFull() {
+    if (m_length >= m_size)
+        m_block = realloc(m_block, &m_size, GROWTH, sizeof(stringtoken));
+}
+
+void TokenSet::append(stringtoken token) {
+    growWhenFull();
+    VXUT_TRACE(TRACE_SWITCH, "Appending [%d] at %d", token, m_length);
+    slots()[m_length] = token;
+    ++m_length;
+}
+
+void TokenSet::insertAt(unsigned int index, stringtoken token) {
+    VXUT_TRACE_ENTER(TRACE_SWITCH);
+    if (index > m_length)
+        VXUT_THROW(FAILURE_INDEX, "");
+    growWhenFull();
+    for (unsigned int to = m_length; to > index; --to) {
+        VXUT_TRACE(TRACE_SWITCH, "moving from %d to %d", to - 1, to);
+        slots()[to] = slots()[to - 1];
+    }
+    VXUT_TRACE(TRACE_SWITCH, "setting %d = %d", index, token);
+    slots()[index] = token;
+    ++m_length;
+}
+
+void TokenSet::setAt(unsigned int index, stringtoken token) {
+    if (index >= m_length)
+        VXUT_THROW(FAILURE_INDEX, "");
+    slots()[index] = token;
+}
+
+void TokenSet::deleteAt(unsigned int index) {
+    if (index >= m_length)
+        VXUT_THROW(FAILURE_INDEX, "");
+    --m_length;
+    for (unsigned int to = index; to < m_length; ++to)
+        slots()[to] = slots()[to + 1];
+}
+
+stringtoken& TokenSet::operator[](unsigned int index) {
+    if (index >= m_length)
+        VXUT_THROW(FAILURE_INDEX, "");
+    return slots()[index];
+}
+
+const stringtoken& TokenSet::operator[](unsigned int index) const {
+    if (index >= m_length)
+        VXUT_THROW(FAILURE_INDEX, "");
+    return slots()[index];
+}
+
+} // namespace utility
