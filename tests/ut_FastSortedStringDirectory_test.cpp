@@ -1,0 +1,231 @@
+#include "ut_FastSortedStringDirectory.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <climits>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+#include "ExpectFailure.h"
+#include "FailingAllocation.h"
+#include "FailingOperation.h"
+#include "RandomRun.h"
+#include "fw_Memory.h"
+#include "ut_BufferStream.h"
+
+namespace {
+
+using utility::FastSortedStringDirectory;
+using Names = std::vector<std::string>;
+
+const char* const REALLOC = "static void* utility::Array::realloc(void*, unsigned int*, unsigned int, size_t)";
+
+static_assert(!std::is_copy_constructible<FastSortedStringDirectory>::value, "directories are not copied");
+
+Names contentOf(FastSortedStringDirectory& directory) {
+    Names content;
+    for (int i = 0; i < directory.NumElements(); ++i)
+        content.push_back(directory.ElementAt(i));
+    return content;
+}
+
+void fill(FastSortedStringDirectory& directory, const Names& names) {
+    for (const std::string& name : names)
+        directory.Add(name.c_str());
+}
+
+TEST(FastSortedStringDirectory, UsageExample) {
+    utility::FastSortedStringDirectory names(0);
+    EXPECT_EQ(names.Add("b"), 0);
+    EXPECT_EQ(names.Add("a"), 0);
+    EXPECT_EQ(names.Add("ab"), 1);
+    EXPECT_EQ(names.Find("b"), 2);
+}
+
+TEST(FastSortedStringDirectory, HoldsItsStringsInAscendingOrder) {
+    FastSortedStringDirectory directory(1);
+    fill(directory, {"b", "a", "ab", "", "zz", "A"});
+    EXPECT_EQ(contentOf(directory), (Names{"", "A", "a", "ab", "b", "zz"}));
+    for (int i = 0; i < 6; ++i) {
+        EXPECT_EQ(directory.Find(directory.ElementAt(i)), i);
+        EXPECT_EQ(directory.Lookup(directory.ElementAt(i)), directory.ElementAt(i));
+    }
+}
+
+TEST(FastSortedStringDirectory, AbsentStringsAreFoundNowhere) {
+    FastSortedStringDirectory directory(0);
+    EXPECT_EQ(directory.Find("a"), -1);
+    fill(directory, {"ab", "c", "ad"});
+    for (const char* absent : {"", "a", "abc", "ac", "b", "cc", "d", "\xff"}) {
+        EXPECT_EQ(directory.Find(absent), -1) << absent;
+        EXPECT_EQ(directory.Lookup(absent), nullptr) << absent;
+    }
+}
+
+TEST(FastSortedStringDirectory, ANullStringIsFoundNowhereAndAddedNowhere) {
+    FastSortedStringDirectory directory(0);
+    fill(directory, {"", "a"});
+    EXPECT_EQ(directory.Add(nullptr), -1);
+    EXPECT_EQ(directory.Find(nullptr), -1);
+    EXPECT_EQ(directory.Lookup(nullptr), nullptr);
+    directory.Delete(nullptr);
+    EXPECT_EQ(contentOf(directory), (Names{"", "a"}));
+}
+
+TEST(FastSortedStringDirectory, DuplicatesAreKeptBehindTheirEquals) {
+    FastSortedStringDirectory directory(0);
+    fill(directory, {"a", "b", "c"});
+    const char* const first = directory.ElementAt(1);
+    EXPECT_EQ(directory.Add("b"), 2);
+    EXPECT_EQ(directory.Add("b"), 3);
+    EXPECT_EQ(directory.ElementAt(1), first);
+    const char* const second = directory.ElementAt(2);
+    directory.Delete("b");
+    EXPECT_EQ(directory.ElementAt(1), second);
+    EXPECT_EQ(contentOf(directory), (Names{"a", "b", "b", "c"}));
+}
+
+TEST(FastSortedStringDirectory, DeleteTakesOutTheEqualStringAndNoOther) {
+    FastSortedStringDirectory directory(0);
+    fill(directory, {"a", "ab", "b", "c"});
+    directory.Delete("abc");
+    directory.Delete("d");
+    EXPECT_EQ(directory.NumElements(), 4);
+    directory.Delete("ab");
+    EXPECT_EQ(contentOf(directory), (Names{"a", "b", "c"}));
+    EXPECT_EQ(directory.Find("ab"), -1);
+    EXPECT_EQ(directory.Find("c"), 2);
+    directory.Delete("a");
+    directory.Delete("c");
+    directory.Delete("b");
+    EXPECT_EQ(directory.NumElements(), 0);
+    EXPECT_EQ(directory.Add("b"), 0);
+    EXPECT_EQ(directory.Find("b"), 0);
+}
+
+TEST(FastSortedStringDirectory, ItsOwnStringsMayBeGivenBackToIt) {
+    FastSortedStringDirectory directory(1);
+    fill(directory, {"a", "b"});
+    EXPECT_EQ(directory.Add(directory.ElementAt(0)), 1);
+    directory.Delete(directory.ElementAt(2));
+    EXPECT_EQ(contentOf(directory), (Names{"a", "a"}));
+    directory.Delete(directory.ElementAt(0));
+    EXPECT_EQ(directory.Find("a"), 0);
+    EXPECT_EQ(directory.Add("c"), 1);
+}
+
+TEST(FastSortedStringDirectory, SortsBytesAbove127BehindTheOthers) {
+    FastSortedStringDirectory directory(0);
+    fill(directory, {"\xff", "z", "\x80", "\x7f", "a\xff", "a\x7f", "\xc3\xa4"});
+    EXPECT_EQ(contentOf(directory), (Names{"a\x7f", "a\xff", "z", "\x7f", "\x80", "\xc3\xa4", "\xff"}));
+    for (int i = 0; i < 7; ++i)
+        EXPECT_EQ(directory.Find(directory.ElementAt(i)), i);
+    directory.Delete("\x80");
+    EXPECT_EQ(directory.Find("\xff"), 5);
+    EXPECT_EQ(directory.Find("\x80"), -1);
+}
+
+TEST(FastSortedStringDirectory, HoldsTheEmptyNameAndOneOf100000Characters) {
+    FastSortedStringDirectory directory(0);
+    const std::string longName(100000, 'x');
+    fill(directory, {longName + "y", "", longName});
+    EXPECT_EQ(directory.Find(""), 0);
+    EXPECT_EQ(directory.Find(longName.c_str()), 1);
+    EXPECT_EQ(directory.Find((longName + "y").c_str()), 2);
+    EXPECT_EQ(directory.Find(longName.substr(1).c_str()), -1);
+    directory.Delete("");
+    directory.Delete(longName.c_str());
+    EXPECT_EQ(contentOf(directory), Names{longName + "y"});
+}
+
+TEST(FastSortedStringDirectory, RefusesThe32768thStringAndChangesNothing) {
+    FastSortedStringDirectory directory(40000);
+    for (int i = 0; i < 32767; ++i)
+        ASSERT_EQ(directory.Add(std::to_string(100000 + i).c_str()), i);
+    EXPECT_EQ(directory.Add("0"), -1);
+    EXPECT_EQ(directory.Add("z"), -1);
+    EXPECT_EQ(directory.NumElements(), 32767);
+    EXPECT_EQ(directory.Find("0"), -1);
+    EXPECT_EQ(directory.Find("100000"), 0);
+    EXPECT_EQ(directory.Find("132766"), 32766);
+    directory.Delete("100005");
+    EXPECT_EQ(directory.Add("z"), 32766);
+    EXPECT_EQ(directory.Find("z"), 32766);
+    EXPECT_EQ(directory.Find("132766"), 32765);
+    EXPECT_EQ(directory.Add("z"), -1);
+}
+
+TEST(FastSortedStringDirectory, ToBufferWritesItsStringsInOrder) {
+    FastSortedStringDirectory directory(0);
+    fill(directory, {"b", "a"});
+    utility::BufferStream out(100);
+    directory.ToBuffer(out);
+    EXPECT_STREQ(out.pBuffer(), "a\nb\n");
+}
+
+TEST(FastSortedStringDirectory, ACopyThatCannotBeHadIsMinusOneAndATableThatCannotGrowThrows) {
+    const long before = framework::Memory::staticOutstanding();
+    {
+        FastSortedStringDirectory directory(2);
+        fill(directory, {"a", "c"});
+        EXPECT_FAILURE(test::failNth(1, [&] { directory.Add("b"); }), 1230, "ut_Array", REALLOC, "");
+        EXPECT_EQ(contentOf(directory), (Names{"a", "c"}));
+        {
+            test::FailingAllocation failing(2);
+            EXPECT_EQ(directory.Add("b"), -1);
+        }
+        EXPECT_EQ(contentOf(directory), (Names{"a", "c"}));
+        EXPECT_EQ(directory.Find("b"), -1);
+        EXPECT_EQ(directory.Find("c"), 1);
+        EXPECT_EQ(directory.Add("b"), 1);
+        EXPECT_EQ(directory.Find("c"), 2);
+        EXPECT_FAILURE(test::failNth(1, [&] { FastSortedStringDirectory(5); }), 1230, "ut_Array", REALLOC, "");
+    }
+    EXPECT_EQ(framework::Memory::staticOutstanding(), before);
+}
+
+TEST(FastSortedStringDirectory, AnEntryCostsNoMemoryButItsCopyAndSearchingCostsNone) {
+    FastSortedStringDirectory directory(100);
+    const unsigned long before = test::allocationCount();
+    EXPECT_EQ(directory.Add("b"), 0);
+    EXPECT_EQ(directory.Add("a"), 0);
+    EXPECT_EQ(test::allocationCount() - before, 2u);
+    EXPECT_EQ(directory.Find("b"), 1);
+    directory.Delete("b");
+    EXPECT_EQ(test::allocationCount() - before, 2u);
+}
+
+TEST(FastSortedStringDirectory, BehavesAsASortedVectorUnderRandomOperations) {
+    test::RandomRun random;
+    const long before = framework::Memory::staticOutstanding();
+    {
+        FastSortedStringDirectory directory(static_cast<int>(random.below(30)));
+        Names model;
+        while (random.steps(100000)) {
+            const std::string name = random.text(2, "ab\x7f\x80\xff");
+            const auto range = std::equal_range(model.begin(), model.end(), name);
+            const int first = static_cast<int>(range.first - model.begin());
+            const int behind = static_cast<int>(range.second - model.begin());
+            const int found = directory.Find(name.c_str());
+            if (first == behind) {
+                ASSERT_EQ(found, -1);
+            } else {
+                ASSERT_TRUE(found >= first && found < behind) << found;
+            }
+            if (random.below(100) < (model.size() > 60 ? 40u : 60u)) {
+                ASSERT_EQ(directory.Add(name.c_str()), behind);
+                model.insert(range.second, name);
+            } else {
+                directory.Delete(name.c_str());
+                if (first != behind)
+                    model.erase(range.first);
+            }
+            ASSERT_EQ(contentOf(directory), model);
+        }
+    }
+    EXPECT_EQ(framework::Memory::staticOutstanding(), before);
+}
+
+} // namespace
