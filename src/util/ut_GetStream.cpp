@@ -161,7 +161,8 @@ bool GetStream::getArray(ArrayType& array) {
     unsigned int count = 0;
     if (!GetParmUint32(&count))
         return false;
-    const unsigned int held = static_cast<unsigned int>(boundedReadable(ReadAvailable())) / sizeof(Value);
+    const unsigned int width = sizeof(Value);
+    const unsigned int held = static_cast<unsigned int>(boundedReadable(ReadAvailable())) / width;
     if (count > held && count - held > missingElementsFilled)
         return false;
     Value value = 0;
