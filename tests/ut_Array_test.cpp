@@ -2,10 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <climits>
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <memory>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -76,6 +77,14 @@ TEST(Array, KeepsLengthSizeAndBlockInThisOrderBehindTheOperations) {
     EXPECT_EQ(reinterpret_cast<const char*>(&array.m_size) - start, static_cast<std::ptrdiff_t>(sizeof(void*) + 4));
     EXPECT_EQ(reinterpret_cast<const char*>(&array.m_block) - start, static_cast<std::ptrdiff_t>(sizeof(void*) + 8));
     EXPECT_EQ(sizeof(Array), 2 * sizeof(void*) + 8);
+}
+
+TEST(Array, KeepsSortBehindTheDestructorsInItsTableOfOperations) {
+    void (Array::*sort)() = &Array::sort;
+    std::uintptr_t offset = 0;
+    std::memcpy(&offset, &sort, sizeof offset);
+    // One of the two words of a pointer to a virtual operation is odd, on x86 this one.
+    EXPECT_EQ(offset & ~std::uintptr_t{1}, 2 * sizeof(void*));
 }
 
 TEST(Array, TruncateOnlyEverShortensAndNeverTouchesTheBlock) {

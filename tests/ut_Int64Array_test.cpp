@@ -2,7 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <limits>
 #include <memory>
+#include <random>
+#include <string>
 #include <type_traits>
 #include <vector>
 

@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <memory>
+#include <random>
+#include <string>
 #include <type_traits>
 #include <vector>
 

@@ -3,7 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <limits>
 #include <memory>
+#include <random>
+#include <string>
 #include <type_traits>
 #include <vector>
 

@@ -3,7 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <limits>
 #include <memory>
+#include <random>
+#include <string>
 #include <type_traits>
 #include <vector>
 
@@ -182,7 +185,7 @@ TEST(UShortArray, ElementAtIsZeroFromTheLengthOn) {
     EXPECT_EQ(array.ElementAt(0xFFFFFFFF), 0);
 }
 
-TEST(UShortArray, SortLeavesTheOrderAlone) {
+TEST(UShortArray, TheVirtualSortLeavesTheOrderAlone) {
     UShortArray array(4);
     array.Append(9);
     array.Append(2);
