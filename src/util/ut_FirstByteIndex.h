@@ -10,6 +10,7 @@ namespace utility {
 /// The index holds no names: it counts what its owner says was added and removed, and asks the owner's function for the
 /// name at a position. Names are ordered as `strcmp` orders them, so by bytes from 0 to 255 on every platform. At most
 /// 32,767 names can be counted; the owner asks `isFull` first. One thread at a time. Nothing is thrown.
+/// For the directories of the library; their callers have no use for it.
 ///
 ///     utility::FirstByteIndex index;
 ///     const char* names[] = {"a", "ab", "b"};
