@@ -92,9 +92,10 @@ TEST(IPV6Address, GroupsAreReadAsTheyAreStored) {
 }
 
 TEST(IPV6Address, ThereAreNoGroupsBeyondTheEighth) {
-    IPV6Address address(LONGEST);
-    EXPECT_EQ(address.getHexChunk(8), 0);
-    EXPECT_EQ(address.getHexChunk(255), 0);
+    IPV6Address addresses[] = {IPV6Address(LONGEST), IPV6Address(LONGEST)};
+    EXPECT_EQ(addresses[0].getHexChunk(8), 0);
+    EXPECT_EQ(addresses[0].getHexChunk(15), 0);
+    EXPECT_EQ(addresses[0].getHexChunk(255), 0);
 }
 
 TEST(IPV6Address, SetCopiesAndIgnoresNull) {
@@ -396,6 +397,27 @@ TEST(IPV6Address, ToPutStreamWithoutStorageWritesNothing) {
     utility::PutStream stream;
     IPV6Address("::").toPutStream(stream);
     EXPECT_EQ(stream.WritePosition(), 0);
+}
+
+TEST(IPV6Address, ToPutStreamBelievesNoRoomBeyondTheStorage) {
+    class Boaster : public utility::PutStream {
+    public:
+        Boaster(char* storage, int size, int remaining) : PutStream(storage, size), m_remaining(remaining) {}
+        int WriteRemaining() const override {
+            return m_remaining;
+        }
+
+    private:
+        int m_remaining;
+    };
+    for (const int remaining : {INT_MIN, -1, 0, 100, INT_MAX}) {
+        test::GuardedText buf(8);
+        Boaster stream(buf.array(), 8, remaining);
+        IPV6Address(LONGEST).toPutStream(stream);
+        EXPECT_EQ(stream.WritePosition(), 0) << remaining;
+        EXPECT_EQ(buf.text(), "") << remaining;
+        EXPECT_TRUE(buf.isGuardWhole()) << remaining;
+    }
 }
 
 TEST(IPV6Address, ToPutStreamBehindTheEndOfAStreamFailsAsTheStreamDoes) {
