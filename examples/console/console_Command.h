@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "console_History.h"
 #include "ut_PutStream.h"
 #include "ut_StringArray.h"
 
@@ -12,20 +13,24 @@ namespace console {
 ///     if (!readable) return call.fail("%s: %s", call.word(0), std::strerror(errno));
 class Invocation {
 public:
-    /// `words` are the command's arguments, without its name. Both objects must outlive the invocation.
-    Invocation(const utility::StringArray& words, utility::PutStream& out)
-        : m_words(words), m_out(out), m_ends(false) {}
+    /// The words behind the first `used` are the command's arguments. All objects must outlive the invocation.
+    Invocation(const utility::StringArray& words, unsigned int used, utility::PutStream& out, History& history)
+        : m_words(words), m_used(used), m_out(out), m_history(history), m_ends(false) {}
 
     /// Where the answer goes.
     utility::PutStream& out() {
         return m_out;
     }
+    /// The commands and answers before this one.
+    History& history() {
+        return m_history;
+    }
     unsigned int wordCount() const {
-        return m_words.length();
+        return m_words.length() - m_used;
     }
     /// The `i`-th argument, or null.
     const char* word(unsigned int i) const {
-        return m_words.ElementAt(i);
+        return m_words.ElementAt(m_used + i);
     }
 
     /// Sets the one line that says what failed; always false.
@@ -44,10 +49,15 @@ public:
 
 private:
     const utility::StringArray& m_words;
+    const unsigned int m_used;
     utility::PutStream& m_out;
+    History& m_history;
     std::string m_failure;
     bool m_ends;
 };
+
+/// What the history keeps of a command.
+enum Remembered { REMEMBER_ALL, REMEMBER_NAME, REMEMBER_NOTHING };
 
 /// A command as it is listed and found.
 struct Command {
@@ -57,6 +67,7 @@ struct Command {
     unsigned int fewest; ///< arguments
     unsigned int most;
     bool (*run)(Invocation& call); ///< false after `fail`
+    Remembered remembered = REMEMBER_ALL;
 };
 
 } // namespace console

@@ -7,5 +7,9 @@ namespace console {
 // Each group ends with a command without a name.
 extern const Command generalCommands[];
 extern const Command fileCommands[];
+extern const Command textCommands[];
+extern const Command systemCommands[];
+extern const Command pathCommands[];
+extern const Command userCommands[];
 
 } // namespace console

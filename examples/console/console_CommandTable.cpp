@@ -3,49 +3,81 @@
 #include <cstring>
 
 #include "console_CommandGroups.h"
+#include "ut_Arguments.h"
+#include "ut_FastSortedStringDirectory.h"
+#include "ut_StringMap.h"
 
 namespace console {
 
 namespace {
 
-const Command* const groups[] = {generalCommands, fileCommands};
+const Command* const groups[] = {generalCommands, fileCommands, textCommands,
+                                 systemCommands,  pathCommands, userCommands};
 
-/// How many of a name's words are there, and whether the words given spell it or begin it.
-struct Match {
-    unsigned int nameWords;
-    bool begins;
-    bool spells;
+/// Every command under its name, and the names in order.
+class Index {
+public:
+    Index() : m_names(0), m_commands(64) {
+        for (unsigned int i = 0; const Command* command = commandAt(i); ++i) {
+            m_names.Add(command->name);
+            m_commands.Add(command->name, const_cast<Command*>(command));
+        }
+    }
+
+    const Command* find(const std::string& name) {
+        const char* found = m_names.Find(name.c_str()) >= 0 ? name.c_str() : nullptr;
+        return found != nullptr ? static_cast<const Command*>(m_commands.Lookup(found)) : nullptr;
+    }
+    const char* nameAt(int i) {
+        return m_names.ElementAt(i);
+    }
+    int count() {
+        return m_names.NumElements();
+    }
+
+private:
+    utility::FastSortedStringDirectory m_names;
+    utility::StringMap m_commands;
 };
 
-Match match(const Command& command, const utility::StringArray& words) {
-    Match result = {0, true, true};
-    for (const char* name = command.name; *name != 0; ++result.nameWords) {
-        const std::size_t length = std::strcspn(name, " ");
-        const char* word = words.ElementAt(result.nameWords);
-        const std::size_t given = word != nullptr ? std::strlen(word) : 0;
-        if (given == 0 || given > length || std::strncmp(name, word, given) != 0)
-            result.begins = false;
-        if (given != length)
-            result.spells = false;
-        name += length + (name[length] == ' ' ? 1 : 0);
-    }
-    result.spells = result.spells && result.begins;
-    return result;
+Index& theIndex() {
+    static Index index;
+    return index;
 }
 
-/// How well a command fits the words given; of equal beginnings none is better.
-enum Fit { FIT_NONE, FIT_NAME_ALONE, FIT_BEGINNING, FIT_SPELLED, FIT_SPELLED_LONGER };
+unsigned int countWords(const char* name) {
+    return std::strchr(name, ' ') != nullptr ? 2 : 1;
+}
 
-Fit fit(const Command& command, const Match& match, unsigned int wordCount) {
-    if (!match.begins)
-        return FIT_NONE;
-    if (!match.spells)
-        return FIT_BEGINNING;
-    if (match.nameWords > 1)
-        return FIT_SPELLED_LONGER;
-    // "debug of" rather begins "debug off" than being "debug" with an argument that it does not take.
-    const unsigned int arguments = wordCount - match.nameWords;
-    return arguments >= command.fewest && arguments <= command.most ? FIT_SPELLED : FIT_NAME_ALONE;
+bool takes(const Command& command, unsigned int arguments) {
+    return arguments >= command.fewest && arguments <= command.most;
+}
+
+/// Whether each word of `name` begins with the word given in its place.
+bool isBegunBy(const char* name, const utility::StringArray& words) {
+    for (unsigned int i = 0; *name != 0; ++i) {
+        const std::size_t length = std::strcspn(name, " ");
+        const char* word = words.ElementAt(i);
+        const std::size_t given = word != nullptr ? std::strlen(word) : 0;
+        if (given == 0 || given > length || std::strncmp(name, word, given) != 0)
+            return false;
+        name += length + (name[length] == ' ' ? 1 : 0);
+    }
+    return true;
+}
+
+/// The command whose name is spelled out, the longer one first: "debug of" rather begins "debug off" than being "debug"
+/// with an argument that it does not take.
+const Command* findSpelled(const utility::StringArray& words, unsigned int* used) {
+    const char* first = words.ElementAt(0);
+    const char* second = words.ElementAt(1);
+    const Command* command = second != nullptr ? theIndex().find(std::string(first) + ' ' + second) : nullptr;
+    *used = 2;
+    if (command != nullptr || first == nullptr)
+        return command;
+    command = theIndex().find(first);
+    *used = 1;
+    return command != nullptr && takes(*command, words.length() - 1) ? command : nullptr;
 }
 
 } // namespace
@@ -61,29 +93,53 @@ const Command* commandAt(unsigned int i) {
 }
 
 const Command* findCommand(const utility::StringArray& words, unsigned int* used, std::string* problem) {
-    const Command* best = nullptr;
-    Fit bestFit = FIT_NONE;
+    const Command* command = findSpelled(words, used);
+    if (command != nullptr)
+        return command;
     std::string names;
-    for (unsigned int i = 0; const Command* command = commandAt(i); ++i) {
-        const Match matched = match(*command, words);
-        const Fit found = fit(*command, matched, words.length());
-        if (found == FIT_NONE || found < bestFit)
+    unsigned int count = 0;
+    for (int i = 0; i < theIndex().count(); ++i) {
+        const char* name = theIndex().nameAt(i);
+        // A name spelled out whose arguments do not fit is meant only when nothing else is.
+        if (!isBegunBy(name, words) || (countWords(name) == 1 && std::strcmp(name, words.ElementAt(0)) == 0))
             continue;
-        names = found > bestFit ? command->name : names + ", " + command->name;
-        best = found > bestFit ? command : nullptr;
-        bestFit = found;
-        if (best != nullptr)
-            *used = matched.nameWords;
+        names += (count++ > 0 ? ", " : "") + std::string(name);
+        command = theIndex().find(name);
+        *used = countWords(name);
     }
-    if (best != nullptr)
-        return best;
-    if (bestFit != FIT_NONE) {
-        *problem = "ambiguous command: " + names;
-    } else {
-        const char* word = words.ElementAt(0);
-        *problem = "unknown command: " + std::string(word != nullptr ? word : "") + " (try help)";
+    if (count == 1)
+        return command;
+    const std::string first = words.ElementAt(0) != nullptr ? words.ElementAt(0) : "";
+    command = theIndex().find(first);
+    *used = 1;
+    if (command == nullptr)
+        *problem = count > 1 ? "ambiguous command: " + names : "unknown command: " + first + " (try help)";
+    return command;
+}
+
+std::string completeCommand(const std::string& line) {
+    const utility::Arguments arguments(line.c_str());
+    utility::StringArray words(arguments.ArgCount());
+    for (unsigned int i = 0; i < arguments.ArgCount(); ++i)
+        words.Append(arguments.ArgValue(i));
+    std::string common;
+    unsigned int count = 0;
+    for (int i = 0; words.length() > 0 && i < theIndex().count(); ++i) {
+        std::string name = theIndex().nameAt(i);
+        // A single word may begin the first of two.
+        const bool begins = words.length() == 1
+                                ? name.compare(0, std::strlen(words[0]), words[0]) == 0
+                                : words.length() == countWords(name.c_str()) && isBegunBy(name.c_str(), words);
+        if (!begins)
+            continue;
+        if (count++ == 0)
+            common = name;
+        while (name.compare(0, common.size(), common) != 0)
+            common.pop_back();
     }
-    return nullptr;
+    if (count == 1)
+        return common + ' ';
+    return common.size() > line.size() ? common : line;
 }
 
 } // namespace console

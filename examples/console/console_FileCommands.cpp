@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 
 #include "console_CommandGroups.h"
+#include "console_Files.h"
 #include "ut_Debug.h"
 #include "ut_FileInputStream.h"
 #include "ut_FileOutputStream.h"
@@ -13,22 +14,7 @@ namespace console {
 
 namespace {
 
-const int blockSize = 16384;
 const int bytesPerLine = 16;
-
-/// Hands each block of a file to `take`, until it gives false. False when the file cannot be read.
-template<typename Take>
-bool readFile(Invocation& call, const char* path, Take take) {
-    utility::FileInputStream file(path);
-    char block[blockSize];
-    int count = 0;
-    do {
-        count = file.ReceiveInputStream(block, sizeof block);
-        if (count < 0)
-            return call.fail("%s: %s", path, std::strerror(file.errorNumber()));
-    } while (count > 0 && take(block, count));
-    return true;
-}
 
 bool showFile(Invocation& call) {
     return readFile(call, call.word(0), [&](const char* block, int count) {

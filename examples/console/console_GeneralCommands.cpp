@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 #include <string>
 
@@ -51,6 +52,18 @@ bool setSwitchOff(Invocation& call) {
     return setSwitch(call, false);
 }
 
+bool history(Invocation& call) {
+    const std::string text = call.history().text();
+    call.out().SendOutputStream(text.data(), static_cast<unsigned int>(text.size()));
+    return true;
+}
+
+bool setVariable(Invocation& call) {
+    if (utility::Environment::SetEnv(call.word(0), call.word(1)) != 0)
+        return call.fail("%s: %s", call.word(0), std::strerror(errno));
+    return true;
+}
+
 bool quit(Invocation& call) {
     call.end();
     return true;
@@ -61,6 +74,8 @@ bool quit(Invocation& call) {
 const Command generalCommands[] = {
     {"help", "", "list the commands", 0, 0, help},
     {"show environment", "", "show the environment of this process", 0, 0, showEnvironment},
+    {"set", "NAME VALUE", "set a variable of this process", 2, 2, setVariable},
+    {"history", "", "show the last commands and answers", 0, 0, history, REMEMBER_NOTHING},
     {"debug", "", "show the debug switches that are on", 0, 0, showSwitches},
     {"debug on", "NAME", "turn a debug switch on", 1, 1, setSwitchOn},
     {"debug off", "NAME", "turn a debug switch off", 1, 1, setSwitchOff},

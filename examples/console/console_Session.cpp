@@ -9,6 +9,7 @@
 #include "fw_ThreadInfo.h"
 #include "ut_Arguments.h"
 #include "ut_Terminal.h"
+#include "ut_VirtualPutStream.h"
 
 namespace console {
 
@@ -39,6 +40,14 @@ utility::BufferStreamElement* receive(utility::BufferStreamQueue& queue) {
 }
 
 } // namespace
+
+/// A request as the worker reads it back.
+struct Session::Request {
+    int width = 0;
+    int height = 0;
+    std::string line;
+    utility::StringArray words{0};
+};
 
 Session::Session(TerminalConsole& terminal, bool paged)
     : m_terminal(terminal),
@@ -85,7 +94,7 @@ bool Session::run(const char* line, std::string* failure) {
 
     utility::BufferStreamElement* element = takeElement();
     bool succeeded = false;
-    if (writeRequest(*element, words)) {
+    if (writeRequest(*element, line, words)) {
         send(m_requests, element);
         element = receive(m_answers);
         succeeded = readAnswer(*element, failure);
@@ -96,11 +105,12 @@ bool Session::run(const char* line, std::string* failure) {
     return succeeded;
 }
 
-bool Session::writeRequest(utility::BufferStreamElement& element, utility::StringArray& words) {
+bool Session::writeRequest(utility::BufferStreamElement& element, const char* line, utility::StringArray& words) {
     try {
         element.PutParmUint32(REQUEST_COMMAND);
         element.PutParmSint32(utility::Terminal::instance()->width());
         element.PutParmSint32(utility::Terminal::instance()->height());
+        element.PutParmString(line);
         element.PutParmStringArray(words);
     } catch (framework::Exception* overflow) {
         delete overflow;
@@ -139,19 +149,18 @@ void Session::work() {
 
 bool Session::serve(utility::BufferStreamElement& element) {
     unsigned int kind = 0;
-    int width = 0;
-    int height = 0;
-    utility::StringArray words(0);
     element.GetParmUint32(&kind);
     if (kind != REQUEST_COMMAND)
         return false;
-    element.GetParmSint32(&width);
-    element.GetParmSint32(&height);
-    element.GetParmStringArray(words);
+    Request request;
+    element.GetParmSint32(&request.width);
+    element.GetParmSint32(&request.height);
+    request.line = element.GetParmString();
+    element.GetParmStringArray(request.words);
 
     std::string failure;
     bool ends = false;
-    const bool succeeded = answer(words, width, height, &failure, &ends);
+    const bool succeeded = answer(request, &failure, &ends);
 
     element.Rewind();
     element.PutParmUint32(succeeded);
@@ -160,37 +169,41 @@ bool Session::serve(utility::BufferStreamElement& element) {
     return true;
 }
 
-bool Session::answer(utility::StringArray& words, int width, int height, std::string* failure, bool* ends) {
+bool Session::answer(Request& request, std::string* failure, bool* ends) {
     bool succeeded = false;
     if (m_paged) {
-        Pager out(m_terminal, width, height, outputSize, outputThreshold);
-        succeeded = runCommand(words, out, failure, ends);
+        Pager out(m_terminal, request.width, request.height, outputSize, outputThreshold);
+        succeeded = runCommand(request, out, failure, ends);
         out.FlushOutputStream();
     } else {
         utility::VirtualPutStream out(m_terminal.outputStream(), outputSize, outputThreshold);
         out.setHoldOutput(true);
-        succeeded = runCommand(words, out, failure, ends);
+        succeeded = runCommand(request, out, failure, ends);
         out.FlushOutputStream();
     }
+    m_terminal.setAnswering(false);
+    if (!succeeded)
+        m_terminal.history().add(*failure + '\n');
     if (m_terminal.outputError() == 0)
         return succeeded;
     *failure = std::string("standard output: ") + std::strerror(m_terminal.outputError());
     return false;
 }
 
-bool Session::runCommand(utility::StringArray& words, utility::PutStream& out, std::string* failure, bool* ends) {
+bool Session::runCommand(Request& request, utility::PutStream& out, std::string* failure, bool* ends) {
     unsigned int used = 0;
-    const Command* command = findCommand(words, &used, failure);
+    const Command* command = findCommand(request.words, &used, failure);
+    const Remembered remembered = command != nullptr ? command->remembered : REMEMBER_ALL;
+    Invocation call(request.words, used, out, m_terminal.history());
+    if (remembered != REMEMBER_NOTHING)
+        m_terminal.history().add("vx> " + (remembered == REMEMBER_ALL ? request.line : command->name) + '\n');
     if (command == nullptr)
         return false;
-    utility::StringArray rest(words.length());
-    for (unsigned int i = used; i < words.length(); ++i)
-        rest.Append(words[i]);
-    if (rest.length() < command->fewest || rest.length() > command->most) {
+    if (call.wordCount() < command->fewest || call.wordCount() > command->most) {
         *failure = std::string("usage: ") + command->name + (*command->arguments != 0 ? " " : "") + command->arguments;
         return false;
     }
-    Invocation call(rest, out);
+    m_terminal.setAnswering(remembered != REMEMBER_NOTHING);
     bool succeeded = false;
     try {
         succeeded = command->run(call);

@@ -1,14 +1,13 @@
 #pragma once
 
-#include <atomic>
 #include <string>
 #include <thread>
 
 #include "console_TerminalConsole.h"
 #include "ut_BufferStreamList.h"
 #include "ut_BufferStreamQueue.h"
+#include "ut_PutStream.h"
 #include "ut_StringArray.h"
-#include "ut_VirtualPutStream.h"
 
 namespace console {
 
@@ -39,15 +38,17 @@ public:
     }
 
 private:
+    struct Request;
+
     utility::BufferStreamElement* takeElement();
     void giveBack(utility::BufferStreamElement* element);
-    bool writeRequest(utility::BufferStreamElement& element, utility::StringArray& words);
+    bool writeRequest(utility::BufferStreamElement& element, const char* line, utility::StringArray& words);
     bool readAnswer(utility::BufferStreamElement& element, std::string* failure);
 
     void work();
     bool serve(utility::BufferStreamElement& element);
-    bool answer(utility::StringArray& words, int width, int height, std::string* failure, bool* ends);
-    bool runCommand(utility::StringArray& words, utility::PutStream& out, std::string* failure, bool* ends);
+    bool answer(Request& request, std::string* failure, bool* ends);
+    bool runCommand(Request& request, utility::PutStream& out, std::string* failure, bool* ends);
 
     TerminalConsole& m_terminal;
     const bool m_paged;

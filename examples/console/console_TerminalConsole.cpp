@@ -16,6 +16,7 @@ const char endOfInput = 4; // Ctrl-D
 const char lineKill = 21;  // Ctrl-U
 const char backspace = 8;  // Ctrl-H
 const char deleteKey = 127;
+const char tabulator = 9;
 const char escape = 27;
 
 bool isContinuation(char byte) {
@@ -25,7 +26,11 @@ bool isContinuation(char byte) {
 } // namespace
 
 TerminalConsole::TerminalConsole(int input, int output, bool keyMode)
-    : m_input(input), m_output(output), m_mode(keyMode ? input : -1), m_pager(nullptr) {}
+    : m_input(input),
+      m_output(output),
+      m_recorder(m_output, m_history),
+      m_mode(keyMode ? input : -1),
+      m_pager(nullptr) {}
 
 bool TerminalConsole::readByte(char* byte) {
     for (;;) {
@@ -39,6 +44,7 @@ bool TerminalConsole::readByte(char* byte) {
 
 char TerminalConsole::readKey() {
     char key = 'q';
+    m_recorder.forgetLast();
     return readByte(&key) ? key : 'q';
 }
 
@@ -74,7 +80,8 @@ void TerminalConsole::rubOut(std::string* line) {
     show("\b \b");
 }
 
-bool TerminalConsole::readLine(const char* prompt, std::string* line) {
+bool TerminalConsole::readLine(const char* prompt, std::string (*complete)(const std::string& line),
+                               std::string* line) {
     line->clear();
     show(prompt);
     char byte = 0;
@@ -92,6 +99,12 @@ bool TerminalConsole::readLine(const char* prompt, std::string* line) {
         } else if (byte == lineKill) {
             while (!line->empty())
                 rubOut(line);
+        } else if (byte == tabulator) {
+            const std::string longer = complete != nullptr ? complete(*line) : *line;
+            while (!line->empty())
+                rubOut(line);
+            *line = longer;
+            show(*line);
         } else if (byte == escape) {
             // A cursor or function key: "ESC [" and parameters up to a letter or a tilde.
             if (!readByte(&byte) || byte != '[')

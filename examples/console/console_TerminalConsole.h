@@ -3,6 +3,8 @@
 #include <string>
 
 #include "console_DescriptorOutputStream.h"
+#include "console_History.h"
+#include "console_RecordingOutputStream.h"
 #include "console_TerminalMode.h"
 #include "fw_Console.h"
 
@@ -19,21 +21,22 @@ namespace console {
 ///
 ///     console::TerminalConsole terminal(STDIN_FILENO, STDOUT_FILENO, true);
 ///     std::string line;
-///     while (terminal.readLine("vx> ", &line)) run(line);
+///     while (terminal.readLine("vx> ", nullptr, &line)) run(line);
 class TerminalConsole : public framework::Console {
 public:
     /// With `keyMode` and a terminal as input, keys are read one by one from now on.
     TerminalConsole(int input, int output, bool keyMode);
 
     framework::OutputStream& outputStream() override {
-        return m_output;
+        return m_recorder;
     }
     /// The next key; 'q' when there will be none.
     char readKey() override;
     void removePrompt(int width) override;
 
-    /// Shows `prompt` and lets the user edit a line. False when there will be none.
-    bool readLine(const char* prompt, std::string* line);
+    /// Shows `prompt` and lets the user edit a line; the tabulator key replaces it by what `complete` makes of it.
+    /// False when there will be none.
+    bool readLine(const char* prompt, std::string (*complete)(const std::string& line), std::string* line);
 
     /// Reads a line without prompt and editing. False when there are none left; the last one needs no newline.
     bool readPlainLine(std::string* line);
@@ -41,6 +44,14 @@ public:
     /// The `errno` of the failure to write, 0 when there was none.
     int outputError() const {
         return m_output.errorNumber();
+    }
+    /// What the user has entered and been answered.
+    History& history() {
+        return m_history;
+    }
+    /// Whether what is written from now on is an answer, which the history remembers.
+    void setAnswering(bool answering) {
+        m_recorder.setRecording(answering);
     }
     /// The stream that learns the terminal's size before each of its next pages; null for none.
     void setPager(utility::PagingVirtualPutStream* pager) {
@@ -54,6 +65,8 @@ private:
 
     int m_input;
     DescriptorOutputStream m_output;
+    History m_history;
+    RecordingOutputStream m_recorder;
     TerminalMode m_mode;
     utility::PagingVirtualPutStream* m_pager;
 };

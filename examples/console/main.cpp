@@ -1,12 +1,16 @@
+#include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <string>
 
 #include <unistd.h>
 
+#include "console_CommandTable.h"
 #include "console_Session.h"
+#include "fw_ApplicationArguments.h"
 #include "fw_Container.h"
 #include "fw_ThreadInfo.h"
+#include "ut_Debug.h"
 #include "ut_Terminal.h"
 
 namespace {
@@ -21,6 +25,28 @@ int usage(std::FILE* out) {
 
 void report(const std::string& failure) {
     std::fprintf(stderr, "%s\n", failure.c_str());
+}
+
+/// Gives a crash its own stack, because the thread's may be what has overflowed.
+void crash(int sig) {
+    console::TerminalMode::restore();
+    utility::Debug::SignalCrash(sig);
+}
+
+void handleSignals() {
+    static char stack[131072];
+    stack_t signalStack = {};
+    signalStack.ss_sp = stack;
+    signalStack.ss_size = sizeof stack;
+    sigaltstack(&signalStack, nullptr);
+    struct sigaction action = {};
+    action.sa_handler = crash;
+    action.sa_flags = SA_ONSTACK;
+    for (const int sig : {SIGSEGV, SIGBUS, SIGILL, SIGFPE, SIGABRT})
+        sigaction(sig, &action, nullptr);
+    action.sa_handler = utility::Debug::SignalContext;
+    action.sa_flags = SA_RESTART;
+    sigaction(SIGUSR2, &action, nullptr);
 }
 
 int runOne(console::TerminalConsole& terminal, const char* line) {
@@ -50,7 +76,7 @@ int runAll(console::TerminalConsole& terminal) {
 int runInteractively(console::TerminalConsole& terminal) {
     console::Session session(terminal, true);
     std::string line;
-    while (!session.isEnded() && terminal.readLine("vx> ", &line)) {
+    while (!session.isEnded() && terminal.readLine("vx> ", console::completeCommand, &line)) {
         std::string failure;
         if (!session.run(line.c_str(), &failure))
             report(failure);
@@ -68,6 +94,11 @@ int main(int argc, char** argv) {
         return usage(stderr);
 
     framework::Container container;
+    // Reports are named after the program, wherever it lies.
+    if (char* slash = std::strrchr(argv[0], '/'))
+        argv[0] = slash + 1;
+    framework::ApplicationArguments arguments(argc, argv);
+    handleSignals();
     framework::ThreadInfo::MyThreadInfo()->setThreadName("console");
     utility::Terminal::instance();
     const bool interactive = !hasCommand && isatty(STDIN_FILENO) && isatty(STDOUT_FILENO);

@@ -1,0 +1,28 @@
+#include "console_History.h"
+
+namespace console {
+
+namespace {
+
+const int capacity = 65536;
+
+} // namespace
+
+History::History() : m_stream(capacity), m_added(0) {}
+
+void History::add(const std::string& text) {
+    m_stream.SendOutputStream(text.data(), static_cast<unsigned int>(text.size()));
+    m_added += text.size();
+}
+
+std::string History::text() {
+    std::string held(capacity, 0);
+    m_stream.StartInputStream();
+    held.resize(static_cast<std::size_t>(m_stream.ReceiveInputStream(&held[0], capacity)));
+    // What was overwritten ends somewhere inside a line.
+    if (m_added >= capacity)
+        held.erase(0, held.find('\n') + 1);
+    return held;
+}
+
+} // namespace console

@@ -1,0 +1,214 @@
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <ifaddrs.h>
+#include <linux/if_packet.h>
+#include <net/if.h>
+#include <netinet/in.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "console_CommandGroups.h"
+#include "console_Files.h"
+#include "ut_DateTime.h"
+#include "ut_Debug.h"
+#include "ut_DirIterator.h"
+#include "ut_Environment.h"
+#include "ut_GetStream.h"
+#include "ut_ISCSIPortAddress.h"
+#include "ut_Misc.h"
+#include "ut_PortAddressArray.h"
+#include "ut_TimeMeasure.h"
+#include "ut_WWN.h"
+
+namespace console {
+
+namespace {
+
+const unsigned int iscsiPort = 3260;
+const long long bytesPerSector = 512;
+const char* const blockDevices = "/sys/block";
+const char* const fibreChannelHosts = "/sys/class/fc_host";
+
+/// The names in a directory in alphabetical order, without those that begin with a dot.
+std::vector<std::string> namesIn(const char* directory) {
+    std::vector<std::string> names;
+    utility::DirIterator entries(directory, "[!.]*");
+    for (const char* name = entries.getFirst(nullptr); name != nullptr; name = entries.getNext())
+        names.emplace_back(name);
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+struct Interface {
+    std::string mac;
+    utility::PortAddressArray addresses{0};
+};
+
+void addAddress(Interface& interface, const sockaddr* address) {
+    if (address->sa_family == AF_INET) {
+        sockaddr_in in = {};
+        std::memcpy(&in, address, sizeof in);
+        utility::IPV4Address ip(static_cast<unsigned int>(in.sin_addr.s_addr));
+        interface.addresses.Append(new utility::ISCSIPortAddress(ip, iscsiPort, nullptr));
+    } else if (address->sa_family == AF_INET6) {
+        sockaddr_in6 in = {};
+        std::memcpy(&in, address, sizeof in);
+        utility::IPV6Address ip(in.sin6_addr.s6_addr);
+        interface.addresses.Append(new utility::ISCSIPortAddress(ip, iscsiPort, nullptr));
+    } else if (address->sa_family == AF_PACKET) {
+        sockaddr_ll link = {};
+        char text[18];
+        std::memcpy(&link, address, sizeof link);
+        interface.mac =
+            utility::Misc::toMacAddress(utility::Misc::uint64FromMACAddress(link.sll_addr), text, sizeof text);
+    }
+}
+
+bool showPorts(Invocation& call) {
+    ifaddrs* list = nullptr;
+    if (getifaddrs(&list) != 0)
+        return call.fail("network interfaces: %s", std::strerror(errno));
+    const std::unique_ptr<ifaddrs, void (*)(ifaddrs*)> owner(list, freeifaddrs);
+    std::map<std::string, Interface> interfaces;
+    for (const ifaddrs* entry = list; entry != nullptr; entry = entry->ifa_next) {
+        Interface& interface = interfaces[entry->ifa_name];
+        if (entry->ifa_addr != nullptr)
+            addAddress(interface, entry->ifa_addr);
+    }
+    for (const auto& entry : interfaces) {
+        const Interface& interface = entry.second;
+        call.out().PutF("%-12s %-17s ", entry.first.c_str(), interface.mac.empty() ? "-" : interface.mac.c_str());
+        interface.addresses.toPutStream(call.out());
+        call.out().PutC('\n');
+    }
+    for (const std::string& host : namesIn(fibreChannelHosts)) {
+        const std::string name = firstLineOf(std::string(fibreChannelHosts) + '/' + host + "/port_name");
+        const utility::WWN wwn(name.compare(0, 2, "0x") == 0 ? name.c_str() + 2 : name.c_str());
+        call.out().PutF("%-12s ", host.c_str());
+        wwn.toPutStream(call.out());
+        call.out().PutC('\n');
+    }
+    return true;
+}
+
+bool showDisks(Invocation& call) {
+    call.out().PutF("%-12s %10s %11s  %-10s %s\n", "NAME", "SIZE", "", "KIND", "MODEL");
+    for (const std::string& name : namesIn(blockDevices)) {
+        const std::string folder = std::string(blockDevices) + '/' + name;
+        const long long size = std::strtoll(firstLineOf(folder + "/size").c_str(), nullptr, 10) * bytesPerSector;
+        const std::string model = firstLineOf(folder + "/device/model");
+        char three[40];
+        char four[40];
+        utility::Misc::toDSdecimal(size, 3, three, sizeof three);
+        utility::Misc::toDSdecimal(size, 4, four, sizeof four);
+        const std::string rotational = firstLineOf(folder + "/queue/rotational");
+        call.out().PutF("%-12s %10s %11s  %-10s %s\n", name.c_str(), three, four,
+                        rotational == "1"   ? "rotational"
+                        : rotational == "0" ? "solid"
+                                            : "-",
+                        model.empty() ? "-" : model.c_str());
+    }
+    return true;
+}
+
+bool date(Invocation& call) {
+    const utility::DateTime now = utility::DateTime::Now();
+    now.ToBuffer(call.out());
+    call.out().PutC('\n');
+    return true;
+}
+
+bool uptime(Invocation& call) {
+    const std::string text = firstLineOf("/proc/uptime");
+    if (text.empty())
+        return call.fail("/proc/uptime cannot be read");
+    const double seconds = std::strtod(text.c_str(), nullptr);
+    char duration[20];
+    utility::TimeMeasure::printDurationMillisec(static_cast<int64_t>(seconds * 1e6), duration, sizeof duration);
+    call.out().PutF("%s\n", duration);
+    return true;
+}
+
+/// A folder for context files that is removed with them, unless the user has named one.
+class ContextFolder {
+public:
+    ContextFolder() : m_isOurs(utility::Environment::GetEnv("VX_MEM") == nullptr) {
+        const char* folder = utility::Environment::GetEnv("TMPDIR");
+        m_root = m_isOurs ? std::string(folder != nullptr ? folder : "/tmp") + "/vxconsoleXXXXXX"
+                          : utility::Environment::GetEnv("VX_MEM");
+        if (m_isOurs && mkdtemp(&m_root[0]) != nullptr)
+            utility::Environment::SetEnv("VX_MEM", m_root.c_str());
+    }
+    ContextFolder(const ContextFolder&) = delete;
+    ContextFolder& operator=(const ContextFolder&) = delete;
+    ~ContextFolder() {
+        for (const std::string& name : names())
+            unlink((path() + '/' + name).c_str());
+        if (!m_isOurs)
+            return;
+        rmdir(path().c_str());
+        rmdir(m_root.c_str());
+        utility::Environment::UnsetEnv("VX_MEM");
+    }
+
+    std::string path() const {
+        return m_root + "/vxconsoleContext";
+    }
+    std::vector<std::string> names() const {
+        return namesIn(path().c_str());
+    }
+
+private:
+    bool m_isOurs;
+    std::string m_root;
+};
+
+std::string contentsOf(const std::string& path) {
+    utility::GetStream file(path.c_str());
+    return std::string(file.pTail() != nullptr ? file.pTail() : "", static_cast<std::size_t>(file.ReadAvailable()));
+}
+
+bool isWhole(const std::string& report) {
+    return report.find("<<<Backtrace End") != std::string::npos;
+}
+
+bool context(Invocation& call) {
+    const unsigned int threadCount = 2;
+    const int longestWait = 500;
+    const ContextFolder folder;
+    utility::Debug::SignalThreads(SIGUSR2);
+    std::vector<std::string> names;
+    unsigned int whole = 0;
+    for (int i = 0; i < longestWait && whole < threadCount; ++i) {
+        utility::Misc::sleepMicroseconds(10000);
+        names = folder.names();
+        whole = static_cast<unsigned int>(std::count_if(names.begin(), names.end(), [&](const std::string& name) {
+            return isWhole(contentsOf(folder.path() + '/' + name));
+        }));
+    }
+    if (names.empty())
+        return call.fail("%s: no thread left its context", folder.path().c_str());
+    for (const std::string& name : names)
+        call.out().PutF("%s\n%s", name.c_str(), contentsOf(folder.path() + '/' + name).c_str());
+    return true;
+}
+
+} // namespace
+
+const Command systemCommands[] = {
+    {"show ports", "", "show network interfaces and Fibre Channel hosts", 0, 0, showPorts},
+    {"show disks", "", "show the block devices", 0, 0, showDisks},
+    {"date", "", "show the date and time", 0, 0, date},
+    {"uptime", "", "show how long the system has been running", 0, 0, uptime},
+    {"context", "", "show the back trace of every thread", 0, 0, context},
+    {nullptr, nullptr, nullptr, 0, 0, nullptr}};
+
+} // namespace console

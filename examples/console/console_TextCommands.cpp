@@ -1,0 +1,195 @@
+#include <algorithm>
+#include <cctype>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "console_CommandGroups.h"
+#include "console_Files.h"
+#include "ut_Misc.h"
+#include "ut_StringMap.h"
+#include "ut_md5.h"
+
+namespace console {
+
+namespace {
+
+const unsigned int bucketCount = 65536;
+
+/// How often each word of a text occurs.
+class WordCounts {
+public:
+    WordCounts() : m_counts(bucketCount) {}
+
+    void add(char c) {
+        const unsigned char byte = static_cast<unsigned char>(c);
+        if (std::isalnum(byte) != 0 || byte > 127 || c == '_' || c == '\'') {
+            m_word += static_cast<char>(std::tolower(byte));
+        } else {
+            endWord();
+        }
+    }
+
+    void endWord() {
+        if (m_word.empty())
+            return;
+        void* count = m_counts.Lookup(m_word.c_str());
+        const std::uintptr_t before = count != notFound ? reinterpret_cast<std::uintptr_t>(count) : 0;
+        m_counts.Add(m_word.c_str(), reinterpret_cast<void*>(before + 1));
+        m_word.clear();
+    }
+
+    /// The words, the most frequent first, and in alphabetical order where they are equally frequent.
+    std::vector<std::pair<std::uintptr_t, std::string>> sorted() {
+        std::vector<std::pair<std::uintptr_t, std::string>> words;
+        void* count = nullptr;
+        for (const char* word = m_counts.First(count); word != nullptr; word = m_counts.Next(word, count))
+            words.emplace_back(reinterpret_cast<std::uintptr_t>(count), word);
+        std::sort(words.begin(), words.end(), [](const auto& a, const auto& b) {
+            return a.first != b.first ? a.first > b.first : a.second < b.second;
+        });
+        return words;
+    }
+
+private:
+    static void* const notFound;
+
+    utility::StringMap m_counts;
+    std::string m_word;
+};
+
+void* const WordCounts::notFound = reinterpret_cast<void*>(-1);
+
+bool countWords(Invocation& call) {
+    WordCounts counts;
+    const bool succeeded = readFile(call, call.word(0), [&](const char* block, int count) {
+        std::for_each(block, block + count, [&](char c) { counts.add(c); });
+        return true;
+    });
+    if (!succeeded)
+        return false;
+    counts.endWord();
+    for (const auto& word : counts.sorted())
+        call.out().PutF("%8lu %s\n", static_cast<unsigned long>(word.first), word.second.c_str());
+    return true;
+}
+
+/// Runs `one` for each path; a failure does not keep the others from their turn.
+bool forEachPath(Invocation& call, bool (*one)(Invocation& call, const char* path)) {
+    std::string failures;
+    for (unsigned int i = 0; i < call.wordCount(); ++i) {
+        if (!one(call, call.word(i)))
+            failures += (failures.empty() ? "" : "; ") + call.failure();
+    }
+    return failures.empty() || call.fail("%s", failures.c_str());
+}
+
+bool showMd5(Invocation& call, const char* path) {
+    md5_state_t state;
+    unsigned char digest[16];
+    char text[33];
+    md5_init(&state);
+    const bool succeeded = readFile(call, path, [&](const char* block, int count) {
+        md5_append(&state, reinterpret_cast<const unsigned char*>(block), count);
+        return true;
+    });
+    if (!succeeded)
+        return false;
+    md5_finish(&state, digest);
+    call.out().PutF("%s  %s\n", utility::Misc::toHexString(digest, sizeof digest, text, sizeof text), path);
+    return true;
+}
+
+bool md5(Invocation& call) {
+    return forEachPath(call, showMd5);
+}
+
+bool showCrc(Invocation& call, const char* path) {
+    unsigned char crc = 0xFF;
+    char text[3];
+    const bool succeeded = readFile(call, path, [&](const char* block, int count) {
+        std::for_each(block, block + count,
+                      [&](char c) { crc = utility::Misc::crc_table(static_cast<unsigned char>(c), crc); });
+        return true;
+    });
+    if (!succeeded)
+        return false;
+    call.out().PutF("%s  %s\n", utility::Misc::toHexString(crc, true, text, sizeof text), path);
+    return true;
+}
+
+bool crc(Invocation& call) {
+    return forEachPath(call, showCrc);
+}
+
+/// How many bytes a UTF-8 character has whose first byte is `lead`; 1 for what begins none.
+std::size_t announcedLength(unsigned char lead) {
+    std::size_t ones = 0;
+    while (ones < 8 && (lead & (0x80U >> ones)) != 0)
+        ++ones;
+    return ones >= 2 && ones <= 6 ? ones : 1;
+}
+
+/// Finds the first place of a text, given byte by byte, that is no printable UTF-8.
+class Utf8Check {
+public:
+    /// Whether everything before `c` is well.
+    bool add(char c) {
+        const bool continues = (static_cast<unsigned char>(c) & 0xC0) == 0x80 && m_character.size() < m_announced;
+        if (!continues && !endCharacter())
+            return false;
+        if (!continues)
+            m_announced = announcedLength(static_cast<unsigned char>(c));
+        m_character += c;
+        return true;
+    }
+
+    /// Whether the last character is well too.
+    bool endCharacter() {
+        const unsigned int length = static_cast<unsigned int>(m_character.size());
+        if (length > 0 &&
+            (m_character[0] == 0 || !utility::Misc::isStringPrintableUtf8(m_character.data(), length, "", "\t\n\r")))
+            return false;
+        m_start += length;
+        m_character.clear();
+        m_announced = 0;
+        return true;
+    }
+
+    /// Where the first character begins that is not known to be well.
+    unsigned long long badOffset() const {
+        return m_start;
+    }
+
+private:
+    std::string m_character;
+    std::size_t m_announced = 0;
+    unsigned long long m_start = 0;
+};
+
+bool checkUtf8(Invocation& call) {
+    Utf8Check check;
+    bool good = true;
+    const bool read = readFile(call, call.word(0), [&](const char* block, int count) {
+        for (int i = 0; good && i < count; ++i)
+            good = check.add(block[i]);
+        return good;
+    });
+    if (!read)
+        return false;
+    if (!good || !check.endCharacter())
+        return call.fail("%s: no printable UTF-8 at offset %llu", call.word(0), check.badOffset());
+    call.out().PutF("%s: printable UTF-8\n", call.word(0));
+    return true;
+}
+
+} // namespace
+
+const Command textCommands[] = {
+    {"count words", "PATH", "count the words of a file, the most frequent first", 1, 1, countWords},
+    {"md5", "PATH...", "show the MD5 digests of files", 1, 1000, md5},
+    {"crc", "PATH...", "show the CRC-8 of files", 1, 1000, crc},
+    {"check utf8", "PATH", "find the first place that is no printable UTF-8", 1, 1, checkUtf8},
+    {nullptr, nullptr, nullptr, 0, 0, nullptr}};
+
+} // namespace console

@@ -1,0 +1,137 @@
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <string>
+
+#include <pwd.h>
+
+#include "console_CommandGroups.h"
+#include "ut_Environment.h"
+#include "ut_PWService.h"
+
+namespace console {
+
+namespace {
+
+// The numbers of ordinary users; above them are those of the system, such as nobody's.
+const unsigned int firstUserNumber = 1000;
+const unsigned int lastUserNumber = 59999;
+
+/// Nobody edits the machine's own password file by accident.
+bool hasRoot(Invocation& call) {
+    return utility::Environment::GetEnv("VX_ROOT") != nullptr || call.fail("refused: VX_ROOT is not set");
+}
+
+void putUser(utility::PutStream& out, const passwd& user) {
+    out.PutF("%-16s %6u %6u %-24s %-20s %s\n", user.pw_name, user.pw_uid, user.pw_gid, user.pw_gecos, user.pw_dir,
+             user.pw_shell);
+}
+
+/// Gives each entry of the password file to `take`. False, with the failure set, when the file cannot be read.
+template<typename Take>
+bool forEachUser(Invocation& call, Take take) {
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(utility::PWService::getFileName(), "re"),
+                                                               std::fclose);
+    if (file == nullptr)
+        return call.fail("%s: %s", utility::PWService::getFileName(), std::strerror(errno));
+    passwd user = {};
+    passwd* result = nullptr;
+    char texts[4096];
+    while (fgetpwent_r(file.get(), &user, texts, sizeof texts, &result) == 0 && result != nullptr)
+        take(user);
+    return true;
+}
+
+bool showUsers(Invocation& call) {
+    return forEachUser(call, [&](const passwd& user) { putUser(call.out(), user); });
+}
+
+bool showUser(Invocation& call) {
+    const utility::PW* user = utility::PWService::getUser(call.word(0));
+    if (user == nullptr)
+        return call.fail("%s: no such user in %s", call.word(0), utility::PWService::getFileName());
+    putUser(call.out(), user->m_passwd);
+    return true;
+}
+
+/// What the platform would not write, or would write as something else.
+bool isField(Invocation& call, const char* text) {
+    return std::strpbrk(text, ":\n") == nullptr || call.fail("%s: a field holds no colon and no line end", text);
+}
+
+/// Whether the file now holds what a command has put into it.
+bool isStored(Invocation& call, const char* name, bool expected) {
+    return (utility::PWService::getUser(name) != nullptr) == expected ||
+           call.fail("%s could not be rewritten", utility::PWService::getFileName());
+}
+
+bool addUser(Invocation& call) {
+    const char* name = call.word(0);
+    const std::string home = std::string("/home/") + name;
+    const char* realName = call.wordCount() > 1 ? call.word(1) : "";
+    if (!hasRoot(call) || !isField(call, name) || !isField(call, realName))
+        return false;
+    if (*name == 0)
+        return call.fail("a user needs a name");
+    if (utility::PWService::getUser(name) != nullptr)
+        return call.fail("%s: exists already", name);
+    unsigned int number = firstUserNumber;
+    const bool read = forEachUser(call, [&](const passwd& other) {
+        if (other.pw_uid >= number && other.pw_uid < lastUserNumber)
+            number = other.pw_uid + 1;
+    });
+    if (!read)
+        return false;
+    utility::PW user;
+    user.m_passwd.pw_name = user.newString(name);
+    user.m_passwd.pw_passwd = user.newString("!");
+    user.m_passwd.pw_uid = number;
+    user.m_passwd.pw_gid = number;
+    user.m_passwd.pw_gecos = user.newString(realName);
+    user.m_passwd.pw_dir = user.newString(home.c_str());
+    user.m_passwd.pw_shell = user.newString("/bin/sh");
+    if (user.m_passwd.pw_shell == nullptr)
+        return call.fail("the texts are too long");
+    utility::PWService::putUser(&user);
+    return isStored(call, name, true);
+}
+
+bool deleteUser(Invocation& call) {
+    if (!hasRoot(call))
+        return false;
+    utility::PW* user = utility::PWService::getUser(call.word(0));
+    if (user == nullptr)
+        return call.fail("%s: no such user", call.word(0));
+    utility::PWService::delUser(user);
+    return isStored(call, call.word(0), false);
+}
+
+bool setPassword(Invocation& call) {
+    char hash[64];
+    if (!hasRoot(call))
+        return false;
+    utility::PW* user = utility::PWService::getUser(call.word(0));
+    if (user == nullptr)
+        return call.fail("%s: no such user", call.word(0));
+    if (*utility::PWService::encryptPassword(call.word(1), hash, sizeof hash) == 0)
+        return call.fail("this platform cannot hash a password so");
+    user->m_passwd.pw_passwd = hash;
+    utility::PWService::putUser(user);
+    user = utility::PWService::getUser(call.word(0));
+    return (user != nullptr && std::strcmp(user->getPassword(), hash) == 0) ||
+           call.fail("%s could not be rewritten", utility::PWService::getFileName());
+}
+
+} // namespace
+
+const Command userCommands[] = {
+    {"show users", "", "show the users of the password file", 0, 0, showUsers},
+    {"show user", "NAME", "show one user", 1, 1, showUser},
+    {"add user", "NAME [REALNAME]", "add a user under VX_ROOT, without a password", 1, 2, addUser},
+    {"delete user", "NAME", "delete a user under VX_ROOT", 1, 1, deleteUser},
+    {"password", "NAME PASSWORD", "set a user's password under VX_ROOT", 2, 2, setPassword, REMEMBER_NAME},
+    {nullptr, nullptr, nullptr, 0, 0, nullptr}};
+
+} // namespace console
