@@ -1,0 +1,55 @@
+#!/usr/bin/env bash
+# Installs the build tree $1 into a new folder, and builds and runs a program against it: through the CMake package and
+# through pkg-config, with each installed header on its own, and with the umbrella header leaving none out.
+set -eu
+build=$1
+source=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")" && pwd)
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+prefix=$folder/prefix
+compiler=${CXX:-c++}
+expected="port=4x 1239 ut_PutStream"
+
+fail() {
+    echo "FAILED: $*" >&2
+    exit 1
+}
+
+cmake --install "$build" --prefix "$prefix" >"$folder/install.log"
+
+cmake -G Ninja -S "$source" -B "$folder/cmake" -DCMAKE_PREFIX_PATH="$prefix" >"$folder/configure.log"
+cmake --build "$folder/cmake" >"$folder/build.log" || {
+    cat "$folder/build.log"
+    fail "the CMake package does not build"
+}
+[ "$("$folder/cmake/consumer")" = "$expected" ] || fail "the program of the CMake package prints something else"
+
+description=$(find "$prefix" -name VXut.pc)
+[ -n "$description" ] || fail "no VXut.pc"
+if command -v pkg-config >/dev/null; then
+    export PKG_CONFIG_PATH=${description%/*}
+    libraries=$(pkg-config --variable=libdir VXut)
+    # shellcheck disable=SC2046
+    "$compiler" -std=c++17 "$source/consumer.cpp" $(pkg-config --cflags --libs VXut) -o "$folder/consumer"
+    [ "$(LD_LIBRARY_PATH=$libraries "$folder/consumer")" = "$expected" ] || fail "the program of VXut.pc prints something else"
+fi
+
+headers=$prefix/include/VXut
+included=$("$compiler" -std=c++17 -I"$prefix/include" -M -x c++ "$headers/VXut.h")
+for header in "$headers"/*.h; do
+    name=${header##*/}
+    echo "#include <VXut/$name>" | "$compiler" -std=c++17 -Wall -Wextra -Wpedantic -Werror -fsyntax-only \
+        -I"$prefix/include" -x c++ - || fail "$name does not stand alone"
+    case $name in
+    fw_* | VXut.h | ut_Export.h) ;;
+    *)
+        grep -q "/$name" <<<"$included" || fail "VXut.h leaves out $name"
+        ;;
+    esac
+done
+echo '#include <VXut/ut_md5.h>' | gcc -std=c99 -Wall -Wextra -Wpedantic -Werror -fsyntax-only -I"$prefix/include" -x c - ||
+    fail "ut_md5.h is no C"
+if grep -rlE '/ut_(Failure|Trace)\.h' "$prefix"; then
+    fail "internal headers are named"
+fi
+echo "the installed package works"
