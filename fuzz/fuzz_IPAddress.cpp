@@ -1,0 +1,55 @@
+#include <arpa/inet.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+#include "ut_IPV4Address.h"
+#include "ut_IPV6Address.h"
+
+namespace {
+
+void require(bool holds) {
+    if (!holds)
+        std::abort();
+}
+
+// What is refused leaves the value alone; what is taken is the platform's value and prints as the platform prints it.
+void checkIPV4(const char* text) {
+    in_addr expected = {0x04030201};
+    const bool accepted = inet_pton(AF_INET, text, &expected) == 1;
+    utility::IPV4Address address(0x04030201u);
+    require(address.fromString(text) == accepted);
+    require(address.getValue() == expected.s_addr);
+
+    char printed[INET_ADDRSTRLEN];
+    char platform[INET_ADDRSTRLEN];
+    address.toBuffer(printed, sizeof printed);
+    require(std::strcmp(printed, inet_ntop(AF_INET, &expected, platform, sizeof platform)) == 0);
+}
+
+void checkIPV6(const char* text) {
+    in6_addr expected = {};
+    const bool accepted = std::strlen(text) <= 65534 && inet_pton(AF_INET6, text, &expected) == 1;
+    utility::IPV6Address address("fe80::1");
+    require(address.fromString(text) == accepted);
+    require(std::memcmp(&address, &expected, sizeof expected) == 0);
+    require(address.isValid() != address.isZero());
+
+    char printed[64];
+    char platform[INET6_ADDRSTRLEN];
+    address.toBuffer(printed, sizeof printed);
+    require(std::strcmp(printed, inet_ntop(AF_INET6, &expected, platform, sizeof platform)) == 0);
+}
+
+} // namespace
+
+/// A text as an IPv4 and as an IPv6 address, against the platform's own functions.
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    const std::string text(reinterpret_cast<const char*>(data), size);
+    checkIPV4(text.c_str());
+    checkIPV6(text.c_str());
+    return 0;
+}
