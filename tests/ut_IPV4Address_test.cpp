@@ -8,6 +8,7 @@
 #include <random>
 #include <string>
 #include <type_traits>
+#include <utility>
 
 #include "ExpectFailure.h"
 #include "GuardedText.h"
@@ -23,6 +24,12 @@ static_assert(sizeof(IPV4Address) == 4, "copied to and from socket addresses");
 static_assert(std::is_trivially_copyable<IPV4Address>::value, "a plain value");
 static_assert(std::is_trivially_destructible<IPV4Address>::value, "a plain value");
 static_assert(!std::is_polymorphic<IPV4Address>::value, "a plain value");
+
+template<class T, class = void>
+struct IsOrdered : std::false_type {};
+template<class T>
+struct IsOrdered<T, std::void_t<decltype(std::declval<T>() < std::declval<T>())>> : std::true_type {};
+static_assert(!IsOrdered<IPV4Address>::value, "the bytes of a word in network order are no order of addresses");
 
 std::string text(const IPV4Address& address) {
     char buf[16];
