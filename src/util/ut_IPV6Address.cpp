@@ -15,16 +15,15 @@ namespace utility {
 namespace {
 
 const unsigned int GROUPS = 8;
-const size_t LONGEST_TEXT = 65534; // what the 16-bit index below can count, its terminator included
+const size_t LONGEST_TEXT = 65534; // with its terminator, what 16 bits count
 
-char* upperCaseCopy(const char* text, size_t length) {
-    char* const copy = static_cast<char*>(framework::Memory::StaticAlloc(static_cast<unsigned long>(length + 1)));
+char* upperCaseCopy(const char* text, uint16_t length) {
+    char* const copy = static_cast<char*>(framework::Memory::StaticAlloc(length + 1ul));
     if (copy == nullptr)
         return nullptr;
-    uint16_t index = 0;
-    for (; index < length; ++index)
+    for (uint16_t index = 0; index < length; ++index)
         copy[index] = static_cast<char>(std::toupper(static_cast<unsigned char>(text[index])));
-    copy[index] = 0;
+    copy[length] = 0;
     return copy;
 }
 
@@ -63,7 +62,7 @@ bool IPV6Address::fromString(const char* text) {
     const size_t length = std::strlen(text);
     if (length > LONGEST_TEXT)
         return false;
-    char* const copy = upperCaseCopy(text, length);
+    char* const copy = upperCaseCopy(text, static_cast<uint16_t>(length));
     if (copy == nullptr)
         return false;
     const bool parsed = inet_pton(AF_INET6, copy, m_groups) > 0;

@@ -65,11 +65,13 @@ bool ISCSIPortAddress::operator==(const PortAddress& other) const {
 }
 
 ISCSIPortAddress& ISCSIPortAddress::operator=(const ISCSIPortAddress& other) {
+    if (this == &other)
+        return *this;
     m_ipType = other.m_ipType;
     m_ipv4 = other.m_ipv4;
     m_ipv6 = other.m_ipv6;
     m_port = other.m_port;
-    std::memmove(m_name, other.m_name, sizeof m_name);
+    std::memcpy(m_name, other.m_name, sizeof m_name);
     return *this;
 }
 

@@ -17,6 +17,7 @@ namespace {
 
 const unsigned int TRACE_SWITCH = 4500;
 const unsigned int GROWTH = 20;
+const size_t SLOT_WIDTH = sizeof(void*);
 const unsigned int NOT_FOUND = 0xFFFFFFFF;
 
 void deleteAddress(PortAddress* address) {
@@ -31,7 +32,7 @@ void deleteAddress(PortAddress* address) {
 } // namespace
 
 PortAddressArray::PortAddressArray(unsigned int capacity) : Array(GROWTH) {
-    m_block = realloc(nullptr, &m_size, capacity, sizeof(PortAddress*));
+    m_block = realloc(nullptr, &m_size, capacity, SLOT_WIDTH);
 }
 
 // The other constructor completes the object, so that a clone that fails ends in the destructor.
@@ -64,7 +65,7 @@ PortAddressArray::~PortAddressArray() {
 
 void PortAddressArray::growWhenFull() {
     if (m_length >= m_size)
-        m_block = realloc(m_block, &m_size, GROWTH, sizeof(PortAddress*));
+        m_block = realloc(m_block, &m_size, GROWTH, SLOT_WIDTH);
 }
 
 void PortAddressArray::Append(PortAddress* address) {
@@ -121,7 +122,7 @@ PortAddress* PortAddressArray::ElementAt(unsigned int index) const {
 void PortAddressArray::Append(PortAddressArray& other) {
     const unsigned int count = other.length();
     if (uint64_t{m_length} + count >= m_size)
-        m_block = realloc(m_block, &m_size, std::max(GROWTH, count), sizeof(PortAddress*));
+        m_block = realloc(m_block, &m_size, std::max(GROWTH, count), SLOT_WIDTH);
     for (unsigned int index = 0; index < count; ++index)
         Append(other.slots()[index]);
 }

@@ -16,17 +16,18 @@ namespace {
 
 const unsigned int TRACE_SWITCH = 4618;
 const unsigned int GROWTH = 20;
+const size_t SLOT_WIDTH = sizeof(void*);
 const unsigned int NOT_FOUND = 0xFFFFFFFF;
 
 } // namespace
 
 SerialNumberArray::SerialNumberArray(unsigned int capacity) : Array(GROWTH) {
-    m_block = realloc(nullptr, &m_size, capacity, sizeof(SerialNumber*));
+    m_block = realloc(nullptr, &m_size, capacity, SLOT_WIDTH);
 }
 
 SerialNumberArray::SerialNumberArray(const SerialNumberArray& other) : Array(GROWTH) {
-    m_block = realloc(nullptr, &m_size, other.size(), sizeof(SerialNumber*));
-    std::memcpy(m_block, other.m_block, other.length() * sizeof(SerialNumber*));
+    m_block = realloc(nullptr, &m_size, other.size(), SLOT_WIDTH);
+    std::memcpy(m_block, other.m_block, other.length() * SLOT_WIDTH);
     m_length = other.length();
 }
 
@@ -38,7 +39,7 @@ SerialNumberArray::~SerialNumberArray() {
 
 void SerialNumberArray::growWhenFull() {
     if (m_length >= m_size)
-        m_block = realloc(m_block, &m_size, GROWTH, sizeof(SerialNumber*));
+        m_block = realloc(m_block, &m_size, GROWTH, SLOT_WIDTH);
 }
 
 void SerialNumberArray::Append(SerialNumber* number) {
@@ -91,7 +92,7 @@ SerialNumber* const& SerialNumberArray::operator[](unsigned int index) const {
 void SerialNumberArray::Append(SerialNumberArray& other) {
     const unsigned int count = other.length();
     if (uint64_t{m_length} + count >= m_size)
-        m_block = realloc(m_block, &m_size, std::max(GROWTH, count), sizeof(SerialNumber*));
+        m_block = realloc(m_block, &m_size, std::max(GROWTH, count), SLOT_WIDTH);
     for (unsigned int index = 0; index < count; ++index)
         Append(other.slots()[index]);
 }

@@ -16,17 +16,18 @@ namespace {
 
 const unsigned int TRACE_SWITCH = 5154;
 const unsigned int GROWTH = 20;
+const size_t SLOT_WIDTH = sizeof(void*);
 const unsigned int NOT_FOUND = 0xFFFFFFFF;
 
 } // namespace
 
 WWNArray::WWNArray(unsigned int capacity) : Array(GROWTH) {
-    m_block = realloc(nullptr, &m_size, capacity, sizeof(WWN*));
+    m_block = realloc(nullptr, &m_size, capacity, SLOT_WIDTH);
 }
 
 WWNArray::WWNArray(const WWNArray& other) : Array(GROWTH) {
-    m_block = realloc(nullptr, &m_size, other.size(), sizeof(WWN*));
-    std::memcpy(m_block, other.m_block, other.length() * sizeof(WWN*));
+    m_block = realloc(nullptr, &m_size, other.size(), SLOT_WIDTH);
+    std::memcpy(m_block, other.m_block, other.length() * SLOT_WIDTH);
     m_length = other.length();
 }
 
@@ -38,7 +39,7 @@ WWNArray::~WWNArray() {
 
 void WWNArray::growWhenFull() {
     if (m_length >= m_size)
-        m_block = realloc(m_block, &m_size, GROWTH, sizeof(WWN*));
+        m_block = realloc(m_block, &m_size, GROWTH, SLOT_WIDTH);
 }
 
 void WWNArray::Append(WWN* name) {
@@ -91,7 +92,7 @@ WWN* const& WWNArray::operator[](unsigned int index) const {
 void WWNArray::Append(WWNArray& other) {
     const unsigned int count = other.length();
     if (uint64_t{m_length} + count >= m_size)
-        m_block = realloc(m_block, &m_size, std::max(GROWTH, count), sizeof(WWN*));
+        m_block = realloc(m_block, &m_size, std::max(GROWTH, count), SLOT_WIDTH);
     for (unsigned int index = 0; index < count; ++index)
         Append(other.slots()[index]);
 }
