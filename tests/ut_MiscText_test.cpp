@@ -168,18 +168,69 @@ TEST(MiscText, Utf8TakesOnlyTheControlsThatAreAllowed) {
 TEST(MiscText, Utf8AllowsNoPrintableCharacterAndNoLeadByteThroughTheControls) {
     expectRefused("a,", "isStringPrintableUtf8: found disallowed character ',' = 0x2c\n", ",", ",");
     expectRefused("\x80", "isStringPrintableUtf8: found illegal UTF-8 first byte 0x80\n", "", "\x80");
+    expectRefused(std::string(200, 'x') + "\t" + std::string(200, 'x'),
+                  "isStringPrintableUtf8: found non-printable ASCII character 0x09\n", "", "\x89");
 }
 
 TEST(MiscText, Utf8JudgesEveryByteAtEveryPlaceOfAWord) {
-    for (unsigned int place = 0; place < 20; ++place) {
+    for (unsigned int place = 0; place < 150; ++place) {
         for (int c = 0; c < 256; ++c) {
-            std::string bytes(20, 'x');
+            std::string bytes(150, 'x');
             bytes[place] = static_cast<char>(c);
-            expectAsReference(bytes, "", "");
+            expectAsReference(bytes, "", c % 2 == 0 ? "" : TEXT_CONTROLS);
             if (HasFatalFailure())
                 FAIL() << c << " at " << place;
         }
     }
+}
+
+TEST(MiscText, Utf8JudgesEveryPairOfBytesWithinALongText) {
+    // The characters before and behind let the pair stand where whole blocks of text are judged, and on their borders.
+    for (const unsigned int place : {70U, 126U, 127U, 128U}) {
+        for (int first = 0x7f; first < 256; ++first) {
+            for (int second = 0x7f; second < 256; second += first < 0xc0 ? 16 : 1) {
+                std::string bytes(260, 'x');
+                bytes[place] = static_cast<char>(first);
+                bytes[place + 1] = static_cast<char>(second);
+                bytes[place + 2] = '\x80';
+                expectAsReference(bytes, "", "");
+                if (HasFatalFailure())
+                    FAIL() << first << " " << second << " at " << place;
+            }
+        }
+    }
+}
+
+TEST(MiscText, Utf8TakesCharactersAcrossTheBordersOfBlocks) {
+    for (const char* character :
+         {"\xC3\xA9", "\xE2\x82\xAC", "\xF0\x9F\x98\x80", "\xF8\x88\x80\x80\x80", "\xFC\x84\x80\x80\x80\x80"}) {
+        const std::string whole = character;
+        for (std::size_t before = 0; before < 140; ++before) {
+            std::string bytes = std::string(before, 'x') + whole + std::string(140, 'y');
+            expectAsReference(bytes, "", "");
+            // And the same character cut by an ASCII character, by another one, and by the end.
+            for (std::size_t cut = 1; cut < whole.size(); ++cut) {
+                std::string spoilt = bytes;
+                spoilt[before + cut] = 'z';
+                expectAsReference(spoilt, "", "");
+                spoilt[before + cut] = '\xC3';
+                expectAsReference(spoilt, "", "");
+                expectAsReference(bytes.substr(0, before + cut), "", "");
+            }
+            expectAsReference(std::string(before, 'x') + whole + "\x80" + std::string(140, 'y'), "", "");
+            if (HasFatalFailure())
+                FAIL() << whole << " behind " << before;
+        }
+    }
+}
+
+TEST(MiscText, Utf8KnowsEveryControlThatIsAllowed) {
+    const char* const controls = "\x01\x02\x03\x1b\x7f\t";
+    test::LogCapture log;
+    for (const char* c = controls; *c != 0; ++c)
+        EXPECT_TRUE(isPrintable(std::string(100, 'x') + *c + std::string(200, 'x'), "", controls));
+    EXPECT_EQ(log.count(), 0U);
+    EXPECT_FALSE(isPrintable(std::string(100, 'x') + "\x04" + std::string(200, 'x'), "", controls));
 }
 
 TEST(MiscText, Utf8StopsAtANul) {
@@ -243,7 +294,7 @@ TEST(MiscText, Utf8AgreesWithAByteByByteReference) {
                                              ","};
     for (int i = 0; i < 30000; ++i) {
         std::string bytes;
-        for (unsigned int n = below(12); n > 0; --n)
+        for (unsigned int n = below(i % 2 == 0 ? 12 : 150); n > 0; --n)
             bytes += pieces[below(static_cast<unsigned int>(pieces.size()))];
         // Then spoil a byte, or cut the end.
         if (!bytes.empty() && below(3) == 0)

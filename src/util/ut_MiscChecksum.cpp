@@ -34,7 +34,7 @@ constexpr unsigned char Misc::m_crc_array[256] = {
 
 namespace {
 
-constexpr std::size_t CRC_STRIDE = 16;
+constexpr std::size_t CRC_STRIDE = 8;
 
 /// Look-ups for a whole stride at once: `entries[n][i]` is the remainder of `i` with `n` zero bytes behind it.
 struct CrcTables {
@@ -53,12 +53,71 @@ struct CrcTables {
 
 constexpr CrcTables crcTables(Misc::m_crc_array);
 
-/// The remainder of `crc` and a stride. Only the first byte waits for `crc`; the other look-ups do not.
-unsigned char crcOfStride(const unsigned char* bytes, unsigned char crc) {
-    unsigned int others = 0;
-    for (std::size_t n = 1; n < CRC_STRIDE; ++n)
-        others ^= crcTables.entries[CRC_STRIDE - 1 - n][bytes[n]];
-    return static_cast<unsigned char>(crcTables.entries[CRC_STRIDE - 1][crc ^ bytes[0]] ^ others);
+/// Whether `bytes` zero bytes behind a text leave every remainder as it was.
+constexpr bool isCrcPeriod(const unsigned char (&table)[256], std::size_t bytes) {
+    for (unsigned int i = 0; i < 256; ++i) {
+        unsigned int crc = i;
+        for (std::size_t n = 0; n < bytes; ++n)
+            crc = table[crc];
+        if (crc != i)
+            return false;
+    }
+    return true;
+}
+
+// Bytes that lie a multiple of the period apart count alike. So do the strides of blocks of as many strides, and long
+// data shrinks to one block by exclusive or.
+constexpr std::size_t CRC_PERIOD = 127;
+static_assert(isCrcPeriod(Misc::m_crc_array, CRC_PERIOD), "long data may not be folded");
+
+inline unsigned char crcOfFewBytes(const unsigned char* bytes, std::size_t length, unsigned char crc) {
+    for (std::size_t i = 0; i < length; ++i)
+        crc = crcTables.entries[0][crc ^ bytes[i]];
+    return crc;
+}
+
+/// The remainder after the `length` % 8 bytes that are not in strides; `b` moves behind them.
+inline unsigned char crcOfSingleBytes(const unsigned char*& b, std::size_t length, unsigned char crc) {
+    const auto& t = crcTables.entries;
+    if ((length & 1) != 0) {
+        crc = t[0][crc ^ b[0]];
+        b += 1;
+    }
+    if ((length & 2) != 0) {
+        crc = static_cast<unsigned char>(t[1][crc ^ b[0]] ^ t[0][b[1]]);
+        b += 2;
+    }
+    if ((length & 4) != 0) {
+        crc = static_cast<unsigned char>(t[3][crc ^ b[0]] ^ t[2][b[1]] ^ t[1][b[2]] ^ t[0][b[3]]);
+        b += 4;
+    }
+    return crc;
+}
+
+[[gnu::noinline]] unsigned char crcOfStrides(const unsigned char* b, std::size_t strides, unsigned char crc) {
+    const auto& t = crcTables.entries;
+    for (; strides > 0; --strides, b += CRC_STRIDE) {
+        // Only one look-up waits for the remainder before.
+        const int others = t[6][b[1]] ^ t[5][b[2]] ^ t[4][b[3]] ^ t[3][b[4]] ^ t[2][b[5]] ^ t[1][b[6]] ^ t[0][b[7]];
+        crc = static_cast<unsigned char>(t[7][crc ^ b[0]] ^ others);
+    }
+    return crc;
+}
+
+[[gnu::noinline]] unsigned char crcOfManyStrides(const unsigned char* bytes, std::size_t strides, unsigned char crc) {
+    uint64_t folded[CRC_PERIOD] = {};
+    static_assert(sizeof folded[0] == CRC_STRIDE);
+    for (; strides >= CRC_PERIOD; strides -= CRC_PERIOD) {
+        for (uint64_t& word : folded) {
+            uint64_t next;
+            std::memcpy(&next, bytes, sizeof next);
+            word ^= next;
+            bytes += CRC_STRIDE;
+        }
+    }
+    unsigned char block[sizeof folded];
+    std::memcpy(block, folded, sizeof block);
+    return crcOfStrides(bytes, strides, crcOfStrides(block, CRC_PERIOD, crc));
 }
 
 void md5(const char* data, std::size_t length, unsigned char (&digest)[16]) {
@@ -86,16 +145,18 @@ unsigned char Misc::crc_table(int byte, unsigned char crc) {
 }
 
 unsigned char Misc::calc_crc(char* data, int len) {
-    const unsigned char* bytes = reinterpret_cast<const unsigned char*>(data);
-    unsigned char crc = 0xFF;
+    const unsigned char begin = 0xFF;
     if (data == nullptr || len < 1)
+        return begin;
+    const unsigned char* bytes = reinterpret_cast<const unsigned char*>(data);
+    const std::size_t length = static_cast<std::size_t>(len);
+    if (length < 4)
+        return crcOfFewBytes(bytes, length, begin);
+    const std::size_t strides = length / CRC_STRIDE;
+    const unsigned char crc = crcOfSingleBytes(bytes, length, begin);
+    if (strides == 0)
         return crc;
-    std::size_t left = static_cast<std::size_t>(len);
-    for (; left >= CRC_STRIDE; left -= CRC_STRIDE, bytes += CRC_STRIDE)
-        crc = crcOfStride(bytes, crc);
-    for (; left > 0; --left, ++bytes)
-        crc = m_crc_array[crc ^ *bytes];
-    return crc;
+    return strides < 2 * CRC_PERIOD ? crcOfStrides(bytes, strides, crc) : crcOfManyStrides(bytes, strides, crc);
 }
 
 int Misc::calc_md5(const char* text, char* out, int size) {

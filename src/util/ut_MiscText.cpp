@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cctype>
 #include <cstddef>
 #include <cstdint>
@@ -31,10 +32,6 @@ public:
         return (m_bits[c >> 6] >> (c & 63) & 1) != 0;
     }
 
-    bool containsAllPrintable() const {
-        return (m_bits[0] & ALL_PRINTABLE[0]) == ALL_PRINTABLE[0] && (m_bits[1] & ALL_PRINTABLE[1]) == ALL_PRINTABLE[1];
-    }
-
 private:
     static constexpr uint64_t ALL_PRINTABLE[2] = {~uint64_t{0} << FIRST_PRINTABLE, ~uint64_t{0} >> 1};
 
@@ -57,31 +54,79 @@ private:
     uint64_t m_bits[2] = {ALL_PRINTABLE[0], ALL_PRINTABLE[1]};
 };
 
-uint64_t loadLittleEndian(const unsigned char* bytes) {
+constexpr unsigned int BLOCK_SIZE = 64;
+constexpr unsigned int LOOK_BEHIND = 3;
+constexpr uint64_t EACH_BYTE = 0x0101010101010101U;
+constexpr uint64_t TOP_BITS = EACH_BYTE << 7;
+
+uint64_t loadWord(const unsigned char* bytes) {
     uint64_t word;
     std::memcpy(&word, bytes, sizeof word);
-#if __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
-    word = __builtin_bswap64(word);
-#endif
     return word;
 }
 
-/// The top bit of the lowest byte that is not printable ASCII; bits above it mean nothing. 0 when all eight are.
-uint64_t firstUnprintable(uint64_t word) {
-    constexpr uint64_t EACH = 0x0101010101010101U;
-    return ((word - EACH * FIRST_PRINTABLE) | (word + EACH) | word) & (EACH << 7);
+/// Not 0 when one of the eight bytes is not printable ASCII.
+uint64_t unprintable(uint64_t word) {
+    return ((word - EACH_BYTE * FIRST_PRINTABLE) | (word + EACH_BYTE) | word) & TOP_BITS;
 }
 
-/// How many bytes from `text` on are printable ASCII for certain; fewer than eight at the end may go uncounted.
-std::size_t printableRun(const unsigned char* text, std::size_t length) {
-    std::size_t i = 0;
-    for (; length - i >= 8; i += 8) {
-        const uint64_t found = firstUnprintable(loadLittleEndian(text + i));
-        if (found != 0)
-            return i + static_cast<std::size_t>(__builtin_ctzll(found)) / 8;
-    }
-    return i;
+bool isPrintableBlock(const unsigned char* block) {
+    uint64_t found = 0;
+    for (std::size_t i = 0; i < BLOCK_SIZE; i += 8)
+        found |= unprintable(loadWord(block + i));
+    return found == 0;
 }
+
+/// Judges whole blocks of text, eight bytes at a time: in each byte of a word the top bit tells, and a shift to the
+/// left brings another bit of the same byte there. What it lets pass is good; what it does not may still be.
+class BlockJudge {
+public:
+    /// Only three allowed controls count; a block with others does not pass.
+    explicit BlockJudge(const char* allowedControls) {
+        std::size_t count = 0;
+        for (; allowedControls != nullptr && *allowedControls != 0 && count < 3; ++allowedControls) {
+            const unsigned char c = static_cast<unsigned char>(*allowedControls);
+            if (c < 128)
+                m_allowed[count++] = EACH_BYTE * c;
+        }
+    }
+
+    /// The block must begin with a character and have readable bytes before it; its last character may go on behind it.
+    bool lets(const unsigned char* block) const {
+        uint64_t doubt = 0;
+        for (std::size_t i = 0; i < BLOCK_SIZE; i += 8)
+            doubt |= misplaced(block + i) | control(loadWord(block + i));
+        return (doubt & TOP_BITS) == 0;
+    }
+
+private:
+    /// Continuation bytes where none is due, other bytes where one is, and what announces more than three.
+    static uint64_t misplaced(const unsigned char* at) {
+        const uint64_t word = loadWord(at);
+        const uint64_t continuation = word & ~(word << 1);
+        const uint64_t due =
+            announces(loadWord(at - 1), 1) | announces(loadWord(at - 2), 2) | announces(loadWord(at - 3), 3);
+        return (continuation ^ due) | announces(word, 4);
+    }
+
+    /// The bytes that begin a character with `count` continuation bytes or more.
+    static uint64_t announces(uint64_t word, int count) {
+        uint64_t ones = word;
+        for (int bit = 1; bit <= count; ++bit)
+            ones &= word << bit;
+        return ones;
+    }
+
+    uint64_t control(uint64_t word) const {
+        const uint64_t low = word & ~TOP_BITS;
+        uint64_t controls = ~(low + EACH_BYTE * (128 - FIRST_PRINTABLE)) | (low + EACH_BYTE);
+        for (const uint64_t allowed : m_allowed)
+            controls &= (low ^ allowed) + EACH_BYTE * 0x7F;
+        return controls & ~word;
+    }
+
+    uint64_t m_allowed[3] = {EACH_BYTE * FIRST_PRINTABLE, EACH_BYTE* FIRST_PRINTABLE, EACH_BYTE* FIRST_PRINTABLE};
+};
 
 /// How many continuation bytes the first byte of a character announces; 0 for a byte that is no first byte.
 unsigned int continuationCount(unsigned char lead) {
@@ -102,7 +147,8 @@ bool isContinuation(unsigned char c) {
     return (c & 0xC0) == 0x80;
 }
 
-bool refuseAscii(unsigned char c) {
+/// These log why a character is refused and give its length as 0.
+unsigned int refuseAscii(unsigned char c) {
     if (isPrintableAscii(c)) {
         Logger::StaticLog(Logger::LOG_ERROR, "isStringPrintableUtf8: found disallowed character '%c' = 0x%2.2x\n", c,
                           static_cast<unsigned int>(c));
@@ -110,16 +156,16 @@ bool refuseAscii(unsigned char c) {
         Logger::StaticLog(Logger::LOG_ERROR, "isStringPrintableUtf8: found non-printable ASCII character 0x%2.2x\n",
                           static_cast<unsigned int>(c));
     }
-    return false;
+    return 0;
 }
 
-bool refuseFirstByte(unsigned char lead) {
+unsigned int refuseFirstByte(unsigned char lead) {
     Logger::StaticLog(Logger::LOG_ERROR, "isStringPrintableUtf8: found illegal UTF-8 first byte 0x%2.2x\n",
                       static_cast<unsigned int>(lead));
-    return false;
+    return 0;
 }
 
-bool refusePartial(const unsigned char* text, unsigned int len, unsigned int i, unsigned int count) {
+unsigned int refusePartial(const unsigned char* text, unsigned int len, unsigned int i, unsigned int count) {
     unsigned int shown[5] = {};
     for (unsigned int j = 0; j < 5 && j < len - i; ++j)
         shown[j] = text[i + j];
@@ -128,15 +174,66 @@ bool refusePartial(const unsigned char* text, unsigned int len, unsigned int i, 
                       "string with i=%u, utfLen=%u: "
                       "0x%2.2x %2.2x %2.2x %2.2x %2.2x\n",
                       i, count, shown[0], shown[1], shown[2], shown[3], shown[4]);
-    return false;
+    return 0;
 }
 
-bool refuseContinuation(unsigned char c, unsigned int i, unsigned int j) {
+unsigned int refuseContinuation(unsigned char c, unsigned int i, unsigned int j) {
     Logger::StaticLog(Logger::LOG_ERROR,
                       "isStringPrintableUtf8: found illegal UTF-8 byte 0x%2.2x "
                       "at position i=%u j=%u\n",
                       static_cast<unsigned int>(c), i, j);
-    return false;
+    return 0;
+}
+
+/// The length of the character at `i`; 0, with the reason logged, when the text is refused there.
+unsigned int lengthOfCharacter(const unsigned char* text, unsigned int len, unsigned int i, const AsciiSet& accepted) {
+    const unsigned char first = text[i];
+    if (first < 128)
+        return accepted.contains(first) ? 1 : refuseAscii(first);
+    const unsigned int count = continuationCount(first);
+    if (count == 0)
+        return refuseFirstByte(first);
+    if (len - i <= count)
+        return refusePartial(text, len, i, count);
+    // A NUL is no continuation byte, so this stops in front of what may not exist.
+    for (unsigned int j = 0; j < count; ++j) {
+        if (!isContinuation(text[i + 1 + j]))
+            return refuseContinuation(text[i + 1 + j], i, j);
+    }
+    return 1 + count;
+}
+
+/// How much of the text can be passed over a block at a time: up to the first disallowed character.
+unsigned int cleanLength(const unsigned char* text, unsigned int end, const char* disallowed) {
+    if (disallowed == nullptr || *disallowed == 0)
+        return end;
+    if (end < BLOCK_SIZE)
+        return 0;
+    for (; *disallowed != 0; ++disallowed) {
+        const void* found =
+            isPrintableAscii(static_cast<unsigned char>(*disallowed)) ? std::memchr(text, *disallowed, end) : nullptr;
+        if (found != nullptr)
+            end = static_cast<unsigned int>(static_cast<const unsigned char*>(found) - text);
+    }
+    return end;
+}
+
+/// Passes over good blocks from the character at `i` on. The result is where the last character in them begins, which
+/// may not be whole; or `i`.
+unsigned int behindGoodBlocks(const unsigned char* text, unsigned int i, unsigned int end,
+                              const char* allowedControls) {
+    if (end - i < BLOCK_SIZE)
+        return i;
+    const BlockJudge judge(allowedControls);
+    const unsigned int begin = i;
+    while (end - i >= BLOCK_SIZE && (isPrintableBlock(text + i) || judge.lets(text + i)))
+        i += BLOCK_SIZE;
+    if (i == begin)
+        return i;
+    --i;
+    while (isContinuation(text[i]))
+        --i;
+    return i;
 }
 
 } // namespace
@@ -153,34 +250,23 @@ bool Misc::isStringPrintableUtf8(const char* s, unsigned int len, const char* di
     if (s == nullptr)
         return len == 0;
     const AsciiSet accepted(disallowed, allowedControls);
-    const bool skipsPrintable = accepted.containsAllPrintable();
     const unsigned char* text = reinterpret_cast<const unsigned char*>(s);
-    // What lies behind a NUL need not exist, so whole words are read only in
-    // front of it.
+    // What lies behind a NUL need not exist, so whole words are read only in front of it.
     const unsigned int end = static_cast<unsigned int>(strnlen(s, len));
+    const unsigned int clean = cleanLength(text, end, disallowed);
     unsigned int i = 0;
+    unsigned int skipFrom = LOOK_BEHIND;
     while (i < end) {
-        const unsigned char c = text[i];
-        if (c < 128) {
-            if (!accepted.contains(c))
-                return refuseAscii(c);
-            ++i;
-            if (skipsPrintable)
-                i += static_cast<unsigned int>(printableRun(text + i, end - i));
-            continue;
+        if (i >= skipFrom && i < clean) {
+            i = behindGoodBlocks(text, i, clean, allowedControls);
+            skipFrom = i + BLOCK_SIZE;
         }
-        const unsigned int count = continuationCount(c);
-        if (count == 0)
-            return refuseFirstByte(c);
-        if (len - i <= count)
-            return refusePartial(text, len, i, count);
-        // A NUL is no continuation byte, so this stops in front of what may not
-        // exist, too.
-        for (unsigned int j = 0; j < count; ++j) {
-            if (!isContinuation(text[i + 1 + j]))
-                return refuseContinuation(text[i + 1 + j], i, j);
-        }
-        i += 1 + count;
+        const unsigned int length = lengthOfCharacter(text, len, i, accepted);
+        if (length == 0)
+            return false;
+        i += length;
+        while (i < clean && clean - i >= 8 && unprintable(loadWord(text + i)) == 0)
+            i += 8;
     }
     return true;
 }
