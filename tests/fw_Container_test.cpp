@@ -79,6 +79,18 @@ public:
     }
 };
 
+// Prints meanwhile, as another thread could.
+class PrintingSource : public Source {
+public:
+    PrintingSource() : Source("text") {}
+    int ReceiveInputStream(char* buffer, unsigned int size) override {
+        printed = write(STDOUT_FILENO, "stray", 5);
+        return Source::ReceiveInputStream(buffer, size);
+    }
+
+    ssize_t printed = 0;
+};
+
 class BrokenSource : public Source {
 public:
     BrokenSource() : Source("text") {}
@@ -415,6 +427,17 @@ TEST(Container, SpawnWorksWhereStandardStreamsAreClosed) {
         });
         EXPECT_EQ(child.status, 0);
     }
+}
+
+TEST(Container, WhatIsPrintedToAClosedStreamDoesNotReachTheCommand) {
+    const test::ChildResult child = test::runInChild([] {
+        close(STDIN_FILENO);
+        close(STDOUT_FILENO);
+        PrintingSource in;
+        Collector out;
+        return Container::spawn("cat", &in, &out) && out.text == "text" && in.printed < 0 ? 0 : 1;
+    });
+    EXPECT_EQ(child.status, 0);
 }
 
 TEST(Container, SpawnGoesOnAfterInterruptions) {

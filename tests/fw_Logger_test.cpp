@@ -340,23 +340,30 @@ TEST(Logger, SeveralThreadsAreInsideTheSinkAtOnce) {
 }
 
 TEST(Logger, SinkIsReplacedWhileThreadsLogWithoutAPause) {
-    std::atomic<bool> stop{false};
+    const auto slow = [](void*, Logger::LogType, const char*, int, const char*) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    };
+    Logger::setSink(slow, nullptr);
+    std::atomic<bool> replaced{false};
+    std::atomic<bool> gaveUp{false};
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
     std::vector<std::thread> threads;
-    {
-        test::LogCapture outer;
-        for (int i = 0; i < 3; ++i)
-            threads.emplace_back([&] {
-                while (!stop)
-                    Logger::StaticLog(Logger::LOG_ERROR, "text");
-            });
-        const auto ignore = [](void*, Logger::LogType, const char*, int, const char*) {
-        };
-        for (int i = 0; i < 200; ++i)
-            Logger::setSink(ignore, nullptr);
-        stop = true;
-        for (std::thread& thread : threads)
-            thread.join();
-    }
+    for (int i = 0; i < 4; ++i)
+        threads.emplace_back([&] {
+            while (!replaced && !gaveUp) {
+                Logger::StaticLog(Logger::LOG_ERROR, "text");
+                if (std::chrono::steady_clock::now() >= end)
+                    gaveUp = true;
+            }
+        });
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    for (int i = 0; i < 10; ++i)
+        Logger::setSink(slow, nullptr);
+    replaced = true;
+    for (std::thread& thread : threads)
+        thread.join();
+    Logger::setSink(nullptr, nullptr);
+    EXPECT_FALSE(gaveUp);
 }
 
 TEST(Logger, ChildForkedWhileThreadsLogCanReplaceTheSink) {
