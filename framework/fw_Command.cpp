@@ -217,7 +217,8 @@ private:
     }
 
     TYPE_UNCHECKED bool refill() {
-        const int count = m_in->isInputStreamGood() ? m_in->ReceiveInputStream(m_input, sizeof m_input - 1) : 0;
+        const int count =
+            m_in != nullptr && m_in->isInputStreamGood() ? m_in->ReceiveInputStream(m_input, sizeof m_input - 1) : 0;
         if (count <= 0)
             return false;
         m_sent = 0;
@@ -235,7 +236,8 @@ private:
             return;
         }
         // What the stream refuses is dropped, so that the program can go on to its end.
-        m_out->SendOutputStream(output, static_cast<unsigned int>(count));
+        if (m_out != nullptr)
+            m_out->SendOutputStream(output, static_cast<unsigned int>(count));
     }
 
     InputStream* m_in;

@@ -2,6 +2,6 @@
 
 namespace framework {
 
-Console::~Console() {}
+Console::~Console() = default;
 
 } // namespace framework

@@ -24,6 +24,7 @@ Entity::Entity(const Entity& other)
       m_errorMessage(noMessage),
       m_inError(0) {}
 
+// NOLINTNEXTLINE(bugprone-unhandled-self-assignment): there is nothing to assign
 Entity& Entity::operator=(const Entity& /*other*/) {
     return *this;
 }

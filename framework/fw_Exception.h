@@ -31,6 +31,7 @@ public:
         std::memcpy(m_function, other.m_function, sizeof m_function);
         std::memcpy(m_message, other.m_message, sizeof m_message);
     }
+    // With `= default` it would not be emitted. NOLINTNEXTLINE(modernize-use-equals-default)
     [[gnu::used]] ~Exception() override {}
 
     Exception& operator=(const Exception&) = delete;

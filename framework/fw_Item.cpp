@@ -2,9 +2,9 @@
 
 namespace framework {
 
-Item::Item() {}
+Item::Item() = default;
 
-Item::~Item() {}
+Item::~Item() = default;
 
 stringtoken Item::getName() const {
     return Entity::getName();

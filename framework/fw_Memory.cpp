@@ -13,7 +13,7 @@ std::atomic<long> outstanding{0};
 
 } // namespace
 
-Memory::~Memory() {}
+Memory::~Memory() = default;
 
 void* Memory::StaticAlloc(unsigned long size) {
     void* piece = ::operator new(size, std::nothrow);

@@ -3,7 +3,7 @@
 namespace framework {
 namespace thread {
 
-RWLockIF::~RWLockIF() {}
+RWLockIF::~RWLockIF() = default;
 
 } // namespace thread
 } // namespace framework

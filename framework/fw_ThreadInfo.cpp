@@ -70,7 +70,7 @@ ThreadInfo::ThreadInfo(int number) : m_number(number), m_name(), m_thread(pthrea
     setThreadName(isNamed ? name : "thread");
 }
 
-ThreadInfo::~ThreadInfo() {}
+ThreadInfo::~ThreadInfo() = default;
 
 void ThreadInfo::setThreadName(const char* name) {
     const std::size_t length = name ? strnlen(name, sizeof m_name - 1) : 0;
