@@ -41,8 +41,7 @@ void FileInputStream::adopt(int fd) {
 }
 
 int FileInputStream::Reopen() {
-    // An adopted descriptor stays the caller's, also when it is given up here.
-    if (m_open && m_path != nullptr)
+    if (m_open)
         close(m_fd);
     adopt(openFile(m_path, O_RDONLY, 0644));
     return m_open ? 0 : -1;
