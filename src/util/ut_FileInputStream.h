@@ -25,8 +25,8 @@ public:
     FileInputStream& operator=(const FileInputStream&) = delete;
     ~FileInputStream() override;
 
-    /// Closes the descriptor and opens the path again, which may be another file by now. 0, or -1 on a failure, also
-    /// for a stream without a path. An error state stays set.
+    /// Closes the descriptor, an adopted one too, and opens the path again, which may be another file by now. 0, or -1
+    /// on a failure, also for a stream without a path. An error state stays set.
     int Reopen();
     /// Seeks to `offset`; false when not open, in error, or the seek fails.
     bool Position(unsigned int offset);
