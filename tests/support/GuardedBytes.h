@@ -1,0 +1,50 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace test {
+
+/// A caller's array of `size` bytes between guard bytes on both sides, all of one fill.
+///
+///     test::GuardedBytes bytes(8);
+///     in.ReceiveInputStream(bytes.array(), 8);
+///     EXPECT_EQ(bytes.content(), "12345678");
+///     EXPECT_TRUE(bytes.areGuardsWhole());
+class GuardedBytes {
+public:
+    static constexpr char FILL = '\x7E';
+
+    explicit GuardedBytes(std::size_t size) : m_size(size), m_bytes(GUARD + size + GUARD, FILL) {}
+
+    char* array() {
+        return m_bytes.data() + GUARD;
+    }
+    int size() const {
+        return static_cast<int>(m_size);
+    }
+    /// All bytes of the array.
+    std::string content() const {
+        return std::string(m_bytes.data() + GUARD, m_size);
+    }
+    bool areGuardsWhole() const {
+        const auto isFill = [](char c) {
+            return c == FILL;
+        };
+        return std::all_of(m_bytes.begin(), m_bytes.begin() + GUARD, isFill) &&
+               std::all_of(m_bytes.end() - GUARD, m_bytes.end(), isFill);
+    }
+    bool isUntouched() const {
+        return areGuardsWhole() && content() == std::string(m_size, FILL);
+    }
+
+private:
+    static constexpr std::ptrdiff_t GUARD = 64;
+
+    std::size_t m_size;
+    std::vector<char> m_bytes;
+};
+
+} // namespace test
