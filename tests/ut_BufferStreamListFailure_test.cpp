@@ -1,0 +1,199 @@
+#include "ut_BufferStreamList.h"
+
+#include <gtest/gtest.h>
+
+#include <dlfcn.h>
+
+#include <cerrno>
+#include <cstddef>
+#include <cstring>
+#include <new>
+#include <string>
+#include <vector>
+
+#include "LogCapture.h"
+#include "TraceLines.h"
+
+// A program of its own, as it replaces the platform's calls, and a single-threaded one: its conditions are never waited
+// on.
+
+namespace {
+
+using utility::BufferStreamList;
+using Lines = std::vector<std::string>;
+
+// The call that fails, for what lies within one object; others in the process go on as ever.
+struct {
+    const char* call = nullptr;
+    const void* object = nullptr;
+    int result = 0;
+} failing;
+
+bool isIn(const void* place) {
+    const auto* begin = static_cast<const char*>(failing.object);
+    const auto* at = static_cast<const char*>(place);
+    return begin && at >= begin && at < begin + sizeof(BufferStreamList);
+}
+
+bool fails(const char* name, const void* place) {
+    return failing.call && std::strcmp(failing.call, name) == 0 && isIn(place);
+}
+
+int onMutex(const char* name, pthread_mutex_t* mutex) {
+    if (fails(name, mutex))
+        return failing.result;
+    return reinterpret_cast<int (*)(pthread_mutex_t*)>(dlsym(RTLD_NEXT, name))(mutex);
+}
+
+int onCondition(const char* name, pthread_cond_t* condition) {
+    return fails(name, condition) ? failing.result : 0;
+}
+
+class Failing {
+public:
+    Failing(const char* call, const void* object, int result) {
+        failing = {call, object, result};
+    }
+    Failing(const Failing&) = delete;
+    Failing& operator=(const Failing&) = delete;
+    ~Failing() {
+        failing = {};
+    }
+};
+
+std::string logged(const char* function, const std::string& text) {
+    return std::string("0 ") + function + ": " + text;
+}
+
+const char* const INIT = "void utility::BufferStreamList::init()";
+const char* const LOCK = "void utility::BufferStreamList::Lock()";
+const char* const UNLOCK = "void utility::BufferStreamList::UnLock()";
+const char* const WAIT = "bool utility::BufferStreamList::Wait(long int)";
+const char* const SIGNAL = "void utility::BufferStreamList::Signal()";
+const char* const BROADCAST = "void utility::BufferStreamList::Broadcast()";
+
+} // namespace
+
+extern "C" {
+
+int pthread_mutex_init(pthread_mutex_t* mutex, const pthread_mutexattr_t* attributes) noexcept {
+    if (fails("pthread_mutex_init", mutex))
+        return failing.result;
+    using Call = int (*)(pthread_mutex_t*, const pthread_mutexattr_t*);
+    return reinterpret_cast<Call>(dlsym(RTLD_NEXT, "pthread_mutex_init"))(mutex, attributes);
+}
+
+int pthread_mutex_lock(pthread_mutex_t* mutex) noexcept {
+    return onMutex("pthread_mutex_lock", mutex);
+}
+
+int pthread_mutex_unlock(pthread_mutex_t* mutex) noexcept {
+    return onMutex("pthread_mutex_unlock", mutex);
+}
+
+int pthread_cond_init(pthread_cond_t* condition, const pthread_condattr_t*) noexcept {
+    return onCondition("pthread_cond_init", condition);
+}
+
+int pthread_cond_wait(pthread_cond_t* condition, pthread_mutex_t*) {
+    return onCondition("pthread_cond_wait", condition);
+}
+
+int pthread_cond_timedwait(pthread_cond_t* condition, pthread_mutex_t*, const timespec*) {
+    return onCondition("pthread_cond_timedwait", condition);
+}
+
+int pthread_cond_signal(pthread_cond_t* condition) noexcept {
+    return onCondition("pthread_cond_signal", condition);
+}
+
+int pthread_cond_broadcast(pthread_cond_t* condition) noexcept {
+    return onCondition("pthread_cond_broadcast", condition);
+}
+
+} // extern "C"
+
+TEST(BufferStreamListFailure, AFailingInitialisationIsLoggedAndConstructionGoesOn) {
+    alignas(BufferStreamList) unsigned char place[sizeof(BufferStreamList)];
+    test::LogCapture log;
+    for (const char* call : {"pthread_mutex_init", "pthread_cond_init"}) {
+        const Failing failure(call, place, EAGAIN);
+        auto* const list = new (place) BufferStreamList;
+        EXPECT_EQ(list->Count(), 0);
+        list->~BufferStreamList();
+    }
+    EXPECT_EQ(test::traceLines(log), (Lines{logged(INIT, "initializing Consistency mutex 11"),
+                                            logged(INIT, "initializing wait condition 11")}));
+}
+
+TEST(BufferStreamListFailure, AFailingLockIsLoggedOnly) {
+    test::LogCapture log;
+    BufferStreamList list;
+    const Failing failure("pthread_mutex_lock", &list, EINVAL);
+    list.Lock();
+    EXPECT_EQ(test::traceLines(log), (Lines{logged(LOCK, "locking consistency mutex 22")}));
+}
+
+TEST(BufferStreamListFailure, AFailingUnlockIsLoggedOnly) {
+    test::LogCapture log;
+    BufferStreamList list;
+    {
+        const Failing failure("pthread_mutex_unlock", &list, EPERM);
+        list.Lock();
+        list.UnLock();
+        EXPECT_EQ(test::traceLines(log), (Lines{logged(UNLOCK, "unlocking consistency mutex 1")}));
+    }
+    list.UnLock();
+    EXPECT_EQ(log.count(), 1u);
+}
+
+TEST(BufferStreamListFailure, AFailingWaitIsLoggedAndCountsAsWoken) {
+    test::LogCapture log;
+    BufferStreamList list;
+    list.Lock();
+    {
+        const Failing failure("pthread_cond_wait", &list, EINVAL);
+        EXPECT_TRUE(list.Wait(0));
+    }
+    {
+        const Failing failure("pthread_cond_timedwait", &list, EPERM);
+        EXPECT_TRUE(list.Wait(1));
+    }
+    list.UnLock();
+    EXPECT_EQ(test::traceLines(log),
+              (Lines{logged(WAIT, "Wait condition error 22"), logged(WAIT, "Wait condition error 1")}));
+}
+
+TEST(BufferStreamListFailure, ATimedWaitThatTimesOutIsNoFailure) {
+    test::LogCapture log;
+    BufferStreamList list;
+    list.Lock();
+    const Failing failure("pthread_cond_timedwait", &list, ETIMEDOUT);
+    EXPECT_FALSE(list.Wait(1000));
+    list.UnLock();
+    EXPECT_EQ(log.count(), 0u);
+}
+
+TEST(BufferStreamListFailure, FailingWakeUpsAreLoggedOnly) {
+    test::LogCapture log;
+    BufferStreamList list;
+    {
+        const Failing failure("pthread_cond_signal", &list, EINVAL);
+        list.Signal();
+    }
+    {
+        const Failing failure("pthread_cond_broadcast", &list, EINVAL);
+        list.Broadcast();
+    }
+    EXPECT_EQ(test::traceLines(log),
+              (Lines{logged(SIGNAL, "Signal condition error 22"), logged(BROADCAST, "Broadcast condition error 22")}));
+}
+
+TEST(BufferStreamListFailure, TheDestructorBroadcastsNothing) {
+    test::LogCapture log;
+    alignas(BufferStreamList) unsigned char place[sizeof(BufferStreamList)];
+    const Failing failure("pthread_cond_broadcast", place, EINVAL);
+    auto* const list = new (place) BufferStreamList;
+    list->~BufferStreamList();
+    EXPECT_EQ(log.count(), 0u);
+}
