@@ -37,7 +37,8 @@ public:
     /// Runs a command without a shell and waits for it. Words are separated by white space; double quotes group. The
     /// program is looked up on the PATH. `in` feeds its standard input, `out` takes its standard output; null means
     /// neither: it reads /dev/null and keeps this process's standard output. Returns whether the command ran and ended
-    /// with status 0. Not for signal handlers.
+    /// with status 0. `in` is read from where it stands, what `out` refuses is dropped, and what either throws passes
+    /// through after the program was killed. Not for signal handlers.
     static bool spawn(const char* command, utility::GetStream* in, utility::PutStream* out);
 
     /// Ends the process by the default action of `sig`, with a dump where that action dumps. Never returns.

@@ -27,7 +27,8 @@ public:
     typedef void (*Sink)(void* context, LogType type, const char* function, int line, const char* text);
 
     /// Replaces the sink; null restores the default, which writes one line per message to standard error. When this
-    /// returns, no thread is inside the former sink any more. A sink must not call it (it would change nothing).
+    /// returns, no thread is inside the former sink any more. A sink must not call it (it would change nothing). What
+    /// a sink throws ends there, and its message goes to standard error.
     static void setSink(Sink sink, void* context);
 
     /// Logs a formatted text without location.

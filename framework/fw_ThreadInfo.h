@@ -16,7 +16,9 @@ class VXFW_EXPORT ThreadInfo {
 public:
     /// The calling thread's record, or null when it has none. Safe in a signal handler.
     static ThreadInfo* getMyself();
-    /// The calling thread's record, made on first use; null only when no memory was left.
+    /// The calling thread's record, made on first use without taking memory, also in a signal handler. Null only when
+    /// the platform has no key left, or when the thread is so near its end that nothing could remove the record any
+    /// more.
     static ThreadInfo* MyThreadInfo();
 
     /// The thread's number.
