@@ -1,6 +1,7 @@
 #include "ut_Buffer.h"
 
 #include <algorithm>
+#include <climits>
 #include <cstdlib>
 #include <cstring>
 
@@ -19,13 +20,17 @@ struct alignas(std::max_align_t) Origin {
     framework::Memory* memory;
 };
 
-// A position that a caller moves too far wraps round instead of overflowing; it is refused either way.
+int saturated(long long value) {
+    return static_cast<int>(std::clamp<long long>(value, INT_MIN, INT_MAX));
+}
+
+// A position that a caller moves too far stops at the ends of its type, and is refused there.
 int moved(int position, int n) {
-    return static_cast<int>(static_cast<unsigned int>(position) + static_cast<unsigned int>(n));
+    return saturated(static_cast<long long>(position) + n);
 }
 
 int distance(int from, int to) {
-    return static_cast<int>(static_cast<unsigned int>(to) - static_cast<unsigned int>(from));
+    return saturated(static_cast<long long>(to) - from);
 }
 
 } // namespace

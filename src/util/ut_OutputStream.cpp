@@ -1,5 +1,7 @@
 #include "ut_OutputStream.h"
 
+#include <algorithm>
+
 #include "ut_InputStream.h"
 
 namespace framework {
@@ -9,14 +11,16 @@ OutputStream::~OutputStream() = default;
 void OutputStream::FlushOutputStream() {}
 
 bool OutputStream::TransferFromInputStream(InputStream& in) {
-    char block[16384];
+    const unsigned int blockSize = 16384;
+    char block[blockSize];
     while (in.isInputStreamGood()) {
         const int count = in.ReceiveInputStream(block, sizeof block);
         if (count < 0)
             return false;
         if (count == 0)
             return true;
-        if (!SendOutputStream(block, static_cast<unsigned int>(count)))
+        // No more than was asked for, whatever the input says.
+        if (!SendOutputStream(block, std::min(static_cast<unsigned int>(count), blockSize)))
             return false;
     }
     if (in.isInputStreamInError())
