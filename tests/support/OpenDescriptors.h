@@ -1,0 +1,37 @@
+#pragma once
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <string>
+#include <vector>
+
+namespace test {
+
+/// The descriptors of this process that are open on the file `path`, lowest first.
+///
+///     EXPECT_EQ(test::descriptorsOf(path).size(), 1u);
+inline std::vector<int> descriptorsOf(const std::string& path) {
+    std::vector<int> descriptors;
+    struct stat64 file;
+    if (stat64(path.c_str(), &file) != 0)
+        return descriptors;
+    for (int fd = 0; fd < 1024; ++fd) {
+        struct stat64 open;
+        if (fstat64(fd, &open) == 0 && open.st_dev == file.st_dev && open.st_ino == file.st_ino)
+            descriptors.push_back(fd);
+    }
+    return descriptors;
+}
+
+/// Whether a program that this process becomes would not have the descriptor.
+inline bool isClosedOnExec(int fd) {
+    const int flags = fcntl(fd, F_GETFD);
+    return flags >= 0 && (flags & FD_CLOEXEC) != 0;
+}
+
+inline bool isOpenDescriptor(int fd) {
+    return fcntl(fd, F_GETFD) >= 0;
+}
+
+} // namespace test
