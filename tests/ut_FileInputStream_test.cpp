@@ -528,6 +528,7 @@ TEST_F(FileInputStreamTest, InodeIsAskedAlsoInError) {
 
 TEST_F(FileInputStreamTest, InodeOfAPathThatIsNotThereHasAllBitsSet) {
     EXPECT_EQ(FileInputStream::GetInode(m_directory.path("missing").c_str()), NONE);
+    EXPECT_EQ(FileInputStream::GetInode(static_cast<const char*>(nullptr)), NONE);
     EXPECT_EQ(FileInputStream::GetInode(m_directory.path().c_str()), inodeOf(m_directory.path()));
 }
 
@@ -644,6 +645,14 @@ TEST_F(FileInputStreamTest, ReopenOfAnAdoptedDescriptorFailsLikeAMissingPath) {
     FileInputStream stream(file.number());
     EXPECT_EQ(stream.Reopen(), -1);
     expectFailedOpen(stream, ENOENT);
+}
+
+TEST_F(FileInputStreamTest, ReopenClosesAnAdoptedDescriptorToo) {
+    m_directory.write("ports", "4");
+    const test::Descriptor file(openFile("ports", O_RDONLY));
+    FileInputStream stream(file.number());
+    EXPECT_EQ(stream.Reopen(), -1);
+    EXPECT_FALSE(test::isOpenDescriptor(file.number()));
 }
 
 TEST_F(FileInputStreamTest, ThePathIsKeptAndNotCopied) {
