@@ -192,7 +192,6 @@ void putFormattedLine(BufferStream& out, const unsigned char* data, unsigned int
 
 void Debug::hexDump(const char* data, int size) {
     const int room = 0x100000;
-    const int longestLine = 32 + 6 * bytesPerDumpLine;
     const std::unique_ptr<BufferStream> stream = makeDumpStream(room);
     if (stream == nullptr)
         return;
@@ -200,12 +199,15 @@ void Debug::hexDump(const char* data, int size) {
     const unsigned char* bytes = reinterpret_cast<const unsigned char*>(data);
     const int count = data != nullptr ? size : 0;
     for (int offset = 0; offset < count;) {
-        if (stream->WriteRemaining() < longestLine) {
+        const int length = std::min(bytesPerDumpLine, count - offset);
+        char line[512];
+        BufferStream lineStream(line, sizeof line, false);
+        putDumpLine(lineStream, bytes + offset, offset, length);
+        if (stream->WriteRemaining() < lineStream.ReadAvailable()) {
             framework::Logger::StaticLogS(framework::Logger::LOG_DEBUG, stream->pBuffer());
             stream->Rewind();
         }
-        const int length = std::min(bytesPerDumpLine, count - offset);
-        putDumpLine(*stream, bytes + offset, offset, length);
+        stream->PutF("%s", line);
         offset += length;
     }
     framework::Logger::StaticLogS(framework::Logger::LOG_DEBUG, stream->pBuffer());
