@@ -224,6 +224,29 @@ TEST(MiscText, Utf8TakesCharactersAcrossTheBordersOfBlocks) {
     }
 }
 
+TEST(MiscText, Utf8RefusesACharacterThatEndsWhereABlockDoes) {
+    // Characters of two bytes, because plain ASCII is passed over in other steps.
+    std::string start;
+    for (int i = 0; i < 30; ++i)
+        start += "\xC3\xA9";
+    for (std::size_t before = 0; before < 140; ++before) {
+        for (const char* cut : {"\xC3", "\xE2", "\xE2\x82", "\xF0", "\xF0\x9F", "\xF0\x9F\x98"}) {
+            for (const char* behind : {"x", "\xC3\xA9"}) {
+                std::string bytes = start + std::string(before, 'x') + cut;
+                while (bytes.size() < 400)
+                    bytes += behind;
+                expectAsReference(bytes, "", "");
+                bytes = std::string(before, 'x') + start + start + cut;
+                while (bytes.size() < 400)
+                    bytes += behind;
+                expectAsReference(bytes, "", "");
+                if (HasFatalFailure())
+                    FAIL() << cut << " behind " << before;
+            }
+        }
+    }
+}
+
 TEST(MiscText, Utf8KnowsEveryControlThatIsAllowed) {
     const char* const controls = "\x01\x02\x03\x1b\x7f\t";
     test::LogCapture log;

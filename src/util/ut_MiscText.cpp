@@ -70,7 +70,14 @@ uint64_t unprintable(uint64_t word) {
     return ((word - EACH_BYTE * FIRST_PRINTABLE) | (word + EACH_BYTE) | word) & TOP_BITS;
 }
 
+/// Whether the text before `at` ends with a whole character, given that it is good.
+bool isBehindCharacter(const unsigned char* at) {
+    return at[-1] < 0xC0 && at[-2] < 0xE0 && at[-3] < 0xF0;
+}
+
 bool isPrintableBlock(const unsigned char* block) {
+    if (!isBehindCharacter(block))
+        return false;
     uint64_t found = 0;
     for (std::size_t i = 0; i < BLOCK_SIZE; i += 8)
         found |= unprintable(loadWord(block + i));
@@ -91,7 +98,7 @@ public:
         }
     }
 
-    /// The block must begin with a character and have readable bytes before it; its last character may go on behind it.
+    /// The text before the block must be good, and may end within a character, as the block may.
     bool lets(const unsigned char* block) const {
         uint64_t doubt = 0;
         for (std::size_t i = 0; i < BLOCK_SIZE; i += 8)
