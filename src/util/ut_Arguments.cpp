@@ -23,11 +23,14 @@ bool isBlank(char c) {
 
 } // namespace
 
-Arguments::Arguments(const char* commandText) : m_words(new StringArray(initialCapacity)), m_quoteUnmatched(false) {
+Arguments::Arguments() : m_words(new StringArray(initialCapacity)), m_quoteUnmatched(false) {}
+
+// Delegating, so that the words are freed when one of them finds no memory.
+Arguments::Arguments(const char* commandText) : Arguments() {
     addArgs(commandText);
 }
 
-Arguments::Arguments(int argc, char** argv) : m_words(new StringArray(initialCapacity)), m_quoteUnmatched(false) {
+Arguments::Arguments(int argc, char** argv) : Arguments() {
     if (argv == nullptr)
         return;
     for (int i = 0; i < argc; ++i)
@@ -88,7 +91,8 @@ unsigned int Arguments::ArgIndex(const char* word) const {
     if (word == nullptr)
         return notFound;
     for (unsigned int i = 0; i < ArgCount(); ++i) {
-        if (strcasecmp(ArgValue(i), word) == 0)
+        // A word for which there was no memory is null.
+        if (ArgValue(i) != nullptr && strcasecmp(ArgValue(i), word) == 0)
             return i;
     }
     return notFound;
@@ -133,7 +137,7 @@ void Arguments::DeleteArg(const char* word) {
 
 char* Arguments::ToString(unsigned int first, PutStream& out) const {
     for (unsigned int i = first; i < ArgCount(); ++i) {
-        const char* word = ArgValue(i);
+        const char* word = ArgValue(i) != nullptr ? ArgValue(i) : "";
         const bool isLast = i + 1 == ArgCount();
         if (isLast && m_quoteUnmatched) {
             out.PutF("\"%s", word);

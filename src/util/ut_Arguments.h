@@ -69,6 +69,8 @@ public:
     char* ToString(unsigned int first, PutStream& out) const;
 
 private:
+    Arguments();
+
     const char* addQuotedWord(const char* start);
     const char* addPlainWord(const char* start);
 
