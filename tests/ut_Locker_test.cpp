@@ -1,0 +1,204 @@
+#include "ut_Locker.h"
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <chrono>
+#include <cstring>
+#include <new>
+#include <string>
+#include <thread>
+#include <type_traits>
+#include <vector>
+
+#include "DebugSwitch.h"
+#include "LogCapture.h"
+#include "ThreadCalls.h"
+
+namespace {
+
+using framework::Logger;
+using utility::Locker;
+
+const char* const CONSTRUCT = "utility::Locker::Locker()";
+const char* const LOCK = "void utility::Locker::lock() const";
+const char* const UNLOCK = "void utility::Locker::unlock() const";
+
+static_assert(!std::is_polymorphic<Locker>::value, "it has no virtual operation");
+static_assert(sizeof(Locker) == sizeof(pthread_mutex_t), "it is a mutex and nothing else");
+static_assert(!std::is_copy_constructible<Locker>::value, "a mutex cannot be copied");
+static_assert(!std::is_copy_assignable<Locker>::value, "a mutex cannot be copied");
+
+/// What `trylock` answers in another thread, which gives the lock back at once.
+bool isFreeForAnotherThread(const Locker& locker) {
+    bool taken = false;
+    std::thread([&] {
+        taken = locker.trylock();
+        if (taken)
+            locker.unlock();
+    }).join();
+    return taken;
+}
+
+/// Expects one error line and the context of the error behind it.
+void expectErrorWithContext(const test::LogCapture& log, const std::string& function, const std::string& text) {
+    const std::vector<test::LogEntry> entries = log.entries();
+    ASSERT_EQ(entries.size(), 3u);
+    EXPECT_EQ(entries[0].type, Logger::LOG_ERROR);
+    EXPECT_EQ(entries[0].function, function);
+    EXPECT_GT(entries[0].line, 0);
+    EXPECT_EQ(entries[0].text, text);
+    EXPECT_EQ(entries[1].type, Logger::LOG_ERROR);
+    EXPECT_EQ(entries[1].text, "ErrorContext - for diagnostic purposes.");
+    EXPECT_EQ(entries[2].type, Logger::LOG_ERROR);
+    EXPECT_EQ(entries[2].text.find("Backtrace of "), 0u);
+}
+
+TEST(Locker, UsageExample) {
+    utility::Locker locker;
+    int count = 0;
+    locker.lock();
+    ++count;
+    locker.unlock();
+    EXPECT_EQ(count, 1);
+}
+
+TEST(Locker, IsFreeAtFirstAndHeldUntilItIsUnlocked) {
+    const Locker locker;
+    EXPECT_TRUE(isFreeForAnotherThread(locker));
+    locker.lock();
+    EXPECT_FALSE(isFreeForAnotherThread(locker));
+    locker.unlock();
+    EXPECT_TRUE(isFreeForAnotherThread(locker));
+}
+
+TEST(Locker, TrylockTakesTheLockOnlyWhenItIsFree) {
+    const Locker locker;
+    EXPECT_TRUE(locker.trylock());
+    EXPECT_FALSE(isFreeForAnotherThread(locker));
+    EXPECT_FALSE(locker.trylock()) << "the thread that holds it does not get it again";
+    locker.unlock();
+    EXPECT_TRUE(isFreeForAnotherThread(locker));
+}
+
+TEST(Locker, TrylockOnAHeldLockLogsNothing) {
+    test::LogCapture log;
+    const Locker locker;
+    locker.lock();
+    EXPECT_FALSE(isFreeForAnotherThread(locker));
+    locker.unlock();
+    EXPECT_EQ(log.count(), 0u);
+}
+
+TEST(Locker, TrylockThatFailsOtherwiseIsFalseAndLogsNothing) {
+    test::LogCapture log;
+    const Locker locker;
+    test::ThreadCalls calls(&locker, sizeof locker);
+    calls.answerNext(test::MUTEX_TRYLOCK, EINVAL);
+    EXPECT_FALSE(locker.trylock());
+    EXPECT_EQ(log.count(), 0u);
+    EXPECT_TRUE(isFreeForAnotherThread(locker));
+}
+
+TEST(Locker, LetsOneThreadInAtATime) {
+    const Locker locker;
+    int count = 0;
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i) {
+        threads.emplace_back([&] {
+            for (int step = 0; step < 5000; ++step) {
+                locker.lock();
+                ++count;
+                locker.unlock();
+            }
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(count, 20000);
+}
+
+TEST(Locker, LockWaitsUntilTheHolderUnlocks) {
+    const Locker locker;
+    std::vector<std::string> order;
+    locker.lock();
+    std::thread waiting([&] {
+        locker.lock();
+        order.push_back("second");
+        locker.unlock();
+    });
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    order.push_back("first");
+    locker.unlock();
+    waiting.join();
+    EXPECT_EQ(order, (std::vector<std::string>{"first", "second"}));
+}
+
+TEST(Locker, IsMadeAndDestroyedAsAMutex) {
+    alignas(Locker) unsigned char storage[sizeof(Locker)];
+    std::memset(storage, 0xA5, sizeof storage);
+    test::ThreadCalls calls(storage, sizeof storage);
+    const Locker* const locker = new (storage) Locker;
+    locker->lock();
+    locker->unlock();
+    EXPECT_TRUE(locker->trylock());
+    locker->unlock();
+    locker->~Locker();
+    EXPECT_EQ(calls.calls(),
+              (std::vector<test::ThreadCall>{test::MUTEX_INIT, test::MUTEX_LOCK, test::MUTEX_UNLOCK,
+                                             test::MUTEX_TRYLOCK, test::MUTEX_UNLOCK, test::MUTEX_DESTROY}));
+}
+
+TEST(Locker, WritesNoTraces) {
+    const test::DebugSwitch traces(2301);
+    test::LogCapture log;
+    const Locker locker;
+    locker.lock();
+    locker.unlock();
+    locker.trylock();
+    locker.unlock();
+    EXPECT_EQ(log.count(), 0u);
+}
+
+TEST(Locker, FailingInitIsLoggedAndTheZeroFilledMutexWorks) {
+    alignas(Locker) unsigned char storage[sizeof(Locker)];
+    std::memset(storage, 0xA5, sizeof storage);
+    test::LogCapture log;
+    test::ThreadCalls calls(storage, sizeof storage);
+    calls.answerNext(test::MUTEX_INIT, ENOMEM);
+    const Locker* const locker = new (storage) Locker;
+    EXPECT_EQ(log.count(), 1u);
+    EXPECT_TRUE(log.contains(Logger::LOG_ERROR, CONSTRUCT, "initializing Consistency mutex 12"));
+    locker->lock();
+    EXPECT_FALSE(isFreeForAnotherThread(*locker));
+    locker->unlock();
+    EXPECT_TRUE(isFreeForAnotherThread(*locker));
+    locker->~Locker();
+    EXPECT_EQ(log.count(), 1u);
+}
+
+TEST(Locker, FailingLockIsLoggedWithItsContext) {
+    const Locker locker;
+    test::LogCapture log;
+    test::ThreadCalls calls(&locker, sizeof locker);
+    calls.answerNext(test::MUTEX_LOCK, EINVAL);
+    locker.lock();
+    expectErrorWithContext(log, LOCK, "locking consistency mutex 22");
+    EXPECT_TRUE(isFreeForAnotherThread(locker));
+}
+
+TEST(Locker, FailingUnlockIsLoggedWithItsContext) {
+    const Locker locker;
+    test::LogCapture log;
+    locker.lock();
+    {
+        test::ThreadCalls calls(&locker, sizeof locker);
+        calls.answerNext(test::MUTEX_UNLOCK, EPERM);
+        locker.unlock();
+    }
+    expectErrorWithContext(log, UNLOCK, "unlocking consistency mutex 1");
+    EXPECT_FALSE(isFreeForAnotherThread(locker));
+    locker.unlock();
+}
+
+} // namespace
