@@ -100,10 +100,12 @@ bool BufferStreamList::Wait(long seconds) {
         const timespec deadline = deadlineAfterSeconds(seconds);
         VXUT_TRACE(listSwitch, "timed Wait .... (%d waiters)", m_waiters);
         error = pthread_cond_timedwait(&m_condition, &m_mutex, &deadline);
+        if (error == ETIMEDOUT) {
+            --m_waiters;
+            return false;
+        }
     }
     --m_waiters;
-    if (error == ETIMEDOUT)
-        return false;
     if (error != 0)
         VXUT_LOG(framework::Logger::LOG_ERROR, "Wait condition error %d", error);
     return true;

@@ -63,10 +63,12 @@ bool Waiter::wait(long seconds) const {
         const timespec deadline = deadlineAfterSeconds(seconds);
         VXUT_TRACE(waiterSwitch, "timed Wait .... (%d waiters)", m_waiters);
         error = pthread_cond_timedwait(&m_condition, &m_mutex, &deadline);
+        if (error == ETIMEDOUT) {
+            --m_waiters;
+            return false;
+        }
     }
     --m_waiters;
-    if (error == ETIMEDOUT)
-        return false;
     if (error != 0)
         VXUT_LOG(framework::Logger::LOG_ERROR, "Wait condition error %d", error);
     return true;
@@ -83,10 +85,12 @@ bool Waiter::waitMicroseconds(unsigned long long microseconds) const {
         const timespec deadline = deadlineAfterMicroseconds(microseconds);
         VXUT_TRACE(waiterSwitch, "timed Wait .... (%d waiters)", m_waiters);
         error = pthread_cond_timedwait(&m_condition, &m_mutex, &deadline);
+        if (error == ETIMEDOUT) {
+            --m_waiters;
+            return false;
+        }
     }
     --m_waiters;
-    if (error == ETIMEDOUT)
-        return false;
     if (error != 0)
         VXUT_LOG(framework::Logger::LOG_ERROR, "Wait condition error %d", error);
     return true;
