@@ -29,19 +29,20 @@ int classify(mode_t mode) {
 
 } // namespace
 
-#define TRACE_ITERATOR(...)                                                                                            \
+#define TRACE_ITERATOR_AS(function, ...)                                                                               \
     do {                                                                                                               \
         if (Debug::isDebugOn(dirIteratorSwitch))                                                                       \
-            LogMethodDebug(__PRETTY_FUNCTION__, __LINE__, __VA_ARGS__);                                                \
+            LogMethodDebug(function, __LINE__, __VA_ARGS__);                                                           \
     } while (false)
 
-DirIterator::DirIterator(const char* directory, const char* pattern)
-    : Path(nullptr),
-      m_pDir(nullptr),
-      m_entry(nullptr),
-      m_pattern(AllocString(pattern)),
-      m_index(-1),
-      m_errorReported(false) {
+#define TRACE_ITERATOR(...) TRACE_ITERATOR_AS(__PRETTY_FUNCTION__, __VA_ARGS__)
+
+DirIterator::DirIterator()
+    : Path(nullptr), m_pDir(nullptr), m_entry(nullptr), m_pattern(nullptr), m_index(-1), m_errorReported(false) {}
+
+// Delegating, so that the pattern is freed when the directory finds no memory.
+DirIterator::DirIterator(const char* directory, const char* pattern) : DirIterator() {
+    setPattern(pattern);
     setPath(directory);
 }
 
@@ -85,26 +86,26 @@ const char* DirIterator::getFirst(const char* pattern) {
     if (m_pDir == nullptr && !open())
         return nullptr;
     rewinddir(m_pDir);
-    return nextMatch();
+    return nextMatch(__PRETTY_FUNCTION__);
 }
 
 const char* DirIterator::getNext() {
     if ((m_pDir == nullptr && !open()) || m_entry == nullptr)
         return end();
-    return nextMatch();
+    return nextMatch(__PRETTY_FUNCTION__);
 }
 
-const char* DirIterator::nextMatch() {
+const char* DirIterator::nextMatch(const char* function) {
     while ((m_entry = readdir(m_pDir)) != nullptr) {
         const char* name = m_entry->d_name;
-        TRACE_ITERATOR("match name %s to pattern %s", name, m_pattern != nullptr ? m_pattern : "(null)");
+        TRACE_ITERATOR_AS(function, "match name %s to pattern %s", name, m_pattern != nullptr ? m_pattern : "(null)");
         const int result = m_pattern != nullptr ? fnmatch(m_pattern, name, 0) : FNM_NOMATCH;
-        TRACE_ITERATOR("match returned %d", result);
+        TRACE_ITERATOR_AS(function, "match returned %d", result);
         if (result != 0)
             continue;
         ++m_index;
         setFullFile(name);
-        TRACE_ITERATOR("returning value %s", name);
+        TRACE_ITERATOR_AS(function, "returning value %s", name);
         return name;
     }
     return end();

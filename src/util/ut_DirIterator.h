@@ -45,7 +45,9 @@ public:
     int getType() const;
 
 private:
-    const char* nextMatch();
+    DirIterator();
+
+    const char* nextMatch(const char* function);
     const char* end();
 
     DIR* m_pDir;

@@ -43,11 +43,13 @@ std::string joined(const std::string& element, const std::string& directory) {
 
 } // namespace
 
-#define TRACE_PATH(...)                                                                                                \
+#define TRACE_PATH_AS(function, ...)                                                                                   \
     do {                                                                                                               \
         if (Debug::isDebugOn(pathSwitch))                                                                              \
-            LogMethodDebug(__PRETTY_FUNCTION__, __LINE__, __VA_ARGS__);                                                \
+            LogMethodDebug(function, __LINE__, __VA_ARGS__);                                                           \
     } while (false)
+
+#define TRACE_PATH(...) TRACE_PATH_AS(__PRETTY_FUNCTION__, __VA_ARGS__)
 
 Path::Path(const char* value) : m_evaluated(false), m_numComponents(0), m_starts(), m_lengths() {
     setValue(value, true, true, true);
@@ -197,6 +199,7 @@ void Path::removeComponent(unsigned int i) {
 }
 
 bool Path::isValid() {
+    const bool relative = !isAbsolute();
     bool valid = true;
     unsigned int index = 0;
     while (index < componentCount()) {
@@ -218,6 +221,9 @@ bool Path::isValid() {
         } else {
             ++index;
         }
+        // What follows a first component that was removed must not become a root.
+        if (relative && isAbsolute())
+            assignPath(m_path.substr(std::min(m_path.find_first_not_of('/'), m_path.size())));
     }
     return valid;
 }
@@ -230,7 +236,8 @@ void Path::dumpComponents() {
         TRACE_PATH("%u: %u,%u \"%s\"", i, m_starts[i], m_lengths[i], componentText(i).c_str());
 }
 
-bool Path::findIn(const char* searchPath, bool appended) {
+bool Path::findIn(const char* searchPath, bool appended, const char* function) {
+    TRACE_PATH_AS(function, "Using search path: %s", searchPath);
     const std::string list = searchPath;
     const std::string directory = m_path;
     std::size_t end = 0;
@@ -238,9 +245,9 @@ bool Path::findIn(const char* searchPath, bool appended) {
         end = std::min(list.find(':', start), list.size());
         const std::string element = list.substr(start, end - start);
         assignPath(appended ? joined(element, directory) : element);
-        TRACE_PATH("Try search path: %s", m_path.c_str());
+        TRACE_PATH_AS(function, "Try search path: %s", m_path.c_str());
         if (exists()) {
-            TRACE_PATH("found %s", getValue());
+            TRACE_PATH_AS(function, "found %s", getValue());
             return true;
         }
     }
@@ -249,17 +256,11 @@ bool Path::findIn(const char* searchPath, bool appended) {
 }
 
 bool Path::find(const char* searchPath) {
-    if (searchPath == nullptr)
-        return false;
-    TRACE_PATH("Using search path: %s", searchPath);
-    return findIn(searchPath, false);
+    return searchPath != nullptr && findIn(searchPath, false, __PRETTY_FUNCTION__);
 }
 
 bool Path::findFull(const char* searchPath) {
-    if (searchPath == nullptr)
-        return false;
-    TRACE_PATH("Using search path: %s", searchPath);
-    return findIn(searchPath, true);
+    return searchPath != nullptr && findIn(searchPath, true, __PRETTY_FUNCTION__);
 }
 
 } // namespace utility

@@ -90,7 +90,7 @@ private:
 
     void assignPath(const std::string& path);
     std::string componentText(unsigned int i) const;
-    bool findIn(const char* searchPath, bool appended);
+    bool findIn(const char* searchPath, bool appended, const char* function);
 
     std::string m_path;
     std::string m_file;
