@@ -38,7 +38,7 @@ char* PW::newString(const char* s) {
 }
 
 void PW::dump() const {
-    VXUT_TRACE(recordSwitch, "PW - user: %s, pw: %s, uid: %u, gid: %u, rn: %s, dir: %s, sh: %s\n", shown(getUserName()),
+    VXUT_TRACE(recordSwitch, "PW - user: %s, pw: %s, uid: %d, gid: %d, rn: %s, dir: %s, sh: %s\n", shown(getUserName()),
                shown(getPassword()), getUid(), getGid(), shown(getRealName()), shown(getDir()), shown(getShell()));
 }
 

@@ -61,21 +61,33 @@ private:
     std::string m_texts[5];
 };
 
+File openStream(int fd, const char* mode) {
+    File file(fd >= 0 ? fdopen(fd, mode) : nullptr);
+    if (file == nullptr && fd >= 0)
+        close(fd);
+    return file;
+}
+
+/// Opens the password file, which must be a regular one: anything else has no users, or keeps its reader waiting.
+File openRegular(const char* name) {
+    struct stat status = {};
+    File file = openStream(name != nullptr ? open(name, O_RDONLY | O_NONBLOCK | O_CLOEXEC) : -1, "r");
+    if (file != nullptr && (fstat(fileno(file.get()), &status) != 0 || !S_ISREG(status.st_mode)))
+        return nullptr;
+    return file;
+}
+
 /// Makes the file that replaces `original`, with no wider permissions; null when that fails.
 File makeReplacement(const std::string& name, std::FILE* original) {
     struct stat status = {};
     if (fstat(fileno(original), &status) != 0)
         return nullptr;
-    const int fd = open(name.c_str(), O_WRONLY | O_CREAT | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR);
-    if (fd < 0)
+    // What stands there from an earlier rewrite may be open elsewhere, or be another file under a second name.
+    unlink(name.c_str());
+    const int fd = open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
+    File file = openStream(fd, "w");
+    if (file != nullptr && fchmod(fd, status.st_mode & 0777) != 0)
         return nullptr;
-    // A file left by an earlier rewrite may be more readable than the present one, so its mode comes before its
-    // contents.
-    File file;
-    if (fchmod(fd, status.st_mode & 0777) == 0 && ftruncate(fd, 0) == 0)
-        file.reset(fdopen(fd, "w"));
-    if (file == nullptr)
-        close(fd);
     return file;
 }
 
@@ -124,7 +136,7 @@ PW* PWService::getUser(const char* name) {
     const std::string wanted(name);
     VXUT_TRACE(serviceSwitch, "search for %s", wanted.c_str());
     VXUT_TRACE(serviceSwitch, "in file: %s", getFileName());
-    const File file(std::fopen(getFileName(), "re"));
+    const File file = openRegular(getFileName());
     while (file != nullptr && readEntry(file.get())) {
         if (wanted != m_PW.getUserName())
             continue;
@@ -137,7 +149,7 @@ PW* PWService::getUser(const char* name) {
 
 unsigned int PWService::getHighestUID() {
     unsigned int highest = 0;
-    const File file(getFileName() != nullptr ? std::fopen(getFileName(), "re") : nullptr);
+    const File file = openRegular(getFileName());
     while (file != nullptr && readEntry(file.get()))
         highest = std::max(highest, m_PW.getUid());
     return highest;
@@ -184,7 +196,7 @@ void PWService::rewrite(PW* user, bool adds) {
     VXUT_TRACE(serviceSwitch, "in file: %s", newName.c_str());
     if (newName.size() > longestNewName)
         return;
-    File in(std::fopen(fileName.c_str(), "re"));
+    File in = openRegular(fileName.c_str());
     if (in == nullptr)
         return;
     File out = makeReplacement(newName, in.get());
