@@ -165,7 +165,7 @@ void putFormattedLine(BufferStream& out, const unsigned char* data, unsigned int
     const unsigned int held = std::min(bytesPerLine, size - start);
     for (unsigned int i = 0; i < bytesPerLine; ++i) {
         if (i == 0) {
-            out.PutF("\n[%06u] %02x", start, data[start]);
+            out.PutF("\n[%06d] %02x", static_cast<int>(start), data[start]);
             continue;
         }
         if (i % 4 == 0)
@@ -223,7 +223,7 @@ void Debug::hexDumpFormatted(const char* data, unsigned int size, unsigned int b
     const unsigned char* bytes = reinterpret_cast<const unsigned char*>(data);
     for (unsigned int page = 0; page < size;) {
         if (page == 0)
-            stream.PutF("\nHexDump of [%p], size %u", static_cast<const void*>(data), size);
+            stream.PutF("\nHexDump of [%p], size %d", static_cast<const void*>(data), static_cast<int>(size));
         const unsigned int pageEnd = page + std::min(pageSize, size - page);
         for (unsigned int start = page; start < pageEnd;) {
             putFormattedLine(stream, bytes, size, start, bytesPerLine);

@@ -105,17 +105,17 @@ int VirtualGetStream::ReadAvailable() const {
 }
 
 int VirtualGetStream::ReceiveInputStream(char* buffer, unsigned int size) {
-    VXUT_TRACE_IF(m_trace, "requesting %u bytes", size);
+    VXUT_TRACE_IF(m_trace, "requesting %d bytes", static_cast<int>(size));
     unsigned int held = static_cast<unsigned int>(boundedReadable(Buffer::ReadAvailable()));
     if (size > held) {
         load();
         held = static_cast<unsigned int>(boundedReadable(Buffer::ReadAvailable()));
     }
-    VXUT_TRACE_IF(m_trace, "%u bytes available", held);
+    VXUT_TRACE_IF(m_trace, "%d bytes available", static_cast<int>(held));
     if (held == 0 || buffer == nullptr)
         return 0;
     const unsigned int count = std::min(held, size);
-    VXUT_TRACE_IF(m_trace, "moving %u bytes", count);
+    VXUT_TRACE_IF(m_trace, "moving %d bytes", static_cast<int>(count));
     std::memcpy(buffer, pTail(), count);
     ReadAdvance(static_cast<int>(count));
     return static_cast<int>(count);
@@ -126,7 +126,7 @@ bool VirtualGetStream::isHeld(int position) const {
 }
 
 char& VirtualGetStream::operator[](unsigned int index) {
-    VXUT_TRACE_IF(m_trace, "[%u]", index);
+    VXUT_TRACE_IF(m_trace, "[%d]", static_cast<int>(index));
     int position = difference(index, m_base);
     m_maxIndex = std::max(m_maxIndex, position);
     if (static_cast<long long>(WritePosition()) - m_maxIndex < m_lowWater && isSourceOpen() && !isSourceAtEnd()) {
@@ -135,8 +135,9 @@ char& VirtualGetStream::operator[](unsigned int index) {
     }
     if (!isHeld(position) || pBuffer() == nullptr) {
         VXUT_LOG(framework::Logger::LOG_ERROR,
-                 "accessing offset %d, index %u from base %d [%d/%d], ReadAvail: %d, WriteRemain: %d", position, index,
-                 m_base, ReadPosition(), WritePosition(), Buffer::ReadAvailable(), WriteRemaining());
+                 "accessing offset %d, index %d from base %d [%d/%d], ReadAvail: %d, WriteRemain: %d", position,
+                 static_cast<int>(index), m_base, ReadPosition(), WritePosition(), Buffer::ReadAvailable(),
+                 WriteRemaining());
         VXUT_THROW(FAILURE_STREAM_INDEX, "");
     }
     if (position == WritePosition() && !isTerminable()) {
@@ -147,7 +148,7 @@ char& VirtualGetStream::operator[](unsigned int index) {
 }
 
 void VirtualGetStream::MoveTo(unsigned int offset) {
-    VXUT_TRACE_IF(m_trace, "[%u]", offset);
+    VXUT_TRACE_IF(m_trace, "[%d]", static_cast<int>(offset));
     const int position = difference(offset, m_base);
     if (!isHeld(position))
         VXUT_THROW(FAILURE_STREAM_INDEX, "");
