@@ -331,6 +331,23 @@ TEST(GetStream, ReadLineIsTracedOnlyWithItsSwitch) {
               (Lines{tag + "advancing 4, readavailable 6", tag + "advancing 2, readavailable 2"}));
 }
 
+TEST(GetStream, TracingAsksForNoMoreThanReadLineDoesWithout) {
+    test::LogCapture log;
+    for (const char* const content : {"ab\ncd", "abcde"}) {
+        char plain[8] = "";
+        char traced[8] = "";
+        std::strcpy(plain, content);
+        std::strcpy(traced, content);
+        Counted untraced(plain, 5);
+        EXPECT_STREQ(untraced.ReadLine(), std::string(content).substr(0, std::string(content).find('\n')).c_str());
+        const test::DebugSwitch tracing(READ_LINE_SWITCH);
+        Counted in(traced, 5);
+        in.ReadLine();
+        EXPECT_EQ(in.asked, untraced.asked) << content;
+    }
+    EXPECT_EQ(log.count(), 2u);
+}
+
 TEST(GetStream, ReadsGoThroughTheVirtualCursors) {
     char text[] = "ab\ncd\nefgh";
     Counted in(text, 10);

@@ -92,7 +92,8 @@ char* GetStream::ReadLine() {
         next = pHead();
     }
     const int advance = static_cast<int>(next - start);
-    VXUT_TRACE(getStreamSwitch, "advancing %d, readavailable %d", advance, ReadAvailable());
+    // Not asked again: a stream with a source would refill behind the line that was just terminated.
+    VXUT_TRACE(getStreamSwitch, "advancing %d, readavailable %d", advance, available);
     ReadAdvance(advance);
     return start;
 }
