@@ -1,6 +1,7 @@
 #include "ut_PutStream.h"
 
 #include <algorithm>
+#include <climits>
 #include <cstdio>
 #include <cstring>
 
@@ -292,7 +293,7 @@ bool PutStream::SendOutputStream(const char* data, unsigned int n) {
     if (count > 0)
         std::memcpy(pHead(), data, count);
     // By the whole size, deliberately: callers see a short buffer as the failure, or as full.
-    WriteAdvance(static_cast<int>(n));
+    WriteAdvance(static_cast<int>(std::min<unsigned int>(n, INT_MAX)));
     terminate();
     return n == count;
 }
