@@ -459,6 +459,15 @@ TEST(Buffer, WithNoThrowExtremeAdvancesStayInside) {
     }
 }
 
+TEST(Buffer, AWritePositionIsClampedToTheEndAlsoWhereTheReadPositionIsBehindIt) {
+    OpenBuffer buffer(8);
+    buffer.WriteAdvance(5);
+    EXPECT_NE(CATCH_FAILURE(buffer.ReadAdvance(50)), nullptr);
+    buffer.setNoThrow(true);
+    buffer.WriteAdvance(-1);
+    EXPECT_EQ(buffer.WritePosition(), 8);
+}
+
 TEST(Buffer, AfterARefusedAdvanceItCanBeAskedRewoundAndUsed) {
     OpenBuffer buffer(8);
     EXPECT_NE(CATCH_FAILURE(buffer.WriteAdvance(20)), nullptr);

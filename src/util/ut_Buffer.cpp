@@ -63,11 +63,11 @@ void Buffer::WriteAdvance(int n) {
     // The position stays moved: callers see how far the write went past the end.
     if (!m_noThrow)
         VXUT_THROW(FAILURE_BUFFER, "");
-    if (m_head < m_tail) {
+    if (m_head < m_tail)
         m_head = m_tail;
-    } else if (m_head > m_size) {
+    // Both, because a refused advance may have left the read position behind the end.
+    if (m_head > m_size)
         m_head = m_size;
-    }
 }
 
 void Buffer::ReadAdvance(int n) {
