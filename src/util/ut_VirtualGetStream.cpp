@@ -140,9 +140,13 @@ char& VirtualGetStream::operator[](unsigned int index) {
                  WriteRemaining());
         VXUT_THROW(FAILURE_STREAM_INDEX, "");
     }
-    if (position == WritePosition() && !isTerminable()) {
-        m_behind = 0;
-        return m_behind;
+    if (position == WritePosition()) {
+        // Nothing was received there yet, so whatever the storage held before would show.
+        if (!isTerminable()) {
+            m_behind = 0;
+            return m_behind;
+        }
+        terminate();
     }
     return pBuffer()[position];
 }
