@@ -36,7 +36,8 @@ public:
     void enQueue(BufferStreamElement* e);
     /// Takes the first element, which the caller then owns; null when the queue is empty.
     BufferStreamElement* deQueue();
-    /// Puts `e` back at the front, to be served next; null does nothing.
+    /// Puts `e`, which is in no chain, back at the front, to be served next, and owns it from now on; null does
+    /// nothing.
     void reQueue(BufferStreamElement* e);
     /// How many elements are in the queue.
     int Count() const {
