@@ -5,6 +5,7 @@
 
 #include <cctype>
 #include <climits>
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <set>
@@ -16,6 +17,8 @@
 #include "FailingOperation.h"
 #include "GuardedText.h"
 #include "LogCapture.h"
+#include "fw_Container.h"
+#include "fw_Memory.h"
 #include "fw_StableStringRepository.h"
 #include "ut_BufferStream.h"
 #include "ut_StringArray.h"
@@ -538,6 +541,43 @@ TEST(Debug, HexDumpWithoutMemoryForItsStreamSaysSo) {
         EXPECT_EQ(log.entries()[0].type, Logger::LOG_ERROR);
         EXPECT_EQ(log.entries()[0].text, "failure to allocate buffer");
     }
+}
+
+// Gives one piece and then no more.
+class OnePieceMemory : public framework::Memory {
+public:
+    OnePieceMemory() {
+        framework::Container::m_pMemory = this;
+    }
+    ~OnePieceMemory() override {
+        framework::Container::m_pMemory = nullptr;
+    }
+    void* allocate(unsigned long size) override {
+        if (m_given || size > sizeof m_piece)
+            return nullptr;
+        m_given = true;
+        return m_piece;
+    }
+    void release(const void* /*piece*/) override {}
+
+private:
+    alignas(std::max_align_t) char m_piece[1024];
+    bool m_given = false;
+};
+
+TEST(Debug, HexDumpWithoutMemoryForTheFailureEitherThrowsNothing) {
+    test::LogCapture log;
+    OnePieceMemory memory;
+    bool thrown = false;
+    {
+        const test::FailingAllocation failing(test::failAll);
+        try {
+            Debug::hexDump("ports", 5);
+        } catch (...) {
+            thrown = true;
+        }
+    }
+    EXPECT_FALSE(thrown);
 }
 
 // hexDumpFormatted

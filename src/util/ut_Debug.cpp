@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <new>
 
 #include "fw_Exception.h"
 #include "fw_Logger.h"
@@ -139,6 +140,8 @@ std::unique_ptr<BufferStream> makeDumpStream(int size) {
         stream.reset(new BufferStream(size));
     } catch (framework::Exception* failure) {
         delete failure;
+    } catch (const std::bad_alloc&) {
+        // There was no memory for the failure either.
     }
     if (stream == nullptr)
         framework::Logger::StaticLog(framework::Logger::LOG_ERROR, "failure to allocate buffer");
