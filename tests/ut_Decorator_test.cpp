@@ -45,7 +45,20 @@ TEST(Decorator, UsageExample) {
 TEST(Decorator, TypesAreNumberedFrom0To35) {
     EXPECT_EQ(Decorator::Normal, 0);
     EXPECT_EQ(Decorator::Heading, 5);
-    EXPECT_EQ(Decorator::Separator, 35);
+    EXPECT_EQ(Decorator::Cyan, 35);
+}
+
+TEST(Decorator, TypesAreNamedAsTheirTokensAre) {
+    const struct {
+        Decorator::DecorationType type;
+        const char* text;
+    } named[] = {
+        {Decorator::Normal, "normal"},   {Decorator::Underlined, "underlined"}, {Decorator::Inverse, "inverse"},
+        {Decorator::Heading, "heading"}, {Decorator::Subheading, "subheading"}, {Decorator::Title, "title"},
+        {Decorator::Value, "value"},     {Decorator::Critical, "critical"},     {Decorator::Cyan, "cyan"},
+    };
+    for (const auto& each : named)
+        EXPECT_STREQ(strings::StringRepository::toString(Decorator::toToken(each.type)), each.text);
 }
 
 TEST(Decorator, EachTypeHasItsToken) {

@@ -16,7 +16,7 @@ void Decorator::setDecoration(DecorationType, PutStream*) {}
 
 stringtoken Decorator::toToken(DecorationType type) {
     const stringtoken undefined = 1153;
-    return type >= Normal && type <= Separator ? m_toToken[type] : undefined;
+    return type >= Normal && type <= Cyan ? m_toToken[type] : undefined;
 }
 
 } // namespace utility
