@@ -38,7 +38,8 @@ endfunction()
 function(vxut_library_options target)
     vxut_warnings(${target})
     vxut_hardening(${target})
-    target_link_options(${target} PRIVATE LINKER:-z,defs)
+    target_link_options(${target} PRIVATE LINKER:-z,defs
+                                          LINKER:--version-script=${PROJECT_SOURCE_DIR}/cmake/standard-library.map)
     target_compile_features(${target} PUBLIC cxx_std_17)
     set_target_properties(${target} PROPERTIES
         VERSION ${PROJECT_VERSION}
