@@ -1,0 +1,876 @@
+#include "ut_VirtualPutStream.h"
+
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <string>
+#include <thread>
+#include <type_traits>
+#include <vector>
+
+#include "ExpectFailure.h"
+#include "FailingOperation.h"
+#include "GuardedText.h"
+#include "LogCapture.h"
+#include "RandomRun.h"
+#include "RecordingOutput.h"
+#include "TemporaryDirectory.h"
+#include "TraceLines.h"
+#include "VirtualSlot.h"
+#include "fw_ThreadInfo.h"
+#include "ut_FileOutputStream.h"
+#include "ut_NullStream.h"
+
+namespace {
+
+using framework::Logger;
+using utility::VirtualPutStream;
+using Lines = std::vector<std::string>;
+
+const char* const ALLOC = "void utility::Buffer::allocBuffer()";
+const char* const PUT_B = "virtual void utility::VirtualPutStream::PutB(const char*, int)";
+const char* const PUT_F = "void utility::PutStream::PutF(const char*, ...)";
+const char* const FLUSH = "virtual void utility::VirtualPutStream::FlushOutputStream()";
+const char* const DESTROY = "virtual utility::VirtualPutStream::~VirtualPutStream()";
+
+static_assert(std::is_base_of<utility::PutStream, VirtualPutStream>::value, "it is written like any text");
+static_assert(!std::is_convertible<int, VirtualPutStream>::value, "a number is not a stream by itself");
+
+std::string line(const char* function, const std::string& text) {
+    return std::string("3 ") + function + ": " + text;
+}
+
+void put(VirtualPutStream& stream, const std::string& data) {
+    // An exact copy shows to the sanitizer that nothing behind it is read.
+    const std::vector<char> bytes(data.begin(), data.end());
+    stream.PutB(bytes.data(), static_cast<int>(bytes.size()));
+}
+
+bool send(VirtualPutStream& stream, const std::string& data) {
+    const std::vector<char> bytes(data.begin(), data.end());
+    return stream.SendOutputStream(bytes.empty() ? "" : bytes.data(), static_cast<unsigned int>(bytes.size()));
+}
+
+std::string held(const VirtualPutStream& stream) {
+    return std::string(stream.pTail(), static_cast<std::size_t>(stream.ReadAvailable()));
+}
+
+/// A thread without a record, whose number in the traces is 0.
+template<class Body>
+void inNewThread(Body body) {
+    std::thread thread(body);
+    thread.join();
+}
+
+TEST(VirtualPutStream, UsageExample) {
+    const test::TemporaryDirectory directory;
+    const std::string path = directory.path("ports");
+    {
+        utility::FileOutputStream file(path.c_str(), false, 0600);
+        utility::VirtualPutStream out(file, 256, 200);
+        for (int i = 0; i < 1000; ++i)
+            out.PutF("port %d\n", i);
+        out.FlushOutputStream();
+    }
+    std::string expected;
+    for (int i = 0; i < 1000; ++i)
+        expected += "port " + std::to_string(i) + "\n";
+    EXPECT_EQ(directory.read("ports"), expected);
+}
+
+TEST(VirtualPutStream, OperationsStandAtTheirPlaces) {
+    EXPECT_EQ(test::virtualSlot(&VirtualPutStream::StartOutputStream), 2);
+    EXPECT_EQ(test::virtualSlot(&VirtualPutStream::EndOutputStream), 3);
+    EXPECT_EQ(test::virtualSlot(&VirtualPutStream::SendOutputStream), 4);
+    EXPECT_EQ(test::virtualSlot(&VirtualPutStream::FlushOutputStream), 5);
+    EXPECT_EQ(test::virtualSlot(&VirtualPutStream::TransferFromInputStream), 6);
+    EXPECT_EQ(test::virtualSlot(&VirtualPutStream::isOutputStreamOpen), 7);
+    EXPECT_EQ(test::virtualSlot(&VirtualPutStream::isOutputStreamInError), 8);
+    EXPECT_EQ(test::virtualSlot(&VirtualPutStream::isOutputStreamAtEnd), 9);
+    EXPECT_EQ(test::virtualSlot(&VirtualPutStream::isOutputStreamGood), 10);
+    EXPECT_EQ(test::virtualSlot(&VirtualPutStream::PutB), 11);
+    EXPECT_EQ(test::virtualSlot(&VirtualPutStream::Indent), 12);
+    EXPECT_EQ(test::virtualSlot(&VirtualPutStream::WriteRemaining), 13);
+}
+
+// Construction
+
+TEST(VirtualPutStream, OwnBufferHoldsItsWholeSize) {
+    test::RecordingOutput target;
+    const VirtualPutStream stream(target, 16, 100);
+    EXPECT_EQ(stream.Size(), 16);
+    EXPECT_EQ(stream.WriteRemaining(), 16);
+    EXPECT_EQ(stream.ReadAvailable(), 0);
+    EXPECT_EQ(stream.transferred(), 0);
+    EXPECT_FALSE(stream.isNoThrow());
+    EXPECT_EQ(stream.pBuffer()[0], 0);
+    EXPECT_EQ(stream.pBuffer()[16], 0);
+    EXPECT_EQ(target.calls, Lines{});
+}
+
+TEST(VirtualPutStream, OwnBufferWithoutMemoryIsRefused) {
+    test::RecordingOutput target;
+    EXPECT_FAILURE(test::failNth(1, [&] { VirtualPutStream(target, 16, 100); }), 1238, "ut_Buffer", ALLOC, "");
+    EXPECT_FAILURE(VirtualPutStream(target, -5, 1), 1238, "ut_Buffer", ALLOC, "");
+    EXPECT_FAILURE(VirtualPutStream(target, INT_MIN, 1), 1238, "ut_Buffer", ALLOC, "");
+}
+
+TEST(VirtualPutStream, CallersArrayKeepsItsLastByteForTheTerminator) {
+    test::RecordingOutput target;
+    test::GuardedText text(16);
+    {
+        VirtualPutStream stream(target, text.array(), 16, 100);
+        EXPECT_EQ(stream.Size(), 15);
+        EXPECT_EQ(stream.WriteRemaining(), 15);
+        EXPECT_EQ(stream.pBuffer(), text.array());
+        EXPECT_EQ(text.array()[0], 0);
+        EXPECT_EQ(text.array()[15], 0);
+        put(stream, "ports");
+    }
+    EXPECT_EQ(std::string(text.array(), 5), "ports");
+    EXPECT_TRUE(text.isGuardWhole());
+}
+
+TEST(VirtualPutStream, SmallestArraysAreNeverOverrun) {
+    for (const int size : {0, 1, 2}) {
+        for (const int threshold : {-1, 0, 1, 2, 100}) {
+            test::RecordingOutput target;
+            test::LogCapture log;
+            test::GuardedText text(static_cast<unsigned int>(size));
+            VirtualPutStream stream(target, text.array(), size, threshold);
+            stream.setNoThrow(true);
+            put(stream, std::string(100, 'x'));
+            stream.PutF("%s", "formatted");
+            stream.PutS("text");
+            stream.PutC('c');
+            stream.Indent(3);
+            stream.setHoldOutput(true);
+            send(stream, std::string(100, 'y'));
+            stream.FlushOutputStream();
+            EXPECT_TRUE(text.isGuardWhole()) << size << ", " << threshold;
+            EXPECT_EQ(text.isUntouched(), size == 0);
+        }
+    }
+}
+
+TEST(VirtualPutStream, ArrayOfTwoBytesPassesEverythingOn) {
+    test::RecordingOutput target;
+    test::GuardedText text(2);
+    VirtualPutStream stream(target, text.array(), 2, 1);
+    put(stream, "12345");
+    EXPECT_EQ(target.calls, (Lines{"send:1", "send:2", "send:3", "send:4", "send:5"}));
+    EXPECT_TRUE(text.isGuardWhole());
+}
+
+TEST(VirtualPutStream, ArrayThatHoldsNothingRefusesAWrite) {
+    for (const int size : {-1, 0, 1}) {
+        test::RecordingOutput target;
+        test::GuardedText text(1);
+        VirtualPutStream stream(target, text.array(), size, 1);
+        EXPECT_FAILURE(stream.PutB("12", 2), 1239, "ut_VirtualPutStream", PUT_B,
+                       "Didn't fit. size=2 remaining=0 msg='12'");
+        EXPECT_EQ(target.calls, Lines{});
+        EXPECT_TRUE(text.isGuardWhole());
+    }
+}
+
+TEST(VirtualPutStream, WithoutATargetIsClosedAndTakesNothing) {
+    VirtualPutStream stream(1);
+    EXPECT_FALSE(stream.isOutputStreamOpen());
+    EXPECT_FALSE(stream.isOutputStreamGood());
+    EXPECT_FALSE(stream.StartOutputStream());
+    EXPECT_FALSE(stream.SendOutputStream("ports", 5));
+    EXPECT_FAILURE(stream.PutB("ports", 5), 1239, "ut_VirtualPutStream", PUT_B,
+                   "Didn't fit. size=5 remaining=0 msg='ports'");
+    stream.setNoThrow(true);
+    test::LogCapture log;
+    stream.PutB("ports", 5);
+    EXPECT_EQ(log.count(), 1u);
+    stream.FlushOutputStream();
+    stream.EndOutputStream();
+    EXPECT_EQ(stream.WriteRemaining(), 0);
+    EXPECT_EQ(stream.transferred(), 0);
+}
+
+// The threshold
+
+TEST(VirtualPutStream, BytesBelowTheThresholdAreHeld) {
+    test::RecordingOutput target;
+    VirtualPutStream stream(target, 256, 100);
+    put(stream, std::string(99, 'x'));
+    EXPECT_EQ(stream.WriteRemaining(), 157);
+    EXPECT_EQ(stream.ReadAvailable(), 99);
+    EXPECT_EQ(target.calls, Lines{});
+}
+
+TEST(VirtualPutStream, ByteAtTheThresholdIsFlushedByTheNextQuestionForRoom) {
+    test::RecordingOutput target;
+    VirtualPutStream stream(target, 256, 100);
+    put(stream, std::string(99, 'x'));
+    stream.PutC('y');
+    EXPECT_EQ(stream.ReadAvailable(), 100);
+    EXPECT_EQ(target.calls, Lines{});
+    EXPECT_EQ(stream.WriteRemaining(), 256);
+    EXPECT_EQ(stream.ReadAvailable(), 0);
+    EXPECT_EQ(target.calls, Lines{"send:" + std::string(99, 'x') + "y"});
+    EXPECT_EQ(stream.transferred(), 100);
+}
+
+TEST(VirtualPutStream, PutBAsksForRoomBehindEachPiece) {
+    test::RecordingOutput target;
+    VirtualPutStream stream(target, 256, 100);
+    put(stream, std::string(100, 'x'));
+    EXPECT_EQ(target.calls, Lines{"send:" + std::string(100, 'x')});
+    EXPECT_EQ(stream.ReadAvailable(), 0);
+}
+
+TEST(VirtualPutStream, PutBAsksForRoomBeforeItsFirstPiece) {
+    test::RecordingOutput target;
+    VirtualPutStream stream(target, 8, 4);
+    stream.PutS("1234");
+    EXPECT_EQ(target.calls, Lines{});
+    stream.PutB("5", 0);
+    EXPECT_EQ(target.calls, Lines{"send:1234"});
+    stream.PutS("5678");
+    stream.PutB("9", 1);
+    EXPECT_EQ(target.calls, (Lines{"send:1234", "send:5678"}));
+    EXPECT_EQ(held(stream), "9");
+}
+
+TEST(VirtualPutStream, PutBOfNullDoesNothing) {
+    test::RecordingOutput target;
+    VirtualPutStream stream(target, 8, 4);
+    stream.PutS("1234");
+    stream.PutB(nullptr, 5);
+    EXPECT_EQ(target.calls, Lines{});
+    EXPECT_EQ(held(stream), "1234");
+}
+
+TEST(VirtualPutStream, PutBOfANegativeLengthWritesNothing) {
+    test::RecordingOutput target;
+    VirtualPutStream stream(target, 8, 100);
+    stream.PutB("12", -1);
+    stream.PutB("12", INT_MIN);
+    EXPECT_EQ(held(stream), "");
+}
+
+TEST(VirtualPutStream, LongOutputGoesThroughInBuffersFull) {
+    test::RecordingOutput target;
+    VirtualPutStream stream(target, 8, 8);
+    put(stream, "abcdefghijklmnopqrst");
+    EXPECT_EQ(target.calls, (Lines{"send:abcdefgh", "send:ijklmnop"}));
+    EXPECT_EQ(held(stream), "qrst");
+    EXPECT_EQ(stream.transferred(), 16);
+}
+
+TEST(VirtualPutStream, RestAtTheThresholdIsFlushedToo) {
+    test::RecordingOutput target;
+    VirtualPutStream stream(target, 8, 4);
+    put(stream, "abcdefghijklmnopqrst");
+    EXPECT_EQ(target.calls, (Lines{"send:abcdefgh", "send:ijklmnop", "send:qrst"}));
+    EXPECT_EQ(held(stream), "");
+}
+
+TEST(VirtualPutStream, ThresholdOfNoughtFlushesAtEveryQuestion) {
+    for (const int threshold : {0, -1, INT_MIN}) {
+        test::RecordingOutput target;
+        VirtualPutStream stream(target, 8, threshold);
+        put(stream, "abc");
+        put(stream, "d");
+        EXPECT_EQ(target.calls, (Lines{"send:abc", "send:d"}));
+    }
+}
+
+TEST(VirtualPutStream, TextsAskForRoomOnceAndMustFit) {
+    test::RecordingOutput target;
+    VirtualPutStream stream(target, 8, 6);
+    stream.PutF("%d", 12345);
+    EXPECT_FAILURE(stream.PutF("%s", "67890"), 1239, "ut_PutStream", PUT_F, "Didn't fit. wrote=5 remaining=3 msg='%s'");
+    EXPECT_EQ(held(stream), "12345678");
+    stream.PutF("%s", "next");
+    EXPECT_EQ(target.calls, Lines{"send:12345678"});
+    EXPECT_EQ(held(stream), "next");
+}
+
+TEST(VirtualPutStream, TextsThatDoNotFitAQuietStreamAreCut) {
+    test::RecordingOutput target;
+    VirtualPutStream stream(target, 8, 6);
+    stream.setNoThrow(true);
+    test::LogCapture log;
+    stream.PutF("%d", 12345);
+    stream.PutF("%s", "67890");
+    EXPECT_EQ(held(stream), "12345678");
+    EXPECT_EQ(log.texts(), Lines{"PutStream::PutF: Didn't fit. wrote=5 remaining=3 msg='%s'"});
+}
+
+TEST(VirtualPutStream, CharactersAndBlanksOfAnyNumberGoThrough) {
+    test::RecordingOutput target;
+    VirtualPutStream stream(target, 4, 2);
+    for (int i = 0; i < 10; ++i)
+        stream.PutC('x');
+    stream.Indent(5);
+    stream.FlushOutputStream();
+    EXPECT_EQ(target.text(), "xxxxxxxxxx     ");
+}
+
+TEST(VirtualPutStream, AnyMixOfWritesArrivesInOrder) {
+    test::RandomRun random;
+    for (int run = 0; run < 50 && !testing::Test::HasFailure(); ++run) {
+        test::RecordingOutput target;
+        const unsigned int size = 9 + random.below(40);
+        VirtualPutStream stream(target, static_cast<int>(size), static_cast<int>(1 + random.below(size - 8)));
+        std::string expected;
+        for (int step = 0; step < 200; ++step) {
+            const std::string data = random.text(7, "abc\n");
+            switch (random.below(5)) {
+            case 0:
+                stream.PutF("%s", data.c_str());
+                break;
+            case 1:
+                put(stream, data + data + data + data + data + data + data);
+                expected += data + data + data + data + data + data;
+                break;
+            case 2:
+                stream.setHoldOutput(random.below(2) == 0);
+                EXPECT_TRUE(send(stream, data));
+                break;
+            case 3:
+                stream.PutS(data.c_str());
+                break;
+            default:
+                stream.FlushOutputStream();
+                put(stream, data);
+            }
+            expected += data;
+        }
+        stream.FlushOutputStream();
+        EXPECT_EQ(target.text(), expected);
+    }
+}
+
+// What does not fit
+
+TEST(VirtualPutStream, LiveTargetThatIsNeverFlushedLeavesNoRoom) {
+    test::RecordingOutput target;
+    VirtualPutStream stream(target, 10, 11);
+    EXPECT_FAILURE(put(stream, "abcdefghijklmno"), 1239, "ut_VirtualPutStream", PUT_B,
+                   "Didn't fit. size=5 remaining=0 msg='klmno'");
+    EXPECT_EQ(held(stream), "abcdefghij");
+    EXPECT_EQ(target.calls, Lines{});
+}
+
+TEST(VirtualPutStream, DeadTargetThatIsNeverFlushedLeavesNoRoom) {
+    for (const bool closed : {false, true}) {
+        test::RecordingOutput target;
+        target.open = !closed;
+        target.error = !closed;
+        VirtualPutStream stream(target, 10, 11);
+        EXPECT_FAILURE(put(stream, "abcdefghijklmno"), 1239, "ut_VirtualPutStream", PUT_B,
+                       "Didn't fit. size=5 remaining=0 msg='klmno'");
+        EXPECT_EQ(held(stream), "abcdefghij");
+        EXPECT_EQ(target.calls, Lines{});
+    }
+}
+
+TEST(VirtualPutStream, TargetThatRefusesTwiceInARowLeavesNoRoom) {
+    test::RecordingOutput target;
+    target.refusals = 100;
+    VirtualPutStream stream(target, 10, 5);
+    EXPECT_FAILURE(put(stream, "abcdefghijklmno"), 1239, "ut_VirtualPutStream", PUT_B,
+                   "Didn't fit. size=5 remaining=0 msg='klmno'");
+    EXPECT_EQ(target.calls, (Lines{"refused:abcdefghij", "refused:abcdefghij"}));
+    EXPECT_EQ(held(stream), "abcdefghij") << "what a live target refuses stays queued";
+}
+
+TEST(VirtualPutStream, TargetThatRefusesOnceIsAskedAgain) {
+    test::RecordingOutput target;
+    target.refusals = 1;
+    VirtualPutStream stream(target, 10, 5);
+    put(stream, "abcdefghijklm");
+    EXPECT_EQ(target.calls, (Lines{"refused:abcdefghij", "send:abcdefghij"}));
+    EXPECT_EQ(held(stream), "klm");
+}
+
+TEST(VirtualPutStream, TargetThatDiesBetweenTheTwoQuestionsTakesNothing) {
+    test::RecordingOutput target;
+    target.refusals = 100;
+    target.afterSend = [&] {
+        target.error = true;
+    };
+    VirtualPutStream stream(target, 10, 5);
+    EXPECT_FAILURE(put(stream, "abcdefghijklmno"), 1239, "ut_VirtualPutStream", PUT_B,
+                   "Didn't fit. size=5 remaining=0 msg='klmno'");
+    EXPECT_EQ(target.calls, Lines{"refused:abcdefghij"});
+}
+
+TEST(VirtualPutStream, QuietStreamLogsWhatDoesNotFitAndDropsIt) {
+    test::RecordingOutput target;
+    VirtualPutStream stream(target, 10, 11);
+    stream.setNoThrow(true);
+    test::LogCapture log;
+    put(stream, "abcdefghijklmno");
+    EXPECT_EQ(test::traceLines(log), Lines{"0 : PutStream::PutB: Didn't fit. size=5 remaining=0 msg='klmno'"});
+    EXPECT_EQ(held(stream), "abcdefghij");
+}
+
+TEST(VirtualPutStream, LongRestIsCutInTheMessage) {
+    test::RecordingOutput target;
+    VirtualPutStream stream(target, 10, 11);
+    const std::string data(310, 'x');
+    EXPECT_FAILURE(put(stream, data), 1239, "ut_VirtualPutStream", PUT_B,
+                   "Didn't fit. size=300 remaining=0 msg='" + std::string(90, 'x') + "'");
+    stream.setNoThrow(true);
+    stream.Rewind();
+    test::LogCapture log;
+    put(stream, data);
+    EXPECT_EQ(log.texts(),
+              Lines{"PutStream::PutB: Didn't fit. size=300 remaining=0 msg='" + std::string(200, 'x') + "'"});
+}
+
+TEST(VirtualPutStream, MessageEndsAtANulOfTheRest) {
+    test::RecordingOutput target;
+    VirtualPutStream stream(target, 1, 2);
+    EXPECT_FAILURE(put(stream, std::string("abc\0d", 5)), 1239, "ut_VirtualPutStream", PUT_B,
+                   "Didn't fit. size=4 remaining=0 msg='bc'");
+}
+
+TEST(VirtualPutStream, OutputForADeadTargetIsThrownAwayAndBlocksNobody) {
+    for (const bool closed : {false, true}) {
+        test::RecordingOutput target;
+        target.open = !closed;
+        target.error = !closed;
+        test::LogCapture log;
+        VirtualPutStream stream(target, 10, 5);
+        put(stream, std::string(1003, 'x'));
+        EXPECT_EQ(held(stream), "xxx");
+        EXPECT_EQ(target.calls, Lines{});
+        EXPECT_EQ(stream.transferred(), 0);
+        EXPECT_EQ(log.count(), 0u);
+    }
+}
+
+TEST(VirtualPutStream, OutputIsThrownAwayFromTheMomentTheTargetDies) {
+    test::RecordingOutput target;
+    target.afterSend = [&] {
+        target.open = false;
+    };
+    VirtualPutStream stream(target, 10, 5);
+    put(stream, "abcdefghijklmnopqrstuvwxyz");
+    EXPECT_EQ(target.calls, Lines{"send:abcdefghij"});
+    EXPECT_EQ(stream.transferred(), 10);
+    EXPECT_EQ(held(stream), "");
+}
+
+// Flushing
+
+TEST(VirtualPutStream, FlushHandsOverWhatIsHeldAtOnce) {
+    test::RecordingOutput target;
+    VirtualPutStream stream(target, 16, 100);
+    stream.PutS("one ");
+    stream.PutS("two");
+    stream.FlushOutputStream();
+    EXPECT_EQ(target.calls, Lines{"send:one two"}) << "the target itself is not flushed";
+    EXPECT_EQ(stream.ReadAvailable(), 0);
+    EXPECT_EQ(stream.WritePosition(), 0);
+    EXPECT_EQ(stream.transferred(), 7);
+    stream.FlushOutputStream();
+    EXPECT_EQ(target.calls, Lines{"send:one two"});
+    stream.PutS("three");
+    stream.FlushOutputStream();
+    EXPECT_EQ(target.calls, (Lines{"send:one two", "send:three"}));
+    EXPECT_EQ(stream.transferred(), 12);
+}
+
+TEST(VirtualPutStream, FlushHandsOverOnlyWhatWasNotRead) {
+    test::RecordingOutput target;
+    VirtualPutStream stream(target, 16, 100);
+    stream.PutS("abcdef");
+    stream.ReadAdvance(4);
+    stream.FlushOutputStream();
+    EXPECT_EQ(target.calls, Lines{"send:ef"});
+    EXPECT_EQ(stream.transferred(), 2);
+    EXPECT_EQ(stream.WritePosition(), 0);
+}
+
+TEST(VirtualPutStream, RefusedFlushKeepsItsBytesForALaterOne) {
+    test::RecordingOutput target;
+    target.refusals = 1;
+    VirtualPutStream stream(target, 16, 100);
+    stream.PutS("ports");
+    stream.FlushOutputStream();
+    EXPECT_EQ(held(stream), "ports");
+    EXPECT_EQ(stream.transferred(), 0);
+    stream.PutS("!");
+    stream.FlushOutputStream();
+    EXPECT_EQ(target.calls, (Lines{"refused:ports", "send:ports!"}));
+    EXPECT_EQ(stream.transferred(), 6);
+}
+
+TEST(VirtualPutStream, FlushToADeadTargetDropsWhatIsHeld) {
+    test::RecordingOutput target;
+    VirtualPutStream stream(target, 16, 100);
+    stream.PutS("ports");
+    target.error = true;
+    stream.FlushOutputStream();
+    EXPECT_EQ(held(stream), "");
+    target.error = false;
+    stream.FlushOutputStream();
+    EXPECT_EQ(target.calls, Lines{});
+    EXPECT_EQ(stream.transferred(), 0);
+}
+
+TEST(VirtualPutStream, FlushOfADerivedStreamIsTheOneThatTheThresholdCalls) {
+    struct Counting : VirtualPutStream {
+        using VirtualPutStream::VirtualPutStream;
+        void FlushOutputStream() override {
+            ++flushes;
+            Rewind();
+        }
+        int flushes = 0;
+    };
+    test::RecordingOutput target;
+    Counting stream(target, 8, 4);
+    put(stream, "1234");
+    EXPECT_EQ(stream.flushes, 1);
+    stream.EndOutputStream();
+    EXPECT_EQ(stream.flushes, 2);
+    EXPECT_EQ(target.calls, Lines{"end"});
+}
+
+TEST(VirtualPutStream, DestructionDoesNotFlush) {
+    test::RecordingOutput target;
+    {
+        VirtualPutStream stream(target, 16, 100);
+        stream.PutS("lost");
+    }
+    EXPECT_EQ(target.calls, Lines{});
+}
+
+// Sending
+
+TEST(VirtualPutStream, SendPassesTheBufferByWhenNothingIsHeld) {
+    test::RecordingOutput target;
+    VirtualPutStream stream(target, 8, 4);
+    EXPECT_TRUE(send(stream, "abcdefghijklmno"));
+    EXPECT_TRUE(send(stream, ""));
+    EXPECT_EQ(target.calls, (Lines{"send:abcdefghijklmno", "send:"}));
+    EXPECT_EQ(stream.transferred(), 0) << "what passes by is not counted";
+    EXPECT_EQ(held(stream), "");
+}
+
+TEST(VirtualPutStream, SendThatPassesByGivesTheTargetsAnswer) {
+    test::RecordingOutput target;
+    target.refusals = 1;
+    VirtualPutStream stream(target, 8, 4);
+    EXPECT_FALSE(send(stream, "abc"));
+    EXPECT_EQ(target.calls, Lines{"refused:abc"});
+    EXPECT_EQ(held(stream), "");
+}
+
+TEST(VirtualPutStream, SendToADeadTargetIsFalseAndHoldsNothing) {
+    test::RecordingOutput target;
+    VirtualPutStream stream(target, 8, 4);
+    target.error = true;
+    EXPECT_FALSE(send(stream, "abc"));
+    target.error = false;
+    target.open = false;
+    EXPECT_FALSE(send(stream, "abc"));
+    EXPECT_FALSE(send(stream, ""));
+    EXPECT_EQ(held(stream), "");
+    EXPECT_EQ(target.calls, Lines{});
+}
+
+TEST(VirtualPutStream, SendGoesBehindWhatIsHeld) {
+    test::RecordingOutput target;
+    VirtualPutStream stream(target, 8, 6);
+    stream.PutS("12");
+    EXPECT_TRUE(send(stream, "345"));
+    EXPECT_EQ(held(stream), "12345");
+    EXPECT_EQ(target.calls, Lines{});
+    EXPECT_TRUE(send(stream, "6"));
+    EXPECT_EQ(target.calls, Lines{"send:123456"});
+    EXPECT_EQ(stream.transferred(), 6);
+    EXPECT_TRUE(send(stream, "7"));
+    EXPECT_EQ(target.calls, (Lines{"send:123456", "send:7"})) << "nothing was held";
+}
+
+TEST(VirtualPutStream, SendIsHeldWhenOutputIsToBeHeld) {
+    test::RecordingOutput target;
+    VirtualPutStream stream(target, 8, 6);
+    stream.setHoldOutput(true);
+    EXPECT_TRUE(send(stream, "12345"));
+    EXPECT_EQ(held(stream), "12345");
+    stream.setHoldOutput(false);
+    EXPECT_TRUE(send(stream, "6"));
+    EXPECT_EQ(target.calls, Lines{"send:123456"});
+}
+
+TEST(VirtualPutStream, LongSendIsHeldInBuffersFull) {
+    test::RecordingOutput target;
+    VirtualPutStream stream(target, 8, 8);
+    stream.setHoldOutput(true);
+    EXPECT_TRUE(send(stream, "abcdefghijklmnopqrst"));
+    EXPECT_EQ(target.calls, (Lines{"send:abcdefgh", "send:ijklmnop"}));
+    EXPECT_EQ(held(stream), "qrst");
+    EXPECT_TRUE(send(stream, "uvwx"));
+    EXPECT_EQ(target.calls, (Lines{"send:abcdefgh", "send:ijklmnop", "send:qrstuvwx"}));
+}
+
+TEST(VirtualPutStream, SendForWhichThereIsNoRoomIsFalseAndKeepsWhatFitted) {
+    test::RecordingOutput target;
+    VirtualPutStream stream(target, 8, 9);
+    stream.setHoldOutput(true);
+    test::LogCapture log;
+    EXPECT_FALSE(send(stream, "abcdefghij"));
+    EXPECT_EQ(held(stream), "abcdefgh");
+    EXPECT_FALSE(send(stream, "k"));
+    EXPECT_TRUE(send(stream, ""));
+    EXPECT_EQ(held(stream), "abcdefgh");
+    EXPECT_EQ(target.calls, Lines{});
+    EXPECT_EQ(log.count(), 0u);
+}
+
+TEST(VirtualPutStream, SendThatTheTargetRefusesIsFalseOnceTheBufferIsFull) {
+    test::RecordingOutput target;
+    target.refusals = 100;
+    VirtualPutStream stream(target, 8, 4);
+    stream.setHoldOutput(true);
+    EXPECT_TRUE(send(stream, "abcdefgh"));
+    EXPECT_FALSE(send(stream, "i"));
+    EXPECT_EQ(held(stream), "abcdefgh");
+    target.refusals = 0;
+    EXPECT_TRUE(send(stream, "i"));
+    EXPECT_EQ(target.text(), "abcdefgh");
+    EXPECT_EQ(held(stream), "i");
+}
+
+TEST(VirtualPutStream, SendToATargetThatDiesMidwayIsFalseAndTheRestIsDropped) {
+    test::RecordingOutput target;
+    target.afterSend = [&] {
+        target.error = true;
+    };
+    VirtualPutStream stream(target, 8, 8);
+    stream.setHoldOutput(true);
+    EXPECT_FALSE(send(stream, "abcdefghijklmnopqrst"));
+    EXPECT_EQ(target.calls, Lines{"send:abcdefgh"});
+    EXPECT_EQ(held(stream), "");
+    EXPECT_EQ(stream.transferred(), 8);
+}
+
+TEST(VirtualPutStream, HeldSendToADeadTargetIsFalseAndDropsWhatIsHeldAtTheThreshold) {
+    test::RecordingOutput target;
+    VirtualPutStream stream(target, 8, 4);
+    stream.setHoldOutput(true);
+    EXPECT_TRUE(send(stream, "123"));
+    target.open = false;
+    EXPECT_FALSE(send(stream, "4"));
+    EXPECT_EQ(held(stream), "123");
+    stream.PutC('4');
+    EXPECT_FALSE(send(stream, "5"));
+    EXPECT_EQ(held(stream), "");
+    EXPECT_TRUE(send(stream, ""));
+    EXPECT_EQ(target.calls, Lines{});
+}
+
+TEST(VirtualPutStream, TakesAWholeInput) {
+    test::RecordingOutput target;
+    utility::NullStream input(40000);
+    input.StartInputStream();
+    VirtualPutStream stream(target, 64, 64);
+    stream.setHoldOutput(true);
+    EXPECT_TRUE(stream.TransferFromInputStream(input));
+    stream.FlushOutputStream();
+    EXPECT_EQ(target.text(), std::string(40000, '\0'));
+    EXPECT_EQ(stream.transferred(), 40000);
+}
+
+// Starting and ending
+
+TEST(VirtualPutStream, StartFlushesAndEndsAnEarlierUse) {
+    test::RecordingOutput target;
+    VirtualPutStream stream(target, 16, 100);
+    stream.PutS("abc");
+    EXPECT_TRUE(stream.StartOutputStream());
+    EXPECT_EQ(target.calls, (Lines{"send:abc", "end", "start"}));
+    EXPECT_EQ(stream.transferred(), 0);
+    EXPECT_EQ(held(stream), "");
+}
+
+TEST(VirtualPutStream, StartDropsWhatTheTargetRefused) {
+    test::RecordingOutput target;
+    target.refusals = 1;
+    VirtualPutStream stream(target, 16, 100);
+    stream.PutS("abc");
+    EXPECT_TRUE(stream.StartOutputStream());
+    EXPECT_EQ(target.calls, (Lines{"refused:abc", "end", "start"}));
+    EXPECT_EQ(held(stream), "");
+    EXPECT_EQ(stream.pBuffer()[0], 0);
+}
+
+TEST(VirtualPutStream, StartGivesTheTargetsAnswer) {
+    test::RecordingOutput target;
+    target.starts = false;
+    VirtualPutStream stream(target, 16, 100);
+    EXPECT_FALSE(stream.StartOutputStream());
+    EXPECT_EQ(target.calls, (Lines{"end", "start"}));
+}
+
+TEST(VirtualPutStream, EndFlushesAndEndsTheTarget) {
+    test::RecordingOutput target;
+    VirtualPutStream stream(target, 16, 100);
+    stream.PutS("abc");
+    stream.EndOutputStream();
+    EXPECT_EQ(target.calls, (Lines{"send:abc", "end"}));
+    EXPECT_EQ(stream.transferred(), 3);
+    stream.EndOutputStream();
+    EXPECT_EQ(target.calls, (Lines{"send:abc", "end", "end"}));
+}
+
+TEST(VirtualPutStream, StatesAreTheTargets) {
+    test::RecordingOutput target;
+    VirtualPutStream stream(target, 16, 100);
+    EXPECT_TRUE(stream.isOutputStreamOpen());
+    EXPECT_FALSE(stream.isOutputStreamInError());
+    EXPECT_FALSE(stream.isOutputStreamAtEnd());
+    EXPECT_TRUE(stream.isOutputStreamGood());
+    target.open = false;
+    EXPECT_FALSE(stream.isOutputStreamOpen());
+    target.open = true;
+    target.error = true;
+    EXPECT_TRUE(stream.isOutputStreamInError());
+    EXPECT_FALSE(stream.isOutputStreamGood());
+    target.error = false;
+    target.atEnd = true;
+    EXPECT_TRUE(stream.isOutputStreamAtEnd());
+    EXPECT_FALSE(stream.isOutputStreamGood());
+}
+
+TEST(VirtualPutStream, StateOfAFullBufferIsStillTheTargets) {
+    test::RecordingOutput target;
+    VirtualPutStream stream(target, 4, 100);
+    put(stream, "1234");
+    EXPECT_TRUE(stream.isOutputStreamGood());
+}
+
+// Traces
+
+TEST(VirtualPutStream, TracesAFlushThatWasTaken) {
+    inNewThread([] {
+        test::LogCapture log;
+        test::RecordingOutput target;
+        VirtualPutStream stream(target, 16, 100);
+        stream.setTrace(true);
+        stream.PutS("ports");
+        stream.FlushOutputStream();
+        EXPECT_EQ(test::traceLines(log), (Lines{line(FLUSH, "(0)"), line(FLUSH, "(0) [Flushed 5 bytes]\n"),
+                                                line(FLUSH, "(0) now have 0 at tail 0 head 0\n")}));
+    });
+}
+
+TEST(VirtualPutStream, TracesAFlushOfNothing) {
+    inNewThread([] {
+        test::LogCapture log;
+        test::RecordingOutput target;
+        VirtualPutStream stream(target, 16, 100);
+        stream.setTrace(true);
+        stream.FlushOutputStream();
+        target.open = false;
+        stream.FlushOutputStream();
+        EXPECT_EQ(test::traceLines(log), (Lines{line(FLUSH, "(0)"), line(FLUSH, "(0) rewind\n"), //
+                                                line(FLUSH, "(0)"), line(FLUSH, "(0) rewind\n")}));
+    });
+}
+
+TEST(VirtualPutStream, TracesWhatItThrowsAway) {
+    inNewThread([] {
+        test::LogCapture log;
+        test::RecordingOutput target;
+        VirtualPutStream stream(target, 16, 100);
+        stream.setTrace(true);
+        stream.PutS("ports");
+        target.error = true;
+        stream.FlushOutputStream();
+        EXPECT_EQ(test::traceLines(log),
+                  (Lines{line(FLUSH, "(0)"), line(FLUSH, "(0) discarding virtual stream output 5\n")}));
+    });
+}
+
+TEST(VirtualPutStream, TracesARefusedFlushWithTheStateOfTheTarget) {
+    inNewThread([] {
+        test::LogCapture log;
+        test::RecordingOutput target;
+        target.refusals = 2;
+        VirtualPutStream stream(target, 16, 100);
+        stream.setTrace(true);
+        stream.PutS("ports");
+        stream.FlushOutputStream();
+        EXPECT_EQ(
+            test::traceLines(log),
+            (Lines{line(FLUSH, "(0)"), line(FLUSH, "(0) Failed - to flush 5 bytes, open: true, inError: false\n")}));
+        log.clear();
+        target.afterSend = [&] {
+            target.open = false;
+            target.error = true;
+        };
+        stream.FlushOutputStream();
+        EXPECT_EQ(
+            test::traceLines(log),
+            (Lines{line(FLUSH, "(0)"), line(FLUSH, "(0) Failed - to flush 5 bytes, open: false, inError: true\n")}));
+        EXPECT_EQ(held(stream), "ports");
+    });
+}
+
+TEST(VirtualPutStream, TracesWhatWasTransferredAtItsEnd) {
+    inNewThread([] {
+        test::RecordingOutput target;
+        test::LogCapture log;
+        {
+            VirtualPutStream stream(target, 16, 100);
+            stream.PutS("ports");
+            stream.FlushOutputStream();
+            stream.PutS("held");
+            stream.setTrace(true);
+        }
+        EXPECT_EQ(test::traceLines(log), Lines{line(DESTROY, "(0) transferred: 5")});
+    });
+}
+
+TEST(VirtualPutStream, TracesCarryTheNumberOfTheThread) {
+    inNewThread([] {
+        const std::string number = std::to_string(framework::ThreadInfo::MyThreadInfo()->getNum());
+        test::RecordingOutput target;
+        test::LogCapture log;
+        {
+            VirtualPutStream stream(target, 16, 100);
+            stream.setTrace(true);
+            stream.PutS("a");
+            stream.FlushOutputStream();
+        }
+        EXPECT_EQ(test::traceLines(log),
+                  (Lines{line(FLUSH, "(" + number + ")"), line(FLUSH, "(" + number + ") [Flushed 1 bytes]\n"),
+                         line(FLUSH, "(" + number + ") now have 0 at tail 0 head 0\n"),
+                         line(DESTROY, "(" + number + ") transferred: 1")}));
+        EXPECT_NE(number, "0");
+    });
+}
+
+TEST(VirtualPutStream, WritesNoTracesUnlessToldTo) {
+    test::RecordingOutput target;
+    test::LogCapture log;
+    {
+        VirtualPutStream stream(target, 16, 4);
+        stream.StartOutputStream();
+        put(stream, "ports");
+        stream.FlushOutputStream();
+        target.refusals = 1;
+        stream.PutS("ports");
+        stream.FlushOutputStream();
+        target.error = true;
+        stream.FlushOutputStream();
+        stream.FlushOutputStream();
+        stream.EndOutputStream();
+    }
+    EXPECT_EQ(log.count(), 0u);
+}
+
+} // namespace
