@@ -1,0 +1,91 @@
+#pragma once
+
+#include <algorithm>
+#include <deque>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "ut_InputStream.h"
+
+namespace test {
+
+/// A source that gives what it was told to, piece by piece, and keeps what it was asked.
+///
+///     test::ScriptedInput source;
+///     source.give("ports").answer(0).give("4");
+class ScriptedInput : public framework::InputStream {
+public:
+    bool open = true;
+    bool error = false;
+    bool endsByItself = true;           ///< it is at its end when nothing is left to give
+    bool atEnd = false;                 ///< it is at its end in any case
+    bool starts = true;                 ///< the answer to a start
+    std::function<void()> afterReceive; ///< runs behind every receive
+
+    std::vector<unsigned int> asked; ///< the sizes that were asked for
+    int startCount = 0;
+    int endCount = 0;
+
+    /// Data to give: all at once where there is room, else in pieces.
+    ScriptedInput& give(const std::string& data) {
+        m_steps.push_back({data, static_cast<int>(data.size())});
+        return *this;
+    }
+    /// A bare answer: 0 for nothing, negative for an error.
+    ScriptedInput& answer(int result) {
+        m_steps.push_back({"", result});
+        return *this;
+    }
+
+    bool StartInputStream() override {
+        ++startCount;
+        return starts;
+    }
+    void EndInputStream() override {
+        ++endCount;
+    }
+    int ReceiveInputStream(char* buffer, unsigned int size) override {
+        asked.push_back(size);
+        const int result = take(buffer, size);
+        if (afterReceive)
+            afterReceive();
+        return result;
+    }
+    bool isInputStreamOpen() override {
+        return open;
+    }
+    bool isInputStreamInError() override {
+        return error;
+    }
+    bool isInputStreamAtEnd() override {
+        return atEnd || (endsByItself && m_steps.empty());
+    }
+
+private:
+    struct Step {
+        std::string data;
+        int result;
+    };
+
+    int take(char* buffer, unsigned int size) {
+        if (m_steps.empty())
+            return 0;
+        Step& step = m_steps.front();
+        if (step.result <= 0) {
+            const int result = step.result;
+            m_steps.pop_front();
+            return result;
+        }
+        const std::size_t count = std::min<std::size_t>(size, step.data.size());
+        std::copy_n(step.data.begin(), count, buffer);
+        step.data.erase(0, count);
+        if (step.data.empty())
+            m_steps.pop_front();
+        return static_cast<int>(count);
+    }
+
+    std::deque<Step> m_steps;
+};
+
+} // namespace test
