@@ -18,6 +18,7 @@
 #include "GuardedText.h"
 #include "LogCapture.h"
 #include "RandomRun.h"
+#include "ReferenceWords.h"
 #include "VirtualSlot.h"
 #include "fw_Entity.h"
 #include "fw_Memory.h"
@@ -58,44 +59,6 @@ std::string textOf(const Arguments& arguments, unsigned int first = 0) {
     utility::BufferStream out(static_cast<int>(room));
     arguments.ToString(first, out);
     return std::string(out.pTail(), static_cast<std::size_t>(out.ReadAvailable()));
-}
-
-/// The words of `text` as a reader of the rules would cut them.
-struct ReferenceSplit {
-    Words words;
-    bool quoteUnmatched = false;
-
-    void add(const std::string& text) {
-        const char* const whiteSpace = " \t\n\v\f\r";
-        for (std::size_t at = 0; (at = text.find_first_not_of(whiteSpace, at)) != std::string::npos;) {
-            const bool quoted = text[at] == '"';
-            if (quoted)
-                ++at;
-            const std::size_t end = quoted ? text.find('"', at) : text.find_first_of(whiteSpace, at);
-            words.push_back(text.substr(at, end == std::string::npos ? end : end - at));
-            if (end == std::string::npos) {
-                quoteUnmatched = quoteUnmatched || quoted;
-                return;
-            }
-            at = quoted ? end + 1 : end;
-        }
-    }
-};
-
-/// What `ToString` writes for these words.
-std::string referenceText(const Words& words, bool quoteUnmatched, std::size_t first) {
-    std::string text;
-    for (std::size_t i = first; i < words.size(); ++i) {
-        if (i > first)
-            text += ' ';
-        if (i + 1 == words.size() && quoteUnmatched)
-            text += '"' + words[i];
-        else if (words[i].find(' ') != std::string::npos)
-            text += '"' + words[i] + '"';
-        else
-            text += words[i];
-    }
-    return text;
 }
 
 /// Whether a text keeps the word: `ToString` writes quotes around words with blanks alone, and has no escape.
@@ -477,7 +440,7 @@ TEST(Arguments, SplitsRandomTextsLikeTheReference) {
     while (random.steps(20000)) {
         const std::string first = random.text(24, "ab\"\" \t\n\\\xA0");
         const std::string second = random.text(8, "c\" ");
-        ReferenceSplit expected;
+        test::ReferenceWords expected;
         Arguments arguments(first.c_str());
         expected.add(first);
         ASSERT_EQ(wordsOf(arguments), expected.words) << first;
@@ -487,7 +450,7 @@ TEST(Arguments, SplitsRandomTextsLikeTheReference) {
         ASSERT_EQ(wordsOf(arguments), expected.words) << first << "|" << second;
         ASSERT_EQ(arguments.quoteUnmatched(), expected.quoteUnmatched) << first << "|" << second;
         for (unsigned int i = 0; i < 4; ++i)
-            ASSERT_EQ(textOf(arguments, i), referenceText(expected.words, expected.quoteUnmatched, i)) << first;
+            ASSERT_EQ(textOf(arguments, i), expected.text(i)) << first;
     }
 }
 

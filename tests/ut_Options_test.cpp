@@ -21,6 +21,7 @@
 #include "HeapGrowth.h"
 #include "LogCapture.h"
 #include "RandomRun.h"
+#include "ReferenceOptions.h"
 #include "fw_Memory.h"
 #include "fw_StableStringRepository.h"
 #include "fw_StringRepository.h"
@@ -29,10 +30,11 @@
 
 namespace {
 
+using test::ReferenceOptions;
 using utility::Options;
-using Value = std::optional<std::string>;
-using Option = std::pair<std::string, Value>;
-using Content = std::vector<Option>;
+using Value = ReferenceOptions::Value;
+using Option = ReferenceOptions::Option;
+using Content = ReferenceOptions::Content;
 
 const Value NONE = std::nullopt;
 const unsigned int CONTINUED = 1153;
@@ -413,59 +415,11 @@ TEST(Options, AStreamThatIsTooShortThrowsAndKeepsWithinItsRoom) {
 
 // Against a plain model
 
-struct Model {
-    Content content;
-
-    void add(const std::string& key, const Value& value) {
-        if (content.size() < 8)
-            content.push_back({key, value});
-    }
-    Content::iterator at(const std::string& key, unsigned int index) {
-        return std::find_if(content.begin(), content.end(),
-                            [&](const Option& option) { return option.first == key && index-- == 0; });
-    }
-    void addText(const std::string& text) {
-        if (text.empty())
-            return;
-        for (const std::string& item : pieces(text, '&')) {
-            const std::size_t equals = item.find('=');
-            if (equals == std::string::npos) {
-                add(item, NONE);
-                continue;
-            }
-            for (const std::string& value : pieces(item.substr(equals + 1), ','))
-                add(item.substr(0, equals), value);
-        }
-    }
-    template<class Test>
-    void removeIf(Test test) {
-        content.erase(std::remove_if(content.begin(), content.end(), test), content.end());
-    }
-    std::string text() const {
-        std::string text;
-        for (const Option& option : content)
-            text +=
-                (&option == &content.front() ? "" : "&") + option.first + (option.second ? "=" + *option.second : "");
-        return text;
-    }
-
-    static std::vector<std::string> pieces(const std::string& text, char separator) {
-        std::vector<std::string> result(1);
-        for (const char c : text) {
-            if (c == separator)
-                result.emplace_back();
-            else
-                result.back() += c;
-        }
-        return result;
-    }
-};
-
 TEST(Options, RandomTextsAreSplitLikeTheModel) {
     test::RandomRun random;
     while (random.steps(30000)) {
         const std::string text = random.text(20, "ab1&&==,,");
-        Model model;
+        ReferenceOptions model;
         model.addText(text);
         ASSERT_EQ(contentOfText(text), model.content) << text;
         ASSERT_EQ(contentOfText(model.text()), model.content) << text;
@@ -475,7 +429,7 @@ TEST(Options, RandomTextsAreSplitLikeTheModel) {
 TEST(Options, RandomChangesLikeTheModel) {
     test::RandomRun random;
     Options options;
-    Model model;
+    ReferenceOptions model;
     while (random.steps(50000)) {
         const std::string key = random.text(1, "abc");
         const unsigned int index = random.below(4);

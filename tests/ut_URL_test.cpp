@@ -3,14 +3,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <optional>
-#include <ostream>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -20,6 +18,7 @@
 #include "HeapGrowth.h"
 #include "LogCapture.h"
 #include "RandomRun.h"
+#include "ReferenceURL.h"
 #include "VirtualSlot.h"
 #include "fw_Entity.h"
 #include "fw_Memory.h"
@@ -28,6 +27,8 @@
 
 namespace {
 
+using Parts = test::ReferenceURL;
+using test::referenceDecoded;
 using utility::URL;
 using Part = std::optional<std::string>;
 
@@ -36,30 +37,6 @@ const Part NONE = std::nullopt;
 static_assert(std::is_base_of<framework::Item, URL>::value, "a URL is an item");
 static_assert(std::is_convertible<URL*, framework::Entity*>::value, "and an entity");
 static_assert(!std::is_convertible<const char*, URL>::value, "a text is no URL by itself");
-
-/// Scheme, authority, path and query.
-struct Parts {
-    Part scheme;
-    Part authority;
-    Part path;
-    Part query;
-
-    bool operator==(const Parts& other) const {
-        return scheme == other.scheme && authority == other.authority && path == other.path && query == other.query;
-    }
-    /// What `GetValue` composes; nothing for a null.
-    Part value() const {
-        if (scheme.value_or("") + authority.value_or("") + path.value_or("") + query.value_or("") == "")
-            return NONE;
-        return (scheme ? *scheme + ":" : "") + (authority ? "//" + *authority : "") + path.value_or("") +
-               (query ? "?" + *query : "");
-    }
-};
-
-void PrintTo(const Parts& parts, std::ostream* out) {
-    for (const Part& part : {parts.scheme, parts.authority, parts.path, parts.query})
-        *out << (part ? "'" + *part + "'" : "none") << " ";
-}
 
 Part partOf(const char* text) {
     return text ? Part(text) : NONE;
@@ -75,54 +52,6 @@ Parts partsOf(const std::string& text) {
 
 Part valueOf(URL& url) {
     return partOf(url.GetValue());
-}
-
-int digitOf(char c) {
-    const char* const digits = "0123456789abcdef0123456789ABCDEF";
-    const char* const found = c ? std::strchr(digits, c) : nullptr;
-    return found ? static_cast<int>((found - digits) % 16) : 255;
-}
-
-/// The text as decoding leaves it, up to a NUL.
-std::string referenceDecoded(const std::string& text) {
-    std::string decoded;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] != '%') {
-            decoded += text[i];
-            continue;
-        }
-        if (i + 2 >= text.size())
-            break;
-        decoded += static_cast<char>((digitOf(text[i + 1]) << 4 | digitOf(text[i + 2])) & 0xFF);
-        i += 2;
-    }
-    return decoded.c_str();
-}
-
-Part referencePart(const std::string& text) {
-    return text.empty() ? NONE : Part(referenceDecoded(text));
-}
-
-/// The parts of `text`, where `before` is what the URL held.
-Parts reference(const std::string& text, Parts before = {}) {
-    const std::string letters = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ";
-    std::size_t at = text.find_first_not_of(letters + "+-.0123456789");
-    const bool isScheme =
-        at != std::string::npos && at > 0 && text[at] == ':' && letters.find(text[0]) != std::string::npos;
-    if (isScheme)
-        before.scheme = referencePart(text.substr(0, at));
-    at = isScheme ? at + 1 : 0;
-    if (text.compare(at, 2, "//") == 0) {
-        const std::size_t end = std::min(text.find_first_of("/?", at + 2), text.size());
-        before.authority = referencePart(text.substr(at + 2, end - at - 2));
-        at = end;
-    }
-    const std::size_t mark = std::min(text.find('?', at), text.size());
-    if (mark > at)
-        before.path = referencePart(text.substr(at, mark - at));
-    if (mark < text.size())
-        before.query = referencePart(text.substr(mark + 1));
-    return before;
 }
 
 std::string decoded(const std::string& text) {
@@ -241,9 +170,9 @@ TEST(URL, ATextCutAtEveryPositionIsSplitLikeTheReference) {
         for (std::size_t length = 0; length <= whole.size(); ++length) {
             const std::string text = whole.substr(0, length);
             URL url(text.c_str());
-            EXPECT_EQ(partsOf(url), reference(text)) << text;
-            EXPECT_EQ(valueOf(url), reference(text).value()) << text;
-            EXPECT_EQ(partsOf(whole.substr(length)), reference(whole.substr(length))) << whole.substr(length);
+            EXPECT_EQ(partsOf(url), test::referenceURL(text)) << text;
+            EXPECT_EQ(valueOf(url), test::referenceURL(text).value()) << text;
+            EXPECT_EQ(partsOf(whole.substr(length)), test::referenceURL(whole.substr(length))) << whole.substr(length);
         }
     }
 }
@@ -592,14 +521,14 @@ TEST(URL, RandomTextsAreSplitLikeTheReference) {
     Parts before;
     while (random.steps(50000)) {
         const std::string text = random.text(16, "aZ1+:://??%%4f.# \x80");
-        ASSERT_EQ(partsOf(text), reference(text)) << text;
+        ASSERT_EQ(partsOf(text), test::referenceURL(text)) << text;
         URL single(text.c_str());
-        ASSERT_EQ(valueOf(single), reference(text).value()) << text;
+        ASSERT_EQ(valueOf(single), test::referenceURL(text).value()) << text;
         if (random.below(50) == 0) {
             url.clear();
             before = {};
         }
-        before = reference(text, before);
+        before = test::referenceURL(text, before);
         url.SetURL(text.c_str());
         ASSERT_EQ(partsOf(url), before) << text;
         ASSERT_EQ(valueOf(url), before.value()) << text;
