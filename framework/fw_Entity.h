@@ -57,6 +57,7 @@ public:
     /// Clears the error flag and text.
     virtual void ClearError();
     /// Gives the entity a pool of its own, which lives as long as the entity. Does nothing when it has memory already.
+    /// What was taken before must be freed before.
     virtual void setResources();
     /// Sets the error flag and text.
     virtual void setError(const char* format, ...) VXFW_PRINTF(2, 3);

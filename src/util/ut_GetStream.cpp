@@ -18,9 +18,9 @@ namespace {
 
 const unsigned int getStreamSwitch = 410;
 
-// How many elements beyond the readable bytes are still filled up with the last value. More is no array that a writer
-// ever cut short, but a hostile count.
-const unsigned int missingElementsFilled = 65535;
+// How many elements beyond the data are filled up with the last value. More is no array that a writer ever cut short,
+// but a hostile count.
+const unsigned int mostMissingElements = 65535;
 
 } // namespace
 
@@ -107,7 +107,7 @@ char& GetStream::operator[](unsigned int index) {
 }
 
 bool GetStream::getBytes(void* value, int width) {
-    if (ReadAvailable() < width || boundedReadable(width) < width)
+    if (value == nullptr || ReadAvailable() < width || boundedReadable(width) < width)
         return false;
     std::memcpy(value, pTail(), static_cast<std::size_t>(width));
     ReadAdvance(width);
@@ -159,16 +159,17 @@ int GetStream::GetParmBuf(char* destination, int maximum) {
 
 template<typename Value, typename ArrayType>
 bool GetStream::getArray(ArrayType& array) {
+    const unsigned int before = array.length();
     unsigned int count = 0;
+    unsigned int missing = 0;
+    Value value = 0;
     if (!GetParmUint32(&count))
         return false;
-    const unsigned int width = sizeof(Value);
-    const unsigned int held = static_cast<unsigned int>(boundedReadable(ReadAvailable())) / width;
-    if (count > held && count - held > missingElementsFilled)
-        return false;
-    Value value = 0;
     for (unsigned int i = 0; i < count; ++i) {
-        getBytes(&value, sizeof value);
+        if (!getBytes(&value, sizeof value) && ++missing > mostMissingElements) {
+            array.truncate(before);
+            return false;
+        }
         array.Append(value);
     }
     return true;
@@ -191,14 +192,20 @@ bool GetStream::GetParmSint32Array(IntArray& array) {
 }
 
 bool GetStream::GetParmStringArray(StringArray& array) {
+    const unsigned int before = array.length();
     unsigned int count = 0;
+    unsigned int missing = 0;
     if (!GetParmUint32(&count))
         return false;
-    const unsigned int held = static_cast<unsigned int>(boundedReadable(ReadAvailable()));
-    if (count > held && count - held > missingElementsFilled)
-        return false;
-    for (unsigned int i = 0; i < count; ++i)
-        array.Append(GetParmString());
+    for (unsigned int i = 0; i < count; ++i) {
+        const char* text = GetParmString();
+        if (text == nullptr && ++missing > mostMissingElements) {
+            while (array.length() > before)
+                array.DeleteAt(array.length() - 1);
+            return false;
+        }
+        array.Append(text);
+    }
     return true;
 }
 

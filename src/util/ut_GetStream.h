@@ -41,14 +41,15 @@ public:
     /// nothing is consumed.
     char* GetLine();
     /// The next line, or the rest as the last one; null when nothing is readable. A line that ended in CR LF keeps its
-    /// CR: callers that care strip it.
+    /// CR: callers that care strip it. In front of a source a line comes in pieces when it is not held whole; one that
+    /// fills a caller's array to its last byte cannot be terminated there and is null, to be taken as bytes.
     char* ReadLine();
     /// The byte at `index`, counted from the start of the storage. Valid from the read position to the write position,
     /// whose NUL may be asked for too; otherwise code 1240 is thrown.
     virtual char& operator[](unsigned int index);
 
     /// Readers of the compact parameter encoding of `PutStream`, to be used in the order of the writers. False when too
-    /// few bytes are readable; then nothing is consumed. The targets must not be null.
+    /// few bytes are readable; then nothing is consumed. A null target takes nothing and is false.
     bool GetParmUint16(unsigned short* value);
     bool GetParmSint16(short* value);
     bool GetParmUint32(unsigned int* value);
@@ -60,8 +61,8 @@ public:
     /// following. A length beyond what is readable, or a negative one, throws code 1239 of "ut_Buffer".
     int GetParmBuf(char* destination, int maximum);
     /// Append the next array's elements to `array`. When the data run out, the last value read (0 when there was none)
-    /// is appended for each element missing; a count that exceeds what the readable bytes can hold by more than 65,535
-    /// is refused: false, and the array is unchanged. False also when the count cannot be read.
+    /// is appended for each element missing, up to 65,535 of them; a count with more missing is refused: false, and the
+    /// array is as it was, but what was read is consumed. False also when the count cannot be read.
     bool GetParmUint16Array(UShortArray& array);
     bool GetParmUint32Array(UIntArray& array);
     bool GetParmSint16Array(ShortArray& array);

@@ -50,8 +50,8 @@ void PagingVirtualPutStream::setPageSize(int width, int height) {
 
 bool PagingVirtualPutStream::SendOutputStream(const char* data, unsigned int size) {
     m_quit = false;
-    if (data == nullptr)
-        size = 0;
+    if (data == nullptr && size > 0)
+        return false;
     while (size > 0 && isTargetUsable()) {
         const int room = WriteRemaining();
         if (m_quit)
@@ -111,7 +111,7 @@ int PagingVirtualPutStream::fillPage() {
 bool PagingVirtualPutStream::flushPage(int length) {
     VXUT_TRACE(pagingSwitch, "Attempting to flush %d bytes\n", length);
     length = boundedReadable(length);
-    if (!isTargetUsable() || !m_target->SendOutputStream(pTail(), static_cast<unsigned int>(length))) {
+    if (!m_target->SendOutputStream(pTail(), static_cast<unsigned int>(length))) {
         VXUT_TRACE(pagingSwitch, "couldn't send page to output stream ");
         return false;
     }

@@ -140,6 +140,8 @@ void PutStream::PutV(const char* format, va_list arguments) {
 }
 
 int PutStream::formatAtHead(int remaining, const char* format, va_list arguments) {
+    if (format == nullptr)
+        return 0;
     if (!isTerminable())
         return std::vsnprintf(nullptr, 0, format, arguments);
     return std::vsnprintf(pHead(), static_cast<std::size_t>(boundedRoom(remaining)) + 1, format, arguments);

@@ -47,7 +47,8 @@ public:
     void PutF(const char* format, ...) VXUT_PRINTF(2, 3);
     /// The same with the arguments in a list.
     void PutV(const char* format, va_list arguments) VXUT_PRINTF(2, 0);
-    /// Writes `n` blanks. A negative `n` writes blanks until one does not fit: callers see the overflow.
+    /// Writes `n` blanks. A negative `n` writes blanks until one does not fit, so that callers see the overflow, and at
+    /// most one more than the stream holds.
     virtual void Indent(int n);
 
     /// Writes the readable bytes to the file `path`, made with permission bits 0666 or emptied first, and leaves them

@@ -11,6 +11,8 @@ namespace utility {
 
 namespace {
 
+const int mostFailures = 1000;
+
 const char* truth(bool value) {
     return value ? pGStrue : pGSfalse;
 }
@@ -71,7 +73,7 @@ void VirtualGetStream::load() {
     dropRead();
     VXUT_TRACE_IF(m_trace, "Open: %s InError: %s AtEnd: %s", truth(isSourceOpen()), truth(isSourceInError()),
                   truth(isSourceAtEnd()));
-    int refusals = 0;
+    int failures = 0;
     while (m_source != nullptr && m_source->isInputStreamGood()) {
         const int room = boundedRoom(WriteRemaining());
         if (room == 0)
@@ -92,8 +94,8 @@ void VirtualGetStream::load() {
             m_source->EndInputStream();
             return;
         }
-        // A source that fails and yet calls itself good is asked once more, but not for ever.
-        if (++refusals > 1)
+        // A source that fails and yet calls itself good is asked again, but not for ever.
+        if (++failures >= mostFailures)
             return;
     }
 }
