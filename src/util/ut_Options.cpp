@@ -161,8 +161,7 @@ void Options::toStream(PutStream& out) const {
         }
         if (m_values[i] == nullptr)
             continue;
-        out.PutC(continues && valueWritten ? ',' : '=');
-        out.PutS(m_values[i]);
+        out.PutF(continues && valueWritten ? ",%s" : "=%s", m_values[i]);
         valueWritten = true;
     }
 }
