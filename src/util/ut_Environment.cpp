@@ -3,7 +3,6 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <string>
 
 #include <unistd.h>
 
@@ -74,10 +73,8 @@ void Environment::set(const char* name, const char* value) {
         m_variables->SetAt(static_cast<unsigned int>(index) + 1, value);
         return;
     }
-    // Either may be a text of this set, which appending can move.
-    const std::string valueCopy(value);
     m_variables->Append(name);
-    m_variables->Append(valueCopy.c_str());
+    m_variables->Append(value);
 }
 
 void Environment::unset(const char* name) {
