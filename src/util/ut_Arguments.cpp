@@ -44,16 +44,13 @@ Arguments::~Arguments() {
 void Arguments::addArgs(const char* text) {
     if (text == nullptr)
         return;
-    // The words may move while they are added, also when the text is one of them.
-    const std::string copy(text);
-    const char* at = copy.c_str();
-    while (*at != 0) {
-        if (isBlank(*at)) {
-            ++at;
-        } else if (*at == '"') {
-            at = addQuotedWord(at + 1);
+    while (*text != 0) {
+        if (isBlank(*text)) {
+            ++text;
+        } else if (*text == '"') {
+            text = addQuotedWord(text + 1);
         } else {
-            at = addPlainWord(at);
+            text = addPlainWord(text);
         }
     }
 }
