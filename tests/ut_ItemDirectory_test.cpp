@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <functional>
 #include <memory>
+#include <new>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -326,6 +327,13 @@ TEST(ItemDirectory, ATableThatCannotGrowThrowsAndChangesNothing) {
         EXPECT_FAILURE(test::failNth(1, [&] { directory.add(&a); }), 1230, "ut_Array", REALLOC, "");
         EXPECT_EQ(sortedOf(directory), Items{&b});
         EXPECT_FAILURE(test::failNth(2, [&] { directory.add(&a); }), 1230, "ut_Array", REALLOC, "");
+        EXPECT_EQ(sortedOf(directory), Items{&b});
+        {
+            // Not even the failure finds memory.
+            test::FailingAllocation failing(test::failAll);
+            EXPECT_THROW(directory.add(&a), std::bad_alloc);
+        }
+        EXPECT_EQ(directory.length(), 1u);
         EXPECT_EQ(sortedOf(directory), Items{&b});
         EXPECT_EQ(directory.find(token("a")), -1);
         EXPECT_EQ(directory.add(&a), 1);

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "fw_Exception.h"
 #include "fw_Memory.h"
 
 namespace utility {
@@ -56,7 +55,7 @@ int FastStringDirectory::Add(const char* s) {
         return -1;
     try {
         m_sorted.InsertAt(static_cast<unsigned int>(position), static_cast<short>(slot));
-    } catch (framework::Exception*) {
+    } catch (...) {
         giveBackSlot(slot, wasFree);
         throw;
     }

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <functional>
 
-#include "fw_Exception.h"
 #include "fw_Item.h"
 #include "fw_StringRepository.h"
 
@@ -44,7 +43,7 @@ int ItemDirectory::add(framework::Item* item) {
     m_items.Append(item);
     try {
         m_sorted.InsertAt(static_cast<unsigned int>(sortedPosition), static_cast<unsigned short>(position));
-    } catch (framework::Exception*) {
+    } catch (...) {
         m_items.truncate(position);
         throw;
     }
