@@ -43,8 +43,7 @@ public:
     /// Moves `old`, a block of `*size` slots of `elementSize` bytes, to a new block with `grow` more slots, 20 more
     /// when `grow` is 0, and frees it. The new slots are zero, except those of a first block (`old` null), which hold
     /// no meaningful value. Returns the new block, which the caller frees with `framework::Memory::StaticFree`, and
-    /// sets
-    /// `*size`. No memory, or more slots or bytes than can be counted: throws code 1230, with `old` and `*size` as
+    /// sets `*size`. No memory, or more slots or bytes than can be counted: throws code 1230, with `old` and `*size` as
     /// before.
     static void* realloc(void* old, unsigned int* size, unsigned int grow, size_t elementSize);
 
