@@ -275,6 +275,14 @@ TEST(MiscText, Utf8ReadsNothingBehindANul) {
                                {"isStringPrintableUtf8: found illegal UTF-8 byte 0x00 at position i=10 j=1\n"}));
 }
 
+TEST(MiscText, Utf8ShowsNothingBehindTheNulOfAPartialCharacter) {
+    const std::unique_ptr<char[]> text = exactly(std::string("\xFC\x84\0", 3));
+    test::LogCapture log;
+    EXPECT_FALSE(Misc::isStringPrintableUtf8(text.get(), 5, "", ""));
+    EXPECT_EQ(log.texts(), std::vector<std::string>({"isStringPrintableUtf8: partial UTF-8 character at end of string "
+                                                     "with i=0, utfLen=5: 0xfc 84 00 00 00\n"}));
+}
+
 TEST(MiscText, Utf8OfNullTextsAndSets) {
     test::LogCapture log;
     EXPECT_TRUE(Misc::isStringPrintableUtf8(nullptr, 0, "", ""));

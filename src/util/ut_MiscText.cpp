@@ -174,7 +174,8 @@ unsigned int refuseFirstByte(unsigned char lead) {
 
 unsigned int refusePartial(const unsigned char* text, unsigned int len, unsigned int i, unsigned int count) {
     unsigned int shown[5] = {};
-    for (unsigned int j = 0; j < 5 && j < len - i; ++j)
+    // What lies behind a NUL need not exist.
+    for (unsigned int j = 0; j < 5 && j < len - i && text[i + j] != 0; ++j)
         shown[j] = text[i + j];
     Logger::StaticLog(Logger::LOG_ERROR,
                       "isStringPrintableUtf8: partial UTF-8 character at end of "
