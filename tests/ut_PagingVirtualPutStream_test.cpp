@@ -1,0 +1,756 @@
+#include "ut_PagingVirtualPutStream.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <climits>
+#include <cstring>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+#include "DebugSwitch.h"
+#include "ExpectFailure.h"
+#include "FailingOperation.h"
+#include "GuardedText.h"
+#include "LogCapture.h"
+#include "RandomRun.h"
+#include "RecordingConsole.h"
+#include "TraceLines.h"
+#include "VirtualSlot.h"
+#include "fw_gettext.h"
+
+namespace {
+
+const char* const MESSAGE = "Press any key to continue (Q to quit)";
+const char* const TRANSLATION = "Weiter mit jeder Taste (Q beendet)";
+bool translating = false;
+
+} // namespace
+
+// In place of the framework's, so that a test can see that the prompt is translated.
+const char* vx_gettext(const char* message) {
+    return translating && std::strcmp(message, MESSAGE) == 0 ? TRANSLATION : message;
+}
+
+namespace {
+
+using utility::PagingVirtualPutStream;
+using Lines = std::vector<std::string>;
+
+const unsigned int TRACE_SWITCH = 4679;
+const char* const CONSTRUCT =
+    "utility::PagingVirtualPutStream::PagingVirtualPutStream(framework::Console&, int, int, int, int)";
+const char* const CONSTRUCT_OVER_ARRAY =
+    "utility::PagingVirtualPutStream::PagingVirtualPutStream(framework::Console&, int, int, char*, int, int)";
+const char* const FLUSH = "virtual void utility::PagingVirtualPutStream::FlushOutputStream()";
+const char* const FLUSH_PAGE = "bool utility::PagingVirtualPutStream::flushPage(int)";
+
+static_assert(std::is_base_of<utility::VirtualPutStream, PagingVirtualPutStream>::value, "it is written like any text");
+
+std::string line(const char* function, const std::string& text) {
+    return std::string("3 ") + function + ": " + text;
+}
+
+bool send(PagingVirtualPutStream& stream, const std::string& data) {
+    const std::vector<char> bytes(data.begin(), data.end());
+    return stream.SendOutputStream(bytes.empty() ? "" : bytes.data(), static_cast<unsigned int>(bytes.size()));
+}
+
+std::string held(const PagingVirtualPutStream& stream) {
+    return std::string(stream.pTail(), static_cast<std::size_t>(stream.WritePosition() - stream.ReadPosition()));
+}
+
+/// The lines "line <first>" to "line <last>".
+std::string lines(int first, int last) {
+    std::string text;
+    for (int i = first; i <= last; ++i)
+        text += "line " + std::to_string(i) + "\n";
+    return text;
+}
+
+std::string shown(const std::string& text) {
+    return "send:" + text;
+}
+
+/// The calls for pages with a prompt between them.
+Lines pages(const Lines& texts, int width = 80) {
+    Lines calls;
+    for (const std::string& text : texts) {
+        if (!calls.empty()) {
+            calls.push_back(shown(MESSAGE));
+            calls.push_back("key");
+            calls.push_back("remove:" + std::to_string(width));
+        }
+        calls.push_back(shown(text));
+    }
+    return calls;
+}
+
+Lines operator+(Lines first, const Lines& second) {
+    first.insert(first.end(), second.begin(), second.end());
+    return first;
+}
+
+/// A stream for pages of 80 by 25 with room for everything.
+struct Paging {
+    explicit Paging(const std::string& keys = "", int width = 80, int height = 25)
+        : console(keys), stream(console, width, height, 8192, 8192) {}
+
+    test::RecordingConsole console;
+    PagingVirtualPutStream stream;
+};
+
+TEST(PagingVirtualPutStream, UsageExample) {
+    test::RecordingConsole console;
+    const std::string content = lines(1, 30);
+    const char* const text = content.data();
+    const auto length = static_cast<unsigned int>(content.size());
+    utility::PagingVirtualPutStream out(console, 80, 25, 4096, 2048);
+    EXPECT_FALSE(!out.SendOutputStream(text, length));
+    EXPECT_EQ(console.calls(), pages({lines(1, 24), lines(25, 30)}));
+}
+
+TEST(PagingVirtualPutStream, OverridesStandAtThePlacesOfEveryOutput) {
+    EXPECT_EQ(test::virtualSlot(&PagingVirtualPutStream::SendOutputStream), 4);
+    EXPECT_EQ(test::virtualSlot(&PagingVirtualPutStream::FlushOutputStream), 5);
+    EXPECT_EQ(test::virtualSlot(&PagingVirtualPutStream::WriteRemaining), 13);
+    EXPECT_EQ(test::virtualSlot(&PagingVirtualPutStream::flushPage), -1);
+}
+
+// Construction
+
+TEST(PagingVirtualPutStream, BeginsWithNothingHeldAndNothingShown) {
+    Paging paging;
+    EXPECT_EQ(paging.stream.Size(), 8192);
+    EXPECT_EQ(held(paging.stream), "");
+    EXPECT_EQ(paging.stream.transferred(), 0);
+    EXPECT_FALSE(paging.stream.hasQuit());
+    EXPECT_TRUE(paging.stream.isOutputStreamGood());
+    EXPECT_EQ(paging.console.calls(), Lines{});
+}
+
+TEST(PagingVirtualPutStream, OwnBufferWithoutMemoryIsRefused) {
+    test::RecordingConsole console;
+    const char* const alloc = "void utility::Buffer::allocBuffer()";
+    EXPECT_FAILURE(test::failNth(1, [&] { PagingVirtualPutStream(console, 80, 25, 64, 64); }), 1238, "ut_Buffer", alloc,
+                   "");
+    EXPECT_FAILURE(PagingVirtualPutStream(console, 80, 25, -1, 64), 1238, "ut_Buffer", alloc, "");
+}
+
+TEST(PagingVirtualPutStream, CallersArrayKeepsItsLastByteForTheTerminator) {
+    test::RecordingConsole console;
+    test::GuardedText text(16);
+    PagingVirtualPutStream stream(console, 80, 25, text.array(), 16, 16);
+    EXPECT_EQ(stream.Size(), 15);
+    EXPECT_EQ(stream.pBuffer(), text.array());
+    EXPECT_EQ(text.array()[0], 0);
+    EXPECT_EQ(text.array()[15], 0);
+    EXPECT_TRUE(send(stream, "ports\n"));
+    EXPECT_EQ(console.calls(), Lines{"send:ports\n"});
+    EXPECT_TRUE(text.isGuardWhole());
+}
+
+TEST(PagingVirtualPutStream, SmallestArraysAreNeverOverrun) {
+    for (const int size : {0, 1, 2}) {
+        for (const int threshold : {-1, 0, 1, 2, 100}) {
+            test::RecordingConsole console;
+            test::LogCapture log;
+            test::GuardedText text(static_cast<unsigned int>(size));
+            PagingVirtualPutStream stream(console, 80, 25, text.array(), size, threshold);
+            stream.setNoThrow(true);
+            const bool taken = send(stream, "ab\ncd\n");
+            EXPECT_EQ(taken, size == 2 && threshold < 2) << size << ", " << threshold;
+            stream.PutB("ef\n", 3);
+            stream.PutF("%d\n", 4);
+            stream.FlushOutputStream();
+            stream.flushPage(10);
+            EXPECT_TRUE(text.isGuardWhole()) << size << ", " << threshold;
+            EXPECT_EQ(text.isUntouched(), size == 0);
+        }
+    }
+}
+
+// Pages
+
+TEST(PagingVirtualPutStream, ThirtyShortLinesAreOnePageAPromptAndTheRest) {
+    Paging paging;
+    EXPECT_TRUE(send(paging.stream, lines(1, 30)));
+    EXPECT_EQ(paging.console.calls(), pages({lines(1, 24), lines(25, 30)}));
+    EXPECT_EQ(paging.stream.transferred(), static_cast<int>(lines(1, 30).size()));
+    EXPECT_EQ(held(paging.stream), "");
+    EXPECT_FALSE(paging.stream.hasQuit());
+}
+
+TEST(PagingVirtualPutStream, OutputThatFitsThePageHasNoPrompt) {
+    for (const int count : {1, 23, 24}) {
+        Paging paging;
+        EXPECT_TRUE(send(paging.stream, lines(1, count)));
+        EXPECT_EQ(paging.console.calls(), pages({lines(1, count)})) << count;
+    }
+}
+
+TEST(PagingVirtualPutStream, OneLineMoreThanThePageHasAPrompt) {
+    Paging paging;
+    EXPECT_TRUE(send(paging.stream, lines(1, 25)));
+    EXPECT_EQ(paging.console.calls(), pages({lines(1, 24), lines(25, 25)}));
+}
+
+TEST(PagingVirtualPutStream, BeginningOfALineMoreThanThePageHasAPromptToo) {
+    Paging paging;
+    EXPECT_TRUE(send(paging.stream, lines(1, 24) + "x"));
+    EXPECT_EQ(paging.console.calls(), pages({lines(1, 24), "x"}));
+}
+
+TEST(PagingVirtualPutStream, EveryPageHasAPromptOfItsOwn) {
+    Paging paging;
+    EXPECT_TRUE(send(paging.stream, lines(1, 100)));
+    EXPECT_EQ(paging.console.calls(),
+              pages({lines(1, 24), lines(25, 48), lines(49, 72), lines(73, 96), lines(97, 100)}));
+}
+
+TEST(PagingVirtualPutStream, LinesAreCountedAcrossSends) {
+    Paging paging;
+    EXPECT_TRUE(send(paging.stream, lines(1, 10)));
+    EXPECT_TRUE(send(paging.stream, lines(11, 20)));
+    EXPECT_TRUE(send(paging.stream, lines(21, 30)));
+    EXPECT_EQ(paging.console.calls(),
+              pages({lines(1, 10)}) + pages({lines(11, 20)}) + pages({lines(21, 24), lines(25, 30)}));
+}
+
+TEST(PagingVirtualPutStream, PageThatASendJustFillsIsCountedAsShown) {
+    Paging paging;
+    EXPECT_TRUE(send(paging.stream, lines(1, 24)));
+    EXPECT_TRUE(send(paging.stream, lines(25, 48)));
+    EXPECT_TRUE(send(paging.stream, lines(49, 73)));
+    EXPECT_EQ(paging.console.calls(),
+              pages({lines(1, 24)}) + pages({lines(25, 48)}) + pages({lines(49, 72), lines(73, 73)}));
+}
+
+TEST(PagingVirtualPutStream, SendOfNothingShowsNothing) {
+    Paging paging;
+    EXPECT_TRUE(send(paging.stream, ""));
+    EXPECT_EQ(paging.console.calls(), Lines{});
+}
+
+TEST(PagingVirtualPutStream, LongLineCountsAsTheScreenLinesThatItFills) {
+    Paging paging;
+    const std::string longLine(200, 'x');
+    EXPECT_TRUE(send(paging.stream, longLine + "\n" + lines(1, 22)));
+    EXPECT_EQ(paging.console.calls(), pages({longLine + "\n" + lines(1, 21), lines(22, 22)}));
+}
+
+TEST(PagingVirtualPutStream, UnfinishedLineDoesNotCountUntilItEnds) {
+    Paging paging;
+    const std::string longLine(200, 'x');
+    EXPECT_TRUE(send(paging.stream, longLine));
+    EXPECT_TRUE(send(paging.stream, "\n" + lines(1, 22)));
+    EXPECT_EQ(paging.console.calls(), pages({longLine}) + pages({"\n" + lines(1, 21), lines(22, 22)}));
+}
+
+TEST(PagingVirtualPutStream, UnfinishedLineGoesOnAtItsColumn) {
+    Paging paging("", 10, 4);
+    EXPECT_TRUE(send(paging.stream, "1234567"));
+    EXPECT_TRUE(send(paging.stream, "890abcdefghijklmnopqrstuvw"));
+    EXPECT_EQ(paging.console.calls(), pages({"1234567"}) + pages({"890abcdefghijklmnopqrst", "uvw"}, 10));
+}
+
+TEST(PagingVirtualPutStream, ManyPiecesOfOneLineAreOneLine) {
+    Paging paging("", 80, 3);
+    for (int i = 0; i < 10; ++i)
+        EXPECT_TRUE(send(paging.stream, "x"));
+    EXPECT_TRUE(send(paging.stream, "\na\nb\n"));
+    Lines expected(10, shown("x"));
+    EXPECT_EQ(paging.console.calls(), expected + pages({"\na\n", "b\n"}));
+}
+
+TEST(PagingVirtualPutStream, NewlineBehindAFullLineIsALineOfItsOwn) {
+    Paging paging("", 10, 4);
+    EXPECT_TRUE(send(paging.stream, "1234567890\nx\ny\n"));
+    EXPECT_EQ(paging.console.calls(), pages({"1234567890\nx\n", "y\n"}, 10));
+}
+
+TEST(PagingVirtualPutStream, LineOneByteShortOfTheWidthIsOneLineWithItsNewline) {
+    Paging paging("", 10, 4);
+    EXPECT_TRUE(send(paging.stream, "123456789\nx\ny\nz\n"));
+    EXPECT_EQ(paging.console.calls(), pages({"123456789\nx\ny\n", "z\n"}, 10));
+}
+
+TEST(PagingVirtualPutStream, NulEndsALineAndIsShown) {
+    Paging paging("", 10, 3);
+    const std::string text("a\0b\0c\0", 6);
+    EXPECT_TRUE(send(paging.stream, text));
+    EXPECT_EQ(paging.console.calls(), pages({text.substr(0, 4), text.substr(4)}, 10));
+}
+
+TEST(PagingVirtualPutStream, CarriageReturnsAndTabsAreOneColumnEach) {
+    Paging paging("", 4, 3);
+    EXPECT_TRUE(send(paging.stream, "\t\r\t\r\t\r\t\rx"));
+    EXPECT_EQ(paging.console.calls(), pages({"\t\r\t\r\t\r\t\r", "x"}, 4));
+}
+
+TEST(PagingVirtualPutStream, BytesAbove127AreOneColumnEach) {
+    Paging paging("", 4, 3);
+    EXPECT_TRUE(send(paging.stream, "\xC3\xA4\xC3\xB6\xC3\xBC\xFF\xFFz"));
+    EXPECT_EQ(paging.console.calls(), pages({"\xC3\xA4\xC3\xB6\xC3\xBC\xFF\xFF", "z"}, 4));
+}
+
+TEST(PagingVirtualPutStream, SizesBelowTwoCountAsTwo) {
+    for (const int size : {INT_MIN, -1, 0, 1, 2}) {
+        Paging narrow("", size, 3);
+        EXPECT_TRUE(send(narrow.stream, "abcde"));
+        EXPECT_EQ(narrow.console.calls(), pages({"abcd", "e"}, 2)) << size;
+        Paging low("", 10, size);
+        EXPECT_TRUE(send(low.stream, "a\nb\nc\n"));
+        EXPECT_EQ(low.console.calls(), pages({"a\n", "b\n", "c\n"}, 10)) << size;
+    }
+}
+
+TEST(PagingVirtualPutStream, LargestPageHoldsEverything) {
+    Paging paging("", INT_MAX, INT_MAX);
+    EXPECT_TRUE(send(paging.stream, lines(1, 500)));
+    EXPECT_EQ(paging.console.calls(), pages({lines(1, 500)}));
+}
+
+TEST(PagingVirtualPutStream, NewPageSizeHoldsFromTheNextPageOn) {
+    Paging paging;
+    EXPECT_TRUE(send(paging.stream, lines(1, 3)));
+    paging.stream.setPageSize(40, 6);
+    EXPECT_TRUE(send(paging.stream, lines(4, 8)));
+    EXPECT_EQ(paging.console.calls(), pages({lines(1, 3)}) + pages({lines(4, 5), lines(6, 8)}, 40));
+}
+
+TEST(PagingVirtualPutStream, PageThatBecomesSmallerThanWhatItShowsStillShowsEverything) {
+    Paging paging;
+    const std::string start = lines(1, 20) + std::string(70, 'x');
+    EXPECT_TRUE(send(paging.stream, start));
+    for (const int size : {3, 2, 0}) {
+        paging.stream.setPageSize(size, size);
+        EXPECT_TRUE(send(paging.stream, "ab\ncd\nefghijklm\n"));
+        EXPECT_EQ(held(paging.stream), "");
+    }
+    std::string text;
+    for (const std::string& call : paging.console.calls()) {
+        if (call.compare(0, 5, "send:") == 0 && call != shown(MESSAGE))
+            text += call.substr(5);
+    }
+    EXPECT_EQ(text, start + "ab\ncd\nefghijklm\nab\ncd\nefghijklm\nab\ncd\nefghijklm\n");
+}
+
+// Prompts
+
+TEST(PagingVirtualPutStream, PromptIsTranslated) {
+    translating = true;
+    Paging paging("", 80, 2);
+    EXPECT_TRUE(send(paging.stream, "a\nb\n"));
+    translating = false;
+    EXPECT_EQ(paging.console.calls(), (Lines{"send:a\n", shown(TRANSLATION), "key", "remove:80", "send:b\n"}));
+}
+
+TEST(PagingVirtualPutStream, PromptIsNotCountedAsTransferred) {
+    Paging paging("", 80, 2);
+    EXPECT_TRUE(send(paging.stream, "a\nb\n"));
+    EXPECT_EQ(paging.stream.transferred(), 4);
+}
+
+TEST(PagingVirtualPutStream, EveryKeyButQShowsTheNextPage) {
+    for (int key = 0; key < 256; ++key) {
+        const char c = static_cast<char>(key);
+        Paging paging(std::string(1, c), 80, 2);
+        const bool quits = c == 'q' || c == 'Q';
+        EXPECT_EQ(send(paging.stream, "a\nb\n"), !quits) << key;
+        EXPECT_EQ(paging.stream.hasQuit(), quits) << key;
+        const Lines calls = paging.console.calls();
+        EXPECT_EQ(std::count(calls.begin(), calls.end(), "send:b\n"), quits ? 0 : 1) << key;
+        EXPECT_EQ(std::count(calls.begin(), calls.end(), "remove:80"), 1) << "the prompt is removed in any case";
+    }
+}
+
+TEST(PagingVirtualPutStream, QuitDropsTheRestAndTheNextSendStartsAfresh) {
+    for (const char* const key : {"q", "Q"}) {
+        Paging paging(key);
+        EXPECT_FALSE(send(paging.stream, lines(1, 60)));
+        EXPECT_TRUE(paging.stream.hasQuit());
+        EXPECT_EQ(held(paging.stream), "");
+        EXPECT_EQ(paging.stream.transferred(), static_cast<int>(lines(1, 24).size()));
+        EXPECT_TRUE(send(paging.stream, lines(1, 25)));
+        EXPECT_FALSE(paging.stream.hasQuit());
+        EXPECT_EQ(paging.console.calls(), (Lines{shown(lines(1, 24)), shown(MESSAGE), "key", "remove:80"}) +
+                                              pages({lines(1, 24), lines(25, 25)}));
+    }
+}
+
+TEST(PagingVirtualPutStream, QuitAtALaterPageDropsWhatComesBehindIt) {
+    Paging paging("  q");
+    EXPECT_FALSE(send(paging.stream, lines(1, 100)));
+    EXPECT_EQ(paging.console.calls(),
+              pages({lines(1, 24), lines(25, 48), lines(49, 72)}) + (Lines{shown(MESSAGE), "key", "remove:80"}));
+}
+
+TEST(PagingVirtualPutStream, EmptySendClearsTheQuit) {
+    Paging paging("q", 80, 2);
+    EXPECT_FALSE(send(paging.stream, "a\nb\n"));
+    EXPECT_TRUE(send(paging.stream, ""));
+    EXPECT_FALSE(paging.stream.hasQuit());
+}
+
+// Buffers that fill
+
+TEST(PagingVirtualPutStream, LongSendIsShownAtTheThreshold) {
+    test::RecordingConsole console;
+    PagingVirtualPutStream stream(console, 80, 3, 8, 8);
+    EXPECT_TRUE(send(stream, "a\nb\nc\nd\ne\nf\ng\n"));
+    EXPECT_EQ(console.calls(), pages({"a\nb\n", "c\nd\n"}) + pages({"e\nf\n", "g\n"}));
+}
+
+TEST(PagingVirtualPutStream, QuitInALongSendTakesNoMore) {
+    test::RecordingConsole console("q");
+    PagingVirtualPutStream stream(console, 80, 3, 8, 8);
+    EXPECT_FALSE(send(stream, "a\nb\nc\nd\ne\nf\ng\n"));
+    EXPECT_EQ(console.calls(), (Lines{"send:a\nb\n", shown(MESSAGE), "key", "remove:80"}));
+    EXPECT_EQ(held(stream), "");
+}
+
+TEST(PagingVirtualPutStream, SendForWhichThereIsNoRoomIsFalseAndShowsNothingYet) {
+    test::RecordingConsole console;
+    PagingVirtualPutStream stream(console, 80, 25, 8, 9);
+    EXPECT_FALSE(send(stream, "abcdefghij"));
+    EXPECT_EQ(held(stream), "abcdefgh");
+    EXPECT_EQ(console.calls(), Lines{});
+}
+
+TEST(PagingVirtualPutStream, SendShowsWhatWasHeldBeforeIt) {
+    Paging paging("", 80, 3);
+    paging.stream.PutS("a\n");
+    paging.stream.PutF("%s\n", "b");
+    EXPECT_EQ(paging.console.calls(), Lines{});
+    EXPECT_TRUE(send(paging.stream, "c\n"));
+    EXPECT_EQ(paging.console.calls(), pages({"a\nb\n", "c\n"}));
+}
+
+TEST(PagingVirtualPutStream, FormattedTextIsShownByAFlush) {
+    Paging paging("", 80, 3);
+    paging.stream.PutS("a\nb\nc\n");
+    paging.stream.FlushOutputStream();
+    EXPECT_EQ(paging.console.calls(), pages({"a\nb\n", "c\n"}));
+    paging.stream.FlushOutputStream();
+    EXPECT_EQ(paging.console.calls(), pages({"a\nb\n", "c\n"}));
+}
+
+TEST(PagingVirtualPutStream, FormattedTextIsShownAtTheThreshold) {
+    test::RecordingConsole console;
+    PagingVirtualPutStream stream(console, 80, 25, 16, 6);
+    stream.PutS("a\nb\nc\n");
+    EXPECT_EQ(console.calls(), Lines{});
+    stream.PutS("d\n");
+    EXPECT_EQ(console.calls(), Lines{"send:a\nb\nc\n"});
+    EXPECT_EQ(held(stream), "d\n");
+}
+
+TEST(PagingVirtualPutStream, EndAndStartShowWhatIsHeld) {
+    Paging paging;
+    paging.stream.PutS("a\n");
+    paging.stream.EndOutputStream();
+    paging.stream.PutS("b\n");
+    EXPECT_TRUE(paging.stream.StartOutputStream());
+    EXPECT_EQ(paging.console.calls(), (Lines{"send:a\n", "end", "send:b\n", "end", "start"}));
+    EXPECT_EQ(paging.stream.transferred(), 0);
+}
+
+TEST(PagingVirtualPutStream, DestructionShowsNothing) {
+    test::RecordingConsole console;
+    {
+        PagingVirtualPutStream stream(console, 80, 25, 64, 64);
+        stream.PutS("lost\n");
+    }
+    EXPECT_EQ(console.calls(), Lines{});
+}
+
+// Consoles that fail
+
+TEST(PagingVirtualPutStream, RefusedPageEndsTheFlushAndTheSendIsTrue) {
+    Paging paging;
+    paging.console.screen().refusals = 1;
+    EXPECT_TRUE(send(paging.stream, lines(1, 30)));
+    EXPECT_EQ(paging.console.calls(), Lines{"refused:" + lines(1, 24)});
+    EXPECT_EQ(held(paging.stream), "");
+    EXPECT_EQ(paging.stream.transferred(), 0);
+    EXPECT_FALSE(paging.stream.hasQuit());
+}
+
+TEST(PagingVirtualPutStream, RefusedSecondPageDropsTheRest) {
+    Paging paging;
+    int sends = 0;
+    // Behind the first page and its prompt.
+    paging.console.screen().afterSend = [&] {
+        paging.console.screen().refusals = ++sends == 2 ? 1 : 0;
+    };
+    EXPECT_TRUE(send(paging.stream, lines(1, 60)));
+    EXPECT_EQ(paging.console.calls(),
+              (Lines{shown(lines(1, 24)), shown(MESSAGE), "key", "remove:80", "refused:" + lines(25, 48)}));
+    EXPECT_EQ(held(paging.stream), "");
+}
+
+TEST(PagingVirtualPutStream, RefusedPromptIsStillAnswered) {
+    Paging paging;
+    int sends = 0;
+    paging.console.screen().afterSend = [&] {
+        paging.console.screen().refusals = ++sends == 1 ? 1 : 0;
+    };
+    EXPECT_TRUE(send(paging.stream, lines(1, 30)));
+    EXPECT_EQ(paging.console.calls(), (Lines{shown(lines(1, 24)), "refused:" + std::string(MESSAGE), "key", "remove:80",
+                                             shown(lines(25, 30))}));
+}
+
+TEST(PagingVirtualPutStream, SendToADeadConsoleIsFalseAndHoldsNothing) {
+    for (const bool closed : {false, true}) {
+        Paging paging;
+        paging.console.screen().open = !closed;
+        paging.console.screen().error = !closed;
+        EXPECT_FALSE(send(paging.stream, "lost\n"));
+        EXPECT_TRUE(send(paging.stream, "")) << "nothing was left over";
+        EXPECT_EQ(paging.console.calls(), Lines{});
+        EXPECT_EQ(held(paging.stream), "");
+    }
+}
+
+TEST(PagingVirtualPutStream, WhatIsHeldForADeadConsoleIsDropped) {
+    Paging paging;
+    paging.stream.PutS("lost\n");
+    paging.console.screen().error = true;
+    paging.stream.FlushOutputStream();
+    EXPECT_EQ(held(paging.stream), "");
+    paging.console.screen().error = false;
+    EXPECT_TRUE(send(paging.stream, "shown\n"));
+    EXPECT_EQ(paging.console.calls(), Lines{"send:shown\n"});
+}
+
+TEST(PagingVirtualPutStream, ConsoleThatDiesBetweenPagesTakesTheRestOfTheFlush) {
+    Paging paging;
+    paging.console.screen().afterSend = [&] {
+        paging.console.screen().error = true;
+    };
+    EXPECT_TRUE(send(paging.stream, lines(1, 30))) << "all was taken before the flush";
+    EXPECT_EQ(paging.console.calls(), pages({lines(1, 24), lines(25, 30)}));
+    EXPECT_FALSE(send(paging.stream, "lost\n"));
+}
+
+TEST(PagingVirtualPutStream, ConsoleThatDiesInALongSendEndsIt) {
+    test::RecordingConsole console;
+    console.screen().afterSend = [&] {
+        console.screen().open = false;
+    };
+    PagingVirtualPutStream stream(console, 80, 25, 8, 8);
+    EXPECT_FALSE(send(stream, "a\nb\nc\nd\ne\nf\ng\nh\ni\n"));
+    EXPECT_EQ(console.calls(), Lines{"send:a\nb\nc\nd\n"});
+    EXPECT_EQ(held(stream), "");
+}
+
+// One page by hand
+
+TEST(PagingVirtualPutStream, FlushPageShowsSoManyBytesAndPromptsForTheRest) {
+    Paging paging(" q");
+    paging.stream.PutS("abcdef");
+    EXPECT_TRUE(paging.stream.flushPage(2));
+    EXPECT_EQ(held(paging.stream), "cdef");
+    EXPECT_EQ(paging.stream.ReadPosition(), 0);
+    EXPECT_FALSE(paging.stream.flushPage(2));
+    EXPECT_TRUE(paging.stream.hasQuit());
+    EXPECT_EQ(held(paging.stream), "ef");
+    EXPECT_FALSE(paging.stream.flushPage(2));
+    EXPECT_EQ(held(paging.stream), "");
+    EXPECT_EQ(paging.stream.transferred(), 6);
+    EXPECT_EQ(paging.console.calls(), (Lines{"send:ab", shown(MESSAGE), "key", "remove:80", "send:cd", shown(MESSAGE),
+                                             "key", "remove:80", "send:ef"}));
+}
+
+TEST(PagingVirtualPutStream, FlushPageThatIsRefusedKeepsWhatIsHeld) {
+    Paging paging;
+    paging.console.screen().refusals = 1;
+    paging.stream.PutS("abc");
+    EXPECT_FALSE(paging.stream.flushPage(2));
+    EXPECT_EQ(held(paging.stream), "abc");
+    EXPECT_EQ(paging.stream.transferred(), 0);
+}
+
+TEST(PagingVirtualPutStream, FlushPageOfMoreThanIsHeldShowsAll) {
+    Paging paging;
+    paging.stream.PutS("abc");
+    EXPECT_FALSE(paging.stream.flushPage(100));
+    EXPECT_EQ(paging.console.calls(), Lines{"send:abc"});
+    EXPECT_EQ(paging.stream.transferred(), 3);
+}
+
+TEST(PagingVirtualPutStream, FlushPageOfANegativeLengthShowsNoText) {
+    Paging paging;
+    paging.stream.PutS("abc");
+    paging.stream.flushPage(-1);
+    paging.stream.flushPage(INT_MIN);
+    EXPECT_EQ(held(paging.stream), "abc");
+    EXPECT_EQ(paging.stream.transferred(), 0);
+}
+
+// Any text on any page
+
+/// How pages are cut, written down once more.
+class PagingModel {
+public:
+    PagingModel(int width, int height, std::size_t capacity, std::size_t threshold, const std::string& keys)
+        : m_width(width), m_height(height), m_capacity(capacity), m_threshold(threshold), m_keys(keys) {}
+
+    Lines calls;
+
+    bool send(const std::string& data) {
+        m_quit = false;
+        std::size_t taken = 0;
+        while (taken < data.size()) {
+            if (m_held.size() >= m_threshold)
+                flush();
+            if (m_quit)
+                return false;
+            const std::size_t count = std::min(m_capacity - m_held.size(), data.size() - taken);
+            m_held += data.substr(taken, count);
+            taken += count;
+        }
+        flush();
+        return !m_quit;
+    }
+
+private:
+    void flush() {
+        while (!m_held.empty() && showPage(scanPage())) {
+        }
+        m_held.clear();
+    }
+    std::size_t scanPage() {
+        std::size_t taken = 0;
+        int line = m_line;
+        for (; line < m_height - 1 && taken < m_held.size(); ++line) {
+            char last = 'x';
+            int column = m_column;
+            for (; column < m_width && taken < m_held.size() && last != '\n' && last != 0; ++column)
+                last = m_held[taken++];
+            m_column = last == '\n' || last == 0 ? 0 : column % m_width;
+        }
+        if (m_column > 0)
+            --line;
+        m_line = line % (m_height - 1);
+        return taken;
+    }
+    bool showPage(std::size_t length) {
+        calls.push_back(shown(m_held.substr(0, length)));
+        m_held.erase(0, length);
+        if (m_held.empty())
+            return false;
+        calls.push_back(shown(MESSAGE));
+        calls.push_back("key");
+        calls.push_back("remove:" + std::to_string(m_width));
+        const char key = m_used < m_keys.size() ? m_keys[m_used++] : ' ';
+        m_quit = key == 'q' || key == 'Q';
+        return !m_quit;
+    }
+
+    int m_width;
+    int m_height;
+    std::size_t m_capacity;
+    std::size_t m_threshold;
+    std::string m_keys;
+    std::string m_held;
+    std::size_t m_used = 0;
+    bool m_quit = false;
+    int m_column = 0;
+    int m_line = 0;
+};
+
+TEST(PagingVirtualPutStream, CutsAnyTextIntoPagesAsWrittenDown) {
+    test::RandomRun random;
+    for (int run = 0; run < 300 && !testing::Test::HasFailure(); ++run) {
+        const int width = static_cast<int>(2 + random.below(12));
+        const int height = static_cast<int>(2 + random.below(6));
+        const unsigned int capacity = 1 + random.below(60);
+        const unsigned int threshold = 1 + random.below(capacity);
+        const std::string keys = random.text(60, "          q");
+        test::RecordingConsole console(keys);
+        PagingVirtualPutStream stream(console, width, height, static_cast<int>(capacity), static_cast<int>(threshold));
+        PagingModel model(width, height, capacity, threshold, keys);
+        for (int step = 0; step < 12; ++step) {
+            const std::string text = random.text(90, std::string("abcdefg\n\n\0", 10));
+            EXPECT_EQ(send(stream, text), model.send(text));
+            EXPECT_EQ(held(stream), "");
+        }
+        EXPECT_EQ(console.calls(), model.calls) << width << " by " << height << ", " << threshold << " of " << capacity;
+    }
+}
+
+// Traces
+
+TEST(PagingVirtualPutStream, TracesItsPageSize) {
+    const test::DebugSwitch traces(TRACE_SWITCH);
+    test::LogCapture log;
+    test::RecordingConsole console;
+    char text[16];
+    const PagingVirtualPutStream own(console, 80, 25, 64, 64);
+    const PagingVirtualPutStream overArray(console, 132, 50, text, sizeof text, 16);
+    EXPECT_EQ(test::traceLines(log), (Lines{line(CONSTRUCT, "width = 80, height = 25"),
+                                            line(CONSTRUCT_OVER_ARRAY, "width = 132, height = 50")}));
+}
+
+TEST(PagingVirtualPutStream, TracesPagesAndTheQuit) {
+    Paging paging("xq", 80, 2);
+    const test::DebugSwitch traces(TRACE_SWITCH);
+    test::LogCapture log;
+    EXPECT_FALSE(send(paging.stream, "a\nb\nc\n"));
+    EXPECT_EQ(
+        test::traceLines(log),
+        (Lines{line(FLUSH_PAGE, "Attempting to flush 2 bytes\n"), line(FLUSH_PAGE, "[Flushed 2 bytes]\n"),
+               line(FLUSH_PAGE, "now have 4 at tail 0 head 4\n"), line(FLUSH_PAGE, "Attempting to flush 2 bytes\n"),
+               line(FLUSH_PAGE, "[Flushed 2 bytes]\n"), line(FLUSH_PAGE, "now have 2 at tail 0 head 2\n"),
+               line(FLUSH_PAGE, "user has requested Quit from paging")}));
+}
+
+TEST(PagingVirtualPutStream, TracesTheLastPage) {
+    Paging paging;
+    const test::DebugSwitch traces(TRACE_SWITCH);
+    test::LogCapture log;
+    EXPECT_TRUE(send(paging.stream, "ports"));
+    EXPECT_EQ(test::traceLines(log),
+              (Lines{line(FLUSH_PAGE, "Attempting to flush 5 bytes\n"), line(FLUSH_PAGE, "[Flushed 5 bytes]\n"),
+                     line(FLUSH_PAGE, "now have 0 at tail 0 head 0\n")}));
+}
+
+TEST(PagingVirtualPutStream, TracesARefusedPage) {
+    Paging paging;
+    paging.console.screen().refusals = 1;
+    const test::DebugSwitch traces(TRACE_SWITCH);
+    test::LogCapture log;
+    EXPECT_TRUE(send(paging.stream, "ports"));
+    EXPECT_EQ(test::traceLines(log), (Lines{line(FLUSH_PAGE, "Attempting to flush 5 bytes\n"),
+                                            line(FLUSH_PAGE, "couldn't send page to output stream ")}));
+}
+
+TEST(PagingVirtualPutStream, TracesFlushesThatShowNothing) {
+    Paging paging;
+    const test::DebugSwitch traces(TRACE_SWITCH);
+    test::LogCapture log;
+    paging.stream.FlushOutputStream();
+    EXPECT_TRUE(send(paging.stream, ""));
+    paging.stream.PutS("lost");
+    paging.console.screen().open = false;
+    paging.stream.FlushOutputStream();
+    EXPECT_FALSE(send(paging.stream, "lost"));
+    EXPECT_EQ(test::traceLines(log), Lines(4, line(FLUSH, "discarding virtual stream output\n")));
+}
+
+TEST(PagingVirtualPutStream, WritesNoTracesWithTheSwitchOff) {
+    test::LogCapture log;
+    Paging paging("q", 80, 2);
+    EXPECT_FALSE(send(paging.stream, "a\nb\n"));
+    paging.stream.FlushOutputStream();
+    paging.console.screen().refusals = 1;
+    EXPECT_TRUE(send(paging.stream, "a\nb\n"));
+    paging.console.screen().error = true;
+    EXPECT_FALSE(send(paging.stream, "a\nb\n"));
+    EXPECT_EQ(log.count(), 0u);
+}
+
+} // namespace
