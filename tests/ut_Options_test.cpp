@@ -55,12 +55,6 @@ void set(Options& options, const std::string& text) {
     copy.assign(copy.size(), '#');
 }
 
-std::string textOf(const Options& options) {
-    utility::BufferStream out(1000000);
-    options.toStream(out);
-    return std::string(out.pTail(), static_cast<std::size_t>(out.ReadAvailable()));
-}
-
 /// The options with their keys and values; a missing value is told from an empty one by its number.
 Content contentOf(const Options& options) {
     Content content;
@@ -75,6 +69,15 @@ Content contentOf(const Options& options) {
         content.push_back({text ? text : "(unknown)", value && !missing ? Value(value) : NONE});
     }
     return content;
+}
+
+std::string textOf(const Options& options) {
+    std::size_t room = 8;
+    for (const Option& option : contentOf(options))
+        room += option.first.size() + option.second.value_or("").size() + 2;
+    utility::BufferStream out(static_cast<int>(room));
+    options.toStream(out);
+    return std::string(out.pTail(), static_cast<std::size_t>(out.ReadAvailable()));
 }
 
 Content contentOfText(const std::string& text) {
@@ -414,7 +417,7 @@ TEST(Options, AStreamThatIsTooShortThrowsAndKeepsWithinItsRoom) {
 
 TEST(Options, RandomTextsAreSplitLikeTheModel) {
     test::RandomRun random;
-    while (random.steps(30000)) {
+    while (random.steps(20000)) {
         const std::string text = random.text(20, "ab1&&==,,");
         ReferenceOptions model;
         model.addText(text);
@@ -427,7 +430,7 @@ TEST(Options, RandomChangesLikeTheModel) {
     test::RandomRun random;
     Options options;
     ReferenceOptions model;
-    while (random.steps(50000)) {
+    while (random.steps(20000)) {
         const std::string key = random.text(1, "abc");
         const unsigned int index = random.below(4);
         const Value value = random.below(4) == 0 ? NONE : Value(random.text(2, "xX1"));

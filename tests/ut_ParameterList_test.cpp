@@ -134,15 +134,15 @@ TEST(ParameterList, ReadsTheTextAsItIsNow) {
     EXPECT_STREQ(list.nextToken(token), "XbYc");
 }
 
-TEST(ParameterList, TakesATokenOfAMillionCharactersAndAHundredThousandTokens) {
+TEST(ParameterList, TakesATokenOfAMillionCharactersAndTenThousandTokens) {
     const std::string large(1000000, 'x');
     EXPECT_EQ(tokensOf(large + "," + large, ','), (Tokens{large, large}));
     std::string text;
-    for (int i = 0; i < 100000; ++i)
+    for (int i = 0; i < 10000; ++i)
         text += std::to_string(i) + ",";
     const Tokens tokens = tokensOf(text, ',');
-    ASSERT_EQ(tokens.size(), 100000U);
-    EXPECT_EQ(tokens[99999], "99999");
+    ASSERT_EQ(tokens.size(), 10000U);
+    EXPECT_EQ(tokens[9999], "9999");
 }
 
 TEST(ParameterList, LogsNothing) {
