@@ -804,6 +804,26 @@ TEST(PWServiceFailure, FullDiskLeavesTheFileAsItWas) {
     }
 }
 
+TEST(PWServiceFailure, FileThatFailsWhileItIsReadIsNotReplaced) {
+    // A regular file that can be opened, and whose first byte cannot be read.
+    const Root root;
+    std::filesystem::create_symlink("/proc/self/mem", root.file());
+    const std::string commands = root.directory().path("commands");
+    std::filesystem::create_directory(commands);
+    Root::writeFile(commands + "/cp", "#!/bin/sh\n: >\"$0.ran\"\n");
+    ASSERT_EQ(chmod((commands + "/cp").c_str(), 0755), 0);
+    inRoot(root.root(), [&] {
+        setenv("PATH", commands.c_str(), 1);
+        PW user;
+        fill(user, "added", 2000);
+        const test::LogCapture log;
+        PWService::putUser(&user);
+        EXPECT_TRUE(log.contains(Logger::LOG_ERROR, "cannot read " + root.file() + ": it stays as it was"));
+        PWService::delUser(&user);
+    });
+    EXPECT_FALSE(std::filesystem::exists(commands + "/cp.ran"));
+}
+
 TEST(PWServiceFailure, FieldThatTheWriterRefusesLeavesTheFileAsItWas) {
     const Root root("root", threeUsers);
     for (const char* bad : {"with:colon", "with\nline", ":", "\n", "root:x:0:0::/:/bin/sh\nx"}) {

@@ -177,6 +177,10 @@ bool PWService::copyEntries(std::FILE* in, std::FILE* out, const passwd& user, b
         if (adds)
             written = putpwent(&user, out) == 0;
     }
+    if (std::ferror(in) != 0) {
+        VXUT_LOG(framework::Logger::LOG_ERROR, "cannot read %s: it stays as it was", getFileName());
+        return false;
+    }
     if (written && std::feof(in) == 0)
         VXUT_LOG(framework::Logger::LOG_ERROR, "an entry of %s cannot be read: it and what lies behind it is dropped",
                  getFileName());
