@@ -1,6 +1,7 @@
 #pragma once
 
-// How identifiers of a fixed number of bytes are read and written as hexadecimal text. Not for callers of the library.
+// How numbers and identifiers of a fixed number of bytes are read and written as hexadecimal text. Not for callers of
+// the library.
 
 namespace utility {
 

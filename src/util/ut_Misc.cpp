@@ -12,40 +12,28 @@
 #include "fw_Exception.h"
 #include "ut_BufferStream.h"
 #include "ut_Debug.h"
+#include "ut_HexText.h"
 
 namespace utility {
 
 namespace {
 
-/// Characters in a caller's buffer; what comes when the buffer is used up is dropped for good.
-class BoundedText {
-public:
-    BoundedText(char* buffer, int size) : m_at(buffer), m_left(buffer != nullptr ? std::max(size, 0) : 0) {}
+unsigned int roomOf(int size) {
+    return static_cast<unsigned int>(std::max(size, 0));
+}
 
-    void put(char c) {
-        if (m_left == 0)
-            return;
-        *m_at++ = c;
-        --m_left;
-    }
-
-    void putHexDigit(unsigned long long v) {
-        put(Debug::hexChar(static_cast<char>(v & 15)));
-    }
-
-private:
-    char* m_at;
-    int m_left;
-};
+void putHexDigit(BoundedText& text, unsigned long long v) {
+    text.put(Debug::hexChar(static_cast<char>(v & 15)));
+}
 
 char* writeHex(unsigned long long v, int digits, bool leadingZeros, char* buf, int size) {
-    BoundedText text(buf, size);
+    BoundedText text(buf, roomOf(size));
     bool started = leadingZeros && v != 0;
     for (int i = digits - 1; i >= 0; --i) {
         const unsigned long long digit = v >> (4 * i) & 15;
         started = started || digit != 0 || i == 0;
         if (started)
-            text.putHexDigit(digit);
+            putHexDigit(text, digit);
     }
     text.put(0);
     return buf;
@@ -125,10 +113,10 @@ char* Misc::toHexString(unsigned short v, bool leadingZeros, char* buf, int size
 }
 
 char* Misc::toHexString(unsigned char v, bool leadingZeros, char* buf, int size) {
-    BoundedText text(buf, size);
+    BoundedText text(buf, roomOf(size));
     if (v > 15 || leadingZeros)
-        text.putHexDigit(v >> 4);
-    text.putHexDigit(v);
+        putHexDigit(text, v >> 4);
+    putHexDigit(text, v);
     text.put(0);
     return buf;
 }
@@ -232,10 +220,10 @@ char* Misc::toIPV4String(unsigned int addr, char* buf, int size) {
 }
 
 char* Misc::toMacAddress(unsigned long long v, char* buf, int size) {
-    BoundedText text(buf, size);
+    BoundedText text(buf, roomOf(size));
     for (int shift = 40; shift >= 0; shift -= 8) {
-        text.putHexDigit(v >> (shift + 4));
-        text.putHexDigit(v >> shift);
+        putHexDigit(text, v >> (shift + 4));
+        putHexDigit(text, v >> shift);
         text.put(shift > 0 ? ':' : '\0');
     }
     return buf;
