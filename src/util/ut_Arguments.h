@@ -11,8 +11,9 @@ class PutStream;
 /// The words of a command line, with double quotes for grouping and look-ups that ignore case.
 ///
 /// The words are copies that the object owns; a pointer handed out is valid until its word is changed or deleted. One
-/// thread at a time. Nothing fails: what is not there is null, -1 or 0, and null words are found nowhere and added
-/// nowhere.
+/// thread at a time. What is not there is null, -1 or 0, and null words are found nowhere and added nowhere. A word
+/// without memory is null and found nowhere; without memory for more words code 1230 of "ut_Array" is thrown, and
+/// `std::bad_alloc` where the platform's own strings are needed.
 ///
 ///     utility::Arguments arguments("show file \"my notes\" -lines 20");
 ///     arguments.ArgValue(2);        // "my notes"

@@ -10,8 +10,9 @@ namespace utility {
 /// A path that walks the entries of its directory that match a shell wildcard pattern.
 ///
 /// File and extension become those of each match in turn. The pattern is copied. Entries come in the order in which the
-/// system gives them, "." and ".." included. One thread at a time. Nothing is thrown: a directory that cannot be read
-/// gives null, and is reported once through the entity's error state. Debug switch 353 traces.
+/// system gives them, "." and ".." included. One thread at a time. As in `Path`, nothing is thrown but for memory: a
+/// directory that cannot be read gives null, and is reported once through the entity's error state. Debug switch 353
+/// traces.
 ///
 ///     utility::DirIterator files("/etc", "*.conf");
 ///     for (const char* name = files.getFirst(nullptr); name != nullptr; name = files.getNext()) use(files.getValue());

@@ -11,7 +11,7 @@ namespace utility {
 ///
 /// The texts are the object's own. A pointer that `getFullFile`, `getValue` or `component` gives is valid until the
 /// next call of the same operation, one that `getPath` gives until the path changes. One thread at a time. Null texts
-/// count as empty, and nothing is thrown. Debug switch 489 traces.
+/// count as empty. Nothing is thrown but `std::bad_alloc` without memory. Debug switch 489 traces.
 ///
 ///     utility::Path path("/usr/lib/libx.so.1");
 ///     path.getPath();        // "/usr/lib/"
