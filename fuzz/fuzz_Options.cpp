@@ -37,7 +37,8 @@ std::vector<char> copyOf(const std::string& text) {
 void checkLookUps(const Options& options, const ReferenceOptions& expected) {
     require(options.count() == expected.content.size());
     for (std::size_t i = 0; i < expected.content.size(); ++i) {
-        const auto& [key, value] = expected.content[i];
+        const std::string& key = expected.content[i].first;
+        const ReferenceOptions::Value& value = expected.content[i].second;
         const auto isSameKey = [&](const ReferenceOptions::Option& option) {
             return option.first == key;
         };
