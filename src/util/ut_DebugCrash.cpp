@@ -107,19 +107,22 @@ const char* processName() {
     return name != nullptr ? name : "";
 }
 
-void reportWithoutMemory(int) {
-    rawNames = 1;
-    Debug::ErrorContext();
+/// A report that hangs is tried once more without memory; when that hangs too, the process ends without one.
+void endHungReport(int) {
+    if (rawNames == 0) {
+        rawNames = 1;
+        alarm(longestReportSeconds);
+        Debug::ErrorContext();
+    }
     framework::Container::dumpApplication(crashSignal);
 }
 
-/// Ends a report that hangs, because the process crashed where it holds a lock that the report needs.
+/// Bounds a report that hangs, because the process crashed where it holds a lock that the report needs.
 void limitReport(int sig) {
     crashSignal = sig;
     struct sigaction action = {};
-    action.sa_handler = reportWithoutMemory;
-    // A second alarm ends the process.
-    action.sa_flags = SA_RESETHAND | SA_NODEFER;
+    action.sa_handler = endHungReport;
+    action.sa_flags = SA_NODEFER;
     sigaction(SIGALRM, &action, nullptr);
     sigset_t alarms;
     sigemptyset(&alarms);
