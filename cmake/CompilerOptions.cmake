@@ -38,8 +38,11 @@ endfunction()
 function(vxut_library_options target)
     vxut_warnings(${target})
     vxut_hardening(${target})
-    target_link_options(${target} PRIVATE LINKER:-z,defs
-                                          LINKER:--version-script=${PROJECT_SOURCE_DIR}/cmake/standard-library.map)
+    target_link_options(${target} PRIVATE LINKER:--version-script=${PROJECT_SOURCE_DIR}/cmake/standard-library.map)
+    # Clang links the sanitizers' run-time library into programs only.
+    if(NOT (VXUT_SANITIZE AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang"))
+        target_link_options(${target} PRIVATE LINKER:-z,defs)
+    endif()
     target_compile_features(${target} PUBLIC cxx_std_17)
     set_target_properties(${target} PROPERTIES
         VERSION ${PROJECT_VERSION}
