@@ -5,6 +5,7 @@
 root=$(cd -- "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/../.." && pwd)
 
 build_packages=(cmake ninja-build g++ libcrypt-dev googletest)
+test_packages=(openssl pkg-config)
 check_packages=(clang-format clang-tidy)
 armhf_packages=(g++-arm-linux-gnueabihf qemu-user libc6:armhf libstdc++6:armhf libcrypt-dev:armhf)
 
