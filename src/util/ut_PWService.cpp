@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
+#include <new>
 #include <string>
 
 #include <crypt.h>
@@ -156,14 +157,14 @@ unsigned int PWService::getHighestUID() {
 }
 
 void PWService::putUser(PW* user) {
-    rewrite(user, true);
+    rewrite(user, true, __PRETTY_FUNCTION__);
 }
 
 void PWService::delUser(PW* user) {
-    rewrite(user, false);
+    rewrite(user, false, __PRETTY_FUNCTION__);
 }
 
-bool PWService::copyEntries(std::FILE* in, std::FILE* out, const passwd& user, bool adds) {
+bool PWService::copyEntries(std::FILE* in, std::FILE* out, const passwd& user, bool adds, const char* function) {
     bool found = false;
     bool written = true;
     while (written && readEntry(in)) {
@@ -172,7 +173,7 @@ bool PWService::copyEntries(std::FILE* in, std::FILE* out, const passwd& user, b
             continue;
         }
         m_PW.dump();
-        VXUT_TRACE(serviceSwitch, "found");
+        VXUT_TRACE_AS(function, serviceSwitch, "found");
         found = true;
         if (adds)
             written = putpwent(&user, out) == 0;
@@ -189,15 +190,15 @@ bool PWService::copyEntries(std::FILE* in, std::FILE* out, const passwd& user, b
     return written;
 }
 
-void PWService::rewrite(PW* user, bool adds) {
+void PWService::rewrite(PW* user, bool adds, const char* function) {
     if (user == nullptr || user->getUserName() == nullptr || getFileName() == nullptr)
         return;
     const OwnedUser owned(user->m_passwd);
     user->dump();
-    VXUT_TRACE(serviceSwitch, "search for %s", owned.get().pw_name);
+    VXUT_TRACE_AS(function, serviceSwitch, "search for %s", owned.get().pw_name);
     const std::string fileName = getFileName();
     const std::string newName = fileName + ".new";
-    VXUT_TRACE(serviceSwitch, "in file: %s", newName.c_str());
+    VXUT_TRACE_AS(function, serviceSwitch, "in file: %s", newName.c_str());
     if (newName.size() > longestNewName)
         return;
     File in = openRegular(fileName.c_str());
@@ -206,7 +207,7 @@ void PWService::rewrite(PW* user, bool adds) {
     File out = makeReplacement(newName, in.get());
     if (out == nullptr)
         return;
-    const bool written = copyEntries(in.get(), out.get(), owned.get(), adds);
+    const bool written = copyEntries(in.get(), out.get(), owned.get(), adds, function);
     in.reset();
     const bool closed = std::fclose(out.release()) == 0;
     if (written && closed)
@@ -228,7 +229,9 @@ char* PWService::encryptPassword(const char* plain, char* out, unsigned int outS
         salt[3 + i] = alphabet[value & 63];
         shift = value & 7;
     }
-    const std::unique_ptr<crypt_data> data(new crypt_data());
+    const std::unique_ptr<crypt_data> data(new (std::nothrow) crypt_data());
+    if (data == nullptr)
+        return out;
     const char* hash = crypt_r(plain, salt, data.get());
     const bool hashed = hash != nullptr && hash[0] == '$';
     if (hashed) {

@@ -39,8 +39,8 @@ public:
 
 private:
     static bool readEntry(std::FILE* file);
-    static bool copyEntries(std::FILE* in, std::FILE* out, const passwd& user, bool adds);
-    static void rewrite(PW* user, bool adds);
+    static bool copyEntries(std::FILE* in, std::FILE* out, const passwd& user, bool adds, const char* function);
+    static void rewrite(PW* user, bool adds, const char* function);
 
     static PW m_PW;
     static const char* m_pwFileName;

@@ -18,6 +18,13 @@
 /// The same while debug switch number `debugSwitch` is on.
 #define VXUT_TRACE(debugSwitch, ...) VXUT_TRACE_IF(::utility::Debug::isDebugOn(debugSwitch), __VA_ARGS__)
 
+/// The same, tagged with the signature text `function` of the operation that a caller has called.
+#define VXUT_TRACE_AS(function, debugSwitch, ...)                                                                      \
+    do {                                                                                                               \
+        if (::utility::Debug::isDebugOn(debugSwitch))                                                                  \
+            ::framework::Logger::StaticLogMethod(::framework::Logger::LOG_DEBUG, function, __LINE__, __VA_ARGS__);     \
+    } while (false)
+
 /// The method entry marker at level 4, while debug switch number `debugSwitch` is on.
 #define VXUT_TRACE_ENTER(debugSwitch)                                                                                  \
     do {                                                                                                               \
