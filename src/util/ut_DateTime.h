@@ -1,6 +1,7 @@
 #pragma once
 
 #include <ctime>
+#include <limits>
 #include <type_traits>
 
 #include "ut_Export.h"
@@ -50,7 +51,7 @@ public:
     explicit DateTime(long t);
     /// The same for every other integer, so that a plain 0 is a number of seconds and no null pointer.
     template<typename Integer, typename = std::enable_if_t<std::is_integral_v<Integer>>>
-    explicit DateTime(Integer t) : DateTime(static_cast<long>(t)) {}
+    explicit DateTime(Integer t) : DateTime(toSeconds(t)) {}
     /// A local date and time, month 1 to 12. Fields outside their ranges carry over into the next larger ones; the
     /// platform decides on daylight saving. Throws code 3591.
     DateTime(int year, int month, int day, int hour, int minute, int second);
@@ -188,6 +189,17 @@ public:
     static void dumpTM(tm* fields);
 
 private:
+    template<typename Integer>
+    static long toSeconds(Integer t) {
+        constexpr long earliest = std::numeric_limits<long>::min();
+        constexpr long latest = std::numeric_limits<long>::max();
+        if constexpr (std::is_signed_v<Integer>) {
+            if (static_cast<long long>(t) < earliest)
+                return earliest;
+        }
+        return t > 0 && static_cast<unsigned long long>(t) > latest ? latest : static_cast<long>(t);
+    }
+
     time_t m_time;
 };
 

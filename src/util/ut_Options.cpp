@@ -27,7 +27,7 @@ char* splitAt(char* text, char separator) {
 
 } // namespace
 
-Options::Options() : m_pool(poolBlockSize, poolBlockCount), m_count(0), m_keys(), m_values() {}
+Options::Options() : m_pool(poolBlockSize, poolBlockCount), m_count(0), m_keys(), m_values(), m_none() {}
 
 Options::~Options() = default;
 
@@ -115,11 +115,13 @@ const char* Options::getAsString(unsigned int key, unsigned int index) const {
 }
 
 char* Options::getAsString(unsigned int key, unsigned int index) {
-    static char none[1];
     const unsigned int i = indexOf(key, index);
     if (i >= m_count)
         return nullptr;
-    return m_values[i] != nullptr ? m_values[i] : none;
+    if (m_values[i] != nullptr)
+        return m_values[i];
+    m_none[0] = 0;
+    return m_none;
 }
 
 int Options::getAsInt(unsigned int key, unsigned int index) const {

@@ -72,6 +72,7 @@ private:
     unsigned int m_count;
     stringtoken m_keys[largestCount];
     char* m_values[largestCount];
+    char m_none[1]; // the text of an option without a value
 };
 
 } // namespace utility
