@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -39,8 +40,8 @@ const unsigned int longestReportSeconds = 10;
 const std::size_t demangledSize = 2048;
 
 // Demangling takes memory; once that has hung, the names are shown as the compiler made them.
-volatile std::sig_atomic_t rawNames = 0;
-volatile std::sig_atomic_t crashSignal = 0;
+std::atomic<bool> rawNames(false);
+std::atomic<int> crashSignal(0);
 
 // The first back trace of a process loads libraries, which a handler must not.
 __attribute__((constructor)) void exerciseBackTrace() {
@@ -70,8 +71,7 @@ private:
 /// Copies the name of a symbol as a programmer wrote it, or as it is; "--" for none.
 void copySymbolName(const char* symbol, char (&name)[demangledSize]) {
     int status = 0;
-    char* demangled =
-        symbol != nullptr && rawNames == 0 ? abi::__cxa_demangle(symbol, nullptr, nullptr, &status) : nullptr;
+    char* demangled = symbol != nullptr && !rawNames ? abi::__cxa_demangle(symbol, nullptr, nullptr, &status) : nullptr;
     const bool fits = demangled != nullptr && std::strlen(demangled) < sizeof name;
     std::snprintf(name, sizeof name, "%s", fits ? demangled : symbol != nullptr ? symbol : "--");
     std::free(demangled);
@@ -109,8 +109,7 @@ const char* processName() {
 
 /// A report that hangs is tried once more without memory; when that hangs too, the process ends without one.
 void endHungReport(int) {
-    if (rawNames == 0) {
-        rawNames = 1;
+    if (!rawNames.exchange(true)) {
         alarm(longestReportSeconds);
         Debug::ErrorContext();
     }
