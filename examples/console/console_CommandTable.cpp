@@ -1,5 +1,6 @@
 #include "console_CommandTable.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "console_CommandGroups.h"
@@ -53,9 +54,9 @@ bool takes(const Command& command, unsigned int arguments) {
     return arguments >= command.fewest && arguments <= command.most;
 }
 
-/// Whether each word of `name` begins with the word given in its place.
+/// Whether each word of `name`, up to the last one given, begins with the word given in its place.
 bool isBegunBy(const char* name, const utility::StringArray& words) {
-    for (unsigned int i = 0; *name != 0; ++i) {
+    for (unsigned int i = 0; *name != 0 && (i == 0 || i < words.length()); ++i) {
         const std::size_t length = std::strcspn(name, " ");
         const char* word = words.ElementAt(i);
         const std::size_t given = word != nullptr ? std::strlen(word) : 0;
@@ -80,6 +81,28 @@ const Command* findSpelled(const utility::StringArray& words, unsigned int* used
     return command != nullptr && takes(*command, words.length() - 1) ? command : nullptr;
 }
 
+/// The commands that the given words may mean.
+struct Candidates {
+    unsigned int count = 0;
+    const Command* command = nullptr;
+    std::string names;
+};
+
+/// The commands whose names the words begin: all the words of a name, or the ones that are given.
+Candidates findCandidates(const utility::StringArray& words, bool all) {
+    Candidates candidates;
+    for (int i = 0; i < theIndex().count(); ++i) {
+        const char* name = theIndex().nameAt(i);
+        if (!isBegunBy(name, words) || std::strcmp(name, words.ElementAt(0)) == 0)
+            continue;
+        if (all && countWords(name) > words.length())
+            continue;
+        candidates.names += (candidates.count++ > 0 ? ", " : "") + std::string(name);
+        candidates.command = theIndex().find(name);
+    }
+    return candidates;
+}
+
 } // namespace
 
 const Command* commandAt(unsigned int i) {
@@ -96,24 +119,23 @@ const Command* findCommand(const utility::StringArray& words, unsigned int* used
     const Command* command = findSpelled(words, used);
     if (command != nullptr)
         return command;
-    std::string names;
-    unsigned int count = 0;
-    for (int i = 0; i < theIndex().count(); ++i) {
-        const char* name = theIndex().nameAt(i);
-        // A name spelled out whose arguments do not fit is meant only when nothing else is.
-        if (!isBegunBy(name, words) || (countWords(name) == 1 && std::strcmp(name, words.ElementAt(0)) == 0))
-            continue;
-        names += (count++ > 0 ? ", " : "") + std::string(name);
-        command = theIndex().find(name);
-        *used = countWords(name);
-    }
-    if (count == 1)
-        return command;
     const std::string first = words.ElementAt(0) != nullptr ? words.ElementAt(0) : "";
+    Candidates candidates = findCandidates(words, true);
+    // A name spelled out whose arguments do not fit is meant only when nothing else is.
+    if (candidates.count == 0 && theIndex().find(first) == nullptr)
+        candidates = findCandidates(words, false);
+    if (candidates.count == 1) {
+        *used = std::min(countWords(candidates.command->name), words.length());
+        return candidates.command;
+    }
+    if (candidates.count > 1) {
+        *problem = "ambiguous command: " + candidates.names;
+        return nullptr;
+    }
     command = theIndex().find(first);
     *used = 1;
     if (command == nullptr)
-        *problem = count > 1 ? "ambiguous command: " + names : "unknown command: " + first + " (try help)";
+        *problem = "unknown command: " + first + " (try help)";
     return command;
 }
 
