@@ -1,7 +1,9 @@
+#include <cctype>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <initializer_list>
 #include <memory>
 #include <string>
 
@@ -18,10 +20,20 @@ namespace {
 // The numbers of ordinary users; above them are those of the system, such as nobody's.
 const unsigned int firstUserNumber = 1000;
 const unsigned int lastUserNumber = 59999;
+// The longest entry that the password service can read.
+const std::size_t longestEntry = 2048;
+const char noPassword[] = "!";
+const char shell[] = "/bin/sh";
 
-/// Nobody edits the machine's own password file by accident.
+/// Nobody edits the machine's own password file by accident: neither without VX_ROOT nor after it was set too late.
 bool hasRoot(Invocation& call) {
-    return utility::Environment::GetEnv("VX_ROOT") != nullptr || call.fail("refused: VX_ROOT is not set");
+    const char* root = utility::Environment::GetEnv("VX_ROOT");
+    if (root == nullptr || *root == 0)
+        return call.fail("refused: VX_ROOT is not set");
+    const char* file = utility::PWService::getFileName();
+    if (file == nullptr || std::string(root) + "/etc/passwd" != file)
+        return call.fail("refused: %s was in use before VX_ROOT was set", file != nullptr ? file : "no file");
+    return true;
 }
 
 void putUser(utility::PutStream& out, const passwd& user) {
@@ -29,7 +41,8 @@ void putUser(utility::PutStream& out, const passwd& user) {
              user.pw_shell);
 }
 
-/// Gives each entry of the password file to `take`. False, with the failure set, when the file cannot be read.
+/// Gives each entry of the password file to `take`. False, with the failure set, when the file cannot be read to its
+/// end.
 template<typename Take>
 bool forEachUser(Invocation& call, Take take) {
     const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(utility::PWService::getFileName(), "re"),
@@ -38,10 +51,18 @@ bool forEachUser(Invocation& call, Take take) {
         return call.fail("%s: %s", utility::PWService::getFileName(), std::strerror(errno));
     passwd user = {};
     passwd* result = nullptr;
-    char texts[4096];
-    while (fgetpwent_r(file.get(), &user, texts, sizeof texts, &result) == 0 && result != nullptr)
+    char texts[longestEntry];
+    int error = 0;
+    while ((error = fgetpwent_r(file.get(), &user, texts, sizeof texts, &result)) == 0)
         take(user);
-    return true;
+    if (error == ERANGE)
+        return call.fail("%s: an entry is too long", utility::PWService::getFileName());
+    return error == ENOENT || call.fail("%s: %s", utility::PWService::getFileName(), std::strerror(error));
+}
+
+/// A rewrite keeps what can be read, so it may only follow when that is everything.
+bool canRewrite(Invocation& call) {
+    return hasRoot(call) && forEachUser(call, [](const passwd&) {});
 }
 
 bool showUsers(Invocation& call) {
@@ -61,6 +82,26 @@ bool isField(Invocation& call, const char* text) {
     return std::strpbrk(text, ":\n") == nullptr || call.fail("%s: a field holds no colon and no line end", text);
 }
 
+/// A name that is also a home directory's, and that no tool takes for an option or for an entry of another service.
+bool isUserName(Invocation& call, const char* name) {
+    if (*name == 0)
+        return call.fail("a user needs a name");
+    for (const char* c = name; *c != 0; ++c) {
+        if (std::isalnum(static_cast<unsigned char>(*c)) == 0 && std::strchr(c == name ? "_" : "_-.$", *c) == nullptr)
+            return call.fail("%s: a user's name holds letters, digits, and behind the first also - _ . $", name);
+    }
+    return true;
+}
+
+/// Whether the entry can be read back: one that is too long would also hide those behind it.
+bool isReadable(Invocation& call, std::initializer_list<const char*> texts) {
+    const std::size_t numbersAndSeparators = 32;
+    std::size_t length = numbersAndSeparators;
+    for (const char* text : texts)
+        length += text != nullptr ? std::strlen(text) : 0;
+    return length <= longestEntry || call.fail("%s: the entry is too long", *texts.begin());
+}
+
 /// Whether the file now holds what a command has put into it.
 bool isStored(Invocation& call, const char* name, bool expected) {
     return (utility::PWService::getUser(name) != nullptr) == expected ||
@@ -71,35 +112,35 @@ bool addUser(Invocation& call) {
     const char* name = call.word(0);
     const std::string home = std::string("/home/") + name;
     const char* realName = call.wordCount() > 1 ? call.word(1) : "";
-    if (!hasRoot(call) || !isField(call, name) || !isField(call, realName))
+    if (!hasRoot(call) || !isUserName(call, name) || !isField(call, realName))
         return false;
-    if (*name == 0)
-        return call.fail("a user needs a name");
     if (utility::PWService::getUser(name) != nullptr)
         return call.fail("%s: exists already", name);
     unsigned int number = firstUserNumber;
     const bool read = forEachUser(call, [&](const passwd& other) {
-        if (other.pw_uid >= number && other.pw_uid < lastUserNumber)
+        if (other.pw_uid >= number && other.pw_uid <= lastUserNumber)
             number = other.pw_uid + 1;
     });
     if (!read)
         return false;
+    if (number > lastUserNumber)
+        return call.fail("%s: no user number is left", name);
+    if (!isReadable(call, {name, noPassword, realName, home.c_str(), shell}))
+        return false;
     utility::PW user;
     user.m_passwd.pw_name = user.newString(name);
-    user.m_passwd.pw_passwd = user.newString("!");
+    user.m_passwd.pw_passwd = user.newString(noPassword);
     user.m_passwd.pw_uid = number;
     user.m_passwd.pw_gid = number;
     user.m_passwd.pw_gecos = user.newString(realName);
     user.m_passwd.pw_dir = user.newString(home.c_str());
-    user.m_passwd.pw_shell = user.newString("/bin/sh");
-    if (user.m_passwd.pw_shell == nullptr)
-        return call.fail("the texts are too long");
+    user.m_passwd.pw_shell = user.newString(shell);
     utility::PWService::putUser(&user);
     return isStored(call, name, true);
 }
 
 bool deleteUser(Invocation& call) {
-    if (!hasRoot(call))
+    if (!canRewrite(call))
         return false;
     utility::PW* user = utility::PWService::getUser(call.word(0));
     if (user == nullptr)
@@ -110,7 +151,7 @@ bool deleteUser(Invocation& call) {
 
 bool setPassword(Invocation& call) {
     char hash[64];
-    if (!hasRoot(call))
+    if (!canRewrite(call))
         return false;
     utility::PW* user = utility::PWService::getUser(call.word(0));
     if (user == nullptr)
@@ -118,6 +159,9 @@ bool setPassword(Invocation& call) {
     if (*utility::PWService::encryptPassword(call.word(1), hash, sizeof hash) == 0)
         return call.fail("this platform cannot hash a password so");
     user->m_passwd.pw_passwd = hash;
+    const passwd& fields = user->m_passwd;
+    if (!isReadable(call, {fields.pw_name, hash, fields.pw_gecos, fields.pw_dir, fields.pw_shell}))
+        return false;
     utility::PWService::putUser(user);
     user = utility::PWService::getUser(call.word(0));
     return (user != nullptr && std::strcmp(user->getPassword(), hash) == 0) ||
