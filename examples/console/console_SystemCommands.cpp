@@ -137,28 +137,41 @@ bool uptime(Invocation& call) {
     return true;
 }
 
-/// A folder for context files that is removed with them, unless the user has named one.
+/// A folder of its own for context files, which is removed with them.
 class ContextFolder {
 public:
-    ContextFolder() : m_isOurs(utility::Environment::GetEnv("VX_MEM") == nullptr) {
+    ContextFolder() : m_made(false) {
         const char* folder = utility::Environment::GetEnv("TMPDIR");
-        m_root = m_isOurs ? std::string(folder != nullptr ? folder : "/tmp") + "/vxconsoleXXXXXX"
-                          : utility::Environment::GetEnv("VX_MEM");
-        if (m_isOurs && mkdtemp(&m_root[0]) != nullptr)
+        const char* former = utility::Environment::GetEnv("VX_MEM");
+        m_hadRoot = former != nullptr;
+        m_formerRoot = m_hadRoot ? former : "";
+        m_root = std::string(folder != nullptr && *folder != 0 ? folder : "/tmp") + "/vxconsoleXXXXXX";
+        m_made = mkdtemp(&m_root[0]) != nullptr;
+        if (m_made)
             utility::Environment::SetEnv("VX_MEM", m_root.c_str());
     }
     ContextFolder(const ContextFolder&) = delete;
     ContextFolder& operator=(const ContextFolder&) = delete;
     ~ContextFolder() {
+        if (!m_made)
+            return;
         for (const std::string& name : names())
             unlink((path() + '/' + name).c_str());
-        if (!m_isOurs)
-            return;
         rmdir(path().c_str());
         rmdir(m_root.c_str());
-        utility::Environment::UnsetEnv("VX_MEM");
+        if (m_hadRoot) {
+            utility::Environment::SetEnv("VX_MEM", m_formerRoot.c_str());
+        } else {
+            utility::Environment::UnsetEnv("VX_MEM");
+        }
     }
 
+    bool isMade() const {
+        return m_made;
+    }
+    const std::string& root() const {
+        return m_root;
+    }
     std::string path() const {
         return m_root + "/vxconsoleContext";
     }
@@ -167,7 +180,9 @@ public:
     }
 
 private:
-    bool m_isOurs;
+    bool m_made;
+    bool m_hadRoot;
+    std::string m_formerRoot;
     std::string m_root;
 };
 
@@ -184,6 +199,8 @@ bool context(Invocation& call) {
     const unsigned int threadCount = 2;
     const int longestWait = 500;
     const ContextFolder folder;
+    if (!folder.isMade())
+        return call.fail("%s: %s", folder.root().c_str(), std::strerror(errno));
     utility::Debug::SignalThreads(SIGUSR2);
     std::vector<std::string> names;
     unsigned int whole = 0;
