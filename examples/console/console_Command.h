@@ -25,6 +25,10 @@ public:
     History& history() {
         return m_history;
     }
+    /// Whether more of the answer is wanted: the user has not quit, and what takes it still works.
+    bool isWanted() const {
+        return m_out.isOutputStreamGood();
+    }
     unsigned int wordCount() const {
         return m_words.length() - m_used;
     }

@@ -45,7 +45,7 @@ bool dump(Invocation& call) {
             putDumpLine(call.out(), offset + static_cast<unsigned int>(at), block + at,
                         std::min(bytesPerLine, count - at));
         offset += static_cast<unsigned int>(count);
-        return true;
+        return call.isWanted();
     });
 }
 

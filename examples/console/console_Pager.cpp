@@ -19,4 +19,8 @@ void Pager::FlushOutputStream() {
     }
 }
 
+bool Pager::isOutputStreamAtEnd() {
+    return hasQuit();
+}
+
 } // namespace console

@@ -18,6 +18,8 @@ public:
     ~Pager() override;
 
     void FlushOutputStream() override;
+    /// Whether the user has quit.
+    bool isOutputStreamAtEnd() override;
 
 private:
     TerminalConsole& m_terminal;
