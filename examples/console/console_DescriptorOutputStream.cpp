@@ -16,7 +16,7 @@ bool waitUntilWritable(int fd) {
 
 } // namespace
 
-DescriptorOutputStream::DescriptorOutputStream(int fd) : m_fd(fd), m_errorNumber(0) {}
+DescriptorOutputStream::DescriptorOutputStream(int fd) : m_fd(fd), m_errorNumber(0), m_lastByte('\n') {}
 
 bool DescriptorOutputStream::StartOutputStream() {
     return m_errorNumber == 0;
@@ -25,6 +25,8 @@ bool DescriptorOutputStream::StartOutputStream() {
 void DescriptorOutputStream::EndOutputStream() {}
 
 bool DescriptorOutputStream::SendOutputStream(const char* data, unsigned int size) {
+    if (size > 0)
+        m_lastByte = data[size - 1];
     while (size > 0 && m_errorNumber == 0) {
         const ssize_t count = write(m_fd, data, size);
         if (count >= 0) {

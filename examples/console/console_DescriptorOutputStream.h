@@ -26,10 +26,15 @@ public:
     int errorNumber() const {
         return m_errorNumber;
     }
+    /// Whether the next byte will be the first of a line.
+    bool isAtLineStart() const {
+        return m_lastByte == '\n' || m_lastByte == '\r';
+    }
 
 private:
     int m_fd;
     int m_errorNumber;
+    char m_lastByte;
 };
 
 } // namespace console

@@ -26,15 +26,17 @@ public:
 
     /// Whether what is sent from now on belongs to an answer.
     void setRecording(bool recording);
-    /// Says that the last send was no part of the answer, but a prompt.
-    void forgetLast() {
+    /// Says that the last send was no part of the answer, but a prompt; returns its size.
+    unsigned int forgetLast() {
         m_last.clear();
+        return m_lastSize;
     }
 
 private:
     framework::OutputStream& m_target;
     History& m_history;
     bool m_recording;
+    unsigned int m_lastSize;
     std::string m_last; // recorded as soon as it turns out to be no prompt
 };
 

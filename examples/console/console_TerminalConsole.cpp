@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 
+#include <poll.h>
 #include <unistd.h>
 
 #include "ut_PagingVirtualPutStream.h"
@@ -18,9 +19,23 @@ const char backspace = 8;  // Ctrl-H
 const char deleteKey = 127;
 const char tabulator = 9;
 const char escape = 27;
+const int restOfKeyMilliseconds = 50;
 
 bool isContinuation(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
+}
+
+bool waitUntilReadable(int fd, int milliseconds) {
+    pollfd request = {fd, POLLIN, 0};
+    int count = 0;
+    do
+        count = poll(&request, 1, milliseconds);
+    while (count < 0 && errno == EINTR);
+    return count > 0;
+}
+
+bool isPrintable(char byte) {
+    return static_cast<unsigned char>(byte) >= ' ' && byte != deleteKey;
 }
 
 } // namespace
@@ -30,29 +45,66 @@ TerminalConsole::TerminalConsole(int input, int output, bool keyMode)
       m_output(output),
       m_recorder(m_output, m_history),
       m_mode(keyMode ? input : -1),
-      m_pager(nullptr) {}
+      m_pager(nullptr),
+      m_promptSize(0) {}
 
 bool TerminalConsole::readByte(char* byte) {
     for (;;) {
         const ssize_t count = read(m_input, byte, 1);
         if (count == 1)
             return true;
-        if (count == 0 || errno != EINTR)
-            return false;
+        if (count < 0 && (errno == EINTR || (errno == EAGAIN && waitUntilReadable(m_input, -1))))
+            continue;
+        return false;
     }
+}
+
+bool TerminalConsole::readByteSoon(char* byte) {
+    return waitUntilReadable(m_input, restOfKeyMilliseconds) && readByte(byte);
+}
+
+/// A cursor or function key sends an escape sequence, a letter beyond ASCII several bytes; each is one key all the
+/// same.
+void TerminalConsole::skipRestOfKey(char first) {
+    char byte = 0;
+    if (first == escape && readByteSoon(&byte)) {
+        if (byte == 'O')
+            readByteSoon(&byte);
+        // "ESC [" and parameters up to a letter or a tilde.
+        if (byte == '[') {
+            while (readByteSoon(&byte) && (byte < '@' || byte > '~')) {
+            }
+        }
+    }
+    for (unsigned int lead = static_cast<unsigned char>(first); (lead & 0xC0) == 0xC0; lead <<= 1)
+        readByteSoon(&byte);
 }
 
 char TerminalConsole::readKey() {
     char key = 'q';
-    m_recorder.forgetLast();
-    return readByte(&key) ? key : 'q';
+    m_promptSize = m_recorder.forgetLast();
+    if (!readByte(&key))
+        return 'q';
+    skipRestOfKey(key);
+    return key;
 }
 
 void TerminalConsole::removePrompt(int width) {
-    show('\r' + std::string(static_cast<std::size_t>(std::max(width - 1, 0)), ' ') + '\r');
-    const utility::Terminal* terminal = utility::Terminal::instance();
-    if (m_pager != nullptr)
-        m_pager->setPageSize(terminal->width(), terminal->height());
+    const unsigned int columns = static_cast<unsigned int>(std::max(width, 1));
+    if (m_promptSize < columns) {
+        show('\r' + std::string(m_promptSize, ' ') + '\r');
+    } else {
+        show("\r");
+        for (unsigned int rest = m_promptSize; rest > columns; rest -= columns)
+            show("\033[A");
+        show("\033[J\r");
+    }
+    if (m_pager == nullptr)
+        return;
+    // The key may have been faster than the signal that tells the size.
+    utility::Terminal* terminal = utility::Terminal::instance();
+    terminal->update();
+    m_pager->setPageSize(terminal->width(), terminal->height());
 }
 
 void TerminalConsole::show(const std::string& text) {
@@ -83,10 +135,11 @@ void TerminalConsole::rubOut(std::string* line) {
 bool TerminalConsole::readLine(const char* prompt, std::string (*complete)(const std::string& line),
                                std::string* line) {
     line->clear();
+    if (!m_output.isAtLineStart())
+        show("\n");
     show(prompt);
     char byte = 0;
     while (readByte(&byte)) {
-        const unsigned char value = static_cast<unsigned char>(byte);
         if (byte == '\n' || byte == '\r') {
             show("\n");
             return true;
@@ -101,17 +154,15 @@ bool TerminalConsole::readLine(const char* prompt, std::string (*complete)(const
                 rubOut(line);
         } else if (byte == tabulator) {
             const std::string longer = complete != nullptr ? complete(*line) : *line;
+            if (longer == *line)
+                continue;
             while (!line->empty())
                 rubOut(line);
             *line = longer;
             show(*line);
         } else if (byte == escape) {
-            // A cursor or function key: "ESC [" and parameters up to a letter or a tilde.
-            if (!readByte(&byte) || byte != '[')
-                continue;
-            while (readByte(&byte) && (byte < '@' || byte > '~')) {
-            }
-        } else if (value >= 32) {
+            skipRestOfKey(byte);
+        } else if (isPrintable(byte)) {
             line->push_back(byte);
             show(std::string(1, byte));
         }

@@ -30,7 +30,7 @@ public:
     framework::OutputStream& outputStream() override {
         return m_recorder;
     }
-    /// The next key; 'q' when there will be none.
+    /// The next key, the first byte of one that sends several; 'q' when there will be none.
     char readKey() override;
     void removePrompt(int width) override;
 
@@ -60,6 +60,8 @@ public:
 
 private:
     bool readByte(char* byte);
+    bool readByteSoon(char* byte);
+    void skipRestOfKey(char first);
     void show(const std::string& text);
     void rubOut(std::string* line);
 
@@ -69,6 +71,7 @@ private:
     RecordingOutputStream m_recorder;
     TerminalMode m_mode;
     utility::PagingVirtualPutStream* m_pager;
+    unsigned int m_promptSize;
 };
 
 } // namespace console
