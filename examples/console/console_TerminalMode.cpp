@@ -1,5 +1,6 @@
 #include "console_TerminalMode.h"
 
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
@@ -15,7 +16,8 @@ namespace {
 int terminal = -1;
 termios formerMode;
 termios keyMode;
-volatile std::sig_atomic_t inKeyMode = 0;
+// Signals may reach several threads at once.
+std::atomic<bool> inKeyMode(false);
 
 const int endingSignals[] = {SIGHUP, SIGINT, SIGQUIT, SIGPIPE, SIGALRM, SIGTERM, SIGUSR1};
 
@@ -23,8 +25,9 @@ void setKeyMode() {
     // In the background it would stop the process.
     if (tcgetpgrp(terminal) != getpgrp())
         return;
-    tcsetattr(terminal, TCSADRAIN, &keyMode);
-    inKeyMode = 1;
+    inKeyMode = true;
+    // Not when the output has drained: that may never be where the terminal has been stopped.
+    tcsetattr(terminal, TCSANOW, &keyMode);
 }
 
 /// Lets `sig` have its default effect as soon as the handler returns.
@@ -44,6 +47,13 @@ void installHandler(int sig, void (*handler)(int)) {
     action.sa_flags = SA_RESTART;
     sigfillset(&action.sa_mask);
     sigaction(sig, &action, nullptr);
+}
+
+/// What a signal is to do that whoever started the process has not told it to ignore.
+void installUnlessIgnored(int sig, void (*handler)(int)) {
+    struct sigaction former = {};
+    if (sigaction(sig, nullptr, &former) == 0 && former.sa_handler != SIG_IGN)
+        installHandler(sig, handler);
 }
 
 void stopBySignal(int sig) {
@@ -78,8 +88,8 @@ TerminalMode::TerminalMode(int fd) {
     keyMode.c_cc[VTIME] = 0;
     terminal = fd;
     for (const int sig : endingSignals)
-        installHandler(sig, endBySignal);
-    installHandler(SIGTSTP, stopBySignal);
+        installUnlessIgnored(sig, endBySignal);
+    installUnlessIgnored(SIGTSTP, stopBySignal);
     installHandler(SIGCONT, continueBySignal);
     static const int registered = std::atexit(restore);
     static_cast<void>(registered);
@@ -92,10 +102,10 @@ TerminalMode::~TerminalMode() {
 }
 
 void TerminalMode::restore() {
-    if (inKeyMode == 0)
+    if (!inKeyMode)
         return;
-    inKeyMode = 0;
-    tcsetattr(terminal, TCSADRAIN, &formerMode);
+    tcsetattr(terminal, TCSANOW, &formerMode);
+    inKeyMode = false;
 }
 
 } // namespace console
