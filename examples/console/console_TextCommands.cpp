@@ -6,6 +6,7 @@
 
 #include "console_CommandGroups.h"
 #include "console_Files.h"
+#include "fw_Logger.h"
 #include "ut_Misc.h"
 #include "ut_StringMap.h"
 #include "ut_md5.h"
@@ -167,7 +168,24 @@ private:
     unsigned long long m_start = 0;
 };
 
+/// Keeps the log silent for its life: the offset says more than a line about the bad character.
+class SilentLog {
+public:
+    SilentLog() {
+        framework::Logger::setSink(discard, nullptr);
+    }
+    SilentLog(const SilentLog&) = delete;
+    SilentLog& operator=(const SilentLog&) = delete;
+    ~SilentLog() {
+        framework::Logger::setSink(nullptr, nullptr);
+    }
+
+private:
+    static void discard(void*, framework::Logger::LogType, const char*, int, const char*) {}
+};
+
 bool checkUtf8(Invocation& call) {
+    const SilentLog silent;
     Utf8Check check;
     bool good = true;
     const bool read = readFile(call, call.word(0), [&](const char* block, int count) {
