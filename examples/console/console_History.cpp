@@ -8,11 +8,17 @@ const int capacity = 65536;
 
 } // namespace
 
-History::History() : m_stream(capacity), m_added(0) {}
+History::History() : m_stream(capacity), m_added(0), m_atLineStart(true) {}
 
 void History::add(const std::string& text) {
     m_stream.SendOutputStream(text.data(), static_cast<unsigned int>(text.size()));
     m_added += text.size();
+    if (!text.empty())
+        m_atLineStart = text.back() == '\n';
+}
+
+void History::addLines(const std::string& text) {
+    add((m_atLineStart ? "" : "\n") + text + (text.empty() || text.back() != '\n' ? "\n" : ""));
 }
 
 std::string History::text() {

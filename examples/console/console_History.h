@@ -18,12 +18,15 @@ public:
     History();
 
     void add(const std::string& text);
+    /// Adds `text` as lines of its own.
+    void addLines(const std::string& text);
     /// What is remembered, from the first whole line on.
     std::string text();
 
 private:
     utility::CircularStream m_stream;
     unsigned long long m_added;
+    bool m_atLineStart;
 };
 
 } // namespace console

@@ -1,6 +1,8 @@
 #include "console_Session.h"
 
+#include <algorithm>
 #include <cstring>
+#include <exception>
 #include <memory>
 
 #include "console_CommandTable.h"
@@ -22,12 +24,21 @@ const int elementSize = 65536;
 // Room for the longest single text that a command writes at once: an environment entry of 128 KiB.
 const int outputSize = 262144;
 const int outputThreshold = 16384;
+const std::size_t longestFailure = 1024;
 
 void send(utility::BufferStreamQueue& queue, utility::BufferStreamElement* element) {
     queue.m_waiter.lock();
     queue.enQueue(element);
     queue.m_waiter.signal();
     queue.m_waiter.unlock();
+}
+
+/// A failure is shown as one line, whatever the names in it hold.
+std::string oneLine(const std::string& failure) {
+    std::string line = failure.substr(0, longestFailure);
+    std::replace_if(
+        line.begin(), line.end(), [](unsigned char c) { return c < ' ' || c == 127; }, '?');
+    return line;
 }
 
 utility::BufferStreamElement* receive(utility::BufferStreamQueue& queue) {
@@ -80,8 +91,13 @@ void Session::giveBack(utility::BufferStreamElement* element) {
     m_pool.UnLock();
 }
 
-bool Session::run(const char* line, std::string* failure) {
-    utility::Arguments arguments(line);
+bool Session::run(const std::string& line, std::string* failure) {
+    // Behind it nothing would be read: half a command is none.
+    if (line.find('\0') != std::string::npos) {
+        *failure = "a command holds no NUL byte";
+        return false;
+    }
+    utility::Arguments arguments(line.c_str());
     if (arguments.quoteUnmatched()) {
         *failure = "a quote is not closed";
         return false;
@@ -94,7 +110,7 @@ bool Session::run(const char* line, std::string* failure) {
 
     utility::BufferStreamElement* element = takeElement();
     bool succeeded = false;
-    if (writeRequest(*element, line, words)) {
+    if (writeRequest(*element, line.c_str(), words)) {
         send(m_requests, element);
         element = receive(m_answers);
         succeeded = readAnswer(*element, failure);
@@ -106,10 +122,12 @@ bool Session::run(const char* line, std::string* failure) {
 }
 
 bool Session::writeRequest(utility::BufferStreamElement& element, const char* line, utility::StringArray& words) {
+    utility::Terminal* terminal = utility::Terminal::instance();
+    terminal->update();
     try {
         element.PutParmUint32(REQUEST_COMMAND);
-        element.PutParmSint32(utility::Terminal::instance()->width());
-        element.PutParmSint32(utility::Terminal::instance()->height());
+        element.PutParmSint32(terminal->width());
+        element.PutParmSint32(terminal->height());
         element.PutParmString(line);
         element.PutParmStringArray(words);
     } catch (framework::Exception* overflow) {
@@ -182,8 +200,9 @@ bool Session::answer(Request& request, std::string* failure, bool* ends) {
         out.FlushOutputStream();
     }
     m_terminal.setAnswering(false);
+    *failure = oneLine(*failure);
     if (!succeeded)
-        m_terminal.history().add(*failure + '\n');
+        m_terminal.history().addLines(*failure);
     if (m_terminal.outputError() == 0)
         return succeeded;
     *failure = std::string("standard output: ") + std::strerror(m_terminal.outputError());
@@ -193,10 +212,12 @@ bool Session::answer(Request& request, std::string* failure, bool* ends) {
 bool Session::runCommand(Request& request, utility::PutStream& out, std::string* failure, bool* ends) {
     unsigned int used = 0;
     const Command* command = findCommand(request.words, &used, failure);
-    const Remembered remembered = command != nullptr ? command->remembered : REMEMBER_ALL;
+    // The arguments of an unknown command may be those of a mistyped one that are not remembered.
+    const Remembered remembered = command != nullptr ? command->remembered : REMEMBER_NAME;
+    const std::string name = command != nullptr ? command->name : request.words[0];
     Invocation call(request.words, used, out, m_terminal.history());
     if (remembered != REMEMBER_NOTHING)
-        m_terminal.history().add("vx> " + (remembered == REMEMBER_ALL ? request.line : command->name) + '\n');
+        m_terminal.history().addLines("vx> " + (remembered == REMEMBER_ALL ? request.line : name));
     if (command == nullptr)
         return false;
     if (call.wordCount() < command->fewest || call.wordCount() > command->most) {
@@ -210,6 +231,8 @@ bool Session::runCommand(Request& request, utility::PutStream& out, std::string*
     } catch (framework::Exception* caught) {
         const std::unique_ptr<framework::Exception> thrown(caught);
         call.fail("failure %u at %s:%d: %s", thrown->code(), thrown->file(), thrown->line(), thrown->message());
+    } catch (const std::exception& failed) {
+        call.fail("%s", failed.what());
     }
     *ends = call.ends();
     if (!succeeded)

@@ -31,7 +31,7 @@ public:
 
     /// Runs the command in `line` and shows its answer. False, with one line in `failure`, when it failed. An empty
     /// line does nothing.
-    bool run(const char* line, std::string* failure);
+    bool run(const std::string& line, std::string* failure);
     /// Whether a command has asked for the end.
     bool isEnded() const {
         return m_ended;

@@ -65,7 +65,7 @@ int runAll(console::TerminalConsole& terminal) {
     std::string line;
     while (!session.isEnded() && terminal.readPlainLine(&line)) {
         std::string failure;
-        if (session.run(line.c_str(), &failure))
+        if (session.run(line, &failure))
             continue;
         report(failure);
         status = 1;
@@ -78,7 +78,7 @@ int runInteractively(console::TerminalConsole& terminal) {
     std::string line;
     while (!session.isEnded() && terminal.readLine("vx> ", console::completeCommand, &line)) {
         std::string failure;
-        if (!session.run(line.c_str(), &failure))
+        if (!session.run(line, &failure))
             report(failure);
     }
     return 0;
@@ -94,9 +94,9 @@ int main(int argc, char** argv) {
         return usage(stderr);
 
     framework::Container container;
-    // Reports are named after the program, wherever it lies.
-    if (char* slash = std::strrchr(argv[0], '/'))
-        argv[0] = slash + 1;
+    // Reports are named after the program, whatever its file is called.
+    static char name[] = "vxconsole";
+    argv[0] = name;
     framework::ApplicationArguments arguments(argc, argv);
     handleSignals();
     framework::ThreadInfo::MyThreadInfo()->setThreadName("console");
