@@ -7,6 +7,7 @@
 
 #include "console_CommandTable.h"
 #include "console_Pager.h"
+#include "console_SignalStack.h"
 #include "fw_Exception.h"
 #include "fw_ThreadInfo.h"
 #include "ut_Arguments.h"
@@ -150,6 +151,7 @@ bool Session::readAnswer(utility::BufferStreamElement& element, std::string* fai
 }
 
 void Session::work() {
+    const SignalStack stack;
     framework::ThreadInfo* thread = framework::ThreadInfo::MyThreadInfo();
     if (thread != nullptr)
         thread->setThreadName("worker");

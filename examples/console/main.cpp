@@ -7,6 +7,7 @@
 
 #include "console_CommandTable.h"
 #include "console_Session.h"
+#include "console_SignalStack.h"
 #include "fw_ApplicationArguments.h"
 #include "fw_Container.h"
 #include "fw_ThreadInfo.h"
@@ -27,18 +28,12 @@ void report(const std::string& failure) {
     std::fprintf(stderr, "%s\n", failure.c_str());
 }
 
-/// Gives a crash its own stack, because the thread's may be what has overflowed.
 void crash(int sig) {
     console::TerminalMode::restore();
     utility::Debug::SignalCrash(sig);
 }
 
 void handleSignals() {
-    static char stack[131072];
-    stack_t signalStack = {};
-    signalStack.ss_sp = stack;
-    signalStack.ss_size = sizeof stack;
-    sigaltstack(&signalStack, nullptr);
     struct sigaction action = {};
     action.sa_handler = crash;
     action.sa_flags = SA_ONSTACK;
@@ -98,6 +93,7 @@ int main(int argc, char** argv) {
     static char name[] = "vxconsole";
     argv[0] = name;
     framework::ApplicationArguments arguments(argc, argv);
+    const console::SignalStack stack;
     handleSignals();
     framework::ThreadInfo::MyThreadInfo()->setThreadName("console");
     utility::Terminal::instance();
