@@ -1,0 +1,97 @@
+#include <gtest/gtest.h>
+
+#include <set>
+#include <string>
+
+#include "console_CommandTable.h"
+
+namespace {
+
+utility::StringArray wordsOf(const std::string& text) {
+    utility::StringArray words(0);
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t end = std::min(text.find(' ', at), text.size());
+        words.Append(text.substr(at, end - at).c_str());
+        at = end + 1;
+    }
+    return words;
+}
+
+/// The name of the command that the words mean and how many of them name it, or the problem.
+std::string found(const std::string& text) {
+    std::string problem;
+    unsigned int used = 0;
+    const console::Command* command = console::findCommand(wordsOf(text), &used, &problem);
+    return command != nullptr ? command->name + std::string("/") + std::to_string(used) : problem;
+}
+
+} // namespace
+
+TEST(CommandTable, UsageExample) {
+    utility::StringArray words(0);
+    words.Append("sh");
+    words.Append("f");
+    std::string problem;
+    unsigned int used = 0;
+    const console::Command* command = console::findCommand(words, &used, &problem);
+    ASSERT_NE(command, nullptr);
+    EXPECT_STREQ(command->name, "show file");
+    EXPECT_EQ(used, 2U);
+}
+
+TEST(CommandTable, EveryCommandIsFoundByItsName) {
+    std::set<std::string> names;
+    for (unsigned int i = 0; const console::Command* command = console::commandAt(i); ++i) {
+        EXPECT_TRUE(names.insert(command->name).second) << command->name;
+        const unsigned int words = std::string(command->name).find(' ') != std::string::npos ? 2 : 1;
+        std::string line = command->name;
+        for (unsigned int argument = 0; argument < command->fewest; ++argument)
+            line += " x";
+        EXPECT_EQ(found(line), command->name + std::string("/") + std::to_string(words));
+        EXPECT_LE(command->fewest, command->most);
+        EXPECT_NE(*command->summary, 0);
+    }
+    EXPECT_GE(names.size(), 29U);
+    EXPECT_EQ(console::commandAt(static_cast<unsigned int>(names.size())), nullptr);
+}
+
+TEST(CommandTable, ALongerNameGoesBeforeAnArgument) {
+    EXPECT_EQ(found("debug"), "debug/1");
+    EXPECT_EQ(found("debug on Map"), "debug on/2");
+    EXPECT_EQ(found("debug of Map"), "debug off/2");
+    EXPECT_EQ(found("debug o Map"), "ambiguous command: debug off, debug on");
+    EXPECT_EQ(found("debug x"), "debug/1");
+    EXPECT_EQ(found("path show"), "path/1");
+    EXPECT_EQ(found("show user"), "show user/2");
+}
+
+TEST(CommandTable, NothingIsFoundForNothing) {
+    EXPECT_EQ(found(""), "unknown command:  (try help)");
+    utility::StringArray words(0);
+    words.Append("");
+    std::string problem;
+    unsigned int used = 0;
+    EXPECT_EQ(console::findCommand(words, &used, &problem), nullptr);
+    EXPECT_EQ(problem, "unknown command:  (try help)");
+    EXPECT_EQ(found("showfile"), "unknown command: showfile (try help)");
+    EXPECT_EQ(found("\xff\x80"), "unknown command: \xff\x80 (try help)");
+    EXPECT_EQ(found(std::string(100000, 's')).size(), std::string("unknown command:  (try help)").size() + 100000);
+}
+
+TEST(CommandTable, BeginningsAreCompletedAsFarAsTheyGo) {
+    EXPECT_EQ(console::completeCommand("he"), "help ");
+    EXPECT_EQ(console::completeCommand("help"), "help ");
+    EXPECT_EQ(console::completeCommand("sh"), "show ");
+    EXPECT_EQ(console::completeCommand("show"), "show ");
+    EXPECT_EQ(console::completeCommand("sh f"), "show file ");
+    EXPECT_EQ(console::completeCommand("sh us"), "show user");
+    EXPECT_EQ(console::completeCommand("d"), "d");
+    EXPECT_EQ(console::completeCommand("deb"), "debug");
+    EXPECT_EQ(console::completeCommand("debug of"), "debug off ");
+    EXPECT_EQ(console::completeCommand("del"), "delete user ");
+}
+
+TEST(CommandTable, WhatNoNameBeginsWithStaysAsItIs) {
+    for (const std::string line : {"", " ", "xyz", "show xyz", "show file a", "\"", "\"open", "h x", "\xff"})
+        EXPECT_EQ(console::completeCommand(line), line);
+}

@@ -1,0 +1,774 @@
+#include <gtest/gtest.h>
+
+#include <arpa/inet.h>
+#include <ifaddrs.h>
+#include <netinet/in.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <csignal>
+#include <ctime>
+#include <fstream>
+#include <regex>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "console_CommandTable.h"
+#include "support/ConsoleProgram.h"
+#include "support/TemporaryDirectory.h"
+
+namespace {
+
+using test::ChildResult;
+using test::runCommand;
+using test::runConsole;
+using test::TemporaryDirectory;
+
+void expectAnswer(const ChildResult& child, const std::string& answer) {
+    EXPECT_EQ(child.status, 0);
+    EXPECT_EQ(child.out, answer);
+    EXPECT_EQ(child.err, "");
+}
+
+/// One line on standard error, nothing else.
+void expectFailure(const ChildResult& child, const std::string& line) {
+    EXPECT_EQ(child.status, 1);
+    EXPECT_EQ(child.out, "");
+    EXPECT_EQ(child.err, line + "\n");
+}
+
+std::vector<std::string> linesOf(const std::string& text) {
+    std::istringstream in(text);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(in, line);)
+        lines.push_back(line);
+    return lines;
+}
+
+std::size_t countOf(const std::string& text, const std::string& part) {
+    std::size_t count = 0;
+    for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + part.size()))
+        ++count;
+    return count;
+}
+
+/// What a shell command of the platform prints.
+std::string outputOf(const std::string& command) {
+    const ChildResult child = test::runInChild([&] {
+        execl("/bin/sh", "sh", "-c", command.c_str(), static_cast<char*>(nullptr));
+        return 127;
+    });
+    return child.out;
+}
+
+/// Every byte value, in an order that does not repeat soon.
+std::string binaryText(std::size_t size) {
+    std::string text(size, 0);
+    unsigned int value = 12345;
+    for (char& c : text) {
+        value = value * 1103515245 + 12345;
+        c = static_cast<char>(value >> 16);
+    }
+    return text;
+}
+
+#ifdef __SANITIZE_THREAD__
+const bool isThreadSanitized = true;
+#else
+const bool isThreadSanitized = false;
+#endif
+const char* const unseenOrder =
+    "the thread sanitizer does not see that a handler runs after what came before its signal";
+
+void discardInFullDevice() {
+    if (freopen("/dev/full", "w", stdout) == nullptr)
+        _exit(126);
+}
+
+} // namespace
+
+// Starting
+
+TEST(ConsoleProgram, UsageExample) {
+    const ChildResult child = runConsole({"-c", "help"});
+    EXPECT_EQ(child.status, 0);
+    EXPECT_NE(child.out.find("show file PATH"), std::string::npos);
+}
+
+TEST(ConsoleProgram, SaysHowItIsUsed) {
+    const ChildResult asked = runConsole({"--help"});
+    EXPECT_EQ(asked.status, 0);
+    EXPECT_EQ(asked.out.compare(0, 30, "usage: vxconsole [-c COMMAND]\n"), 0);
+    EXPECT_EQ(asked.err, "");
+    for (const std::vector<std::string>& wrong :
+         {std::vector<std::string>{"-c"}, {"-x"}, {"-c", "help", "help"}, {"help"}}) {
+        const ChildResult child = runConsole(wrong);
+        EXPECT_EQ(child.status, 2);
+        EXPECT_EQ(child.out, "");
+        EXPECT_EQ(child.err, asked.out);
+    }
+}
+
+TEST(ConsoleProgram, AnEmptyCommandSucceedsQuietly) {
+    expectAnswer(runCommand(""), "");
+    expectAnswer(runCommand(" \t "), "");
+}
+
+// Commands on a pipe
+
+TEST(ConsolePipe, ReadsCommandsToTheEndWithoutPrompts) {
+    TemporaryDirectory directory;
+    const std::string file = directory.write("text", "one\ntwo\n");
+    expectAnswer(runConsole({}, "show file " + file + "\n\n  \nshow file " + file), "one\ntwo\none\ntwo\n");
+    expectAnswer(runConsole({}, ""), "");
+}
+
+TEST(ConsolePipe, GoesOnAfterAFailureAndSaysSoInTheStatus) {
+    TemporaryDirectory directory;
+    const std::string file = directory.write("text", "one\n");
+    const ChildResult child = runConsole({}, "bogus\nshow file " + file + "\nshow file /nonexistent\n");
+    EXPECT_EQ(child.status, 1);
+    EXPECT_EQ(child.out, "one\n");
+    EXPECT_EQ(child.err, "unknown command: bogus (try help)\nshow file: /nonexistent: No such file or directory\n");
+}
+
+TEST(ConsolePipe, ReadsNothingBehindQuit) {
+    const ChildResult child = runConsole({}, "quit\nbogus\n");
+    expectAnswer(child, "");
+}
+
+TEST(ConsolePipe, TakesCarriageReturnsAsBlanks) {
+    TemporaryDirectory directory;
+    const std::string file = directory.write("text", "one\n");
+    expectAnswer(runConsole({}, "show file " + file + "\r\nquit\r\n"), "one\n");
+}
+
+TEST(ConsolePipe, RefusesACommandWithANulByte) {
+    TemporaryDirectory directory;
+    const std::string file = directory.write("text", "one\n");
+    const ChildResult child =
+        runConsole({}, std::string("help\0 me\n", 9) + "show file " + file + std::string("\0x\n", 3) + "quit\n");
+    EXPECT_EQ(child.status, 1);
+    EXPECT_EQ(child.out, "");
+    EXPECT_EQ(child.err, "a command holds no NUL byte\na command holds no NUL byte\n");
+}
+
+TEST(ConsolePipe, ThousandsOfCommandsAreEachAnsweredInOrder) {
+    TemporaryDirectory directory;
+    std::string commands;
+    std::string answers;
+    for (int i = 0; i < 2000; ++i) {
+        commands += "path n" + std::to_string(i) + "\n";
+        answers += "directory  \nfile       n" + std::to_string(i) + "\nextension  \n        0  n" + std::to_string(i) +
+                   "\nnormal     n" + std::to_string(i) + "\n";
+    }
+    expectAnswer(runConsole({}, commands), answers);
+}
+
+// Words
+
+TEST(ConsoleWords, AnUnmatchedQuoteIsOneClearError) {
+    expectFailure(runCommand("show file \"/etc"), "a quote is not closed");
+}
+
+TEST(ConsoleWords, AQuotedWordHoldsBlanks) {
+    TemporaryDirectory directory;
+    const std::string file = directory.write("two words", "one\n");
+    expectAnswer(runCommand("show file \"" + file + "\""), "one\n");
+}
+
+TEST(ConsoleWords, AnOverlongLineIsOneClearErrorAndTheConsoleGoesOn) {
+    TemporaryDirectory directory;
+    const std::string file = directory.write("text", "one\n");
+    const ChildResult child = runConsole({}, "show file " + std::string(100000, 'x') + "\n" + std::string(100000, 'y') +
+                                                 "\nshow file " + file + "\n");
+    EXPECT_EQ(child.status, 1);
+    EXPECT_EQ(child.out, "one\n");
+    EXPECT_EQ(child.err, "the command is too long\nthe command is too long\n");
+}
+
+TEST(ConsoleWords, ALongUnknownCommandIsShownCut) {
+    const ChildResult child = runConsole({}, std::string(20000, 'x') + "\n");
+    EXPECT_EQ(child.status, 1);
+    EXPECT_EQ(child.err, "unknown command: " + std::string(1024 - 17, 'x') + "\n");
+}
+
+TEST(ConsoleWords, AFailureIsOneLineWhateverTheNameHolds) {
+    expectFailure(runCommand("show file \"a\nb\033[2Jc\177\""), "show file: a?b?[2Jc?: No such file or directory");
+}
+
+TEST(ConsoleWords, AreCountedAgainstTheUsage) {
+    expectFailure(runCommand("show file"), "usage: show file PATH");
+    expectFailure(runCommand("show file a b"), "usage: show file PATH");
+    expectFailure(runCommand("show environment now"), "usage: show environment");
+    expectFailure(runCommand("copy a"), "usage: copy FROM TO");
+    expectFailure(runCommand("ls a b c"), "usage: ls DIRECTORY [PATTERN]");
+    expectFailure(runCommand("quit now"), "usage: quit");
+}
+
+TEST(ConsoleWords, AreFoundByTheirBeginnings) {
+    TemporaryDirectory directory;
+    const std::string file = directory.write("text", "one\n");
+    expectAnswer(runCommand("sh f " + file), "one\n");
+    expectAnswer(runCommand("show fil " + file), "one\n");
+    expectAnswer(runCommand("q"), "");
+    expectFailure(runCommand("sh fx " + file), "unknown command: sh (try help)");
+    expectFailure(runCommand("Show file " + file), "unknown command: Show (try help)");
+}
+
+TEST(ConsoleWords, SayWhatAnAmbiguousBeginningMayMean) {
+    expectFailure(runCommand("sh d x"), "usage: show disks");
+    expectFailure(runCommand("sh us"), "ambiguous command: show user, show users");
+    expectFailure(runCommand("c a"), "ambiguous command: context, copy, crc");
+    expectFailure(runCommand("show"), "ambiguous command: show disks, show environment, show file, show ports, "
+                                      "show user, show users");
+}
+
+TEST(ConsoleWords, AnIncompleteNameWithOneMeaningShowsItsUsage) {
+    expectFailure(runCommand("add"), "usage: add user NAME [REALNAME]");
+    expectFailure(runCommand("count"), "usage: count words PATH");
+    expectFailure(runCommand("count w"), "usage: count words PATH");
+}
+
+// help, environment, debug
+
+TEST(ConsoleHelp, ListsEveryCommandInOneLine) {
+    const ChildResult child = runCommand("help");
+    const std::vector<std::string> lines = linesOf(child.out);
+    unsigned int i = 0;
+    for (; const console::Command* command = console::commandAt(i); ++i) {
+        ASSERT_LT(i, lines.size());
+        EXPECT_EQ(lines[i].find(std::string(command->name) + " " + command->arguments), 0U);
+        EXPECT_NE(lines[i].find(command->summary), std::string::npos);
+    }
+    EXPECT_EQ(i, lines.size());
+    EXPECT_EQ(child.status, 0);
+}
+
+TEST(ConsoleEnvironment, ShowsWhatItWasGivenAndWhatWasSet) {
+    const ChildResult child = runConsole({}, "set VX_LATER \"two words\"\nset VX_GIVEN changed\nshow environment\n",
+                                         [] { setenv("VX_GIVEN", "first", 1); });
+    EXPECT_EQ(child.status, 0);
+    EXPECT_NE(child.out.find("VX_LATER=two words"), std::string::npos);
+    EXPECT_NE(child.out.find("VX_GIVEN=changed"), std::string::npos);
+    EXPECT_EQ(child.out.find("VX_GIVEN=first"), std::string::npos);
+}
+
+TEST(ConsoleEnvironment, ShowsAnEntryAsLongAsThePlatformAllows) {
+    const std::string value(100000, 'v');
+    const ChildResult child = runCommand("show environment", [&] { setenv("VX_LONG", value.c_str(), 1); });
+    EXPECT_EQ(child.status, 0);
+    EXPECT_NE(child.out.find("VX_LONG=" + value), std::string::npos);
+}
+
+TEST(ConsoleEnvironment, RefusesAnImpossibleName) {
+    expectFailure(runCommand("set A=B c"), "set: A=B: Invalid argument");
+}
+
+TEST(ConsoleDebug, SwitchesAreShownOnAndOff) {
+    const ChildResult child = runConsole({}, "debug on Map\ndebug on Path\ndebug\ndebug off Path\ndebug\n");
+    const std::vector<std::string> lines = linesOf(child.out);
+    ASSERT_EQ(lines.size(), 2U);
+    EXPECT_NE(lines[0].find("Map"), std::string::npos);
+    EXPECT_NE(lines[0].find("Path"), std::string::npos);
+    EXPECT_NE(lines[1].find("Map"), std::string::npos);
+    EXPECT_EQ(lines[1].find("Path"), std::string::npos);
+    EXPECT_EQ(child.status, 0);
+}
+
+TEST(ConsoleDebug, ASwitchTracesToStandardError) {
+    const ChildResult child = runConsole({}, "debug on DirIterator\nls /\ndebug off DirIterator\n");
+    EXPECT_EQ(child.status, 0);
+    EXPECT_NE(child.err.find("opendir / returned"), std::string::npos);
+}
+
+TEST(ConsoleDebug, SaysWhenNoSwitchIsLeftForANewName) {
+    std::string commands;
+    for (int i = 0; i < 1500; ++i)
+        commands += "debug on vx-made-up-" + std::to_string(i) + "\n";
+    const ChildResult child = runConsole({}, commands);
+    EXPECT_EQ(child.status, 1);
+    EXPECT_NE(child.err.find("debug on: vx-made-up-1499: no switch is left for this name\n"), std::string::npos);
+}
+
+// show file, dump
+
+TEST(ConsoleShowFile, ShowsBinaryDataByteForByte) {
+    TemporaryDirectory directory;
+    const std::string text = binaryText(300001);
+    const ChildResult child = runCommand("show file " + directory.write("binary", text));
+    EXPECT_EQ(child.status, 0);
+    EXPECT_TRUE(child.out == text);
+}
+
+TEST(ConsoleShowFile, OfNothingShowsNothing) {
+    TemporaryDirectory directory;
+    expectAnswer(runCommand("show file " + directory.write("empty", "")), "");
+    expectAnswer(runCommand("dump " + directory.path("empty")), "");
+}
+
+class ConsoleReading : public testing::TestWithParam<const char*> {};
+
+TEST_P(ConsoleReading, AMissingFileADirectoryAndAFileWithoutPermissionAreClearErrors) {
+    const std::string name = GetParam();
+    TemporaryDirectory directory;
+    const std::string file = directory.write("secret", "text\n");
+    ASSERT_EQ(chmod(file.c_str(), 0), 0);
+    const ChildResult child =
+        runConsole({},
+                   name + " " + directory.path("none") + "\n" + name + " " + directory.path() + "\n" + name + " " +
+                       file + "\n" + name + " " + file + "/x\nfind vx.txt " + directory.path() + "\n",
+                   test::obeyPermissions);
+    EXPECT_EQ(child.status, 1);
+    EXPECT_EQ(child.out, "");
+    EXPECT_EQ(child.err, name + ": " + directory.path("none") + ": No such file or directory\n" + name + ": " +
+                             directory.path() + ": Is a directory\n" + name + ": " + file + ": Permission denied\n" +
+                             name + ": " + file + "/x: Not a directory\nfind: vx.txt: not found in " +
+                             directory.path() + "\n");
+}
+
+INSTANTIATE_TEST_SUITE_P(Commands, ConsoleReading,
+                         testing::Values("show file", "dump", "md5", "crc", "count words", "check utf8"));
+
+TEST(ConsoleDump, ShowsOffsetsHexAndText) {
+    TemporaryDirectory directory;
+    const std::string file = directory.write("bytes", std::string("abc\0\n\x7f\xff~ 0123456789", 19));
+    expectAnswer(runCommand("dump " + file), "00000000: 61 62 63 00 0a 7f ff 7e 20 30 31 32 33 34 35 36  "
+                                             "abc....~ 0123456\n"
+                                             "00000010: 37 38 39                                         789\n");
+}
+
+TEST(ConsoleDump, OfABigFileIsThatOfOd) {
+    TemporaryDirectory directory;
+    const std::string file = directory.write("bytes", binaryText(100003));
+    const std::vector<std::string> lines = linesOf(runCommand("dump " + file).out);
+    const std::vector<std::string> expected = linesOf(outputOf("od -A x -t x1 -v " + file));
+    ASSERT_EQ(lines.size() + 1, expected.size()); // its last line is the size
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        const std::string& line = expected[i];
+        ASSERT_EQ(lines[i].substr(2, 6) + lines[i].substr(9, line.size() - 6), line);
+    }
+}
+
+// copy
+
+TEST(ConsoleCopy, CopiesBinaryDataAndABigFileByteForByte) {
+    TemporaryDirectory directory;
+    for (const std::size_t size : {0, 1, 255, 16384, 16385, 3000001}) {
+        const std::string text = binaryText(size);
+        const std::string from = directory.write("from", text);
+        directory.write("to", "what was there before");
+        expectAnswer(runCommand("copy " + from + " " + directory.path("to")), "");
+        EXPECT_TRUE(directory.read("to") == text) << size;
+    }
+}
+
+TEST(ConsoleCopy, OntoItselfIsRefusedAndLosesNothing) {
+    TemporaryDirectory directory;
+    const std::string file = directory.write("file", "text");
+    ASSERT_EQ(link(file.c_str(), directory.path("hard").c_str()), 0);
+    ASSERT_EQ(symlink(file.c_str(), directory.path("soft").c_str()), 0);
+    for (const std::string& other : {file, directory.path("hard"), directory.path("soft")})
+        expectFailure(runCommand("copy " + file + " " + other),
+                      "copy: " + file + " and " + other + " are the same file");
+    EXPECT_EQ(directory.read("file"), "text");
+}
+
+TEST(ConsoleCopy, OntoAFullDeviceIsAClearError) {
+    TemporaryDirectory directory;
+    const std::string small = directory.write("small", "text");
+    const std::string big = directory.write("big", std::string(100000, 'x'));
+    expectFailure(runCommand("copy " + small + " /dev/full"), "copy: /dev/full: No space left on device");
+    expectFailure(runCommand("copy " + big + " /dev/full"), "copy: /dev/full: No space left on device");
+}
+
+TEST(ConsoleCopy, BeyondTheAllowedSizeIsAClearError) {
+    TemporaryDirectory directory;
+    const std::string from = directory.write("from", std::string(100000, 'x'));
+    const ChildResult child = runCommand("copy " + from + " " + directory.path("to"), [] {
+        std::signal(SIGXFSZ, SIG_IGN);
+        // What the child writes besides goes to files as well.
+        const rlimit limit = {50000, 50000};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    });
+    EXPECT_EQ(child.status, 1);
+    EXPECT_TRUE(child.err == "copy: " + directory.path("to") + ": File too large\n" ||
+                child.err == "copy: " + directory.path("to") + ": only part of it could be written\n")
+        << child.err;
+}
+
+TEST(ConsoleCopy, AnUnusableSourceLeavesTheTargetAlone) {
+    TemporaryDirectory directory;
+    const std::string target = directory.write("target", "text");
+    const std::string secret = directory.write("secret", "hidden");
+    ASSERT_EQ(chmod(secret.c_str(), 0), 0);
+    expectFailure(runCommand("copy /nonexistent " + target), "copy: /nonexistent: No such file or directory");
+    expectFailure(runCommand("copy " + directory.path() + " " + target),
+                  "copy: " + directory.path() + ": Is a directory");
+    expectFailure(runCommand("copy " + secret + " " + target, test::obeyPermissions),
+                  "copy: " + secret + ": Permission denied");
+    EXPECT_EQ(directory.read("target"), "text");
+}
+
+TEST(ConsoleCopy, AnUnusableTargetIsAClearError) {
+    TemporaryDirectory directory;
+    const std::string from = directory.write("from", "text");
+    const std::string closed = directory.write("closed", "kept");
+    ASSERT_EQ(chmod(closed.c_str(), 0444), 0);
+    expectFailure(runCommand("copy " + from + " " + directory.path()),
+                  "copy: " + directory.path() + ": Is a directory");
+    expectFailure(runCommand("copy " + from + " " + directory.path("no/file")),
+                  "copy: " + directory.path("no/file") + ": No such file or directory");
+    expectFailure(runCommand("copy " + from + " " + closed, test::obeyPermissions),
+                  "copy: " + closed + ": Permission denied");
+    EXPECT_EQ(directory.read("closed"), "kept");
+}
+
+// Standard output that fails
+
+TEST(ConsoleOutput, AFullDeviceIsAClearErrorOfEachCommandThatAnswers) {
+    TemporaryDirectory directory;
+    const std::string file = directory.write("text", "one\n");
+    const ChildResult child = runConsole({}, "set A B\nshow file " + file + "\nhelp\n", discardInFullDevice);
+    EXPECT_EQ(child.status, 1);
+    EXPECT_EQ(child.err, "standard output: No space left on device\nstandard output: No space left on device\n");
+}
+
+TEST(ConsoleOutput, AnEndlessAnswerEndsWhereNobodyTakesIt) {
+    for (const char* command : {"show file /dev/zero", "dump /dev/zero"}) {
+        const ChildResult child = runCommand(command, discardInFullDevice);
+        EXPECT_EQ(child.status, 1);
+        EXPECT_EQ(child.err, "standard output: No space left on device\n");
+    }
+}
+
+TEST(ConsoleOutput, AClosedPipeEndsTheConsole) {
+    const ChildResult child = runCommand("show file /dev/zero", [] {
+        int ends[2];
+        if (pipe(ends) != 0)
+            _exit(126);
+        dup2(ends[1], STDOUT_FILENO);
+        close(ends[0]);
+        close(ends[1]);
+        std::signal(SIGPIPE, SIG_DFL);
+    });
+    EXPECT_EQ(child.signal, SIGPIPE);
+    EXPECT_EQ(child.err, "");
+}
+
+TEST(ConsoleOutput, AClosedPipeIsAnErrorWhereTheSignalIsIgnored) {
+    const ChildResult child = runCommand("show file /dev/zero", [] {
+        int ends[2];
+        if (pipe(ends) != 0)
+            _exit(126);
+        dup2(ends[1], STDOUT_FILENO);
+        close(ends[0]);
+        close(ends[1]);
+        std::signal(SIGPIPE, SIG_IGN);
+    });
+    EXPECT_EQ(child.status, 1);
+    EXPECT_EQ(child.err, "standard output: Broken pipe\n");
+}
+
+// history
+
+TEST(ConsoleHistory, KeepsCommandsAndAnswersAndFailures) {
+    TemporaryDirectory directory;
+    const std::string file = directory.write("text", "one\ntwo\n");
+    const std::string begun = directory.write("begun", "no end");
+    const ChildResult child = runConsole({}, "sh f " + file + "\nbogus secret words\nhistory\nshow file " + begun +
+                                                 "\nshow file /nonexistent\nhistory\n");
+    const std::string first = "vx> sh f " + file + "\none\ntwo\nvx> bogus\nunknown command: bogus (try help)\n";
+    EXPECT_EQ(child.out, "one\ntwo\n" + first + "no end" + first + "vx> show file " + begun +
+                             "\nno end\nvx> show file /nonexistent\n"
+                             "show file: /nonexistent: No such file or directory\n");
+}
+
+TEST(ConsoleHistory, DropsTheOldestInWholeLines) {
+    TemporaryDirectory directory;
+    std::string text;
+    for (int i = 0; i < 20000; ++i)
+        text += "line " + std::to_string(100000 + i) + "\n";
+    const std::string file = directory.write("text", text);
+    const ChildResult child = runConsole({}, "show file " + file + "\nhistory\n");
+    ASSERT_GT(child.out.size(), text.size());
+    const std::string held = child.out.substr(text.size());
+    EXPECT_GT(held.size(), 60000U);
+    EXPECT_LE(held.size(), 65536U);
+    EXPECT_EQ(held, text.substr(text.size() - held.size()));
+    EXPECT_EQ(held.substr(0, 5), "line ");
+}
+
+// count words, md5, crc, check utf8
+
+TEST(ConsoleCountWords, ShowsTheMostFrequentFirst) {
+    TemporaryDirectory directory;
+    const std::string file = directory.write("text", "b a, c! A b\nDon't_x grün b");
+    expectAnswer(runCommand("count words " + file),
+                 "       3 b\n       2 a\n       1 c\n       1 don't_x\n       1 grün\n");
+}
+
+TEST(ConsoleCountWords, CountsAcrossTheBlocksOfABigFile) {
+    TemporaryDirectory directory;
+    std::string text;
+    for (int i = 0; i < 30000; ++i)
+        text += "word" + std::to_string(i % 7) + " common ";
+    const std::vector<std::string> lines = linesOf(runCommand("count words " + directory.write("text", text)).out);
+    ASSERT_EQ(lines.size(), 8U);
+    EXPECT_EQ(lines[0], "   30000 common");
+    EXPECT_EQ(lines[1], "    4286 word0");
+    EXPECT_EQ(lines[7], "    4285 word6");
+}
+
+TEST(ConsoleMd5, GivesTheSameAsThePlatform) {
+    TemporaryDirectory directory;
+    std::string paths;
+    for (const std::size_t size : {0, 1, 55, 56, 63, 64, 65, 16384, 100001})
+        paths += " " + directory.write("size" + std::to_string(size), binaryText(size));
+    const std::string expected = outputOf("md5sum" + paths);
+    ASSERT_FALSE(expected.empty());
+    expectAnswer(runCommand("md5" + paths), expected);
+}
+
+TEST(ConsoleMd5, OneBadFileDoesNotKeepTheOthersFromTheirTurn) {
+    TemporaryDirectory directory;
+    const std::string good = directory.write("good", "abc");
+    const ChildResult child = runCommand("md5 /nonexistent " + good + " /");
+    EXPECT_EQ(child.status, 1);
+    EXPECT_EQ(child.out, "900150983cd24fb0d6963f7d28e17f72  " + good + "\n");
+    EXPECT_EQ(child.err, "md5: /nonexistent: No such file or directory; /: Is a directory\n");
+}
+
+TEST(ConsoleCrc, BeginsWithAllBitsSet) {
+    TemporaryDirectory directory;
+    const std::string empty = directory.write("empty", "");
+    // The value after no byte, and the one that makes a message check to nothing.
+    const std::string own = directory.write("own", "\xff");
+    expectAnswer(runCommand("crc " + empty + " " + own), "ff  " + empty + "\n00  " + own + "\n");
+}
+
+TEST(ConsoleCheckUtf8, FindsTheFirstBadPlace) {
+    TemporaryDirectory directory;
+    const std::vector<std::pair<std::string, int>> texts = {{std::string("ab\0", 3), 2},
+                                                            {"gr\xc3\xbcn \xc3", 6},
+                                                            {"\x80", 0},
+                                                            {"abc\xff", 3},
+                                                            {"a\x1b[0m", 1},
+                                                            {std::string(16383, 'x') + "\xc3\xbc\xc3(", 16385}};
+    for (const auto& text : texts) {
+        const std::string file = directory.write("text", text.first);
+        expectFailure(runCommand("check utf8 " + file),
+                      "check utf8: " + file + ": no printable UTF-8 at offset " + std::to_string(text.second));
+    }
+}
+
+TEST(ConsoleCheckUtf8, AcceptsTextWhereverItsBlocksEnd) {
+    TemporaryDirectory directory;
+    std::string text = "x";
+    while (text.size() < 100000)
+        text += "\xe2\x82\xac \xc3\xa4\t\xf0\x9f\x99\x82\r\n";
+    for (const std::string& good : {text, std::string(), std::string("plain\n")}) {
+        const std::string file = directory.write("text", good);
+        expectAnswer(runCommand("check utf8 " + file), file + ": printable UTF-8\n");
+    }
+}
+
+// The system
+
+TEST(ConsoleDate, ShowsDayAndTime) {
+    const std::time_t before = std::time(nullptr);
+    const ChildResult child = runCommand("date", [] { setenv("TZ", "UTC0", 1); });
+    const std::time_t after = std::time(nullptr);
+    EXPECT_EQ(child.status, 0);
+    bool found = false;
+    for (std::time_t at = before; at <= after; ++at) {
+        tm fields = {};
+        char text[100];
+        gmtime_r(&at, &fields);
+        std::strftime(text, sizeof text, "%A %B %d, %Y, %H:%M:%S\n", &fields);
+        found = found || child.out == text;
+    }
+    EXPECT_TRUE(found) << child.out;
+}
+
+TEST(ConsoleUptime, IsThatOfTheSystem) {
+    const auto secondsUp = [] {
+        std::ifstream file("/proc/uptime");
+        double seconds = -1;
+        file >> seconds;
+        return seconds;
+    };
+    const double before = secondsUp();
+    const ChildResult child = runCommand("uptime");
+    const double after = secondsUp();
+    unsigned long long hours = 0;
+    unsigned int minutes = 0;
+    unsigned int seconds = 0;
+    unsigned int thousandths = 0;
+    EXPECT_TRUE(std::regex_match(child.out, std::regex("[0-9]{2,}:[0-5][0-9]:[0-5][0-9]\\.[0-9]{3}\n"))) << child.out;
+    ASSERT_EQ(std::sscanf(child.out.c_str(), "%llu:%u:%u.%u", &hours, &minutes, &seconds, &thousandths), 4);
+    const double shown = static_cast<double>(hours * 3600 + minutes * 60 + seconds) + thousandths / 1000.0;
+    EXPECT_GE(shown, before - 0.02);
+    EXPECT_LE(shown, after + 0.02);
+}
+
+TEST(ConsoleShowPorts, NamesEveryInterfaceWithEachOfItsAddresses) {
+    ifaddrs* list = nullptr;
+    ASSERT_EQ(getifaddrs(&list), 0);
+    const ChildResult child = runCommand("show ports");
+    EXPECT_EQ(child.status, 0);
+    for (const ifaddrs* entry = list; entry != nullptr; entry = entry->ifa_next) {
+        const std::string name = entry->ifa_name;
+        std::string line;
+        for (const std::string& candidate : linesOf(child.out)) {
+            if (candidate.compare(0, name.size() + 1, name + " ") == 0)
+                line = candidate;
+        }
+        EXPECT_NE(line, "") << name;
+        if (entry->ifa_addr == nullptr)
+            continue;
+        char text[INET6_ADDRSTRLEN] = "";
+        if (entry->ifa_addr->sa_family == AF_INET) {
+            sockaddr_in address = {};
+            std::memcpy(&address, entry->ifa_addr, sizeof address);
+            inet_ntop(AF_INET, &address.sin_addr, text, sizeof text);
+            EXPECT_NE(line.find(std::string(text) + ":3260"), std::string::npos) << line;
+        } else if (entry->ifa_addr->sa_family == AF_INET6) {
+            sockaddr_in6 address = {};
+            std::memcpy(&address, entry->ifa_addr, sizeof address);
+            inet_ntop(AF_INET6, &address.sin6_addr, text, sizeof text);
+            EXPECT_NE(line.find(std::string(text) + ":3260"), std::string::npos) << line;
+        }
+        const ChildResult mac =
+            test::runInChild([&] { execlp("cat", "cat", ("/sys/class/net/" + name + "/address").c_str(), nullptr); });
+        if (mac.status == 0 && mac.out.size() == 18) {
+            EXPECT_NE(line.find(mac.out.substr(0, 17)), std::string::npos) << line;
+        }
+    }
+    freeifaddrs(list);
+}
+
+TEST(ConsoleShowDisks, NamesEveryBlockDevice) {
+    const ChildResult child = runCommand("show disks");
+    EXPECT_EQ(child.status, 0);
+    const std::vector<std::string> lines = linesOf(child.out);
+    const std::vector<std::string> names = linesOf(outputOf("ls /sys/block 2>/dev/null"));
+    ASSERT_EQ(lines.size(), names.size() + 1);
+    EXPECT_EQ(lines[0].compare(0, 5, "NAME "), 0);
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        std::string rotational = outputOf("cat /sys/block/" + names[i] + "/queue/rotational 2>/dev/null");
+        rotational = rotational == "1\n" ? " rotational " : rotational == "0\n" ? " solid " : " - ";
+        EXPECT_EQ(lines[i + 1].compare(0, names[i].size() + 1, names[i] + " "), 0) << lines[i + 1];
+        EXPECT_NE(lines[i + 1].find(rotational), std::string::npos) << lines[i + 1];
+    }
+}
+
+// Paths and URLs
+
+TEST(ConsoleLs, ShowsTypesAndSizesInOrder) {
+    TemporaryDirectory directory;
+    const std::string file = directory.write("b.txt", std::string(1234, 'x'));
+    directory.write("a.txt", "");
+    ASSERT_EQ(mkdir(directory.path("c").c_str(), 0755), 0);
+    ASSERT_EQ(symlink("b.txt", directory.path("d.txt").c_str()), 0);
+    ASSERT_EQ(mkfifo(directory.path("e").c_str(), 0600), 0);
+    const std::vector<std::string> lines = linesOf(runCommand("ls " + directory.path()).out);
+    ASSERT_EQ(lines.size(), 7U);
+    EXPECT_TRUE(std::regex_match(lines[0], std::regex("directory +[0-9,]+ \\.")));
+    EXPECT_TRUE(std::regex_match(lines[1], std::regex("directory +[0-9,]+ \\.\\.")));
+    EXPECT_EQ(lines[2], "file                         0 a.txt");
+    EXPECT_EQ(lines[3], "file                     1,234 b.txt");
+    EXPECT_TRUE(std::regex_match(lines[4], std::regex("directory +[0-9,]+ c")));
+    EXPECT_EQ(lines[5], "link                         5 d.txt");
+    EXPECT_EQ(lines[6], "pipe                         0 e");
+    expectAnswer(runCommand("ls " + directory.path() + " [ab].txt"), lines[2] + "\n" + lines[3] + "\n");
+    expectAnswer(runCommand("ls " + directory.path() + "/ *.png"), "");
+}
+
+TEST(ConsoleLs, ShowsThousandsOfEntries) {
+    TemporaryDirectory directory;
+    for (int i = 0; i < 3000; ++i)
+        directory.write("entry" + std::to_string(i), "");
+    EXPECT_EQ(countOf(runCommand("ls " + directory.path() + " entry*").out, "\n"), 3000U);
+}
+
+TEST(ConsoleLs, WhatIsNoReadableDirectoryIsAClearError) {
+    TemporaryDirectory directory;
+    const std::string file = directory.write("file", "");
+    ASSERT_EQ(mkdir(directory.path("closed").c_str(), 0), 0);
+    expectFailure(runCommand("ls /nonexistent"), "ls: /nonexistent: No such file or directory");
+    expectFailure(runCommand("ls " + file), "ls: " + file + ": Not a directory");
+    expectFailure(runCommand("ls " + directory.path("closed"), test::obeyPermissions),
+                  "ls: " + directory.path("closed") + ": Permission denied");
+}
+
+TEST(ConsolePath, ShowsPartsComponentsAndTheNormalForm) {
+    expectAnswer(runCommand("path /a/../b/./c.txt"), "directory  /a/../b/./\nfile       c\nextension  txt\n"
+                                                     "        0  a\n        1  ..\n        2  b\n        3  .\n"
+                                                     "        4  c.txt\nnormal     /b/c.txt\n");
+    const ChildResult child = runCommand("path ../../x");
+    EXPECT_NE(child.out.find("(leaves its root)"), std::string::npos);
+    EXPECT_EQ(child.status, 0);
+}
+
+TEST(ConsoleFind, FindsAFileInAList) {
+    TemporaryDirectory directory;
+    directory.write("ports.cfg", "");
+    expectAnswer(runCommand("find ports.cfg /nonexistent:" + directory.path() + ":/etc"),
+                 directory.path("ports.cfg") + "\n");
+    expectFailure(runCommand("find ports.cfg /nonexistent"), "find: ports.cfg: not found in /nonexistent");
+}
+
+TEST(ConsoleUrl, ShowsPartsDecoded) {
+    expectAnswer(runCommand("url http://array:80/a%20b?q=1"),
+                 "scheme     http\nauthority  array:80\npath       /a b\nquery      q=1\n"
+                 "decoded    http://array:80/a b?q=1\n");
+}
+
+// context and crashes
+
+TEST(ConsoleContext, ShowsBothThreadsAndLeavesNothingBehind) {
+    if (isThreadSanitized)
+        GTEST_SKIP() << unseenOrder;
+    TemporaryDirectory directory;
+    const ChildResult child = runCommand("context", [&] { setenv("TMPDIR", directory.path().c_str(), 1); });
+    EXPECT_EQ(child.status, 0) << child.err;
+    EXPECT_TRUE(std::regex_search(child.out, std::regex("^[0-9]+console\n"))) << child.out;
+    EXPECT_TRUE(std::regex_search(child.out, std::regex("\n[0-9]+worker\n"))) << child.out;
+    EXPECT_EQ(countOf(child.out, "Backtrace Start>>>"), 2U);
+    EXPECT_EQ(countOf(child.out, "<<<Backtrace End"), 2U);
+    EXPECT_TRUE(std::filesystem::is_empty(directory.path()));
+}
+
+TEST(ConsoleContext, LeavesTheUsersOwnContextFilesAlone) {
+    if (isThreadSanitized)
+        GTEST_SKIP() << unseenOrder;
+    TemporaryDirectory directory;
+    ASSERT_EQ(mkdir(directory.path("vxconsoleContext").c_str(), 0755), 0);
+    directory.write("vxconsoleContext/1console", "an earlier report");
+    const ChildResult child = runConsole({}, "context\nshow environment\n", [&] {
+        setenv("TMPDIR", directory.path().c_str(), 1);
+        setenv("VX_MEM", directory.path().c_str(), 1);
+    });
+    EXPECT_EQ(child.status, 0) << child.err;
+    EXPECT_EQ(countOf(child.out, "<<<Backtrace End"), 2U);
+    EXPECT_EQ(directory.read("vxconsoleContext/1console"), "an earlier report");
+    EXPECT_NE(child.out.find("VX_MEM=" + directory.path() + "\n"), std::string::npos);
+}
+
+TEST(ConsoleContext, WithoutAFolderIsAClearError) {
+    TemporaryDirectory directory;
+    const ChildResult child = runCommand("context", [&] {
+        setenv("TMPDIR", "/nonexistent", 1);
+        setenv("VX_MEM", directory.path().c_str(), 1);
+    });
+    EXPECT_EQ(child.status, 1);
+    EXPECT_EQ(child.out, "");
+    EXPECT_TRUE(
+        std::regex_match(child.err, std::regex("context: /nonexistent/vxconsole\\w{6}: No such file or directory\n")))
+        << child.err;
+    EXPECT_TRUE(std::filesystem::is_empty(directory.path()));
+}

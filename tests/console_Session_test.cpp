@@ -1,0 +1,300 @@
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <chrono>
+#include <cstring>
+#include <string>
+#include <thread>
+
+#include "console_History.h"
+#include "console_Session.h"
+#include "console_SignalStack.h"
+#include "support/ChildProcess.h"
+#include "support/TemporaryDirectory.h"
+
+namespace {
+
+/// A terminal whose two ends are pipes.
+class PipeTerminal {
+public:
+    PipeTerminal() {
+        if (pipe(m_input) != 0 || pipe(m_output) != 0)
+            throw std::runtime_error("cannot make pipes");
+    }
+    PipeTerminal(const PipeTerminal&) = delete;
+    PipeTerminal& operator=(const PipeTerminal&) = delete;
+    ~PipeTerminal() {
+        for (const int fd : {m_input[0], m_output[0], m_output[1]})
+            close(fd);
+        closeInput();
+    }
+
+    int input() const {
+        return m_input[0];
+    }
+    int output() const {
+        return m_output[1];
+    }
+    void type(const std::string& keys) const {
+        ASSERT_EQ(write(m_input[1], keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
+    }
+    void closeInput() {
+        if (m_input[1] >= 0)
+            close(m_input[1]);
+        m_input[1] = -1;
+    }
+    /// What was written so far.
+    std::string shown() const {
+        std::string text;
+        char piece[4096];
+        pollfd request = {m_output[0], POLLIN, 0};
+        while (poll(&request, 1, 0) == 1) {
+            const ssize_t count = read(m_output[0], piece, sizeof piece);
+            if (count <= 0)
+                break;
+            text.append(piece, static_cast<std::size_t>(count));
+        }
+        return text;
+    }
+
+private:
+    int m_input[2];
+    int m_output[2];
+};
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+const bool isSanitized = true;
+#else
+const bool isSanitized = false;
+#endif
+
+__attribute__((noinline)) unsigned int overflowTheStack(unsigned int depth) {
+    volatile char frame[4096];
+    frame[depth % sizeof frame] = 1;
+    return depth == 0xFFFFFFFF ? 0 : overflowTheStack(depth + 1) + static_cast<unsigned int>(frame[0]);
+}
+
+void endWell(int) {
+    _exit(42);
+}
+
+} // namespace
+
+TEST(ConsoleSession, UsageExample) {
+    test::TemporaryDirectory directory;
+    const std::string file = directory.write("hosts", "localhost\n");
+    PipeTerminal pipes;
+    console::TerminalConsole terminal(pipes.input(), pipes.output(), false);
+    console::Session session(terminal, false);
+    std::string failure;
+    EXPECT_TRUE(session.run(("show file " + file).c_str(), &failure));
+    EXPECT_EQ(pipes.shown(), "localhost\n");
+}
+
+TEST(ConsoleSession, AnswersEachRequestBeforeTheNext) {
+    PipeTerminal pipes;
+    console::TerminalConsole terminal(pipes.input(), pipes.output(), false);
+    console::Session session(terminal, false);
+    for (int i = 0; i < 500; ++i) {
+        std::string failure;
+        const std::string name = "n" + std::to_string(i);
+        ASSERT_TRUE(session.run("url s:" + name, &failure)) << failure;
+        ASSERT_NE(pipes.shown().find(name), std::string::npos);
+        ASSERT_FALSE(session.run("show file /nonexistent/" + name, &failure));
+        ASSERT_EQ(failure, "show file: /nonexistent/" + name + ": No such file or directory");
+        ASSERT_EQ(pipes.shown(), "");
+    }
+    EXPECT_FALSE(session.isEnded());
+}
+
+TEST(ConsoleSession, EndsWithAndWithoutARequest) {
+    for (int i = 0; i < 100; ++i) {
+        PipeTerminal pipes;
+        console::TerminalConsole terminal(pipes.input(), pipes.output(), false);
+        console::Session session(terminal, i % 2 == 0);
+        std::string failure;
+        if (i % 3 == 0) {
+            EXPECT_TRUE(session.run("quit", &failure));
+        }
+        EXPECT_EQ(session.isEnded(), i % 3 == 0);
+    }
+}
+
+TEST(ConsoleSession, AnEmptyLineDoesNothing) {
+    PipeTerminal pipes;
+    console::TerminalConsole terminal(pipes.input(), pipes.output(), false);
+    console::Session session(terminal, true);
+    std::string failure;
+    EXPECT_TRUE(session.run("", &failure));
+    EXPECT_TRUE(session.run(" \t\r\n", &failure));
+    EXPECT_EQ(terminal.history().text(), "");
+    EXPECT_EQ(pipes.shown(), "");
+}
+
+TEST(ConsoleSession, TheEndOfInputAtThePagePromptCountsAsQuit) {
+    PipeTerminal pipes;
+    pipes.closeInput();
+    console::TerminalConsole terminal(pipes.input(), pipes.output(), false);
+    console::Session session(terminal, true);
+    std::string failure;
+    EXPECT_TRUE(session.run("help", &failure));
+    const std::string shown = pipes.shown();
+    EXPECT_EQ(std::count(shown.begin(), shown.end(), '\n'), 24);
+    EXPECT_NE(shown.find("Press any key"), std::string::npos);
+}
+
+TEST(ConsoleTerminalConsole, UsageExample) {
+    PipeTerminal pipes;
+    pipes.type("date\nuptime\n");
+    pipes.closeInput();
+    console::TerminalConsole terminal(pipes.input(), pipes.output(), true);
+    std::string line;
+    std::string lines;
+    while (terminal.readLine("vx> ", nullptr, &line))
+        lines += line + ";";
+    EXPECT_EQ(lines, "date;uptime;");
+}
+
+TEST(ConsoleTerminalConsole, TheTabulatorReplacesTheLine) {
+    PipeTerminal pipes;
+    pipes.type("up\ttwo\n");
+    console::TerminalConsole terminal(pipes.input(), pipes.output(), true);
+    std::string line;
+    EXPECT_TRUE(terminal.readLine(
+        "", [](const std::string& begun) { return begun + "time "; }, &line));
+    EXPECT_EQ(line, "uptime two");
+    EXPECT_EQ(pipes.shown(), "up\b \b\b \buptime two\n");
+}
+
+TEST(ConsoleTerminalConsole, PlainLinesNeedNoNewlineAtTheEnd) {
+    PipeTerminal pipes;
+    pipes.type("one\n\ntwo");
+    pipes.closeInput();
+    console::TerminalConsole terminal(pipes.input(), pipes.output(), false);
+    std::string line;
+    EXPECT_TRUE(terminal.readPlainLine(&line));
+    EXPECT_EQ(line, "one");
+    EXPECT_TRUE(terminal.readPlainLine(&line));
+    EXPECT_EQ(line, "");
+    EXPECT_TRUE(terminal.readPlainLine(&line));
+    EXPECT_EQ(line, "two");
+    EXPECT_FALSE(terminal.readPlainLine(&line));
+}
+
+TEST(ConsoleTerminalConsole, WaitsWhereTheDescriptorDoesNot) {
+    PipeTerminal pipes;
+    ASSERT_EQ(fcntl(pipes.input(), F_SETFL, O_NONBLOCK), 0);
+    console::TerminalConsole terminal(pipes.input(), pipes.output(), false);
+    std::thread typist([&] {
+        for (const char* part : {"o", "n", "e\n"}) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+            pipes.type(part);
+        }
+    });
+    std::string line;
+    EXPECT_TRUE(terminal.readPlainLine(&line));
+    EXPECT_EQ(line, "one");
+    typist.join();
+}
+
+TEST(ConsoleTerminalConsole, WaitsForASlowReaderOfWhatItWrites) {
+    PipeTerminal pipes;
+    ASSERT_EQ(fcntl(pipes.output(), F_SETFL, O_NONBLOCK), 0);
+    console::DescriptorOutputStream out(pipes.output());
+    const std::string text(1000000, 'x');
+    std::thread writer([&] { EXPECT_TRUE(out.SendOutputStream(text.data(), static_cast<unsigned int>(text.size()))); });
+    std::string shown;
+    while (shown.size() < text.size()) {
+        shown += pipes.shown();
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    writer.join();
+    EXPECT_TRUE(shown == text);
+    EXPECT_EQ(out.errorNumber(), 0);
+}
+
+TEST(ConsoleDescriptorOutputStream, AFailureStaysWithItsReason) {
+    const int full = open("/dev/full", O_WRONLY | O_CLOEXEC);
+    ASSERT_GE(full, 0);
+    console::DescriptorOutputStream out(full);
+    EXPECT_TRUE(out.SendOutputStream("", 0));
+    EXPECT_FALSE(out.SendOutputStream("text", 4));
+    EXPECT_EQ(out.errorNumber(), ENOSPC);
+    EXPECT_TRUE(out.isOutputStreamInError());
+    EXPECT_FALSE(out.StartOutputStream());
+    EXPECT_FALSE(out.SendOutputStream("", 0));
+    close(full);
+}
+
+TEST(ConsoleHistory, UsageExample) {
+    console::History history;
+    history.add("vx> date\n");
+    EXPECT_EQ(history.text(), "vx> date\n");
+}
+
+TEST(ConsoleHistory, HoldsWholeLinesOnly) {
+    console::History history;
+    std::string all;
+    for (int i = 0; i < 30000; ++i) {
+        const std::string line = "line " + std::to_string(i) + "\n";
+        history.add(line);
+        all += line;
+        if (i % 1000 != 0 && i < 29990)
+            continue;
+        const std::string held = history.text();
+        ASSERT_LE(held.size(), 65536U);
+        ASSERT_GE(held.size(), std::min<std::size_t>(all.size(), 65500));
+        ASSERT_EQ(held, all.substr(all.size() - held.size()));
+        ASSERT_EQ(held.substr(0, 5), "line ");
+        ASSERT_EQ(history.text(), held);
+    }
+}
+
+TEST(ConsoleHistory, LinesOfTheirOwnBeginAndEndOne) {
+    console::History history;
+    history.addLines("one");
+    history.add("two");
+    history.add("");
+    history.addLines("three\n");
+    history.addLines("");
+    EXPECT_EQ(history.text(), "one\ntwo\nthree\n\n");
+}
+
+TEST(ConsoleSignalStack, AHandlerRunsOnItWhenTheThreadsStackHasOverflowed) {
+    if (isSanitized)
+        GTEST_SKIP() << "a sanitizer has signal stacks of its own";
+    const test::ChildResult child = test::runInChild([] {
+        struct sigaction action = {};
+        action.sa_handler = endWell;
+        action.sa_flags = SA_ONSTACK;
+        sigaction(SIGSEGV, &action, nullptr);
+        std::thread([] {
+            const console::SignalStack stack;
+            overflowTheStack(0);
+        }).join();
+    });
+    EXPECT_EQ(child.status, 42);
+}
+
+TEST(ConsoleSignalStack, GivesTheFormerOneBack) {
+    stack_t before = {};
+    stack_t during = {};
+    stack_t after = {};
+    std::thread([&] {
+        sigaltstack(nullptr, &before);
+        {
+            const console::SignalStack stack;
+            sigaltstack(nullptr, &during);
+        }
+        sigaltstack(nullptr, &after);
+    }).join();
+    EXPECT_NE(during.ss_sp, before.ss_sp);
+    EXPECT_GE(during.ss_size, 65536U);
+    EXPECT_EQ(after.ss_sp, before.ss_sp);
+    EXPECT_EQ(after.ss_flags, before.ss_flags);
+}

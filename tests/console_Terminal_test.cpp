@@ -1,0 +1,585 @@
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <csignal>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "support/ConsoleProgram.h"
+#include "support/Pty.h"
+#include "support/Screen.h"
+#include "support/TemporaryDirectory.h"
+
+namespace {
+
+using test::Pty;
+using test::TemporaryDirectory;
+
+const std::string pagePrompt = "Press any key to continue (Q to quit)";
+const std::string removedPrompt = "\r" + std::string(37, ' ') + "\r";
+
+const char* const heldBack = "the thread sanitizer holds signals back while a thread waits in read";
+
+/// Whether a signal has no effect before the next key is read.
+bool isHeldBack(int sig) {
+#ifdef __SANITIZE_THREAD__
+    return sig == SIGHUP || sig == SIGINT || sig == SIGQUIT || sig == SIGALRM || sig == SIGTERM || sig == SIGUSR1 ||
+           sig == SIGTSTP || sig == SIGCONT;
+#else
+    return sig < 0;
+#endif
+}
+
+/// The console of this build in a terminal.
+class Terminal : public Pty {
+public:
+    explicit Terminal(int columns = 80, int rows = 25)
+        : Pty(test::consoleCommand({}), columns, rows, test::setConsoleEnvironment) {}
+
+    /// What is shown until the next prompt, without it.
+    std::string untilPrompt() {
+        const std::string seen = expect("vx> ");
+        return seen.substr(0, seen.size() - 4);
+    }
+    /// Enters a command and returns its answer, without the line that was typed.
+    std::string answerTo(const std::string& command) {
+        type(command + "\r");
+        expect(command + "\r\n");
+        return untilPrompt();
+    }
+    void expectExit(int status) {
+        const Change change = waitForChange();
+        EXPECT_EQ(change.status, status);
+        EXPECT_EQ(change.signal, 0);
+        EXPECT_TRUE(isInFormerMode());
+    }
+};
+
+std::string numberedLines(int first, int count) {
+    std::string text;
+    for (int i = 0; i < count; ++i)
+        text += "line " + std::to_string(first + i) + "\n";
+    return text;
+}
+
+/// As a terminal shows it.
+std::string shown(const std::string& text) {
+    std::string result;
+    for (const char c : text)
+        result += c == '\n' ? std::string("\r\n") : std::string(1, c);
+    return result;
+}
+
+std::size_t linesIn(const std::string& text) {
+    return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
+}
+
+} // namespace
+
+TEST(Pty, UsageExample) {
+    test::Pty terminal({"/bin/cat"});
+    terminal.type("ports\n");
+    terminal.expect("ports");
+}
+
+TEST(Screen, UsageExample) {
+    test::Screen screen(20);
+    screen.show("one\rtwo");
+    EXPECT_EQ(screen.lines().back(), "two");
+}
+
+// Prompt and end
+
+TEST(ConsoleTerminal, PromptsAnswersAndPromptsAgain) {
+    TemporaryDirectory directory;
+    Terminal terminal;
+    EXPECT_EQ(terminal.untilPrompt(), "");
+    EXPECT_TRUE(terminal.isInKeyMode());
+    EXPECT_EQ(terminal.answerTo("show file " + directory.write("text", "one\ntwo\n")), "one\r\ntwo\r\n");
+    EXPECT_EQ(terminal.answerTo(""), "");
+    EXPECT_EQ(terminal.answerTo("bogus"), "unknown command: bogus (try help)\r\n");
+    terminal.type("quit\r");
+    terminal.expectExit(0);
+}
+
+TEST(ConsoleTerminal, APromptBeginsALineOfItsOwn) {
+    TemporaryDirectory directory;
+    Terminal terminal;
+    terminal.untilPrompt();
+    EXPECT_EQ(terminal.answerTo("show file " + directory.write("text", "no end")), "no end\r\n");
+}
+
+TEST(ConsoleTerminal, TheEndOfInputEndsItOnAnEmptyLineOnly) {
+    Terminal terminal;
+    terminal.untilPrompt();
+    terminal.type("bog\004us\r");
+    EXPECT_EQ(terminal.untilPrompt(), "bogus\r\nunknown command: bogus (try help)\r\n");
+    terminal.type("\004");
+    terminal.expectExit(0);
+}
+
+TEST(ConsoleTerminal, ATerminalThatGoesAwayEndsIt) {
+    Terminal terminal;
+    terminal.untilPrompt();
+    terminal.hangUp();
+    const Pty::Change change = terminal.waitForChange();
+    EXPECT_TRUE(change.status == 0 || change.signal == SIGHUP) << change.status << ' ' << change.signal;
+}
+
+TEST(ConsoleTerminal, ATerminalThatGoesAwayAtThePagePromptEndsIt) {
+    TemporaryDirectory directory;
+    Terminal terminal;
+    terminal.untilPrompt();
+    terminal.type("show file " + directory.write("text", numberedLines(0, 1000)) + "\r");
+    terminal.expect(pagePrompt);
+    terminal.hangUp();
+    const Pty::Change change = terminal.waitForChange();
+    EXPECT_TRUE(change.status == 0 || change.signal == SIGHUP) << change.status << ' ' << change.signal;
+}
+
+class ConsoleTerminalSignal : public testing::TestWithParam<int> {};
+
+TEST_P(ConsoleTerminalSignal, RestoresTheTerminalAtThePrompt) {
+    if (isHeldBack(GetParam()))
+        GTEST_SKIP() << heldBack;
+    Terminal terminal;
+    terminal.untilPrompt();
+    ASSERT_TRUE(terminal.isInKeyMode());
+    kill(terminal.program(), GetParam());
+    EXPECT_EQ(terminal.waitForChange().signal, GetParam());
+    EXPECT_TRUE(terminal.isInFormerMode());
+}
+
+TEST_P(ConsoleTerminalSignal, RestoresTheTerminalAtThePagePrompt) {
+    if (isHeldBack(GetParam()))
+        GTEST_SKIP() << heldBack;
+    TemporaryDirectory directory;
+    Terminal terminal;
+    terminal.untilPrompt();
+    terminal.type("show file " + directory.write("text", numberedLines(0, 100)) + "\r");
+    terminal.expect(pagePrompt);
+    ASSERT_TRUE(terminal.isInKeyMode());
+    kill(terminal.program(), GetParam());
+    EXPECT_EQ(terminal.waitForChange().signal, GetParam());
+    EXPECT_TRUE(terminal.isInFormerMode());
+}
+
+INSTANTIATE_TEST_SUITE_P(Ending, ConsoleTerminalSignal,
+                         testing::Values(SIGHUP, SIGINT, SIGQUIT, SIGPIPE, SIGALRM, SIGTERM, SIGUSR1, SIGSEGV, SIGBUS,
+                                         SIGILL, SIGFPE, SIGABRT));
+
+TEST(ConsoleTerminal, TheInterruptKeyEndsItAndRestoresTheTerminal) {
+    if (isHeldBack(SIGINT))
+        GTEST_SKIP() << heldBack;
+    Terminal terminal;
+    terminal.untilPrompt();
+    terminal.type("half a comm\003");
+    EXPECT_EQ(terminal.waitForChange().signal, SIGINT);
+    EXPECT_TRUE(terminal.isInFormerMode());
+}
+
+TEST(ConsoleTerminal, ASignalThatItWasToldToIgnoreStaysIgnored) {
+    Pty terminal(test::consoleCommand({}), 80, 25, [] {
+        test::setConsoleEnvironment();
+        std::signal(SIGHUP, SIG_IGN);
+        std::signal(SIGTSTP, SIG_IGN);
+    });
+    terminal.expect("vx> ");
+    kill(terminal.program(), SIGHUP);
+    terminal.type("\032quit\r");
+    EXPECT_EQ(terminal.waitForChange().status, 0);
+    EXPECT_TRUE(terminal.isInFormerMode());
+}
+
+TEST(ConsoleTerminal, ACrashLeavesABackTraceWithReadableNames) {
+    Terminal terminal;
+    terminal.untilPrompt();
+    kill(terminal.program(), SIGSEGV);
+    EXPECT_EQ(terminal.waitForChange().signal, SIGSEGV);
+    const std::string& report = terminal.pending();
+    EXPECT_NE(report.find("Received SIGNAL SIGSEGV(11)"), std::string::npos) << report;
+    EXPECT_NE(report.find("Backtrace Start>>>"), std::string::npos) << report;
+    EXPECT_NE(report.find("<<<Backtrace End"), std::string::npos) << report;
+    EXPECT_NE(report.find(" utility::Debug::SignalCrash(int)+0x"), std::string::npos) << report;
+    EXPECT_TRUE(terminal.isInFormerMode());
+}
+
+TEST(ConsoleTerminal, TheStopKeyRestoresTheTerminalAndTheKeyModeComesBack) {
+    if (isHeldBack(SIGTSTP))
+        GTEST_SKIP() << heldBack;
+    TemporaryDirectory directory;
+    Terminal terminal;
+    terminal.untilPrompt();
+    for (int i = 0; i < 3; ++i) {
+        terminal.type("\032");
+        EXPECT_EQ(terminal.waitForChange().stoppedBy, SIGTSTP);
+        EXPECT_TRUE(terminal.isInFormerMode());
+        terminal.continueProgram();
+        EXPECT_TRUE(terminal.becomes(true));
+        EXPECT_EQ(terminal.answerTo("show file " + directory.write("text", "one\n")), "one\r\n");
+    }
+    terminal.type("quit\r");
+    terminal.expectExit(0);
+}
+
+TEST(ConsoleTerminal, CanBeStoppedAtThePagePrompt) {
+    if (isHeldBack(SIGTSTP))
+        GTEST_SKIP() << heldBack;
+    TemporaryDirectory directory;
+    Terminal terminal;
+    terminal.untilPrompt();
+    terminal.type("show file " + directory.write("text", numberedLines(0, 30)) + "\r");
+    terminal.expect(pagePrompt);
+    terminal.type("\032");
+    EXPECT_EQ(terminal.waitForChange().stoppedBy, SIGTSTP);
+    EXPECT_TRUE(terminal.isInFormerMode());
+    terminal.continueProgram();
+    EXPECT_TRUE(terminal.becomes(true));
+    terminal.type(" ");
+    EXPECT_EQ(terminal.untilPrompt(), removedPrompt + shown(numberedLines(24, 6)));
+}
+
+TEST(ConsoleTerminal, AStopThatCannotBeCaughtIsFollowedByTheKeyModeToo) {
+    if (isHeldBack(SIGCONT))
+        GTEST_SKIP() << heldBack;
+    Terminal terminal;
+    terminal.untilPrompt();
+    kill(terminal.program(), SIGSTOP);
+    EXPECT_EQ(terminal.waitForChange().stoppedBy, SIGSTOP);
+    terminal.continueProgram();
+    EXPECT_TRUE(terminal.becomes(true));
+    terminal.type("quit\r");
+    terminal.expectExit(0);
+}
+
+// Pages
+
+TEST(ConsolePages, ThirtyLinesAreAPageThePromptAndTheRest) {
+    TemporaryDirectory directory;
+    const std::string file = directory.write("text", numberedLines(0, 30));
+    for (const char* key : {" ", "\r", "x", "\004", "\xc3\xbc", "\033[B", "\033[6~", "\033OB", "\033"}) {
+        Terminal terminal;
+        terminal.untilPrompt();
+        terminal.type("show file " + file + "\r");
+        terminal.expect("\r\n");
+        EXPECT_EQ(terminal.expect(pagePrompt), shown(numberedLines(0, 24)) + pagePrompt);
+        terminal.type(key);
+        EXPECT_EQ(terminal.untilPrompt(), removedPrompt + shown(numberedLines(24, 6)));
+        // Nothing of the key is left over.
+        EXPECT_EQ(terminal.answerTo("bogus"), "unknown command: bogus (try help)\r\n");
+    }
+}
+
+TEST(ConsolePages, AKeyIsOnePageHoweverManyBytesItSends) {
+    TemporaryDirectory directory;
+    Terminal terminal;
+    terminal.untilPrompt();
+    terminal.type("show file " + directory.write("text", numberedLines(0, 24 * 10)) + "\r");
+    terminal.expect("\r\n");
+    int line = 0;
+    for (const char* key :
+         {"\033[6~", "\xe2\x82\xac", "\033[1;5B", "\033OP", "\xf0\x9f\x99\x82", "a", "\033", "b", "c"}) {
+        EXPECT_EQ(terminal.expect(pagePrompt),
+                  (line > 0 ? removedPrompt : "") + shown(numberedLines(line, 24)) + pagePrompt);
+        terminal.type(key);
+        line += 24;
+    }
+    EXPECT_EQ(terminal.untilPrompt(), removedPrompt + shown(numberedLines(line, 24)));
+}
+
+TEST(ConsolePages, WhatFitsIsShownWithoutAPrompt) {
+    TemporaryDirectory directory;
+    Terminal terminal;
+    terminal.untilPrompt();
+    EXPECT_EQ(terminal.answerTo("show file " + directory.write("text", numberedLines(0, 24))),
+              shown(numberedLines(0, 24)));
+}
+
+TEST(ConsolePages, LongLinesAreCountedAsTheTerminalShowsThem) {
+    TemporaryDirectory directory;
+    Terminal terminal;
+    terminal.untilPrompt();
+    std::string text;
+    for (int i = 0; i < 9; ++i)
+        text += std::string(200, static_cast<char>('a' + i)) + "\n";
+    terminal.type("show file " + directory.write("text", text) + "\r");
+    terminal.expect("\r\n");
+    EXPECT_EQ(terminal.expect(pagePrompt), shown(text.substr(0, 201 * 8)) + pagePrompt);
+    terminal.type(" ");
+    EXPECT_EQ(terminal.untilPrompt(), removedPrompt + shown(text.substr(201 * 8)));
+}
+
+TEST(ConsolePages, FormattedAnswersArePagedToo) {
+    TemporaryDirectory directory;
+    Terminal terminal;
+    terminal.untilPrompt();
+    terminal.type("dump " + directory.write("zeros", std::string(16 * 50, 0)) + "\r");
+    terminal.expect("\r\n");
+    EXPECT_EQ(linesIn(terminal.expect(pagePrompt)), 24U);
+    terminal.type(" ");
+    EXPECT_EQ(linesIn(terminal.expect(pagePrompt)), 24U);
+    terminal.type(" ");
+    EXPECT_EQ(linesIn(terminal.untilPrompt()), 2U);
+}
+
+TEST(ConsolePages, QuitDropsTheRestAndTheNextAnswerIsWhole) {
+    TemporaryDirectory directory;
+    const std::string file = directory.write("text", numberedLines(0, 100));
+    Terminal terminal;
+    terminal.untilPrompt();
+    for (const char* key : {"q", "Q"}) {
+        for (const char* command : {"show file ", "dump "}) {
+            terminal.type(command + file + "\r");
+            terminal.expect(pagePrompt);
+            terminal.type(key);
+            EXPECT_EQ(terminal.untilPrompt(), removedPrompt);
+        }
+    }
+    EXPECT_EQ(terminal.answerTo("show file " + directory.write("small", "one\n")), "one\r\n");
+}
+
+TEST(ConsolePages, TheLastAnswerOfQuitIsTheEnd) {
+    TemporaryDirectory directory;
+    Terminal terminal;
+    terminal.untilPrompt();
+    terminal.type("show file " + directory.write("text", numberedLines(0, 100)) + "\r");
+    terminal.expect(pagePrompt);
+    terminal.type("qquit\r");
+    terminal.expectExit(0);
+}
+
+TEST(ConsolePages, AHugeFileQuitAfterTheFirstPageReturnsAtOnce) {
+    TemporaryDirectory directory;
+    const std::string file = directory.write("text", numberedLines(0, 100000));
+    Terminal terminal;
+    terminal.untilPrompt();
+    const std::size_t before = terminal.shown();
+    const auto begin = std::chrono::steady_clock::now();
+    terminal.type("show file " + file + "\r");
+    terminal.expect(pagePrompt);
+    terminal.type("q");
+    terminal.untilPrompt();
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(20));
+    EXPECT_LT(terminal.shown() - before, 1000U);
+}
+
+class ConsoleEndlessAnswer : public testing::TestWithParam<const char*> {};
+
+TEST_P(ConsoleEndlessAnswer, IsReadOnlyAsFarAsItIsWanted) {
+    TemporaryDirectory directory;
+    const std::string pipe = directory.path("pipe");
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    std::size_t taken = 0;
+    // It waits for the console to open the pipe, and ends when that closes it.
+    std::thread writer([&] {
+        sigset_t broken;
+        sigemptyset(&broken);
+        sigaddset(&broken, SIGPIPE);
+        pthread_sigmask(SIG_BLOCK, &broken, nullptr);
+        const std::string lines = numberedLines(0, 100);
+        const int fd = open(pipe.c_str(), O_WRONLY | O_CLOEXEC);
+        for (ssize_t count = 0; count >= 0 && taken < 100000000;) {
+            count = write(fd, lines.data(), lines.size());
+            taken += count > 0 ? static_cast<std::size_t>(count) : 0;
+        }
+        close(fd);
+    });
+    Terminal terminal;
+    terminal.untilPrompt();
+    terminal.type(GetParam() + std::string(" ") + pipe + "\r");
+    terminal.expect(pagePrompt);
+    terminal.type("q");
+    EXPECT_EQ(terminal.untilPrompt(), removedPrompt);
+    writer.join();
+    EXPECT_LT(taken, 1000000U);
+}
+
+INSTANTIATE_TEST_SUITE_P(Commands, ConsoleEndlessAnswer, testing::Values("show file", "dump"));
+
+TEST(ConsolePages, ANewSizeCountsFromTheNextPage) {
+    TemporaryDirectory directory;
+    Terminal terminal;
+    terminal.untilPrompt();
+    terminal.type("show file " + directory.write("text", numberedLines(100, 80)) + "\r");
+    terminal.expect("\r\n");
+    EXPECT_EQ(linesIn(terminal.expect(pagePrompt)), 24U);
+    terminal.resize(80, 11);
+    terminal.type(" ");
+    EXPECT_EQ(terminal.expect(pagePrompt), removedPrompt + shown(numberedLines(124, 10)) + pagePrompt);
+    terminal.type(" ");
+    EXPECT_EQ(terminal.expect(pagePrompt), removedPrompt + shown(numberedLines(134, 10)) + pagePrompt);
+    // Eight characters are two rows of five columns.
+    terminal.resize(5, 41);
+    terminal.type(" ");
+    EXPECT_EQ(terminal.expect(pagePrompt), removedPrompt + shown(numberedLines(144, 20)) + pagePrompt);
+    terminal.resize(80, 25);
+    terminal.type(" ");
+    terminal.expect("line 164");
+    EXPECT_EQ(linesIn(terminal.untilPrompt()), 16U);
+}
+
+TEST(ConsolePages, ANewSizeAtThePromptCountsForTheNextAnswer) {
+    TemporaryDirectory directory;
+    Terminal terminal;
+    terminal.untilPrompt();
+    terminal.resize(80, 6);
+    terminal.type("show file " + directory.write("text", numberedLines(0, 10)) + "\r");
+    terminal.expect("\r\n");
+    EXPECT_EQ(terminal.expect(pagePrompt), shown(numberedLines(0, 5)) + pagePrompt);
+}
+
+class ConsoleNarrowTerminal : public testing::TestWithParam<int> {};
+
+TEST_P(ConsoleNarrowTerminal, ShowsNothingOfThePromptOnceItIsRemoved) {
+    const int columns = GetParam();
+    TemporaryDirectory directory;
+    Terminal terminal(columns, 11);
+    test::Screen screen(static_cast<std::size_t>(columns));
+    terminal.untilPrompt();
+    terminal.type("show file " + directory.write("text", numberedLines(10, 25)) + "\r");
+    terminal.expect("\r\n");
+    for (int page = 0; page < 2; ++page) {
+        screen.show(terminal.expect(pagePrompt));
+        terminal.type(" ");
+    }
+    screen.show(terminal.untilPrompt());
+    std::vector<std::string> expected;
+    for (int i = 10; i < 35; ++i)
+        expected.push_back("line " + std::to_string(i));
+    expected.emplace_back();
+    EXPECT_EQ(screen.lines(), expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(Widths, ConsoleNarrowTerminal, testing::Values(10, 18, 19, 36, 37, 38, 39, 200));
+
+TEST(ConsolePages, ATerminalWithoutASizeHasTheUsualOne) {
+    TemporaryDirectory directory;
+    Terminal terminal(0, 0);
+    terminal.untilPrompt();
+    terminal.type("show file " + directory.write("text", numberedLines(0, 30)) + "\r");
+    terminal.expect("\r\n");
+    EXPECT_EQ(terminal.expect(pagePrompt), shown(numberedLines(0, 24)) + pagePrompt);
+}
+
+TEST(ConsolePages, OneCommandIsNotPaged) {
+    TemporaryDirectory directory;
+    const std::string file = directory.write("text", numberedLines(0, 100));
+    Pty terminal(test::consoleCommand({"-c", "show file " + file}), 80, 25, test::setConsoleEnvironment);
+    EXPECT_EQ(terminal.waitForChange().status, 0);
+    EXPECT_EQ(terminal.pending(), shown(numberedLines(0, 100)));
+    EXPECT_TRUE(terminal.isInFormerMode());
+}
+
+// The line editor
+
+TEST(ConsoleEditing, BackspaceTakesAWholeCharacter) {
+    Terminal terminal;
+    terminal.untilPrompt();
+    for (const char* typed : {"bogx\177us\r", "bog\xc3\xbc\177us\r", "bog\xe2\x82\xac\xf0\x9f\x99\x82\x08\x08us\r",
+                              "\177\177bogus\r", "b\177\177\177bogus\r"}) {
+        terminal.type(typed);
+        terminal.expect("unknown command: bogus (try help)\r\n");
+        terminal.untilPrompt();
+    }
+    terminal.type("ab\177");
+    EXPECT_EQ(terminal.expect("\b \b"), "ab\b \b");
+}
+
+TEST(ConsoleEditing, TheKillKeyTakesTheWholeLine) {
+    Terminal terminal;
+    terminal.untilPrompt();
+    terminal.type("show \xc3\xbc\025bogus\r");
+    terminal.expect("unknown command: bogus (try help)\r\n");
+}
+
+TEST(ConsoleEditing, CursorAndFunctionKeysAndControlsAreSwallowed) {
+    Terminal terminal;
+    terminal.untilPrompt();
+    for (const char* keys : {"\033[A", "\033[1;5C", "\033[15~", "\033OP", "\033OA", "\001", "\013"}) {
+        terminal.type("bo" + std::string(keys) + "gus\r");
+        EXPECT_EQ(terminal.untilPrompt(), "bogus\r\nunknown command: bogus (try help)\r\n");
+    }
+}
+
+TEST(ConsoleEditing, TheEscapeKeyAloneDoesNotSwallowTheNextKeys) {
+    Terminal terminal;
+    terminal.untilPrompt();
+    terminal.type("bo\033");
+    terminal.expect("bo");
+    std::this_thread::sleep_for(std::chrono::milliseconds(500));
+    terminal.type("gus\r");
+    terminal.expect("unknown command: bogus (try help)\r\n");
+}
+
+TEST(ConsoleEditing, TheTabulatorCompletesWhatIsUnambiguous) {
+    TemporaryDirectory directory;
+    const std::string file = directory.write("text", "one\n");
+    Terminal terminal;
+    terminal.untilPrompt();
+    terminal.type("sh f\t");
+    terminal.expect("show file ");
+    terminal.type(file + "\r");
+    terminal.expect("\r\none\r\n");
+    terminal.untilPrompt();
+    // As far as it goes.
+    terminal.type("sh\t");
+    terminal.expect("show ");
+    terminal.type("\025deb\t");
+    terminal.expect("debug");
+    terminal.type(" of\t\r");
+    terminal.expect("debug off \r\nusage: debug off NAME\r\n");
+    terminal.untilPrompt();
+    // Nothing to complete: nothing happens.
+    terminal.type("xyz\t\t!\r");
+    EXPECT_EQ(terminal.untilPrompt(), "xyz!\r\nunknown command: xyz! (try help)\r\n");
+    terminal.type("\tbogus\r");
+    EXPECT_EQ(terminal.untilPrompt(), "bogus\r\nunknown command: bogus (try help)\r\n");
+    terminal.type("show file a b\t\r");
+    EXPECT_EQ(terminal.untilPrompt(), "show file a b\r\nusage: show file PATH\r\n");
+}
+
+TEST(ConsoleEditing, AnOverlongLineIsOneClearErrorAndTheConsoleGoesOn) {
+    Terminal terminal;
+    terminal.untilPrompt();
+    terminal.type(std::string(100000, 'x'));
+    terminal.type("\r");
+    terminal.expect("\r\nthe command is too long\r\n");
+    EXPECT_EQ(terminal.untilPrompt(), "");
+    EXPECT_EQ(terminal.answerTo("bogus"), "unknown command: bogus (try help)\r\n");
+}
+
+TEST(ConsoleEditing, AnUnmatchedQuoteIsOneClearErrorAndTheConsoleGoesOn) {
+    Terminal terminal;
+    terminal.untilPrompt();
+    EXPECT_EQ(terminal.answerTo("show file \"x"), "a quote is not closed\r\n");
+    EXPECT_EQ(terminal.answerTo("bogus"), "unknown command: bogus (try help)\r\n");
+}
+
+// History
+
+TEST(ConsoleTerminalHistory, HoldsWhatWasShownWithoutThePagePrompt) {
+    TemporaryDirectory directory;
+    const std::string file = directory.write("text", numberedLines(0, 30));
+    Terminal terminal(80, 100);
+    terminal.untilPrompt();
+    terminal.resize(80, 25);
+    terminal.type("show file " + file + "\r");
+    terminal.expect(pagePrompt);
+    terminal.type(" ");
+    terminal.untilPrompt();
+    terminal.type("show file " + file + "\r");
+    terminal.expect(pagePrompt);
+    terminal.type("q");
+    terminal.untilPrompt();
+    terminal.resize(80, 100);
+    terminal.type("history\r");
+    terminal.expect("history\r\n");
+    const std::string answer = "show file " + file + "\r\n" + shown(numberedLines(0, 30)) + "vx> show file " + file +
+                               "\r\n" + shown(numberedLines(0, 24)) + "vx> ";
+    terminal.expect("vx> ");
+    EXPECT_EQ(terminal.expect(shown(numberedLines(0, 24)) + "vx> "), answer);
+}

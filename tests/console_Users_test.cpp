@@ -1,0 +1,292 @@
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <sstream>
+#include <string>
+#include <thread>
+
+#include "support/ConsoleProgram.h"
+#include "support/TemporaryDirectory.h"
+
+namespace {
+
+using test::ChildResult;
+using test::TemporaryDirectory;
+
+const std::string rootEntry = "root:x:0:0:root:/root:/bin/bash\n";
+const std::string monitorEntry = "monitor:!:1000:1000:Monitor:/home/monitor:/bin/sh\n";
+
+/// A root directory with a password file, and the console that edits it.
+class Root {
+public:
+    explicit Root(const std::string& entries = rootEntry + monitorEntry) {
+        mkdir(m_directory.path("etc").c_str(), 0755);
+        m_directory.write("etc/passwd", entries);
+    }
+
+    std::string file() const {
+        return m_directory.path("etc/passwd");
+    }
+    std::string entries() const {
+        return m_directory.read("etc/passwd");
+    }
+    const TemporaryDirectory& directory() const {
+        return m_directory;
+    }
+
+    ChildResult run(const std::string& commands) const {
+        return test::runConsole({}, commands, [this] { setenv("VX_ROOT", m_directory.path().c_str(), 1); });
+    }
+
+    /// A command that changes nothing and says why.
+    void expectRefusal(const std::string& command, const std::string& line) const {
+        const std::string before = entries();
+        const ChildResult child = run(command);
+        EXPECT_EQ(child.status, 1);
+        EXPECT_EQ(child.out, "");
+        EXPECT_EQ(child.err, line + "\n");
+        EXPECT_EQ(entries(), before);
+    }
+
+private:
+    TemporaryDirectory m_directory;
+};
+
+void expectQuiet(const ChildResult& child) {
+    EXPECT_EQ(child.status, 0);
+    EXPECT_EQ(child.out, "");
+    EXPECT_EQ(child.err, "");
+}
+
+std::string hashOf(const std::string& entries, const std::string& name) {
+    const std::size_t at = entries.find(name + ":") + name.size() + 1;
+    return entries.substr(at, entries.find(':', at) - at);
+}
+
+const char* const editing[] = {"add user new", "delete user root", "password root secret"};
+
+} // namespace
+
+TEST(ConsoleUsers, AreShownFromTheFileUnderTheRoot) {
+    const Root root;
+    const std::string rootLine =
+        "root                  0      0 root                     /root                /bin/bash\n";
+    const std::string monitorLine =
+        "monitor            1000   1000 Monitor                  /home/monitor        /bin/sh\n";
+    EXPECT_EQ(root.run("show users\n").out, rootLine + monitorLine);
+    EXPECT_EQ(root.run("show user monitor\n").out, monitorLine);
+    root.expectRefusal("show user nobody", "show user: nobody: no such user in " + root.file());
+}
+
+TEST(ConsoleUsers, AreThoseOfTheMachineWithoutARoot) {
+    const ChildResult child = test::runCommand("show user root");
+    EXPECT_EQ(child.status, 0);
+    EXPECT_EQ(child.out.compare(0, 5, "root "), 0);
+}
+
+TEST(ConsoleUsers, AMissingFileIsAClearError) {
+    TemporaryDirectory directory;
+    const char* const commands[][2] = {
+        {"show users", ""}, {"add user", " new"}, {"delete user", " root"}, {"password", " root secret"}};
+    for (const auto& command : commands) {
+        const ChildResult child = test::runCommand(std::string(command[0]) + command[1],
+                                                   [&] { setenv("VX_ROOT", directory.path().c_str(), 1); });
+        EXPECT_EQ(child.status, 1);
+        EXPECT_EQ(child.err, command[0] + (": " + directory.path("etc/passwd")) + ": No such file or directory\n");
+    }
+}
+
+TEST(ConsoleUsers, AFileThatCannotBeReadToItsEndIsShownSoFarAndNotRewritten) {
+    const Root root(rootEntry + "long:x:1:1:" + std::string(3000, 'x') + ":/:/bin/sh\n" + monitorEntry);
+    const ChildResult child = root.run("show users\n");
+    EXPECT_EQ(child.status, 1);
+    EXPECT_EQ(child.out.compare(0, 5, "root "), 0);
+    EXPECT_EQ(child.err, "show users: " + root.file() + ": an entry is too long\n");
+    root.expectRefusal("add user new", "add user: " + root.file() + ": an entry is too long");
+    root.expectRefusal("delete user root", "delete user: " + root.file() + ": an entry is too long");
+    root.expectRefusal("password root secret", "password: " + root.file() + ": an entry is too long");
+}
+
+// Nobody edits the machine's own file by accident
+
+TEST(ConsoleUsers, AreNotEditedWithoutARoot) {
+    const ChildResult probe = test::runInChild(test::requireProtectedSystemFiles);
+    if (probe.status == test::cannotProtect)
+        GTEST_SKIP() << "neither a read-only view of /etc nor an ordinary user's access to the program can be had";
+    for (const std::string command : editing) {
+        const ChildResult unset = test::runCommand(command, test::requireProtectedSystemFiles);
+        const ChildResult empty = test::runCommand(command, [] {
+            test::requireProtectedSystemFiles();
+            setenv("VX_ROOT", "", 1);
+        });
+        for (const ChildResult& child : {unset, empty}) {
+            EXPECT_EQ(child.status, 1);
+            EXPECT_EQ(child.out, "");
+            EXPECT_NE(child.err.find(": refused: VX_ROOT is not set\n"), std::string::npos) << child.err;
+        }
+    }
+}
+
+TEST(ConsoleUsers, AreNotEditedWhenTheRootWasSetTooLate) {
+    const ChildResult probe = test::runInChild(test::requireProtectedSystemFiles);
+    if (probe.status == test::cannotProtect)
+        GTEST_SKIP() << "neither a read-only view of /etc nor an ordinary user's access to the program can be had";
+    TemporaryDirectory directory;
+    for (const std::string command : editing) {
+        const ChildResult child =
+            test::runConsole({}, "show users\nset VX_ROOT " + directory.path() + "\n" + command + "\n",
+                             test::requireProtectedSystemFiles);
+        EXPECT_EQ(child.status, 1);
+        EXPECT_NE(child.err.find(": refused: /etc/passwd was in use before VX_ROOT was set\n"), std::string::npos)
+            << child.err;
+    }
+}
+
+TEST(ConsoleUsers, AreNotEditedUnderARootThatHasChanged) {
+    const Root first;
+    const Root second;
+    for (const std::string command : editing) {
+        const ChildResult child =
+            first.run("show users\nset VX_ROOT " + second.directory().path() + "\n" + command + "\n");
+        EXPECT_EQ(child.status, 1);
+        EXPECT_NE(child.err.find(": refused: " + first.file() + " was in use before VX_ROOT was set\n"),
+                  std::string::npos);
+    }
+    EXPECT_EQ(first.entries(), rootEntry + monitorEntry);
+    EXPECT_EQ(second.entries(), rootEntry + monitorEntry);
+}
+
+TEST(ConsoleUsers, ARootSetInTimeCounts) {
+    const Root root;
+    expectQuiet(test::runConsole({}, "set VX_ROOT " + root.directory().path() + "\ndelete user monitor\n"));
+    EXPECT_EQ(root.entries(), rootEntry);
+}
+
+// add user
+
+TEST(ConsoleUsers, ANewOneHasTheNextNumberAndNoPassword) {
+    const Root root;
+    expectQuiet(root.run("add user ports \"Port Watcher\"\nadd user disks\n"));
+    EXPECT_EQ(root.entries(), rootEntry + monitorEntry + "ports:!:1001:1001:Port Watcher:/home/ports:/bin/sh\n" +
+                                  "disks:!:1002:1002::/home/disks:/bin/sh\n");
+    const Root empty("");
+    expectQuiet(empty.run("add user first\n"));
+    EXPECT_EQ(empty.entries(), "first:!:1000:1000::/home/first:/bin/sh\n");
+}
+
+TEST(ConsoleUsers, ANewOneIsRefusedWhereItExistsOrCannotBeWritten) {
+    const Root root;
+    const std::string rule = ": a user's name holds letters, digits, and behind the first also - _ . $";
+    root.expectRefusal("add user monitor", "add user: monitor: exists already");
+    root.expectRefusal("add user \"\"", "add user: a user needs a name");
+    for (const std::string name : {"a:b", "+", "-x", "../x", "a/b", "two words", "gr\xc3\xbcn", ".hidden"})
+        root.expectRefusal("add user \"" + name + "\"", "add user: " + name + rule);
+    root.expectRefusal("add user new a:b", "add user: a:b: a field holds no colon and no line end");
+    for (const std::size_t length : {2005, 2048, 3000, 30000})
+        root.expectRefusal("add user new " + std::string(length, 'x'), "add user: new: the entry is too long");
+}
+
+TEST(ConsoleUsers, NoEntryGrowsBeyondWhatCanBeReadBack) {
+    const Root root;
+    // Neither by the longest real name nor by the password that follows.
+    expectQuiet(root.run("add user new " + std::string(1990, 'x') + "\nadd user more\n"));
+    const std::string before = root.entries();
+    root.expectRefusal("password new secret", "password: new: the entry is too long");
+    EXPECT_EQ(root.run("show user more\n").status, 0);
+    EXPECT_NE(before.find("more:!:1002:1002:"), std::string::npos);
+}
+
+TEST(ConsoleUsers, ANewOneIsRefusedWhereNoNumberIsLeft) {
+    const Root almost(rootEntry + "last:!:59998:59998::/:/bin/sh\nnobody:x:65534:65534::/:/bin/sh\n");
+    expectQuiet(almost.run("add user new\n"));
+    EXPECT_EQ(hashOf(almost.entries(), "new"), "!");
+    EXPECT_NE(almost.entries().find("new:!:59999:59999:"), std::string::npos);
+    almost.expectRefusal("add user more", "add user: more: no user number is left");
+}
+
+// delete user
+
+TEST(ConsoleUsers, ADeletedOneIsGone) {
+    const Root root;
+    expectQuiet(root.run("delete user root\n"));
+    EXPECT_EQ(root.entries(), monitorEntry);
+    root.expectRefusal("delete user root", "delete user: root: no such user");
+    root.expectRefusal("delete user \"monitor:\"", "delete user: monitor:: no such user");
+}
+
+TEST(ConsoleUsers, AFileThatCannotBeReplacedIsAClearError) {
+    const Root root;
+    ASSERT_EQ(mkdir((root.file() + ".new").c_str(), 0755), 0);
+    root.expectRefusal("delete user root", "delete user: " + root.file() + " could not be rewritten");
+    root.expectRefusal("add user new", "add user: " + root.file() + " could not be rewritten");
+    root.expectRefusal("password root secret", "password: " + root.file() + " could not be rewritten");
+}
+
+TEST(ConsoleUsers, TheFileKeepsItsPermissions) {
+    const Root root;
+    ASSERT_EQ(chmod(root.file().c_str(), 0600), 0);
+    expectQuiet(root.run("add user new\n"));
+    struct stat status = {};
+    ASSERT_EQ(stat(root.file().c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777U, 0600U);
+    if (stat((root.file() + ".new").c_str(), &status) == 0) {
+        EXPECT_EQ(status.st_mode & 07777U, 0600U);
+    }
+}
+
+// password
+
+TEST(ConsoleUsers, APasswordIsHashedAsThePlatformDoes) {
+    const Root root;
+    expectQuiet(root.run("password monitor \"s3cret $(words)\"\n"));
+    const std::string hash = hashOf(root.entries(), "monitor");
+    ASSERT_EQ(hash.compare(0, 3, "$1$"), 0) << root.entries();
+    ASSERT_EQ(hash.find('$', 3), 11U);
+    const std::string salt = hash.substr(3, 8);
+    const ChildResult peer = test::runInChild([&] {
+        execlp("openssl", "openssl", "passwd", "-1", "-salt", salt.c_str(), "s3cret $(words)",
+               static_cast<char*>(nullptr));
+        return 127;
+    });
+    if (peer.status == 127)
+        GTEST_SKIP() << "openssl is not installed";
+    EXPECT_EQ(peer.out, hash + "\n");
+    EXPECT_EQ(root.entries(), rootEntry + "monitor:" + hash + ":1000:1000:Monitor:/home/monitor:/bin/sh\n");
+}
+
+TEST(ConsoleUsers, APasswordOfNobodyIsRefused) {
+    const Root root;
+    root.expectRefusal("password nobody secret", "password: nobody: no such user");
+    root.expectRefusal("password monitor", "usage: password NAME PASSWORD");
+}
+
+TEST(ConsoleUsers, NoPasswordIsRememberedNotEvenMistyped) {
+    const Root root;
+    const ChildResult child = root.run("password monitor s3cret1\npass monitor s3cret2\npasword monitor s3cret3\n"
+                                       "p monitor s3cret4\npassword monitor s3cret5 more\npassword nobody s3cret6\n"
+                                       "password monitor \"s3cret7\nhistory\n");
+    EXPECT_EQ(child.out.find("s3cret"), std::string::npos) << child.out;
+    EXPECT_EQ(child.err.find("s3cret"), std::string::npos) << child.err;
+    EXPECT_EQ(child.out.compare(0, 43, "vx> password\nvx> password\nvx> pasword\nunkno"), 0) << child.out;
+    EXPECT_EQ(root.entries().find("s3cret"), std::string::npos);
+}
+
+TEST(ConsoleUsers, HostileRootsReachNoShell) {
+    for (const std::string name : {"with blanks", "a;touch hacked", "$(touch hacked)", "`touch hacked`", "a&b|c>d"}) {
+        TemporaryDirectory directory;
+        ASSERT_EQ(mkdir(directory.path(name).c_str(), 0755), 0);
+        ASSERT_EQ(mkdir(directory.path(name + "/etc").c_str(), 0755), 0);
+        directory.write(name + "/etc/passwd", rootEntry + monitorEntry);
+        const ChildResult child = test::runCommand("delete user monitor", [&] {
+            setenv("VX_ROOT", directory.path(name).c_str(), 1);
+            if (chdir(directory.path().c_str()) != 0)
+                _exit(126);
+        });
+        expectQuiet(child);
+        EXPECT_EQ(directory.read(name + "/etc/passwd"), rootEntry);
+        EXPECT_FALSE(directory.exists("hacked"));
+    }
+}

@@ -1,0 +1,120 @@
+#pragma once
+
+#include <grp.h>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/prctl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <functional>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "ChildProcess.h"
+
+namespace test {
+
+/// The words that start the console of this build with these arguments, behind an emulator where it needs one.
+inline std::vector<std::string> consoleCommand(const std::vector<std::string>& arguments) {
+    std::istringstream emulator(VXUT_TEST_EMULATOR);
+    std::vector<std::string> words;
+    for (std::string word; emulator >> word;)
+        words.push_back(word);
+    words.emplace_back(VXCONSOLE);
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    return words;
+}
+
+/// Gives the process, and what it runs from now on, a view of its own of the file system in which /etc is read-only,
+/// where that can be had: a console with a fault in it shall not edit the machine that tests it.
+inline void protectSystemFiles() {
+    if (geteuid() == 0 && unshare(CLONE_NEWNS) == 0 &&
+        mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+        mount("/etc", "/etc", nullptr, MS_BIND, nullptr) == 0)
+        mount(nullptr, "/etc", nullptr, MS_BIND | MS_REMOUNT | MS_RDONLY, nullptr);
+}
+
+/// What `requireProtectedSystemFiles` ends a process with where nothing protects them.
+const int cannotProtect = 77;
+
+/// Ends the process unless it cannot write the machine's password file, for a test that asks the console to do so and
+/// expects it to refuse.
+inline void requireProtectedSystemFiles() {
+    const char file[] = "/etc/passwd";
+    const unsigned int nobody = 65534;
+    protectSystemFiles();
+    if (access(file, W_OK) != 0)
+        return;
+    const bool isNobody = setgroups(0, nullptr) == 0 && setgid(nobody) == 0 && setuid(nobody) == 0;
+    if (!isNobody || access(file, W_OK) == 0 || access(VXCONSOLE, X_OK) != 0)
+        _exit(cannotProtect);
+}
+
+/// What every run of the console begins with: the machine is safe from it, handlers that report may allocate, and the
+/// user's own settings do not matter.
+inline void setConsoleEnvironment() {
+    protectSystemFiles();
+    setenv("TSAN_OPTIONS", "report_signal_unsafe=0:halt_on_error=1", 0);
+    for (const char* name : {"VX_ROOT", "VX_MEM", "TZ"})
+        unsetenv(name);
+}
+
+/// Makes the process one that has to obey file permissions; what it runs from now on has to, too.
+inline void obeyPermissions() {
+    const unsigned long overrideAccess = 1;
+    const unsigned long overrideReading = 2;
+    if (geteuid() != 0)
+        return;
+    if (prctl(PR_CAPBSET_DROP, overrideAccess, 0, 0, 0) == 0 && prctl(PR_CAPBSET_DROP, overrideReading, 0, 0, 0) == 0)
+        return;
+    const unsigned int nobody = 65534;
+    if (setgid(nobody) != 0 || setuid(nobody) != 0)
+        _exit(126);
+}
+
+/// Runs the console with these arguments and `input` on a pipe as its standard input; `prepare` runs in its process
+/// before.
+///
+///     const test::ChildResult child = test::runConsole({"-c", "help"});
+///     EXPECT_EQ(child.status, 0);
+inline ChildResult runConsole(const std::vector<std::string>& arguments, const std::string& input = "",
+                              const std::function<void()>& prepare = {}) {
+    const std::vector<std::string> command = consoleCommand(arguments);
+    return runInChild([&] {
+        int ends[2];
+        if (pipe(ends) != 0)
+            _exit(126);
+        if (fork() == 0) {
+            close(ends[0]);
+            for (std::size_t sent = 0; sent < input.size();) {
+                const ssize_t count = write(ends[1], input.data() + sent, input.size() - sent);
+                if (count < 0 && errno != EINTR)
+                    break;
+                sent += count > 0 ? static_cast<std::size_t>(count) : 0;
+            }
+            _exit(0);
+        }
+        dup2(ends[0], STDIN_FILENO);
+        close(ends[0]);
+        close(ends[1]);
+        setConsoleEnvironment();
+        if (prepare)
+            prepare();
+        std::vector<char*> words;
+        for (const std::string& word : command)
+            words.push_back(const_cast<char*>(word.c_str()));
+        words.push_back(nullptr);
+        execvp(words[0], words.data());
+        _exit(127);
+    });
+}
+
+/// Runs one command.
+inline ChildResult runCommand(const std::string& command, const std::function<void()>& prepare = {}) {
+    return runConsole({"-c", command}, "", prepare);
+}
+
+} // namespace test
