@@ -39,7 +39,7 @@ inline Utf8Verdict referenceUtf8(const unsigned char* s, unsigned int len, const
         }
         if (static_cast<unsigned long long>(i) + count >= len) {
             unsigned int b[5] = {0, 0, 0, 0, 0};
-            for (unsigned int j = 0; j < 5 && i + j < len; ++j)
+            for (unsigned int j = 0; j < 5 && i + j < len && s[i + j] != 0; ++j)
                 b[j] = s[i + j];
             std::snprintf(log, sizeof log,
                           "isStringPrintableUtf8: partial UTF-8 character at end of string with i=%u, utfLen=%u: "
