@@ -10,8 +10,8 @@ namespace utility {
 
 namespace {
 
-const unsigned int TRACE_SWITCH = 292;
-const unsigned int DEFAULT_GROWTH = 20;
+const unsigned int traceSwitch = 292;
+const unsigned int defaultGrowth = 20;
 
 bool isCountable(unsigned int size, unsigned int grow, size_t elementSize) {
     unsigned int slots = 0;
@@ -34,7 +34,7 @@ void Array::truncate(unsigned int length) {
 
 void* Array::realloc(void* old, unsigned int* size, unsigned int grow, size_t elementSize) {
     if (grow == 0)
-        grow = DEFAULT_GROWTH;
+        grow = defaultGrowth;
     if (!isCountable(*size, grow, elementSize))
         VXUT_THROW(FAILURE_ARRAY_STORAGE, "");
 
@@ -42,17 +42,17 @@ void* Array::realloc(void* old, unsigned int* size, unsigned int grow, size_t el
     const size_t oldBytes = *size * elementSize;
     const size_t newBytes = newSize * elementSize;
     char* const block = static_cast<char*>(framework::Memory::StaticAlloc(newBytes));
-    VXUT_TRACE(TRACE_SWITCH, "growing array from %d to %d, old [%p], new [%p]", static_cast<int>(oldBytes),
+    VXUT_TRACE(traceSwitch, "growing array from %d to %d, old [%p], new [%p]", static_cast<int>(oldBytes),
                static_cast<int>(newBytes), old, static_cast<void*>(block));
     if (block == nullptr)
         VXUT_THROW(FAILURE_ARRAY_STORAGE, "");
 
     if (old != nullptr) {
-        VXUT_TRACE(TRACE_SWITCH, "copy from [%p] to [%p] of %d bytes", old, static_cast<void*>(block),
+        VXUT_TRACE(traceSwitch, "copy from [%p] to [%p] of %d bytes", old, static_cast<void*>(block),
                    static_cast<int>(oldBytes));
         std::memcpy(block, old, oldBytes);
         const size_t clearBytes = grow * elementSize;
-        VXUT_TRACE(TRACE_SWITCH, "clear memory at [%p], %d bytes", static_cast<void*>(block + oldBytes),
+        VXUT_TRACE(traceSwitch, "clear memory at [%p], %d bytes", static_cast<void*>(block + oldBytes),
                    static_cast<int>(clearBytes));
         std::memset(block + oldBytes, 0, clearBytes);
         framework::Memory::StaticFree(old);

@@ -26,18 +26,18 @@ const char* const DateTime::DT_ErrorMessages[3] = {"No Error", "Invalid Time Zon
 
 namespace {
 
-constexpr stringtoken DEBUG_DATE_TIME = 348;
-constexpr time_t INVALID_TIME = -1;
-constexpr int FIRST_TM_YEAR = 1900;
-constexpr int MONTHS_PER_YEAR = 12;
-constexpr int DAYS_PER_WEEK = 7;
-constexpr long SECONDS_PER_MINUTE = 60;
-constexpr long SECONDS_PER_HOUR = 60 * SECONDS_PER_MINUTE;
-constexpr long SECONDS_PER_DAY = 24 * SECONDS_PER_HOUR;
-constexpr long SECONDS_PER_WEEK = 7 * SECONDS_PER_DAY;
-constexpr std::size_t LONGEST_TEXT_READ = 128;
-constexpr int MOST_TOKENS = 20;
-constexpr std::size_t LONGEST_TEXT_WRITTEN = 128;
+constexpr stringtoken traceSwitch = 348;
+constexpr time_t invalidTime = -1;
+constexpr int firstTmYear = 1900;
+constexpr int monthsPerYear = 12;
+constexpr int daysPerWeek = 7;
+constexpr long secondsPerMinute = 60;
+constexpr long secondsPerHour = 60 * secondsPerMinute;
+constexpr long secondsPerDay = 24 * secondsPerHour;
+constexpr long secondsPerWeek = 7 * secondsPerDay;
+constexpr std::size_t longestTextRead = 128;
+constexpr int mostTokens = 20;
+constexpr std::size_t longestTextWritten = 128;
 
 static_assert(sizeof(time_t) == sizeof(long), "seconds are handed over as long");
 
@@ -61,9 +61,9 @@ struct WrittenFields {
 /// Puts a year and a month, counted from 0, into `fields`; whole years among the months are carried over so that
 /// nothing overflows. False when the year does not fit.
 bool setYearAndMonth(tm* fields, long long year, long long month) {
-    const long long tmYear = year - FIRST_TM_YEAR + month / MONTHS_PER_YEAR;
+    const long long tmYear = year - firstTmYear + month / monthsPerYear;
     fields->tm_year = clampTo<int>(tmYear);
-    fields->tm_mon = static_cast<int>(month % MONTHS_PER_YEAR);
+    fields->tm_mon = static_cast<int>(month % monthsPerYear);
     return fields->tm_year == tmYear;
 }
 
@@ -76,7 +76,7 @@ time_t localSeconds(tm* fields) {
 time_t localSeconds(const WrittenFields& written) {
     tm fields = {};
     if (!setYearAndMonth(&fields, written.year, written.month - 1LL))
-        return INVALID_TIME;
+        return invalidTime;
     fields.tm_mday = written.day;
     fields.tm_hour = written.hour;
     fields.tm_min = written.minute;
@@ -86,14 +86,14 @@ time_t localSeconds(const WrittenFields& written) {
 
 /// The local time; false, with all fields 0, when the platform or the year's `int` cannot express it.
 bool localFields(time_t seconds, tm* fields) {
-    if (localtime_r(&seconds, fields) != nullptr && fields->tm_year <= std::numeric_limits<int>::max() - FIRST_TM_YEAR)
+    if (localtime_r(&seconds, fields) != nullptr && fields->tm_year <= std::numeric_limits<int>::max() - firstTmYear)
         return true;
     *fields = tm();
     return false;
 }
 
 int yearOf(const tm& fields) {
-    return fields.tm_year + FIRST_TM_YEAR;
+    return fields.tm_year + firstTmYear;
 }
 
 int localField(time_t seconds, int tm::*field) {
@@ -106,7 +106,7 @@ int localField(time_t seconds, int tm::*field) {
 long long monthNumber(time_t seconds) {
     tm fields = {};
     localFields(seconds, &fields);
-    return static_cast<long long>(fields.tm_year) * MONTHS_PER_YEAR + fields.tm_mon;
+    return static_cast<long long>(fields.tm_year) * monthsPerYear + fields.tm_mon;
 }
 
 /// Numbers beyond `int` count as the nearest one, on every platform.
@@ -171,22 +171,22 @@ time_t shifted(time_t seconds, long n, long unit) {
 time_t shiftedByMonths(time_t seconds, long long years, long long months) {
     tm fields = {};
     if (!localFields(seconds, &fields))
-        return INVALID_TIME;
+        return invalidTime;
     long long year = 0;
     if (__builtin_add_overflow(years, yearOf(fields), &year))
-        return INVALID_TIME;
-    year += months / MONTHS_PER_YEAR;
+        return invalidTime;
+    year += months / monthsPerYear;
     if (clampTo<int>(year) != year)
-        return INVALID_TIME;
-    if (!setYearAndMonth(&fields, year, fields.tm_mon + months % MONTHS_PER_YEAR))
-        return INVALID_TIME;
+        return invalidTime;
+    if (!setYearAndMonth(&fields, year, fields.tm_mon + months % monthsPerYear))
+        return invalidTime;
     return localSeconds(&fields);
 }
 
 time_t midnight(time_t seconds, int daysLater) {
     tm fields = {};
     if (!localFields(seconds, &fields))
-        return INVALID_TIME;
+        return invalidTime;
     fields.tm_mday += daysLater;
     fields.tm_hour = 0;
     fields.tm_min = 0;
@@ -198,7 +198,7 @@ time_t merged(time_t date, time_t time) {
     tm fields = {};
     tm timeOfDay = {};
     if (!localFields(date, &fields) || !localFields(time, &timeOfDay))
-        return INVALID_TIME;
+        return invalidTime;
     fields.tm_hour = timeOfDay.tm_hour;
     fields.tm_min = timeOfDay.tm_min;
     fields.tm_sec = timeOfDay.tm_sec;
@@ -226,7 +226,7 @@ bool readRFC822(const char* text, time_t* seconds) {
     if (!setYearAndMonth(&fields, year, DateTime::MonthFromName(month)))
         return false;
     *seconds = timegm(&fields);
-    char written[LONGEST_TEXT_WRITTEN];
+    char written[longestTextWritten];
     if (gmtime_r(seconds, &fields) == nullptr)
         return false;
     writeRFC822InEnglish(fields, written, sizeof written);
@@ -262,7 +262,7 @@ private:
 
 /// The local fields of a time that has a text; false, with the empty text written, for any other.
 bool beginText(time_t seconds, tm* fields, const Destination& destination) {
-    if (seconds != INVALID_TIME && localFields(seconds, fields))
+    if (seconds != invalidTime && localFields(seconds, fields))
         return true;
     destination.write("%s", "");
     return false;
@@ -287,7 +287,7 @@ void writeISO(time_t seconds, const Destination& destination) {
 
 void writeRFC822(time_t seconds, const Destination& destination) {
     tm fields = {};
-    char text[LONGEST_TEXT_WRITTEN] = "";
+    char text[longestTextWritten] = "";
     if (gmtime_r(&seconds, &fields) == nullptr ||
         std::strftime(text, sizeof text, "%a, %d %b %Y %H:%M:%S GMT", &fields) == 0)
         text[0] = 0;
@@ -329,46 +329,46 @@ DateTime::DateTime(long t) : m_time(t) {}
 
 DateTime::DateTime(int year, int month, int day, int hour, int minute, int second)
     : m_time(localSeconds({year, month, day, hour, minute, second})) {
-    if (m_time == INVALID_TIME)
+    if (m_time == invalidTime)
         VXUT_THROW_FLAGGED(FAILURE_DATE, DT_ErrorMessages[2], false);
 }
 
 DateTime::DateTime(int year, int month, int day) : m_time(localSeconds({year, month, day, 0, 0, 0})) {
-    if (m_time == INVALID_TIME)
+    if (m_time == invalidTime)
         VXUT_THROW_FLAGGED(FAILURE_DATE, DT_ErrorMessages[2], false);
 }
 
-DateTime::DateTime(tm* fields) : m_time(fields != nullptr ? mktime(fields) : INVALID_TIME) {
-    if (m_time == INVALID_TIME)
+DateTime::DateTime(tm* fields) : m_time(fields != nullptr ? mktime(fields) : invalidTime) {
+    if (m_time == invalidTime)
         VXUT_THROW_FLAGGED(FAILURE_DATE, DT_ErrorMessages[2], false);
 }
 
 DateTime::DateTime(const char* text) : m_time(0) {
     if (text == nullptr || *text == 0)
         return;
-    char work[LONGEST_TEXT_READ + 1] = {};
-    memccpy(work, text, 0, LONGEST_TEXT_READ);
-    char* tokens[MOST_TOKENS];
+    char work[longestTextRead + 1] = {};
+    memccpy(work, text, 0, longestTextRead);
+    char* tokens[mostTokens];
     WrittenFields written = {};
     if (std::strchr(text, '-') != nullptr) {
-        const int count = Misc::parseTokens(tokens, MOST_TOKENS, work, " :-\t");
+        const int count = Misc::parseTokens(tokens, mostTokens, work, " :-\t");
         if (count == 0)
             return;
         if (count != 6)
             VXUT_THROW_FLAGGED(FAILURE_DATE, DT_ErrorMessages[2], false);
         written = fieldsOfISOTokens(tokens);
     } else {
-        const int count = Misc::parseTokens(tokens, MOST_TOKENS, work, " :\t");
+        const int count = Misc::parseTokens(tokens, mostTokens, work, " :\t");
         if (count == 0)
             return;
         if (count != 7 || MonthFromName(tokens[1]) < January)
             VXUT_THROW_FLAGGED(FAILURE_DATE, DT_ErrorMessages[2], false);
         written = fieldsOfClassicTokens(tokens);
     }
-    VXUT_TRACE(DEBUG_DATE_TIME, "DateTime: Year %d Month %d Day %d Hour %d Minute %d Seconds %d", written.year,
+    VXUT_TRACE(traceSwitch, "DateTime: Year %d Month %d Day %d Hour %d Minute %d Seconds %d", written.year,
                written.month, written.day, written.hour, written.minute, written.second);
     m_time = localSeconds(written);
-    if (m_time == INVALID_TIME)
+    if (m_time == invalidTime)
         VXUT_THROW_FLAGGED(FAILURE_DATE, DT_ErrorMessages[2], false);
 }
 
@@ -386,7 +386,7 @@ DateTime DateTime::fromRFC822(const char* text) {
 }
 
 DateTime DateTime::Invalid() {
-    return DateTime(INVALID_TIME);
+    return DateTime(invalidTime);
 }
 
 DateTime DateTime::Now() {
@@ -405,7 +405,7 @@ void DateTime::ClockTime(timespec* time) {
 
 DateTime DateTime::Merge(DateTime date, DateTime time) {
     const time_t seconds = merged(date.m_time, time.m_time);
-    if (seconds == INVALID_TIME)
+    if (seconds == invalidTime)
         VXUT_THROW_FLAGGED(FAILURE_DATE, DT_ErrorMessages[2], false);
     return DateTime(seconds);
 }
@@ -424,19 +424,19 @@ DateTime DateTime::AddSeconds(long n) const {
 }
 
 DateTime DateTime::AddMinutes(long n) const {
-    return DateTime(shifted(m_time, n, SECONDS_PER_MINUTE));
+    return DateTime(shifted(m_time, n, secondsPerMinute));
 }
 
 DateTime DateTime::AddHours(long n) const {
-    return DateTime(shifted(m_time, n, SECONDS_PER_HOUR));
+    return DateTime(shifted(m_time, n, secondsPerHour));
 }
 
 DateTime DateTime::AddDays(long n) const {
-    return DateTime(shifted(m_time, n, SECONDS_PER_DAY));
+    return DateTime(shifted(m_time, n, secondsPerDay));
 }
 
 DateTime DateTime::AddWeeks(long n) const {
-    return DateTime(shifted(m_time, n, SECONDS_PER_WEEK));
+    return DateTime(shifted(m_time, n, secondsPerWeek));
 }
 
 DateTime DateTime::AddMonths(long n) const {
@@ -452,19 +452,19 @@ int DateTime::SecondsSpan(const DateTime& other) const {
 }
 
 int DateTime::MinutesSpan(const DateTime& other) const {
-    return clampTo<int>(difference(other.m_time, m_time) / SECONDS_PER_MINUTE);
+    return clampTo<int>(difference(other.m_time, m_time) / secondsPerMinute);
 }
 
 int DateTime::HoursSpan(const DateTime& other) const {
-    return clampTo<int>(difference(other.m_time, m_time) / SECONDS_PER_HOUR);
+    return clampTo<int>(difference(other.m_time, m_time) / secondsPerHour);
 }
 
 int DateTime::DaysSpan(const DateTime& other) const {
-    return clampTo<int>(difference(other.m_time, m_time) / SECONDS_PER_DAY);
+    return clampTo<int>(difference(other.m_time, m_time) / secondsPerDay);
 }
 
 int DateTime::WeeksSpan(const DateTime& other) const {
-    return clampTo<int>(difference(other.m_time, m_time) / SECONDS_PER_WEEK);
+    return clampTo<int>(difference(other.m_time, m_time) / secondsPerWeek);
 }
 
 int DateTime::MonthsSpan(const DateTime& other) const {
@@ -502,27 +502,27 @@ int DateTime::DaysInYear(int year) {
 }
 
 const char* DateTime::WeekdayName(Weekday weekday) {
-    return nameAt(weekday, m_weekdayNames, DAYS_PER_WEEK);
+    return nameAt(weekday, m_weekdayNames, daysPerWeek);
 }
 
 const char* DateTime::ShortWeekdayName(Weekday weekday) {
-    return nameAt(weekday, m_shortWeekdayNames, DAYS_PER_WEEK);
+    return nameAt(weekday, m_shortWeekdayNames, daysPerWeek);
 }
 
 const char* DateTime::MonthName(Month month) {
-    return nameAt(month, m_monthNames, MONTHS_PER_YEAR);
+    return nameAt(month, m_monthNames, monthsPerYear);
 }
 
 const char* DateTime::ShortMonthName(Month month) {
-    return nameAt(month, m_shortMonthNames, MONTHS_PER_YEAR);
+    return nameAt(month, m_shortMonthNames, monthsPerYear);
 }
 
 DateTime::Weekday DateTime::WeekdayFromName(const char* name) {
-    return static_cast<Weekday>(indexOfName(name, m_weekdayNames, m_shortWeekdayNames, DAYS_PER_WEEK));
+    return static_cast<Weekday>(indexOfName(name, m_weekdayNames, m_shortWeekdayNames, daysPerWeek));
 }
 
 DateTime::Month DateTime::MonthFromName(const char* name) {
-    return static_cast<Month>(indexOfName(name, m_monthNames, m_shortMonthNames, MONTHS_PER_YEAR));
+    return static_cast<Month>(indexOfName(name, m_monthNames, m_shortMonthNames, monthsPerYear));
 }
 
 int DateTime::getYear() const {
@@ -568,7 +568,7 @@ DateTime DateTime::getDate() const {
 
 DateTime DateTime::getNextMinute() const {
     // A leap second belongs to the minute before it.
-    return AddSeconds(SECONDS_PER_MINUTE - std::min(getSecond(), 59));
+    return AddSeconds(secondsPerMinute - std::min(getSecond(), 59));
 }
 
 DateTime DateTime::getNextDay() const {
@@ -576,7 +576,7 @@ DateTime DateTime::getNextDay() const {
 }
 
 bool DateTime::getEpochValid() const {
-    return m_time != INVALID_TIME;
+    return m_time != invalidTime;
 }
 
 char* DateTime::ToBuf(char* buf, int size) const {

@@ -10,9 +10,9 @@ namespace utility {
 
 namespace {
 
-const unsigned int TRACE_SWITCH = 4395;
-const unsigned int PAGE_SHIFT = 12;
-const unsigned int BYTES_PER_PAGE = 1U << PAGE_SHIFT;
+const unsigned int traceSwitch = 4395;
+const unsigned int pageShift = 12;
+const unsigned int bytesPerPage = 1U << pageShift;
 
 /// Where a byte lies, and how many bytes its page has from there on.
 struct Place {
@@ -21,7 +21,7 @@ struct Place {
     unsigned int length;
 
     explicit Place(unsigned int position)
-        : page(position >> PAGE_SHIFT), offset(position & (BYTES_PER_PAGE - 1)), length(BYTES_PER_PAGE - offset) {}
+        : page(position >> pageShift), offset(position & (bytesPerPage - 1)), length(bytesPerPage - offset) {}
 };
 
 } // namespace
@@ -29,11 +29,11 @@ struct Place {
 DynamicStream::DynamicStream(int maxSize)
     : m_maxSize(static_cast<unsigned int>(std::max(maxSize, 0))),
       m_pages(nullptr),
-      m_maxPages((m_maxSize >> PAGE_SHIFT) + 1),
+      m_maxPages((m_maxSize >> pageShift) + 1),
       m_pageCount(0),
       m_outputCount(0),
       m_inputCount(0) {
-    VXUT_TRACE(TRACE_SWITCH, "maxPages: %d", m_maxPages);
+    VXUT_TRACE(traceSwitch, "maxPages: %d", m_maxPages);
     m_pages = static_cast<char**>(framework::Memory::StaticAlloc(m_maxPages * sizeof(char*)));
     if (m_pages == nullptr)
         m_maxPages = 0;
@@ -67,7 +67,7 @@ bool DynamicStream::StartOutputStream() {
 void DynamicStream::EndOutputStream() {}
 
 bool DynamicStream::SendOutputStream(const char* data, unsigned int size) {
-    VXUT_TRACE(TRACE_SWITCH, "size: %d", size);
+    VXUT_TRACE(traceSwitch, "size: %d", size);
     if (m_outputCount >= m_maxSize) {
         VXUT_LOG(framework::Logger::LOG_ERROR, "not enough room");
         return false;
@@ -77,12 +77,12 @@ bool DynamicStream::SendOutputStream(const char* data, unsigned int size) {
 
     while (size > 0) {
         const unsigned int available = m_maxSize - m_outputCount;
-        VXUT_TRACE(TRACE_SWITCH, "available: %d", available);
+        VXUT_TRACE(traceSwitch, "available: %d", available);
         if (available == 0)
             return false;
 
         const Place at(m_outputCount);
-        VXUT_TRACE(TRACE_SWITCH, "page: %d, offset: %d, length: %d", at.page, at.offset, at.length);
+        VXUT_TRACE(traceSwitch, "page: %d, offset: %d, length: %d", at.page, at.offset, at.length);
         if (m_pageCount < at.page) {
             VXUT_LOG(framework::Logger::LOG_ERROR, "out of bounds on dynamic stream");
             return false;
@@ -92,7 +92,7 @@ bool DynamicStream::SendOutputStream(const char* data, unsigned int size) {
                 VXUT_LOG(framework::Logger::LOG_ERROR, "tried to write past the end of the max for a dynamic stream");
                 return false;
             }
-            VXUT_TRACE(TRACE_SWITCH, "allocating page: %d", m_pageCount);
+            VXUT_TRACE(traceSwitch, "allocating page: %d", m_pageCount);
             if (!allocatePage()) {
                 VXUT_LOG(framework::Logger::LOG_ERROR, "no memory for page: %d", m_pageCount);
                 return false;
@@ -107,7 +107,7 @@ bool DynamicStream::SendOutputStream(const char* data, unsigned int size) {
                      at.page, at.offset, at.length, size, m_inputCount, m_outputCount);
             return false;
         }
-        VXUT_TRACE(TRACE_SWITCH,
+        VXUT_TRACE(traceSwitch,
                    "transfer: %d, page: %d, offset: %d, length: %d, size: %d, inputCount: %d, outputCount: %d", count,
                    at.page, at.offset, at.length, size, m_inputCount, m_outputCount);
         std::memcpy(m_pages[at.page] + at.offset, data, count);
@@ -119,7 +119,7 @@ bool DynamicStream::SendOutputStream(const char* data, unsigned int size) {
 }
 
 bool DynamicStream::allocatePage() {
-    char* const page = static_cast<char*>(framework::Memory::StaticAlloc(BYTES_PER_PAGE));
+    char* const page = static_cast<char*>(framework::Memory::StaticAlloc(bytesPerPage));
     if (page == nullptr)
         return false;
     m_pages[m_pageCount] = page;
@@ -149,7 +149,7 @@ void DynamicStream::EndInputStream() {
 }
 
 int DynamicStream::ReceiveInputStream(char* buffer, unsigned int size) {
-    VXUT_TRACE(TRACE_SWITCH, "size: %d", size);
+    VXUT_TRACE(traceSwitch, "size: %d", size);
     if (m_inputCount >= m_outputCount)
         return -1;
     if (buffer == nullptr)
@@ -159,7 +159,7 @@ int DynamicStream::ReceiveInputStream(char* buffer, unsigned int size) {
     while (size > 0 && m_inputCount < m_outputCount) {
         const unsigned int unread = m_outputCount - m_inputCount;
         const Place at(m_inputCount);
-        VXUT_TRACE(TRACE_SWITCH, "page: %d, offset: %d, length: %d", at.page, at.offset, at.length);
+        VXUT_TRACE(traceSwitch, "page: %d, offset: %d, length: %d", at.page, at.offset, at.length);
         const unsigned int count = std::min(at.length, std::min(size, unread));
         // Without progress the loop would not end.
         if (count == 0) {
@@ -168,7 +168,7 @@ int DynamicStream::ReceiveInputStream(char* buffer, unsigned int size) {
                      at.page, at.offset, at.length, size, m_inputCount, m_outputCount);
             return -1;
         }
-        VXUT_TRACE(TRACE_SWITCH,
+        VXUT_TRACE(traceSwitch,
                    "transfer: %d, page: %d, offset: %d, length: %d, size: %d, inputCount: %d, outputCount: %d", count,
                    at.page, at.offset, at.length, size, m_inputCount, m_outputCount);
         std::memcpy(buffer, m_pages[at.page] + at.offset, count);

@@ -9,7 +9,7 @@ namespace utility {
 
 namespace {
 
-const int NO_SLOT = -1;
+const int noSlot = -1;
 
 // A free slot holds the number of the next one where a taken slot holds its string.
 char* linkTo(int slot) {
@@ -35,10 +35,10 @@ struct FastStringDirectory::SortedStrings {
 FastStringDirectory::FastStringDirectory(int initialCapacity)
     : StringDirectory(initialCapacity),
       m_sorted(static_cast<unsigned int>(std::max(initialCapacity, 0))),
-      m_firstFree(NO_SLOT) {}
+      m_firstFree(noSlot) {}
 
 FastStringDirectory::~FastStringDirectory() {
-    while (m_firstFree != NO_SLOT) {
+    while (m_firstFree != noSlot) {
         char*& value = m_strings[static_cast<unsigned int>(m_firstFree)];
         m_firstFree = linkedSlot(value);
         value = nullptr;
@@ -49,7 +49,7 @@ int FastStringDirectory::Add(const char* s) {
     if (s == nullptr || m_index.isFull())
         return -1;
     const int position = m_index.insertionPoint(s, SortedStrings{*this});
-    const bool wasFree = m_firstFree != NO_SLOT;
+    const bool wasFree = m_firstFree != noSlot;
     const int slot = takeSlot(s);
     if (slot < 0)
         return -1;
@@ -64,7 +64,7 @@ int FastStringDirectory::Add(const char* s) {
 }
 
 int FastStringDirectory::takeSlot(const char* s) {
-    if (m_firstFree == NO_SLOT)
+    if (m_firstFree == noSlot)
         return StringDirectory::Add(s);
     char* const copy = framework::Memory::StaticAllocString(s);
     if (copy == nullptr)
@@ -117,7 +117,7 @@ const char* FastStringDirectory::ElementAt(int slot) {
 }
 
 bool FastStringDirectory::isFreeSlot(const char* value) const {
-    return value == linkTo(NO_SLOT) || reinterpret_cast<std::uintptr_t>(value) < m_strings.length();
+    return value == linkTo(noSlot) || reinterpret_cast<std::uintptr_t>(value) < m_strings.length();
 }
 
 } // namespace utility

@@ -14,8 +14,8 @@ namespace utility {
 
 namespace {
 
-const unsigned int GROUPS = 8;
-const size_t LONGEST_TEXT = 65534; // with its terminator, what 16 bits count
+const unsigned int groupCount = 8;
+const size_t longestText = 65534; // with its terminator, what 16 bits count
 
 char* upperCaseCopy(const char* text, uint16_t length) {
     char* const copy = static_cast<char*>(framework::Memory::StaticAlloc(length + 1ul));
@@ -60,7 +60,7 @@ bool IPV6Address::fromString(const char* text) {
     if (text == nullptr)
         return true;
     const size_t length = std::strlen(text);
-    if (length > LONGEST_TEXT)
+    if (length > longestText)
         return false;
     char* const copy = upperCaseCopy(text, static_cast<uint16_t>(length));
     if (copy == nullptr)
@@ -93,7 +93,7 @@ void IPV6Address::set(unsigned char* bytes) {
 }
 
 unsigned short IPV6Address::getHexChunk(unsigned char i) {
-    if (i >= GROUPS)
+    if (i >= groupCount)
         return 0;
     return m_groups[i];
 }
@@ -120,7 +120,7 @@ int IPV6Address::compare(const IPV6Address& other) const {
 
 unsigned int IPV6Address::hash(unsigned int mask) const {
     unsigned int sum = 0;
-    for (unsigned int i = 0; i < GROUPS - 1; ++i)
+    for (unsigned int i = 0; i < groupCount - 1; ++i)
         sum += m_groups[i];
     return sum & mask;
 }
@@ -134,7 +134,7 @@ bool IPV6Address::areZero(unsigned int groups) const {
 }
 
 bool IPV6Address::isV4() {
-    return areZero(GROUPS - 2) && !isZero();
+    return areZero(groupCount - 2) && !isZero();
 }
 
 bool IPV6Address::isValid() const {
@@ -142,7 +142,7 @@ bool IPV6Address::isValid() const {
 }
 
 bool IPV6Address::isZero() const {
-    return areZero(GROUPS);
+    return areZero(groupCount);
 }
 
 } // namespace utility

@@ -11,16 +11,16 @@ namespace utility {
 
 namespace {
 
-const unsigned int TRACE_SWITCH = 442;
-const unsigned int GROWTH = 20;
+const unsigned int traceSwitch = 442;
+const unsigned int growth = 20;
 
 } // namespace
 
-IntArray::IntArray(unsigned int capacity) : Array(GROWTH) {
+IntArray::IntArray(unsigned int capacity) : Array(growth) {
     m_block = realloc(nullptr, &m_size, capacity, sizeof(int));
 }
 
-IntArray::IntArray(const IntArray& other) : Array(GROWTH) {
+IntArray::IntArray(const IntArray& other) : Array(growth) {
     m_block = realloc(nullptr, &m_size, other.size(), sizeof(int));
     std::memcpy(m_block, other.m_block, other.length() * sizeof(int));
     m_length = other.length();
@@ -32,26 +32,26 @@ IntArray::~IntArray() {
 
 void IntArray::growWhenFull() {
     if (m_length >= m_size)
-        m_block = realloc(m_block, &m_size, GROWTH, sizeof(int));
+        m_block = realloc(m_block, &m_size, growth, sizeof(int));
 }
 
 void IntArray::Append(int value) {
     growWhenFull();
-    VXUT_TRACE(TRACE_SWITCH, "Appending [%d] at %d", value, m_length);
+    VXUT_TRACE(traceSwitch, "Appending [%d] at %d", value, m_length);
     slots()[m_length] = value;
     ++m_length;
 }
 
 void IntArray::InsertAt(unsigned int index, int value) {
-    VXUT_TRACE_ENTER(TRACE_SWITCH);
+    VXUT_TRACE_ENTER(traceSwitch);
     if (index > m_length)
         VXUT_THROW(FAILURE_INDEX, "");
     growWhenFull();
     for (unsigned int to = m_length; to > index; --to) {
-        VXUT_TRACE(TRACE_SWITCH, "moving from %d to %d", to - 1, to);
+        VXUT_TRACE(traceSwitch, "moving from %d to %d", to - 1, to);
         slots()[to] = slots()[to - 1];
     }
-    VXUT_TRACE(TRACE_SWITCH, "setting %d = %d", index, value);
+    VXUT_TRACE(traceSwitch, "setting %d = %d", index, value);
     slots()[index] = value;
     ++m_length;
 }

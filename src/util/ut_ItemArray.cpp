@@ -14,17 +14,17 @@ namespace utility {
 
 namespace {
 
-const unsigned int TRACE_SWITCH = 444;
-const unsigned int GROWTH = 20;
-const unsigned int NOT_FOUND = 0xFFFFFFFF;
+const unsigned int traceSwitch = 444;
+const unsigned int growth = 20;
+const unsigned int notFound = 0xFFFFFFFF;
 
 } // namespace
 
-ItemArray::ItemArray(unsigned int capacity) : Array(GROWTH) {
+ItemArray::ItemArray(unsigned int capacity) : Array(growth) {
     m_block = realloc(nullptr, &m_size, capacity, sizeof(framework::Item*));
 }
 
-ItemArray::ItemArray(const ItemArray& other) : Array(GROWTH) {
+ItemArray::ItemArray(const ItemArray& other) : Array(growth) {
     m_block = realloc(nullptr, &m_size, other.size(), sizeof(framework::Item*));
     std::memcpy(m_block, other.m_block, other.length() * sizeof(framework::Item*));
     m_length = other.length();
@@ -36,26 +36,26 @@ ItemArray::~ItemArray() {
 
 void ItemArray::growWhenFull() {
     if (m_length >= m_size)
-        m_block = realloc(m_block, &m_size, GROWTH, sizeof(framework::Item*));
+        m_block = realloc(m_block, &m_size, growth, sizeof(framework::Item*));
 }
 
 void ItemArray::Append(framework::Item* item) {
     growWhenFull();
-    VXUT_TRACE(TRACE_SWITCH, "Appending [%p] at %d", static_cast<void*>(item), m_length);
+    VXUT_TRACE(traceSwitch, "Appending [%p] at %d", static_cast<void*>(item), m_length);
     slots()[m_length] = item;
     ++m_length;
 }
 
 void ItemArray::InsertAt(unsigned int index, framework::Item* item) {
-    VXUT_TRACE_ENTER(TRACE_SWITCH);
+    VXUT_TRACE_ENTER(traceSwitch);
     if (index > m_length)
         VXUT_THROW(FAILURE_INDEX, "");
     growWhenFull();
     for (unsigned int to = m_length; to > index; --to) {
-        VXUT_TRACE(TRACE_SWITCH, "moving from %d to %d", to - 1, to);
+        VXUT_TRACE(traceSwitch, "moving from %d to %d", to - 1, to);
         slots()[to] = slots()[to - 1];
     }
-    VXUT_TRACE(TRACE_SWITCH, "setting %d = %p", index, static_cast<void*>(item));
+    VXUT_TRACE(traceSwitch, "setting %d = %p", index, static_cast<void*>(item));
     slots()[index] = item;
     ++m_length;
 }
@@ -89,7 +89,7 @@ framework::Item* const& ItemArray::operator[](unsigned int index) const {
 void ItemArray::Append(ItemArray& other) {
     const unsigned int count = other.length();
     if (uint64_t{m_length} + count >= m_size)
-        m_block = realloc(m_block, &m_size, std::max(GROWTH, count), sizeof(framework::Item*));
+        m_block = realloc(m_block, &m_size, std::max(growth, count), sizeof(framework::Item*));
     for (unsigned int index = 0; index < count; ++index)
         Append(other.slots()[index]);
 }
@@ -99,7 +99,7 @@ unsigned int ItemArray::Find(framework::Item* item) const {
         if (slots()[index] == item)
             return index;
     }
-    return NOT_FOUND;
+    return notFound;
 }
 
 } // namespace utility

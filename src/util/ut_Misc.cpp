@@ -49,10 +49,10 @@ Value fromHexString(const char* text) {
     return value;
 }
 
-constexpr unsigned long long TOP_DIVISOR = 1000000000000000000U;
-constexpr int TOP_POSITION = 19;
-constexpr const char* CAPACITY_UNITS[] = {" EB", " PB", " TB", " GB", " MB", " kB", ""};
-constexpr int NO_UNIT = 6;
+constexpr unsigned long long topDivisor = 1000000000000000000U;
+constexpr int topPosition = 19;
+constexpr const char* capacityUnits[] = {" EB", " PB", " TB", " GB", " MB", " kB", ""};
+constexpr int noUnit = 6;
 
 /// Without a sign, the most negative value too.
 unsigned long long magnitude(long long v) {
@@ -67,9 +67,9 @@ char digitAt(unsigned long long v, unsigned long long divisor) {
 /// Writes the first `digits` digits of `v` with ',' and '.' between the groups. The result says which unit they are in.
 int putCapacity(BufferStream& out, unsigned long long v, int digits) {
     int unit = 0;
-    int position = TOP_POSITION;
+    int position = topPosition;
     bool started = false;
-    for (unsigned long long divisor = TOP_DIVISOR; divisor > 0 && digits > 0; divisor /= 10, --position) {
+    for (unsigned long long divisor = topDivisor; divisor > 0 && digits > 0; divisor /= 10, --position) {
         const char digit = digitAt(v, divisor);
         if (position % 3 == 0 && digits >= 3) {
             if (started)
@@ -176,9 +176,9 @@ char* Misc::toDecimal(long long v, char* buf, int size) {
     }
     if (v < 0)
         out.PutC('-');
-    int position = TOP_POSITION;
+    int position = topPosition;
     bool started = false;
-    for (unsigned long long divisor = TOP_DIVISOR; divisor > 0; divisor /= 10, --position) {
+    for (unsigned long long divisor = topDivisor; divisor > 0; divisor /= 10, --position) {
         const char digit = digitAt(magnitude(v), divisor);
         if (started && position % 3 == 0)
             out.PutC(',');
@@ -196,7 +196,7 @@ char* Misc::toDSdecimal(long v, int digits, char* buf, int size) {
 
 char* Misc::toDSdecimal(long long v, int digits, char* buf, int size) {
     BufferStream out(buf, size, false);
-    int unit = NO_UNIT;
+    int unit = noUnit;
     if (v == 0) {
         out.PutC('0');
     } else {
@@ -204,7 +204,7 @@ char* Misc::toDSdecimal(long long v, int digits, char* buf, int size) {
             out.PutC('-');
         unit = putCapacity(out, magnitude(v), std::max(digits, 3));
     }
-    out.PutF("%s", CAPACITY_UNITS[unit]);
+    out.PutF("%s", capacityUnits[unit]);
     return buf;
 }
 

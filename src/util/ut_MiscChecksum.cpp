@@ -34,16 +34,16 @@ constexpr unsigned char Misc::m_crc_array[256] = {
 
 namespace {
 
-constexpr std::size_t CRC_STRIDE = 8;
+constexpr std::size_t crcStride = 8;
 
 /// Look-ups for a whole stride at once: `entries[n][i]` is the remainder of `i` with `n` zero bytes behind it.
 struct CrcTables {
-    unsigned char entries[CRC_STRIDE][256] = {};
+    unsigned char entries[crcStride][256] = {};
 
     constexpr explicit CrcTables(const unsigned char (&first)[256]) {
         for (std::size_t i = 0; i < 256; ++i) {
             unsigned char crc = first[i];
-            for (std::size_t n = 0; n < CRC_STRIDE; ++n) {
+            for (std::size_t n = 0; n < crcStride; ++n) {
                 entries[n][i] = crc;
                 crc = first[crc];
             }
@@ -67,8 +67,8 @@ constexpr bool isCrcPeriod(const unsigned char (&table)[256], std::size_t bytes)
 
 // Bytes that lie a multiple of the period apart count alike. So do the strides of blocks of as many strides, and long
 // data shrinks to one block by exclusive or.
-constexpr std::size_t CRC_PERIOD = 127;
-static_assert(isCrcPeriod(Misc::m_crc_array, CRC_PERIOD), "long data may not be folded");
+constexpr std::size_t crcPeriod = 127;
+static_assert(isCrcPeriod(Misc::m_crc_array, crcPeriod), "long data may not be folded");
 
 inline unsigned char crcOfFewBytes(const unsigned char* bytes, std::size_t length, unsigned char crc) {
     for (std::size_t i = 0; i < length; ++i)
@@ -96,7 +96,7 @@ inline unsigned char crcOfSingleBytes(const unsigned char*& b, std::size_t lengt
 
 [[gnu::noinline]] unsigned char crcOfStrides(const unsigned char* b, std::size_t strides, unsigned char crc) {
     const auto& t = crcTables.entries;
-    for (; strides > 0; --strides, b += CRC_STRIDE) {
+    for (; strides > 0; --strides, b += crcStride) {
         // Only one look-up waits for the remainder before.
         const int others = t[6][b[1]] ^ t[5][b[2]] ^ t[4][b[3]] ^ t[3][b[4]] ^ t[2][b[5]] ^ t[1][b[6]] ^ t[0][b[7]];
         crc = static_cast<unsigned char>(t[7][crc ^ b[0]] ^ others);
@@ -105,19 +105,19 @@ inline unsigned char crcOfSingleBytes(const unsigned char*& b, std::size_t lengt
 }
 
 [[gnu::noinline]] unsigned char crcOfManyStrides(const unsigned char* bytes, std::size_t strides, unsigned char crc) {
-    uint64_t folded[CRC_PERIOD] = {};
-    static_assert(sizeof folded[0] == CRC_STRIDE);
-    for (; strides >= CRC_PERIOD; strides -= CRC_PERIOD) {
+    uint64_t folded[crcPeriod] = {};
+    static_assert(sizeof folded[0] == crcStride);
+    for (; strides >= crcPeriod; strides -= crcPeriod) {
         for (uint64_t& word : folded) {
             uint64_t next;
             std::memcpy(&next, bytes, sizeof next);
             word ^= next;
-            bytes += CRC_STRIDE;
+            bytes += crcStride;
         }
     }
     unsigned char block[sizeof folded];
     std::memcpy(block, folded, sizeof block);
-    return crcOfStrides(bytes, strides, crcOfStrides(block, CRC_PERIOD, crc));
+    return crcOfStrides(bytes, strides, crcOfStrides(block, crcPeriod, crc));
 }
 
 void md5(const char* data, std::size_t length, unsigned char (&digest)[16]) {
@@ -135,8 +135,8 @@ const char* textOrEmpty(const char* text) {
     return text != nullptr ? text : "";
 }
 
-constexpr char PASSWORD_TEMPLATE[] = "hz%swm%sgt%sk!";
-constexpr int HEX_DIGITS = 32;
+constexpr char passwordTemplate[] = "hz%swm%sgt%sk!";
+constexpr int hexDigits = 32;
 
 } // namespace
 
@@ -152,11 +152,11 @@ unsigned char Misc::calc_crc(char* data, int len) {
     const std::size_t length = static_cast<std::size_t>(len);
     if (length < 4)
         return crcOfFewBytes(bytes, length, begin);
-    const std::size_t strides = length / CRC_STRIDE;
+    const std::size_t strides = length / crcStride;
     const unsigned char crc = crcOfSingleBytes(bytes, length, begin);
     if (strides == 0)
         return crc;
-    return strides < 2 * CRC_PERIOD ? crcOfStrides(bytes, strides, crc) : crcOfManyStrides(bytes, strides, crc);
+    return strides < 2 * crcPeriod ? crcOfStrides(bytes, strides, crc) : crcOfManyStrides(bytes, strides, crc);
 }
 
 int Misc::calc_md5(const char* text, char* out, int size) {
@@ -185,16 +185,16 @@ char* Misc::calc_md5_hex(const char* data, int len, char* out, int size) {
 void Misc::genpw(const char* a, const char* b, const char* c, char* out, int size) {
     char text[256];
     BufferStream stream(text, sizeof text, false);
-    stream.PutF(PASSWORD_TEMPLATE, textOrEmpty(b), textOrEmpty(c), textOrEmpty(a));
-    char hex[HEX_DIGITS + 1];
+    stream.PutF(passwordTemplate, textOrEmpty(b), textOrEmpty(c), textOrEmpty(a));
+    char hex[hexDigits + 1];
     calc_md5(text, hex, sizeof hex);
 
     if (out == nullptr || size < 1)
         return;
     const int length = size - 1;
-    const int step = length > 0 ? std::max(HEX_DIGITS / length, 1) : HEX_DIGITS;
+    const int step = length > 0 ? std::max(hexDigits / length, 1) : hexDigits;
     int written = 0;
-    for (int i = 0; i < HEX_DIGITS && written < length; i += step)
+    for (int i = 0; i < hexDigits && written < length; i += step)
         out[written++] = hex[i];
     out[written] = 0;
 }

@@ -13,11 +13,11 @@ namespace {
 
 using framework::Logger;
 
-constexpr unsigned char FIRST_PRINTABLE = 32;
-constexpr unsigned char LAST_PRINTABLE = 126;
+constexpr unsigned char firstPrintable = 32;
+constexpr unsigned char lastPrintable = 126;
 
 bool isPrintableAscii(unsigned char c) {
-    return c >= FIRST_PRINTABLE && c <= LAST_PRINTABLE;
+    return c >= firstPrintable && c <= lastPrintable;
 }
 
 /// The ASCII characters that a text may contain, one bit each.
@@ -33,7 +33,7 @@ public:
     }
 
 private:
-    static constexpr uint64_t ALL_PRINTABLE[2] = {~uint64_t{0} << FIRST_PRINTABLE, ~uint64_t{0} >> 1};
+    static constexpr uint64_t allPrintable[2] = {~uint64_t{0} << firstPrintable, ~uint64_t{0} >> 1};
 
     void remove(const char* disallowed) {
         for (; disallowed != nullptr && *disallowed != 0; ++disallowed) {
@@ -51,13 +51,13 @@ private:
         }
     }
 
-    uint64_t m_bits[2] = {ALL_PRINTABLE[0], ALL_PRINTABLE[1]};
+    uint64_t m_bits[2] = {allPrintable[0], allPrintable[1]};
 };
 
-constexpr unsigned int BLOCK_SIZE = 64;
-constexpr unsigned int LOOK_BEHIND = 3;
-constexpr uint64_t EACH_BYTE = 0x0101010101010101U;
-constexpr uint64_t TOP_BITS = EACH_BYTE << 7;
+constexpr unsigned int blockSize = 64;
+constexpr unsigned int lookBehind = 3;
+constexpr uint64_t eachByte = 0x0101010101010101U;
+constexpr uint64_t topBits = eachByte << 7;
 
 uint64_t loadWord(const unsigned char* bytes) {
     uint64_t word;
@@ -67,7 +67,7 @@ uint64_t loadWord(const unsigned char* bytes) {
 
 /// Not 0 when one of the eight bytes is not printable ASCII.
 uint64_t unprintable(uint64_t word) {
-    return ((word - EACH_BYTE * FIRST_PRINTABLE) | (word + EACH_BYTE) | word) & TOP_BITS;
+    return ((word - eachByte * firstPrintable) | (word + eachByte) | word) & topBits;
 }
 
 /// Whether the text before `at` ends with a whole character, given that it is good.
@@ -79,7 +79,7 @@ bool isPrintableBlock(const unsigned char* block) {
     if (!isBehindCharacter(block))
         return false;
     uint64_t found = 0;
-    for (std::size_t i = 0; i < BLOCK_SIZE; i += 8)
+    for (std::size_t i = 0; i < blockSize; i += 8)
         found |= unprintable(loadWord(block + i));
     return found == 0;
 }
@@ -94,16 +94,16 @@ public:
         for (; allowedControls != nullptr && *allowedControls != 0 && count < 3; ++allowedControls) {
             const unsigned char c = static_cast<unsigned char>(*allowedControls);
             if (c < 128)
-                m_allowed[count++] = EACH_BYTE * c;
+                m_allowed[count++] = eachByte * c;
         }
     }
 
     /// The text before the block must be good, and may end within a character, as the block may.
     bool lets(const unsigned char* block) const {
         uint64_t doubt = 0;
-        for (std::size_t i = 0; i < BLOCK_SIZE; i += 8)
+        for (std::size_t i = 0; i < blockSize; i += 8)
             doubt |= misplaced(block + i) | control(loadWord(block + i));
-        return (doubt & TOP_BITS) == 0;
+        return (doubt & topBits) == 0;
     }
 
 private:
@@ -125,14 +125,14 @@ private:
     }
 
     uint64_t control(uint64_t word) const {
-        const uint64_t low = word & ~TOP_BITS;
-        uint64_t controls = ~(low + EACH_BYTE * (128 - FIRST_PRINTABLE)) | (low + EACH_BYTE);
+        const uint64_t low = word & ~topBits;
+        uint64_t controls = ~(low + eachByte * (128 - firstPrintable)) | (low + eachByte);
         for (const uint64_t allowed : m_allowed)
-            controls &= (low ^ allowed) + EACH_BYTE * 0x7F;
+            controls &= (low ^ allowed) + eachByte * 0x7F;
         return controls & ~word;
     }
 
-    uint64_t m_allowed[3] = {EACH_BYTE * FIRST_PRINTABLE, EACH_BYTE* FIRST_PRINTABLE, EACH_BYTE* FIRST_PRINTABLE};
+    uint64_t m_allowed[3] = {eachByte * firstPrintable, eachByte* firstPrintable, eachByte* firstPrintable};
 };
 
 /// How many continuation bytes the first byte of a character announces; 0 for a byte that is no first byte.
@@ -215,7 +215,7 @@ unsigned int lengthOfCharacter(const unsigned char* text, unsigned int len, unsi
 unsigned int cleanLength(const unsigned char* text, unsigned int end, const char* disallowed) {
     if (disallowed == nullptr || *disallowed == 0)
         return end;
-    if (end < BLOCK_SIZE)
+    if (end < blockSize)
         return 0;
     for (; *disallowed != 0; ++disallowed) {
         const void* found =
@@ -230,12 +230,12 @@ unsigned int cleanLength(const unsigned char* text, unsigned int end, const char
 /// may not be whole; or `i`.
 unsigned int behindGoodBlocks(const unsigned char* text, unsigned int i, unsigned int end,
                               const char* allowedControls) {
-    if (end - i < BLOCK_SIZE)
+    if (end - i < blockSize)
         return i;
     const BlockJudge judge(allowedControls);
     const unsigned int begin = i;
-    while (end - i >= BLOCK_SIZE && (isPrintableBlock(text + i) || judge.lets(text + i)))
-        i += BLOCK_SIZE;
+    while (end - i >= blockSize && (isPrintableBlock(text + i) || judge.lets(text + i)))
+        i += blockSize;
     if (i == begin)
         return i;
     --i;
@@ -263,11 +263,11 @@ bool Misc::isStringPrintableUtf8(const char* s, unsigned int len, const char* di
     const unsigned int end = static_cast<unsigned int>(strnlen(s, len));
     const unsigned int clean = cleanLength(text, end, disallowed);
     unsigned int i = 0;
-    unsigned int skipFrom = LOOK_BEHIND;
+    unsigned int skipFrom = lookBehind;
     while (i < end) {
         if (i >= skipFrom && i < clean) {
             i = behindGoodBlocks(text, i, clean, allowedControls);
-            skipFrom = i + BLOCK_SIZE;
+            skipFrom = i + blockSize;
         }
         const unsigned int length = lengthOfCharacter(text, len, i, accepted);
         if (length == 0)

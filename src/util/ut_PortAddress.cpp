@@ -11,7 +11,7 @@ namespace utility {
 
 namespace {
 
-const unsigned int TRACE_SWITCH = 4499;
+const unsigned int traceSwitch = 4499;
 
 } // namespace
 
@@ -50,20 +50,20 @@ unsigned int PortAddress::PortTypeToNumeric(PortType type) {
 }
 
 PortAddress::PortType PortAddress::PortTypeFromLinkType(uint8_t linkType) {
-    VXUT_TRACE(TRACE_SWITCH, "link-type[%d]", linkType);
+    VXUT_TRACE(traceSwitch, "link-type[%d]", linkType);
     switch (linkType) {
     case 1:
     case 64:
     case 128:
-        VXUT_TRACE(TRACE_SWITCH, "iSCSI");
+        VXUT_TRACE(traceSwitch, "iSCSI");
         return PORT_ISCSI;
     case 2:
     case 8:
     case 16:
-        VXUT_TRACE(TRACE_SWITCH, "FC");
+        VXUT_TRACE(traceSwitch, "FC");
         return PORT_FC;
     default:
-        VXUT_TRACE(TRACE_SWITCH, "Undefined!");
+        VXUT_TRACE(traceSwitch, "Undefined!");
         return PORT_UNDEFINED;
     }
 }

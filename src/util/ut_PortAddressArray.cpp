@@ -15,10 +15,10 @@ namespace utility {
 
 namespace {
 
-const unsigned int TRACE_SWITCH = 4500;
-const unsigned int GROWTH = 20;
-const size_t SLOT_WIDTH = sizeof(void*);
-const unsigned int NOT_FOUND = 0xFFFFFFFF;
+const unsigned int traceSwitch = 4500;
+const unsigned int growth = 20;
+const size_t slotWidth = sizeof(void*);
+const unsigned int notFound = 0xFFFFFFFF;
 
 void deleteAddress(PortAddress* address) {
     // The destructor is not virtual, which the compiler warns of. Every kind is trivially destructible, and the class's
@@ -31,8 +31,8 @@ void deleteAddress(PortAddress* address) {
 
 } // namespace
 
-PortAddressArray::PortAddressArray(unsigned int capacity) : Array(GROWTH) {
-    m_block = realloc(nullptr, &m_size, capacity, SLOT_WIDTH);
+PortAddressArray::PortAddressArray(unsigned int capacity) : Array(growth) {
+    m_block = realloc(nullptr, &m_size, capacity, slotWidth);
 }
 
 // The other constructor completes the object, so that a clone that fails ends in the destructor.
@@ -65,26 +65,26 @@ PortAddressArray::~PortAddressArray() {
 
 void PortAddressArray::growWhenFull() {
     if (m_length >= m_size)
-        m_block = realloc(m_block, &m_size, GROWTH, SLOT_WIDTH);
+        m_block = realloc(m_block, &m_size, growth, slotWidth);
 }
 
 void PortAddressArray::Append(PortAddress* address) {
     growWhenFull();
-    VXUT_TRACE(TRACE_SWITCH, "Appending [%p] at %d", static_cast<void*>(address), m_length);
+    VXUT_TRACE(traceSwitch, "Appending [%p] at %d", static_cast<void*>(address), m_length);
     slots()[m_length] = address;
     ++m_length;
 }
 
 void PortAddressArray::InsertAt(unsigned int index, PortAddress* address) {
-    VXUT_TRACE_ENTER(TRACE_SWITCH);
+    VXUT_TRACE_ENTER(traceSwitch);
     if (index > m_length)
         VXUT_THROW(FAILURE_INDEX, "");
     growWhenFull();
     for (unsigned int to = m_length; to > index; --to) {
-        VXUT_TRACE(TRACE_SWITCH, "moving from %d to %d", to - 1, to);
+        VXUT_TRACE(traceSwitch, "moving from %d to %d", to - 1, to);
         slots()[to] = slots()[to - 1];
     }
-    VXUT_TRACE(TRACE_SWITCH, "setting %d = %p", index, static_cast<void*>(address));
+    VXUT_TRACE(traceSwitch, "setting %d = %p", index, static_cast<void*>(address));
     slots()[index] = address;
     ++m_length;
 }
@@ -122,7 +122,7 @@ PortAddress* PortAddressArray::ElementAt(unsigned int index) const {
 void PortAddressArray::Append(PortAddressArray& other) {
     const unsigned int count = other.length();
     if (uint64_t{m_length} + count >= m_size)
-        m_block = realloc(m_block, &m_size, std::max(GROWTH, count), SLOT_WIDTH);
+        m_block = realloc(m_block, &m_size, std::max(growth, count), slotWidth);
     for (unsigned int index = 0; index < count; ++index)
         Append(other.slots()[index]);
 }
@@ -132,7 +132,7 @@ unsigned int PortAddressArray::Find(PortAddress* address) const {
         if (slots()[index] == address)
             return index;
     }
-    return NOT_FOUND;
+    return notFound;
 }
 
 void PortAddressArray::DeleteAll() {

@@ -11,7 +11,7 @@ namespace utility {
 
 namespace {
 
-const unsigned char SHORT_FORM[] = {3, 4, 5, 8, 9, 10, 11, 12};
+const unsigned char shortForm[] = {3, 4, 5, 8, 9, 10, 11, 12};
 
 bool hasPrefix(const char* text) {
     return text[0] == '0' && text[1] == '0' && (text[2] == 'C' || text[2] == 'c') && text[3] == '0' &&
@@ -59,14 +59,14 @@ void SerialNumber::toPutStream(PutStream& out) const {
 
 char* SerialNumber::toShortBuffer(char* buf, unsigned int size) const {
     BoundedText text(buf, size);
-    for (const unsigned char index : SHORT_FORM)
+    for (const unsigned char index : shortForm)
         text.putByte(m_bytes[index], m_hexChar);
     text.put(0);
     return buf;
 }
 
 void SerialNumber::toShortPutStream(PutStream& out) const {
-    for (const unsigned char index : SHORT_FORM) {
+    for (const unsigned char index : shortForm) {
         out.PutC(m_hexChar[m_bytes[index] >> 4]);
         out.PutC(m_hexChar[m_bytes[index] & 15]);
     }

@@ -14,20 +14,20 @@ namespace utility {
 
 namespace {
 
-const unsigned int TRACE_SWITCH = 4618;
-const unsigned int GROWTH = 20;
-const size_t SLOT_WIDTH = sizeof(void*);
-const unsigned int NOT_FOUND = 0xFFFFFFFF;
+const unsigned int traceSwitch = 4618;
+const unsigned int growth = 20;
+const size_t slotWidth = sizeof(void*);
+const unsigned int notFound = 0xFFFFFFFF;
 
 } // namespace
 
-SerialNumberArray::SerialNumberArray(unsigned int capacity) : Array(GROWTH) {
-    m_block = realloc(nullptr, &m_size, capacity, SLOT_WIDTH);
+SerialNumberArray::SerialNumberArray(unsigned int capacity) : Array(growth) {
+    m_block = realloc(nullptr, &m_size, capacity, slotWidth);
 }
 
-SerialNumberArray::SerialNumberArray(const SerialNumberArray& other) : Array(GROWTH) {
-    m_block = realloc(nullptr, &m_size, other.size(), SLOT_WIDTH);
-    std::memcpy(m_block, other.m_block, other.length() * SLOT_WIDTH);
+SerialNumberArray::SerialNumberArray(const SerialNumberArray& other) : Array(growth) {
+    m_block = realloc(nullptr, &m_size, other.size(), slotWidth);
+    std::memcpy(m_block, other.m_block, other.length() * slotWidth);
     m_length = other.length();
 }
 
@@ -39,26 +39,26 @@ SerialNumberArray::~SerialNumberArray() {
 
 void SerialNumberArray::growWhenFull() {
     if (m_length >= m_size)
-        m_block = realloc(m_block, &m_size, GROWTH, SLOT_WIDTH);
+        m_block = realloc(m_block, &m_size, growth, slotWidth);
 }
 
 void SerialNumberArray::Append(SerialNumber* number) {
     growWhenFull();
-    VXUT_TRACE(TRACE_SWITCH, "Appending [%p] at %d", static_cast<void*>(number), m_length);
+    VXUT_TRACE(traceSwitch, "Appending [%p] at %d", static_cast<void*>(number), m_length);
     slots()[m_length] = number;
     ++m_length;
 }
 
 void SerialNumberArray::InsertAt(unsigned int index, SerialNumber* number) {
-    VXUT_TRACE_ENTER(TRACE_SWITCH);
+    VXUT_TRACE_ENTER(traceSwitch);
     if (index > m_length)
         VXUT_THROW(FAILURE_INDEX, "");
     growWhenFull();
     for (unsigned int to = m_length; to > index; --to) {
-        VXUT_TRACE(TRACE_SWITCH, "moving from %d to %d", to - 1, to);
+        VXUT_TRACE(traceSwitch, "moving from %d to %d", to - 1, to);
         slots()[to] = slots()[to - 1];
     }
-    VXUT_TRACE(TRACE_SWITCH, "setting %d = %p", index, static_cast<void*>(number));
+    VXUT_TRACE(traceSwitch, "setting %d = %p", index, static_cast<void*>(number));
     slots()[index] = number;
     ++m_length;
 }
@@ -92,7 +92,7 @@ SerialNumber* const& SerialNumberArray::operator[](unsigned int index) const {
 void SerialNumberArray::Append(SerialNumberArray& other) {
     const unsigned int count = other.length();
     if (uint64_t{m_length} + count >= m_size)
-        m_block = realloc(m_block, &m_size, std::max(GROWTH, count), SLOT_WIDTH);
+        m_block = realloc(m_block, &m_size, std::max(growth, count), slotWidth);
     for (unsigned int index = 0; index < count; ++index)
         Append(other.slots()[index]);
 }
@@ -102,7 +102,7 @@ unsigned int SerialNumberArray::Find(SerialNumber* number) const {
         if (slots()[index] == number)
             return index;
     }
-    return NOT_FOUND;
+    return notFound;
 }
 
 } // namespace utility

@@ -11,16 +11,16 @@ namespace utility {
 
 namespace {
 
-const unsigned int TRACE_SWITCH = 566;
-const unsigned int GROWTH = 20;
+const unsigned int traceSwitch = 566;
+const unsigned int growth = 20;
 
 } // namespace
 
-ShortArray::ShortArray(unsigned int capacity) : Array(GROWTH) {
+ShortArray::ShortArray(unsigned int capacity) : Array(growth) {
     m_block = realloc(nullptr, &m_size, capacity, sizeof(short));
 }
 
-ShortArray::ShortArray(const ShortArray& other) : Array(GROWTH) {
+ShortArray::ShortArray(const ShortArray& other) : Array(growth) {
     m_block = realloc(nullptr, &m_size, other.size(), sizeof(short));
     std::memcpy(m_block, other.m_block, other.length() * sizeof(short));
     m_length = other.length();
@@ -32,29 +32,29 @@ ShortArray::~ShortArray() {
 
 void ShortArray::growWhenFull() {
     if (m_length >= m_size)
-        m_block = realloc(m_block, &m_size, GROWTH, sizeof(short));
+        m_block = realloc(m_block, &m_size, growth, sizeof(short));
 }
 
 void ShortArray::Append(short value) {
-    if (Debug::isDebugOn(TRACE_SWITCH))
+    if (Debug::isDebugOn(traceSwitch))
         VXUT_LOG(framework::Logger::LOG_ENTER, "%d", value);
     growWhenFull();
-    VXUT_TRACE(TRACE_SWITCH, "Appending [%d] at %d", value, m_length);
+    VXUT_TRACE(traceSwitch, "Appending [%d] at %d", value, m_length);
     slots()[m_length] = value;
     ++m_length;
 }
 
 void ShortArray::InsertAt(unsigned int index, short value) {
-    if (Debug::isDebugOn(TRACE_SWITCH))
+    if (Debug::isDebugOn(traceSwitch))
         VXUT_LOG(framework::Logger::LOG_ENTER, "%d, %d", index, value);
     if (index > m_length)
         VXUT_THROW(FAILURE_INDEX, "");
     growWhenFull();
     for (unsigned int to = m_length; to > index; --to) {
-        VXUT_TRACE(TRACE_SWITCH, "moving from %d to %d", to - 1, to);
+        VXUT_TRACE(traceSwitch, "moving from %d to %d", to - 1, to);
         slots()[to] = slots()[to - 1];
     }
-    VXUT_TRACE(TRACE_SWITCH, "setting %d = %d", index, value);
+    VXUT_TRACE(traceSwitch, "setting %d = %d", index, value);
     slots()[index] = value;
     ++m_length;
 }

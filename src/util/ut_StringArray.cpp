@@ -9,7 +9,7 @@ namespace utility {
 
 namespace {
 
-const unsigned int GROWTH = 20;
+const unsigned int growth = 20;
 
 bool isSameText(const char* left, const char* right) {
     return left != nullptr && right != nullptr && std::strcmp(left, right) == 0;
@@ -17,11 +17,11 @@ bool isSameText(const char* left, const char* right) {
 
 } // namespace
 
-StringArray::StringArray(unsigned int capacity) : Array(GROWTH) {
+StringArray::StringArray(unsigned int capacity) : Array(growth) {
     m_block = realloc(nullptr, &m_size, capacity, sizeof(char*));
 }
 
-StringArray::StringArray(const StringArray& other) : Array(GROWTH) {
+StringArray::StringArray(const StringArray& other) : Array(growth) {
     m_block = realloc(nullptr, &m_size, other.size(), sizeof(char*));
     for (unsigned int index = 0; index < other.length(); ++index)
         Append(other.slots()[index]);

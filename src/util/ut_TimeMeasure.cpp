@@ -13,10 +13,10 @@ namespace utility {
 
 namespace {
 
-constexpr long MICROSECONDS_PER_SECOND = 1000000;
-constexpr long MICROSECONDS_PER_MILLISECOND = 1000;
-constexpr long NANOSECONDS_PER_MICROSECOND = 1000;
-constexpr int DURATION_LIMIT = 20;
+constexpr long microsecondsPerSecond = 1000000;
+constexpr long microsecondsPerMillisecond = 1000;
+constexpr long nanosecondsPerMicrosecond = 1000;
+constexpr int durationLimit = 20;
 
 long clampToLong(int64_t value) {
     constexpr int64_t least = std::numeric_limits<long>::min();
@@ -42,18 +42,18 @@ struct ClockFields {
     long microseconds;
 
     explicit ClockFields(int64_t ts)
-        : hours(ts / MICROSECONDS_PER_SECOND / 3600),
-          minutes(static_cast<long>(ts / MICROSECONDS_PER_SECOND / 60 % 60)),
-          seconds(static_cast<long>(ts / MICROSECONDS_PER_SECOND % 60)),
-          microseconds(static_cast<long>(ts % MICROSECONDS_PER_SECOND)) {}
+        : hours(ts / microsecondsPerSecond / 3600),
+          minutes(static_cast<long>(ts / microsecondsPerSecond / 60 % 60)),
+          seconds(static_cast<long>(ts / microsecondsPerSecond % 60)),
+          microseconds(static_cast<long>(ts % microsecondsPerSecond)) {}
 };
 
 /// The local time of day, counted down to the second before a negative time stamp; false when there is none.
 bool timeOfDay(int64_t ts, tm* fields, long* microseconds) {
-    int64_t seconds = ts / MICROSECONDS_PER_SECOND;
-    *microseconds = static_cast<long>(ts % MICROSECONDS_PER_SECOND);
+    int64_t seconds = ts / microsecondsPerSecond;
+    *microseconds = static_cast<long>(ts % microsecondsPerSecond);
     if (*microseconds < 0) {
-        *microseconds += MICROSECONDS_PER_SECOND;
+        *microseconds += microsecondsPerSecond;
         --seconds;
     }
     return clampToLong(seconds) == seconds && DateTime(seconds).toTM(fields) != nullptr;
@@ -64,21 +64,21 @@ bool timeOfDay(int64_t ts, tm* fields, long* microseconds) {
 int64_t TimeMeasure::getTimestamp() {
     timespec now = {};
     DateTime::ClockTime(&now);
-    return timeStampFromParts(now.tv_sec, now.tv_nsec / NANOSECONDS_PER_MICROSECOND);
+    return timeStampFromParts(now.tv_sec, now.tv_nsec / nanosecondsPerMicrosecond);
 }
 
 long TimeMeasure::getSeconds(int64_t ts) {
-    return clampToLong(ts / MICROSECONDS_PER_SECOND);
+    return clampToLong(ts / microsecondsPerSecond);
 }
 
 long TimeMeasure::getSubSeconds(int64_t ts) {
-    return static_cast<long>(ts % MICROSECONDS_PER_SECOND);
+    return static_cast<long>(ts % microsecondsPerSecond);
 }
 
 int64_t TimeMeasure::timeStampFromParts(long sec, long usec) {
     int64_t product = 0;
     int64_t sum = 0;
-    if (!__builtin_mul_overflow(static_cast<int64_t>(sec), int64_t{MICROSECONDS_PER_SECOND}, &product) &&
+    if (!__builtin_mul_overflow(static_cast<int64_t>(sec), int64_t{microsecondsPerSecond}, &product) &&
         !__builtin_add_overflow(product, static_cast<int64_t>(usec), &sum))
         return sum;
     return sec < 0 ? std::numeric_limits<int64_t>::min() : std::numeric_limits<int64_t>::max();
@@ -86,15 +86,15 @@ int64_t TimeMeasure::timeStampFromParts(long sec, long usec) {
 
 char* TimeMeasure::printDuration(int64_t ts, char* buf, int size) {
     const ClockFields fields(ts);
-    print(buf, std::min(size, DURATION_LIMIT), "%02lld:%02ld:%02ld.%06ld", fields.hours, fields.minutes, fields.seconds,
+    print(buf, std::min(size, durationLimit), "%02lld:%02ld:%02ld.%06ld", fields.hours, fields.minutes, fields.seconds,
           fields.microseconds);
     return buf;
 }
 
 char* TimeMeasure::printDurationMillisec(int64_t ts, char* buf, int size) {
     const ClockFields fields(ts);
-    print(buf, std::min(size, DURATION_LIMIT), "%02lld:%02ld:%02ld.%03ld", fields.hours, fields.minutes, fields.seconds,
-          fields.microseconds / MICROSECONDS_PER_MILLISECOND);
+    print(buf, std::min(size, durationLimit), "%02lld:%02ld:%02ld.%03ld", fields.hours, fields.minutes, fields.seconds,
+          fields.microseconds / microsecondsPerMillisecond);
     return buf;
 }
 
@@ -115,7 +115,7 @@ char* TimeMeasure::printTimestampMillisec(int64_t ts, char* buf, int size) {
     if (!timeOfDay(ts, &fields, &microseconds))
         return buf;
     print(buf, size, "%02d:%02d:%02d.%03ld", fields.tm_hour, fields.tm_min, fields.tm_sec,
-          microseconds / MICROSECONDS_PER_MILLISECOND);
+          microseconds / microsecondsPerMillisecond);
     return buf;
 }
 

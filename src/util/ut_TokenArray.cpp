@@ -13,12 +13,12 @@ namespace utility {
 
 namespace {
 
-const unsigned int TRACE_SWITCH = 624;
-const unsigned int GROWTH = 20;
+const unsigned int traceSwitch = 624;
+const unsigned int growth = 20;
 
 } // namespace
 
-TokenArray::TokenArray(unsigned int capacity) : Array(GROWTH) {
+TokenArray::TokenArray(unsigned int capacity) : Array(growth) {
     m_block = realloc(nullptr, &m_size, capacity, sizeof(stringtoken));
 }
 
@@ -26,7 +26,7 @@ TokenArray::TokenArray(const char* list, unsigned int capacity) : TokenArray(cap
     SetFromStringList(list);
 }
 
-TokenArray::TokenArray(const TokenArray& other) : Array(GROWTH) {
+TokenArray::TokenArray(const TokenArray& other) : Array(growth) {
     m_block = realloc(nullptr, &m_size, other.size(), sizeof(stringtoken));
     std::memcpy(m_block, other.m_block, other.length() * sizeof(stringtoken));
     m_length = other.length();
@@ -45,26 +45,26 @@ void TokenArray::SetFromStringList(const char* list) {
 
 void TokenArray::growWhenFull() {
     if (m_length >= m_size)
-        m_block = realloc(m_block, &m_size, GROWTH, sizeof(stringtoken));
+        m_block = realloc(m_block, &m_size, growth, sizeof(stringtoken));
 }
 
 void TokenArray::Append(stringtoken token) {
     growWhenFull();
-    VXUT_TRACE(TRACE_SWITCH, "Appending [%d] at %d", token, m_length);
+    VXUT_TRACE(traceSwitch, "Appending [%d] at %d", token, m_length);
     slots()[m_length] = token;
     ++m_length;
 }
 
 void TokenArray::InsertAt(unsigned int index, stringtoken token) {
-    VXUT_TRACE_ENTER(TRACE_SWITCH);
+    VXUT_TRACE_ENTER(traceSwitch);
     if (index > m_length)
         VXUT_THROW(FAILURE_INDEX, "");
     growWhenFull();
     for (unsigned int to = m_length; to > index; --to) {
-        VXUT_TRACE(TRACE_SWITCH, "moving from %d to %d", to - 1, to);
+        VXUT_TRACE(traceSwitch, "moving from %d to %d", to - 1, to);
         slots()[to] = slots()[to - 1];
     }
-    VXUT_TRACE(TRACE_SWITCH, "setting %d = %d", index, token);
+    VXUT_TRACE(traceSwitch, "setting %d = %d", index, token);
     slots()[index] = token;
     ++m_length;
 }

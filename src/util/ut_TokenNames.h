@@ -23,11 +23,11 @@ public:
     }
 
 private:
-    static const int MAX_BYTES = 8192;
-    static const int MAX_NAMES = 50;
+    static const int maxBytes = 8192;
+    static const int maxNames = 50;
 
-    char m_text[MAX_BYTES + 1];
-    char* m_names[MAX_NAMES];
+    char m_text[maxBytes + 1];
+    char* m_names[maxNames];
     int m_count;
 };
 

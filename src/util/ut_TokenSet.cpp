@@ -16,13 +16,13 @@ namespace utility {
 
 namespace {
 
-const unsigned int TRACE_SWITCH = 625;
-const unsigned int GROWTH = 20;
-const unsigned int FEWEST_TO_HALVE = 6;
+const unsigned int traceSwitch = 625;
+const unsigned int growth = 20;
+const unsigned int fewestToHalve = 6;
 
 } // namespace
 
-TokenSet::TokenSet(unsigned int capacity) : Array(GROWTH) {
+TokenSet::TokenSet(unsigned int capacity) : Array(growth) {
     m_block = realloc(nullptr, &m_size, capacity, sizeof(stringtoken));
 }
 
@@ -30,7 +30,7 @@ TokenSet::TokenSet(const char* list, unsigned int capacity) : TokenSet(capacity)
     SetFromStringList(list);
 }
 
-TokenSet::TokenSet(const TokenSet& other) : Array(GROWTH) {
+TokenSet::TokenSet(const TokenSet& other) : Array(growth) {
     m_block = realloc(nullptr, &m_size, other.size(), sizeof(stringtoken));
     std::memcpy(m_block, other.m_block, other.length() * sizeof(stringtoken));
     m_length = other.length();
@@ -76,7 +76,7 @@ void TokenSet::unset(stringtoken token) {
 }
 
 bool TokenSet::inSet(stringtoken token) const {
-    if (m_length < FEWEST_TO_HALVE)
+    if (m_length < fewestToHalve)
         return isInShortSet(token);
     return std::binary_search(slots(), slots() + m_length, token);
 }
@@ -104,26 +104,26 @@ bool TokenSet::operator==(const TokenSet& other) const {
 
 void TokenSet::growWhenFull() {
     if (m_length >= m_size)
-        m_block = realloc(m_block, &m_size, GROWTH, sizeof(stringtoken));
+        m_block = realloc(m_block, &m_size, growth, sizeof(stringtoken));
 }
 
 void TokenSet::append(stringtoken token) {
     growWhenFull();
-    VXUT_TRACE(TRACE_SWITCH, "Appending [%d] at %d", token, m_length);
+    VXUT_TRACE(traceSwitch, "Appending [%d] at %d", token, m_length);
     slots()[m_length] = token;
     ++m_length;
 }
 
 void TokenSet::insertAt(unsigned int index, stringtoken token) {
-    VXUT_TRACE_ENTER(TRACE_SWITCH);
+    VXUT_TRACE_ENTER(traceSwitch);
     if (index > m_length)
         VXUT_THROW(FAILURE_INDEX, "");
     growWhenFull();
     for (unsigned int to = m_length; to > index; --to) {
-        VXUT_TRACE(TRACE_SWITCH, "moving from %d to %d", to - 1, to);
+        VXUT_TRACE(traceSwitch, "moving from %d to %d", to - 1, to);
         slots()[to] = slots()[to - 1];
     }
-    VXUT_TRACE(TRACE_SWITCH, "setting %d = %d", index, token);
+    VXUT_TRACE(traceSwitch, "setting %d = %d", index, token);
     slots()[index] = token;
     ++m_length;
 }

@@ -12,16 +12,16 @@ namespace utility {
 
 namespace {
 
-const unsigned int TRACE_SWITCH = 629;
-const unsigned int GROWTH = 20;
+const unsigned int traceSwitch = 629;
+const unsigned int growth = 20;
 
 } // namespace
 
-UIntArray::UIntArray(unsigned int capacity) : Array(GROWTH) {
+UIntArray::UIntArray(unsigned int capacity) : Array(growth) {
     m_block = realloc(nullptr, &m_size, capacity, sizeof(unsigned int));
 }
 
-UIntArray::UIntArray(const UIntArray& other) : Array(GROWTH) {
+UIntArray::UIntArray(const UIntArray& other) : Array(growth) {
     m_block = realloc(nullptr, &m_size, other.size(), sizeof(unsigned int));
     std::memcpy(m_block, other.m_block, other.length() * sizeof(unsigned int));
     m_length = other.length();
@@ -33,26 +33,26 @@ UIntArray::~UIntArray() {
 
 void UIntArray::growWhenFull() {
     if (m_length >= m_size)
-        m_block = realloc(m_block, &m_size, GROWTH, sizeof(unsigned int));
+        m_block = realloc(m_block, &m_size, growth, sizeof(unsigned int));
 }
 
 void UIntArray::Append(unsigned int value) {
     growWhenFull();
-    VXUT_TRACE(TRACE_SWITCH, "Appending [%d] at %d", value, m_length);
+    VXUT_TRACE(traceSwitch, "Appending [%d] at %d", value, m_length);
     slots()[m_length] = value;
     ++m_length;
 }
 
 void UIntArray::InsertAt(unsigned int index, unsigned int value) {
-    VXUT_TRACE_ENTER(TRACE_SWITCH);
+    VXUT_TRACE_ENTER(traceSwitch);
     if (index > m_length)
         VXUT_THROW(FAILURE_INDEX, "");
     growWhenFull();
     for (unsigned int to = m_length; to > index; --to) {
-        VXUT_TRACE(TRACE_SWITCH, "moving from %d to %d", to - 1, to);
+        VXUT_TRACE(traceSwitch, "moving from %d to %d", to - 1, to);
         slots()[to] = slots()[to - 1];
     }
-    VXUT_TRACE(TRACE_SWITCH, "setting %d = %d", index, value);
+    VXUT_TRACE(traceSwitch, "setting %d = %d", index, value);
     slots()[index] = value;
     ++m_length;
 }

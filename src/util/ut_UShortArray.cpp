@@ -12,16 +12,16 @@ namespace utility {
 
 namespace {
 
-const unsigned int TRACE_SWITCH = 634;
-const unsigned int GROWTH = 20;
+const unsigned int traceSwitch = 634;
+const unsigned int growth = 20;
 
 } // namespace
 
-UShortArray::UShortArray(unsigned int capacity) : Array(GROWTH) {
+UShortArray::UShortArray(unsigned int capacity) : Array(growth) {
     m_block = realloc(nullptr, &m_size, capacity, sizeof(unsigned short));
 }
 
-UShortArray::UShortArray(const UShortArray& other) : Array(GROWTH) {
+UShortArray::UShortArray(const UShortArray& other) : Array(growth) {
     m_block = realloc(nullptr, &m_size, other.size(), sizeof(unsigned short));
     std::memcpy(m_block, other.m_block, other.length() * sizeof(unsigned short));
     m_length = other.length();
@@ -33,35 +33,35 @@ UShortArray::~UShortArray() {
 
 void UShortArray::growWhenFull() {
     if (m_length >= m_size)
-        m_block = realloc(m_block, &m_size, GROWTH, sizeof(unsigned short));
+        m_block = realloc(m_block, &m_size, growth, sizeof(unsigned short));
 }
 
 void UShortArray::Append(unsigned short value) {
-    if (Debug::isDebugOn(TRACE_SWITCH))
+    if (Debug::isDebugOn(traceSwitch))
         VXUT_LOG(framework::Logger::LOG_ENTER, "%d", value);
     growWhenFull();
-    VXUT_TRACE(TRACE_SWITCH, "Appending [%d] at %d", value, m_length);
+    VXUT_TRACE(traceSwitch, "Appending [%d] at %d", value, m_length);
     slots()[m_length] = value;
     ++m_length;
 }
 
 void UShortArray::InsertAt(unsigned int index, unsigned short value) {
-    if (Debug::isDebugOn(TRACE_SWITCH))
+    if (Debug::isDebugOn(traceSwitch))
         VXUT_LOG(framework::Logger::LOG_ENTER, "%d, %d", index, value);
     if (index > m_length)
         VXUT_THROW(FAILURE_INDEX, "");
     growWhenFull();
     for (unsigned int to = m_length; to > index; --to) {
-        VXUT_TRACE(TRACE_SWITCH, "moving from %d to %d", to - 1, to);
+        VXUT_TRACE(traceSwitch, "moving from %d to %d", to - 1, to);
         slots()[to] = slots()[to - 1];
     }
-    VXUT_TRACE(TRACE_SWITCH, "setting %d = %d", index, value);
+    VXUT_TRACE(traceSwitch, "setting %d = %d", index, value);
     slots()[index] = value;
     ++m_length;
 }
 
 void UShortArray::SetAt(unsigned int index, unsigned short value) {
-    if (Debug::isDebugOn(TRACE_SWITCH))
+    if (Debug::isDebugOn(traceSwitch))
         VXUT_LOG(framework::Logger::LOG_ENTER, "%d, %d", index, value);
     if (index >= m_length)
         VXUT_THROW(FAILURE_INDEX, "");
@@ -69,7 +69,7 @@ void UShortArray::SetAt(unsigned int index, unsigned short value) {
 }
 
 void UShortArray::DeleteAt(unsigned int index) {
-    if (Debug::isDebugOn(TRACE_SWITCH))
+    if (Debug::isDebugOn(traceSwitch))
         VXUT_LOG(framework::Logger::LOG_ENTER, "%d", index);
     if (index >= m_length)
         VXUT_THROW(FAILURE_INDEX, "");

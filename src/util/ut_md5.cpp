@@ -6,8 +6,8 @@
 
 namespace {
 
-constexpr std::size_t BLOCK_SIZE = 64;
-constexpr std::size_t LENGTH_OFFSET = 56; // in the last block
+constexpr std::size_t blockSize = 64;
+constexpr std::size_t lengthOffset = 56; // in the last block
 
 static_assert(offsetof(md5_state_t, abcd) == 8 && offsetof(md5_state_t, buf) == 24 && sizeof(md5_state_t) == 88,
               "callers share the layout");
@@ -75,7 +75,7 @@ void digestBlocks(uint32_t (&abcd)[4], const unsigned char* data, std::size_t bl
     uint32_t b = abcd[1];
     uint32_t c = abcd[2];
     uint32_t d = abcd[3];
-    for (; blocks > 0; --blocks, data += BLOCK_SIZE) {
+    for (; blocks > 0; --blocks, data += blockSize) {
         const uint32_t beforeA = a;
         const uint32_t beforeB = b;
         const uint32_t beforeC = c;
@@ -113,7 +113,7 @@ void digestBlocks(uint32_t (&abcd)[4], const unsigned char* data, std::size_t bl
 }
 
 std::size_t pendingBytes(const md5_state_t& state) {
-    return state.count[0] / 8 % BLOCK_SIZE;
+    return state.count[0] / 8 % blockSize;
 }
 
 void countBytes(md5_state_t& state, uint32_t bytes) {
@@ -142,28 +142,28 @@ void md5_append(md5_state_t* state, const unsigned char* data, int nbytes) {
     const std::size_t pending = pendingBytes(*state);
     countBytes(*state, static_cast<uint32_t>(nbytes));
     if (pending > 0) {
-        const std::size_t taken = std::min(left, BLOCK_SIZE - pending);
+        const std::size_t taken = std::min(left, blockSize - pending);
         std::memcpy(state->buf + pending, data, taken);
-        if (pending + taken < BLOCK_SIZE)
+        if (pending + taken < blockSize)
             return;
         digestBlocks(state->abcd, state->buf, 1);
         data += taken;
         left -= taken;
     }
-    digestBlocks(state->abcd, data, left / BLOCK_SIZE);
-    std::memcpy(state->buf, data + (left - left % BLOCK_SIZE), left % BLOCK_SIZE);
+    digestBlocks(state->abcd, data, left / blockSize);
+    std::memcpy(state->buf, data + (left - left % blockSize), left % blockSize);
 }
 
 void md5_finish(md5_state_t* state, unsigned char digest[16]) {
     std::size_t pending = pendingBytes(*state);
     state->buf[pending++] = 0x80;
-    if (pending > LENGTH_OFFSET) {
-        std::memset(state->buf + pending, 0, BLOCK_SIZE - pending);
+    if (pending > lengthOffset) {
+        std::memset(state->buf + pending, 0, blockSize - pending);
         digestBlocks(state->abcd, state->buf, 1);
         pending = 0;
     }
-    std::memset(state->buf + pending, 0, LENGTH_OFFSET - pending);
-    storeWords(state->buf + LENGTH_OFFSET, state->count, 2);
+    std::memset(state->buf + pending, 0, lengthOffset - pending);
+    storeWords(state->buf + lengthOffset, state->count, 2);
     digestBlocks(state->abcd, state->buf, 1);
     storeWords(digest, state->abcd, 4);
 }
