@@ -3,7 +3,7 @@
 #include <fnmatch.h>
 #include <sys/stat.h>
 
-#include "ut_Debug.h"
+#include "ut_Trace.h"
 
 namespace utility {
 
@@ -29,14 +29,6 @@ int classify(mode_t mode) {
 
 } // namespace
 
-#define TRACE_ITERATOR_AS(function, ...)                                                                               \
-    do {                                                                                                               \
-        if (Debug::isDebugOn(dirIteratorSwitch))                                                                       \
-            LogMethodDebug(function, __LINE__, __VA_ARGS__);                                                           \
-    } while (false)
-
-#define TRACE_ITERATOR(...) TRACE_ITERATOR_AS(__PRETTY_FUNCTION__, __VA_ARGS__)
-
 DirIterator::DirIterator()
     : Path(nullptr), m_pDir(nullptr), m_entry(nullptr), m_pattern(nullptr), m_index(-1), m_errorReported(false) {}
 
@@ -54,7 +46,7 @@ DirIterator::~DirIterator() {
 bool DirIterator::open() {
     close();
     m_pDir = opendir(getPath());
-    TRACE_ITERATOR("opendir %s returned [%p]", getPath(), static_cast<void*>(m_pDir));
+    VXUT_TRACE_ENTITY(dirIteratorSwitch, "opendir %s returned [%p]", getPath(), static_cast<void*>(m_pDir));
     if (m_pDir != nullptr)
         return true;
     if (!m_errorReported)
@@ -66,9 +58,9 @@ bool DirIterator::open() {
 void DirIterator::close() {
     if (m_pDir == nullptr)
         return;
-    TRACE_ITERATOR("closedir m_pDir");
+    VXUT_TRACE_ENTITY(dirIteratorSwitch, "closedir m_pDir");
     closedir(m_pDir);
-    TRACE_ITERATOR("closedir m_pDir");
+    VXUT_TRACE_ENTITY(dirIteratorSwitch, "closedir m_pDir");
     m_pDir = nullptr;
     m_entry = nullptr;
 }
@@ -98,14 +90,15 @@ const char* DirIterator::getNext() {
 const char* DirIterator::nextMatch(const char* function) {
     while ((m_entry = readdir(m_pDir)) != nullptr) {
         const char* name = m_entry->d_name;
-        TRACE_ITERATOR_AS(function, "match name %s to pattern %s", name, m_pattern != nullptr ? m_pattern : "(null)");
+        VXUT_TRACE_ENTITY_AS(function, dirIteratorSwitch, "match name %s to pattern %s", name,
+                             m_pattern != nullptr ? m_pattern : "(null)");
         const int result = m_pattern != nullptr ? fnmatch(m_pattern, name, 0) : FNM_NOMATCH;
-        TRACE_ITERATOR_AS(function, "match returned %d", result);
+        VXUT_TRACE_ENTITY_AS(function, dirIteratorSwitch, "match returned %d", result);
         if (result != 0)
             continue;
         ++m_index;
         setFullFile(name);
-        TRACE_ITERATOR_AS(function, "returning value %s", name);
+        VXUT_TRACE_ENTITY_AS(function, dirIteratorSwitch, "returning value %s", name);
         return name;
     }
     return end();

@@ -6,7 +6,7 @@
 #include <sys/stat.h>
 
 #include "fw_StableStringRepository.h"
-#include "ut_Debug.h"
+#include "ut_Trace.h"
 
 namespace utility {
 
@@ -42,14 +42,6 @@ std::string joined(const std::string& element, const std::string& directory) {
 }
 
 } // namespace
-
-#define TRACE_PATH_AS(function, ...)                                                                                   \
-    do {                                                                                                               \
-        if (Debug::isDebugOn(pathSwitch))                                                                              \
-            LogMethodDebug(function, __LINE__, __VA_ARGS__);                                                           \
-    } while (false)
-
-#define TRACE_PATH(...) TRACE_PATH_AS(__PRETTY_FUNCTION__, __VA_ARGS__)
 
 Path::Path(const char* value) : m_evaluated(false), m_numComponents(0), m_starts(), m_lengths() {
     setValue(value, true, true, true);
@@ -133,7 +125,7 @@ bool Path::isAbsolute() const {
 
 bool Path::exists() const {
     const char* value = getValue();
-    TRACE_PATH("checking existence of file %s", value);
+    VXUT_TRACE_ENTITY(pathSwitch, "checking existence of file %s", value);
     struct stat status = {};
     return stat(value, &status) == 0;
 }
@@ -153,7 +145,8 @@ void Path::evaluatePath() const {
         if (i > 0 && m_numComponents < largestCount) {
             m_starts[m_numComponents] = static_cast<unsigned int>(start);
             m_lengths[m_numComponents] = static_cast<unsigned int>(i - start);
-            TRACE_PATH("Component %u: \"%s\"", m_numComponents, componentText(m_numComponents).c_str());
+            VXUT_TRACE_ENTITY(pathSwitch, "Component %u: \"%s\"", m_numComponents,
+                              componentText(m_numComponents).c_str());
             ++m_numComponents;
         }
         start = i + 1;
@@ -185,13 +178,13 @@ const char* Path::component(unsigned int i) const {
 void Path::removeComponent(unsigned int i) {
     evaluatePath();
     if (i > m_numComponents) {
-        TRACE_PATH("ignoring remove");
+        VXUT_TRACE_ENTITY(pathSwitch, "ignoring remove");
     } else if (i == m_numComponents) {
-        TRACE_PATH("removing file/ext");
+        VXUT_TRACE_ENTITY(pathSwitch, "removing file/ext");
         m_file.clear();
         m_extension.clear();
     } else {
-        TRACE_PATH("removing component %u", i);
+        VXUT_TRACE_ENTITY(pathSwitch, "removing component %u", i);
         m_path.erase(m_starts[i], m_lengths[i] + 1UL);
         m_evaluated = false;
         evaluatePath();
@@ -204,8 +197,8 @@ bool Path::isValid() {
     unsigned int index = 0;
     while (index < componentCount()) {
         const std::string text = textOf(component(index));
-        TRACE_PATH("path=\"%s\"index=%u, pComponent=\"%s\"", m_path.c_str(), index, text.c_str());
-        TRACE_PATH("ComponentCount %u", componentCount());
+        VXUT_TRACE_ENTITY(pathSwitch, "path=\"%s\"index=%u, pComponent=\"%s\"", m_path.c_str(), index, text.c_str());
+        VXUT_TRACE_ENTITY(pathSwitch, "ComponentCount %u", componentCount());
         if (text == "..") {
             removeComponent(index);
             if (index > 0) {
@@ -216,7 +209,7 @@ bool Path::isValid() {
         } else if (text == ".") {
             removeComponent(index);
         } else if (text.empty()) {
-            TRACE_PATH("empty");
+            VXUT_TRACE_ENTITY(pathSwitch, "empty");
             removeComponent(index);
         } else {
             ++index;
@@ -230,14 +223,14 @@ bool Path::isValid() {
 
 void Path::dumpComponents() {
     evaluatePath();
-    TRACE_PATH("PATH=\"%s\"", m_path.c_str());
-    TRACE_PATH("m_numComponents=%u", m_numComponents);
+    VXUT_TRACE_ENTITY(pathSwitch, "PATH=\"%s\"", m_path.c_str());
+    VXUT_TRACE_ENTITY(pathSwitch, "m_numComponents=%u", m_numComponents);
     for (unsigned int i = 0; i < m_numComponents; ++i)
-        TRACE_PATH("%u: %u,%u \"%s\"", i, m_starts[i], m_lengths[i], componentText(i).c_str());
+        VXUT_TRACE_ENTITY(pathSwitch, "%u: %u,%u \"%s\"", i, m_starts[i], m_lengths[i], componentText(i).c_str());
 }
 
 bool Path::findIn(const char* searchPath, bool appended, const char* function) {
-    TRACE_PATH_AS(function, "Using search path: %s", searchPath);
+    VXUT_TRACE_ENTITY_AS(function, pathSwitch, "Using search path: %s", searchPath);
     const std::string list = searchPath;
     const std::string directory = m_path;
     std::size_t end = 0;
@@ -245,9 +238,9 @@ bool Path::findIn(const char* searchPath, bool appended, const char* function) {
         end = std::min(list.find(':', start), list.size());
         const std::string element = list.substr(start, end - start);
         assignPath(appended ? joined(element, directory) : element);
-        TRACE_PATH_AS(function, "Try search path: %s", m_path.c_str());
+        VXUT_TRACE_ENTITY_AS(function, pathSwitch, "Try search path: %s", m_path.c_str());
         if (exists()) {
-            TRACE_PATH_AS(function, "found %s", getValue());
+            VXUT_TRACE_ENTITY_AS(function, pathSwitch, "found %s", getValue());
             return true;
         }
     }

@@ -25,6 +25,15 @@
             ::framework::Logger::StaticLogMethod(::framework::Logger::LOG_DEBUG, function, __LINE__, __VA_ARGS__);     \
     } while (false)
 
+/// The same through the debug method of the entity whose operation this is.
+#define VXUT_TRACE_ENTITY_AS(function, debugSwitch, ...)                                                               \
+    do {                                                                                                               \
+        if (::utility::Debug::isDebugOn(debugSwitch))                                                                  \
+            LogMethodDebug(function, __LINE__, __VA_ARGS__);                                                           \
+    } while (false)
+
+#define VXUT_TRACE_ENTITY(debugSwitch, ...) VXUT_TRACE_ENTITY_AS(__PRETTY_FUNCTION__, debugSwitch, __VA_ARGS__)
+
 /// The method entry marker at level 4, while debug switch number `debugSwitch` is on.
 #define VXUT_TRACE_ENTER(debugSwitch)                                                                                  \
     do {                                                                                                               \
