@@ -70,10 +70,19 @@ constexpr bool isCrcPeriod(const unsigned char (&table)[256], std::size_t bytes)
 constexpr std::size_t crcPeriod = 127;
 static_assert(isCrcPeriod(Misc::m_crc_array, crcPeriod), "long data may not be folded");
 
-inline unsigned char crcOfFewBytes(const unsigned char* bytes, std::size_t length, unsigned char crc) {
-    for (std::size_t i = 0; i < length; ++i)
-        crc = crcTables.entries[0][crc ^ bytes[i]];
-    return crc;
+// Short records are what most callers have: no loop stands between their bytes.
+inline unsigned char crcOfFewBytes(const unsigned char* bytes, int length, unsigned char crc) {
+    const unsigned char* const table = crcTables.entries[0];
+    if (length < 1)
+        return crc;
+    crc = table[crc ^ bytes[0]];
+    if (length < 2)
+        return crc;
+    crc = table[crc ^ bytes[1]];
+    if (length < 3)
+        return crc;
+    crc = table[crc ^ bytes[2]];
+    return length < 4 ? crc : table[crc ^ bytes[3]];
 }
 
 /// The remainder after the `length` % 8 bytes that are not in strides; `b` moves behind them.
@@ -146,12 +155,12 @@ unsigned char Misc::crc_table(int byte, unsigned char crc) {
 
 unsigned char Misc::calc_crc(char* data, int len) {
     const unsigned char begin = 0xFF;
-    if (data == nullptr || len < 1)
-        return begin;
     const unsigned char* bytes = reinterpret_cast<const unsigned char*>(data);
+    if (data == nullptr)
+        return begin;
+    if (len <= 4)
+        return crcOfFewBytes(bytes, len, begin);
     const std::size_t length = static_cast<std::size_t>(len);
-    if (length < 4)
-        return crcOfFewBytes(bytes, length, begin);
     const std::size_t strides = length / crcStride;
     const unsigned char crc = crcOfSingleBytes(bytes, length, begin);
     if (strides == 0)
