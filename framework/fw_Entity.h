@@ -72,6 +72,7 @@ public:
     /// A terminated copy of `text`, freed with `FreeString`; null for a null text or a failure.
     char* AllocString(const char* text) const;
     /// A terminated copy of the first `length` characters of `text`, or of all when it is shorter.
+    /// Null for a null text or a failure.
     char* AllocString(const char* text, unsigned int length) const;
     /// Frees what `AllocString` gave; null does nothing.
     void FreeString(const void* text) const;

@@ -23,6 +23,7 @@ public:
     /// A terminated copy of `text`; null for a null text or a failure.
     char* AllocString(const char* text);
     /// A terminated copy of the first `length` characters of `text`, or of all when it is shorter.
+    /// Null for a null text or a failure.
     char* AllocString(const char* text, unsigned int length);
     /// Frees every piece; the pool can be used again.
     void reset();

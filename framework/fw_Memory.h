@@ -28,6 +28,7 @@ public:
     /// A terminated copy of `text`; null for a null text or a failure. Released with `StaticFreeString`.
     static char* StaticAllocString(const char* text);
     /// A terminated copy of the first `length` characters of `text`, or of all when it is shorter.
+    /// Null for a null text or a failure.
     static char* StaticAllocString(const char* text, unsigned int length);
     /// Releases what `StaticAllocString` gave; null does nothing.
     static void StaticFreeString(const void* text);
