@@ -962,6 +962,8 @@ private:
     void live(int number) {
         ThreadInfo::MyThreadInfo()->setThreadName(("worker" + std::to_string(number)).c_str());
         addFile(myContextFile());
+        // The thread sanitizer may lose a signal that comes while a thread waits for its first time.
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
         ++m_ready;
         while (!m_stop)
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
