@@ -389,6 +389,19 @@ TEST(MiscText, EscapeDoubleQuotesPutsABackslashBeforeEach) {
     EXPECT_EQ(escaped(std::string(100000, '"').c_str()).size(), 200000U);
 }
 
+TEST(MiscText, EscapeDoubleQuotesWorksInPlace) {
+    for (const std::string text : {"say \"yes\"", "\"", "\"\"\"", "plain", "", "\"a", "a\""}) {
+        for (const std::size_t offset : {0u, 1u, 2u, 5u}) {
+            // The text lies in the room of the result, at its start or further on.
+            std::vector<char> room(2 * text.size() + 8 + offset, '#');
+            std::memcpy(room.data() + offset, text.c_str(), text.size() + 1);
+            EXPECT_EQ(Misc::escapeDoubleQuotes(room.data(), room.data() + offset), room.data());
+            EXPECT_STREQ(room.data(), escaped(text.c_str()).c_str()) << offset;
+            EXPECT_EQ(room.back(), '#');
+        }
+    }
+}
+
 TEST(MiscText, EscapeDoubleQuotesLogsNullTexts) {
     test::LogCapture log;
     EXPECT_EQ(Misc::escapeDoubleQuotes(nullptr, "text"), nullptr);

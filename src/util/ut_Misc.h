@@ -81,8 +81,8 @@ public:
     static bool truncateUtf8(char* s);
 
     /// Copies `in` to `out` with a backslash before each '"'. Contract: `out` has room for twice the text and its
-    /// terminator. A null `out` is logged at level 0 and returned; a null `in` is logged at level 1 and gives the empty
-    /// text.
+    /// terminator; `in` may lie in that room. A null `out` is logged at level 0 and returned; a null `in` is logged at
+    /// level 1 and gives the empty text.
     static char* escapeDoubleQuotes(char* out, const char* in);
 
     /// `tolower` on every byte of `s` in place; returns `s`, also null.

@@ -299,15 +299,19 @@ char* Misc::escapeDoubleQuotes(char* out, const char* in) {
         Logger::StaticLog(Logger::LOG_ERROR, "escapeDoubleQuotes: pOutString is NULL");
         return nullptr;
     }
-    if (in == nullptr)
+    if (in == nullptr) {
         Logger::StaticLog(Logger::LOG_WARNING, "escapeDoubleQuotes: pInString is NULL");
-    char* at = out;
-    for (; in != nullptr && *in != 0; ++in) {
-        if (*in == '"')
-            *at++ = '\\';
-        *at++ = *in;
+        in = "";
     }
-    *at = 0;
+    // First to the end of the result's room, so that a text which lies in that room is not overtaken.
+    const std::size_t length = std::strlen(in);
+    const std::ptrdiff_t quotes = std::count(in, in + length, '"');
+    const char* from = static_cast<const char*>(std::memmove(out + quotes, in, length + 1));
+    for (char* at = out; at != from;) {
+        if (*from == '"')
+            *at++ = '\\';
+        *at++ = *from++;
+    }
     return out;
 }
 
