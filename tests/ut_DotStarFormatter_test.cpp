@@ -142,6 +142,16 @@ TEST(DotStarFormatter, ANameShorterThanItsSizeNeedsNoMore) {
     EXPECT_TRUE(name.isGuardWhole());
 }
 
+TEST(DotStarFormatter, ANullNameTakesNothing) {
+    unsigned int level = BAD;
+    EXPECT_TRUE(DotStarFormatter::getLevelAndName("host.*.*", nullptr, 8, level));
+    EXPECT_EQ(level, 2u);
+    EXPECT_TRUE(DotStarFormatter::getLevelAndName(nullptr, nullptr, 0, level));
+    EXPECT_EQ(level, 0u);
+    EXPECT_FALSE(DotStarFormatter::getLevelAndName("host.*x", nullptr, 8, level));
+    EXPECT_EQ(level, 0u);
+}
+
 TEST(DotStarFormatter, ATextMayBeSplitInPlace) {
     char text[] = "host.*.*";
     unsigned int level = BAD;

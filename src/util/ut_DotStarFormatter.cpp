@@ -21,6 +21,8 @@ bool countMarks(const char* marks, unsigned int& level) {
 }
 
 void copyName(const char* text, size_t length, char* name, unsigned int size) {
+    if (name == nullptr)
+        return;
     const size_t count = std::min<size_t>(length, size);
     std::memmove(name, text, count);
     name[count] = 0;
