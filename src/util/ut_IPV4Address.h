@@ -31,7 +31,7 @@ public:
     bool fromString(const char* text);
 
     /// Writes the dotted text and a terminator to `buf` of `size` bytes (at most 2,147,483,647; 16 hold any address)
-    /// and returns `buf`. A text that does not fit throws code 1239.
+    /// and returns `buf`. A text that does not fit throws code 1239; nothing fits a null `buf`.
     char* toBuffer(char* buf, unsigned int size) const;
     /// Writes the dotted text. A text that does not fit fails as `PutStream::PutF` does.
     void toPutStream(PutStream& out) const;

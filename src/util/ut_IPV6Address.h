@@ -40,7 +40,8 @@ public:
     bool fromString(const char* text);
 
     /// Writes the text and a terminator to `buf` of `size` bytes (at most 2,147,483,647) and returns `buf`. 41 bytes
-    /// hold any address.
+    /// hold any address. A text that does not fit with a byte to spare leaves the empty text; a null `buf` takes
+    /// nothing.
     char* toBuffer(char* buf, unsigned int size) const;
     /// Writes the text in the platform's form: lower case, no leading zeros, the longest run of zero groups as "::",
     /// and a dotted tail for IPv4-compatible and IPv4-mapped addresses. A text that does not fit with its terminator is

@@ -33,7 +33,7 @@ public:
     /// Writes the address, ":" and the port where one is given, and the name in brackets where there is one, to `buf`
     /// of `size` bytes (at most 2,147,483,647), and returns `buf`. A text that does not fit is cut and the cut is
     /// logged, but an IPv6 address is left out whole. An IPv6 address is not bracketed. Ports above 2,147,483,647 show
-    /// as negative.
+    /// as negative. A null `buf` takes nothing.
     char* toBuffer(char* buf, unsigned int size) const override;
     /// Not supported: logs that at level 0, changes nothing and gives false.
     bool fromString(const char* text) override;

@@ -12,7 +12,7 @@ namespace utility {
 /// and its size in bytes last, and returns the buffer. Any thread may call at any time; two threads must not share a
 /// buffer. The checks log why they refuse at level 0. `toDecimal`, `toDSdecimal` and `genpw` throw code 1239 of
 /// `PutStream` for what does not fit, and leave what did. `toHexString` of numbers and `toMacAddress` cut it off,
-/// `toHexString` of bytes and `toIPV4String` return null.
+/// `toHexString` of bytes and `toIPV4String` return null. In a null buffer, or one of a size below 1, nothing fits.
 ///
 ///     char text[32];
 ///     utility::Misc::toDSdecimal(1234567L, 3, text, sizeof text);       // text is "1.23 MB"
@@ -30,7 +30,8 @@ public:
     static char* toHexString(unsigned short v, bool leadingZeros, char* buf, int size);
     /// The same with one digit or two; here `leadingZeros` counts for zero too (contract: 3 bytes).
     static char* toHexString(unsigned char v, bool leadingZeros, char* buf, int size);
-    /// Writes two lower-case digits for each of `count` bytes. Null when they and the terminator do not fit.
+    /// Writes two lower-case digits for each of `count` bytes; none for null or a `count` below 1. Null when they and
+    /// the terminator do not fit.
     static char* toHexString(unsigned char* bytes, int count, char* buf, int size);
 
     /// Whether every character after an optional "0x" or "0X" passes `isHexChar`; an empty remainder passes. Null does
@@ -73,6 +74,7 @@ public:
     /// Whether the first `len` bytes of `s`, or those up to a NUL, are well-formed UTF-8 without a printable ASCII
     /// character of `disallowed` and without control characters other than those of `allowedControls` (null: none).
     /// Logs the first offence. Callers see the old five- and six-byte forms, overlong forms and surrogates accepted.
+    /// A null `s` holds no bytes: true for a `len` of 0, else false without a log line.
     static bool isStringPrintableUtf8(const char* s, unsigned int len, const char* disallowed,
                                       const char* allowedControls);
 
@@ -91,7 +93,8 @@ public:
     /// Splits `text` in place at any of `delimiters` and points `tokens` at the pieces. When the text runs out first,
     /// the result is the count of tokens, and the entry behind them is null. When `max` entries are filled first,
     /// callers rely on the result being `max` - 1, one less than the entries filled; the text behind the last one is
-    /// not split. A `max` below 1 fills nothing and gives 0.
+    /// not split. A null `tokens` or a `max` below 1 fills nothing and gives 0. A null `text` is empty, null
+    /// `delimiters` are none.
     static int parseTokens(char** tokens, int max, char* text, const char* delimiters);
 
     /// Sleep; a signal that is handled ends it early.
@@ -99,7 +102,7 @@ public:
     static void sleepMicroseconds(unsigned long long us);
 
     /// Writes the platform's text for `errno` into `buf`, cut to `size` bytes, and returns `errno`; the empty text and
-    /// 0 when there is no error.
+    /// 0 when there is no error. A null `buf` takes nothing.
     static int getErrnoMsg(char* buf, unsigned int size);
 
     /// The 1-Wire CRC-8 (polynomial x^8 + x^5 + x^4 + 1, least significant bit first): entry `i` is the remainder of

@@ -27,7 +27,8 @@ public:
     /// A new copy, which the caller owns. Throws `std::bad_alloc` when there is no memory.
     virtual PortAddress* clone() const = 0;
     virtual PortType getType() const;
-    /// Writes the text of the address and a terminator to `buf` of `size` bytes and returns `buf`.
+    /// Writes the text of the address and a terminator to `buf` of `size` bytes and returns `buf`. A text that does not
+    /// fit is cut as the kind cuts it; a null `buf` takes nothing.
     virtual char* toBuffer(char* buf, unsigned int size) const = 0;
     /// Reads the address from `text`; false when it cannot be read.
     virtual bool fromString(const char* text) = 0;
