@@ -165,8 +165,8 @@ TEST(IPV6Address, ATextThatIsNoAddressIsRefusedAndTheValueCleared) {
 
 TEST(IPV6Address, TextsOfAnyLengthAreRefusedInFiniteTime) {
     for (const size_t length :
-         {size_t{65533}, size_t{65534}, size_t{65535}, size_t{65536}, size_t{100000}, size_t{131075}}) {
-        // A text of 65,536 characters and a good address would be that address if its length were counted in 16 bits.
+         {size_t{65533}, size_t{65534}, size_t{65535}, size_t{65536}, size_t{65543}, size_t{100000}, size_t{131075}}) {
+        // The one of 65,543 characters would be its first seven, a good address, were its length counted in 16 bits.
         for (const std::string& bad : {"fe80::1" + std::string(length - 7, 0x20), std::string(length, ':'),
                                        std::string(length, '0'), std::string(length, '\xFF')}) {
             IPV6Address address("fe80::9");
@@ -414,6 +414,8 @@ TEST(IPV6Address, ToPutStreamBelievesNoRoomBeyondTheStorage) {
         test::GuardedText buf(8);
         Boaster stream(buf.array(), 8, remaining);
         IPV6Address(LONGEST).toPutStream(stream);
+        // The last byte of the array is kept for the stream's own terminator.
+        IPV6Address("fe80::1").toPutStream(stream);
         EXPECT_EQ(stream.WritePosition(), 0) << remaining;
         EXPECT_EQ(buf.text(), "") << remaining;
         EXPECT_TRUE(buf.isGuardWhole()) << remaining;
