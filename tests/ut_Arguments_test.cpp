@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cctype>
 #include <cstddef>
+#include <ctime>
 #include <initializer_list>
 #include <memory>
 #include <new>
@@ -357,6 +358,22 @@ TEST(Arguments, DeleteArgByWordTakesOutEveryEqualOneIgnoringCase) {
     EXPECT_EQ(wordsOf(arguments), (Words{"a", "b", "xx"}));
     arguments.DeleteArg(static_cast<const char*>(nullptr));
     EXPECT_EQ(wordsOf(arguments), (Words{"a", "b", "xx"}));
+}
+
+TEST(Arguments, DeleteArgByWordLooksAtEachOf100000WordsOnce) {
+    std::string text;
+    for (int i = 0; i < 80000; ++i)
+        text += std::to_string(i) + " ";
+    for (int i = 0; i < 20000; ++i)
+        text += "x ";
+    Arguments arguments(text.c_str());
+    ASSERT_EQ(arguments.ArgCount(), 100000U);
+    const std::clock_t start = std::clock();
+    arguments.DeleteArg("X");
+    EXPECT_LT((std::clock() - start) / CLOCKS_PER_SEC, 5);
+    ASSERT_EQ(arguments.ArgCount(), 80000U);
+    for (unsigned int i = 0; i < 80000; ++i)
+        ASSERT_EQ(arguments.ArgValue(i), std::to_string(i));
 }
 
 TEST(Arguments, ItsOwnWordsMayBeGivenBackToIt) {

@@ -21,6 +21,11 @@ bool isBlank(char c) {
     return std::isspace(static_cast<unsigned char>(c)) != 0;
 }
 
+/// A word for which there was no memory is null, and equal to none.
+bool isSameWord(const char* stored, const char* word) {
+    return stored != nullptr && strcasecmp(stored, word) == 0;
+}
+
 } // namespace
 
 Arguments::Arguments() : m_words(new StringArray(initialCapacity)), m_quoteUnmatched(false) {}
@@ -88,8 +93,7 @@ unsigned int Arguments::ArgIndex(const char* word) const {
     if (word == nullptr)
         return notFound;
     for (unsigned int i = 0; i < ArgCount(); ++i) {
-        // A word for which there was no memory is null.
-        if (ArgValue(i) != nullptr && strcasecmp(ArgValue(i), word) == 0)
+        if (isSameWord(ArgValue(i), word))
             return i;
     }
     return notFound;
@@ -127,9 +131,12 @@ void Arguments::DeleteArg(unsigned int i) {
 void Arguments::DeleteArg(const char* word) {
     if (word == nullptr)
         return;
+    // One of the words may be given. From the end, so that only words that stay are moved up.
     const std::string copy(word);
-    for (unsigned int i = ArgIndex(copy.c_str()); i != notFound; i = ArgIndex(copy.c_str()))
-        m_words->DeleteAt(i);
+    for (unsigned int i = ArgCount(); i-- > 0;) {
+        if (isSameWord(ArgValue(i), copy.c_str()))
+            m_words->DeleteAt(i);
+    }
 }
 
 char* Arguments::ToString(unsigned int first, PutStream& out) const {
