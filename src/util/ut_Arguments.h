@@ -66,7 +66,7 @@ public:
     }
     /// Writes the words from `first` on as a command text: one blank between them, quotes around those with blanks, and
     /// an open quote before the last when the text ended inside one. Returns the end of what was written, in the
-    /// stream.
+    /// stream. What does not fit `out` fails as `PutStream::PutF` does (code 1239).
     char* ToString(unsigned int first, PutStream& out) const;
 
 private:

@@ -44,7 +44,8 @@ public:
     /// Copies the name of variable `i` to `nameBuffer` and returns its value. A name of `bufferSize` characters or more
     /// is cut and not terminated. Throws code 1229 when there is no such variable.
     const char* ElementAt(unsigned int i, char* nameBuffer, unsigned int bufferSize) const;
-    /// Writes each variable as "name=value" and a newline; a name is cut at 127 characters. `level` is not used.
+    /// Writes each variable as "name=value" and a newline; a name is cut at 127 characters. `level` is not used. What
+    /// does not fit `out` fails as `PutStream::PutF` does (code 1239).
     void privateInformation(PutStream& out, int level) const;
 
     /// The variables of the process, as `getenv`, `setenv` (always overwriting) and `unsetenv` give and take them. A
@@ -52,7 +53,8 @@ public:
     static const char* GetEnv(const char* name);
     static int SetEnv(const char* name, const char* value);
     static int UnsetEnv(const char* name);
-    /// Writes each variable of the process and a newline. `level` is not used.
+    /// Writes each variable of the process and a newline. `level` is not used. What does not fit `out` fails as
+    /// `PutStream::PutS` does (code 1239).
     static void globalInformation(PutStream& out, int level);
 
 private:

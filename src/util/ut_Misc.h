@@ -110,19 +110,21 @@ public:
     static const unsigned char m_crc_array[256];
     /// The CRC that follows `crc` after the low 8 bits of `byte`.
     static unsigned char crc_table(int byte, unsigned char crc);
-    /// The 1-Wire CRC-8 over `len` bytes, started from 0xFF instead of 0; 0xFF for an empty range.
+    /// The 1-Wire CRC-8 over `len` bytes, started from 0xFF instead of 0; 0xFF for an empty range and for null.
     static unsigned char calc_crc(char* data, int len);
 
     /// Writes the MD5 (RFC 1321) of `text` into `out` as 32 lower-case hexadecimal digits and a terminator, as far as
-    /// `size` bytes allow. The result is 2, whatever fits: callers see the width of the last byte formatted.
+    /// `size` bytes allow; a null `text` is empty, a null `out` takes nothing. The result is 2, whatever fits: callers
+    /// see the width of the last byte formatted.
     static int calc_md5(const char* text, char* out, int size);
-    /// Copies the first `size` (at most 16) raw bytes of the MD5 of `len` bytes to `out` and returns `out`. Callers
-    /// rely on raw bytes without a terminator, not hexadecimal text.
+    /// Copies the first `size` (at most 16) raw bytes of the MD5 of `len` bytes to `out` and returns `out`; null `data`
+    /// and a `len` below 1 are no bytes, a null `out` takes nothing. Callers rely on raw bytes without a terminator,
+    /// not hexadecimal text.
     static char* calc_md5_hex(const char* data, int len, char* out, int size);
 
     /// Derives a password of `size` - 1 lower-case hexadecimal digits from three texts. Contract: `size` - 1 divides
-    /// 32; with another size the text is cut to it and terminated. Throws code 1239 of `PutStream` when the texts
-    /// exceed 247 characters together.
+    /// 32; with another size the text is cut to it and terminated. Null texts are empty, a null `out` takes nothing.
+    /// Throws code 1239 of `PutStream` when the texts exceed 247 characters together.
     static void genpw(const char* a, const char* b, const char* c, char* out, int size);
 };
 

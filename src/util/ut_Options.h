@@ -11,8 +11,8 @@ class PutStream;
 /// Up to eight options: keys, which are string tokens, with or without a value each.
 ///
 /// The texts are copies in a pool that `clear` frees at once; a pointer handed out is valid until then. A key may occur
-/// more than once. One thread at a time. Nothing is thrown or logged: a ninth option is dropped, and what is not there
-/// is null, -1 or false. Null values equal no text.
+/// more than once. One thread at a time. Nothing is thrown or logged, but by the stream that `toStream` writes to: a
+/// ninth option is dropped, and what is not there is null, -1 or false. Null values equal no text.
 ///
 ///     char text[] = "sort=name,size&reverse";
 ///     utility::Options options;
@@ -50,7 +50,7 @@ public:
     bool isOptionCase(unsigned int key, const char* value) const;
 
     /// Writes the options as a text. An option with the key 1153 continues the one before: only its value is written,
-    /// behind a comma.
+    /// behind a comma. What does not fit `out` fails as `PutStream::PutS` and `PutStream::PutF` do (code 1239).
     void toStream(PutStream& out) const;
 
     /// The number of options, and the key of option `i`; 0 when there is none.

@@ -28,12 +28,11 @@ typedef struct md5_state_s {
 /// Starts a digest.
 VXUT_EXPORT void md5_init(md5_state_t* state);
 
-/// Adds `nbytes` bytes of `data`, which is not kept; a count below 1 does
-/// nothing.
+/// Adds `nbytes` bytes of `data`, which is not kept; null and a count below 1 do nothing.
 VXUT_EXPORT void md5_append(md5_state_t* state, const unsigned char* data, int nbytes);
 
-/// Pads the message, adds its length and writes the 16 bytes of the digest. The
-/// state must be started again before more is added.
+/// Pads the message, adds its length and writes the 16 bytes of the digest. The state must be started again before
+/// more is added.
 VXUT_EXPORT void md5_finish(md5_state_t* state, unsigned char digest[16]);
 
 #ifdef __cplusplus
