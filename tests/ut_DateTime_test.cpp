@@ -617,6 +617,25 @@ TEST(DateTime, ATextThatDoesNotFitAStreamIsCutAndThrows) {
     }
 }
 
+TEST(DateTime, ATextThatDoesNotFitAStreamThatThrowsNothingIsCutAndLogged) {
+    const test::TimeZone zone(UTC);
+    for (const Form& form : FORMS) {
+        std::string storage(64, '#');
+        const int length = static_cast<int>(std::strlen(form.example));
+        PutStream out(storage.data(), length);
+        out.setNoThrow(true);
+        const test::LogCapture log;
+        (DateTime(EXAMPLE).*form.toStream)(out);
+        EXPECT_EQ(std::string(storage.c_str()), std::string(form.example, static_cast<std::size_t>(length) - 1));
+        EXPECT_EQ(out.WritePosition(), length - 1);
+        EXPECT_EQ(storage[static_cast<std::size_t>(length)], '#');
+        ASSERT_EQ(log.count(), 1U);
+        EXPECT_EQ(log.entries()[0].type, Logger::LOG_ERROR);
+        EXPECT_THAT(log.texts()[0], testing::StartsWith("PutStream::PutV: Didn't fit. wrote=" + std::to_string(length) +
+                                                        " remaining=" + std::to_string(length - 1) + " msg='%"));
+    }
+}
+
 TEST(DateTime, AStreamWithoutStorageTakesNoText) {
     PutStream none(nullptr, 64);
     EXPECT_TRUE(CATCH_FAILURE(DateTime(EXAMPLE).ToISOBuffer(none)));

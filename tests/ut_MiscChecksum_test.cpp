@@ -7,6 +7,7 @@
 
 #include "ExpectFailure.h"
 #include "ut_Misc.h"
+#include "ut_md5.h"
 
 using utility::Misc;
 
@@ -81,6 +82,19 @@ TEST(MiscChecksum, CalcCrcOfNoRangeIsFF) {
     EXPECT_EQ(Misc::calc_crc(&byte, INT_MIN), 0xFF);
 }
 
+TEST(MiscChecksum, ARecordWithItsCrcBehindItLeavesNothing) {
+    // The number of a 1-Wire device: family 02, serial number 00000001B81C, CRC A2.
+    const std::string device("\x02\x1C\xB8\x01\x00\x00\x00", 7);
+    EXPECT_EQ(crcByteByByte(device, 0), 0xA2);
+    EXPECT_EQ(crcByteByByte(device + '\xA2', 0), 0);
+
+    std::mt19937 random(10);
+    for (std::size_t size = 0; size < 100; ++size) {
+        const std::string bytes = randomBytes(random, size);
+        EXPECT_EQ(crcOf(bytes + static_cast<char>(crcOf(bytes))), 0) << size;
+    }
+}
+
 TEST(MiscChecksum, CalcCrcAgreesWithOneLookUpPerByte) {
     std::mt19937 random(6);
     for (std::size_t size = 0; size < 200; ++size) {
@@ -153,6 +167,27 @@ TEST(MiscChecksum, CalcMd5HexOfNoRangeIsThatOfTheEmptyText) {
     EXPECT_EQ(Misc::calc_md5_hex("abc", 3, &untouched, -1), &untouched);
     EXPECT_EQ(untouched, '#');
     EXPECT_EQ(Misc::calc_md5_hex("abc", 3, nullptr, 16), nullptr);
+}
+
+TEST(MiscChecksum, DigestsOfTextsAndBytesAgreeWithThePlainInterface) {
+    std::mt19937 random(11);
+    for (std::size_t size = 0; size < 2000; ++size) {
+        const std::string bytes = randomBytes(random, size);
+        const std::string text = bytes.c_str();
+        for (const std::string& data : {bytes, text}) {
+            md5_state_t state;
+            unsigned char digest[16];
+            char raw[16];
+            md5_init(&state);
+            md5_append(&state, reinterpret_cast<const unsigned char*>(data.data()), static_cast<int>(data.size()));
+            md5_finish(&state, digest);
+            Misc::calc_md5_hex(data.data(), static_cast<int>(data.size()), raw, sizeof raw);
+            ASSERT_EQ(std::memcmp(raw, digest, sizeof digest), 0) << size;
+            char hex[33];
+            Misc::toHexString(digest, sizeof digest, hex, sizeof hex);
+            ASSERT_EQ(md5Of(data.c_str()) == hex, data == text) << size;
+        }
+    }
 }
 
 TEST(MiscChecksum, GenpwTakesEvenlySpacedDigits) {
