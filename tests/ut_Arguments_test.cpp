@@ -384,7 +384,7 @@ TEST(Arguments, ItsOwnWordsMayBeGivenBackToIt) {
     arguments.ModifyArg(2, arguments.ArgValue(2) + 1);
     EXPECT_EQ(wordsOf(arguments), (Words{"one", "one", "NE", "one", "Two"}));
     EXPECT_EQ(arguments.ArgIndex(arguments.ArgValue(4)), 4U);
-    arguments.DeleteArg(arguments.ArgValue(0));
+    arguments.DeleteArg(arguments.ArgValue(1));
     EXPECT_EQ(wordsOf(arguments), (Words{"NE", "Two"}));
     arguments.ModifyArg(0, "p \"q r\"");
     for (int i = 0; i < 30; ++i)
@@ -663,6 +663,19 @@ TEST(Arguments, WithoutMemoryForAChangeItCanStillBeAskedAndWritten) {
         }
     }
     EXPECT_EQ(framework::Memory::staticOutstanding(), before);
+}
+
+TEST(Arguments, DeletesWordsWithoutMemory) {
+    const std::string longWord(1000, 'w');
+    Arguments arguments("a b");
+    for (int i = 0; i < 3; ++i)
+        arguments.AddArg(longWord.c_str());
+    {
+        const test::FailingAllocation failing(test::failAll);
+        EXPECT_NO_THROW(arguments.DeleteArg(longWord.c_str()));
+        EXPECT_NO_THROW(arguments.DeleteArg(0U));
+    }
+    EXPECT_EQ(wordsOf(arguments), (Words{"b"}));
 }
 
 TEST(Arguments, WithoutMemoryForALargerTableTheWordsStay) {

@@ -3,7 +3,6 @@
 #include <cctype>
 #include <cstdlib>
 #include <cstring>
-#include <string>
 
 #include <strings.h>
 
@@ -131,12 +130,18 @@ void Arguments::DeleteArg(unsigned int i) {
 void Arguments::DeleteArg(const char* word) {
     if (word == nullptr)
         return;
-    // One of the words may be given. From the end, so that only words that stay are moved up.
-    const std::string copy(word);
+    // From the end, so that only words that stay are moved up. A word given as it is stored here is deleted last.
+    unsigned int own = notFound;
     for (unsigned int i = ArgCount(); i-- > 0;) {
-        if (isSameWord(ArgValue(i), copy.c_str()))
+        if (ArgValue(i) == word) {
+            own = i;
+        } else if (isSameWord(ArgValue(i), word)) {
             m_words->DeleteAt(i);
+            if (own != notFound)
+                --own;
+        }
     }
+    DeleteArg(own);
 }
 
 char* Arguments::ToString(unsigned int first, PutStream& out) const {

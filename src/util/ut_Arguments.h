@@ -13,7 +13,7 @@ class PutStream;
 /// The words are copies that the object owns; a pointer handed out is valid until its word is changed or deleted. One
 /// thread at a time. What is not there is null, -1 or 0, and null words are found nowhere and added nowhere. A word
 /// without memory is null and found nowhere; without memory for more words code 1230 of "ut_Array" is thrown, and
-/// `std::bad_alloc` where the platform's own strings are needed.
+/// `std::bad_alloc` by a constructor.
 ///
 ///     utility::Arguments arguments("show file \"my notes\" -lines 20");
 ///     arguments.ArgValue(2);        // "my notes"
@@ -58,7 +58,7 @@ public:
     void ModifyArg(unsigned int i, const char* word);
     /// Deletes word `i`, when there is one.
     void DeleteArg(unsigned int i);
-    /// Deletes every word that equals `word`, ignoring case.
+    /// Deletes every word that equals `word`, which may be one of them, ignoring case.
     void DeleteArg(const char* word);
     /// Whether a text ended inside double quotes.
     bool quoteUnmatched() const {
