@@ -1378,6 +1378,17 @@ TEST(PWServiceEncryptPassword, WritesNothingWithoutRoom) {
     EXPECT_EQ(PWService::encryptPassword("secret", nullptr, 0), nullptr);
 }
 
+TEST(PWServiceEncryptPassword, MayTakeThePlainTextFromTheRoomForTheHash) {
+    if (!isInstalled("openssl"))
+        GTEST_SKIP() << "no openssl program is installed to compare with";
+    for (const std::size_t at : {0U, 5U}) {
+        char text[64] = "secret secret";
+        const std::string plain = text + at;
+        EXPECT_EQ(PWService::encryptPassword(text + at, text, sizeof text), text);
+        EXPECT_EQ(text, hashByOpenssl(std::string(text).substr(3, 8), plain)) << at;
+    }
+}
+
 TEST(PWServiceEncryptPassword, FillsTheRestOfTheRoomWithTerminators) {
     char out[64];
     std::memset(out, 'x', sizeof out);

@@ -218,9 +218,6 @@ char* PWService::encryptPassword(const char* plain, char* out, unsigned int outS
     static const char alphabet[] = "./0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
     if (out == nullptr || outSize == 0)
         return out;
-    out[0] = 0;
-    if (plain == nullptr)
-        return out;
     char salt[] = "$1$........";
     const unsigned long long time = static_cast<unsigned long long>(TimeMeasure::getTimestamp());
     unsigned int shift = time & 7;
@@ -229,16 +226,13 @@ char* PWService::encryptPassword(const char* plain, char* out, unsigned int outS
         salt[3 + i] = alphabet[value & 63];
         shift = value & 7;
     }
-    const std::unique_ptr<crypt_data> data(new (std::nothrow) crypt_data());
-    if (data == nullptr)
-        return out;
-    const char* hash = crypt_r(plain, salt, data.get());
+    const std::unique_ptr<crypt_data> data(plain != nullptr ? new (std::nothrow) crypt_data() : nullptr);
+    const char* hash = data != nullptr ? crypt_r(plain, salt, data.get()) : nullptr;
     const bool hashed = hash != nullptr && hash[0] == '$';
-    if (hashed) {
-        std::strncpy(out, hash, outSize);
-        out[outSize - 1] = 0;
-    }
-    explicit_bzero(data.get(), sizeof(crypt_data));
+    std::strncpy(out, hashed ? hash : "", outSize);
+    out[outSize - 1] = 0;
+    if (data != nullptr)
+        explicit_bzero(data.get(), sizeof(crypt_data));
     return out;
 }
 

@@ -33,8 +33,8 @@ public:
     /// Removes every entry of the user's name.
     static void delUser(PW* user);
     /// Writes the "$1$" hash (MD5-based) of `plain` to `out`, cut to `outSize` bytes with the terminator, and returns
-    /// `out`. The salt comes from the present time. A null `plain`, or one that the platform cannot hash, gives the
-    /// empty text.
+    /// `out`. The salt comes from the present time. A null `plain`, one that the platform cannot hash, and a lack of
+    /// memory give the empty text. `plain` may lie in `out`. A null `out` and a size of 0 write nothing.
     static char* encryptPassword(const char* plain, char* out, unsigned int outSize);
 
 private:
