@@ -967,6 +967,21 @@ TEST(PWServiceMode, NewFileIsNoMoreReadableThanTheFile) {
     }
 }
 
+TEST(PWServiceMode, NewFileIsOpenToItsOwnerAlone) {
+    // Its group is not always that of the file: a directory may hand down its own.
+    for (const mode_t mode : {0640, 0644, 0666, 0604, 0777}) {
+        SCOPED_TRACE(mode);
+        const Root root("root", threeUsers);
+        ASSERT_EQ(chmod(root.file().c_str(), mode), 0);
+        const mode_t mask = umask(0);
+        putUserInRoot(root.root());
+        umask(mask);
+        EXPECT_EQ(modeOf(root.newFile()), 0600u) << std::oct << modeOf(root.newFile());
+        EXPECT_EQ(modeOf(root.file()), mode);
+        EXPECT_EQ(root.read(), threeUsers + lineOf("added", 2000));
+    }
+}
+
 TEST(PWServiceMode, StaleNewFileThatAllMayReadIsClosedToThem) {
     const Root root("root", threeUsers);
     ASSERT_EQ(chmod(root.file().c_str(), 0600), 0);

@@ -78,7 +78,8 @@ File openRegular(const char* name) {
     return file;
 }
 
-/// Makes the file that replaces `original`, with no wider permissions; null when that fails.
+/// Makes the file that replaces `original`, with no wider permissions; null when that fails. Its group, and the users
+/// whom its directory grants access, may be others than those of `original`, so it is open to its owner alone.
 File makeReplacement(const std::string& name, std::FILE* original) {
     struct stat status = {};
     if (fstat(fileno(original), &status) != 0)
@@ -87,7 +88,7 @@ File makeReplacement(const std::string& name, std::FILE* original) {
     unlink(name.c_str());
     const int fd = open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
     File file = openStream(fd, "w");
-    if (file != nullptr && fchmod(fd, status.st_mode & 0777) != 0)
+    if (file != nullptr && fchmod(fd, status.st_mode & (S_IRUSR | S_IWUSR)) != 0)
         return nullptr;
     return file;
 }

@@ -12,10 +12,12 @@ namespace utility {
 /// The file is "/etc/passwd" behind the root that the environment variable `VX_ROOT` names when the file is first used.
 /// All operations share one record and the file, without locks: one thread at a time, and nobody else may rewrite the
 /// file meanwhile. Nothing is thrown but `std::bad_alloc` without memory; a file that cannot be opened is an empty
-/// answer or no change. A rewrite makes "<file>.new", no more readable than the file itself, and copies it over only
-/// when all of it was written, so the file stays as it was otherwise; that the file itself failed while it was read is
-/// also logged, at level 0. An entry that the platform cannot read ends the reading: a rewrite drops what lies behind
-/// it, and says so at level 0. Debug switch 484 traces.
+/// answer or no change. A rewrite makes "<file>.new", open to its owner alone and no wider to him than the file itself,
+/// and copies it over only when all of it was written, so the file stays as it was otherwise; that the file itself
+/// failed while it was read, or that no command can name it (a blank and a double quote in it), is also logged, at
+/// level 0. A file whose new name is longer than 255 bytes is not rewritten. An entry that the platform cannot read
+/// ends the reading: a rewrite drops what lies behind it, and says so at level 0; lines that the platform passes over,
+/// such as comments, are dropped without a word. Debug switch 484 traces.
 ///
 ///     utility::PW* user = utility::PWService::getUser("monitor");
 ///     if (user != nullptr) use(user->getUid());
