@@ -18,11 +18,14 @@
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <new>
 #include <string>
 #include <vector>
 
+#include "fw_Memory.h"
 #include "support/ChildProcess.h"
 #include "support/DebugSwitch.h"
+#include "support/FailingAllocation.h"
 #include "support/GuardedText.h"
 #include "support/LogCapture.h"
 #include "support/TemporaryDirectory.h"
@@ -167,6 +170,12 @@ mode_t modeOf(const std::string& path) {
     struct stat status = {};
     EXPECT_EQ(stat(path.c_str(), &status), 0) << path;
     return status.st_mode & 07777;
+}
+
+int lowestFreeDescriptor() {
+    const int descriptor = dup(STDERR_FILENO);
+    close(descriptor);
+    return descriptor;
 }
 
 /// The logged messages as "<level> <text>", oldest first.
@@ -348,12 +357,7 @@ TEST(PWServiceGetUser, FindsNobodyInAMissingOrUnreadableFile) {
 TEST(PWServiceGetUser, LeavesNoDescriptorOpen) {
     const Root root("root", threeUsers);
     inRoot(root.root(), [] {
-        const auto lowestFree = [] {
-            const int descriptor = dup(STDERR_FILENO);
-            close(descriptor);
-            return descriptor;
-        };
-        const int before = lowestFree();
+        const int before = lowestFreeDescriptor();
         PW user;
         fill(user, "added", 7);
         for (int i = 0; i < 3; ++i) {
@@ -362,7 +366,7 @@ TEST(PWServiceGetUser, LeavesNoDescriptorOpen) {
             PWService::getHighestUID();
             PWService::putUser(&user);
             PWService::delUser(&user);
-            EXPECT_EQ(lowestFree(), before);
+            EXPECT_EQ(lowestFreeDescriptor(), before);
         }
     });
 }
@@ -498,7 +502,8 @@ TEST(PWServiceOddLines, RewriteDropsWhatLiesBehindALineThatCannotBeReadAndSaysSo
         fill(user, "added", 2000);
         const test::LogCapture log;
         PWService::putUser(&user);
-        EXPECT_EQ(errorsIn(log), 1u);
+        EXPECT_TRUE(log.contains(Logger::LOG_ERROR, "an entry of " + root.file() +
+                                                        " cannot be read: it and what lies behind it is dropped"));
         EXPECT_EQ(log.count(), 1u);
     });
     EXPECT_EQ(root.read(), "a:x:5:1::/:/\n" + lineOf("added", 2000));
@@ -840,6 +845,21 @@ TEST(PWServiceFailure, FieldThatTheWriterRefusesLeavesTheFileAsItWas) {
     }
 }
 
+TEST(PWServiceFailure, EntryThatIsReadButNotWrittenLeavesTheFileAsItWas) {
+    // All that lies behind the sixth colon is the shell, which must hold no colon when it is written.
+    const std::string content = std::string(threeUsers) + "more:x:3:1:g:/:/:more:fields\nlast:x:4:1::/:/\n";
+    const Root root("root", content);
+    ASSERT_EQ(usersOf(root.file()).size(), 5u);
+    for (const char* name : {"added", "monitor", "last"}) {
+        putUserInRoot(root.root(), name);
+        EXPECT_EQ(root.read(), content) << name;
+        delUserInRoot(root.root(), name);
+        EXPECT_EQ(root.read(), content) << name;
+    }
+    delUserInRoot(root.root(), "more");
+    EXPECT_EQ(root.read(), std::string(threeUsers) + "last:x:4:1::/:/\n");
+}
+
 TEST(PWServiceFailure, RealNameGoesThroughThePlatformsWriter) {
     const Root root("root", "");
     std::FILE* reference = std::fopen(root.directory().path("reference").c_str(), "w");
@@ -1124,6 +1144,21 @@ TEST(PWServiceHostileRoot, ReachesNoShellAndLosesNothingWithBlanksAndQuotes) {
     }
 }
 
+TEST(PWServiceHostileRoot, ThatNoCommandCanNameIsToldAtLevel0) {
+    for (const char* name : {"a b\"c", "\" \""}) {
+        const Root root(name, threeUsers);
+        inRoot(root.root(), [&] {
+            PW user;
+            fill(user, "added", 2000);
+            const test::LogCapture log;
+            PWService::putUser(&user);
+            EXPECT_TRUE(log.contains(Logger::LOG_ERROR, "cannot copy " + root.newFile() + " over " + root.file()));
+            EXPECT_EQ(log.count(), 1u);
+        });
+        EXPECT_EQ(root.read(), threeUsers);
+    }
+}
+
 TEST(PWServiceHostileRoot, LosesNothingWithALeadingDash) {
     for (const char* name :
          {"-r", "-rf", "--help", "-t", "--target-directory=c", "-b", "--backup", "-s", "-l", "--", "-"})
@@ -1256,6 +1291,31 @@ TEST(PWServiceTrace, OfDelUser) {
         PWService::delUser(&user);
         EXPECT_EQ(linesOf(log), (std::vector<std::string>{given, "3 search for twin", "3 in file: " + root.newFile(),
                                                           first, "3 found"}));
+    });
+}
+
+TEST(PWServiceTrace, IsThatOfTheOperation) {
+    const Root root("root", threeUsers);
+    inRoot(root.root(), [&] {
+        const test::DebugSwitch service(484);
+        const auto expectFrom = [](const test::LogCapture& log, const char* function) {
+            EXPECT_EQ(log.count(), 3u);
+            for (const test::LogEntry& entry : log.entries()) {
+                EXPECT_EQ(entry.function, function) << entry.text;
+                EXPECT_GT(entry.line, 0) << entry.text;
+            }
+        };
+        test::LogCapture log;
+        PW user;
+        fill(user, "monitor", 70);
+        PWService::getUser("monitor");
+        expectFrom(log, "static utility::PW* utility::PWService::getUser(const char*)");
+        log.clear();
+        PWService::putUser(&user);
+        expectFrom(log, "static void utility::PWService::putUser(utility::PW*)");
+        log.clear();
+        PWService::delUser(&user);
+        expectFrom(log, "static void utility::PWService::delUser(utility::PW*)");
     });
 }
 
@@ -1421,4 +1481,122 @@ TEST(PWServiceEncryptPassword, IsEmptyForWhatCannotBeHashed) {
     EXPECT_EQ(PWService::encryptPassword(tooLong.c_str(), refused.array(), refused.size()), refused.array());
     EXPECT_TRUE(refused.isTerminated());
     EXPECT_EQ(refused.text(), "");
+}
+
+// --- without memory
+
+namespace {
+
+/// Runs `operation` under a root of its own, in one process, with each of its allocations failing once; the name of the
+/// file has been made. `check` runs after each time.
+template<class Operation, class Check>
+void withEachAllocationFailing(const Root& root, Operation operation, Check check) {
+    inRoot(root.root(), [&] {
+        ASSERT_NE(PWService::getFileName(), nullptr);
+        const int before = lowestFreeDescriptor();
+        const long outstanding = framework::Memory::staticOutstanding();
+        const unsigned long failed = test::failEachAllocationOnce(
+            [&] {
+                try {
+                    operation();
+                } catch (const std::bad_alloc&) {
+                    // The names and texts that it keeps are the standard library's.
+                }
+            },
+            [&] {
+                check();
+                EXPECT_EQ(lowestFreeDescriptor(), before);
+                EXPECT_EQ(framework::Memory::staticOutstanding(), outstanding);
+            });
+        EXPECT_GE(failed, 1u);
+    });
+}
+
+} // namespace
+
+TEST(PWServiceMemory, WithoutItThereIsNoNameYet) {
+    const Root root("root", threeUsers);
+    inRoot(root.root(), [&] {
+        PW user;
+        fill(user, "added", 2000);
+        {
+            test::FailingAllocation failing(test::failAll);
+            EXPECT_EQ(PWService::getFileName(), nullptr);
+            EXPECT_EQ(PWService::getHighestUID(), 0u);
+            EXPECT_EQ(PWService::getUser("root"), nullptr);
+            PWService::putUser(&user);
+            PWService::delUser(&user);
+        }
+        EXPECT_EQ(root.read(), threeUsers);
+        EXPECT_EQ(PWService::getFileName(), root.file());
+        EXPECT_NE(PWService::getUser("root"), nullptr);
+    });
+}
+
+TEST(PWServiceMemory, WithoutItAUserIsFoundOrNot) {
+    const Root root("root", threeUsers);
+    const std::string absent(300, 'a');
+    const PW* user = nullptr;
+    withEachAllocationFailing(
+        root,
+        [&] {
+            user = nullptr;
+            user = PWService::getUser("guest");
+            EXPECT_EQ(PWService::getUser(absent.c_str()), nullptr);
+        },
+        [&] {
+            user = PWService::getUser("guest");
+            ASSERT_NE(user, nullptr);
+            EXPECT_EQ(user->getUid(), 1002u);
+        });
+}
+
+TEST(PWServiceMemory, WithoutItTheHighestNumberIsThatOfTheFileOrZero) {
+    const Root root("root", threeUsers);
+    unsigned int highest = 0;
+    withEachAllocationFailing(
+        root, [&] { highest = PWService::getHighestUID(); },
+        [&] {
+            EXPECT_TRUE(highest == 0 || highest == 1002u) << highest;
+            EXPECT_EQ(PWService::getHighestUID(), 1002u);
+        });
+}
+
+TEST(PWServiceMemory, WithoutItTheFileIsRewrittenWholeOrNotAtAll) {
+    const std::string content = manyUsers(300);
+    const Root root("root", content);
+    PW user;
+    fill(user, "added", 2000);
+    user.m_passwd.pw_gecos = user.newString(std::string(300, 'g').c_str());
+    const std::string added = "added:pw:2000:2001:" + std::string(300, 'g') + ":/home:/bin/sh\n";
+    withEachAllocationFailing(
+        root, [&] { PWService::putUser(&user); },
+        [&] {
+            const std::string now = root.read();
+            EXPECT_TRUE(now == content || now == content + added) << now;
+            root.write(content);
+        });
+    const std::string first = manyUsers(1);
+    fill(user, "user0", 1);
+    root.write(content);
+    withEachAllocationFailing(
+        root, [&] { PWService::delUser(&user); },
+        [&] {
+            const std::string now = root.read();
+            EXPECT_TRUE(now == content || now == content.substr(first.size())) << now;
+            root.write(content);
+        });
+}
+
+TEST(PWServiceMemory, WithoutItAHashIsEmpty) {
+    char out[64];
+    std::memset(out, 'x', sizeof out);
+    const unsigned long failed =
+        test::failEachAllocationOnce([&] { EXPECT_EQ(PWService::encryptPassword("secret", out, sizeof out), out); },
+                                     [&] {
+                                         EXPECT_STREQ(out, "");
+                                         std::memset(out, 'x', sizeof out);
+                                     });
+    EXPECT_GE(failed, 1u);
+    EXPECT_EQ(std::strlen(out), 34u);
 }
