@@ -521,6 +521,23 @@ TEST(Path, IsValidTakesOutLongChains) {
     EXPECT_STREQ(slashes.getValue(), "/x");
 }
 
+TEST(Path, IsValidTakesOutTensOfThousandsOfComponents) {
+    for (const char* const chain : {"./", "d/../", "/"}) {
+        Path path(("a/" + repeated(chain, 50000) + "x").c_str());
+        EXPECT_TRUE(path.isValid());
+        EXPECT_STREQ(path.getValue(), "a/x");
+    }
+}
+
+TEST(Path, IsValidTakesTheFileOutWithTheLastComponentThatIsSeen) {
+    std::string directory;
+    for (int i = 0; i < 33; ++i)
+        directory += "d" + std::to_string(i) + "/";
+    Path path((directory + "..").c_str());
+    EXPECT_TRUE(path.isValid());
+    EXPECT_EQ(path.getValue(), directory.substr(0, directory.size() - 8) + "d32/");
+}
+
 TEST(Path, IsValidWalksTheComponentsThatAreSeen) {
     const std::string directory = repeated("d/", 32) + "../";
     Path path(directory.c_str());

@@ -139,14 +139,14 @@ void Path::evaluatePath() const {
         return;
     m_numComponents = 0;
     std::size_t start = 0;
-    for (std::size_t i = 0; i < m_path.size(); ++i) {
+    for (std::size_t i = 0; i < m_path.size() && m_numComponents < largestCount; ++i) {
         if (m_path[i] != '/')
             continue;
-        if (i > 0 && m_numComponents < largestCount) {
+        if (i > 0) {
             m_starts[m_numComponents] = static_cast<unsigned int>(start);
             m_lengths[m_numComponents] = static_cast<unsigned int>(i - start);
-            VXUT_TRACE_ENTITY(pathSwitch, "Component %u: \"%s\"", m_numComponents,
-                              componentText(m_numComponents).c_str());
+            VXUT_TRACE_ENTITY(pathSwitch, "Component %u: \"%.*s\"", m_numComponents, static_cast<int>(i - start),
+                              m_path.c_str() + start);
             ++m_numComponents;
         }
         start = i + 1;

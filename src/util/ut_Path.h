@@ -72,7 +72,8 @@ public:
     /// Removes a component with the slash behind it, or the file; one that is not there changes nothing.
     void removeComponent(unsigned int i);
     /// Takes out ".", empty components, and ".." together with the component before it, in the file part too. False
-    /// when a ".." had none before it; the path is left normalised all the same.
+    /// when a ".." had none before it; the path is left normalised all the same. Directory components behind the 32nd
+    /// are not looked at: callers see them unchanged, and what a ".." among them does is not told.
     bool isValid();
     /// Computes the components, unless they are computed already.
     void evaluatePath() const;
