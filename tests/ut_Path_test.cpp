@@ -7,7 +7,9 @@
 
 #include <cstddef>
 #include <cstring>
+#include <functional>
 #include <memory>
+#include <new>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -15,6 +17,7 @@
 
 #include "ChildProcess.h"
 #include "DebugSwitch.h"
+#include "FailingAllocation.h"
 #include "LogCapture.h"
 #include "RandomRun.h"
 #include "ReferencePath.h"
@@ -22,6 +25,7 @@
 #include "TraceLines.h"
 #include "VirtualSlot.h"
 #include "fw_Entity.h"
+#include "fw_Memory.h"
 #include "fw_StableStringRepository.h"
 #include "fw_StringRepository.h"
 
@@ -897,6 +901,95 @@ TEST(Path, RandomRemovalsKeepComponentsAndDirectoryTogether) {
             ASSERT_EQ(componentsOf(path), components) << before << " without " << i;
         }
     }
+}
+
+// Without memory
+
+/// The whole of `path`, with its components where it has that many.
+std::string stateOf(const Path& path) {
+    std::string state = partsOf(path) + "|" + path.getValue();
+    for (const std::string& component : componentsOf(path))
+        state += "|" + component;
+    return state;
+}
+
+TEST(Path, WithoutMemoryItChangesWholeOrNotAtAll) {
+    const test::TemporaryDirectory directory;
+    const std::string file = directory.write("a file with a name that takes memory.and an extension that does", "x");
+    const std::string longPath = "/a directory of fifty characters and some more/b/another that takes memory";
+    const std::string searchPath = "/nonexistent/for/want/of/memory/:" + directory.path();
+    // As long as a text without memory of its own can be: the slash behind it takes memory.
+    const std::string shortPath = "123456789abcde/";
+    const std::string noSlash = "123456789abcdef";
+    const std::vector<std::function<void(Path&)>> operations = {
+        [&](Path& path) { path.setPath(longPath.c_str()); },      [&](Path& path) { path.setPath(noSlash.c_str()); },
+        [&](Path& path) { path.setPath(longPath.c_str(), 40); },  [&](Path& path) { path.setFile(longPath.c_str()); },
+        [&](Path& path) { path.setExtension(longPath.c_str()); }, [&](Path& path) { path.setFullPath(file.c_str()); },
+        [&](Path& path) { path.setFullFile(file.c_str()); },      [&](Path& path) { path.find(searchPath.c_str()); },
+        [&](Path& path) { path.findFull(searchPath.c_str()); },   [&](Path& path) { path.removeComponent(0); },
+    };
+    for (const std::string& start : {file, std::string("x/y/z.w"), shortPath, longPath + "/../" + longPath + "/f"}) {
+        for (std::size_t i = 0; i < operations.size(); ++i) {
+            Path whole(start.c_str());
+            const std::string before = stateOf(whole);
+            operations[i](whole);
+            const std::string after = stateOf(whole);
+            unsigned long failures = 1;
+            for (unsigned long nth = 1; failures > 0; ++nth) {
+                ASSERT_LE(nth, 100U);
+                Path path(start.c_str());
+                path.evaluatePath();
+                {
+                    test::FailingAllocation failing(nth);
+                    try {
+                        operations[i](path);
+                    } catch (const std::bad_alloc&) {
+                        // The parts are the standard library's texts.
+                    }
+                    failures = failing.failures();
+                }
+                const std::string now = stateOf(path);
+                EXPECT_TRUE(now == before || now == after) << start << " " << i << " " << nth << ": " << now;
+                EXPECT_TRUE(failures > 0 || now == after) << start << " " << i << ": " << now;
+            }
+        }
+    }
+}
+
+TEST(Path, WithoutMemoryItCanStillBeAskedAndNormalised) {
+    const std::string normal = "a directory of some length/another that takes memory/file name.extension";
+    const long outstanding = framework::Memory::staticOutstanding();
+    for (const std::string root : {"", "/"}) {
+        const std::string value = root + (root.empty() ? ".//" : "") +
+                                  "a directory of some length/./and one to go/../another that takes memory//"
+                                  "file name.extension";
+        const test::DebugSwitch debug(TRACE_SWITCH);
+        const test::LogCapture log;
+        std::unique_ptr<Path> path;
+        const unsigned long failed = test::failEachAllocationOnce(
+            [&] {
+                try {
+                    path.reset();
+                    path = std::make_unique<Path>(value.c_str());
+                    path->dumpComponents();
+                    path->exists();
+                    path->component(1);
+                    path->component(5);
+                    path->isValid();
+                } catch (const std::bad_alloc&) {
+                    // The texts are the standard library's.
+                }
+            },
+            [&] {
+                if (!path)
+                    return;
+                EXPECT_TRUE(path->isValid());
+                EXPECT_EQ(path->getValue(), root + normal);
+                EXPECT_EQ(componentsOf(*path).size(), 3U);
+            });
+        EXPECT_GE(failed, 10U);
+    }
+    EXPECT_EQ(framework::Memory::staticOutstanding(), outstanding);
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include <sys/stat.h>
 
@@ -69,12 +70,16 @@ void Path::setValue(const char* value, bool setPath, bool setFile, bool setExten
     const std::size_t slash = text.rfind('/');
     const std::string name = slash != std::string::npos ? text.substr(slash + 1) : text;
     const std::size_t dot = findExtension(name);
+    // All of them before the first is set: without memory nothing changes.
+    std::string directory = slash != std::string::npos ? text.substr(0, slash + 1) : "";
+    std::string file = name.substr(0, dot);
+    std::string extension = dot < name.size() ? name.substr(dot + 1) : "";
     if (setPath)
-        assignPath(slash != std::string::npos ? text.substr(0, slash + 1) : "");
+        assignPath(std::move(directory));
     if (setFile)
-        m_file = name.substr(0, dot);
+        m_file.swap(file);
     if (setExtension)
-        m_extension = dot < name.size() ? name.substr(dot + 1) : "";
+        m_extension.swap(extension);
 }
 
 void Path::setFullPath(const char* value) {
@@ -93,10 +98,10 @@ void Path::setPath(const char* path, unsigned int n) {
     assignPath(path != nullptr ? std::string(path, strnlen(path, n)) : "");
 }
 
-void Path::assignPath(const std::string& path) {
-    m_path = path;
-    if (!m_path.empty() && m_path.back() != '/')
-        m_path += '/';
+void Path::assignPath(std::string path) {
+    if (!path.empty() && path.back() != '/')
+        path += '/';
+    m_path.swap(path);
     m_evaluated = false;
 }
 
@@ -154,10 +159,6 @@ void Path::evaluatePath() const {
     m_evaluated = true;
 }
 
-std::string Path::componentText(unsigned int i) const {
-    return m_path.substr(m_starts[i], m_lengths[i]);
-}
-
 unsigned int Path::componentCount() const {
     evaluatePath();
     return m_numComponents + (m_file.empty() && m_extension.empty() ? 0 : 1);
@@ -171,7 +172,7 @@ const char* Path::component(unsigned int i) const {
         const char* file = getFullFile();
         return *file != 0 ? file : nullptr;
     }
-    m_component = componentText(i);
+    m_component.assign(m_path, m_starts[i], m_lengths[i]);
     return m_component.c_str();
 }
 
@@ -215,8 +216,10 @@ bool Path::isValid() {
             ++index;
         }
         // What follows a first component that was removed must not become a root.
-        if (relative && isAbsolute())
-            assignPath(m_path.substr(std::min(m_path.find_first_not_of('/'), m_path.size())));
+        if (relative && isAbsolute()) {
+            m_path.erase(0, m_path.find_first_not_of('/'));
+            m_evaluated = false;
+        }
     }
     return valid;
 }
@@ -226,25 +229,26 @@ void Path::dumpComponents() {
     VXUT_TRACE_ENTITY(pathSwitch, "PATH=\"%s\"", m_path.c_str());
     VXUT_TRACE_ENTITY(pathSwitch, "m_numComponents=%u", m_numComponents);
     for (unsigned int i = 0; i < m_numComponents; ++i)
-        VXUT_TRACE_ENTITY(pathSwitch, "%u: %u,%u \"%s\"", i, m_starts[i], m_lengths[i], componentText(i).c_str());
+        VXUT_TRACE_ENTITY(pathSwitch, "%u: %u,%u \"%.*s\"", i, m_starts[i], m_lengths[i],
+                          static_cast<int>(m_lengths[i]), m_path.c_str() + m_starts[i]);
 }
 
 bool Path::findIn(const char* searchPath, bool appended, const char* function) {
     VXUT_TRACE_ENTITY_AS(function, pathSwitch, "Using search path: %s", searchPath);
     const std::string list = searchPath;
-    const std::string directory = m_path;
+    Path candidate(*this);
     std::size_t end = 0;
     for (std::size_t start = 0; start <= list.size(); start = end + 1) {
         end = std::min(list.find(':', start), list.size());
         const std::string element = list.substr(start, end - start);
-        assignPath(appended ? joined(element, directory) : element);
-        VXUT_TRACE_ENTITY_AS(function, pathSwitch, "Try search path: %s", m_path.c_str());
-        if (exists()) {
-            VXUT_TRACE_ENTITY_AS(function, pathSwitch, "found %s", getValue());
+        candidate.assignPath(appended ? joined(element, m_path) : element);
+        VXUT_TRACE_ENTITY_AS(function, pathSwitch, "Try search path: %s", candidate.getPath());
+        if (candidate.exists()) {
+            VXUT_TRACE_ENTITY_AS(function, pathSwitch, "found %s", candidate.getValue());
+            assignPath(candidate.m_path);
             return true;
         }
     }
-    assignPath(directory);
     return false;
 }
 

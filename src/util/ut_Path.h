@@ -11,7 +11,8 @@ namespace utility {
 ///
 /// The texts are the object's own. A pointer that `getFullFile`, `getValue` or `component` gives is valid until the
 /// next call of the same operation, one that `getPath` gives until the path changes. One thread at a time. Null texts
-/// count as empty. Nothing is thrown but `std::bad_alloc` without memory. Debug switch 489 traces.
+/// count as empty. Nothing is thrown but `std::bad_alloc` without memory: a setter or a search has then changed
+/// nothing. Debug switch 489 traces.
 ///
 ///     utility::Path path("/usr/lib/libx.so.1");
 ///     path.getPath();        // "/usr/lib/"
@@ -89,8 +90,7 @@ public:
 private:
     static const unsigned int largestCount = 32;
 
-    void assignPath(const std::string& path);
-    std::string componentText(unsigned int i) const;
+    void assignPath(std::string path);
     bool findIn(const char* searchPath, bool appended, const char* function);
 
     std::string m_path;
