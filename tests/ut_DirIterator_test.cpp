@@ -437,6 +437,7 @@ TEST(DirIterator, CanBeClosedAtAnyTime) {
     iterator.close();
     iterator.close();
     EXPECT_EQ(openDescriptors(), before);
+    EXPECT_EQ(iterator.getIndex(), -1);
     EXPECT_EQ(iterator.getType(), 0);
     EXPECT_EQ(iterator.getNext(), nullptr);
     EXPECT_EQ(iterator.getIndex(), -1);
@@ -444,6 +445,17 @@ TEST(DirIterator, CanBeClosedAtAnyTime) {
     iterator.close();
     EXPECT_TRUE(iterator.open());
     EXPECT_EQ(iterator.length(nullptr), 3U);
+}
+
+TEST(DirIterator, OpenedOnceMoreItIsBeforeItsFirstEntry) {
+    const test::TemporaryDirectory directory;
+    fill(directory, {"a", "b"});
+    DirIterator iterator(directory.path().c_str(), "?");
+    ASSERT_NE(iterator.getFirst(nullptr), nullptr);
+    EXPECT_TRUE(iterator.open());
+    EXPECT_EQ(iterator.getIndex(), -1);
+    EXPECT_EQ(iterator.getNext(), nullptr);
+    EXPECT_EQ(walk(iterator), platformMatches(directory.path(), "?"));
 }
 
 TEST(DirIterator, AnotherDirectoryIsReadOnceTheFormerIsClosed) {

@@ -62,7 +62,7 @@ void DirIterator::close() {
     closedir(m_pDir);
     VXUT_TRACE_ENTITY(dirIteratorSwitch, "closedir m_pDir");
     m_pDir = nullptr;
-    m_entry = nullptr;
+    end();
 }
 
 const char* DirIterator::end() {

@@ -24,14 +24,15 @@ public:
     DirIterator& operator=(const DirIterator&) = delete;
     ~DirIterator() override;
 
-    /// Opens the directory part; false, with the error set the first time, when that fails.
+    /// Opens the directory part, once more when it is open: the walk is then before its first entry. False, with the
+    /// error set the first time, when that fails.
     bool open();
     /// Closes the directory; the next look opens it again.
     void close();
     /// The name of the first match, or null; a `pattern` that is not null replaces the one in use. The name is valid
-    /// until the next look.
+    /// until the next look, or until the directory is closed.
     const char* getFirst(const char* pattern);
-    /// The name of the next match, or null.
+    /// The name of the next match, or null: also where `getFirst` found none before it.
     const char* getNext();
     /// The number of matches, as `getFirst` and `getNext` find them; the walk is then at its end.
     unsigned int length(const char* pattern);
