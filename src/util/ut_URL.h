@@ -38,7 +38,8 @@ public:
     void SetAuthority(const char* authority);
     void SetPath(const char* path);
     void SetQuery(const char* query);
-    /// Splits and decodes `text`. Parts that it does not have keep their earlier values; null changes nothing.
+    /// Splits and decodes `text`. Parts that it does not have keep their earlier values, one that it marks and leaves
+    /// empty becomes null; a null `text` changes nothing.
     void SetURL(const char* text);
 
     /// The parts, or null.
@@ -54,13 +55,15 @@ public:
     const char* GetQuery() const {
         return m_query;
     }
-    /// Composes the text of the parts; null when all are absent or empty. Nothing is encoded again, so callers see
-    /// parts that contain "/", "?" or "%" change on the way back. Each call takes new memory of the pool.
+    /// Composes the text of the parts; null when all are absent or empty, and without memory. Nothing is encoded again,
+    /// so callers see parts that contain "/", "?" or "%" change on the way back. Each call takes new memory of the
+    /// pool.
     char* GetValue();
     /// Forgets all parts and frees the pool, the text of the last `GetValue` with it.
     void clear();
     /// Decodes `length` bytes of `text` into the pool: "%" and two hexadecimal digits are a byte, and an escape that
-    /// the end cuts off is dropped with the rest. Null for a null text or a length of 0.
+    /// the end cuts off is dropped with the rest. A character that is no digit counts as 255 there: callers see "%g1"
+    /// as F1. Null for a null text, a length of 0 or from 2,147,483,647, and without memory.
     char* decodeAndAlloc(const char* text, unsigned int length);
 
 private:
