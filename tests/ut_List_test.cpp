@@ -414,6 +414,41 @@ TEST_F(ListTest, AnElementIsDeletedBeforeItIsTakenOut) {
     EXPECT_EQ(list.count(), 0);
 }
 
+TEST_F(ListTest, AnElementMayTakeItselfOutWhileItIsDeleted) {
+    struct Leaving : public ListNumber {
+        Leaving(int number, List& left, ListContainable* put) : ListNumber(number), list(left), successor(put) {}
+        Leaving(const Leaving&) = delete;
+        Leaving& operator=(const Leaving&) = delete;
+        ~Leaving() override {
+            list.remove(static_cast<const ListContainable*>(this));
+            list.addLast(successor);
+        }
+        List& list;
+        ListContainable* successor;
+    };
+    list.addLast(&a);
+    list.addLast(new Leaving(20, list, nullptr));
+    list.addLast(&b);
+    list.removeAndDelete(1);
+    EXPECT_EQ(content(list), (Elements{&a, &b}));
+    EXPECT_EQ(contentBackwards(list), (Elements{&a, &b}));
+    EXPECT_EQ(list.count(), 2);
+
+    auto* leaving = new Leaving(20, list, &c);
+    list.addFirst(leaving);
+    list.removeAndDelete(leaving);
+    EXPECT_EQ(content(list), (Elements{&a, &b, &c}));
+    EXPECT_EQ(list.count(), 3);
+
+    list.removeAll();
+    for (int number = 20; number < 23; ++number)
+        list.addLast(new Leaving(number, list, nullptr));
+    list.removeAndDeleteAll();
+    EXPECT_EQ(list.getFirst(), nullptr);
+    EXPECT_EQ(list.getLast(), nullptr);
+    EXPECT_EQ(list.count(), 0);
+}
+
 TEST_F(ListTest, RemoveAllDeletesNoElement) {
     fill();
     const int alive = ListNumber::alive;

@@ -246,8 +246,18 @@ ListContainable* List::takeOut(const ListEntry* entry) {
 void List::deleteAndRemove(const ListEntry* entry) {
     if (!entry)
         return;
-    delete entry->element();
-    removeEntry(entry);
+    const ListContainable* element = entry->element();
+    delete element;
+    // An element that took itself out when it was deleted took its entry along, and may have put something in since.
+    if (holds(entry, element))
+        removeEntry(entry);
+}
+
+bool List::holds(const ListEntry* entry, const ListContainable* element) const {
+    const ListEntry* held = m_first;
+    while (held && held != entry)
+        held = held->next();
+    return held && held->element() == element;
 }
 
 } // namespace utility

@@ -98,13 +98,14 @@ public:
     ListContainable* remove(int index);
     /// Takes out the first element equal to `e`, if there is one.
     void remove(const ListContainable* e);
-    /// Takes out and deletes the element at `index`, if there is one.
+    /// Deletes the element at `index`, if there is one, and takes it out. It is still in the list when it is deleted,
+    /// and may take itself out then. One that stands in the list more than once must not be deleted so.
     void removeAndDelete(int index);
-    /// Takes out and deletes the first element equal to `e`, if there is one; that need not be `e` itself.
+    /// The same with the first element equal to `e`, if there is one; that need not be `e` itself.
     void removeAndDelete(ListContainable* e);
     /// Takes out all elements without deleting them.
     void removeAll();
-    /// Takes out and deletes all elements.
+    /// The same with all elements, from the first.
     void removeAndDeleteAll();
 
     /// Wakes every consumer that is blocked in `removeFirst(true)`. One that is only about to wait is not woken, so a
@@ -133,6 +134,7 @@ private:
     void waitForElement();
     ListContainable* takeOut(const ListEntry* entry);
     void deleteAndRemove(const ListEntry* entry);
+    bool holds(const ListEntry* entry, const ListContainable* element) const;
 
     // Written under the write lock. A consumer reads it without the lock, before it waits.
     std::atomic<ListEntry*> m_first;
