@@ -9,6 +9,7 @@
 #include <type_traits>
 #include <vector>
 
+#include "CountedComparisons.h"
 #include "ExpectFailure.h"
 #include "FailingAllocation.h"
 #include "FailingOperation.h"
@@ -113,6 +114,42 @@ TEST(FastStringDirectory, OfDuplicatesTheOneAddedFirstIsDeletedFirst) {
     directory.Delete("a");
     EXPECT_EQ(contentOf(directory), (Names{FREE_SLOT, "b", FREE_SLOT, FREE_SLOT}));
     EXPECT_EQ(directory.Find("a"), -1);
+}
+
+unsigned long comparisonsToFind(FastStringDirectory& directory, const std::string& name, int expected) {
+    const unsigned long before = test::comparisonCount();
+    const int found = directory.Find(name.c_str());
+    const unsigned long comparisons = test::comparisonCount() - before;
+    EXPECT_EQ(found, expected) << name;
+    return comparisons;
+}
+
+TEST(FastStringDirectory, FindsNothingInAnEmptyRangeWithoutComparing) {
+    FastStringDirectory directory(0);
+    EXPECT_EQ(comparisonsToFind(directory, "a", -1), 0u);
+    fill(directory, {"a", "c", "\x7f", "\xff"});
+    for (const char* absent : {"", "b", "bc", "d", "\x80", "\xfe"})
+        EXPECT_EQ(comparisonsToFind(directory, absent, -1), 0u) << absent;
+}
+
+TEST(FastStringDirectory, ComparesOnceForEachHalvingOfTheRangeOfTheFirstByte) {
+    FastStringDirectory directory(0);
+    for (int i = 0; i < 1000; ++i)
+        directory.Add(("a" + std::to_string(i)).c_str());
+    for (int i = 0; i < 7; ++i)
+        directory.Add(("b" + std::to_string(i)).c_str());
+    // 1000 halve to none in 10 steps, 7 in 3, whatever stands before and behind them.
+    for (int i = 0; i < 7; ++i) {
+        const std::string name = "b" + std::to_string(i);
+        EXPECT_LE(comparisonsToFind(directory, name, 1000 + i), 3u);
+        EXPECT_LE(comparisonsToFind(directory, name + "x", -1), 3u);
+    }
+    EXPECT_EQ(comparisonsToFind(directory, "b3", 1003), 1u);
+    for (int i = 0; i < 1000; ++i) {
+        const std::string name = "a" + std::to_string(i);
+        EXPECT_LE(comparisonsToFind(directory, name, i), 10u);
+        EXPECT_LE(comparisonsToFind(directory, name + "x", -1), 10u);
+    }
 }
 
 TEST(FastStringDirectory, ANullStringIsNeverAddedAndFoundNowhere) {
