@@ -39,7 +39,7 @@ public:
     virtual const char* ElementAt(int i);
 
     /// Rewinds `out` and writes each element, "-null-" for a null one, with a line feed behind it. What does not fit
-    /// throws code 1239 of "ut_PutStream", or is cut when `out` has the no-throw flag.
+    /// throws code 1239, or is cut when `out` has the no-throw flag.
     void ToBuffer(BufferStream& out);
 
 protected:
