@@ -554,6 +554,33 @@ TEST_F(ListTest, WakeAllWakesEveryConsumerWithNothing) {
     }
 }
 
+TEST_F(ListTest, OneWakeAllWakesEveryConsumerThatIsBlocked) {
+    const test::DebugSwitch traces(waiterSwitch);
+    const test::LogCapture log;
+    std::vector<std::future<ListContainable*>> consumers;
+    for (int consumer = 0; consumer < 4; ++consumer)
+        consumers.push_back(startConsumer(list));
+    // The last one says so just before it waits; it could do so because those before it gave the lock up in waiting.
+    while (!log.contains(framework::Logger::LOG_DEBUG, "Wait .... (4 waiters)"))
+        std::this_thread::yield();
+    const auto readyCount = [&consumers] {
+        return std::count_if(consumers.begin(), consumers.end(), isReady);
+    };
+    EXPECT_EQ(readyCount(), 0);
+
+    list.wakeAll();
+    const auto end = std::chrono::steady_clock::now() + longEnough;
+    while (readyCount() < 3 && std::chrono::steady_clock::now() < end)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    EXPECT_GE(readyCount(), 3);
+
+    for (std::future<ListContainable*>& consumer : consumers) {
+        while (!isReady(consumer))
+            list.wakeAll();
+        EXPECT_EQ(consumer.get(), nullptr);
+    }
+}
+
 TEST_F(ListTest, WakeAllWithoutConsumersIsNotRemembered) {
     list.wakeAll();
     std::future<ListContainable*> consumer = startConsumer(list);
