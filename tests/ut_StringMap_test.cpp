@@ -149,6 +149,26 @@ TEST(StringMap, HashTracesEachStep) {
                                         start + "hashMask = 15", start + "final value=3"}));
 }
 
+TEST(StringMap, EveryOperationThatTakesAKeyTracesItsHash) {
+    StringMap map(16);
+    const test::DebugSwitch traces(stringMapSwitch);
+    test::LogCapture log;
+    map.hash("ab");
+    const std::vector<std::string> hashLines = test::traceLines(log);
+    ASSERT_EQ(hashLines.size(), 7u);
+    const auto linesOf = [&log](const auto& operation) {
+        log.clear();
+        operation();
+        return test::traceLines(log);
+    };
+    void* value = nullptr;
+    EXPECT_EQ(linesOf([&] { EXPECT_TRUE(map.Add("ab", pointer(1))); }), hashLines);
+    EXPECT_EQ(linesOf([&] { EXPECT_EQ(map.Lookup("ab"), pointer(1)); }), hashLines);
+    EXPECT_EQ(linesOf([&] { EXPECT_EQ(map.Next("ab", value), nullptr); }), hashLines);
+    EXPECT_EQ(linesOf([&] { EXPECT_TRUE(map.Delete("ab")); }), hashLines);
+    EXPECT_TRUE(linesOf([&] { map.First(value); }).empty());
+}
+
 TEST(StringMap, LogsNothingWhileItsSwitchIsOff) {
     const test::LogCapture log;
     StringMap map(16);
