@@ -49,14 +49,14 @@ int FastStringDirectory::Add(const char* s) {
     if (s == nullptr || m_index.isFull())
         return -1;
     const int position = m_index.insertionPoint(s, SortedStrings{*this});
-    const bool wasFree = m_firstFree != noSlot;
     const int slot = takeSlot(s);
     if (slot < 0)
         return -1;
     try {
         m_sorted.InsertAt(static_cast<unsigned int>(position), static_cast<short>(slot));
     } catch (...) {
-        giveBackSlot(slot, wasFree);
+        // Only a new slot can need a longer table: for one that was free there is room from before.
+        m_strings.DeleteAt(static_cast<unsigned int>(slot));
         throw;
     }
     m_index.added(FirstByteIndex::firstByte(s));
@@ -74,13 +74,6 @@ int FastStringDirectory::takeSlot(const char* s) {
     m_firstFree = linkedSlot(value);
     value = copy;
     return slot;
-}
-
-void FastStringDirectory::giveBackSlot(int slot, bool wasFree) {
-    if (wasFree)
-        freeSlot(slot);
-    else
-        m_strings.DeleteAt(static_cast<unsigned int>(slot));
 }
 
 void FastStringDirectory::freeSlot(int slot) {

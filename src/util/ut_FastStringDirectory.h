@@ -40,7 +40,6 @@ private:
 
     bool isFreeSlot(const char* value) const;
     int takeSlot(const char* s);
-    void giveBackSlot(int slot, bool wasFree);
     void freeSlot(int slot);
 
     ShortArray m_sorted;
