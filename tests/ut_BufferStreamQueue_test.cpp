@@ -176,6 +176,49 @@ TEST_F(BufferStreamQueueTest, QueueingCutsOffWhatWasBehindTheElement) {
     EXPECT_EQ(queue.deQueue(), nullptr);
 }
 
+TEST_F(BufferStreamQueueTest, PuttingBackWhatIsQueuedChangesNothing) {
+    queue.enQueue(&a);
+    queue.reQueue(&a);
+    EXPECT_EQ(queue.Count(), 1);
+    queue.enQueue(&b);
+    queue.enQueue(&c);
+    for (BufferStreamElement* const queued : {&a, &b, &c}) {
+        queue.reQueue(queued);
+        ASSERT_EQ(queue.Count(), 3);
+        ASSERT_EQ(a.Next(), &b);
+        ASSERT_EQ(b.Next(), &c);
+        ASSERT_EQ(c.Next(), nullptr);
+    }
+    EXPECT_EQ(queue.deQueue(), &a);
+    EXPECT_EQ(queue.deQueue(), &b);
+    EXPECT_EQ(queue.deQueue(), &c);
+    EXPECT_EQ(queue.deQueue(), nullptr);
+}
+
+TEST_F(BufferStreamQueueTest, QueueingTheLastElementAgainChangesNothing) {
+    queue.enQueue(&a);
+    queue.enQueue(&a);
+    EXPECT_EQ(queue.Count(), 1);
+    EXPECT_EQ(a.Next(), nullptr);
+    queue.enQueue(&b);
+    queue.enQueue(&b);
+    EXPECT_EQ(queue.Count(), 2);
+    EXPECT_EQ(queue.deQueue(), &a);
+    EXPECT_EQ(queue.deQueue(), &b);
+    EXPECT_EQ(queue.deQueue(), nullptr);
+}
+
+TEST_F(BufferStreamQueueTest, PuttingBackTheFirstOfAnotherChainTakesItAlone) {
+    a.Append(&b);
+    queue.enQueue(&c);
+    queue.reQueue(&a);
+    EXPECT_EQ(queue.Count(), 2);
+    EXPECT_EQ(b.Next(), nullptr);
+    EXPECT_EQ(queue.deQueue(), &a);
+    EXPECT_EQ(queue.deQueue(), &c);
+    EXPECT_EQ(queue.deQueue(), nullptr);
+}
+
 TEST_F(BufferStreamQueueTest, OperationsTakeNoLockAndLogNothing) {
     const test::LogCapture log;
     queue.m_waiter.lock();

@@ -4,6 +4,11 @@ namespace utility {
 
 BufferStreamQueue::BufferStreamQueue() : m_head(nullptr), m_tail(nullptr), m_count(0) {}
 
+// Every queued element but the last has one behind it, so one that was taken is told apart without a search.
+bool BufferStreamQueue::holds(const BufferStreamElement* e) const {
+    return e == m_tail || (e->m_next != nullptr && m_head != nullptr && m_head->leadsTo(e));
+}
+
 BufferStreamQueue::~BufferStreamQueue() {
     while (BufferStreamElement* element = deQueue())
         delete element;
@@ -36,7 +41,8 @@ BufferStreamElement* BufferStreamQueue::deQueue() {
 }
 
 void BufferStreamQueue::reQueue(BufferStreamElement* e) {
-    if (e == nullptr || e == m_head)
+    // An element put in front of itself would close the queue to a ring.
+    if (e == nullptr || holds(e))
         return;
     e->m_next = m_head;
     if (m_head == nullptr)

@@ -32,17 +32,21 @@ public:
     /// Deletes the elements in the queue.
     ~BufferStreamQueue();
 
-    /// Puts `e`, which is in no chain, at the end and owns it from now on; null does nothing.
+    /// Puts `e`, which is in no chain, at the end and owns it from now on; null, and the last element once more, do
+    /// nothing.
     void enQueue(BufferStreamElement* e);
     /// Takes the first element, which the caller then owns; null when the queue is empty.
     BufferStreamElement* deQueue();
-    /// Puts `e`, which is in no chain, back at the front, to be served next, and owns it from now on; null does
-    /// nothing.
+    /// Puts `e`, which is in no chain, back at the front, to be served next, and owns it from now on; null, and an
+    /// element that is in the queue already, do nothing.
     void reQueue(BufferStreamElement* e);
     /// How many elements are in the queue.
     int Count() const {
         return m_count;
     }
+
+private:
+    bool holds(const BufferStreamElement* e) const;
 };
 
 } // namespace utility
