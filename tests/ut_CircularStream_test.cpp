@@ -200,6 +200,33 @@ TEST(CircularStream, AWriteAdvanceByManyRoundsStaysInside) {
     }
 }
 
+/// A ring whose positions are those of the largest capacity. Only for moving them: it has storage for a few bytes.
+class LargestRing : public CircularStream {
+public:
+    LargestRing() : CircularStream(8) {
+        setSize(INT_MAX);
+    }
+};
+
+TEST(CircularStream, PositionsOfTheLargestRingMoveRoundItsEnd) {
+    LargestRing stream;
+    stream.WriteAdvance(INT_MAX - 1);
+    stream.ReadAdvance(INT_MAX - 1);
+    EXPECT_EQ(stream.ReadPosition(), INT_MAX - 1);
+    stream.WriteAdvance(1000);
+    EXPECT_EQ(stream.WritePosition(), 999);
+    EXPECT_EQ(stream.ReadAvailable(), 1000);
+    stream.ReadAdvance(600);
+    EXPECT_EQ(stream.ReadPosition(), 599);
+    EXPECT_EQ(stream.ReadAvailable(), 400);
+    stream.WriteAdvance(INT_MAX);
+    EXPECT_EQ(stream.ReadPosition(), 1000);
+    EXPECT_EQ(stream.ReadAvailable(), INT_MAX - 1);
+    stream.ReadAdvance(INT_MAX);
+    EXPECT_EQ(stream.ReadPosition(), 999);
+    EXPECT_EQ(stream.ReadAvailable(), 0);
+}
+
 TEST(CircularStream, OfOneByteTakesEverythingAndYieldsNothing) {
     CircularStream stream(1);
     send(stream, "ABC");

@@ -48,8 +48,9 @@ void CircularStream::ReadAdvance(int n) {
     const int count = std::min(n, ReadAvailable());
     if (count < 1)
         return;
-    const int read = ReadPosition() + count;
-    setReadPosition(read >= Size() ? read - Size() : read);
+    // Compared by what is left, because the sum of two positions may not fit an int.
+    const int tail = Size() - ReadPosition();
+    setReadPosition(count < tail ? ReadPosition() + count : count - tail);
 }
 
 bool CircularStream::StartOutputStream() {
