@@ -408,6 +408,14 @@ TEST(GetStream, ReceivesAtMostWhatIsReadableAndAskedFor) {
     EXPECT_TRUE(block.areGuardsWhole());
 }
 
+TEST(GetStream, ReceivesIntoItsOwnStorage) {
+    Text in("0123456789");
+    in.ReadAdvance(3);
+    EXPECT_EQ(in.ReceiveInputStream(in.pBuffer(), 7), 7);
+    EXPECT_EQ(in.bytes(), "3456789789\x7E");
+    EXPECT_EQ(in.ReadAvailable(), 0);
+}
+
 TEST(GetStream, ReceivesWithAHugeSize) {
     for (const unsigned int size : {0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFFu}) {
         Text in("abc");

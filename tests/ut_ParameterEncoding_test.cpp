@@ -456,6 +456,15 @@ TEST(ParameterEncoding, ABlockLongerThanTheMaximumIsCutButConsumed) {
     EXPECT_EQ(next, 7);
 }
 
+TEST(ParameterEncoding, ABlockIsReadIntoTheStreamsOwnStorage) {
+    Stream stream(bytes({6, 0, 0, 0}) + "012345" + bytes({7, 0}));
+    EXPECT_EQ(stream->GetParmBuf(stream->pBuffer() + 2, 6), 6);
+    EXPECT_EQ(std::string(stream->pBuffer() + 2, 6), "012345");
+    unsigned short next = 0;
+    EXPECT_TRUE(stream->GetParmUint16(&next));
+    EXPECT_EQ(next, 7);
+}
+
 TEST(ParameterEncoding, ABlockIsReadIntoNoBytes) {
     for (const int maximum : {0, -1, INT_MIN}) {
         Stream stream(bytes({2, 0, 0, 0, 'a', 'b', 'c'}));

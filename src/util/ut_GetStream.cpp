@@ -150,9 +150,8 @@ int GetStream::GetParmBuf(char* destination, int maximum) {
     if (!GetParmSint32(&length))
         return 0;
     const int count = boundedReadable(std::min({length, maximum, ReadAvailable()}));
-    if (count > 0 && destination != nullptr) {
-        std::memcpy(destination, pTail(), static_cast<std::size_t>(count));
-    }
+    if (count > 0 && destination != nullptr)
+        std::memmove(destination, pTail(), static_cast<std::size_t>(count));
     ReadAdvance(length);
     return length;
 }
@@ -221,7 +220,8 @@ int GetStream::ReceiveInputStream(char* destination, unsigned int n) {
     const int count = n < static_cast<unsigned int>(available) ? static_cast<int>(n) : available;
     if (destination == nullptr || count == 0)
         return 0;
-    std::memcpy(destination, pTail(), static_cast<std::size_t>(count));
+    // The destination may be the stream's own storage, in front of what is read.
+    std::memmove(destination, pTail(), static_cast<std::size_t>(count));
     ReadAdvance(count);
     return count;
 }

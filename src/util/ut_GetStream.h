@@ -73,7 +73,8 @@ public:
     /// Back to the first byte; always true.
     bool StartInputStream() override;
     void EndInputStream() override;
-    /// Copies at most `n` readable bytes and returns the count. A null destination takes nothing.
+    /// Copies at most `n` readable bytes and returns the count. The destination may lie in the stream's own storage; a
+    /// null one takes nothing.
     int ReceiveInputStream(char* destination, unsigned int n) override;
     bool isInputStreamOpen() override;
     bool isInputStreamInError() override;
