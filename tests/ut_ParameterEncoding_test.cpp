@@ -381,6 +381,15 @@ TEST(ParameterEncoding, ATextEndsAtTheWritePositionAtTheLatest) {
     EXPECT_EQ(in.ReadPosition(), 3);
 }
 
+TEST(ParameterEncoding, ATextIsReadFromConstantStorageThatEndsInItsTerminator) {
+    static const char text[] = "abc";
+    utility::GetStream in(text, 3);
+    in.WriteAdvance(3);
+    EXPECT_EQ(in.GetParmString(), text);
+    EXPECT_EQ(in.ReadPosition(), 3);
+    EXPECT_EQ(in.GetParmString(), nullptr);
+}
+
 TEST(ParameterEncoding, BlocksAreTheirLengthAndTheirBytes) {
     Stream stream(16);
     char block[] = {'a', 0, 'c'};

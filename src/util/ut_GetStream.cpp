@@ -139,7 +139,9 @@ char* GetStream::GetParmString() {
     if (length == available) {
         if (!isTerminable())
             return nullptr;
-        terminate();
+        // A constant text brings its terminator along and cannot be written to.
+        if (*pHead() != 0)
+            terminate();
     }
     ReadAdvance(std::min(length + 1, available));
     return text;
