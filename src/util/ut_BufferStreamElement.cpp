@@ -17,7 +17,7 @@ bool BufferStreamElement::leadsTo(const BufferStreamElement* e) const {
 }
 
 void BufferStreamElement::Append(BufferStreamElement* e) {
-    // An element linked twice would close the chain to a ring.
+    // An element of the chain would become its end where it stands, and those behind it would be lost.
     if (e == nullptr || leadsTo(e))
         return;
     BufferStreamElement* last = this;
@@ -28,6 +28,7 @@ void BufferStreamElement::Append(BufferStreamElement* e) {
 }
 
 BufferStreamElement* BufferStreamElement::Insert(BufferStreamElement* e) {
+    // An element put in front of itself would close the chain to a ring.
     if (e == nullptr || leadsTo(e))
         return this;
     e->m_next = this;

@@ -33,8 +33,8 @@ public:
     /// Puts `e` behind the last element of this chain; what was chained behind `e` is cut off. Null, and an element
     /// that is in the chain already, change nothing.
     void Append(BufferStreamElement* e);
-    /// Puts `e` in front of this element and returns the new first one; null, this element, and one that is in the
-    /// chain already change nothing and return this one.
+    /// Puts `e` in front of this element and returns the new first one; what was chained behind `e` is cut off. Null,
+    /// this element, and one that is in the chain already change nothing and return this one.
     BufferStreamElement* Insert(BufferStreamElement* e);
     /// Takes `e` out of the chain that begins here and returns the new first element, null for an empty chain. Null,
     /// and an element that is not in the chain, change nothing.

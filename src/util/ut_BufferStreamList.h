@@ -23,7 +23,8 @@ class VXUT_EXPORT BufferStreamList {
 public:
     /// An empty list.
     BufferStreamList();
-    /// A list of `count` elements with `size` bytes each.
+    /// A list of `count` elements with `size` bytes each; a count below 1 is 0. An element that cannot be had is
+    /// missing; one without storage is code 1238, and those made before are deleted.
     BufferStreamList(int count, int size);
     BufferStreamList(const BufferStreamList&) = delete;
     BufferStreamList& operator=(const BufferStreamList&) = delete;
@@ -40,7 +41,8 @@ public:
     /// Puts `e` at the end. In an empty list it becomes the head together with what is chained behind it; otherwise
     /// that is cut off. Callers rely on the difference to hand over a whole chain.
     void Append(BufferStreamElement* e);
-    /// Puts `e` at the head; null does nothing.
+    /// Puts `e` at the head, in an empty list together with what is chained behind it; otherwise that is cut off. Null
+    /// does nothing.
     void Insert(BufferStreamElement* e);
     /// Takes `e` out, which the caller then owns; one that is not in the list changes nothing.
     void Remove(BufferStreamElement* e);
@@ -49,6 +51,7 @@ public:
     /// Takes the head element, which the caller then owns; null when the list is empty. Never waits and never locks.
     BufferStreamElement* Allocate();
 
+    /// Takes and gives back the lock, which a thread cannot take twice.
     void Lock();
     void UnLock();
     /// Waits to be woken; the caller holds the lock. 0 seconds waits without limit. The time-out falls on a whole

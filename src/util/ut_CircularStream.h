@@ -40,21 +40,28 @@ public:
     /// Drops what is unread and writes from the start of the storage. The ring keeps knowing that it once wrapped:
     /// callers that then start reading see the bytes of before, as far as they were not written over. Always true.
     bool StartOutputStream() override;
+    /// Does nothing.
     void EndOutputStream() override;
     /// Takes all `size` bytes and keeps the last of them. Null data are taken as none. Always true.
     bool SendOutputStream(const char* data, unsigned int size) override;
+    /// Always true.
     bool isOutputStreamOpen() override;
+    /// Always false, as a ring takes everything.
     bool isOutputStreamInError() override;
     bool isOutputStreamAtEnd() override;
 
     /// Reads from the oldest byte that is still held. Always true.
     bool StartInputStream() override;
+    /// Does nothing.
     void EndInputStream() override;
     /// Copies at most `size` bytes and returns the count, 0 when there is nothing to read. A null `buffer` takes
     /// nothing.
     int ReceiveInputStream(char* buffer, unsigned int size) override;
+    /// Always true.
     bool isInputStreamOpen() override;
+    /// Always false.
     bool isInputStreamInError() override;
+    /// True while nothing is readable.
     bool isInputStreamAtEnd() override;
 
 private:

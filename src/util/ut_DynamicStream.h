@@ -30,14 +30,18 @@ public:
     /// the object.
     unsigned int getSize() const;
 
-    /// Writes from the first byte again and keeps the pages; what is unread is gone. Always true.
+    /// Writes from the first byte again and keeps the pages; what is unread is gone. The read position stays: bytes in
+    /// front of it are read only after `StartInputStream`. Always true.
     bool StartOutputStream() override;
+    /// Does nothing.
     void EndOutputStream() override;
     /// Appends `size` bytes. False when they do not all fit: callers rely on those that fit being stored all the same,
     /// and on nothing being logged unless the stream was full before. Null data store nothing; that is false unless
     /// `size` is 0.
     bool SendOutputStream(const char* data, unsigned int size) override;
+    /// Always true.
     bool isOutputStreamOpen() override;
+    /// Always false, also after a write that failed.
     bool isOutputStreamInError() override;
     /// True as long as the maximum is not exceeded, so always: callers see a stream that is at its end from the
     /// beginning, is never good, and takes what is sent to it all the same.
@@ -50,8 +54,11 @@ public:
     /// Copies at most `size` bytes and returns the count, or -1 when nothing is left to read. A null `buffer` takes
     /// nothing.
     int ReceiveInputStream(char* buffer, unsigned int size) override;
+    /// Always true.
     bool isInputStreamOpen() override;
+    /// Always false.
     bool isInputStreamInError() override;
+    /// True when everything stored was read.
     bool isInputStreamAtEnd() override;
     /// How many bytes are stored, read ones included.
     int GetInputStreamSize() override;

@@ -72,12 +72,16 @@ public:
 
     /// Back to the first byte; always true.
     bool StartInputStream() override;
+    /// Does nothing.
     void EndInputStream() override;
     /// Copies at most `n` readable bytes and returns the count. The destination may lie in the stream's own storage; a
     /// null one takes nothing.
     int ReceiveInputStream(char* destination, unsigned int n) override;
+    /// True while something is readable, so that a stream without content is not open.
     bool isInputStreamOpen() override;
+    /// Always false.
     bool isInputStreamInError() override;
+    /// True while nothing is readable.
     bool isInputStreamAtEnd() override;
 
 private:
