@@ -133,6 +133,16 @@ public:
     }
 };
 
+// Has no room when it is asked for the first time, as over a target that does not take everything at once.
+class Hesitant : public Text {
+public:
+    using Text::Text;
+    int WriteRemaining() const override {
+        return ++asked == 1 ? 0 : Text::WriteRemaining();
+    }
+    mutable int asked = 0;
+};
+
 std::string logged(const std::string& text) {
     return "0 : " + text;
 }
@@ -685,6 +695,20 @@ TEST(PutStream, IndentOfTooManyBlanksWritesThoseThatFit) {
     quiet.Indent(10);
     EXPECT_EQ(quiet.readable(), "    ");
     EXPECT_EQ(log.count(), 0u);
+}
+
+TEST(PutStream, IndentRefusesTheBlankThatFindsNoRoomWithoutAskingAgain) {
+    Hesitant out(4);
+    EXPECT_FAILURE(out.Indent(3), 1239, "ut_PutStream", PUT_C, "");
+    EXPECT_EQ(out.asked, 1);
+    EXPECT_EQ(out.WritePosition(), 0);
+}
+
+TEST(PutStream, WithNoThrowIndentDropsTheBlankThatFindsNoRoomAndWritesTheOthers) {
+    Hesitant out(4, true);
+    out.Indent(3);
+    EXPECT_EQ(out.readable(), "  ");
+    EXPECT_EQ(out.asked, 3);
 }
 
 TEST(PutStream, IndentOfANegativeCountWritesUntilTheOverflow) {

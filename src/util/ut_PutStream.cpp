@@ -156,14 +156,16 @@ bool PutStream::advanceFormatted(int wrote, int remaining) {
 }
 
 void PutStream::Indent(int n) {
-    // A stream overflows after as many blanks as it holds; a negative count needs no more than one beyond that.
-    const long long blanks = n < 0 ? std::max(Size(), 0) + 1LL : n;
-    for (long long i = 0; i < blanks; ++i) {
-        if (putCharacter(' '))
-            continue;
-        if (isNoThrow())
-            return;
+    for (; n > 0; --n)
         PutC(' ');
+    if (n == 0)
+        return;
+    // A stream overflows after as many blanks as it holds: a negative count needs no more than one beyond that.
+    for (long long blanks = std::max(Size(), 0) + 1LL; blanks > 0; --blanks) {
+        if (!isNoThrow())
+            PutC(' ');
+        else if (!putCharacter(' '))
+            return;
     }
 }
 
