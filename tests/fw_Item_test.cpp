@@ -1,12 +1,19 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <type_traits>
+
+#include "support/VirtualSlot.h"
 
 #include "fw_Item.h"
 
 using framework::Item;
 
 namespace {
+
+static_assert(std::is_base_of<framework::Entity, Item>::value &&
+                  sizeof(Item) == sizeof(framework::Entity) + sizeof(void*),
+              "an item has no data of its own");
 
 class Volume : public framework::Item {
 public:
@@ -75,4 +82,26 @@ TEST(Item, DerivedClassNamesItself) {
     const std::unique_ptr<framework::Entity> entity = std::make_unique<Volume>();
     EXPECT_EQ(entity->getName(), 6945U);
     EXPECT_STREQ(entity->getNameString(), "volume");
+}
+
+TEST(Item, VirtualOperationsStandInTheirSlots) {
+    EXPECT_EQ(test::virtualSlot(&Item::getName), 2);
+    EXPECT_EQ(test::virtualSlot(&Item::getNameString), 3);
+    EXPECT_EQ(test::virtualSlot(&Item::information), 4);
+    EXPECT_EQ(test::virtualSlot(&Item::clone), 5);
+    EXPECT_EQ(test::virtualSlot(&Item::getAccess), 6);
+    EXPECT_EQ(test::virtualSlot(&Item::isChanged), 7);
+    EXPECT_EQ(test::virtualSlot(&Item::setChanged), 8);
+    EXPECT_EQ(test::virtualSlot(&Item::clearChanged), 9);
+    EXPECT_EQ(test::virtualSlot(&Item::discardChanged), 10);
+    EXPECT_EQ(test::virtualSlot(&Item::toStream), 11);
+    EXPECT_EQ(test::virtualSlot(&Item::toFile), 12);
+    EXPECT_EQ(test::virtualSlot(&Item::fromStream), 13);
+    EXPECT_EQ(test::virtualSlot(&Item::fromFile), 14);
+    EXPECT_EQ(test::virtualSlot(&Item::fromXML), 15);
+    EXPECT_EQ(test::virtualSlot(&Item::inError), 16);
+    EXPECT_EQ(test::virtualSlot(&Item::ErrorMessage), 17);
+    EXPECT_EQ(test::virtualSlot(&Item::ClearError), 18);
+    EXPECT_EQ(test::virtualSlot(&Item::setResources), 19);
+    EXPECT_EQ(test::virtualSlot(&Item::setError), 20);
 }
