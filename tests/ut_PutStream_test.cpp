@@ -674,6 +674,20 @@ TEST(PutStream, PutFThatCannotConvertStaysInside) {
     EXPECT_EQ(out.readable(), "ab");
 }
 
+TEST(PutStream, WhatAFormatThatCannotBeCarriedOutWroteIsNotShown) {
+    const test::LogCapture log;
+    const wchar_t unconvertible[] = {static_cast<wchar_t>(0x20AC), 0};
+    for (const bool noThrow : {false, true}) {
+        Text out(8, noThrow);
+        out.PutS("ab");
+        CATCH_FAILURE(out.PutF("xyz%ls", unconvertible));
+        EXPECT_STREQ(out.pBuffer(), "ab");
+        CATCH_FAILURE(putV(out, "xyz%ls", unconvertible));
+        EXPECT_STREQ(out.pBuffer(), "ab");
+        EXPECT_EQ(out.WritePosition(), 2);
+    }
+}
+
 TEST(PutStream, IndentWritesBlanks) {
     Text out(4);
     out.Indent(0);

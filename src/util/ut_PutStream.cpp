@@ -152,6 +152,8 @@ bool PutStream::advanceFormatted(int wrote, int remaining) {
     const bool fits = wrote >= 0 && wrote <= room;
     // A format that the platform cannot carry out wrote nothing that counts.
     WriteAdvance(wrote < 0 ? 0 : std::min(wrote, room));
+    if (wrote < 0)
+        terminate();
     return fits;
 }
 
