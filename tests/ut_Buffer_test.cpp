@@ -79,6 +79,14 @@ public:
     int read = 0;
 };
 
+// Claims more room than its storage has, as a stream does that takes more in several turns.
+class Boaster : public OpenBuffer {
+public:
+    int WriteRemaining() const override {
+        return 1000;
+    }
+};
+
 void put(Buffer& buffer, const std::string& bytes) {
     std::memcpy(buffer.pHead(), bytes.data(), bytes.size());
     buffer.WriteAdvance(static_cast<int>(bytes.size()));
@@ -329,6 +337,22 @@ TEST(Buffer, ObjectsGoBackWhereTheyCameFromWhateverTheMemoryObjectIsByThen) {
     test::CountingMemory memory;
     early.reset();
     EXPECT_TRUE(memory.foreign().empty());
+}
+
+TEST(Buffer, AnObjectOfAFormerMemoryObjectGoesBackToThatOne) {
+    test::CountingMemory first;
+    std::unique_ptr<Buffer> moved(new Buffer);
+    std::unique_ptr<Buffer> orphaned(new Buffer);
+    {
+        const test::CountingMemory second;
+        moved.reset();
+        EXPECT_TRUE(second.foreign().empty());
+        EXPECT_EQ(first.outstanding(), 1u);
+    }
+    framework::Container::m_pMemory = nullptr;
+    orphaned.reset();
+    framework::Container::m_pMemory = &first;
+    EXPECT_EQ(first.outstanding(), 0u);
 }
 
 TEST(Buffer, DeletingNullDoesNothing) {
@@ -668,6 +692,30 @@ TEST(Buffer, CopyFromAfterARefusedAdvanceStaysInside) {
     CATCH_FAILURE(target.CopyFrom(&source));
     EXPECT_TRUE(to.areGuardsWhole());
     EXPECT_TRUE(from.areGuardsWhole());
+}
+
+TEST(Buffer, CopyFromReadsNothingBehindTheSourcesStorage) {
+    test::GuardedBytes bytes(9);
+    OpenBuffer source;
+    source.supplyArray(bytes.array(), bytes.size());
+    std::memcpy(source.pBuffer(), "volumes", 8);
+    EXPECT_NE(CATCH_FAILURE(source.WriteAdvance(30)), nullptr);
+    OpenBuffer target(64);
+    target.CopyFrom(&source);
+    EXPECT_EQ(target.ReadAvailable(), 8);
+    EXPECT_STREQ(target.pBuffer(), "volumes");
+}
+
+TEST(Buffer, CopyFromStaysInsideAlsoWhereMoreRoomIsClaimed) {
+    test::GuardedBytes bytes(5);
+    OpenBuffer source(8);
+    putText(source, "volumes");
+    Boaster target;
+    target.supplyArray(bytes.array(), bytes.size());
+    target.CopyFrom(&source);
+    EXPECT_STREQ(target.pBuffer(), "volu");
+    EXPECT_EQ(content(source), "mes");
+    EXPECT_TRUE(bytes.areGuardsWhole());
 }
 
 TEST(Buffer, TruncatePartialUtf8KeepsAWholeText) {
