@@ -12,6 +12,7 @@
 #include <memory>
 #include <string>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "CountingMemory.h"
@@ -133,6 +134,16 @@ public:
     }
 };
 
+// Marks the place behind what was written, as a stream that moves its bytes while it advances leaves any byte there.
+class Marking : public Text {
+public:
+    using Text::Text;
+    void WriteAdvance(int n) override {
+        Text::WriteAdvance(n);
+        *pHead() = '!';
+    }
+};
+
 // Has no room when it is asked for the first time, as over a target that does not take everything at once.
 class Hesitant : public Text {
 public:
@@ -153,11 +164,19 @@ int lowestFreeDescriptor() {
     return descriptor;
 }
 
-mode_t currentMask() {
-    const mode_t mask = umask(0);
-    umask(mask);
-    return mask;
-}
+// Lets every permission bit through.
+class NoMask {
+public:
+    NoMask() : m_former(umask(0)) {}
+    NoMask(const NoMask&) = delete;
+    NoMask& operator=(const NoMask&) = delete;
+    ~NoMask() {
+        umask(m_former);
+    }
+
+private:
+    mode_t m_former;
+};
 
 } // namespace
 
@@ -411,11 +430,13 @@ TEST(PutStream, PutBOfANegativeCountIsRefusedByTheWritePosition) {
 
 TEST(PutStream, NullTextsAndBlocksWriteNothing) {
     test::LogCapture log;
+    const char* const noFormat = nullptr;
     for (const bool noThrow : {false, true}) {
         Text out(2, noThrow);
         out.PutB(nullptr, 5);
         out.PutB(nullptr, -5);
         out.PutS(nullptr);
+        putV(out, noFormat);
         EXPECT_EQ(out.WritePosition(), 0);
         EXPECT_EQ(out.bytes(), std::string("\0\x7E\0", 3));
     }
@@ -631,6 +652,15 @@ TEST(PutStream, PutVBehavesAsPutF) {
                    "Didn't fit. wrote=6 remaining=5 msg='%s=%d'");
     EXPECT_EQ(out.readable(), "xabcd=");
     EXPECT_TRUE(out.isTerminated());
+}
+
+TEST(PutStream, PutVTerminatesBehindTheAdvanceAndPutFDoesNot) {
+    Marking out(8);
+    putV(out, "%s", "ab");
+    EXPECT_STREQ(out.pBuffer(), "ab");
+    out.Rewind();
+    out.PutF("%s", "ab");
+    EXPECT_EQ(out.bytes().substr(0, 3), "ab!");
 }
 
 TEST(PutStream, WithNoThrowPutVIsCutAtAWholeCharacterAndLogged) {
@@ -897,13 +927,17 @@ TEST(PutStream, ToFileIsTrueForOneByteOnly) {
 
 TEST(PutStream, ToFileMakesAFileThatAllMayReadAndWriteButForTheMask) {
     const test::TemporaryDirectory directory;
-    const std::string path = directory.path("new");
     Text out(4);
     out.PutC('x');
-    EXPECT_TRUE(out.ToFile(path.c_str()));
-    struct stat status = {};
-    ASSERT_EQ(stat(path.c_str(), &status), 0);
-    EXPECT_EQ(status.st_mode & 07777u, 0666u & ~currentMask());
+    const NoMask noMask;
+    for (const auto& [mask, bits] : {std::pair<mode_t, mode_t>{0, 0666}, {027, 0640}}) {
+        const std::string path = directory.path("new" + std::to_string(mask));
+        umask(mask);
+        EXPECT_TRUE(out.ToFile(path.c_str()));
+        struct stat status = {};
+        ASSERT_EQ(stat(path.c_str(), &status), 0);
+        EXPECT_EQ(status.st_mode & 07777u, bits);
+    }
 }
 
 TEST(PutStream, ToFileClosesItsFile) {

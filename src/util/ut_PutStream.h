@@ -43,7 +43,9 @@ public:
     /// write position (code 1239 of "ut_Buffer"; with the no-throw flag the position falls back to the read position):
     /// callers rely on one byte to spare.
     void PutS(const char* text);
-    /// Writes formatted text. A text that does not fit is written as far as it does before the failure is thrown.
+    /// Writes formatted text; a null format writes nothing. A text that does not fit is written as far as it does
+    /// before the failure is thrown. A format that the platform cannot carry out fails in the same way, with nothing
+    /// written and -1 as the length shown.
     void PutF(const char* format, ...) VXUT_PRINTF(2, 3);
     /// The same with the arguments in a list.
     void PutV(const char* format, va_list arguments) VXUT_PRINTF(2, 0);
@@ -52,8 +54,9 @@ public:
     virtual void Indent(int n);
 
     /// Writes the readable bytes to the file `path`, made with permission bits 0666 or emptied first, and leaves them
-    /// readable. The result compares the file stream's answer with the byte count as numbers: callers see true for one
-    /// byte written, and false for any other count.
+    /// readable. False when the file cannot be opened or cannot seek; null is no file. Otherwise the result compares
+    /// the file stream's answer with the byte count as numbers: callers see true for one byte written, and false for
+    /// any other count.
     bool ToFile(const char* path);
 
     /// Writers of the compact parameter encoding: values as they lie in memory, without tags or padding, to be read
