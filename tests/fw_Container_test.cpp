@@ -13,6 +13,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <set>
 #include <sstream>
 #include <string>
@@ -179,6 +180,13 @@ TEST(Container, IsTheContainerOfTheProcessWhileItLives) {
         EXPECT_EQ(Container::getContainer(), nullptr);
     }
     EXPECT_EQ(Container::getContainer(), nullptr);
+}
+
+TEST(Container, EndOfAFormerContainerLeavesTheLastOne) {
+    auto former = std::make_unique<Container>();
+    const Container last;
+    former.reset();
+    EXPECT_EQ(Container::getContainer(), &last);
 }
 
 TEST(Container, HasNoMemoryObjectUntilOneIsSet) {
