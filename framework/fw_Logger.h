@@ -31,7 +31,8 @@ public:
     /// a sink throws ends there, and its message goes to standard error.
     static void setSink(Sink sink, void* context);
 
-    /// Logs a formatted text without location.
+    /// Logs a formatted text without location. A null format counts as empty; one that the platform cannot carry out is
+    /// logged as it stands.
     static void StaticLog(LogType type, const char* format, ...) VXFW_PRINTF(2, 3);
     /// Logs a formatted text that is tagged with the signature text and the line of the caller.
     static void StaticLogMethod(LogType type, const char* function, int line, const char* format, ...)

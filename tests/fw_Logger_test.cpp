@@ -169,9 +169,28 @@ TEST(Logger, KeepsErrno) {
         close(STDERR_FILENO);
         errno = 4711;
         Logger::StaticLog(Logger::LOG_ERROR, "text");
-        return errno == 4711 ? 0 : 1;
+        if (errno != 4711)
+            return 1;
+        Logger::StaticLogS(Logger::LOG_ERROR, "text");
+        return errno == 4711 ? 0 : 2;
     });
     EXPECT_EQ(child.status, 0);
+}
+
+TEST(Logger, NullFormatIsTheEmptyText) {
+    test::LogCapture log;
+    const char* const noFormat = nullptr;
+    Logger::StaticLog(Logger::LOG_ERROR, noFormat);
+    Logger::StaticLogMethod(Logger::LOG_ERROR, "f", 1, noFormat);
+    Logger::StaticLogS(Logger::LOG_ERROR, noFormat);
+    EXPECT_EQ(log.texts(), (std::vector<std::string>{"", "", ""}));
+}
+
+TEST(Logger, FormatThatCannotBeCarriedOutIsLoggedAsItStands) {
+    test::LogCapture log;
+    const wchar_t unconvertible[] = {static_cast<wchar_t>(0x20AC), 0};
+    Logger::StaticLog(Logger::LOG_ERROR, "name '%ls'", unconvertible);
+    EXPECT_EQ(log.texts(), std::vector<std::string>{"name '%ls'"});
 }
 
 #pragma GCC diagnostic push
