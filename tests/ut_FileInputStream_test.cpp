@@ -475,6 +475,26 @@ TEST_F(FileInputStreamTest, SizeIsAskedAlsoInError) {
     EXPECT_EQ(stream.GetInputStreamSize(), 5);
 }
 
+TEST_F(FileInputStreamTest, SizeAndInodeOfADescriptorThatWasClosedAreErrorsForGood) {
+    m_directory.write("ports", "01234");
+    for (const bool sizeFirst : {true, false}) {
+        test::Descriptor file = openFile("ports", O_RDONLY);
+        FileInputStream stream(file.number());
+        EXPECT_EQ(stream.GetInputStreamSize(), 5);
+        EXPECT_EQ(stream.errorNumber(), 0);
+        file.close();
+        if (sizeFirst)
+            EXPECT_EQ(stream.GetInputStreamSize(), -1);
+        else
+            EXPECT_EQ(stream.GetInode(), NONE);
+        EXPECT_EQ(stream.errorNumber(), EBADF);
+        EXPECT_TRUE(stream.isInputStreamOpen());
+        const test::Descriptor again = openFile("ports", O_RDONLY);
+        EXPECT_FALSE(stream.Position(0)) << "an error stays";
+        EXPECT_EQ(receive(stream, 5), "-1");
+    }
+}
+
 TEST_F(FileInputStreamTest, SizeThatDoesNotFitIsUnknown) {
     const std::string path = m_directory.write("large", "");
     FileInputStream stream(path.c_str());

@@ -68,8 +68,12 @@ unsigned int FileInputStream::At() {
 
 unsigned int FileInputStream::GetInode() {
     struct stat status = {};
-    if (!m_open || fstat(m_fd, &status) != 0)
+    if (!m_open)
         return unknown;
+    if (fstat(m_fd, &status) != 0) {
+        fail();
+        return unknown;
+    }
     return static_cast<unsigned int>(status.st_ino);
 }
 
@@ -125,9 +129,13 @@ bool FileInputStream::isInputStreamAtEnd() {
 
 int FileInputStream::GetInputStreamSize() {
     struct stat status = {};
-    if (!m_open || fstat(m_fd, &status) != 0 || status.st_size > INT_MAX)
+    if (!m_open)
         return -1;
-    return static_cast<int>(status.st_size);
+    if (fstat(m_fd, &status) != 0) {
+        fail();
+        return -1;
+    }
+    return status.st_size <= INT_MAX ? static_cast<int>(status.st_size) : -1;
 }
 
 bool FileInputStream::fail() {

@@ -28,7 +28,8 @@ public:
     /// Closes the descriptor, an adopted one too, and opens the path again, which may be another file by now. 0, or -1
     /// on a failure, also for a stream without a path. An error state stays set.
     int Reopen();
-    /// Seeks to `offset`; false when not open, in error, or the seek fails.
+    /// Seeks to `offset`, counted in bytes from the start, and clears the end; false when not open, in error, or the
+    /// seek fails.
     bool Position(unsigned int offset);
     /// The present offset; all bits set when there is none. Clears the end.
     unsigned int At();
@@ -36,7 +37,7 @@ public:
     unsigned int GetInode();
     static unsigned int GetInode(const char* path);
 
-    /// Seeks to offset 0; false when not open or in error.
+    /// Seeks to offset 0, as `Position` does.
     bool StartInputStream() override;
     void EndInputStream() override;
     /// Reads at most `size` bytes: their count, 0 at the end of the file, -1 when not open, in error or `buffer` is
@@ -46,8 +47,10 @@ public:
     /// Whether a system call failed, or the path does not exist any more: a stream without a path is always in error
     /// here.
     bool isInputStreamInError() override;
+    /// Whether the stream was ended, or a receive gave 0 bytes, since the last seek.
     bool isInputStreamAtEnd() override;
-    /// The size of the file, or -1 when it is not open or the size does not fit an `int`.
+    /// The size of the file in bytes, also in error; -1 when it is not open, or the size cannot be had or does not fit
+    /// an `int`.
     int GetInputStreamSize() override;
 
     /// The `errno` of the last failure, 0 when there was none.
