@@ -580,6 +580,21 @@ TEST(VirtualPutStream, SendToADeadTargetIsFalseAndHoldsNothing) {
     EXPECT_EQ(target.calls, Lines{});
 }
 
+TEST(VirtualPutStream, SendOfNullIsFalseAndOfNoBytesIsASendLikeAnyOther) {
+    test::RecordingOutput target;
+    VirtualPutStream stream(target, 8, 4);
+    EXPECT_FALSE(stream.SendOutputStream(nullptr, 5));
+    target.error = true;
+    EXPECT_FALSE(stream.SendOutputStream(nullptr, 0)) << "the target is dead";
+    target.error = false;
+    stream.PutS("1234");
+    EXPECT_FALSE(stream.SendOutputStream(nullptr, 5));
+    EXPECT_EQ(target.calls, Lines{});
+    EXPECT_TRUE(stream.SendOutputStream(nullptr, 0));
+    EXPECT_EQ(target.calls, Lines{"send:1234"}) << "a send asks for room at its end";
+    EXPECT_EQ(held(stream), "");
+}
+
 TEST(VirtualPutStream, SendGoesBehindWhatIsHeld) {
     test::RecordingOutput target;
     VirtualPutStream stream(target, 8, 6);

@@ -86,8 +86,8 @@ void VirtualPutStream::FlushOutputStream() {
 }
 
 bool VirtualPutStream::SendOutputStream(const char* data, unsigned int size) {
-    if (data == nullptr)
-        return size == 0;
+    if (data == nullptr && size > 0)
+        return false;
     if (!m_holdOutput && Buffer::ReadAvailable() < 1) {
         return isTargetUsable() && m_target->SendOutputStream(data, size);
     }
