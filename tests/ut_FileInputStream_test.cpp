@@ -107,6 +107,22 @@ TEST_F(FileInputStreamTest, OpensForReadingOnlyAndCloseOnExec) {
     EXPECT_TRUE(test::isClosedOnExec(descriptors[0]));
 }
 
+TEST_F(FileInputStreamTest, DescriptorNoughtIsOpenedAndClosedLikeAnyOther) {
+    const std::string path = m_directory.write("ports", "4");
+    const test::ChildResult child = test::runInChild([&] {
+        close(0);
+        {
+            FileInputStream stream(path.c_str());
+            if (!test::isOpenDescriptor(0) || !stream.isInputStreamGood() || receive(stream, 10) != "4")
+                return 1;
+            if (stream.Reopen() != 0 || !test::isOpenDescriptor(0) || receive(stream, 10) != "4")
+                return 2;
+        }
+        return test::isOpenDescriptor(0) ? 3 : 0;
+    });
+    EXPECT_EQ(child.status, 0);
+}
+
 TEST_F(FileInputStreamTest, ClosesWhatItOpened) {
     const std::string path = m_directory.write("ports", "4");
     {
@@ -564,6 +580,16 @@ TEST_F(FileInputStreamTest, RemovedFileIsAnErrorForWhoAsksAndFromThenOn) {
     EXPECT_EQ(receive(stream, 3), "-1");
     m_directory.write("ports", "new");
     EXPECT_TRUE(stream.isInputStreamInError());
+}
+
+TEST_F(FileInputStreamTest, FileThatIsRemovedAfterAnErrorKeepsTheNumberOfThatError) {
+    const std::string path = m_directory.path("folder");
+    ASSERT_EQ(mkdir(path.c_str(), 0700), 0);
+    FileInputStream stream(path.c_str());
+    EXPECT_EQ(receive(stream, 10), "-1");
+    ASSERT_EQ(rmdir(path.c_str()), 0);
+    EXPECT_TRUE(stream.isInputStreamInError());
+    EXPECT_EQ(stream.errorNumber(), EISDIR);
 }
 
 TEST_F(FileInputStreamTest, FileThatWasMovedAwayIsAnError) {

@@ -164,6 +164,21 @@ TEST_F(FileOutputStreamTest, OpensCloseOnExec) {
     }
 }
 
+TEST_F(FileOutputStreamTest, DescriptorNoughtIsOpenedAndClosedLikeAnyOther) {
+    const std::string path = m_directory.path("ports");
+    const test::ChildResult child = test::runInChild([&] {
+        close(0);
+        {
+            FileOutputStream stream(path.c_str(), false, 0600);
+            if (!test::isOpenDescriptor(0) || !stream.isOutputStreamGood() || !send(stream, "4"))
+                return 1;
+        }
+        return test::isOpenDescriptor(0) ? 2 : 0;
+    });
+    EXPECT_EQ(child.status, 0);
+    EXPECT_EQ(m_directory.read("ports"), "4");
+}
+
 TEST_F(FileOutputStreamTest, ClosesWhatItOpened) {
     const std::string path = m_directory.path("ports");
     {
@@ -256,6 +271,7 @@ TEST_F(FileOutputStreamTest, AdoptedDescriptorIsSoughtToItsStart) {
     EXPECT_TRUE(stream.isOutputStreamOpen());
     EXPECT_FALSE(stream.isOutputStreamInError());
     EXPECT_FALSE(stream.isOutputStreamAtEnd());
+    EXPECT_EQ(stream.errorNumber(), 0);
     EXPECT_EQ(file.offset(), 0);
     EXPECT_TRUE(send(stream, "abc"));
     EXPECT_EQ(m_directory.read("ports"), "abc3456789");
@@ -385,6 +401,7 @@ TEST_F(FileOutputStreamTest, SendsSoManyBytesAsAreSaidAndNoTerminator) {
     FileOutputStream stream(path.c_str(), false, 0600);
     EXPECT_TRUE(stream.SendOutputStream("12345", 3));
     EXPECT_TRUE(stream.SendOutputStream("12345", 0));
+    EXPECT_FALSE(stream.isOutputStreamInError());
     EXPECT_EQ(m_directory.read("ports"), "123");
 }
 

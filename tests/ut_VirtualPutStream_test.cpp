@@ -174,6 +174,22 @@ TEST(VirtualPutStream, ArrayThatHoldsNothingRefusesAWrite) {
     }
 }
 
+TEST(VirtualPutStream, OverACallersArrayBeginsAsOverItsOwnBuffer) {
+    test::RecordingOutput target;
+    test::LogCapture log;
+    {
+        test::GuardedText text(16);
+        VirtualPutStream stream(target, text.array(), 16, 3);
+        EXPECT_EQ(stream.transferred(), 0);
+        EXPECT_FALSE(stream.isNoThrow());
+        EXPECT_TRUE(send(stream, "passed by"));
+        put(stream, "held");
+        EXPECT_EQ(stream.transferred(), 4);
+    }
+    EXPECT_EQ(target.calls, (Lines{"send:passed by", "send:held"}));
+    EXPECT_EQ(log.count(), 0u);
+}
+
 TEST(VirtualPutStream, WithoutATargetIsClosedAndTakesNothing) {
     VirtualPutStream stream(1);
     EXPECT_FALSE(stream.isOutputStreamOpen());
@@ -359,6 +375,14 @@ TEST(VirtualPutStream, LiveTargetThatIsNeverFlushedLeavesNoRoom) {
     EXPECT_EQ(target.calls, Lines{});
 }
 
+TEST(VirtualPutStream, OneByteThatIsLeftOverIsRefusedLikeMany) {
+    test::RecordingOutput target;
+    VirtualPutStream stream(target, 10, 11);
+    EXPECT_FAILURE(put(stream, "abcdefghijk"), 1239, "ut_VirtualPutStream", PUT_B,
+                   "Didn't fit. size=1 remaining=0 msg='k'");
+    EXPECT_EQ(held(stream), "abcdefghij");
+}
+
 TEST(VirtualPutStream, DeadTargetThatIsNeverFlushedLeavesNoRoom) {
     for (const bool closed : {false, true}) {
         test::RecordingOutput target;
@@ -389,6 +413,23 @@ TEST(VirtualPutStream, TargetThatRefusesOnceIsAskedAgain) {
     put(stream, "abcdefghijklm");
     EXPECT_EQ(target.calls, (Lines{"refused:abcdefghij", "send:abcdefghij"}));
     EXPECT_EQ(held(stream), "klm");
+}
+
+TEST(VirtualPutStream, BufferOfOneByteAsksATargetThatRefusesOnceAgainToo) {
+    test::RecordingOutput target;
+    target.refusals = 1;
+    VirtualPutStream stream(target, 1, 1);
+    put(stream, "12");
+    EXPECT_EQ(target.calls, (Lines{"refused:1", "send:1", "send:2"}));
+}
+
+TEST(VirtualPutStream, TargetThatRefusesIsAskedOnceWhenNoBytesAreLeft) {
+    test::RecordingOutput target;
+    target.refusals = 100;
+    VirtualPutStream stream(target, 10, 5);
+    put(stream, "abcdefghij");
+    EXPECT_EQ(target.calls, Lines{"refused:abcdefghij"});
+    EXPECT_EQ(held(stream), "abcdefghij");
 }
 
 TEST(VirtualPutStream, TargetThatDiesBetweenTheTwoQuestionsTakesNothing) {
@@ -583,7 +624,7 @@ TEST(VirtualPutStream, SendToADeadTargetIsFalseAndHoldsNothing) {
 TEST(VirtualPutStream, SendOfNullIsFalseAndOfNoBytesIsASendLikeAnyOther) {
     test::RecordingOutput target;
     VirtualPutStream stream(target, 8, 4);
-    EXPECT_FALSE(stream.SendOutputStream(nullptr, 5));
+    EXPECT_FALSE(stream.SendOutputStream(nullptr, 1));
     target.error = true;
     EXPECT_FALSE(stream.SendOutputStream(nullptr, 0)) << "the target is dead";
     target.error = false;
@@ -802,11 +843,14 @@ TEST(VirtualPutStream, TracesWhatItThrowsAway) {
         test::RecordingOutput target;
         VirtualPutStream stream(target, 16, 100);
         stream.setTrace(true);
-        stream.PutS("ports");
         target.error = true;
+        stream.PutS("ports");
+        stream.FlushOutputStream();
+        stream.PutC('4');
         stream.FlushOutputStream();
         EXPECT_EQ(test::traceLines(log),
-                  (Lines{line(FLUSH, "(0)"), line(FLUSH, "(0) discarding virtual stream output 5\n")}));
+                  (Lines{line(FLUSH, "(0)"), line(FLUSH, "(0) discarding virtual stream output 5\n"),
+                         line(FLUSH, "(0)"), line(FLUSH, "(0) discarding virtual stream output 1\n")}));
     });
 }
 
