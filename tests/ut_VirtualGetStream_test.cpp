@@ -156,6 +156,7 @@ TEST(VirtualGetStream, ArrayOfOneByteGivesTheInputByteByByte) {
     source.give("abc");
     test::GuardedText text(1);
     VirtualGetStream stream(source, 1, 0, 0, text.array());
+    EXPECT_EQ(text.array()[0], 0);
     EXPECT_TRUE(stream.StartInputStream());
     EXPECT_EQ(receive(stream, 3), "a");
     EXPECT_EQ(receive(stream, 3), "b");
@@ -405,6 +406,27 @@ TEST(VirtualGetStream, FailedReceiveIsRepeatedWhileTheSourceIsGood) {
     }
 }
 
+TEST(VirtualGetStream, WithoutWaitingASourceThatFailsForEverIsGivenUp) {
+    struct Failing : test::ScriptedInput {
+        int ReceiveInputStream(char*, unsigned int) override {
+            ++receives;
+            return -1;
+        }
+        int receives = 0;
+    } failing;
+    failing.endsByItself = false;
+    test::LogCapture log;
+    VirtualGetStream stream(failing, 8, 0, 0, nullptr);
+    stream.setWaitForData(false);
+    stream.load();
+    EXPECT_EQ(failing.receives, 1000);
+    stream.load();
+    EXPECT_EQ(failing.receives, 2000) << "each refill begins anew";
+    EXPECT_EQ(failing.endCount, 0);
+    EXPECT_EQ(held(stream), "");
+    EXPECT_EQ(log.count(), 0u);
+}
+
 TEST(VirtualGetStream, FailedReceiveOfASourceInErrorIsNotRepeated) {
     test::ScriptedInput source;
     source.answer(-1).give("abc");
@@ -604,7 +626,9 @@ TEST(VirtualGetStream, IndexAtTheWritePositionIsANulAndOneBehindItIsRefused) {
     source.give("abc");
     VirtualGetStream stream(source, 8, 0, 0, nullptr);
     stream.StartInputStream();
+    stream.pBuffer()[3] = 'x';
     EXPECT_EQ(stream[3], 0);
+    EXPECT_EQ(&stream[3], stream.pBuffer() + 3);
     test::LogCapture log;
     EXPECT_NOT_HELD(stream[4], INDEX);
     EXPECT_EQ(log.texts(), Lines{"accessing offset 4, index 4 from base 0 [0/3], ReadAvail: 3, WriteRemain: 5"});
@@ -616,6 +640,8 @@ TEST(VirtualGetStream, IndexAtTheEndOfAFullCallersArrayIsANul) {
     test::GuardedText text(8);
     VirtualGetStream stream(source, 8, 0, 0, text.array());
     stream.StartInputStream();
+    EXPECT_EQ(stream[8], 0);
+    stream[8] = 'x';
     EXPECT_EQ(stream[8], 0);
     EXPECT_EQ(stream[7], 'h');
     EXPECT_NOT_HELD(stream[9], INDEX);
@@ -660,6 +686,44 @@ TEST(VirtualGetStream, BytesKeptBehindAreCountedFromTheHighestOffset) {
     EXPECT_EQ(held(stream), "cdefghij");
     EXPECT_EQ(stream[2], 'c');
     EXPECT_EQ(stream[9], 'j');
+}
+
+TEST(VirtualGetStream, OneByteTooManyBehindTheHighestOffsetIsDropped) {
+    test::ScriptedInput source;
+    source.give("abcdefgh").give("ijklmnop");
+    VirtualGetStream stream(source, 8, 4, 0, nullptr);
+    stream.StartInputStream();
+    EXPECT_EQ(stream[5], 'f');
+    stream.load();
+    EXPECT_EQ(held(stream), "bcdefghi");
+}
+
+TEST(VirtualGetStream, BytesAlreadyReadDoNotCountAsDropped) {
+    test::ScriptedInput source;
+    source.give("abcdefgh").give("ijklmnop");
+    VirtualGetStream stream(source, 8, 2, 0, nullptr);
+    stream.StartInputStream();
+    EXPECT_EQ(receive(stream, 2), "ab");
+    EXPECT_EQ(stream[6], 'g');
+    stream.load();
+    EXPECT_EQ(held(stream), "efghijkl") << "from two bytes before the highest offset on";
+}
+
+TEST(VirtualGetStream, HighestOffsetIsRememberedAcrossRefills) {
+    test::ScriptedInput source;
+    source.give("abcdefgh").give("i").give("j").give("k").give("l").give("m");
+    VirtualGetStream stream(source, 16, 4, 4, nullptr);
+    stream.StartInputStream();
+    EXPECT_EQ(stream[7], 'h');
+    EXPECT_EQ(held(stream), "defghi");
+    EXPECT_EQ(source.asked.size(), 2u);
+    EXPECT_EQ(stream[3], 'd') << "two bytes from the highest offset are too few";
+    EXPECT_EQ(source.asked.size(), 3u);
+    EXPECT_EQ(stream[3], 'd') << "so are three";
+    EXPECT_EQ(source.asked.size(), 4u);
+    EXPECT_EQ(stream[3], 'd') << "four are enough";
+    EXPECT_EQ(source.asked.size(), 4u);
+    EXPECT_EQ(held(stream), "defghijk");
 }
 
 TEST(VirtualGetStream, FewerBytesThanAreKeptBehindAreNotDropped) {

@@ -52,7 +52,8 @@ public:
     /// False while bytes are held.
     bool isInputStreamAtEnd() override;
 
-    /// Whether a source that gives 0 bytes is asked again; true at construction.
+    /// Whether a source that gives 0 bytes is asked again; true at construction. One that fails and stays good all the
+    /// same is asked again in any case, but while this is false no more than 1000 times in one refill.
     void setWaitForData(bool wait) {
         m_waitForData = wait;
     }
