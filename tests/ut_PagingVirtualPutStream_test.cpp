@@ -151,6 +151,20 @@ TEST(PagingVirtualPutStream, CallersArrayKeepsItsLastByteForTheTerminator) {
     EXPECT_TRUE(text.isGuardWhole());
 }
 
+TEST(PagingVirtualPutStream, OverACallersArrayPagesAreCutTheSame) {
+    test::RecordingConsole console;
+    char text[64];
+    PagingVirtualPutStream stream(console, 10, 4, text, sizeof text, 60);
+    EXPECT_FALSE(stream.hasQuit());
+    EXPECT_TRUE(send(stream, "1234567890abc\nx\ny\n"));
+    EXPECT_EQ(console.calls(), pages({"1234567890abc\nx\n", "y\n"}, 10));
+
+    test::RecordingConsole smallConsole;
+    PagingVirtualPutStream small(smallConsole, -1, -1, text, sizeof text, 60);
+    EXPECT_TRUE(send(small, "abc"));
+    EXPECT_EQ(smallConsole.calls(), pages({"ab", "c"}, 2));
+}
+
 TEST(PagingVirtualPutStream, SmallestArraysAreNeverOverrun) {
     for (const int size : {0, 1, 2}) {
         for (const int threshold : {-1, 0, 1, 2, 100}) {
@@ -231,6 +245,15 @@ TEST(PagingVirtualPutStream, SendOfNothingShowsNothing) {
     Paging paging;
     EXPECT_TRUE(send(paging.stream, ""));
     EXPECT_EQ(paging.console.calls(), Lines{});
+}
+
+TEST(PagingVirtualPutStream, SendOfNullIsFalseAndOfNoBytesASendLikeAnyOther) {
+    Paging paging;
+    paging.stream.PutS("held\n");
+    EXPECT_FALSE(paging.stream.SendOutputStream(nullptr, 1));
+    EXPECT_EQ(paging.console.calls(), Lines{});
+    EXPECT_TRUE(paging.stream.SendOutputStream(nullptr, 0));
+    EXPECT_EQ(paging.console.calls(), Lines{"send:held\n"});
 }
 
 TEST(PagingVirtualPutStream, LongLineCountsAsTheScreenLinesThatItFills) {
@@ -318,6 +341,16 @@ TEST(PagingVirtualPutStream, NewPageSizeHoldsFromTheNextPageOn) {
     paging.stream.setPageSize(40, 6);
     EXPECT_TRUE(send(paging.stream, lines(4, 8)));
     EXPECT_EQ(paging.console.calls(), pages({lines(1, 3)}) + pages({lines(4, 5), lines(6, 8)}, 40));
+}
+
+TEST(PagingVirtualPutStream, PageThatBecomesSmallerThanWhatItShowsGoesOnWithinItsNewSize) {
+    Paging paging;
+    EXPECT_TRUE(send(paging.stream, lines(1, 20) + std::string(13, 'x')));
+    paging.stream.setPageSize(5, 7);
+    // Of pages of six lines the 20 leave two shown, of lines of five columns the 13 leave three.
+    EXPECT_TRUE(send(paging.stream, "y\nb\nc\nd\ne\n"));
+    EXPECT_EQ(paging.console.calls(),
+              pages({lines(1, 20) + std::string(13, 'x')}) + pages({"y\nb\nc\nd\n", "e\n"}, 5));
 }
 
 TEST(PagingVirtualPutStream, PageThatBecomesSmallerThanWhatItShowsStillShowsEverything) {
