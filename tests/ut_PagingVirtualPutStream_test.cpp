@@ -349,8 +349,7 @@ TEST(PagingVirtualPutStream, PageThatBecomesSmallerThanWhatItShowsGoesOnWithinIt
     paging.stream.setPageSize(5, 7);
     // Of pages of six lines the 20 leave two shown, of lines of five columns the 13 leave three.
     EXPECT_TRUE(send(paging.stream, "y\nb\nc\nd\ne\n"));
-    EXPECT_EQ(paging.console.calls(),
-              pages({lines(1, 20) + std::string(13, 'x')}) + pages({"y\nb\nc\nd\n", "e\n"}, 5));
+    EXPECT_EQ(paging.console.calls(), pages({lines(1, 20) + std::string(13, 'x')}) + pages({"y\nb\nc\nd\n", "e\n"}, 5));
 }
 
 TEST(PagingVirtualPutStream, PageThatBecomesSmallerThanWhatItShowsStillShowsEverything) {
@@ -442,6 +441,14 @@ TEST(PagingVirtualPutStream, QuitInALongSendTakesNoMore) {
     EXPECT_FALSE(send(stream, "a\nb\nc\nd\ne\nf\ng\n"));
     EXPECT_EQ(console.calls(), (Lines{"send:a\nb\n", shown(MESSAGE), "key", "remove:80"}));
     EXPECT_EQ(held(stream), "");
+}
+
+TEST(PagingVirtualPutStream, SendOfWhatIsHeldShowsItAgain) {
+    test::RecordingConsole console;
+    PagingVirtualPutStream stream(console, 80, 25, 16, 4);
+    stream.PutS("abcdef");
+    EXPECT_TRUE(stream.SendOutputStream(stream.pTail() + 1, 5));
+    EXPECT_EQ(console.calls(), (Lines{"send:abcdef", "send:bcdef"}));
 }
 
 TEST(PagingVirtualPutStream, SendForWhichThereIsNoRoomIsFalseAndShowsNothingYet) {

@@ -525,6 +525,17 @@ TEST(VirtualGetStream, OneReceiveDeliversAtMostOneBufferFull) {
     EXPECT_EQ(stream.received(), 20);
 }
 
+TEST(VirtualGetStream, ReceivesIntoItsOwnBuffer) {
+    test::ScriptedInput source;
+    source.give("abcdefgh");
+    VirtualGetStream stream(source, 8, 0, 0, nullptr);
+    stream.StartInputStream();
+    EXPECT_EQ(receive(stream, 2), "ab");
+    EXPECT_EQ(stream.ReceiveInputStream(stream.pBuffer() + 1, 4), 4);
+    EXPECT_EQ(std::string(stream.pBuffer() + 1, 4), "cdef");
+    EXPECT_EQ(receive(stream, 8), "gh");
+}
+
 TEST(VirtualGetStream, ReceiveFromAnExhaustedSourceIsNought) {
     test::ScriptedInput source;
     VirtualGetStream stream(source, 8, 0, 0, nullptr);

@@ -279,6 +279,18 @@ TEST(VirtualPutStream, LongOutputGoesThroughInBuffersFull) {
     EXPECT_EQ(stream.transferred(), 16);
 }
 
+TEST(VirtualPutStream, TakesWhatItsOwnBufferHolds) {
+    test::RecordingOutput target;
+    VirtualPutStream stream(target, 16, 4);
+    stream.setHoldOutput(true);
+    stream.PutS("abcdef");
+    stream.PutB(stream.pTail() + 1, 5);
+    EXPECT_EQ(target.calls, (Lines{"send:abcdef", "send:bcdef"}));
+    stream.PutS("uvwxyz");
+    EXPECT_TRUE(stream.SendOutputStream(stream.pTail() + 1, 5));
+    EXPECT_EQ(target.text(), "abcdefbcdefuvwxyzvwxyz");
+}
+
 TEST(VirtualPutStream, RestAtTheThresholdIsFlushedToo) {
     test::RecordingOutput target;
     VirtualPutStream stream(target, 8, 4);

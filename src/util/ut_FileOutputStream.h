@@ -26,7 +26,7 @@ public:
     FileOutputStream& operator=(const FileOutputStream&) = delete;
     ~FileOutputStream() override;
 
-    /// Seeks to offset 0; false when not open or in error.
+    /// Seeks to offset 0 and clears the end; false when not open, in error, or the seek fails.
     bool StartOutputStream() override;
     void EndOutputStream() override;
     /// Writes `size` bytes. False only for a short write: a stream that is not open or in error, a null `data`, and a

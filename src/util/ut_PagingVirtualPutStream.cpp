@@ -59,7 +59,7 @@ bool PagingVirtualPutStream::SendOutputStream(const char* data, unsigned int siz
         const unsigned int count = std::min(size, static_cast<unsigned int>(boundedRoom(room)));
         if (count == 0)
             return false;
-        std::memcpy(pHead(), data, count);
+        std::memmove(pHead(), data, count);
         WriteAdvance(static_cast<int>(count));
         data += count;
         size -= count;

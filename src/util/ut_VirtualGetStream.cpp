@@ -118,7 +118,7 @@ int VirtualGetStream::ReceiveInputStream(char* buffer, unsigned int size) {
         return 0;
     const unsigned int count = std::min(held, size);
     VXUT_TRACE_IF(m_trace, "moving %d bytes", static_cast<int>(count));
-    std::memcpy(buffer, pTail(), count);
+    std::memmove(buffer, pTail(), count);
     ReadAdvance(static_cast<int>(count));
     return static_cast<int>(count);
 }

@@ -95,7 +95,7 @@ bool VirtualPutStream::SendOutputStream(const char* data, unsigned int size) {
         const unsigned int count = std::min(size, static_cast<unsigned int>(boundedRoom(WriteRemaining())));
         if (count == 0)
             return false;
-        std::memcpy(pHead(), data, count);
+        std::memmove(pHead(), data, count); // the data may lie in the buffer, which was just flushed
         WriteAdvance(static_cast<int>(count));
         data += count;
         size -= count;
@@ -111,7 +111,7 @@ void VirtualPutStream::PutB(const char* data, int length) {
     while (length > 0) {
         const int count = std::min(length, room);
         if (count > 0)
-            std::memcpy(pHead(), data, static_cast<std::size_t>(count));
+            std::memmove(pHead(), data, static_cast<std::size_t>(count));
         WriteAdvance(count);
         data += count;
         length -= count;

@@ -19,8 +19,8 @@ namespace utility {
 ///     out.FlushOutputStream();
 class VXUT_EXPORT VirtualPutStream : public PutStream {
 public:
-    /// Own buffer of `size` bytes, flushed when `flushThreshold` bytes are held. Throws code 1238 when there is no
-    /// storage.
+    /// Own buffer of `size` bytes, flushed when `flushThreshold` bytes are held: never by itself when that is more than
+    /// `size`, at every write when it is below 1. Throws code 1238 when there is no storage.
     VirtualPutStream(framework::OutputStream& target, int size, int flushThreshold);
     /// The caller's array of `size` bytes, the last of which is kept for the terminator.
     VirtualPutStream(framework::OutputStream& target, char* buffer, int size, int flushThreshold);
