@@ -282,6 +282,11 @@ TEST(StringArray, ElementAtIsNullFromTheLengthOn) {
     EXPECT_EQ(array.ElementAt(0), array[0]);
     EXPECT_EQ(array.ElementAt(1), nullptr);
     EXPECT_EQ(array.ElementAt(0xFFFFFFFF), nullptr);
+    array.Append("portal");
+    char* const rest = array[1];
+    array.truncate(1);
+    EXPECT_EQ(array.ElementAt(1), nullptr) << "whatever its slot holds";
+    framework::Memory::StaticFreeString(rest);
 }
 
 TEST(StringArray, TheIndexOperatorGivesTheSlotItself) {
