@@ -6,6 +6,7 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
@@ -298,6 +299,16 @@ TEST(Terminal, WindowResizeIgnoresOtherSignals) {
                   return sizes + " " + sizeOf(*Terminal::instance());
               }),
               "132x50 132x50 100x40");
+}
+
+TEST(Terminal, WindowResizeLeavesErrnoToWhatItInterrupted) {
+    EXPECT_EQ(inChild([] {
+                  std::string size = instanceSizeOn(-1, -1, -1);
+                  errno = ERANGE;
+                  utility::windowResize(SIGWINCH);
+                  return size + (errno == ERANGE ? " kept" : " changed");
+              }),
+              "80x25 kept");
 }
 
 TEST(Terminal, WindowResizeMakesTheInstanceWhenThereIsNone) {
