@@ -36,24 +36,38 @@ int platformCall(const char* name, pthread_rwlock_t* lock) {
     return reinterpret_cast<int (*)(pthread_rwlock_t*)>(dlsym(RTLD_NEXT, name))(lock);
 }
 
-// Whether another thread gets the lock at once or only after `release`.
-bool waitsFor(PosixRWLock& lock, void (PosixRWLock::*take)(), const std::function<void()>& release) {
+const std::chrono::milliseconds aWhile(50);
+const std::chrono::seconds longEnough(60);
+
+// Whether another thread gets the lock within `bound`, before `release`.
+bool isTaken(PosixRWLock& lock, void (PosixRWLock::*take)(), std::chrono::milliseconds bound,
+             const std::function<void()>& release) {
+    std::atomic<bool> asked{false};
     std::atomic<bool> taken{false};
     std::thread other([&] {
+        asked = true;
         (lock.*take)();
         taken = true;
         lock.unlock();
     });
-    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(50);
+    while (!asked)
+        std::this_thread::yield();
+    const auto end = std::chrono::steady_clock::now() + bound;
     while (!taken && std::chrono::steady_clock::now() < end)
         std::this_thread::yield();
-    const bool waited = !taken;
+    const bool inTime = taken;
     release();
     other.join();
-    return waited;
+    return inTime;
 }
 
-void nothing() {}
+bool isFree(PosixRWLock& lock, void (PosixRWLock::*take)()) {
+    return isTaken(lock, take, longEnough, [] {});
+}
+
+bool waitsFor(PosixRWLock& lock, void (PosixRWLock::*take)(), const std::function<void()>& release) {
+    return !isTaken(lock, take, aWhile, release);
+}
 
 } // namespace
 
@@ -61,7 +75,7 @@ TEST(PosixRWLock, UsageExample) {
     framework::thread::PosixRWLock lock;
     lock.writeLock();
     lock.unlock();
-    EXPECT_FALSE(waitsFor(lock, &PosixRWLock::writeLock, nothing));
+    EXPECT_TRUE(isFree(lock, &PosixRWLock::writeLock));
 }
 
 TEST(PosixRWLock, ReadersShare) {
@@ -130,7 +144,7 @@ TEST(PosixRWLock, FailingCallsAreLoggedWithTheirNumber) {
     lock.writeLock();
     failing.call = nullptr;
     // The refused writer does not count as one.
-    EXPECT_FALSE(waitsFor(lock, &PosixRWLock::writeLock, nothing));
+    EXPECT_TRUE(isFree(lock, &PosixRWLock::writeLock));
     lock.readLock();
     failing.call = "pthread_rwlock_unlock";
     lock.unlock();
