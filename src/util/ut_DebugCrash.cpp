@@ -37,7 +37,7 @@ const unsigned int deepestBackTrace = 40;
 const unsigned int skippedFrames = 2;
 const int reportSize = 65535;
 const unsigned int longestReportSeconds = 10;
-const std::size_t demangledSize = 2048;
+const std::size_t longestDemangled = 2047;
 
 // Demangling takes memory; once that has hung, the names are shown as the compiler made them.
 std::atomic<bool> rawNames(false);
@@ -68,14 +68,31 @@ private:
     void* m_memory;
 };
 
-/// Copies the name of a symbol as a programmer wrote it, or as it is; "--" for none.
-void copySymbolName(const char* symbol, char (&name)[demangledSize]) {
-    int status = 0;
-    char* demangled = symbol != nullptr && !rawNames ? abi::__cxa_demangle(symbol, nullptr, nullptr, &status) : nullptr;
-    const bool fits = demangled != nullptr && std::strlen(demangled) < sizeof name;
-    std::snprintf(name, sizeof name, "%s", fits ? demangled : symbol != nullptr ? symbol : "--");
-    std::free(demangled);
-}
+/// The name of a symbol as a programmer wrote it, or as it is where that cannot be had; "--" for none.
+class ReadableName {
+public:
+    explicit ReadableName(const char* symbol)
+        : m_symbol(symbol != nullptr ? symbol : "--"),
+          m_demangled(symbol != nullptr && !rawNames ? abi::__cxa_demangle(symbol, nullptr, nullptr, nullptr)
+                                                     : nullptr) {}
+    ReadableName(const ReadableName&) = delete;
+    ReadableName& operator=(const ReadableName&) = delete;
+    ~ReadableName() {
+        std::free(m_demangled);
+    }
+
+    const char* text() const {
+        return m_demangled != nullptr ? m_demangled : m_symbol;
+    }
+    /// The same, but a demangled name of more than `longest` bytes counts as one that cannot be had.
+    const char* text(std::size_t longest) const {
+        return std::strlen(text()) <= longest ? text() : m_symbol;
+    }
+
+private:
+    const char* m_symbol;
+    char* m_demangled;
+};
 
 /// How far `address` is behind its symbol, or behind the start of its object when it has none.
 long distanceFrom(const Dl_info& object, const void* address) {
@@ -89,11 +106,9 @@ void putFrame(BufferStream& out, const void* address) {
         out.PutF("[%-10p]\n", address);
         return;
     }
-    char name[demangledSize] = "";
-    if (object.dli_sname != nullptr)
-        copySymbolName(object.dli_sname, name);
+    const ReadableName name(object.dli_sname != nullptr ? object.dli_sname : "");
     out.PutF("%s: @%p\n", object.dli_fname, object.dli_fbase);
-    out.PutF("    %s+0x%lX [%p]\n", name, static_cast<unsigned long>(distanceFrom(object, address)), address);
+    out.PutF("    %s+0x%lX [%p]\n", name.text(), static_cast<unsigned long>(distanceFrom(object, address)), address);
 }
 
 const char* contextRoot() {
@@ -290,9 +305,9 @@ void Debug::SymbolPath(void* address, char* buffer, unsigned int size) {
     buffer[0] = 0;
     if (dladdr(address, &object) == 0)
         return;
-    char name[demangledSize];
-    copySymbolName(object.dli_sname, name);
-    std::snprintf(buffer, size, "[%s] %s+%ld", object.dli_fname, name, distanceFrom(object, address));
+    const ReadableName name(object.dli_sname);
+    std::snprintf(buffer, size, "[%s] %s+%ld", object.dli_fname, name.text(longestDemangled),
+                  distanceFrom(object, address));
 }
 
 void Debug::SymbolName(void* address, char* buffer, unsigned int size) {
@@ -302,9 +317,8 @@ void Debug::SymbolName(void* address, char* buffer, unsigned int size) {
     buffer[0] = 0;
     if (dladdr(address, &object) == 0)
         return;
-    char name[demangledSize];
-    copySymbolName(object.dli_sname, name);
-    std::snprintf(buffer, size, "%s", name);
+    const ReadableName name(object.dli_sname);
+    std::snprintf(buffer, size, "%s", name.text(longestDemangled));
 }
 
 void Debug::MaybeEnableCoreDump() {
