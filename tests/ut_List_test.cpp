@@ -1016,9 +1016,15 @@ TEST(List, HandsEachOfAMillionElementsFromEightProducersToOneOfEightConsumers) {
     for (std::thread& producer : producers)
         producer.join();
 
-    const auto end = std::chrono::steady_clock::now() + longEnough;
-    while (taken < total && std::chrono::steady_clock::now() < end)
+    std::size_t seen = 0;
+    auto end = std::chrono::steady_clock::now() + longEnough;
+    while (taken < total && std::chrono::steady_clock::now() < end) {
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        if (taken != seen) {
+            seen = taken;
+            end = std::chrono::steady_clock::now() + longEnough;
+        }
+    }
     EXPECT_EQ(taken, total) << "before anyone was woken without an element";
 
     closing = true;
