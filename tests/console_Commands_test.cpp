@@ -8,6 +8,7 @@
 
 #include <chrono>
 #include <csignal>
+#include <cstring>
 #include <ctime>
 #include <fstream>
 #include <regex>
