@@ -77,8 +77,6 @@ public:
     /// Signal handler that does nothing, for signals that must be caught and ignored. Debug switch 350 logs the signal.
     static void SignalNull(int sig);
     /// Signal handler: makes the context directory and sends signal 12 (SIGUSR2) to every thread that has a record.
-    /// Demangling takes memory: a thread that the signal meets inside the allocator may wait there for itself for ever,
-    /// and then no other thread writes its context either.
     static void SignalThreads(int sig);
     /// Signal handler for signal 12: writes the thread's back trace to its own file in the context directory, which is
     /// "$VX_MEM/<process>Context".

@@ -1,6 +1,5 @@
 #include "ut_Debug.h"
 
-#include <cxxabi.h>
 #include <dlfcn.h>
 #include <execinfo.h>
 #include <fcntl.h>
@@ -27,6 +26,12 @@
 #include "ut_Environment.h"
 #include "ut_FileOutputStream.h"
 
+// The platform's demangler in the form that takes no memory: a handler may have interrupted the allocator. It gives the
+// name piece by piece and 0, or another value for what is no mangled name. No header declares it, and only the static
+// library of the run time has it.
+extern "C" int __gcclibcxx_demangle_callback( // NOLINT(bugprone-reserved-identifier)
+    const char* symbol, void (*take)(const char* text, std::size_t length, void* context), void* context);
+
 namespace utility {
 
 namespace {
@@ -39,8 +44,6 @@ const int reportSize = 65535;
 const unsigned int longestReportSeconds = 10;
 const std::size_t longestDemangled = 2047;
 
-// Demangling takes memory; once that has hung, the names are shown as the compiler made them.
-std::atomic<bool> rawNames(false);
 std::atomic<int> crashSignal(0);
 
 // The first back trace of a process loads libraries, which a handler must not.
@@ -72,26 +75,33 @@ private:
 class ReadableName {
 public:
     explicit ReadableName(const char* symbol)
-        : m_symbol(symbol != nullptr ? symbol : "--"),
-          m_demangled(symbol != nullptr && !rawNames ? abi::__cxa_demangle(symbol, nullptr, nullptr, nullptr)
-                                                     : nullptr) {}
-    ReadableName(const ReadableName&) = delete;
-    ReadableName& operator=(const ReadableName&) = delete;
-    ~ReadableName() {
-        std::free(m_demangled);
+        : m_symbol(symbol != nullptr ? symbol : "--"), m_text(m_symbol), m_length(0) {
+        const bool isDemangled =
+            symbol != nullptr && m_memory.text() != nullptr && __gcclibcxx_demangle_callback(symbol, append, this) == 0;
+        if (isDemangled && m_length < reportSize)
+            m_text = m_memory.text();
     }
 
     const char* text() const {
-        return m_demangled != nullptr ? m_demangled : m_symbol;
+        return m_text;
     }
     /// The same, but a demangled name of more than `longest` bytes counts as one that cannot be had.
     const char* text(std::size_t longest) const {
-        return std::strlen(text()) <= longest ? text() : m_symbol;
+        return std::strlen(m_text) <= longest ? m_text : m_symbol;
     }
 
 private:
+    static void append(const char* text, std::size_t length, void* name) {
+        ReadableName* self = static_cast<ReadableName*>(name);
+        if (self->m_length + length < reportSize)
+            std::memcpy(self->m_memory.text() + self->m_length, text, length);
+        self->m_length += length;
+    }
+
+    ReportMemory m_memory;
     const char* m_symbol;
-    char* m_demangled;
+    const char* m_text;
+    std::size_t m_length;
 };
 
 /// How far `address` is behind its symbol, or behind the start of its object when it has none.
@@ -122,16 +132,11 @@ const char* processName() {
     return name != nullptr ? name : "";
 }
 
-/// A report that hangs is tried once more without memory; when that hangs too, the process ends without one.
 void endHungReport(int) {
-    if (!rawNames.exchange(true)) {
-        alarm(longestReportSeconds);
-        Debug::ErrorContext();
-    }
     framework::Container::dumpApplication(crashSignal);
 }
 
-/// Bounds a report that hangs, because the process crashed where it holds a lock that the report needs.
+/// Ends the process in the midst of a report that hangs, because it crashed where a lock is held that the report needs.
 void limitReport(int sig) {
     crashSignal = sig;
     struct sigaction action = {};
