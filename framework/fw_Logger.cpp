@@ -25,27 +25,35 @@ void* currentContext = nullptr;
 // Set while the thread takes, holds or gives back the lock, so that a signal handler that interrupts it there does not
 // ask for the lock again. The model keeps the access free of allocation.
 __attribute__((tls_model("initial-exec"))) thread_local bool busy = false;
+// Set while the thread is inside the sink and so a reader of the lock.
+__attribute__((tls_model("initial-exec"))) thread_local bool inside = false;
 
 // In a forked child, the threads that were inside the sink are gone and would hold the lock for ever.
 void renewLockInChild() {
-    if (!busy)
-        sinkLock = PTHREAD_RWLOCK_WRITER_NONRECURSIVE_INITIALIZER_NP;
+    if (busy && !inside)
+        return;
+    sinkLock = PTHREAD_RWLOCK_WRITER_NONRECURSIVE_INITIALIZER_NP;
+    if (inside)
+        pthread_rwlock_rdlock(&sinkLock);
 }
 
 __attribute__((constructor)) void watchForks() {
     pthread_atfork(nullptr, nullptr, renewLockInChild);
 }
 
-class BusySection {
+class Section {
 public:
-    BusySection() {
-        busy = true;
+    explicit Section(bool& flag) : m_flag(flag) {
+        m_flag = true;
     }
-    BusySection(const BusySection&) = delete;
-    BusySection& operator=(const BusySection&) = delete;
-    ~BusySection() {
-        busy = false;
+    Section(const Section&) = delete;
+    Section& operator=(const Section&) = delete;
+    ~Section() {
+        m_flag = false;
     }
+
+private:
+    bool& m_flag;
 };
 
 class SinkLockGuard {
@@ -144,6 +152,7 @@ void writeToStandardError(Logger::LogType type, const char* function, int line, 
 [[gnu::no_sanitize("undefined")]] bool callSink(Logger::Sink sink, void* context, Logger::LogType type,
                                                 const char* function, int line, const char* text) {
     try {
+        const Section section(inside);
         sink(context, type, function, line, text);
         return true;
     } catch (abi::__forced_unwind&) {
@@ -160,7 +169,7 @@ void deliver(Logger::LogType type, const char* function, int line, const char* t
         writeToStandardError(type, function, line, text);
         return;
     }
-    const BusySection section;
+    const Section section(busy);
     const SinkLockGuard guard(pthread_rwlock_rdlock);
     if (!currentSink || !callSink(currentSink, currentContext, type, function, line, text))
         writeToStandardError(type, function, line, text);
@@ -194,7 +203,7 @@ void logFormatted(Logger::LogType type, const char* function, int line, const ch
 void Logger::setSink(Sink sink, void* context) {
     if (busy)
         return;
-    const BusySection section;
+    const Section section(busy);
     const SinkLockGuard guard(pthread_rwlock_wrlock);
     currentSink = sink;
     currentContext = context;

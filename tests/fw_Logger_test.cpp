@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <pthread.h>
 #include <signal.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <atomic>
@@ -383,6 +384,41 @@ TEST(Logger, SinkIsReplacedWhileThreadsLogWithoutAPause) {
         thread.join();
     Logger::setSink(nullptr, nullptr);
     EXPECT_FALSE(gaveUp);
+}
+
+TEST(Logger, ChildForkedInsideTheSinkCanReplaceIt) {
+    struct Shared {
+        std::atomic<bool> entered{false};
+        std::atomic<bool> leave{false};
+        pid_t child = -1;
+    } shared;
+    Logger::setSink(
+        [](void* context, Logger::LogType, const char*, int, const char* text) {
+            auto* self = static_cast<Shared*>(context);
+            if (std::strcmp(text, "fork") == 0) {
+                self->child = fork();
+                return;
+            }
+            self->entered = true;
+            while (!self->leave)
+                std::this_thread::yield();
+        },
+        &shared);
+    std::thread other([] { Logger::StaticLog(Logger::LOG_ERROR, "stay"); });
+    while (!shared.entered)
+        std::this_thread::yield();
+    Logger::StaticLog(Logger::LOG_ERROR, "fork");
+    if (shared.child == 0) {
+        alarm(60);
+        Logger::setSink(nullptr, nullptr);
+        _exit(0);
+    }
+    int status = -1;
+    EXPECT_EQ(waitpid(shared.child, &status, 0), shared.child);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+    shared.leave = true;
+    other.join();
+    Logger::setSink(nullptr, nullptr);
 }
 
 TEST(Logger, ChildForkedWhileThreadsLogCanReplaceTheSink) {

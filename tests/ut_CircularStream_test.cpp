@@ -303,6 +303,28 @@ public:
     std::vector<int> m_read;
 };
 
+TEST(CircularStream, ATransferFromItselfChangesNothing) {
+    CircularStream ring(8);
+    ring.SendOutputStream("ABCDEFGHIJ", 10);
+    ring.StartInputStream();
+    EXPECT_TRUE(ring.TransferFromInputStream(ring));
+    char text[8];
+    EXPECT_EQ(ring.ReceiveInputStream(text, sizeof text), 7);
+    EXPECT_EQ(std::string(text, 7), "DEFGHIJ");
+    EXPECT_TRUE(ring.TransferFromInputStream(ring));
+}
+
+TEST(CircularStream, BytesMayComeFromItsOwnStorageAndGoThere) {
+    CircularStream ring(8);
+    ring.SendOutputStream("ABCDEF", 6);
+    ring.StartOutputStream();
+    ring.SendOutputStream(ring.pBuffer() + 1, 5);
+    EXPECT_EQ(std::string(ring.pBuffer(), 5), "BCDEF");
+    ring.ReadAdvance(2);
+    EXPECT_EQ(ring.ReceiveInputStream(ring.pBuffer() + 1, 3), 3);
+    EXPECT_EQ(std::string(ring.pBuffer(), 5), "BDEFF");
+}
+
 TEST(CircularStream, ADerivedRingSeesEveryAdvance) {
     CountingRing ring(8);
     send(ring, "ABCDEFGHIJ");

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <pty.h>
+#include <sys/mman.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -466,6 +467,17 @@ TEST_F(FileOutputStreamTest, OnlyAShortWriteIsFalseAndItIsNoError) {
     EXPECT_TRUE(send(stream, "lost"));
     EXPECT_TRUE(stream.isOutputStreamInError());
     EXPECT_EQ(stream.errorNumber(), EAGAIN);
+}
+
+TEST_F(FileOutputStreamTest, MoreThanTheLargestIntIsAShortWriteOnEveryPlatform) {
+    const std::size_t size = std::size_t{1} << 31;
+    void* const nothing = mmap(nullptr, size, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+    if (nothing == MAP_FAILED)
+        GTEST_SKIP() << "no 2 GiB are free in the address space";
+    FileOutputStream stream("/dev/null", false, 0600);
+    EXPECT_FALSE(stream.SendOutputStream(static_cast<const char*>(nothing), static_cast<unsigned int>(size)));
+    EXPECT_FALSE(stream.isOutputStreamInError());
+    munmap(nothing, size);
 }
 
 TEST_F(FileOutputStreamTest, WriteBeyondTheFileSizeLimitIsFalseAndTheNextOneAnError) {

@@ -23,6 +23,7 @@
 #include "TemporaryDirectory.h"
 #include "TraceLines.h"
 #include "VirtualSlot.h"
+#include "ut_BufferStream.h"
 
 namespace {
 
@@ -387,6 +388,17 @@ TEST(GetStream, AHugeIndexCountsAsNegative) {
     Text in("volume");
     for (const unsigned int index : {0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFFu})
         EXPECT_FAILURE(in[index], 1240, "ut_GetStream", AT, "");
+}
+
+TEST(GetStream, AnIndexBehindTheStorageThrows) {
+    char text[] = "ab";
+    utility::GetStream none(text, -1);
+    EXPECT_FAILURE(none[0], 1240, "ut_GetStream", AT, "");
+    utility::BufferStream empty(text, 0, true);
+    EXPECT_FAILURE(empty[0], 1240, "ut_GetStream", AT, "");
+    utility::BufferStream onlyTheTerminator(text, 1, true);
+    EXPECT_EQ(onlyTheTerminator[0], '\0');
+    EXPECT_FAILURE(onlyTheTerminator[1], 1240, "ut_GetStream", AT, "");
 }
 
 TEST(GetStream, AnIndexOutsideThrowsAlsoWithTheNoThrowFlag) {

@@ -197,7 +197,7 @@ bool isWhole(const std::string& report) {
 
 bool context(Invocation& call) {
     const unsigned int threadCount = 2;
-    const int longestWait = 500;
+    const int longestWait = 2000;
     const ContextFolder folder;
     if (!folder.isMade())
         return call.fail("%s: %s", folder.root().c_str(), std::strerror(errno));

@@ -190,8 +190,8 @@ int Buffer::boundedReadable(int wanted) const {
     return std::clamp(wanted, 0, end - m_tail);
 }
 
-bool Buffer::isTerminable() const {
-    return m_storage != nullptr && m_head >= 0 && (m_terminated ? m_head <= m_size : m_head < m_size);
+bool Buffer::isStored(int position) const {
+    return m_storage != nullptr && position >= 0 && (m_terminated ? position <= m_size : position < m_size);
 }
 
 void Buffer::terminate() {

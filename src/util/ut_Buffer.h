@@ -106,8 +106,12 @@ protected:
     int boundedRoom(int wanted) const;
     /// How many of `wanted` bytes the storage holds between read and write position.
     int boundedReadable(int wanted) const;
+    /// Whether the storage has a byte at `position`, the one for the terminator included.
+    bool isStored(int position) const;
     /// Whether a NUL can stand at the write position.
-    bool isTerminable() const;
+    bool isTerminable() const {
+        return isStored(m_head);
+    }
     /// Puts a NUL at the write position, where there is room for one.
     void terminate();
 

@@ -65,12 +65,17 @@ bool CircularStream::SendOutputStream(const char* data, unsigned int size) {
         const int count = boundedRoom(static_cast<int>(std::min<unsigned int>(size, INT_MAX)));
         if (count < 1)
             break;
-        std::memcpy(pHead(), data, static_cast<std::size_t>(count));
+        std::memmove(pHead(), data, static_cast<std::size_t>(count));
         WriteAdvance(count);
         data += count;
         size -= static_cast<unsigned int>(count);
     }
     return true;
+}
+
+bool CircularStream::TransferFromInputStream(framework::InputStream& in) {
+    // It would chase its own end for ever.
+    return dynamic_cast<const CircularStream*>(&in) == this || OutputStream::TransferFromInputStream(in);
 }
 
 bool CircularStream::isOutputStreamOpen() {
@@ -103,7 +108,7 @@ int CircularStream::ReceiveInputStream(char* buffer, unsigned int size) {
         const int count = std::min(wanted - total, Size() - ReadPosition());
         if (count < 1)
             break;
-        std::memcpy(buffer + total, pTail(), static_cast<std::size_t>(count));
+        std::memmove(buffer + total, pTail(), static_cast<std::size_t>(count));
         ReadAdvance(count);
         total += count;
     }

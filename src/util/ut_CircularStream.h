@@ -44,6 +44,8 @@ public:
     void EndOutputStream() override;
     /// Takes all `size` bytes and keeps the last of them. Null data are taken as none. Always true.
     bool SendOutputStream(const char* data, unsigned int size) override;
+    /// A transfer from the ring itself changes nothing and is true.
+    bool TransferFromInputStream(framework::InputStream& in) override;
     /// Always true.
     bool isOutputStreamOpen() override;
     /// Always false, as a ring takes everything.

@@ -1,6 +1,8 @@
 #include "ut_FileOutputStream.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <climits>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -41,7 +43,8 @@ void FileOutputStream::EndOutputStream() {
 bool FileOutputStream::SendOutputStream(const char* data, unsigned int size) {
     if (!m_open || m_error || data == nullptr)
         return true;
-    const ssize_t count = write(m_fd, data, size);
+    // 32-bit platforms refuse more at once.
+    const ssize_t count = write(m_fd, data, std::min<unsigned int>(size, INT_MAX));
     if (count < 0) {
         fail();
         return true;

@@ -100,8 +100,7 @@ char* GetStream::ReadLine() {
 
 char& GetStream::operator[](unsigned int index) {
     const int position = static_cast<int>(index);
-    const bool inside = position >= 0 && position >= ReadPosition() && position <= WritePosition();
-    if (!inside || pBuffer() == nullptr || position > Size())
+    if (position < ReadPosition() || position > WritePosition() || !isStored(position))
         VXUT_THROW(FAILURE_STREAM_INDEX, "");
     return pBuffer()[position];
 }

@@ -53,7 +53,6 @@ PortAddressArray& PortAddressArray::operator=(const PortAddressArray& other) {
     m_size = clones.m_size;
     m_length = clones.m_length;
     clones.m_block = nullptr;
-    clones.m_size = 0;
     clones.m_length = 0;
     return *this;
 }

@@ -2,7 +2,6 @@
 
 #include <cerrno>
 #include <cstring>
-#include <ctime>
 
 #include "ut_DateTime.h"
 #include "ut_Deadline.h"
@@ -54,45 +53,36 @@ void Waiter::unlock() const {
 
 bool Waiter::wait(long seconds) const {
     VXUT_TRACE(waiterSwitch, "Waiting: %ld", seconds);
-    ++m_waiters;
-    int error = 0;
-    if (seconds == 0) {
-        VXUT_TRACE(waiterSwitch, "Wait .... (%d waiters)", m_waiters);
-        error = pthread_cond_wait(&m_condition, &m_mutex);
-    } else {
-        const timespec deadline = deadlineAfterSeconds(seconds);
-        VXUT_TRACE(waiterSwitch, "timed Wait .... (%d waiters)", m_waiters);
-        error = pthread_cond_timedwait(&m_condition, &m_mutex, &deadline);
-        if (error == ETIMEDOUT) {
-            --m_waiters;
-            return false;
-        }
-    }
-    --m_waiters;
-    if (error != 0)
-        VXUT_LOG(framework::Logger::LOG_ERROR, "Wait condition error %d", error);
-    return true;
+    if (seconds == 0)
+        return waitUntil(nullptr, __PRETTY_FUNCTION__);
+    const timespec deadline = deadlineAfterSeconds(seconds);
+    return waitUntil(&deadline, __PRETTY_FUNCTION__);
 }
 
 bool Waiter::waitMicroseconds(unsigned long long microseconds) const {
     VXUT_TRACE(waiterSwitch, "Waiting: %llu", microseconds);
+    if (microseconds == 0)
+        return waitUntil(nullptr, __PRETTY_FUNCTION__);
+    const timespec deadline = deadlineAfterMicroseconds(microseconds);
+    return waitUntil(&deadline, __PRETTY_FUNCTION__);
+}
+
+bool Waiter::waitUntil(const timespec* deadline, const char* function) const {
     ++m_waiters;
     int error = 0;
-    if (microseconds == 0) {
-        VXUT_TRACE(waiterSwitch, "Wait .... (%d waiters)", m_waiters);
+    if (deadline == nullptr) {
+        VXUT_TRACE_AS(function, waiterSwitch, "Wait .... (%d waiters)", m_waiters);
         error = pthread_cond_wait(&m_condition, &m_mutex);
     } else {
-        const timespec deadline = deadlineAfterMicroseconds(microseconds);
-        VXUT_TRACE(waiterSwitch, "timed Wait .... (%d waiters)", m_waiters);
-        error = pthread_cond_timedwait(&m_condition, &m_mutex, &deadline);
-        if (error == ETIMEDOUT) {
-            --m_waiters;
-            return false;
-        }
+        VXUT_TRACE_AS(function, waiterSwitch, "timed Wait .... (%d waiters)", m_waiters);
+        error = pthread_cond_timedwait(&m_condition, &m_mutex, deadline);
     }
     --m_waiters;
+    if (deadline != nullptr && error == ETIMEDOUT)
+        return false;
     if (error != 0)
-        VXUT_LOG(framework::Logger::LOG_ERROR, "Wait condition error %d", error);
+        framework::Logger::StaticLogMethod(framework::Logger::LOG_ERROR, function, __LINE__, "Wait condition error %d",
+                                           error);
     return true;
 }
 

@@ -3,6 +3,7 @@
 #include <pthread.h>
 
 #include <cstdint>
+#include <ctime>
 
 #include "ut_Export.h"
 
@@ -44,6 +45,8 @@ public:
     void broadcast() const;
 
 private:
+    bool waitUntil(const timespec* deadline, const char* function) const;
+
     mutable pthread_mutex_t m_mutex;
     mutable pthread_cond_t m_condition;
     mutable int32_t m_waiters;
