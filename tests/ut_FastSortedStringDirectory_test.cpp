@@ -66,6 +66,8 @@ TEST(FastSortedStringDirectory, AbsentStringsAreFoundNowhere) {
 }
 
 unsigned long comparisonsToFind(FastSortedStringDirectory& directory, const std::string& name, int expected) {
+    // A sanitizer compares the names of types when a virtual operation is called for the first time.
+    directory.Find(name.c_str());
     const unsigned long before = test::comparisonCount();
     const int found = directory.Find(name.c_str());
     const unsigned long comparisons = test::comparisonCount() - before;
