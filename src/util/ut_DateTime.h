@@ -102,7 +102,8 @@ public:
     DateTime AddMonths(long n) const;
     DateTime AddYears(long n) const;
 
-    /// How far `other` lies behind this: whole units, cut towards zero and clamped to 32 bits.
+    /// From this to `other`, positive when `other` is the later one: whole units, cut towards zero and clamped to 32
+    /// bits.
     int SecondsSpan(const DateTime& other) const;
     int MinutesSpan(const DateTime& other) const;
     int HoursSpan(const DateTime& other) const;

@@ -9,8 +9,9 @@ namespace utility {
 ///
 /// The source is kept, not owned, and must outlive the stream; the buffer is the stream's own or the caller's array,
 /// which is never freed. Bytes can be looked at by their offset in the whole input as long as they are held. One thread
-/// at a time. A source that gives 0 bytes is asked again, unless waiting is off: then the input ends and "Response not
-/// received: Timed out" is logged. An offset that is not held throws code 1240.
+/// at a time. A source that gives 0 bytes is asked again as long as it stays good, which a file at its end does not.
+/// With waiting off, 0 bytes end the input at once and "Response not received: Timed out" is logged, also at the end of
+/// a file. An offset that is not held throws code 1240.
 ///
 ///     utility::FileInputStream file("/etc/hosts");
 ///     utility::VirtualGetStream in(file, 256, 16, 128, nullptr);
