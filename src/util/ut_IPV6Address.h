@@ -16,7 +16,7 @@ class PutStream;
 ///     address.toBuffer(text, sizeof text);   // "fe80::1"
 class VXUT_EXPORT IPV6Address {
 public:
-    /// The unspecified address, ::
+    /// The unspecified address, `::`.
     IPV6Address();
     /// Takes the groups as they are written, as numbers of the host: 0x2001 is stored as the bytes 20 01.
     IPV6Address(unsigned short g0, unsigned short g1, unsigned short g2, unsigned short g3, unsigned short g4,
@@ -31,11 +31,11 @@ public:
     explicit IPV6Address(unsigned short* groups);
     /// Copies sixteen bytes in network order from `bytes`, which must not be null.
     explicit IPV6Address(unsigned char* bytes);
-    /// Parses `text` as `fromString` does; a text that is no address gives ::
+    /// Parses `text` as `fromString` does; a text that is no address gives `::`.
     explicit IPV6Address(const char* text);
 
     /// Parses an address as the platform's `inet_pton` does, in either case. A null text is the unspecified address and
-    /// gives true: callers pass null for "none", unlike to `IPV4Address`. A text that is no address, or is longer than
+    /// gives true: callers pass null for "none", unlike `IPV4Address`. A text that is no address, or is longer than
     /// 65,534 characters, or for which no memory can be had, gives false; the value was cleared before.
     bool fromString(const char* text);
 
@@ -69,8 +69,8 @@ public:
     /// The last group takes no part: callers find neighbours in one network in the same bucket.
     unsigned int hash(unsigned int mask) const;
 
-    /// Whether the address is IPv4-compatible, ::a.b.c.d, and not ::. Callers do not see the IPv4-mapped form,
-    /// ::ffff:a.b.c.d, as IPv4.
+    /// Whether the address is IPv4-compatible: the first six groups zero, and the last two not both. Callers do not see
+    /// the IPv4-mapped form, whose sixth group is FFFF, as IPv4.
     bool isV4();
     /// Whether any group is not zero.
     bool isValid() const;
