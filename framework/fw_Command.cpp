@@ -174,7 +174,7 @@ private:
 };
 
 // The sanitizer's look at the type of a stream needs the library that holds it, which stands above this one.
-#define TYPE_UNCHECKED [[gnu::no_sanitize("vptr")]]
+#define TYPE_UNCHECKED __attribute__((no_sanitize("vptr")))
 
 // What goes through the two pipes while the child runs.
 class Traffic {

@@ -149,8 +149,8 @@ void writeToStandardError(Logger::LogType type, const char* function, int line, 
 
 // Whether the sink took the message. What it throws ends here: a diagnostic must not become a failure of its caller.
 // A cancelled thread unwinds with an exception that has no object, which the sanitizer takes for a null reference.
-[[gnu::no_sanitize("undefined")]] bool callSink(Logger::Sink sink, void* context, Logger::LogType type,
-                                                const char* function, int line, const char* text) {
+__attribute__((no_sanitize("undefined"))) bool callSink(Logger::Sink sink, void* context, Logger::LogType type,
+                                                        const char* function, int line, const char* text) {
     try {
         const Section section(inside);
         sink(context, type, function, line, text);
