@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs the build tree $1 into a new folder, and builds and runs a program against it: through the CMake package and
-# through pkg-config, with each installed header on its own, and with the umbrella header leaving none out.
+# through pkg-config, with each installed header on its own, and with the umbrella header leaving none out. The
+# installed console starts.
 set -eu
 build=$1
 source=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")" && pwd)
@@ -24,6 +25,10 @@ cmake --build "$folder/cmake" >"$folder/build.log" || {
 }
 [ "$("$folder/cmake/consumer")" = "$expected" ] || fail "the program of the CMake package prints something else"
 
+console=$prefix/bin/vxconsole
+[ ! -e "$console" ] || "$console" -c "path /a/../b" </dev/null | grep -q '^normal  *//*b$' ||
+    fail "the installed console does not start"
+
 description=$(find "$prefix" -name VXut.pc)
 [ -n "$description" ] || fail "no VXut.pc"
 if command -v pkg-config >/dev/null; then
@@ -38,8 +43,8 @@ headers=$prefix/include/VXut
 included=$("$compiler" -std=c++17 -I"$prefix/include" -M -x c++ "$headers/VXut.h")
 for header in "$headers"/*.h; do
     name=${header##*/}
-    echo "#include <VXut/$name>" | "$compiler" -std=c++17 -Wall -Wextra -Wpedantic -Werror -fsyntax-only \
-        -I"$prefix/include" -x c++ - || fail "$name does not stand alone"
+    echo "#include <VXut/$name>" | "$compiler" -std=c++17 -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror \
+        -fsyntax-only -I"$prefix/include" -x c++ - || fail "$name does not stand alone"
     case $name in
     fw_* | VXut.h | ut_Export.h) ;;
     *)
@@ -47,6 +52,8 @@ for header in "$headers"/*.h; do
         ;;
     esac
 done
+echo '#include <VXut/VXut.h>' | "$compiler" -std=c++20 -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror \
+    -fsyntax-only -I"$prefix/include" -x c++ - || fail "VXut.h is no C++20"
 echo '#include <VXut/ut_md5.h>' | gcc -std=c99 -Wall -Wextra -Wpedantic -Werror -fsyntax-only -I"$prefix/include" -x c - ||
     fail "ut_md5.h is no C"
 if grep -rlE '/ut_(Failure|Trace)\.h' "$prefix"; then
