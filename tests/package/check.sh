@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs the build tree $1 into a new folder, and builds and runs a program against it: through the CMake package and
-# through pkg-config, with each installed header on its own, and with the umbrella header leaving none out. The
-# installed console starts.
+# through pkg-config, with each installed header on its own, and with the umbrella header leaving none out. The same
+# program also compiles with the source tree as a part of its own, and the installed console starts.
 set -eu
 build=$1
 source=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")" && pwd)
@@ -24,6 +24,12 @@ cmake --build "$folder/cmake" >"$folder/build.log" || {
     fail "the CMake package does not build"
 }
 [ "$("$folder/cmake/consumer")" = "$expected" ] || fail "the program of the CMake package prints something else"
+
+cmake -G Ninja -S "$source" -B "$folder/part" -DVXUT_SOURCE="$source/../.." >"$folder/configure.log"
+cmake --build "$folder/part" --target CMakeFiles/consumer.dir/consumer.cpp.o >"$folder/build.log" || {
+    cat "$folder/build.log"
+    fail "the source tree is no part of another project"
+}
 
 console=$prefix/bin/vxconsole
 [ ! -e "$console" ] || "$console" -c "path /a/../b" </dev/null | grep -q '^normal  *//*b$' ||
