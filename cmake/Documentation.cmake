@@ -1,0 +1,23 @@
+# The target `docs` makes pages of the public headers, the README and docs/, in the folder docs of the build tree.
+if(NOT PROJECT_IS_TOP_LEVEL)
+    return()
+endif()
+find_package(Doxygen QUIET)
+if(NOT DOXYGEN_FOUND)
+    return()
+endif()
+set(DOXYGEN_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/docs)
+set(DOXYGEN_HTML_OUTPUT .)
+set(DOXYGEN_STRIP_FROM_PATH ${PROJECT_SOURCE_DIR})
+set(DOXYGEN_USE_MDFILE_AS_MAINPAGE ${PROJECT_SOURCE_DIR}/README.md)
+set(DOXYGEN_EXTRACT_ALL YES)
+set(DOXYGEN_JAVADOC_AUTOBRIEF YES)
+set(DOXYGEN_HAVE_DOT NO)
+set(DOXYGEN_QUIET YES)
+# A comment above several declarations is for all of them, which only the listed headers show.
+set(DOXYGEN_STRIP_CODE_COMMENTS NO)
+set(DOXYGEN_MACRO_EXPANSION YES)
+set(DOXYGEN_EXPAND_ONLY_PREDEF YES)
+set(DOXYGEN_PREDEFINED VXUT_EXPORT= VXFW_EXPORT= VXUT_PRINTF\(a,b\)= VXFW_PRINTF\(a,b\)= __cplusplus=201703L)
+doxygen_add_docs(docs ${framework_headers} ${util_headers} ${PROJECT_SOURCE_DIR}/README.md
+                 ${PROJECT_SOURCE_DIR}/docs COMMENT "Making pages in ${PROJECT_BINARY_DIR}/docs")
