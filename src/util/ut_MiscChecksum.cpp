@@ -117,6 +117,8 @@ inline unsigned char crcOfSingleBytes(const unsigned char*& b, std::size_t lengt
     uint64_t folded[crcPeriod] = {};
     static_assert(sizeof folded[0] == crcStride);
     for (; strides >= crcPeriod; strides -= crcPeriod) {
+        // So short a loop would be fast or slow by the address that the linker gives it.
+#pragma GCC unroll 8
         for (uint64_t& word : folded) {
             uint64_t next;
             std::memcpy(&next, bytes, sizeof next);
