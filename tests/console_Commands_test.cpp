@@ -459,6 +459,11 @@ TEST(ConsoleOutput, AClosedPipeEndsTheConsole) {
     EXPECT_EQ(child.signal, SIGPIPE);
     EXPECT_EQ(child.err, "");
 }
+TEST(ConsoleOutput, ThatIsClosedIsAClearErrorOfEachCommandThatAnswers) {
+    const ChildResult child = runConsole({}, "set A B\nhelp\n", [] { close(STDOUT_FILENO); });
+    expectFailure(child, "standard output: Bad file descriptor");
+}
+
 
 TEST(ConsoleOutput, AClosedPipeIsAnErrorWhereTheSignalIsIgnored) {
     const ChildResult child = runCommand("show file /dev/zero", [] {

@@ -225,6 +225,18 @@ TEST(ConsoleUsers, AFileThatCannotBeReplacedIsAClearError) {
     root.expectRefusal("password root secret", "password: " + root.file() + " could not be rewritten");
 }
 
+TEST(ConsoleUsers, NothingIsReportedIntoTheFileWhereTheStandardStreamsAreClosed) {
+    const Root root;
+    const ChildResult child = test::runConsole({}, "debug on PW\npassword root secret\n", [&] {
+        setenv("VX_ROOT", root.directory().path().c_str(), 1);
+        close(STDOUT_FILENO);
+        close(STDERR_FILENO);
+    });
+    EXPECT_EQ(child.status, 0);
+    EXPECT_EQ(root.entries().find("DEBUG"), std::string::npos) << root.entries();
+    EXPECT_EQ(root.entries().find("root:$1$"), 0U) << root.entries();
+}
+
 TEST(ConsoleUsers, TheFileKeepsItsPermissions) {
     const Root root;
     ASSERT_EQ(chmod(root.file().c_str(), 0600), 0);

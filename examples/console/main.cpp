@@ -3,6 +3,7 @@
 #include <cstring>
 #include <string>
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include "console_CommandTable.h"
@@ -26,6 +27,16 @@ int usage(std::FILE* out) {
 
 void report(const std::string& failure) {
     std::fprintf(stderr, "%s\n", failure.c_str());
+}
+
+/// Takes the places of the standard streams that whoever started the process has closed: else the next file that is
+/// opened would become one, and what is reported would be written into it.
+void fillStandardDescriptors() {
+    for (const int fd : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        // The wrong way round, so that using it stays the error that it was.
+        if (fcntl(fd, F_GETFD) < 0)
+            open("/dev/null", fd == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+    }
 }
 
 void crash(int sig) {
@@ -86,6 +97,7 @@ int main(int argc, char** argv) {
     if (argc == 2 && (std::strcmp(argv[1], "--help") == 0 || std::strcmp(argv[1], "-h") == 0))
         return usage(stdout);
     if (argc > 1 && !hasCommand)
+    fillStandardDescriptors();
         return usage(stderr);
 
     framework::Container container;
