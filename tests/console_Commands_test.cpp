@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <arpa/inet.h>
+#include <fcntl.h>
 #include <ifaddrs.h>
 #include <netinet/in.h>
 #include <sys/stat.h>
@@ -134,6 +135,13 @@ TEST(ConsolePipe, GoesOnAfterAFailureAndSaysSoInTheStatus) {
     EXPECT_EQ(child.status, 1);
     EXPECT_EQ(child.out, "one\n");
     EXPECT_EQ(child.err, "unknown command: bogus (try help)\nshow file: /nonexistent: No such file or directory\n");
+}
+
+TEST(ConsolePipe, AnInputThatCannotBeReadIsAClearError) {
+    const ChildResult directory = runConsole({}, "", [] { dup2(open("/", O_RDONLY), STDIN_FILENO); });
+    expectFailure(directory, "standard input: Is a directory");
+    const ChildResult closed = runConsole({}, "", [] { close(STDIN_FILENO); });
+    expectFailure(closed, "standard input: Bad file descriptor");
 }
 
 TEST(ConsolePipe, ReadsNothingBehindQuit) {

@@ -42,6 +42,7 @@ bool isPrintable(char byte) {
 
 TerminalConsole::TerminalConsole(int input, int output, bool keyMode)
     : m_input(input),
+      m_inputError(0),
       m_output(output),
       m_recorder(m_output, m_history),
       m_mode(keyMode ? input : -1),
@@ -55,6 +56,7 @@ bool TerminalConsole::readByte(char* byte) {
             return true;
         if (count < 0 && (errno == EINTR || (errno == EAGAIN && waitUntilReadable(m_input, -1))))
             continue;
+        m_inputError = count < 0 ? errno : 0;
         return false;
     }
 }
@@ -119,7 +121,7 @@ bool TerminalConsole::readPlainLine(std::string* line) {
             return true;
         line->push_back(byte);
     }
-    return !line->empty();
+    return m_inputError == 0 && !line->empty();
 }
 
 /// Takes the last character, of whatever length, off the line and off the screen.

@@ -38,9 +38,14 @@ public:
     /// False when there will be none.
     bool readLine(const char* prompt, std::string (*complete)(const std::string& line), std::string* line);
 
-    /// Reads a line without prompt and editing. False when there are none left; the last one needs no newline.
+    /// Reads a line without prompt and editing. False when there are none left; the last one needs no newline. What
+    /// comes before a failure to read is no line.
     bool readPlainLine(std::string* line);
 
+    /// The `errno` of the failure to read, 0 when there was none.
+    int inputError() const {
+        return m_inputError;
+    }
     /// The `errno` of the failure to write, 0 when there was none.
     int outputError() const {
         return m_output.errorNumber();
@@ -66,6 +71,7 @@ private:
     void rubOut(std::string* line);
 
     int m_input;
+    int m_inputError;
     DescriptorOutputStream m_output;
     History m_history;
     RecordingOutputStream m_recorder;

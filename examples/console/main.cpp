@@ -76,6 +76,10 @@ int runAll(console::TerminalConsole& terminal) {
         report(failure);
         status = 1;
     }
+    if (terminal.inputError() != 0) {
+        report(std::string("standard input: ") + std::strerror(terminal.inputError()));
+        status = 1;
+    }
     return status;
 }
 
