@@ -225,6 +225,24 @@ TEST(ConsoleUsers, AFileThatCannotBeReplacedIsAClearError) {
     root.expectRefusal("password root secret", "password: " + root.file() + " could not be rewritten");
 }
 
+TEST(ConsoleUsers, AFileOrFolderThatCannotBeWrittenIsAClearError) {
+    const Root root;
+    const std::string folder = root.directory().path("etc");
+    for (const std::string& place : {folder, root.file()}) {
+        ASSERT_EQ(chmod(place.c_str(), 0555), 0);
+        for (const char* command : {"delete user root", "add user new", "password root secret"}) {
+            const ChildResult child = test::runConsole({}, command, [&] {
+                setenv("VX_ROOT", root.directory().path().c_str(), 1);
+                test::obeyPermissions();
+            });
+            EXPECT_EQ(child.status, 1);
+            EXPECT_NE(child.err.find(": " + place + ": Permission denied\n"), std::string::npos) << child.err;
+        }
+        ASSERT_EQ(chmod(place.c_str(), 0755), 0);
+    }
+    EXPECT_EQ(root.entries(), rootEntry + monitorEntry);
+}
+
 TEST(ConsoleUsers, NothingIsReportedIntoTheFileWhereTheStandardStreamsAreClosed) {
     const Root root;
     const ChildResult child = test::runConsole({}, "debug on PW\npassword root secret\n", [&] {

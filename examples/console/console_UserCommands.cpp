@@ -8,6 +8,7 @@
 #include <string>
 
 #include <pwd.h>
+#include <unistd.h>
 
 #include "console_CommandGroups.h"
 #include "ut_Environment.h"
@@ -33,6 +34,17 @@ bool hasRoot(Invocation& call) {
     const char* file = utility::PWService::getFileName();
     if (file == nullptr || std::string(root) + "/etc/passwd" != file)
         return call.fail("refused: %s was in use before VX_ROOT was set", file != nullptr ? file : "no file");
+    return true;
+}
+
+/// A rewrite makes a new file in the same directory and copies it over the old one. The service does not say why it
+/// could not, so what is likely is found out before.
+bool isWritable(Invocation& call) {
+    const std::string file = utility::PWService::getFileName();
+    for (const std::string& place : {file, file.substr(0, file.rfind('/'))}) {
+        if (access(place.c_str(), W_OK) != 0)
+            return call.fail("%s: %s", place.c_str(), std::strerror(errno));
+    }
     return true;
 }
 
@@ -62,7 +74,7 @@ bool forEachUser(Invocation& call, Take take) {
 
 /// A rewrite keeps what can be read, so it may only follow when that is everything.
 bool canRewrite(Invocation& call) {
-    return hasRoot(call) && forEachUser(call, [](const passwd&) {});
+    return hasRoot(call) && isWritable(call) && forEachUser(call, [](const passwd&) {});
 }
 
 bool showUsers(Invocation& call) {
@@ -112,7 +124,7 @@ bool addUser(Invocation& call) {
     const char* name = call.word(0);
     const std::string home = std::string("/home/") + name;
     const char* realName = call.wordCount() > 1 ? call.word(1) : "";
-    if (!hasRoot(call) || !isUserName(call, name) || !isField(call, realName))
+    if (!hasRoot(call) || !isWritable(call) || !isUserName(call, name) || !isField(call, realName))
         return false;
     if (utility::PWService::getUser(name) != nullptr)
         return call.fail("%s: exists already", name);
