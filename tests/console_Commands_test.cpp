@@ -202,7 +202,15 @@ TEST(ConsoleWords, AnOverlongLineIsOneClearErrorAndTheConsoleGoesOn) {
 TEST(ConsoleWords, ALongUnknownCommandIsShownCut) {
     const ChildResult child = runConsole({}, std::string(20000, 'x') + "\n");
     EXPECT_EQ(child.status, 1);
-    EXPECT_EQ(child.err, "unknown command: " + std::string(1024 - 17, 'x') + "\n");
+    EXPECT_EQ(child.err,
+              "unknown command: " + std::string(512 - 17, 'x') + "..." + std::string(512 - 11, 'x') + " (try help)\n");
+}
+
+TEST(ConsoleWords, AFailureKeepsItsReasonHoweverLongTheName) {
+    const ChildResult child = runCommand("show file " + std::string(5000, 'x'));
+    EXPECT_EQ(child.status, 1);
+    EXPECT_EQ(child.err, "show file: " + std::string(512 - 11, 'x') + "..." + std::string(512 - 20, 'x') +
+                             ": File name too long\n");
 }
 
 TEST(ConsoleWords, AFailureIsOneLineWhateverTheNameHolds) {

@@ -2,16 +2,19 @@
 
 #include <cstdarg>
 #include <cstdio>
+#include <cstdlib>
 
 namespace console {
 
 bool Invocation::fail(const char* format, ...) {
-    char text[1024];
+    char* text = nullptr;
     va_list arguments;
     va_start(arguments, format);
-    std::vsnprintf(text, sizeof text, format, arguments);
+    const bool formatted = vasprintf(&text, format, arguments) >= 0;
     va_end(arguments);
-    m_failure = text;
+    m_failure = formatted ? text : format;
+    if (formatted)
+        std::free(text);
     return false;
 }
 

@@ -34,9 +34,12 @@ void send(utility::BufferStreamQueue& queue, utility::BufferStreamElement* eleme
     queue.m_waiter.unlock();
 }
 
-/// A failure is shown as one line, whatever the names in it hold.
+/// A failure is shown as one line, whatever the names in it hold. Where it is too long its middle is left out: the
+/// reason stands at its end.
 std::string oneLine(const std::string& failure) {
-    std::string line = failure.substr(0, longestFailure);
+    std::string line = failure;
+    if (line.size() > longestFailure)
+        line.replace(longestFailure / 2, line.size() - longestFailure, "...");
     std::replace_if(
         line.begin(), line.end(), [](unsigned char c) { return c < ' ' || c == 127; }, '?');
     return line;
