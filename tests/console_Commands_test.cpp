@@ -265,6 +265,14 @@ TEST(ConsoleHelp, ListsEveryCommandInOneLine) {
     EXPECT_EQ(child.status, 0);
 }
 
+TEST(ConsoleHelp, ShowsTheCommandsThatBeginWithItsWords) {
+    const ChildResult child = runCommand("help show f");
+    EXPECT_EQ(child.status, 0);
+    EXPECT_EQ(child.out, "show file PATH            show a text file\n");
+    EXPECT_EQ(countOf(runCommand("help show").out, "\n"), 6U);
+    expectFailure(runCommand("help bogus"), "help: bogus: no such command");
+}
+
 TEST(ConsoleEnvironment, ShowsWhatItWasGivenAndWhatWasSet) {
     const ChildResult child = runConsole({}, "set VX_LATER \"two words\"\nset VX_GIVEN changed\nshow environment\n",
                                          [] { setenv("VX_GIVEN", "first", 1); });
@@ -294,6 +302,11 @@ TEST(ConsoleDebug, SwitchesAreShownOnAndOff) {
     EXPECT_NE(lines[1].find("Map"), std::string::npos);
     EXPECT_EQ(lines[1].find("Path"), std::string::npos);
     EXPECT_EQ(child.status, 0);
+}
+
+TEST(ConsoleDebug, SaysThatNoSwitchIsOn) {
+    expectAnswer(runCommand("debug"), "no debug switch is on\n");
+    expectAnswer(runConsole({}, "debug on Map\ndebug off Map\ndebug\n"), "no debug switch is on\n");
 }
 
 TEST(ConsoleDebug, ASwitchTracesToStandardError) {
@@ -446,6 +459,11 @@ TEST(ConsoleCopy, AnUnusableTargetIsAClearError) {
 
 // Standard output that fails
 
+TEST(ConsoleOutput, ThatIsClosedIsAClearErrorOfEachCommandThatAnswers) {
+    const ChildResult child = runConsole({}, "set A B\nhelp\n", [] { close(STDOUT_FILENO); });
+    expectFailure(child, "standard output: Bad file descriptor");
+}
+
 TEST(ConsoleOutput, AFullDeviceIsAClearErrorOfEachCommandThatAnswers) {
     TemporaryDirectory directory;
     const std::string file = directory.write("text", "one\n");
@@ -475,11 +493,6 @@ TEST(ConsoleOutput, AClosedPipeEndsTheConsole) {
     EXPECT_EQ(child.signal, SIGPIPE);
     EXPECT_EQ(child.err, "");
 }
-TEST(ConsoleOutput, ThatIsClosedIsAClearErrorOfEachCommandThatAnswers) {
-    const ChildResult child = runConsole({}, "set A B\nhelp\n", [] { close(STDOUT_FILENO); });
-    expectFailure(child, "standard output: Bad file descriptor");
-}
-
 
 TEST(ConsoleOutput, AClosedPipeIsAnErrorWhereTheSignalIsIgnored) {
     const ChildResult child = runCommand("show file /dev/zero", [] {
@@ -656,6 +669,7 @@ TEST(ConsoleShowPorts, NamesEveryInterfaceWithEachOfItsAddresses) {
                 line = candidate;
         }
         EXPECT_NE(line, "") << name;
+        EXPECT_NE(line.back(), ' ') << line;
         if (entry->ifa_addr == nullptr)
             continue;
         char text[INET6_ADDRSTRLEN] = "";

@@ -15,15 +15,23 @@ namespace {
 
 const stringtoken lastSwitch = 8191;
 
+/// The commands whose names begin with the given words, or all.
 bool help(Invocation& call) {
+    std::string beginning;
+    for (unsigned int i = 0; i < call.wordCount(); ++i)
+        beginning += (i > 0 ? " " : "") + std::string(call.word(i));
     std::size_t width = 0;
     for (unsigned int i = 0; const Command* command = commandAt(i); ++i)
         width = std::max(width, std::strlen(command->name) + 1 + std::strlen(command->arguments));
+    bool found = false;
     for (unsigned int i = 0; const Command* command = commandAt(i); ++i) {
         const std::string usage = std::string(command->name) + " " + command->arguments;
+        if (usage.compare(0, beginning.size(), beginning) != 0)
+            continue;
+        found = true;
         call.out().PutF("%-*s  %s\n", static_cast<int>(width), usage.c_str(), command->summary);
     }
-    return true;
+    return found || call.fail("%s: no such command", beginning.c_str());
 }
 
 bool showEnvironment(Invocation& call) {
@@ -31,7 +39,16 @@ bool showEnvironment(Invocation& call) {
     return true;
 }
 
+bool isAnySwitchOn() {
+    stringtoken n = 0;
+    while (n <= lastSwitch && !utility::Debug::isDebugOn(n))
+        ++n;
+    return n <= lastSwitch;
+}
+
 bool showSwitches(Invocation& call) {
+    if (!isAnySwitchOn())
+        call.out().PutS("no debug switch is on");
     utility::Debug::debugState(&call.out());
     call.out().PutC('\n');
     return true;
@@ -72,7 +89,7 @@ bool quit(Invocation& call) {
 } // namespace
 
 const Command generalCommands[] = {
-    {"help", "", "list the commands", 0, 0, help},
+    {"help", "[COMMAND]", "list the commands, or those that begin so", 0, 2, help},
     {"show environment", "", "show the environment of this process", 0, 0, showEnvironment},
     {"set", "NAME VALUE", "set a variable of this process", 2, 2, setVariable},
     {"history", "", "show the last commands and answers", 0, 0, history, REMEMBER_NOTHING},

@@ -85,7 +85,8 @@ bool showPorts(Invocation& call) {
     }
     for (const auto& entry : interfaces) {
         const Interface& interface = entry.second;
-        call.out().PutF("%-12s %-17s ", entry.first.c_str(), interface.mac.empty() ? "-" : interface.mac.c_str());
+        call.out().PutF("%-12s %-*s", entry.first.c_str(), interface.addresses.length() > 0 ? 18 : 0,
+                        interface.mac.empty() ? "-" : interface.mac.c_str());
         interface.addresses.toPutStream(call.out());
         call.out().PutC('\n');
     }

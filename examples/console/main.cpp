@@ -97,11 +97,11 @@ int runInteractively(console::TerminalConsole& terminal) {
 } // namespace
 
 int main(int argc, char** argv) {
+    fillStandardDescriptors();
     const bool hasCommand = argc == 3 && std::strcmp(argv[1], "-c") == 0;
     if (argc == 2 && (std::strcmp(argv[1], "--help") == 0 || std::strcmp(argv[1], "-h") == 0))
         return usage(stdout);
     if (argc > 1 && !hasCommand)
-    fillStandardDescriptors();
         return usage(stderr);
 
     framework::Container container;
