@@ -168,7 +168,7 @@ TEST(ConsoleTerminalConsole, TheTabulatorReplacesTheLine) {
     EXPECT_TRUE(terminal.readLine(
         "", [](const std::string& begun) { return begun + "time "; }, &line));
     EXPECT_EQ(line, "uptime two");
-    EXPECT_EQ(pipes.shown(), "up\b \b\b \buptime two\n");
+    EXPECT_EQ(pipes.shown(), "up\r  \ruptime two\n");
 }
 
 TEST(ConsoleTerminalConsole, PlainLinesNeedNoNewlineAtTheEnd) {

@@ -486,7 +486,32 @@ TEST(ConsoleEditing, BackspaceTakesAWholeCharacter) {
         terminal.untilPrompt();
     }
     terminal.type("ab\177");
-    EXPECT_EQ(terminal.expect("\b \b"), "ab\b \b");
+    EXPECT_EQ(terminal.expect("vx> a"), "ab\r      \rvx> a");
+}
+
+TEST(ConsoleEditing, BackspaceTakesAsManyColumnsAsTheCharacterHas) {
+    // One column, two, and none of its own behind a letter.
+    const char* const typed[] = {"\xc3\xbc", "\xe6\x97\xa5", "e\xcc\x81"};
+    const std::size_t columns[] = {1, 2, 1};
+    for (int i = 0; i < 3; ++i) {
+        Terminal terminal;
+        terminal.untilPrompt();
+        terminal.type(std::string(typed[i]) + "\177");
+        EXPECT_EQ(terminal.expect("vx> "), typed[i] + ("\r" + std::string(4 + columns[i], ' ')) + "\rvx> ");
+    }
+}
+
+TEST(ConsoleEditing, NothingStaysOfALineThatWasLongerThanTheTerminalIsWide) {
+    for (const unsigned int length : {15, 16, 17, 36, 37, 50}) {
+        for (const std::string& keys : {std::string("\025"), std::string(length, '\177')}) {
+            Terminal terminal(20, 10);
+            test::Screen screen(20);
+            screen.show(terminal.expect("vx> "));
+            terminal.type(std::string(length, 'x') + keys + "bogus\r");
+            screen.show(terminal.expect("bogus\r\n"));
+            EXPECT_EQ(screen.lines(), (std::vector<std::string>{"vx> bogus", ""})) << length;
+        }
+    }
 }
 
 TEST(ConsoleEditing, TheKillKeyTakesTheWholeLine) {

@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cwchar>
+#include <vector>
 
+#include <locale.h>
 #include <poll.h>
 #include <unistd.h>
 
@@ -23,6 +26,33 @@ const int restOfKeyMilliseconds = 50;
 
 bool isContinuation(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
+}
+
+/// Takes the last character, of whatever length, off the line.
+void dropLastCharacter(std::string* line) {
+    while (line->size() > 1 && isContinuation(line->back()))
+        line->pop_back();
+    if (!line->empty())
+        line->pop_back();
+}
+
+/// How many columns each character of `text` takes on a terminal.
+std::vector<unsigned int> columnsOf(const std::string& text) {
+    static const locale_t utf8 = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+    const locale_t former = utf8 != nullptr ? uselocale(utf8) : nullptr;
+    std::vector<unsigned int> columns;
+    for (std::size_t at = 0; at < text.size();) {
+        wchar_t character = 0;
+        mbstate_t state = {};
+        const std::size_t length = std::mbrtowc(&character, &text[at], text.size() - at, &state);
+        const bool known = length >= 1 && length <= text.size() - at;
+        const int width = known ? wcwidth(character) : 1;
+        columns.push_back(width >= 0 ? static_cast<unsigned int>(width) : 1);
+        at += known ? length : 1;
+    }
+    if (utf8 != nullptr)
+        uselocale(former);
+    return columns;
 }
 
 bool waitUntilReadable(int fd, int milliseconds) {
@@ -92,21 +122,33 @@ char TerminalConsole::readKey() {
 }
 
 void TerminalConsole::removePrompt(int width) {
-    const unsigned int columns = static_cast<unsigned int>(std::max(width, 1));
-    if (m_promptSize < columns) {
-        show('\r' + std::string(m_promptSize, ' ') + '\r');
-    } else {
-        show("\r");
-        for (unsigned int rest = m_promptSize; rest > columns; rest -= columns)
-            show("\033[A");
-        show("\033[J\r");
-    }
+    erase(std::string(m_promptSize, ' '), width);
     if (m_pager == nullptr)
         return;
     // The key may have been faster than the signal that tells the size.
     utility::Terminal* terminal = utility::Terminal::instance();
     terminal->update();
     m_pager->setPageSize(terminal->width(), terminal->height());
+}
+
+/// Takes `text`, behind which the cursor stands, off the screen; it began in the first column.
+void TerminalConsole::erase(const std::string& text, int width) {
+    const unsigned int right = static_cast<unsigned int>(std::max(width, 1));
+    unsigned int column = 0;
+    std::string up;
+    for (const unsigned int columns : columnsOf(text)) {
+        // What does not fit into the rest of a row begins the next.
+        if (column + columns > right) {
+            column = 0;
+            up += "\033[A";
+        }
+        column += columns;
+    }
+    if (up.empty() && column < right) {
+        show('\r' + std::string(column, ' ') + '\r');
+    } else {
+        show('\r' + up + "\033[J\r");
+    }
 }
 
 void TerminalConsole::show(const std::string& text) {
@@ -124,14 +166,15 @@ bool TerminalConsole::readPlainLine(std::string* line) {
     return m_inputError == 0 && !line->empty();
 }
 
-/// Takes the last character, of whatever length, off the line and off the screen.
-void TerminalConsole::rubOut(std::string* line) {
-    if (line->empty())
+/// Shows `text` in the place of the line.
+void TerminalConsole::replaceLine(const char* prompt, std::string* line, const std::string& text) {
+    if (text == *line)
         return;
-    while (line->size() > 1 && isContinuation(line->back()))
-        line->pop_back();
-    line->pop_back();
-    show("\b \b");
+    utility::Terminal* terminal = utility::Terminal::instance();
+    terminal->update();
+    erase(prompt + *line, terminal->width());
+    *line = text;
+    show(prompt + *line);
 }
 
 bool TerminalConsole::readLine(const char* prompt, std::string (*complete)(const std::string& line),
@@ -150,18 +193,13 @@ bool TerminalConsole::readLine(const char* prompt, std::string (*complete)(const
             if (line->empty())
                 break;
         } else if (byte == backspace || byte == deleteKey) {
-            rubOut(line);
+            std::string shorter = *line;
+            dropLastCharacter(&shorter);
+            replaceLine(prompt, line, shorter);
         } else if (byte == lineKill) {
-            while (!line->empty())
-                rubOut(line);
+            replaceLine(prompt, line, "");
         } else if (byte == tabulator) {
-            const std::string longer = complete != nullptr ? complete(*line) : *line;
-            if (longer == *line)
-                continue;
-            while (!line->empty())
-                rubOut(line);
-            *line = longer;
-            show(*line);
+            replaceLine(prompt, line, complete != nullptr ? complete(*line) : *line);
         } else if (byte == escape) {
             skipRestOfKey(byte);
         } else if (isPrintable(byte)) {

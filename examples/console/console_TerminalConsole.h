@@ -68,7 +68,8 @@ private:
     bool readByteSoon(char* byte);
     void skipRestOfKey(char first);
     void show(const std::string& text);
-    void rubOut(std::string* line);
+    void erase(const std::string& text, int width);
+    void replaceLine(const char* prompt, std::string* line, const std::string& text);
 
     int m_input;
     int m_inputError;
