@@ -1,5 +1,6 @@
 #include "ut_List.h"
 
+#include <cstdint>
 #include <new>
 
 #include "ut_ListContainable.h"
@@ -11,6 +12,15 @@ using framework::thread::ReadLockGuard;
 using framework::thread::WriteLockGuard;
 
 namespace utility {
+
+namespace {
+
+/// Tells elements apart, also one that was deleted.
+std::uintptr_t addressOf(const ListContainable* element) {
+    return reinterpret_cast<std::uintptr_t>(element);
+}
+
+} // namespace
 
 List::ListEntry::ListEntry(ListContainable* element) : m_element(element), m_previous(nullptr), m_next(nullptr) {}
 
@@ -246,18 +256,14 @@ ListContainable* List::takeOut(const ListEntry* entry) {
 void List::deleteAndRemove(const ListEntry* entry) {
     if (!entry)
         return;
-    const ListContainable* element = entry->element();
-    delete element;
+    const std::uintptr_t deleted = addressOf(entry->element());
+    delete entry->element();
     // An element that took itself out when it was deleted took its entry along, and may have put something in since.
-    if (holds(entry, element))
-        removeEntry(entry);
-}
-
-bool List::holds(const ListEntry* entry, const ListContainable* element) const {
     const ListEntry* held = m_first;
     while (held && held != entry)
         held = held->next();
-    return held && held->element() == element;
+    if (held && addressOf(held->element()) == deleted)
+        removeEntry(held);
 }
 
 } // namespace utility

@@ -134,7 +134,6 @@ private:
     void waitForElement();
     ListContainable* takeOut(const ListEntry* entry);
     void deleteAndRemove(const ListEntry* entry);
-    bool holds(const ListEntry* entry, const ListContainable* element) const;
 
     // Written under the write lock. A consumer reads it without the lock, before it waits.
     std::atomic<ListEntry*> m_first;
