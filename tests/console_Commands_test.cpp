@@ -480,14 +480,22 @@ TEST(ConsoleOutput, AnEndlessAnswerEndsWhereNobodyTakesIt) {
     }
 }
 
+namespace {
+
+void writeToAClosedPipe() {
+    int ends[2];
+    if (pipe(ends) != 0)
+        _exit(126);
+    dup2(ends[1], STDOUT_FILENO);
+    close(ends[0]);
+    close(ends[1]);
+}
+
+} // namespace
+
 TEST(ConsoleOutput, AClosedPipeEndsTheConsole) {
     const ChildResult child = runCommand("show file /dev/zero", [] {
-        int ends[2];
-        if (pipe(ends) != 0)
-            _exit(126);
-        dup2(ends[1], STDOUT_FILENO);
-        close(ends[0]);
-        close(ends[1]);
+        writeToAClosedPipe();
         std::signal(SIGPIPE, SIG_DFL);
     });
     EXPECT_EQ(child.signal, SIGPIPE);
@@ -496,12 +504,7 @@ TEST(ConsoleOutput, AClosedPipeEndsTheConsole) {
 
 TEST(ConsoleOutput, AClosedPipeIsAnErrorWhereTheSignalIsIgnored) {
     const ChildResult child = runCommand("show file /dev/zero", [] {
-        int ends[2];
-        if (pipe(ends) != 0)
-            _exit(126);
-        dup2(ends[1], STDOUT_FILENO);
-        close(ends[0]);
-        close(ends[1]);
+        writeToAClosedPipe();
         std::signal(SIGPIPE, SIG_IGN);
     });
     EXPECT_EQ(child.status, 1);

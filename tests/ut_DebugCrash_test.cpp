@@ -510,45 +510,51 @@ TEST(DebugCrash, InSeveralThreadsAtOnce) {
     expectEndWithFirstLine(child);
 }
 
+namespace {
+
+void takeMemory() {
+    void* volatile piece = std::malloc(100);
+    std::free(piece);
+}
+
+void expectReportNamingTheHandler(const test::ChildResult& child) {
+    const Trace trace = expectReport(child, SIGSEGV, "SIGSEGV");
+    EXPECT_TRUE(trace.names(crashFrame)) << child.err;
+}
+
+} // namespace
+
 TEST(DebugCrash, InTheAllocator) {
     const test::ChildResult child = crash([] {
         test::allocatorState = test::CRASH_ONCE;
-        void* volatile piece = std::malloc(100);
-        std::free(piece);
+        takeMemory();
     });
-    const Trace trace = expectReport(child, SIGSEGV, "SIGSEGV");
-    EXPECT_TRUE(trace.names(crashFrame)) << child.err;
+    expectReportNamingTheHandler(child);
 }
 
 TEST(DebugCrash, InTheAllocatorThatGivesNothingFromThenOn) {
     const test::ChildResult child = crash([] {
         test::allocatorState = test::CRASH_ONCE_REFUSE;
-        void* volatile piece = std::malloc(100);
-        std::free(piece);
+        takeMemory();
     });
-    const Trace trace = expectReport(child, SIGSEGV, "SIGSEGV");
-    EXPECT_TRUE(trace.names(crashFrame)) << child.err;
+    expectReportNamingTheHandler(child);
 }
 
 TEST(DebugCrash, InTheAllocatorThatHoldsItsLock) {
     const test::ChildResult child = crash([] {
         test::allocatorState = test::CRASH_LOCKED;
-        void* volatile piece = std::malloc(100);
-        std::free(piece);
+        takeMemory();
     });
-    const Trace trace = expectReport(child, SIGSEGV, "SIGSEGV");
-    EXPECT_TRUE(trace.names(crashFrame)) << child.err;
+    expectReportNamingTheHandler(child);
 }
 
 TEST(DebugCrash, InTheAllocatorThatHoldsItsLockInAThreadWithARecord) {
     const test::ChildResult child = crash([] {
         ThreadInfo::MyThreadInfo();
         test::allocatorState = test::CRASH_LOCKED;
-        void* volatile piece = std::malloc(100);
-        std::free(piece);
+        takeMemory();
     });
-    const Trace trace = expectReport(child, SIGSEGV, "SIGSEGV");
-    EXPECT_TRUE(trace.names(crashFrame)) << child.err;
+    expectReportNamingTheHandler(child);
 }
 
 namespace {
@@ -566,8 +572,7 @@ TEST(DebugCrash, InTheAllocatorThatHoldsItsLockWithASinkThatTakesMemory) {
         ThreadInfo::MyThreadInfo();
         Logger::setSink(allocatingSink, nullptr);
         test::allocatorState = test::CRASH_LOCKED;
-        void* volatile piece = std::malloc(100);
-        std::free(piece);
+        takeMemory();
     });
     expectEnd(child);
 }
@@ -575,23 +580,19 @@ TEST(DebugCrash, InTheAllocatorThatHoldsItsLockWithASinkThatTakesMemory) {
 TEST(DebugCrash, InTheAllocatorThatCrashesAgain) {
     const test::ChildResult child = crash([] {
         test::allocatorState = test::CRASH_ALWAYS;
-        void* volatile piece = std::malloc(100);
-        std::free(piece);
+        takeMemory();
     });
-    const Trace trace = expectReport(child, SIGSEGV, "SIGSEGV");
-    EXPECT_TRUE(trace.names(crashFrame)) << child.err;
+    expectReportNamingTheHandler(child);
 }
 
 TEST(DebugCrash, InTheAllocatorInAnotherThreadThatHoldsItsLock) {
     const test::ChildResult child = crash([] {
         std::thread([] {
             test::allocatorState = test::CRASH_LOCKED;
-            void* volatile piece = std::malloc(100);
-            std::free(piece);
+            takeMemory();
         }).join();
     });
-    const Trace trace = expectReport(child, SIGSEGV, "SIGSEGV");
-    EXPECT_TRUE(trace.names(crashFrame)) << child.err;
+    expectReportNamingTheHandler(child);
 }
 
 namespace {

@@ -65,22 +65,12 @@ TEST(FastSortedStringDirectory, AbsentStringsAreFoundNowhere) {
     }
 }
 
-unsigned long comparisonsToFind(FastSortedStringDirectory& directory, const std::string& name, int expected) {
-    // A sanitizer compares the names of types when a virtual operation is called for the first time.
-    directory.Find(name.c_str());
-    const unsigned long before = test::comparisonCount();
-    const int found = directory.Find(name.c_str());
-    const unsigned long comparisons = test::comparisonCount() - before;
-    EXPECT_EQ(found, expected) << name;
-    return comparisons;
-}
-
 TEST(FastSortedStringDirectory, FindsNothingInAnEmptyRangeWithoutComparing) {
     FastSortedStringDirectory directory(0);
-    EXPECT_EQ(comparisonsToFind(directory, "a", -1), 0u);
+    EXPECT_EQ(test::comparisonsToFind(directory, "a", -1), 0u);
     fill(directory, {"a", "c", "\x7f", "\xff"});
     for (const char* absent : {"", "b", "bc", "d", "\x80", "\xfe"})
-        EXPECT_EQ(comparisonsToFind(directory, absent, -1), 0u) << absent;
+        EXPECT_EQ(test::comparisonsToFind(directory, absent, -1), 0u) << absent;
 }
 
 TEST(FastSortedStringDirectory, ComparesOnceForEachHalvingOfTheRangeOfTheFirstByte) {
@@ -92,14 +82,14 @@ TEST(FastSortedStringDirectory, ComparesOnceForEachHalvingOfTheRangeOfTheFirstBy
     // 1000 halve to none in 10 steps, 7 in 3, whatever stands before and behind them.
     for (int i = 0; i < 7; ++i) {
         const std::string name = "b" + std::to_string(i);
-        EXPECT_LE(comparisonsToFind(directory, name, 1000 + i), 3u);
-        EXPECT_LE(comparisonsToFind(directory, name + "x", -1), 3u);
+        EXPECT_LE(test::comparisonsToFind(directory, name, 1000 + i), 3u);
+        EXPECT_LE(test::comparisonsToFind(directory, name + "x", -1), 3u);
     }
-    EXPECT_EQ(comparisonsToFind(directory, "b3", 1003), 1u);
+    EXPECT_EQ(test::comparisonsToFind(directory, "b3", 1003), 1u);
     for (int i = 0; i < 1000; ++i) {
         const std::string name = "a" + std::to_string(1000 + i);
-        EXPECT_LE(comparisonsToFind(directory, name, i), 10u);
-        EXPECT_LE(comparisonsToFind(directory, name + "x", -1), 10u);
+        EXPECT_LE(test::comparisonsToFind(directory, name, i), 10u);
+        EXPECT_LE(test::comparisonsToFind(directory, name + "x", -1), 10u);
     }
 }
 
