@@ -1,6 +1,5 @@
 #include "ut_Debug.h"
 
-#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <cctype>
@@ -300,35 +299,6 @@ TEST_F(DebugTest, StateThatDoesNotFitIsTheStreamsFailure) {
     const auto failure = CATCH_FAILURE(Debug::debugState(&out));
     ASSERT_NE(failure, nullptr);
     EXPECT_EQ(failure->code(), 1239u);
-}
-
-TEST_F(DebugTest, SwitchesAreAskedByPlainFunctions) {
-    EXPECT_EQ(IsDebugOn(8191), 0);
-    Debug::setDebugOn(8191u);
-    EXPECT_EQ(IsDebugOn(8191), 1);
-    EXPECT_EQ(IsDebugOn(8192), 0);
-    EXPECT_EQ(IsDebugOn(0xFFFFFFFFu), 0);
-
-    EXPECT_EQ(IsCapiTraceOn(), 0);
-    Debug::setDebugOn(1198u);
-    EXPECT_EQ(IsCapiTraceOn(), 1);
-    EXPECT_EQ(IsCapiPrintOn(), 0);
-    Debug::setDebugOff(1198u);
-    Debug::setDebugOn(1199u);
-    EXPECT_EQ(IsCapiTraceOn(), 0);
-    EXPECT_EQ(IsCapiPrintOn(), 1);
-}
-
-TEST_F(DebugTest, PlainNamesAreNotMangled) {
-    EXPECT_EQ(dlsym(RTLD_DEFAULT, "IsDebugOn"), reinterpret_cast<void*>(&IsDebugOn));
-    EXPECT_EQ(dlsym(RTLD_DEFAULT, "IsCapiTraceOn"), reinterpret_cast<void*>(&IsCapiTraceOn));
-    EXPECT_EQ(dlsym(RTLD_DEFAULT, "IsCapiPrintOn"), reinterpret_cast<void*>(&IsCapiPrintOn));
-    EXPECT_EQ(dlsym(RTLD_DEFAULT, "DebugPrintEnable"), static_cast<void*>(&DebugPrintEnable));
-}
-
-TEST_F(DebugTest, DebugPrintEnableIsThereForClients) {
-    static_assert(sizeof DebugPrintEnable == 4, "clients take it for 32 bits");
-    EXPECT_EQ(DebugPrintEnable, 0x1FFFFFFF);
 }
 
 TEST_F(DebugTest, SwitchesLogNothing) {

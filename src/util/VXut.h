@@ -60,6 +60,7 @@
 #include "ut_StringArray.h"
 #include "ut_StringDirectory.h"
 #include "ut_StringMap.h"
+#include "ut_Switches.h"
 #include "ut_Terminal.h"
 #include "ut_TimeMeasure.h"
 #include "ut_TokenArray.h"

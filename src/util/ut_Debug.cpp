@@ -14,20 +14,6 @@
 #include "ut_BufferStream.h"
 #include "ut_StringArray.h"
 
-int DebugPrintEnable = 0x1FFFFFFF;
-
-int IsDebugOn(unsigned int n) {
-    return utility::Debug::isDebugOn(n) ? 1 : 0;
-}
-
-int IsCapiTraceOn(void) {
-    return IsDebugOn(1198);
-}
-
-int IsCapiPrintOn(void) {
-    return IsDebugOn(1199);
-}
-
 namespace utility {
 
 std::bitset<8192> Debug::m_bits;

@@ -6,6 +6,7 @@
 #include "fw_StringToken.h"
 #include "ut_Export.h"
 #include "ut_Locker.h"
+#include "ut_Switches.h"
 
 namespace framework {
 class ThreadInfo;
@@ -105,15 +106,3 @@ private:
 };
 
 } // namespace utility
-
-extern "C" {
-/// For client code; the library neither reads nor writes it.
-extern VXUT_EXPORT int DebugPrintEnable;
-
-/// Whether debug switch `n` is on: 1 or 0.
-VXUT_EXPORT int IsDebugOn(unsigned int n);
-/// Whether debug switch 1198 is on: 1 or 0.
-VXUT_EXPORT int IsCapiTraceOn(void);
-/// Whether debug switch 1199 is on: 1 or 0.
-VXUT_EXPORT int IsCapiPrintOn(void);
-}

@@ -1,7 +1,6 @@
 #pragma once
 
-/// Marks what the shared library offers; everything else stays hidden.
-#define VXUT_EXPORT __attribute__((visibility("default")))
+#include "ut_CExport.h"
 
 /// Lets the compiler check printf-like arguments; `format` and `first` count from 1, `this` included. `first` is 0 for
 /// operations that take a `va_list`.

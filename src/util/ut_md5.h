@@ -2,7 +2,7 @@
 
 #include <stdint.h>
 
-#include "ut_Export.h"
+#include "ut_CExport.h"
 
 #ifdef __cplusplus
 extern "C" {

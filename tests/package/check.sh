@@ -52,7 +52,7 @@ for header in "$headers"/*.h; do
     echo "#include <VXut/$name>" | "$compiler" -std=c++17 -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror \
         -fsyntax-only -I"$prefix/include" -x c++ - || fail "$name does not stand alone"
     case $name in
-    fw_* | VXut.h | ut_Export.h) ;;
+    fw_* | VXut.h | ut_CExport.h | ut_Export.h) ;;
     *)
         grep -q "/$name" <<<"$included" || fail "VXut.h leaves out $name"
         ;;
@@ -60,8 +60,10 @@ for header in "$headers"/*.h; do
 done
 echo '#include <VXut/VXut.h>' | "$compiler" -std=c++20 -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror \
     -fsyntax-only -I"$prefix/include" -x c++ - || fail "VXut.h is no C++20"
-echo '#include <VXut/ut_md5.h>' | gcc -std=c99 -Wall -Wextra -Wpedantic -Werror -fsyntax-only -I"$prefix/include" -x c - ||
-    fail "ut_md5.h is no C"
+for name in ut_md5.h ut_Switches.h; do
+    echo "#include <VXut/$name>" | gcc -std=c99 -Wall -Wextra -Wpedantic -Werror -fsyntax-only -I"$prefix/include" -x c - ||
+        fail "$name is not C99"
+done
 if grep -rlE '/ut_(Failure|Trace)\.h' "$prefix"; then
     fail "internal headers are named"
 fi
