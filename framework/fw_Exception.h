@@ -17,11 +17,22 @@ namespace framework {
 ///     try {
 ///         stream.PutC('x');
 ///     } catch (framework::Exception* failure) {
-///         report(failure->code(), failure->file(), failure->line());   // 1239, "ut_PutStream", ...
+///         if (failure->code() == framework::Exception::FAILURE_BUFFER)    // 1239
+///             report(failure->file(), failure->line());   // "ut_PutStream", ...
 ///         delete failure;
 ///     }
 class VXFW_EXPORT Exception : public std::exception {
 public:
+    /// What `code()` returns. The whole stack shares these codes; their numbers never change.
+    enum FailureCode : unsigned int {
+        FAILURE_INDEX = 1229,          ///< index out of range in an array, a token set or the environment
+        FAILURE_ARRAY_STORAGE = 1230,  ///< no memory for an array
+        FAILURE_BUFFER_STORAGE = 1238, ///< no memory for a buffer
+        FAILURE_BUFFER = 1239,         ///< write or read past the end of a buffer
+        FAILURE_STREAM_INDEX = 1240,   ///< index outside the readable range of a stream
+        FAILURE_DATE = 3591            ///< invalid date
+    };
+
     /// `file` is the bare source file name, `function` the full signature text. Null texts count as empty.
     Exception(unsigned int code, const char* file, int line, const char* function, const char* message, bool flag);
 
@@ -39,7 +50,7 @@ public:
     /// The message; never null.
     const char* what() const noexcept override;
 
-    /// What failed: one of the few codes that the whole stack shares.
+    /// What failed: a `FailureCode`, or another number that client code gave.
     unsigned int code() const {
         return m_words[0];
     }

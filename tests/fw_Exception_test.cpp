@@ -11,18 +11,17 @@
 using framework::Exception;
 
 TEST(Exception, UsageExample) {
-    unsigned int code = 0;
     std::string file;
     int line = 0;
     try {
         throw new Exception(1239, "ut_PutStream", 77, "void utility::PutStream::PutC(char)", "", true);
     } catch (framework::Exception* failure) {
-        code = failure->code();
-        file = failure->file();
-        line = failure->line();
+        if (failure->code() == framework::Exception::FAILURE_BUFFER) {
+            file = failure->file();
+            line = failure->line();
+        }
         delete failure;
     }
-    EXPECT_EQ(code, 1239U);
     EXPECT_EQ(file, "ut_PutStream");
     EXPECT_EQ(line, 77);
 }
@@ -37,6 +36,16 @@ TEST(Exception, AnswersWhatItWasMadeFrom) {
     EXPECT_STREQ(failure.what(), "Invalid Date");
     EXPECT_FALSE(failure.flag());
     EXPECT_TRUE(Exception(1, "f", 1, "f", "", true).flag());
+}
+
+TEST(Exception, CodesHaveNames) {
+    EXPECT_EQ(Exception::FAILURE_INDEX, 1229U);
+    EXPECT_EQ(Exception::FAILURE_ARRAY_STORAGE, 1230U);
+    EXPECT_EQ(Exception::FAILURE_BUFFER_STORAGE, 1238U);
+    EXPECT_EQ(Exception::FAILURE_BUFFER, 1239U);
+    EXPECT_EQ(Exception::FAILURE_STREAM_INDEX, 1240U);
+    EXPECT_EQ(Exception::FAILURE_DATE, 3591U);
+    EXPECT_EQ(Exception(Exception::FAILURE_DATE, "f", 1, "f", "", false).code(), 3591U);
 }
 
 TEST(Exception, NullTextsCountAsEmpty) {

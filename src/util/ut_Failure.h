@@ -2,21 +2,13 @@
 
 #include <cstddef>
 
+#include "fw_Exception.h"
+
 // The failure convention in one place: a failure is thrown as a pointer to a new `framework::Exception` that carries
 // the code, the bare name of the source file, the line, the signature text of the throwing operation and a message. The
 // catcher owns the object. Not for callers of the library: it has no symbols outside it.
 
 namespace utility {
-
-/// The codes that the library throws.
-enum FailureCode : unsigned int {
-    FAILURE_INDEX = 1229,          ///< index out of range in an array
-    FAILURE_ARRAY_STORAGE = 1230,  ///< no storage for an array
-    FAILURE_BUFFER_STORAGE = 1238, ///< no storage for a buffer
-    FAILURE_BUFFER = 1239,         ///< write or read past a buffer
-    FAILURE_STREAM_INDEX = 1240,   ///< index outside what a stream holds
-    FAILURE_DATE = 3591            ///< invalid date
-};
 
 /// The last component of a source path without its extension, cut out at compile time.
 struct SourceFileName {
@@ -40,12 +32,13 @@ struct SourceFileName {
 
 } // namespace utility
 
-/// Throws the failure `code` with `message` from here.
+/// Throws `framework::Exception::code`, such as FAILURE_INDEX, with `message` from here.
 #define VXUT_THROW(code, message) VXUT_THROW_FLAGGED(code, message, true)
 
 /// The same with the last word of the exception given: false only for invalid dates.
 #define VXUT_THROW_FLAGGED(code, message, flag)                                                                        \
     do {                                                                                                               \
         static constexpr ::utility::SourceFileName sourceFileName(__FILE__);                                           \
-        ::utility::throwFailure(code, sourceFileName.text, __LINE__, __PRETTY_FUNCTION__, message, flag);              \
+        ::utility::throwFailure(::framework::Exception::code, sourceFileName.text, __LINE__, __PRETTY_FUNCTION__,      \
+                                message, flag);                                                                        \
     } while (false)
