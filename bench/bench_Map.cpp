@@ -104,7 +104,7 @@ struct StandardMap {
     }
     void* find(const Key& key) {
         const auto found = map.find(key);
-        return found == map.end() ? reinterpret_cast<void*>(-1) : found->second;
+        return found == map.end() ? utility::absentEntry() : found->second;
     }
     Standard map;
 };

@@ -56,7 +56,7 @@ TEST(Map, UsageExample) {
 
     utility::Map names(64);
     names.Add(&port, name);
-    if (names.Lookup(&port) == reinterpret_cast<void*>(-1))
+    if (names.Lookup(&port) == utility::absentEntry())
         addName(port);
 
     EXPECT_EQ(added, 0);

@@ -2,6 +2,7 @@
 
 // Every public header of the library.
 
+#include "ut_AbsentEntry.h"
 #include "ut_Arguments.h"
 #include "ut_Array.h"
 #include "ut_Buffer.h"

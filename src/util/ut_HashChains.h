@@ -175,9 +175,4 @@ private:
     }
 };
 
-/// What the maps answer for an absent key; never null, which may be a value.
-inline void* absentEntry() {
-    return reinterpret_cast<void*>(std::intptr_t{-1});
-}
-
 } // namespace utility

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ut_AbsentEntry.h"
 #include "ut_Export.h"
 #include "ut_HashChains.h"
 
@@ -14,7 +15,7 @@ namespace utility {
 ///
 ///     utility::Map names(64);
 ///     names.Add(&port, name);
-///     if (names.Lookup(&port) == reinterpret_cast<void*>(-1)) addName(port);
+///     if (names.Lookup(&port) == utility::absentEntry()) addName(port);
 class VXUT_EXPORT Map {
 public:
     /// `numBuckets` is 2, 4, 8, ... or 65,536; any other count is refused and logged at level 0.
@@ -29,12 +30,12 @@ public:
     /// Takes out the entry of `key`. False only when an absent key meets a greater one in its bucket: callers rely on
     /// true for an absent key behind all others, although nothing was taken out.
     bool Delete(void* key);
-    /// The value of `key`, or −1 as a pointer when it is absent.
+    /// The value of `key`, or `absentEntry()` when it is absent.
     void* Lookup(void* key) const;
-    /// The key of the first entry in bucket order, and its value in `value`; −1 as a pointer, with `value` left alone,
+    /// The key of the first entry in bucket order, and its value in `value`; `absentEntry()`, with `value` left alone,
     /// when the map is empty.
     void* First(void*& value) const;
-    /// The key behind `key` in the same order, and its value in `value`; −1 as a pointer, with `value` left alone, when
+    /// The key behind `key` in the same order, and its value in `value`; `absentEntry()`, with `value` left alone, when
     /// `key` is absent or the last.
     void* Next(void* key, void*& value) const;
     /// Takes out every entry. Leaves `count()` as it was: callers rely on reading there how many there were.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "fw_Entity.h"
+#include "ut_AbsentEntry.h"
 #include "ut_Export.h"
 #include "ut_HashChains.h"
 
@@ -34,12 +35,12 @@ public:
     /// Takes out the entry of `key`. False only when an absent key meets a greater one in its bucket: callers rely on
     /// true for an absent key behind all others, although nothing was taken out.
     bool Delete(void* key);
-    /// The value of `key`, or −1 as a pointer when it is absent.
+    /// The value of `key`, or `absentEntry()` when it is absent.
     void* Lookup(void* key);
-    /// The key of the first entry in bucket order, and its value in `value`; −1 as a pointer, with `value` left alone,
+    /// The key of the first entry in bucket order, and its value in `value`; `absentEntry()`, with `value` left alone,
     /// when the map is empty.
     void* First(void*& value);
-    /// The key behind `key` in the same order, and its value in `value`; −1 as a pointer, with `value` left alone, when
+    /// The key behind `key` in the same order, and its value in `value`; `absentEntry()`, with `value` left alone, when
     /// `key` is absent or the last.
     void* Next(void* key, void*& value);
     /// Takes out every entry. Leaves `count()` as it was: callers rely on reading there how many there were.

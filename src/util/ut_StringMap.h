@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "ut_AbsentEntry.h"
 #include "ut_Export.h"
 #include "ut_HashChains.h"
 
@@ -35,7 +36,7 @@ public:
     /// is in its bucket: callers rely on an entry behind another one staying. True also when every key there is
     /// greater.
     bool Delete(const char* key);
-    /// The value of `key`, or −1 as a pointer when it is absent.
+    /// The value of `key`, or `absentEntry()` when it is absent.
     void* Lookup(const char* key);
     /// The map's copy of the first key in bucket order, and its value in `value`; null, with `value` left alone, when
     /// the map is empty.
