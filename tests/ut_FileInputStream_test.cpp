@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/time.h>
 #include <unistd.h>
@@ -107,20 +108,43 @@ TEST_F(FileInputStreamTest, OpensForReadingOnlyAndCloseOnExec) {
     EXPECT_TRUE(test::isClosedOnExec(descriptors[0]));
 }
 
-TEST_F(FileInputStreamTest, DescriptorNoughtIsOpenedAndClosedLikeAnyOther) {
+TEST_F(FileInputStreamTest, NeverOpensUnderTheNumberOfAStandardStream) {
     const std::string path = m_directory.write("ports", "4");
     const test::ChildResult child = test::runInChild([&] {
-        close(0);
+        test::closeStandardStreams();
         {
             FileInputStream stream(path.c_str());
-            if (!test::isOpenDescriptor(0) || !stream.isInputStreamGood() || receive(stream, 10) != "4")
+            if (!test::areStandardStreamsClosed() || !stream.isInputStreamGood() || receive(stream, 10) != "4")
                 return 1;
-            if (stream.Reopen() != 0 || !test::isOpenDescriptor(0) || receive(stream, 10) != "4")
+            if (!test::isClosedOnExec(test::descriptorsOf(path).at(0)))
                 return 2;
+            if (stream.Reopen() != 0 || !test::areStandardStreamsClosed() || receive(stream, 10) != "4")
+                return 3;
+            const std::vector<int> descriptors = test::descriptorsOf(path);
+            if (descriptors.size() != 1 || !test::isClosedOnExec(descriptors[0]))
+                return 4;
         }
-        return test::isOpenDescriptor(0) ? 3 : 0;
+        return test::descriptorsOf(path).empty() ? 0 : 5;
     });
-    EXPECT_EQ(child.status, 0);
+    EXPECT_EQ(child.status, 0) << child.err;
+}
+
+TEST_F(FileInputStreamTest, FailsWhereOnlyTheNumbersOfStandardStreamsAreLeft) {
+    const std::string path = m_directory.write("ports", "4");
+    const test::ChildResult child = test::runInChild([&] {
+        test::closeStandardStreams();
+        rlimit few = {};
+        getrlimit(RLIMIT_NOFILE, &few);
+        few.rlim_cur = 3;
+        if (setrlimit(RLIMIT_NOFILE, &few) != 0)
+            return 1;
+        FileInputStream stream(path.c_str());
+        if (stream.isInputStreamOpen() || !test::areStandardStreamsClosed())
+            return 2;
+        // The platform says EINVAL where no number that is asked for exists.
+        return stream.errorNumber() == EMFILE || stream.errorNumber() == EINVAL ? 0 : 3;
+    });
+    EXPECT_EQ(child.status, 0) << child.err;
 }
 
 TEST_F(FileInputStreamTest, ClosesWhatItOpened) {

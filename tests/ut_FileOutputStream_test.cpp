@@ -165,19 +165,29 @@ TEST_F(FileOutputStreamTest, OpensCloseOnExec) {
     }
 }
 
-TEST_F(FileOutputStreamTest, DescriptorNoughtIsOpenedAndClosedLikeAnyOther) {
-    const std::string path = m_directory.path("ports");
-    const test::ChildResult child = test::runInChild([&] {
-        close(0);
-        {
-            FileOutputStream stream(path.c_str(), false, 0600);
-            if (!test::isOpenDescriptor(0) || !stream.isOutputStreamGood() || !send(stream, "4"))
-                return 1;
-        }
-        return test::isOpenDescriptor(0) ? 2 : 0;
-    });
-    EXPECT_EQ(child.status, 0);
-    EXPECT_EQ(m_directory.read("ports"), "4");
+TEST_F(FileOutputStreamTest, NeverOpensUnderTheNumberOfAStandardStream) {
+    for (const bool append : {false, true}) {
+        const std::string path = m_directory.write(append ? "appended" : "made", append ? "1 " : "former content");
+        const test::ChildResult child = test::runInChild([&] {
+            test::closeStandardStreams();
+            {
+                FileOutputStream stream(path.c_str(), append, 0600);
+                const std::vector<int> descriptors = test::descriptorsOf(path);
+                if (!test::areStandardStreamsClosed() || !stream.isOutputStreamGood() || descriptors.size() != 1)
+                    return 1;
+                if (!test::isClosedOnExec(descriptors[0]))
+                    return 2;
+                // Where a file has the number of standard error, this is written into it.
+                framework::Logger::setSink(nullptr, nullptr);
+                framework::Logger::StaticLog(framework::Logger::LOG_ERROR, "a message");
+                if (!send(stream, "4"))
+                    return 3;
+            }
+            return test::descriptorsOf(path).empty() ? 0 : 4;
+        });
+        EXPECT_EQ(child.status, 0);
+        EXPECT_EQ(m_directory.read(append ? "appended" : "made"), append ? "1 4" : "4");
+    }
 }
 
 TEST_F(FileOutputStreamTest, ClosesWhatItOpened) {

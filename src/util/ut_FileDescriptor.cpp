@@ -3,8 +3,19 @@
 #include <cerrno>
 
 #include <fcntl.h>
+#include <unistd.h>
 
 namespace utility {
+
+namespace {
+
+void closeKeepingErrno(int fd) {
+    const int error = errno;
+    close(fd);
+    errno = error;
+}
+
+} // namespace
 
 int openFile(const char* path, int flags, unsigned int mode) {
     if (path == nullptr) {
@@ -14,10 +25,23 @@ int openFile(const char* path, int flags, unsigned int mode) {
     const int fd = open(path, flags | O_CLOEXEC, mode);
     if (fd < 0)
         return -1;
+    if (fd <= STDERR_FILENO) {
+        const int moved = fcntl(fd, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+        closeKeepingErrno(fd);
+        return moved;
+    }
     const int descriptorFlags = fcntl(fd, F_GETFD);
     if (descriptorFlags >= 0)
         fcntl(fd, F_SETFD, descriptorFlags | FD_CLOEXEC);
     return fd;
+}
+
+DIR* openDirectory(const char* path) {
+    const int fd = openFile(path, O_RDONLY | O_DIRECTORY | O_NONBLOCK);
+    DIR* directory = fd >= 0 ? fdopendir(fd) : nullptr;
+    if (directory == nullptr && fd >= 0)
+        closeKeepingErrno(fd);
+    return directory;
 }
 
 } // namespace utility

@@ -8,7 +8,8 @@ namespace utility {
 /// Reads a file through a descriptor, one system call for each receive.
 ///
 /// A stream made for a path opens the file, close-on-exec, and closes it when destroyed; it keeps the path's pointer,
-/// so the text must outlive it. A descriptor given in stays the caller's. One thread at a time. Nothing is thrown or
+/// so the text must outlive it. It does not use the numbers 0 to 2, even if they are free: what is written to standard
+/// error never reaches the file. A descriptor given in stays the caller's. One thread at a time. Nothing is thrown or
 /// logged: a failed system call leaves its `errno` (`errorNumber`) and sets the error state for good; from then on
 /// nothing is read.
 ///

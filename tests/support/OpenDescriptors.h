@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <string>
 #include <vector>
@@ -32,6 +33,17 @@ inline bool isClosedOnExec(int fd) {
 
 inline bool isOpenDescriptor(int fd) {
     return fcntl(fd, F_GETFD) >= 0;
+}
+
+/// Closes standard input, output and error. For child processes.
+inline void closeStandardStreams() {
+    for (const int fd : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+        close(fd);
+}
+
+/// Whether nothing is open under the numbers 0 to 2.
+inline bool areStandardStreamsClosed() {
+    return !isOpenDescriptor(STDIN_FILENO) && !isOpenDescriptor(STDOUT_FILENO) && !isOpenDescriptor(STDERR_FILENO);
 }
 
 } // namespace test
