@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstddef>
 #include <cstdlib>
 #include <filesystem>
@@ -21,9 +22,11 @@
 
 #include "ChildProcess.h"
 #include "DebugSwitch.h"
+#include "Descriptor.h"
 #include "FailingAllocation.h"
 #include "HeapGrowth.h"
 #include "LogCapture.h"
+#include "OpenDescriptors.h"
 #include "TemporaryDirectory.h"
 #include "VirtualSlot.h"
 #include "fw_Memory.h"
@@ -409,7 +412,122 @@ TEST(DirIterator, WithoutADescriptorADirectoryCannotBeRead) {
     EXPECT_EQ(child.status, 0) << child.err;
 }
 
+// Directories that fail while they are read
+
+/// Lets what reads the open directory `path` from now on fail with ENOTDIR: its descriptor becomes that of a file.
+/// Returns whether there was exactly one.
+bool breakOpenDirectory(const test::TemporaryDirectory& directory, const std::string& path) {
+    const std::vector<int> descriptors = test::descriptorsOf(path);
+    const test::Descriptor file(open(directory.write("file", "").c_str(), O_RDONLY | O_CLOEXEC));
+    return descriptors.size() == 1 && dup2(file.number(), descriptors[0]) == descriptors[0];
+}
+
+TEST(DirIterator, AFailureAtTheFirstEntryIsReported) {
+    const test::TemporaryDirectory directory;
+    const std::string sub = directory.path("sub");
+    ASSERT_EQ(mkdir(sub.c_str(), 0700), 0);
+    DirIterator iterator(sub.c_str(), "*");
+    ASSERT_TRUE(iterator.open());
+    ASSERT_TRUE(breakOpenDirectory(directory, sub));
+    EXPECT_EQ(iterator.getFirst(nullptr), nullptr);
+    EXPECT_EQ(iterator.getIndex(), -1);
+    EXPECT_TRUE(iterator.inError());
+    EXPECT_EQ(iterator.ErrorMessage(), ERROR_TEXT + sub + "/");
+    EXPECT_EQ(iterator.getNext(), nullptr);
+    EXPECT_EQ(iterator.getType(), 0);
+}
+
+TEST(DirIterator, AFailureAfterTheLastEntryIsReported) {
+    const test::TemporaryDirectory directory;
+    const std::string sub = directory.path("sub");
+    ASSERT_EQ(mkdir(sub.c_str(), 0700), 0);
+    directory.write("sub/a", "");
+    DirIterator iterator(sub.c_str(), "*");
+    // The platform has fetched all three entries with the first; only the look for a fourth fails.
+    ASSERT_NE(iterator.getFirst(nullptr), nullptr);
+    ASSERT_TRUE(breakOpenDirectory(directory, sub));
+    EXPECT_NE(iterator.getNext(), nullptr);
+    EXPECT_NE(iterator.getNext(), nullptr);
+    EXPECT_FALSE(iterator.inError());
+    EXPECT_EQ(iterator.getNext(), nullptr);
+    EXPECT_EQ(iterator.getIndex(), -1);
+    EXPECT_TRUE(iterator.inError());
+    EXPECT_EQ(iterator.ErrorMessage(), ERROR_TEXT + sub + "/");
+}
+
+TEST(DirIterator, AFailureInTheMiddleOfALongDirectoryIsReported) {
+    const test::TemporaryDirectory directory;
+    const std::string sub = directory.path("sub");
+    ASSERT_EQ(mkdir(sub.c_str(), 0700), 0);
+    const unsigned int count = 3000;
+    for (unsigned int i = 0; i < count; ++i)
+        directory.write("sub/" + std::to_string(i) + std::string(100, 'x'), "");
+    DirIterator iterator(sub.c_str(), "*");
+    ASSERT_NE(iterator.getFirst(nullptr), nullptr);
+    ASSERT_TRUE(breakOpenDirectory(directory, sub));
+    unsigned int seen = 1;
+    while (iterator.getNext() != nullptr)
+        ++seen;
+    EXPECT_LT(seen, count);
+    EXPECT_TRUE(iterator.inError());
+    EXPECT_EQ(iterator.ErrorMessage(), ERROR_TEXT + sub + "/");
+}
+
+TEST(DirIterator, OnlyTheFirstFailureIsReported) {
+    const test::TemporaryDirectory directory;
+    const std::string sub = directory.path("sub");
+    DirIterator iterator(sub.c_str(), "*");
+    ASSERT_FALSE(iterator.open());
+    ASSERT_TRUE(iterator.inError());
+    iterator.ClearError();
+    ASSERT_EQ(mkdir(sub.c_str(), 0700), 0);
+    ASSERT_TRUE(iterator.open());
+    ASSERT_TRUE(breakOpenDirectory(directory, sub));
+    EXPECT_EQ(iterator.getFirst(nullptr), nullptr);
+    EXPECT_FALSE(iterator.inError());
+
+    DirIterator other(sub.c_str(), "*");
+    ASSERT_TRUE(other.open());
+    ASSERT_TRUE(breakOpenDirectory(directory, sub));
+    EXPECT_EQ(other.length(nullptr), 0U);
+    EXPECT_TRUE(other.inError());
+    other.ClearError();
+    EXPECT_EQ(other.length(nullptr), 0U);
+    EXPECT_FALSE(other.inError());
+    other.setPath(directory.path("nowhere").c_str());
+    EXPECT_FALSE(other.open());
+    EXPECT_FALSE(other.inError());
+}
+
+TEST(DirIterator, TheEndOfADirectoryIsNoFailureWhateverErrnoWas) {
+    const test::TemporaryDirectory directory;
+    fill(directory, {"a", "b"});
+    DirIterator iterator(directory.path().c_str(), "?");
+    errno = EIO;
+    for (const char* name = iterator.getFirst(nullptr); name != nullptr; name = iterator.getNext())
+        errno = EIO;
+    EXPECT_FALSE(iterator.inError());
+}
+
 // Opening and closing
+
+TEST(DirIterator, NeverOpensUnderTheNumberOfAStandardStream) {
+    const test::TemporaryDirectory directory;
+    directory.write("a", "");
+    const test::ChildResult child = test::runInChild([&] {
+        test::closeStandardStreams();
+        {
+            DirIterator iterator(directory.path().c_str(), "a");
+            if (iterator.getFirst(nullptr) == nullptr || iterator.getNext() != nullptr || iterator.inError())
+                return 1;
+            const std::vector<int> descriptors = test::descriptorsOf(directory.path());
+            if (!test::areStandardStreamsClosed() || descriptors.size() != 1 || !test::isClosedOnExec(descriptors[0]))
+                return 2;
+        }
+        return test::descriptorsOf(directory.path()).empty() ? 0 : 3;
+    });
+    EXPECT_EQ(child.status, 0);
+}
 
 TEST(DirIterator, OpensOnceAndClosesWithItsEnd) {
     const test::TemporaryDirectory directory;

@@ -1,8 +1,11 @@
 #include "ut_DirIterator.h"
 
+#include <cerrno>
+
 #include <fnmatch.h>
 #include <sys/stat.h>
 
+#include "ut_FileDescriptor.h"
 #include "ut_Trace.h"
 
 namespace utility {
@@ -45,14 +48,17 @@ DirIterator::~DirIterator() {
 
 bool DirIterator::open() {
     close();
-    m_pDir = opendir(getPath());
+    m_pDir = openDirectory(getPath());
     VXUT_TRACE_ENTITY(dirIteratorSwitch, "opendir %s returned [%p]", getPath(), static_cast<void*>(m_pDir));
-    if (m_pDir != nullptr)
-        return true;
+    if (m_pDir == nullptr)
+        reportError();
+    return m_pDir != nullptr;
+}
+
+void DirIterator::reportError() {
     if (!m_errorReported)
         setError("DirIterator: error accessing directory %s", getPath());
     m_errorReported = true;
-    return false;
 }
 
 void DirIterator::close() {
@@ -88,7 +94,8 @@ const char* DirIterator::getNext() {
 }
 
 const char* DirIterator::nextMatch(const char* function) {
-    while ((m_entry = readdir(m_pDir)) != nullptr) {
+    // Only `errno` tells a failure from the end of the directory.
+    for (errno = 0; (m_entry = readdir(m_pDir)) != nullptr; errno = 0) {
         const char* name = m_entry->d_name;
         VXUT_TRACE_ENTITY_AS(function, dirIteratorSwitch, "match name %s to pattern %s", name,
                              m_pattern != nullptr ? m_pattern : "(null)");
@@ -101,6 +108,8 @@ const char* DirIterator::nextMatch(const char* function) {
         VXUT_TRACE_ENTITY_AS(function, dirIteratorSwitch, "returning value %s", name);
         return name;
     }
+    if (errno != 0)
+        reportError();
     return end();
 }
 

@@ -11,8 +11,9 @@ namespace utility {
 ///
 /// File and extension become those of each match in turn. The pattern is copied. Entries come in the order in which the
 /// system gives them, "." and ".." included. One thread at a time. As in `Path`, nothing is thrown but for memory: a
-/// directory that cannot be read gives null, and is reported once through the entity's error state. Debug switch 353
-/// traces.
+/// directory that cannot be opened, or fails while it is read, gives null. The first such failure of an iterator is
+/// reported through the entity's error state (`inError`), which tells it from the end of the directory. Debug switch
+/// 353 traces.
 ///
 ///     utility::DirIterator files("/etc", "*.conf");
 ///     for (const char* name = files.getFirst(nullptr); name != nullptr; name = files.getNext()) use(files.getValue());
@@ -49,6 +50,7 @@ public:
 private:
     DirIterator();
 
+    void reportError();
     const char* nextMatch(const char* function);
     const char* end();
 
