@@ -220,9 +220,26 @@ TEST(ConsoleUsers, ADeletedOneIsGone) {
 TEST(ConsoleUsers, AFileThatCannotBeReplacedIsAClearError) {
     const Root root;
     ASSERT_EQ(mkdir((root.file() + ".new").c_str(), 0755), 0);
-    root.expectRefusal("delete user root", "delete user: " + root.file() + " could not be rewritten");
-    root.expectRefusal("add user new", "add user: " + root.file() + " could not be rewritten");
-    root.expectRefusal("password root secret", "password: " + root.file() + " could not be rewritten");
+    const struct {
+        const char* line;
+        const char* command;
+        const char* operation;
+    } cases[] = {{"delete user root", "delete user", "delUser"},
+                 {"add user new", "add user", "putUser"},
+                 {"password root secret", "password", "putUser"}};
+    for (const auto& [line, command, operation] : cases) {
+        // The service logs the reason, and the console says which command that stopped.
+        const ChildResult child = root.run(std::string(line) + "\n");
+        EXPECT_EQ(child.status, 1);
+        const std::string start = std::string("ERROR static void utility::PWService::") + operation + "(utility::PW*):";
+        EXPECT_EQ(child.err.compare(0, start.size(), start), 0) << child.err;
+        EXPECT_EQ(child.err.substr(child.err.find(": /") + 2),
+                  root.file() +
+                      " is unchanged: its new file cannot be made (File exists); check the permissions and the free "
+                      "space of its folder\n" +
+                      command + ": " + root.file() + " could not be rewritten\n");
+        EXPECT_EQ(root.entries(), rootEntry + monitorEntry);
+    }
 }
 
 TEST(ConsoleUsers, AFileOrFolderThatCannotBeWrittenIsAClearError) {

@@ -2,10 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <dlfcn.h>
 #include <pwd.h>
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -28,12 +30,57 @@
 #include "support/FailingAllocation.h"
 #include "support/GuardedText.h"
 #include "support/LogCapture.h"
+#include "support/OpenDescriptors.h"
+#include "support/OrdinaryUser.h"
+#include "support/PrivateMounts.h"
 #include "support/TemporaryDirectory.h"
 #include "ut_TimeMeasure.h"
 
 using framework::Logger;
 using utility::PW;
 using utility::PWService;
+
+namespace {
+
+/// If set, asked before each of the calls below: 0 carries the call out, anything else is the `errno` it fails with.
+std::function<int(const char* call, int fd)> beforeCall;
+
+bool fails(const char* call, int fd) {
+    const int failure = beforeCall ? beforeCall(call, fd) : 0;
+    if (failure != 0)
+        errno = failure;
+    return failure != 0;
+}
+
+} // namespace
+
+// In place of the platform's functions, for the library as well.
+extern "C" {
+
+int fsync(int fd) {
+    return fails("fsync", fd) ? -1 : static_cast<int>(syscall(SYS_fsync, fd));
+}
+
+int syncfs(int fd) noexcept {
+    return fails("syncfs", fd) ? -1 : static_cast<int>(syscall(SYS_syncfs, fd));
+}
+
+int fchmod(int fd, mode_t mode) noexcept {
+    return fails("fchmod", fd) ? -1 : static_cast<int>(syscall(SYS_fchmod, fd, mode));
+}
+
+int fclose(std::FILE* file) {
+    static const auto platform = reinterpret_cast<int (*)(std::FILE*)>(dlsym(RTLD_NEXT, "fclose"));
+    const bool hasFailed = fails("fclose", fileno(file));
+    const int error = errno;
+    const int result = platform(file);
+    if (!hasFailed)
+        return result;
+    errno = error;
+    return EOF;
+}
+
+} // extern "C"
 
 // The name of the password file is made once for the life of a process, so every scenario has a process of its own.
 
@@ -140,6 +187,7 @@ std::string lineOf(const std::string& name, unsigned int number) {
 void inRoot(const std::string& root, const std::function<void()>& scenario) {
     const test::ChildResult child = test::runInChild([&] {
         alarm(100);
+        test::protectSystemFiles();
         setenv("VX_ROOT", root.c_str(), 1);
         const testing::TestResult* const result = testing::UnitTest::GetInstance()->current_test_info()->result();
         const int before = result->total_part_count();
@@ -191,6 +239,66 @@ unsigned int errorsIn(const test::LogCapture& log) {
     for (const test::LogEntry& entry : log.entries())
         count += entry.type == Logger::LOG_ERROR ? 1 : 0;
     return count;
+}
+
+const char* const putUserName = "static void utility::PWService::putUser(utility::PW*)";
+const char* const delUserName = "static void utility::PWService::delUser(utility::PW*)";
+
+/// Expects that all that was logged is one line at level 0, for the operation `function`.
+void expectOneError(const test::LogCapture& log, const char* function, const std::string& text) {
+    EXPECT_EQ(linesOf(log), std::vector<std::string>{"0 " + text});
+    EXPECT_TRUE(log.contains(Logger::LOG_ERROR, function, text));
+}
+
+/// Puts and then deletes a user in a process of the root's own, and expects of each that the file is unchanged for
+/// `problem`, that this is logged, and that what is in the root afterwards is what was there before.
+void expectUnchanged(
+    const Root& root, const std::string& problem, const std::function<void()>& prepare = [] {}) {
+    const auto before = root.tree();
+    inRoot(root.root(), [&] {
+        prepare();
+        PW user;
+        fill(user, "monitor", 2000);
+        test::LogCapture log;
+        PWService::putUser(&user);
+        expectOneError(log, putUserName, root.file() + " is unchanged: " + problem);
+        log.clear();
+        PWService::delUser(&user);
+        expectOneError(log, delUserName, root.file() + " is unchanged: " + problem);
+    });
+    EXPECT_EQ(root.tree(), before);
+}
+
+std::string notWritten(const std::string& reason) {
+    return "its new file cannot be written and is removed (" + reason +
+           "); free disk space, or check the disk, and try again";
+}
+
+std::string notMade(const std::string& reason) {
+    return "its new file cannot be made (" + reason + "); check the permissions and the free space of its folder";
+}
+
+std::string notOpened(const std::string& reason) {
+    return "it cannot be opened as a regular file (" + reason + "); provide a regular file that this process can read";
+}
+
+std::string notCopied(const Root& root) {
+    return root.file() + " may be incomplete: copying over it failed; " + root.newFile() +
+           " holds the complete new text: copy it by hand before the next rewrite replaces it";
+}
+
+/// Puts a program with this text in the place of `cp`, in a directory of its own, and returns the directory.
+std::string replaceCp(const Root& root, const std::string& text) {
+    std::string commands = root.directory().path("commands");
+    std::filesystem::create_directory(commands);
+    Root::writeFile(commands + "/cp", "#!/bin/sh\nPATH=/usr/bin:/bin\n" + text);
+    EXPECT_EQ(chmod((commands + "/cp").c_str(), 0755), 0);
+    return commands;
+}
+
+std::string pathOf(int fd) {
+    std::error_code error;
+    return std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(fd), error).string();
 }
 
 std::string manyUsers(int count) {
@@ -494,7 +602,7 @@ TEST(PWServiceOddLines, RewriteKeepsWhatThePlatformReads) {
     EXPECT_EQ(usersOf(root.file()), expected);
 }
 
-TEST(PWServiceOddLines, RewriteDropsWhatLiesBehindALineThatCannotBeReadAndSaysSo) {
+TEST(PWServiceOddLines, RewriteDropsALineThatCannotBeReadAndAllAfterItAndSaysSo) {
     const std::string content = "a:x:5:1::/:/\nlong:x:6:1:" + std::string(3000, 'g') + ":/:/\nb:x:7:1::/:/\n";
     const Root root("root", content);
     inRoot(root.root(), [&] {
@@ -502,9 +610,8 @@ TEST(PWServiceOddLines, RewriteDropsWhatLiesBehindALineThatCannotBeReadAndSaysSo
         fill(user, "added", 2000);
         const test::LogCapture log;
         PWService::putUser(&user);
-        EXPECT_TRUE(log.contains(Logger::LOG_ERROR, "an entry of " + root.file() +
-                                                        " cannot be read: it and what lies behind it is dropped"));
-        EXPECT_EQ(log.count(), 1u);
+        expectOneError(log, putUserName,
+                       "an entry of " + root.file() + " cannot be read: it and all entries after it are dropped");
     });
     EXPECT_EQ(root.read(), "a:x:5:1::/:/\n" + lineOf("added", 2000));
 
@@ -765,19 +872,257 @@ TEST(PWServiceRewrite, WithoutTheCommandNothingIsLost) {
         setenv("PATH", "/nonexistent", 1);
         PW user;
         fill(user, "added", 2000);
+        const test::LogCapture log;
         PWService::putUser(&user);
+        expectOneError(log, putUserName, notCopied(root));
     });
     EXPECT_EQ(root.read(), threeUsers);
+    EXPECT_EQ(Root::readFile(root.newFile()), threeUsers + lineOf("added", 2000));
+}
+
+TEST(PWServiceRewrite, CopyThatIsCutIsToldAlsoIfTheCommandClaimsSuccess) {
+    for (const char* cut : {"head -c 40 \"$1\" >\"$2\"\n", "head -c 40 \"$1\" >\"$2\"; exit 1\n",
+                            "head -c 40 \"$1\" >\"$2\"; kill -9 $$\n", "tr a-z A-Z <\"$1\" >\"$2\"\n", ": >\"$2\"\n",
+                            "cat \"$1\" \"$1\" >\"$2\"\n", "rm \"$2\"\n", "exit 0\n"}) {
+        SCOPED_TRACE(cut);
+        const Root root("root", threeUsers);
+        const std::string commands = replaceCp(root, cut);
+        inRoot(root.root(), [&] {
+            setenv("PATH", commands.c_str(), 1);
+            PW user;
+            fill(user, "guest", 2000);
+            const test::LogCapture log;
+            PWService::delUser(&user);
+            expectOneError(log, delUserName, notCopied(root));
+        });
+        EXPECT_EQ(usersOf(root.newFile()).size(), 2u);
+    }
+}
+
+TEST(PWServiceRewrite, CopyThatIsCompleteIsNotCalledAFailure) {
+    // Neither a command with an odd status nor a process that ignores its children hides that all was copied.
+    const Root root("root", threeUsers);
+    const std::string commands = replaceCp(root, "cat \"$1\" >\"$2\"; exit 1\n");
+    inRoot(root.root(), [&] {
+        const std::string path = getenv("PATH");
+        setenv("PATH", commands.c_str(), 1);
+        PW user;
+        fill(user, "added", 2000);
+        const test::LogCapture log;
+        PWService::putUser(&user);
+        EXPECT_EQ(log.count(), 0u);
+        EXPECT_EQ(root.read(), threeUsers + lineOf("added", 2000));
+        setenv("PATH", path.c_str(), 1);
+        signal(SIGCHLD, SIG_IGN);
+        PWService::delUser(&user);
+        EXPECT_EQ(log.count(), 0u);
+        EXPECT_EQ(root.read(), threeUsers);
+    });
+}
+
+// --- what is on the disk
+
+TEST(PWServiceSync, NewFileAndItsFolderAreSyncedInThisOrderBeforeTheCopy) {
+    const Root root("root", threeUsers);
+    std::vector<std::string> synced;
+    inRoot(root.root(), [&] {
+        beforeCall = [&](const char* call, int fd) {
+            if (std::string(call) == "fsync") {
+                synced.push_back(pathOf(fd));
+                EXPECT_EQ(Root::readFile(root.newFile()), threeUsers + lineOf("added", 2000));
+                EXPECT_EQ(root.read(), threeUsers);
+            }
+            return 0;
+        };
+        PW user;
+        fill(user, "added", 2000);
+        PWService::putUser(&user);
+        EXPECT_EQ(synced, (std::vector<std::string>{root.newFile(), root.root() + "/etc"}));
+    });
+    EXPECT_EQ(root.read(), threeUsers + lineOf("added", 2000));
+}
+
+TEST(PWServiceSync, IsRepeatedWhereASignalInterruptsIt) {
+    const Root root("root", threeUsers);
+    inRoot(root.root(), [&] {
+        int calls = 0;
+        beforeCall = [&](const char* call, int) {
+            return std::string(call) == "fsync" && ++calls % 2 == 1 ? EINTR : 0;
+        };
+        PW user;
+        fill(user, "added", 2000);
+        const test::LogCapture log;
+        PWService::putUser(&user);
+        EXPECT_EQ(calls, 4);
+        EXPECT_EQ(log.count(), 0u);
+    });
+    EXPECT_EQ(root.read(), threeUsers + lineOf("added", 2000));
+}
+
+TEST(PWServiceSync, FolderThatCannotBeSyncedKeepsTheNewFileAndTheFile) {
+    const Root root("root", threeUsers);
+    inRoot(root.root(), [&] {
+        beforeCall = [&](const char* call, int fd) {
+            return std::string(call) == "fsync" && pathOf(fd) == root.root() + "/etc" ? EIO : 0;
+        };
+        PW user;
+        fill(user, "added", 2000);
+        const test::LogCapture log;
+        PWService::putUser(&user);
+        expectOneError(log, putUserName,
+                       root.file() +
+                           " is unchanged: the folder of its new file cannot be synced to disk (Input/output error); " +
+                           root.newFile() + " holds the complete new text: copy it by hand, or try again");
+    });
+    EXPECT_EQ(root.read(), threeUsers);
+    EXPECT_EQ(Root::readFile(root.newFile()), threeUsers + lineOf("added", 2000));
+}
+
+TEST(PWServiceSync, FileSystemThatCannotSyncFoldersStopsNoRewrite) {
+    const Root root("root", threeUsers);
+    inRoot(root.root(), [&] {
+        beforeCall = [&](const char* call, int fd) {
+            return std::string(call) == "fsync" && pathOf(fd) == root.root() + "/etc" ? EINVAL : 0;
+        };
+        PW user;
+        fill(user, "added", 2000);
+        const test::LogCapture log;
+        PWService::putUser(&user);
+        EXPECT_EQ(log.count(), 0u);
+    });
+    EXPECT_EQ(root.read(), threeUsers + lineOf("added", 2000));
+}
+
+TEST(PWServiceSync, FolderThatMayNotBeReadIsSyncedWithItsFileSystem) {
+    for (const int failure : {0, EIO}) {
+        const Root root("root", threeUsers);
+        ASSERT_EQ(chmod(root.directory().path().c_str(), 0755), 0);
+        ASSERT_EQ(chmod((root.root() + "/etc").c_str(), 0333), 0);
+        ASSERT_EQ(chmod(root.file().c_str(), 0666), 0);
+        inRoot(root.root(), [&] {
+            test::becomeOrdinaryUser();
+            int synced = 0;
+            beforeCall = [&](const char* call, int fd) {
+                if (std::string(call) != "syncfs")
+                    return 0;
+                ++synced;
+                EXPECT_EQ(test::descriptorsOf(root.newFile()), std::vector<int>{fd});
+                return failure;
+            };
+            PW user;
+            fill(user, "added", 2000);
+            const test::LogCapture log;
+            PWService::putUser(&user);
+            EXPECT_EQ(synced, 1);
+            EXPECT_EQ(log.count(), failure != 0 ? 1u : 0u);
+        });
+        ASSERT_EQ(chmod((root.root() + "/etc").c_str(), 0755), 0);
+        EXPECT_EQ(root.read(), failure != 0 ? threeUsers : threeUsers + lineOf("added", 2000));
+        EXPECT_EQ(Root::readFile(root.newFile()), threeUsers + lineOf("added", 2000));
+    }
+}
+
+// --- closed standard streams
+
+TEST(PWServiceClosedStreams, WhatIsLoggedReachesNoFile) {
+    // The default sink writes every trace to standard error while the new file is open.
+    for (const int first : {0, 1, 2}) {
+        const Root root("root", threeUsers);
+        inRoot(root.root(), [&] {
+            const test::DebugSwitch service(484);
+            const test::DebugSwitch dump(483);
+            PW user;
+            fill(user, "monitor", 2000);
+            for (int fd = first; fd <= STDERR_FILENO; ++fd)
+                close(fd);
+            EXPECT_NE(PWService::getUser("guest"), nullptr);
+            PWService::putUser(&user);
+            fill(user, "root", 2000);
+            PWService::delUser(&user);
+            for (int fd = first; fd <= STDERR_FILENO; ++fd)
+                EXPECT_FALSE(test::isOpenDescriptor(fd));
+        });
+        EXPECT_EQ(root.read(), lineOf("monitor", 2000) + "guest:*:1002:100:Guest,Room 1:/home/guest:/bin/false\n");
+        EXPECT_EQ(Root::readFile(root.newFile()), root.read());
+    }
 }
 
 // --- rewrites that fail
 
 TEST(PWServiceFailure, MissingFileIsNotMade) {
+    expectUnchanged(Root(), notOpened("No such file or directory"));
+}
+
+TEST(PWServiceFailure, FileThatIsNotRegularIsLeftAlone) {
+    const Root directory;
+    std::filesystem::create_directory(directory.file());
+    expectUnchanged(directory, notOpened("Invalid argument"));
+    const Root pipe;
+    ASSERT_EQ(mkfifo(pipe.file().c_str(), 0600), 0);
+    expectUnchanged(pipe, notOpened("Invalid argument"));
+}
+
+TEST(PWServiceFailure, NewFileOfWhichACallFailsIsRemoved) {
+    const struct {
+        const char* call;
+        std::string problem;
+    } cases[] = {{"fchmod", notMade("Input/output error")},
+                 {"fsync", notWritten("Input/output error")},
+                 {"fclose", notWritten("Input/output error")}};
+    for (const auto& [call, problem] : cases) {
+        SCOPED_TRACE(call);
+        const Root root("root", threeUsers);
+        expectUnchanged(root, problem, [&root, failing = std::string(call)] {
+            beforeCall = [&root, failing](const char* each, int fd) {
+                return each == failing && pathOf(fd) == root.newFile() ? EIO : 0;
+            };
+        });
+    }
+}
+
+TEST(PWServiceFailure, NewFileThatDoesNotFitOnTheDiskIsRemoved) {
     const Root root;
-    const auto before = root.tree();
-    putUserInRoot(root.root());
-    delUserInRoot(root.root(), "root");
-    EXPECT_EQ(root.tree(), before);
+    const test::ChildResult child = test::runInChild([&] { return test::mountSmallDisk(root.root(), 3) ? 0 : 1; });
+    if (child.status != 0)
+        GTEST_SKIP() << "this user cannot mount a small disk";
+    inRoot(root.root(), [&] {
+        ASSERT_TRUE(test::mountSmallDisk(root.root(), 3));
+        ASSERT_TRUE(std::filesystem::create_directory(root.root() + "/etc"));
+        // The file has two pages, and so one is left for the new one.
+        const std::string content = manyUsers(2 * getpagesize() / 48);
+        ASSERT_GT(content.size(), static_cast<std::size_t>(getpagesize()) + 100);
+        root.write(content);
+        PW user;
+        fill(user, "added", 2000);
+        const test::LogCapture log;
+        PWService::putUser(&user);
+        expectOneError(log, putUserName, root.file() + " is unchanged: " + notWritten("No space left on device"));
+        EXPECT_EQ(root.read(), content);
+        EXPECT_FALSE(std::filesystem::exists(root.newFile()));
+    });
+}
+
+TEST(PWServiceFailure, CopyThatDoesNotFitOnTheDiskLeavesTheNewFileWhole) {
+    const Root root;
+    const test::ChildResult child = test::runInChild([&] { return test::mountSmallDisk(root.root(), 3) ? 0 : 1; });
+    if (child.status != 0)
+        GTEST_SKIP() << "this user cannot mount a small disk";
+    inRoot(root.root(), [&] {
+        ASSERT_TRUE(test::mountSmallDisk(root.root(), 3));
+        ASSERT_TRUE(std::filesystem::create_directory(root.root() + "/etc"));
+        // The file has one page, the new one two, and the longer file would need a second one.
+        std::string content = manyUsers(getpagesize() / 48);
+        content += "last:x:1:1:" + std::string(getpagesize() - content.size() - 20, 'g') + ":/:/\n";
+        ASSERT_LE(content.size(), static_cast<std::size_t>(getpagesize()));
+        root.write(content);
+        PW user;
+        fill(user, "added", 2000);
+        const test::LogCapture log;
+        PWService::putUser(&user);
+        expectOneError(log, putUserName, notCopied(root));
+        EXPECT_EQ(Root::readFile(root.newFile()), content + lineOf("added", 2000));
+        EXPECT_LT(root.read().size(), content.size() + lineOf("added", 2000).size());
+    });
 }
 
 TEST(PWServiceFailure, FullDiskLeavesTheFileAsItWas) {
@@ -795,10 +1140,14 @@ TEST(PWServiceFailure, FullDiskLeavesTheFileAsItWas) {
                 ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &full), 0);
                 PW user;
                 fill(user, name, 2000);
+                const test::LogCapture log;
                 rewrite(&user);
                 full.rlim_cur = former;
                 ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &full), 0);
+                EXPECT_EQ(linesOf(log), std::vector<std::string>{"0 " + root.file() +
+                                                                 " is unchanged: " + notWritten("File too large")});
             });
+            EXPECT_FALSE(std::filesystem::exists(root.newFile()));
         };
         onFullDisk(PWService::putUser, "added");
         EXPECT_EQ(root.read(), content);
@@ -823,9 +1172,12 @@ TEST(PWServiceFailure, FileThatFailsWhileItIsReadIsNotReplaced) {
         fill(user, "added", 2000);
         const test::LogCapture log;
         PWService::putUser(&user);
-        EXPECT_TRUE(log.contains(Logger::LOG_ERROR, "cannot read " + root.file() + ": it stays as it was"));
+        expectOneError(log, putUserName,
+                       root.file() +
+                           " is unchanged: it cannot be read to its end (Input/output error); check its disk");
         PWService::delUser(&user);
     });
+    EXPECT_FALSE(std::filesystem::exists(root.newFile()));
     EXPECT_FALSE(std::filesystem::exists(commands + "/cp.ran"));
 }
 
@@ -834,23 +1186,32 @@ TEST(PWServiceFailure, FieldThatTheWriterRefusesLeavesTheFileAsItWas) {
     for (const char* bad : {"with:colon", "with\nline", ":", "\n", "root:x:0:0::/:/bin/sh\nx"}) {
         SCOPED_TRACE(bad);
         for (char* passwd::*field : {&passwd::pw_name, &passwd::pw_passwd, &passwd::pw_dir, &passwd::pw_shell}) {
-            inRoot(root.root(), [&] {
-                PW user;
-                fill(user, "monitor", 2000);
-                user.m_passwd.*field = user.newString(bad);
-                PWService::putUser(&user);
-            });
-            EXPECT_EQ(root.read(), threeUsers);
+            for (const char* name : {"monitor", "added"}) {
+                inRoot(root.root(), [&] {
+                    PW user;
+                    fill(user, name, 2000);
+                    user.m_passwd.*field = user.newString(bad);
+                    const test::LogCapture log;
+                    PWService::putUser(&user);
+                    expectOneError(log, putUserName,
+                                   root.file() + " is unchanged: the given user cannot be written (Invalid argument); "
+                                                 "use fields without ':' and newline");
+                });
+                EXPECT_EQ(root.read(), threeUsers);
+                EXPECT_FALSE(std::filesystem::exists(root.newFile()));
+            }
         }
     }
 }
 
 TEST(PWServiceFailure, EntryThatIsReadButNotWrittenLeavesTheFileAsItWas) {
-    // All that lies behind the sixth colon is the shell, which must hold no colon when it is written.
+    // The shell is everything after the sixth colon, and must hold no colon when it is written.
     const std::string content = std::string(threeUsers) + "more:x:3:1:g:/:/:more:fields\nlast:x:4:1::/:/\n";
     const Root root("root", content);
     ASSERT_EQ(usersOf(root.file()).size(), 5u);
-    for (const char* name : {"added", "monitor", "last"}) {
+    expectUnchanged(root, "the entry of user more cannot be written (Invalid argument); remove ':' from its fields, or "
+                          "delete the user");
+    for (const char* name : {"added", "last"}) {
         putUserInRoot(root.root(), name);
         EXPECT_EQ(root.read(), content) << name;
         delUserInRoot(root.root(), name);
@@ -877,10 +1238,7 @@ TEST(PWServiceFailure, RealNameGoesThroughThePlatformsWriter) {
 TEST(PWServiceFailure, NewFileThatIsADirectoryLeavesTheFileAsItWas) {
     const Root root("root", threeUsers);
     std::filesystem::create_directory(root.newFile());
-    const auto before = root.tree();
-    putUserInRoot(root.root());
-    delUserInRoot(root.root(), "root");
-    EXPECT_EQ(root.tree(), before);
+    expectUnchanged(root, notMade("File exists"));
 }
 
 TEST(PWServiceFailure, NewFileThatIsALinkToAnotherFileLeavesThatFileAsItWas) {
@@ -914,6 +1272,7 @@ TEST(PWServiceFailure, NewFileThatIsAPipeDoesNotHoldTheCaller) {
     ASSERT_EQ(mkfifo(root.newFile().c_str(), 0600), 0);
     const test::ChildResult child = test::runInChild(
         [&] {
+            test::protectSystemFiles();
             setenv("VX_ROOT", root.root().c_str(), 1);
             PW user;
             fill(user, "added", 2000);
@@ -931,17 +1290,7 @@ TEST(PWServiceFailure, UnwritableDirectoryLeavesTheFileAsItWas) {
     ASSERT_EQ(chmod(root.directory().path().c_str(), 0755), 0);
     ASSERT_EQ(chmod(root.file().c_str(), 0666), 0);
     ASSERT_EQ(chmod((root.root() + "/etc").c_str(), 0555), 0);
-    inRoot(root.root(), [] {
-        if (getuid() == 0) {
-            ASSERT_EQ(setgid(65534), 0);
-            ASSERT_EQ(setuid(65534), 0);
-        }
-        PW user;
-        fill(user, "added", 2000);
-        PWService::putUser(&user);
-        fill(user, "root", 2000);
-        PWService::delUser(&user);
-    });
+    expectUnchanged(root, notMade("Permission denied"), test::becomeOrdinaryUser);
     EXPECT_EQ(root.read(), threeUsers);
     EXPECT_EQ(root.tree().size(), 3u);
     ASSERT_EQ(chmod((root.root() + "/etc").c_str(), 0755), 0);
@@ -952,16 +1301,15 @@ TEST(PWServiceFailure, UnreadableFileIsNotReplacedByAnEmptyOne) {
     ASSERT_EQ(chmod(root.directory().path().c_str(), 0755), 0);
     ASSERT_EQ(chmod((root.root() + "/etc").c_str(), 0777), 0);
     ASSERT_EQ(chmod(root.file().c_str(), 0222), 0);
-    inRoot(root.root(), [] {
-        if (getuid() == 0) {
-            ASSERT_EQ(setgid(65534), 0);
-            ASSERT_EQ(setuid(65534), 0);
-        }
+    inRoot(root.root(), [&] {
+        test::becomeOrdinaryUser();
         EXPECT_EQ(PWService::getUser("root"), nullptr);
         EXPECT_EQ(PWService::getHighestUID(), 0u);
         PW user;
         fill(user, "added", 2000);
+        const test::LogCapture log;
         PWService::putUser(&user);
+        expectOneError(log, putUserName, root.file() + " is unchanged: " + notOpened("Permission denied"));
     });
     ASSERT_EQ(chmod(root.file().c_str(), 0644), 0);
     EXPECT_EQ(root.read(), threeUsers);
@@ -1152,9 +1500,12 @@ TEST(PWServiceHostileRoot, ThatNoCommandCanNameIsToldAtLevel0) {
             fill(user, "added", 2000);
             const test::LogCapture log;
             PWService::putUser(&user);
-            EXPECT_TRUE(log.contains(Logger::LOG_ERROR, "cannot copy " + root.newFile() + " over " + root.file()));
-            EXPECT_EQ(log.count(), 1u);
+            expectOneError(
+                log, putUserName,
+                root.file() + " is unchanged: no command can name it, because of a double quote in its path; " +
+                    root.newFile() + " holds the complete new text: copy it by hand, or use another VX_ROOT");
         });
+        EXPECT_EQ(Root::readFile(root.newFile()), threeUsers + lineOf("added", 2000));
         EXPECT_EQ(root.read(), threeUsers);
     }
 }
@@ -1211,7 +1562,12 @@ TEST(PWServiceHostileRoot, ThatIsTooLongForThePlatformChangesNothing) {
             EXPECT_EQ(PWService::getHighestUID(), 0u);
             PW user;
             fill(user, "added", 2000);
+            const test::LogCapture log;
             PWService::putUser(&user);
+            expectOneError(
+                log, putUserName,
+                std::string(PWService::getFileName()) +
+                    " is unchanged: its new file cannot be made (File name too long); use a shorter VX_ROOT");
             PWService::delUser(&user);
         });
 }
@@ -1574,6 +1930,7 @@ TEST(PWServiceMemory, WithoutItTheFileIsRewrittenWholeOrNotAtAll) {
         [&] {
             const std::string now = root.read();
             EXPECT_TRUE(now == content || now == content + added) << now;
+            EXPECT_TRUE(!std::filesystem::exists(root.newFile()) || Root::readFile(root.newFile()) == content + added);
             root.write(content);
         });
     const std::string first = manyUsers(1);

@@ -37,8 +37,8 @@ bool hasRoot(Invocation& call) {
     return true;
 }
 
-/// A rewrite makes a new file in the same directory and copies it over the old one. The service does not say why it
-/// could not, so what is likely is found out before.
+/// A rewrite makes a new file in the same directory and copies it over the old one. The service logs why it could not
+/// but does not return it, so what is likely is found out before.
 bool isWritable(Invocation& call) {
     const std::string file = utility::PWService::getFileName();
     for (const std::string& place : {file, file.substr(0, file.rfind('/'))}) {

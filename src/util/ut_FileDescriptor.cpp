@@ -7,16 +7,6 @@
 
 namespace utility {
 
-namespace {
-
-void closeKeepingErrno(int fd) {
-    const int error = errno;
-    close(fd);
-    errno = error;
-}
-
-} // namespace
-
 int openFile(const char* path, int flags, unsigned int mode) {
     if (path == nullptr) {
         errno = ENOENT;
@@ -42,6 +32,12 @@ DIR* openDirectory(const char* path) {
     if (directory == nullptr && fd >= 0)
         closeKeepingErrno(fd);
     return directory;
+}
+
+void closeKeepingErrno(int fd) {
+    const int error = errno;
+    close(fd);
+    errno = error;
 }
 
 } // namespace utility

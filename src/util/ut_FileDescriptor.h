@@ -16,4 +16,7 @@ int openFile(const char* path, int flags, unsigned int mode = 0);
 /// Opens the directory `path` in the same way; null with `errno` set if that fails.
 DIR* openDirectory(const char* path);
 
+/// Closes `fd` and leaves `errno` as it is.
+void closeKeepingErrno(int fd);
+
 } // namespace utility

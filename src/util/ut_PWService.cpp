@@ -1,10 +1,12 @@
 #include "ut_PWService.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 #include <memory>
 #include <new>
 #include <string>
+#include <utility>
 
 #include <crypt.h>
 #include <fcntl.h>
@@ -15,6 +17,7 @@
 #include "fw_Container.h"
 #include "fw_Memory.h"
 #include "ut_Environment.h"
+#include "ut_FileDescriptor.h"
 #include "ut_TimeMeasure.h"
 #include "ut_Trace.h"
 
@@ -66,33 +69,96 @@ private:
 File openStream(int fd, const char* mode) {
     File file(fd >= 0 ? fdopen(fd, mode) : nullptr);
     if (file == nullptr && fd >= 0)
-        close(fd);
+        closeKeepingErrno(fd);
     return file;
 }
 
-/// Opens the password file, which must be a regular one: anything else has no users, or keeps its reader waiting.
+bool syncDescriptor(int fd) {
+    return TEMP_FAILURE_RETRY(fsync(fd)) == 0;
+}
+
+/// Writes the entry of the file `path` in its folder to the disk. False with `errno` set if that fails.
+bool syncFolderOf(const std::string& path) {
+    const std::string folder = path.substr(0, path.rfind('/') + 1);
+    int fd = openFile(folder.c_str(), O_RDONLY | O_DIRECTORY);
+    if (fd >= 0) {
+        // A file system that cannot sync folders says EINVAL: then there is nothing to wait for.
+        const bool isSynced = syncDescriptor(fd) || errno == EINVAL;
+        closeKeepingErrno(fd);
+        return isSynced;
+    }
+    // A folder that may be searched but not read is synced with its file system.
+    if (errno == EACCES)
+        fd = openFile(path.c_str(), O_RDONLY);
+    if (fd < 0)
+        return false;
+    const bool isSynced = syncfs(fd) == 0;
+    closeKeepingErrno(fd);
+    return isSynced;
+}
+
+/// Opens the password file, which must be a regular one: anything else has no users, or keeps its reader waiting. Null
+/// with `errno` set if that fails.
 File openRegular(const char* name) {
     struct stat status = {};
-    File file = openStream(name != nullptr ? open(name, O_RDONLY | O_NONBLOCK | O_CLOEXEC) : -1, "r");
-    if (file != nullptr && (fstat(fileno(file.get()), &status) != 0 || !S_ISREG(status.st_mode)))
+    File file = openStream(openFile(name, O_RDONLY | O_NONBLOCK), "r");
+    if (file == nullptr || fstat(fileno(file.get()), &status) != 0)
         return nullptr;
+    if (!S_ISREG(status.st_mode)) {
+        file.reset();
+        errno = EINVAL;
+    }
     return file;
 }
 
-/// Makes the file that replaces `original`, with no wider permissions; null when that fails. Its group, and the users
-/// whom its directory grants access, may be others than those of `original`, so it is open to its owner alone.
-File makeReplacement(const std::string& name, std::FILE* original) {
-    struct stat status = {};
-    if (fstat(fileno(original), &status) != 0)
-        return nullptr;
-    // What stands there from an earlier rewrite may be open elsewhere, or be another file under a second name.
-    unlink(name.c_str());
-    const int fd = open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
-    File file = openStream(fd, "w");
-    if (file != nullptr && fchmod(fd, status.st_mode & (S_IRUSR | S_IWUSR)) != 0)
-        return nullptr;
-    return file;
-}
+/// The file with the new text of the password file. It is removed at the end unless it is complete: nobody is to take
+/// it for the password file, nor find hashes in it.
+class NewFile {
+public:
+    explicit NewFile(std::string name) : m_name(std::move(name)) {}
+    NewFile(const NewFile&) = delete;
+    NewFile& operator=(const NewFile&) = delete;
+    ~NewFile() {
+        if (m_isStarted && !m_isComplete)
+            unlink(m_name.c_str());
+    }
+
+    std::FILE* stream() const {
+        return m_file.get();
+    }
+
+    /// Makes the file, with no wider permissions than `original`. False with `errno` set if that fails. Its group, and
+    /// the users whom its directory grants access, may be others than those of `original`, so it is open to its owner
+    /// alone.
+    bool make(std::FILE* original) {
+        struct stat status = {};
+        if (fstat(fileno(original), &status) != 0)
+            return false;
+        // The file of an earlier rewrite may be open elsewhere, or be another file under a second name.
+        unlink(m_name.c_str());
+        m_isStarted = true;
+        const int fd = openFile(m_name.c_str(), O_WRONLY | O_CREAT | O_EXCL, S_IRUSR | S_IWUSR);
+        m_file = openStream(fd, "w");
+        return m_file != nullptr && fchmod(fd, status.st_mode & (S_IRUSR | S_IWUSR)) == 0;
+    }
+
+    /// Writes the text to the disk and closes the file. False with `errno` set if that fails.
+    bool complete() {
+        const bool isWritten = std::fflush(m_file.get()) == 0 && syncDescriptor(fileno(m_file.get()));
+        const int error = errno;
+        const bool isClosed = std::fclose(m_file.release()) == 0;
+        if (!isWritten)
+            errno = error;
+        m_isComplete = isWritten && isClosed;
+        return m_isComplete;
+    }
+
+private:
+    std::string m_name;
+    File m_file;
+    bool m_isStarted = false;
+    bool m_isComplete = false;
+};
 
 /// `path` as one word of a command; empty when there is no way to write it.
 std::string quoted(const std::string& path) {
@@ -103,13 +169,62 @@ std::string quoted(const std::string& path) {
     return hasBlank ? '"' + word + '"' : word;
 }
 
-void copyOver(const std::string& from, const std::string& to) {
-    const std::string command = "cp " + quoted(from) + " " + quoted(to);
+/// Whether both are regular files with the same bytes.
+bool haveSameContent(const char* one, const char* other) {
+    const File first = openRegular(one);
+    const File second = openRegular(other);
+    if (first == nullptr || second == nullptr)
+        return false;
+    int byte = 0;
+    do {
+        byte = std::getc(first.get());
+        if (byte != std::getc(second.get()))
+            return false;
+    } while (byte != EOF);
+    return std::ferror(first.get()) == 0 && std::ferror(second.get()) == 0;
+}
+
+/// Logs for the operation `function` that `errno` stopped a rewrite of `file` before the copy.
+void logUnchanged(const char* function, const char* file, const char* problem, const char* remedy) {
+    VXUT_LOG_AS(function, framework::Logger::LOG_ERROR, "%s is unchanged: %s (%s); %s", file, problem,
+                std::strerror(errno), remedy);
+}
+
+void logUnwritten(const char* function, const char* file) {
+    logUnchanged(function, file, "its new file cannot be written and is removed",
+                 "free disk space, or check the disk, and try again");
+}
+
+/// Writes an entry of the new file of `file`; the caller gave it or it was read. Logs why if that fails.
+bool writeEntry(const char* function, const char* file, const passwd& entry, bool isGiven, std::FILE* out) {
+    if (putpwent(&entry, out) == 0)
+        return true;
+    if (std::ferror(out) != 0)
+        logUnwritten(function, file);
+    else if (isGiven)
+        logUnchanged(function, file, "the given user cannot be written", "use fields without ':' and newline");
+    else
+        logUnchanged(function, file, ("the entry of user " + std::string(entry.pw_name) + " cannot be written").c_str(),
+                     "remove ':' from its fields, or delete the user");
+    return false;
+}
+
+void copyOver(const char* function, const std::string& from, const std::string& to) {
     if (quoted(from).empty()) {
-        VXUT_LOG(framework::Logger::LOG_ERROR, "cannot copy %s over %s", from.c_str(), to.c_str());
+        VXUT_LOG_AS(function, framework::Logger::LOG_ERROR,
+                    "%s is unchanged: no command can name it, because of a double quote in its path; %s holds the "
+                    "complete new text: copy it by hand, or use another VX_ROOT",
+                    to.c_str(), from.c_str());
         return;
     }
+    const std::string command = "cp " + quoted(from) + " " + quoted(to);
     framework::Container::spawn(command.c_str(), nullptr, nullptr);
+    // The result of the command may be lost to a process that ignores SIGCHLD, so the files themselves are asked.
+    if (!haveSameContent(from.c_str(), to.c_str()))
+        VXUT_LOG_AS(function, framework::Logger::LOG_ERROR,
+                    "%s may be incomplete: copying over it failed; %s holds the complete new text: copy it by hand "
+                    "before the next rewrite replaces it",
+                    to.c_str(), from.c_str());
 }
 
 } // namespace
@@ -168,28 +283,23 @@ void PWService::delUser(PW* user) {
 
 bool PWService::copyEntries(std::FILE* in, std::FILE* out, const passwd& user, bool adds, const char* function) {
     bool found = false;
-    bool written = true;
-    while (written && readEntry(in)) {
-        if (std::strcmp(m_PW.getUserName(), user.pw_name) != 0) {
-            written = putpwent(&m_PW.m_passwd, out) == 0;
-            continue;
+    while (readEntry(in)) {
+        const bool isGiven = std::strcmp(m_PW.getUserName(), user.pw_name) == 0;
+        if (isGiven) {
+            m_PW.dump();
+            VXUT_TRACE_AS(function, serviceSwitch, "found");
+            found = true;
+            if (!adds)
+                continue;
         }
-        m_PW.dump();
-        VXUT_TRACE_AS(function, serviceSwitch, "found");
-        found = true;
-        if (adds)
-            written = putpwent(&user, out) == 0;
+        if (!writeEntry(function, getFileName(), isGiven ? user : m_PW.m_passwd, isGiven, out))
+            return false;
     }
     if (std::ferror(in) != 0) {
-        VXUT_LOG(framework::Logger::LOG_ERROR, "cannot read %s: it stays as it was", getFileName());
+        logUnchanged(function, getFileName(), "it cannot be read to its end", "check its disk");
         return false;
     }
-    if (written && std::feof(in) == 0)
-        VXUT_LOG(framework::Logger::LOG_ERROR, "an entry of %s cannot be read: it and what lies behind it is dropped",
-                 getFileName());
-    if (written && adds && !found)
-        written = putpwent(&user, out) == 0;
-    return written;
+    return !adds || found || writeEntry(function, getFileName(), user, true, out);
 }
 
 void PWService::rewrite(PW* user, bool adds, const char* function) {
@@ -201,19 +311,33 @@ void PWService::rewrite(PW* user, bool adds, const char* function) {
     const std::string fileName = getFileName();
     const std::string newName = fileName + ".new";
     VXUT_TRACE_AS(function, serviceSwitch, "in file: %s", newName.c_str());
-    if (newName.size() > longestNewName)
-        return;
+    if (newName.size() > longestNewName) {
+        errno = ENAMETOOLONG;
+        return logUnchanged(function, fileName.c_str(), "its new file cannot be made", "use a shorter VX_ROOT");
+    }
     File in = openRegular(fileName.c_str());
     if (in == nullptr)
+        return logUnchanged(function, fileName.c_str(), "it cannot be opened as a regular file",
+                            "provide a regular file that this process can read");
+    NewFile out(newName);
+    if (!out.make(in.get()))
+        return logUnchanged(function, fileName.c_str(), "its new file cannot be made",
+                            "check the permissions and the free space of its folder");
+    if (!copyEntries(in.get(), out.stream(), owned.get(), adds, function))
         return;
-    File out = makeReplacement(newName, in.get());
-    if (out == nullptr)
-        return;
-    const bool written = copyEntries(in.get(), out.get(), owned.get(), adds, function);
+    if (!out.complete())
+        return logUnwritten(function, fileName.c_str());
+    if (std::feof(in.get()) == 0)
+        VXUT_LOG_AS(function, framework::Logger::LOG_ERROR,
+                    "an entry of %s cannot be read: it and all entries after it are dropped", fileName.c_str());
     in.reset();
-    const bool closed = std::fclose(out.release()) == 0;
-    if (written && closed)
-        copyOver(newName, fileName);
+    if (syncFolderOf(newName))
+        copyOver(function, newName, fileName);
+    else
+        VXUT_LOG_AS(function, framework::Logger::LOG_ERROR,
+                    "%s is unchanged: the folder of its new file cannot be synced to disk (%s); %s holds the complete "
+                    "new text: copy it by hand, or try again",
+                    fileName.c_str(), std::strerror(errno), newName.c_str());
 }
 
 char* PWService::encryptPassword(const char* plain, char* out, unsigned int outSize) {

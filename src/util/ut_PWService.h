@@ -9,15 +9,28 @@ namespace utility {
 
 /// Reads and rewrites the system password file.
 ///
-/// The file is "/etc/passwd" behind the root that the environment variable `VX_ROOT` names when the file is first used.
+/// The file is "/etc/passwd" below the root that the environment variable `VX_ROOT` names when the file is first used.
 /// All operations share one record and the file, without locks: one thread at a time, and nobody else may rewrite the
-/// file meanwhile. Nothing is thrown but `std::bad_alloc` without memory; a file that cannot be opened is an empty
-/// answer or no change. A rewrite makes "<file>.new", open to its owner alone and no wider to him than the file itself,
-/// and copies it over only when all of it was written, so the file stays as it was otherwise; that the file itself
-/// failed while it was read, or that no command can name it (a blank and a double quote in it), is also logged, at
-/// level 0. A file whose new name is longer than 255 bytes is not rewritten. An entry that the platform cannot read
-/// ends the reading: a rewrite drops what lies behind it, and says so at level 0; lines that the platform passes over,
-/// such as comments, are dropped without a word. Debug switch 484 traces.
+/// file meanwhile. Nothing is thrown but `std::bad_alloc` without memory. A password file that cannot be opened has no
+/// users. Debug switch 484 traces.
+///
+/// A rewrite (`putUser`, `delUser`) has four steps:
+/// 1. Write all entries to "<file>.new", which only its owner can open, with no wider permissions than the file has.
+/// 2. Sync the new file and its folder to disk.
+/// 3. Copy the new file over the file with the command `cp`.
+/// 4. Leave the new file in place.
+///
+/// A rewrite that fails logs one line at level 0: what happened, which file holds the complete text, and what to do.
+/// - Until the copy starts, the file is unchanged. A new file that is not complete is removed.
+/// - If the copy fails, or the machine loses power during it or soon after it, the file may be incomplete. The new file
+///   is complete. Copy it over the file before the next rewrite: that rewrite reads the incomplete file, and replaces
+///   the new file, which could have rescued it.
+///
+/// The name of the new file must not have more than 255 bytes, and `cp` must be able to name the file: a path that has
+/// a double quote must not have a blank, nor begin with the quote. An entry that the platform cannot read ends the
+/// reading: a rewrite drops it and all entries after it, and logs that at level 0. Lines that the platform skips, such
+/// as comments, are dropped without a message. An entry that the platform reads but does not write (a ':' in the shell)
+/// makes every rewrite fail that keeps it.
 ///
 ///     utility::PW* user = utility::PWService::getUser("monitor");
 ///     if (user != nullptr) use(user->getUid());

@@ -6,7 +6,10 @@
 // How the library's sources log. Not for callers of the library.
 
 /// Logs a formatted text tagged with the signature text and the line of this place.
-#define VXUT_LOG(type, ...) ::framework::Logger::StaticLogMethod(type, __PRETTY_FUNCTION__, __LINE__, __VA_ARGS__)
+#define VXUT_LOG(type, ...) VXUT_LOG_AS(__PRETTY_FUNCTION__, type, __VA_ARGS__)
+
+/// The same, tagged with the signature text `function` of the operation that a caller has called.
+#define VXUT_LOG_AS(function, type, ...) ::framework::Logger::StaticLogMethod(type, function, __LINE__, __VA_ARGS__)
 
 /// The same at level 3, only while `condition` holds.
 #define VXUT_TRACE_IF(condition, ...)                                                                                  \
@@ -22,7 +25,7 @@
 #define VXUT_TRACE_AS(function, debugSwitch, ...)                                                                      \
     do {                                                                                                               \
         if (::utility::Debug::isDebugOn(debugSwitch))                                                                  \
-            ::framework::Logger::StaticLogMethod(::framework::Logger::LOG_DEBUG, function, __LINE__, __VA_ARGS__);     \
+            VXUT_LOG_AS(function, ::framework::Logger::LOG_DEBUG, __VA_ARGS__);                                        \
     } while (false)
 
 /// The same through the debug method of the entity whose operation this is.

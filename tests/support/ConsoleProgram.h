@@ -1,8 +1,6 @@
 #pragma once
 
 #include <grp.h>
-#include <sched.h>
-#include <sys/mount.h>
 #include <sys/prctl.h>
 #include <unistd.h>
 
@@ -14,6 +12,7 @@
 #include <vector>
 
 #include "ChildProcess.h"
+#include "PrivateMounts.h"
 
 namespace test {
 
@@ -26,15 +25,6 @@ inline std::vector<std::string> consoleCommand(const std::vector<std::string>& a
     words.emplace_back(VXCONSOLE);
     words.insert(words.end(), arguments.begin(), arguments.end());
     return words;
-}
-
-/// Gives the process, and what it runs from now on, a view of its own of the file system in which /etc is read-only,
-/// where that can be had: a console with a fault in it shall not edit the machine that tests it.
-inline void protectSystemFiles() {
-    if (geteuid() == 0 && unshare(CLONE_NEWNS) == 0 &&
-        mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
-        mount("/etc", "/etc", nullptr, MS_BIND, nullptr) == 0)
-        mount(nullptr, "/etc", nullptr, MS_BIND | MS_REMOUNT | MS_RDONLY, nullptr);
 }
 
 /// What `requireProtectedSystemFiles` ends a process with where nothing protects them.
