@@ -25,7 +25,7 @@ public:
     }
 
     /// The words, or null when the program has no holder.
-    static utility::Arguments* getArgs() {
+    VXFW_EXPORT static utility::Arguments* getArgs() {
         return m_singleton ? &m_singleton->m_arguments : nullptr;
     }
 

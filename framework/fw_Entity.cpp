@@ -34,8 +34,6 @@ Entity::~Entity() {
     delete m_pool;
 }
 
-void Entity::information(utility::PutStream& /*out*/, int /*indent*/, bool /*flag*/) const {}
-
 void Entity::ClearError() {
     dropErrorMessage();
     m_inError = 0;

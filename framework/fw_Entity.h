@@ -41,7 +41,7 @@ public:
         return pGSEntity;
     }
     /// Writes what there is to know; nothing for a plain entity.
-    virtual void information(utility::PutStream& out, int indent, bool flag) const;
+    virtual void information(utility::PutStream& /*out*/, int /*indent*/, bool /*flag*/) const {}
     /// A copy on the heap that the caller owns, or null for what cannot be cloned.
     virtual Entity* clone() const {
         return nullptr;

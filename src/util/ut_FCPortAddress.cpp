@@ -13,6 +13,8 @@ FCPortAddress::FCPortAddress(WWNType type, WWN& wwn) : m_wwn(wwn), m_wwnType(typ
 
 FCPortAddress::FCPortAddress(WWNType type, unsigned char* bytes) : m_wwn(bytes), m_wwnType(type) {}
 
+FCPortAddress::FCPortAddress(const FCPortAddress& other) = default;
+
 PortAddress* FCPortAddress::clone() const {
     return new FCPortAddress(*this);
 }

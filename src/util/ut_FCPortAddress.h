@@ -26,7 +26,7 @@ public:
     FCPortAddress(WWNType type, WWN& wwn);
     /// Copies eight bytes from `bytes`, which must not be null.
     FCPortAddress(WWNType type, unsigned char* bytes);
-    FCPortAddress(const FCPortAddress& other) = default;
+    FCPortAddress(const FCPortAddress& other);
 
     PortAddress* clone() const override;
     PortType getType() const override;

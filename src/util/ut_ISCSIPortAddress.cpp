@@ -21,6 +21,8 @@ ISCSIPortAddress::ISCSIPortAddress(IPV6Address& address, unsigned int port, cons
     setName(name);
 }
 
+ISCSIPortAddress::ISCSIPortAddress(const ISCSIPortAddress& other) = default;
+
 void ISCSIPortAddress::setName(const char* name) {
     if (name == nullptr)
         return;

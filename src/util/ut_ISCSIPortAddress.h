@@ -26,7 +26,7 @@ public:
     /// name.
     ISCSIPortAddress(IPV4Address& address, unsigned int port, const char* name);
     ISCSIPortAddress(IPV6Address& address, unsigned int port, const char* name);
-    ISCSIPortAddress(const ISCSIPortAddress& other) = default;
+    ISCSIPortAddress(const ISCSIPortAddress& other);
 
     PortAddress* clone() const override;
     PortType getType() const override;

@@ -2,6 +2,9 @@
 
 #include <new>
 
+Stack::StackNode::StackNode(const std::string* name, const void* object, const StackNode* next)
+    : m_name(name), m_object(object), m_next(next) {}
+
 Stack::Stack() : m_top(nullptr) {}
 
 Stack::~Stack() {

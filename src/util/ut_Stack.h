@@ -20,8 +20,7 @@ public:
     /// A name, its object, and the node beneath.
     class StackNode {
     public:
-        StackNode(const std::string* name, const void* object, const StackNode* next)
-            : m_name(name), m_object(object), m_next(next) {}
+        StackNode(const std::string* name, const void* object, const StackNode* next);
 
         const std::string* Name() const {
             return m_name;

@@ -1,0 +1,45 @@
+// Symbols for the public members that the headers define inline: a caller built without inlining, or in another
+// language, finds them in the library. The compiler emits an inline member where its address is taken, so each has a
+// place here.
+
+#include <tuple>
+
+#include "VXut.h"
+
+namespace utility {
+namespace {
+
+[[gnu::used]] constexpr std::tuple
+    streamMembers(&Buffer::pBuffer, &Buffer::pHead, &Buffer::pTail, &Buffer::WritePosition, &Buffer::ReadPosition,
+                  &Buffer::Size, &Buffer::setNoThrow, &Buffer::isNoThrow, &BufferStreamElement::Next,
+                  &BufferStreamList::Next, &BufferStreamQueue::Count, &FileInputStream::errorNumber,
+                  &FileOutputStream::errorNumber, &NullStream::inputCount, &NullStream::outputCount,
+                  &PagingVirtualPutStream::hasQuit, &Terminal::width, &Terminal::height,
+                  &VirtualGetStream::setWaitForData, &VirtualGetStream::setTrace, &VirtualGetStream::received,
+                  &VirtualPutStream::setHoldOutput, &VirtualPutStream::setTrace, &VirtualPutStream::transferred);
+
+[[gnu::used]] constexpr std::tuple
+    containerMembers(&Array::length, &Array::size, &List::ListEntry::element, &List::ListEntry::previous,
+                     &List::ListEntry::next, &Map::count, &Map::setPlacementTrace, &MapEntity::count,
+                     &MapEntity::setPlacementTrace, &StringMap::count, &StringMap::setPlacementTrace,
+                     &Stack::StackNode::Name, &Stack::StackNode::Obj,
+                     static_cast<const Stack::StackNode* (Stack::StackNode::*)() const>(&Stack::StackNode::Next),
+                     static_cast<void (Stack::StackNode::*)(const Stack::StackNode*)>(&Stack::StackNode::Next));
+
+[[gnu::used]] constexpr std::tuple identifierMembers(&FCPortAddress::getWWN, &FCPortAddress::getWWNType,
+                                                     &ISCSIPortAddress::getIPType, &ISCSIPortAddress::getIPV4,
+                                                     &ISCSIPortAddress::getIPV6, &ISCSIPortAddress::getPort,
+                                                     &ISCSIPortAddress::getName);
+
+[[gnu::used]] constexpr std::tuple environmentMembers(&Arguments::quoteUnmatched, &DateTime::getTime,
+                                                      &DirIterator::getIndex, &Options::count, &Options::getKey,
+                                                      &ParameterList::hasNextToken, &Path::getPath, &Path::getFile,
+                                                      &Path::getExtension, &PW::getUserName, &PW::getPassword,
+                                                      &PW::getUid, &PW::getGid, &PW::getRealName, &PW::getDir,
+                                                      &PW::getShell, &PW::used, &URL::GetScheme, &URL::GetAuthority,
+                                                      &URL::GetPath, &URL::GetQuery);
+
+[[gnu::used]] constexpr std::tuple diagnosticMembers(static_cast<bool (*)(unsigned int)>(&Debug::isDebugOn));
+
+} // namespace
+} // namespace utility
