@@ -38,6 +38,11 @@ endfunction()
 function(vxut_library_options target)
     vxut_warnings(${target})
     vxut_hardening(${target})
+    # Thread records and signal handlers outlive a `dlclose`. That must not hang on whether some symbol is unique.
+    target_link_options(${target} PRIVATE LINKER:-z,nodelete)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        target_compile_options(${target} PRIVATE -fno-gnu-unique)
+    endif()
     target_link_options(${target} PRIVATE LINKER:--version-script=${PROJECT_SOURCE_DIR}/cmake/standard-library.map)
     # Clang links the sanitizers' run-time library into programs only.
     if(NOT (VXUT_SANITIZE AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang"))
