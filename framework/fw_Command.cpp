@@ -182,17 +182,23 @@ public:
     Traffic(InputStream* in, Descriptor& toChild, OutputStream* out, Descriptor& fromChild)
         : m_in(in), m_toChild(toChild), m_out(out), m_fromChild(fromChild) {}
 
-    void run() {
+    // Returns false if `poll` fails. Both pipes are closed then, so that neither the child nor its parent waits for
+    // more.
+    bool run() {
         while (m_toChild.isOpen() || m_fromChild.isOpen()) {
             // Closed ones have number -1 and are passed over.
             pollfd ends[] = {{m_toChild.get(), POLLOUT, 0}, {m_fromChild.get(), POLLIN, 0}};
-            if (poll(ends, 2, -1) < 0 && errno != EINTR)
-                return;
+            if (poll(ends, 2, -1) < 0 && errno != EINTR) {
+                m_toChild.close();
+                m_fromChild.close();
+                return false;
+            }
             if (ends[0].revents != 0)
                 feed();
             if (ends[1].revents != 0)
                 drain();
         }
+        return true;
     }
 
 private:
@@ -303,11 +309,12 @@ bool runCommand(char* const* words, InputStream* in, OutputStream* out) {
         return false;
     input.readEnd.close();
     output.writeEnd.close();
+    bool moved = false;
     {
         const BrokenPipeGuard guard;
-        Traffic(in, input.writeEnd, out, output.readEnd).run();
+        moved = Traffic(in, input.writeEnd, out, output.readEnd).run();
     }
-    return child.endedWell();
+    return child.endedWell() && moved;
 }
 
 } // namespace framework

@@ -39,6 +39,13 @@ public:
     /// neither: it reads /dev/null and keeps this process's standard output. Returns whether the command ran and ended
     /// with status 0. `in` is read from where it stands, what `out` refuses is dropped, and what either throws passes
     /// through after the program was killed. Not for signal handlers.
+    ///
+    /// - A process that the program leaves running in the background is not waited for, unless it keeps a pipe open:
+    ///   `out` is read until the last process closes its standard output, and `in` is fed until it ends or nobody is
+    ///   left to read. Redirect both in the command to have the call return with the program.
+    /// - Where SIGCHLD is ignored (or SA_NOCLDWAIT is set), and where another thread reaps any child, the command runs
+    ///   to its end but its status is lost: the result is false.
+    /// - A failing `poll` closes both pipes, so that the program finds the end of its input: the result is false.
     static bool spawn(const char* command, utility::GetStream* in, utility::PutStream* out);
 
     /// Ends the process by the default action of `sig`, with a dump where that action dumps. Never returns.

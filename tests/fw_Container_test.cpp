@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -90,6 +91,17 @@ public:
     }
 
     ssize_t printed = 0;
+};
+
+// Makes the platform refuse to wait for two descriptors at once.
+class PollBreakingSource : public Source {
+public:
+    PollBreakingSource() : Source(std::string(1000000, 'x')) {}
+    int ReceiveInputStream(char* buffer, unsigned int size) override {
+        const rlimit one = {1, 1024};
+        setrlimit(RLIMIT_NOFILE, &one);
+        return Source::ReceiveInputStream(buffer, size);
+    }
 };
 
 class BrokenSource : public Source {
@@ -517,6 +529,69 @@ TEST(Container, SpawnWithoutDescriptorsIsFalse) {
         return openDescriptors() == std::set<int>{0, 1, 2} ? 0 : 2;
     });
     EXPECT_EQ(child.status, 0) << child.err;
+}
+
+TEST(Container, SpawnThatCannotWaitForItsPipesEndsThemAndIsFalse) {
+    for (const char* command : {"cat", "sh -c \"cat > /dev/null; exit 0\""}) {
+        const test::ChildResult child = test::runInChild([&] {
+            PollBreakingSource in;
+            Collector out;
+            const bool ended = Container::spawn(command, &in, &out);
+            const rlimit many = {1024, 1024};
+            setrlimit(RLIMIT_NOFILE, &many);
+            return !ended && hasNoChild() ? 0 : 1;
+        });
+        EXPECT_FALSE(child.timedOut) << command << " hung";
+        EXPECT_EQ(child.status, 0) << command << child.err;
+    }
+}
+
+TEST(Container, SpawnReadsTheOutputOfABackgroundProcessToItsEnd) {
+    EXPECT_EQ(outputOf("sh -c \"(sleep 0.2; echo late) & echo early\""), "early\nlate\n");
+}
+
+TEST(Container, SpawnFeedsABackgroundProcessThatKeepsTheInput) {
+    const test::TemporaryDirectory directory;
+    const std::string whole = directory.path("whole");
+    const std::string command =
+        "sh -c \"exec 3<&0; (cat <&3 > " + whole + ".part; mv " + whole + ".part " + whole + ") & exit 0\"";
+    const std::string text = largeText();
+    Source in(text);
+    EXPECT_TRUE(Container::spawn(command.c_str(), &in, nullptr));
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(40);
+    while (!directory.exists("whole") && std::chrono::steady_clock::now() < end)
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    EXPECT_TRUE(directory.read("whole") == text);
+}
+
+TEST(Container, SpawnDoesNotWaitForABackgroundProcessOtherwise) {
+    const test::TemporaryDirectory directory;
+    const std::string fifo = directory.path("fifo");
+    ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+    // The process in the background waits for a writer.
+    const std::string command = "sh -c \"cat " + fifo + " > /dev/null & echo early\"";
+    for (const bool hasOutput : {false, true}) {
+        const test::ChildResult child = test::runInChild([&] {
+            Collector out;
+            return Container::spawn(command.c_str(), nullptr, hasOutput ? &out : nullptr) ? 0 : 1;
+        });
+        // Opening succeeds at once because the process is there to read.
+        close(open(fifo.c_str(), O_WRONLY));
+        EXPECT_FALSE(child.timedOut);
+        EXPECT_EQ(child.status, 0);
+    }
+}
+
+TEST(Container, SpawnRunsTheCommandAndIsFalseWhereEndsOfChildrenAreIgnored) {
+    const test::TemporaryDirectory directory;
+    const std::string command = "sh -c \"sleep 0.1; echo text; echo done > " + directory.path("file") + "\"";
+    const test::ChildResult child = test::runInChild([&] {
+        signal(SIGCHLD, SIG_IGN);
+        Collector out;
+        return !Container::spawn(command.c_str(), nullptr, &out) && out.text == "text\n" ? 0 : 1;
+    });
+    EXPECT_EQ(child.status, 0);
+    EXPECT_EQ(directory.read("file"), "done\n");
 }
 
 TEST(Container, DumpEndsByTheSignalEvenWhenItIsHandledAndBlocked) {
