@@ -5,16 +5,22 @@
 #include <cxxabi.h>
 #include <dlfcn.h>
 #include <execinfo.h>
+#include <fcntl.h>
+#include <poll.h>
 #include <pthread.h>
 #include <sched.h>
 #include <signal.h>
 #include <sys/auxv.h>
+#include <sys/ioctl.h>
 #include <sys/mman.h>
 #include <sys/mount.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/uio.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -42,6 +48,7 @@
 #include "support/ChildProcess.h"
 #include "support/CrashingAllocation.h"
 #include "support/DebugSwitch.h"
+#include "support/Descriptor.h"
 #include "support/ExpectFailure.h"
 #include "support/GuardedText.h"
 #include "support/LogCapture.h"
@@ -926,9 +933,11 @@ mode_t modeOf(const std::string& path) {
     return status.st_mode & 07777;
 }
 
+std::atomic<int> contextsBegun{0};
 std::atomic<int> contextsDone{0};
 
 void writeContextAndCount(int sig) {
+    ++contextsBegun;
     Debug::SignalContext(sig);
     ++contextsDone;
 }
@@ -1294,15 +1303,277 @@ TEST(DebugSignalContext, LeavesNoLockHeldWhenTheFileCannotBeOpened) {
     });
 }
 
-TEST(DebugSignalContext, LeavesNoLockHeldWhenTheDiskIsFull) {
+TEST(DebugSignalContext, LeavesNoLockHeldWhenTheFileCannotBeWritten) {
     const test::TemporaryDirectory memory;
     inChild([&] {
         setenv("VX_MEM", memory.path().c_str(), 1);
         const ProcessName name("agent");
         std::filesystem::create_directory(memory.path("agentContext"));
-        std::filesystem::create_symlink("/dev/full", memory.path("agentContext/" + myContextFile()));
+        rlimit size = {};
+        ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &size), 0);
+        const rlimit none = {0, size.rlim_max};
+        signal(SIGXFSZ, SIG_IGN);
+        ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &none), 0);
         Debug::SignalContext(SIGUSR2);
+        ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &size), 0);
+        EXPECT_EQ(filesIn(memory.path("agentContext")), std::set<std::string>{myContextFile()});
+        EXPECT_EQ(memory.read("agentContext/" + myContextFile()), "");
         expectContextStillWorks();
+    });
+}
+
+namespace {
+
+/// The parts of a back trace that do not depend on where in its caller it was taken.
+std::vector<std::string> framesFrom(const Trace& trace, std::size_t first) {
+    std::vector<std::string> frames;
+    for (std::size_t i = first; i < trace.frames.size(); ++i)
+        frames.push_back(std::to_string(trace.frames[i].index) + " " + trace.frames[i].object + " " +
+                         trace.frames[i].base + " " + trace.frames[i].name + " " + trace.frames[i].address);
+    return frames;
+}
+
+/// Writes a context and then, from the same function, the back trace that has a frame less.
+__attribute__((noinline)) void writeContextAndTrace(const std::string& traceFile) {
+    Debug::SignalContext(SIGUSR2);
+    utility::FileOutputStream file(traceFile.c_str(), false, 0600);
+    Debug::ThreadErrorContext(nullptr, file);
+}
+
+} // namespace
+
+TEST(DebugSignalContext, StartsWithItsOwnFrameAndGoesOnWithItsCallers) {
+    const test::TemporaryDirectory memory;
+    inChild([&] {
+        setenv("VX_MEM", memory.path().c_str(), 1);
+        const ProcessName name("agent");
+        std::filesystem::create_directory(memory.path("agentContext"));
+        writeContextAndTrace(memory.path("trace"));
+        const std::string content = memory.read("agentContext/" + myContextFile());
+        const Trace context = parse(content, 2);
+        ASSERT_TRUE(context.isWhole) << content;
+        ASSERT_GT(context.frames.size(), ownFrame + 2);
+        EXPECT_EQ(context.frames[ownFrame].name, "utility::Debug::SignalContext(int)") << content;
+        EXPECT_EQ(context.frames[ownFrame].index, 2 + ownFrame);
+        EXPECT_NE(context.frames[ownFrame].object.find("libVXut.so"), std::string::npos);
+        // The other trace lacks the handler's frame, so its numbers are lower by one.
+        Trace direct = parse(memory.read("trace"), 2);
+        ASSERT_TRUE(direct.isWhole);
+        for (Frame& frame : direct.frames)
+            ++frame.index;
+        EXPECT_EQ(framesFrom(context, ownFrame + 2), framesFrom(direct, ownFrame + 1)) << content;
+    });
+}
+
+namespace {
+
+/// The state of a thread of this process as the platform shows it: 'R' for running, 'S' for waiting.
+char stateOf(pid_t task) {
+    const std::string status = contentOf("/proc/self/task/" + std::to_string(task) + "/stat");
+    const std::size_t name = status.rfind(") ");
+    return name != std::string::npos ? status[name + 2] : '?';
+}
+
+int bytesIn(const test::Descriptor& fifo) {
+    int count = -1;
+    EXPECT_EQ(ioctl(fifo.number(), FIONREAD, &count), 0);
+    return count;
+}
+
+} // namespace
+
+TEST(DebugSignalContext, MeetsAThreadInsideDlopen) {
+#ifdef __SANITIZE_THREAD__
+    GTEST_SKIP() << "the sanitizer delivers no signal inside dlopen";
+#endif
+    const test::TemporaryDirectory memory;
+    inChild([&] {
+        setenv("VX_MEM", memory.path().c_str(), 1);
+        const ProcessName name("agent");
+        std::filesystem::create_directory(memory.path("agentContext"));
+        install(SIGUSR2, writeContextAndCount, SA_RESTART);
+        const std::string object = memory.path("object.so");
+        ASSERT_EQ(mkfifo(object.c_str(), 0600), 0);
+        test::Descriptor fifo(open(object.c_str(), O_RDWR));
+
+        std::atomic<pid_t> task{0};
+        std::atomic<bool> stop{false};
+        std::thread other([&] {
+            ThreadInfo::MyThreadInfo();
+            task = static_cast<pid_t>(syscall(SYS_gettid));
+            while (!stop)
+                std::this_thread::yield();
+        });
+        while (task == 0)
+            std::this_thread::yield();
+
+        // The loader waits for the rest of the object, with its lock held; no thread can be created meanwhile.
+        std::thread loading([&] {
+            ThreadInfo::MyThreadInfo();
+            EXPECT_EQ(dlopen(object.c_str(), RTLD_NOW), nullptr);
+        });
+        ASSERT_EQ(write(fifo.number(), "\177", 1), 1);
+        EXPECT_TRUE(waitFor([&] { return bytesIn(fifo) == 0; }));
+
+        // The other thread's back trace looks up symbols, which waits for the loader.
+        pthread_kill(other.native_handle(), SIGUSR2);
+        EXPECT_TRUE(waitFor([&] { return contextsBegun == 1 && stateOf(task) == 'S'; }));
+        EXPECT_EQ(contextsDone, 0);
+
+        pthread_kill(loading.native_handle(), SIGUSR2);
+        EXPECT_TRUE(waitFor([] { return contextsDone == 1; })) << "the two threads wait for each other";
+        // Threads that wait for each other could not be joined.
+        if (testing::Test::HasFailure())
+            _exit(1);
+        fifo.close();
+        loading.join();
+        stop = true;
+        other.join();
+        EXPECT_EQ(contextsDone, 2);
+        const std::set<std::string> files = filesIn(memory.path("agentContext"));
+        EXPECT_EQ(files.size(), 2u);
+        for (const std::string& file : files)
+            EXPECT_TRUE(isWholeContext(memory.path("agentContext/" + file))) << memory.read("agentContext/" + file);
+    });
+}
+
+TEST(DebugSignalContext, MeetsItselfInItsOwnThread) {
+    const test::TemporaryDirectory memory;
+    inChild([&] {
+        setenv("VX_MEM", memory.path().c_str(), 1);
+        const ProcessName name("agent");
+        std::filesystem::create_directory(memory.path("agentContext"));
+        install(SIGUSR2, writeContextAndCount, SA_RESTART);
+        std::atomic<bool> isReady{false};
+        std::atomic<bool> stop{false};
+        std::thread writing([&] {
+            ThreadInfo::MyThreadInfo();
+            waitOnce();
+            isReady = true;
+            while (!stop)
+                Debug::SignalContext(SIGUSR2);
+        });
+        while (!isReady)
+            std::this_thread::yield();
+        for (int round = 1; round <= 100 && !testing::Test::HasFailure(); ++round) {
+            pthread_kill(writing.native_handle(), SIGUSR2);
+            EXPECT_TRUE(waitFor([&] { return contextsDone == round; })) << "in round " << round;
+        }
+        // A thread that waits for itself could not be joined.
+        if (testing::Test::HasFailure())
+            _exit(1);
+        stop = true;
+        writing.join();
+        for (const std::string& file : filesIn(memory.path("agentContext")))
+            EXPECT_TRUE(isWholeContext(memory.path("agentContext/" + file))) << memory.read("agentContext/" + file);
+    });
+}
+
+// --- what else may have the name of a context file
+
+namespace {
+
+/// Has a context written where `path` is something else than a context file; expects one line and nothing more.
+void expectLeftAlone(const std::string& memory, const std::string& path) {
+    setenv("VX_MEM", memory.c_str(), 1);
+    const test::LogCapture log;
+    Debug::SignalContext(SIGUSR2);
+    EXPECT_EQ(log.count(), 1u);
+    EXPECT_TRUE(log.contains(Logger::LOG_ERROR,
+                             "no context written: " + path + " is not a regular file with one link, remove it"));
+    expectContextStillWorks();
+}
+
+/// Makes something at the path it is given, and says whether that is as it was made.
+struct Obstacle {
+    const char* name;
+    std::function<void(const test::TemporaryDirectory&, const std::string&)> make;
+    std::function<bool(const test::TemporaryDirectory&, const std::string&)> isUntouched;
+};
+
+std::ostream& operator<<(std::ostream& out, const Obstacle& obstacle) {
+    return out << obstacle.name;
+}
+
+void makeSocket(const std::string& path) {
+    const test::Descriptor file(socket(AF_UNIX, SOCK_STREAM, 0));
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    ASSERT_LT(path.size(), sizeof address.sun_path);
+    path.copy(address.sun_path, path.size());
+    ASSERT_EQ(bind(file.number(), reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+}
+
+const Obstacle obstacles[] = {
+    {"LinkToAFile",
+     [](const test::TemporaryDirectory& memory, const std::string& path) {
+         std::filesystem::create_symlink(memory.write("target", "content"), path);
+     },
+     [](const test::TemporaryDirectory& memory, const std::string& path) {
+         return std::filesystem::is_symlink(path) && memory.read("target") == "content";
+     }},
+    {"LinkToNothing",
+     [](const test::TemporaryDirectory& memory, const std::string& path) {
+         std::filesystem::create_symlink(memory.path("target"), path);
+     },
+     [](const test::TemporaryDirectory& memory, const std::string& path) {
+         return std::filesystem::is_symlink(path) && !memory.exists("target");
+     }},
+    {"FileWithTwoLinks",
+     [](const test::TemporaryDirectory& memory, const std::string& path) {
+         std::filesystem::create_hard_link(memory.write("target", "content"), path);
+     },
+     [](const test::TemporaryDirectory& memory, const std::string& path) {
+         return std::filesystem::hard_link_count(path) == 2 && memory.read("target") == "content";
+     }},
+    {"Fifo", [](const test::TemporaryDirectory&, const std::string& path) { ASSERT_EQ(mkfifo(path.c_str(), 0600), 0); },
+     [](const test::TemporaryDirectory&, const std::string& path) {
+         return std::filesystem::is_fifo(path);
+     }},
+    {"Directory",
+     [](const test::TemporaryDirectory&, const std::string& path) { std::filesystem::create_directory(path); },
+     [](const test::TemporaryDirectory&, const std::string& path) {
+         return std::filesystem::is_empty(path);
+     }},
+    {"Socket", [](const test::TemporaryDirectory&, const std::string& path) { makeSocket(path); },
+     [](const test::TemporaryDirectory&, const std::string& path) {
+         return std::filesystem::is_socket(path);
+     }},
+};
+
+class DebugContextObstacle : public testing::TestWithParam<Obstacle> {};
+
+} // namespace
+
+TEST_P(DebugContextObstacle, IsLeftAloneWithOneLine) {
+    const Obstacle& obstacle = GetParam();
+    const test::TemporaryDirectory memory;
+    inChild([&] {
+        const ProcessName name("agent");
+        std::filesystem::create_directory(memory.path("agentContext"));
+        const std::string path = memory.path("agentContext/" + myContextFile());
+        obstacle.make(memory, path);
+        ASSERT_TRUE(obstacle.isUntouched(memory, path));
+        expectLeftAlone(memory.path(), path);
+        EXPECT_TRUE(obstacle.isUntouched(memory, path));
+    });
+}
+
+INSTANTIATE_TEST_SUITE_P(Kinds, DebugContextObstacle, testing::ValuesIn(obstacles),
+                         [](const auto& obstacle) { return std::string(obstacle.param.name); });
+
+TEST(DebugSignalContext, DoesNotOpenAFifoThatHasAReader) {
+    const test::TemporaryDirectory memory;
+    inChild([&] {
+        const ProcessName name("agent");
+        std::filesystem::create_directory(memory.path("agentContext"));
+        const std::string path = memory.path("agentContext/" + myContextFile());
+        ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+        const test::Descriptor reader(open(path.c_str(), O_RDONLY | O_NONBLOCK));
+        expectLeftAlone(memory.path(), path);
+        // A writer that came and went would show as a hang-up.
+        pollfd end = {reader.number(), POLLIN, 0};
+        EXPECT_EQ(poll(&end, 1, 0), 0);
     });
 }
 

@@ -80,7 +80,8 @@ public:
     /// Signal handler: makes the context directory and sends signal 12 (SIGUSR2) to every thread that has a record.
     static void SignalThreads(int sig);
     /// Signal handler for signal 12: writes the thread's back trace to its own file in the context directory, which is
-    /// "$VX_MEM/<process>Context".
+    /// "$VX_MEM/<process>Context". Leaves alone what has the file's name and is not a regular file with one link, and
+    /// logs one line (level 0); a file that cannot be opened or written is not reported.
     static void SignalContext(int sig);
     /// The name of a signal, "unknown" for one without a name here. Never null.
     static const char* signalName(int sig);

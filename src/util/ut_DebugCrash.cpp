@@ -24,6 +24,7 @@
 #include "fw_ThreadInfo.h"
 #include "ut_BufferStream.h"
 #include "ut_Environment.h"
+#include "ut_FileDescriptor.h"
 #include "ut_FileOutputStream.h"
 
 // The platform's demangler in the form that takes no memory: a handler may have interrupted the allocator. It gives the
@@ -132,6 +133,39 @@ const char* processName() {
     return name != nullptr ? name : "";
 }
 
+/// Writes the back trace of the calling thread to `text`, which holds `reportSize` bytes, and returns its length. This
+/// function and `BackTrace` are the two skipped frames: the first one written is that of the caller.
+__attribute__((noinline)) unsigned int renderContext(char* text) {
+    BufferStream stream(text, reportSize, true);
+    Debug::BackTrace(&stream, deepestBackTrace, skippedFrames, true);
+    return static_cast<unsigned int>(stream.ReadAvailable());
+}
+
+bool isFileWithOneLink(const struct stat& status) {
+    return S_ISREG(status.st_mode) && status.st_nlink == 1;
+}
+
+/// Replaces the content of the context file `name`. Returns false, and changes nothing, if something else than a
+/// regular file with one link has that name: another user may have put it there to have a file overwritten or this
+/// thread blocked. A file that cannot be opened or written is not reported.
+bool writeContext(const char* name, const char* text, unsigned int size) {
+    struct stat status = {};
+    // Look before opening: opening a device or a FIFO can already have an effect.
+    if (lstat(name, &status) == 0 && !isFileWithOneLink(status))
+        return false;
+    // Look again at what was opened, before truncating it: the name may belong to something else by now.
+    const int fd = openFile(name, O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY, 0666);
+    if (fd < 0)
+        return true;
+    const bool isContext = fstat(fd, &status) == 0 && isFileWithOneLink(status);
+    if (isContext && ftruncate(fd, 0) == 0) {
+        FileOutputStream file(fd);
+        file.SendOutputStream(text, size);
+    }
+    close(fd);
+    return isContext;
+}
+
 void endHungReport(int) {
     framework::Container::dumpApplication(crashSignal);
 }
@@ -162,6 +196,27 @@ public:
 
 private:
     int m_error;
+};
+
+/// Holds a lock with all signals blocked, so that no handler that interrupts the thread waits for the lock or forks.
+class SignalSafeLock {
+public:
+    explicit SignalSafeLock(const Locker& locker) : m_locker(locker) {
+        sigset_t all;
+        sigfillset(&all);
+        pthread_sigmask(SIG_SETMASK, &all, &m_former);
+        m_locker.lock();
+    }
+    SignalSafeLock(const SignalSafeLock&) = delete;
+    SignalSafeLock& operator=(const SignalSafeLock&) = delete;
+    ~SignalSafeLock() {
+        m_locker.unlock();
+        pthread_sigmask(SIG_SETMASK, &m_former, nullptr);
+    }
+
+private:
+    const Locker& m_locker;
+    sigset_t m_former;
 };
 
 } // namespace
@@ -205,16 +260,22 @@ void Debug::SignalContext(int) {
     framework::ThreadInfo* myself = framework::ThreadInfo::MyThreadInfo();
     if (myself == nullptr)
         return;
-    m_locker.lock();
     char name[128];
     const int length = std::snprintf(name, sizeof name, "%s/%sContext/%d%s", contextRoot(), processName(),
                                      myself->getNum(), myself->getThreadName());
-    if (length > 0 && static_cast<unsigned int>(length) < sizeof name) {
-        FileOutputStream file(name, false, 0666);
-        if (file.isOutputStreamOpen())
-            ThreadErrorContext(myself, file);
+    if (length <= 0 || static_cast<unsigned int>(length) >= sizeof name)
+        return;
+    // Render before locking: `dladdr` waits for a thread inside `dlopen`, whose handler may wait for the lock.
+    const ReportMemory memory;
+    const unsigned int size = renderContext(memory.text());
+    bool isContext = false;
+    {
+        const SignalSafeLock lock(m_locker);
+        isContext = writeContext(name, memory.text(), size);
     }
-    m_locker.unlock();
+    if (!isContext)
+        framework::Logger::StaticLog(framework::Logger::LOG_ERROR,
+                                     "no context written: %s is not a regular file with one link, remove it", name);
 }
 
 const char* Debug::signalName(int sig) {
