@@ -61,6 +61,7 @@
 #include "fw_ThreadInfo.h"
 #include "ut_BufferStream.h"
 #include "ut_FileOutputStream.h"
+#include "ut_Locker.h"
 
 using framework::Logger;
 using framework::ThreadInfo;
@@ -1466,6 +1467,41 @@ TEST(DebugSignalContext, MeetsItselfInItsOwnThread) {
         writing.join();
         for (const std::string& file : filesIn(memory.path("agentContext")))
             EXPECT_TRUE(isWholeContext(memory.path("agentContext/" + file))) << memory.read("agentContext/" + file);
+    });
+}
+
+TEST(DebugSignalContext, WorksInAChildForkedWhileAnotherThreadHeldTheLock) {
+    const test::TemporaryDirectory memory;
+    inChild([&] {
+        setenv("VX_MEM", memory.path().c_str(), 1);
+        const ProcessName name("agent");
+        std::filesystem::create_directory(memory.path("agentContext"));
+        const auto* const locker =
+            static_cast<const utility::Locker*>(dlsym(RTLD_DEFAULT, "_ZN7utility5Debug8m_lockerE"));
+        ASSERT_NE(locker, nullptr);
+        std::atomic<bool> isHeld{false};
+        std::atomic<bool> stop{false};
+        std::thread holder([&] {
+            locker->lock();
+            isHeld = true;
+            while (!stop)
+                std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            locker->unlock();
+        });
+        while (!isHeld)
+            std::this_thread::yield();
+        const test::ChildResult child = test::runInChild([&] {
+            alarm(hangBound);
+            Debug::SignalContext(SIGUSR2);
+            return isWholeContext(memory.path("agentContext/" + myContextFile())) ? 0 : 1;
+        });
+        EXPECT_EQ(child.signal, 0) << "the child hung";
+        EXPECT_EQ(child.status, 0) << child.err;
+        // The lock of this process is still held.
+        EXPECT_FALSE(locker->trylock());
+        stop = true;
+        holder.join();
+        expectContextStillWorks();
     });
 }
 

@@ -1,5 +1,7 @@
 #include "ut_Debug.h"
 
+#include <pthread.h>
+
 #include <algorithm>
 #include <cinttypes>
 #include <cstdint>
@@ -18,6 +20,11 @@ namespace utility {
 
 std::bitset<8192> Debug::m_bits;
 Locker Debug::m_locker;
+
+// The thread that holds the lock does not exist in a forked child and would never release it.
+void Debug::watchForks() {
+    pthread_atfork(nullptr, nullptr, [] { new (&m_locker) Locker; });
+}
 
 bool Debug::isDebugOn(const char* name) {
     return name != nullptr && isDebugOn(strings::GS.toToken(name));

@@ -102,6 +102,9 @@ public:
     static void MaybeEnableCoreDump();
 
 private:
+    /// At load: has the lock renewed in each forked child.
+    __attribute__((constructor, visibility("hidden"))) static void watchForks();
+
     static std::bitset<8192> m_bits;
     static Locker m_locker;
 };
