@@ -61,7 +61,8 @@ void checkArithmetic(const DateTime& when, const DateTime& other) {
     when.YearsSpan(other);
     when.getDate();
     when.getNextDay();
-    require(when.getNextMinute().CompareTo(when) >= 0);
+    const DateTime nextMinute = when.getNextMinute();
+    require(!nextMinute.getEpochValid() || nextMinute.CompareTo(when) > 0);
 }
 
 } // namespace

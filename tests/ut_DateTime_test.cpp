@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <climits>
 #include <cstdio>
 #include <cstring>
@@ -14,6 +15,7 @@
 #include <vector>
 
 #include "ExpectFailure.h"
+#include "GermanTimeLocale.h"
 #include "LogCapture.h"
 #include "TemporaryDirectory.h"
 #include "TimeZone.h"
@@ -379,6 +381,19 @@ TEST(DateTime, PartsWithoutNumbersCountAsZeroAndNumbersCarryOver) {
     EXPECT_EQ(isoOf(DateTime("2024-00-00 00:00:00")), "2023-11-30 00:00:00");
 }
 
+TEST(DateTime, TheLetterTJoinsTwoFieldsAndZonesAreNotRead) {
+    const test::TimeZone zone(UTC);
+    for (const char* text :
+         {"2024-03-05T09:07:03", "2024-03-05T09:07:03Z", "2024-03-05 09:07:03+02:00", "2024-03-05 09:07:03-02",
+          "2024-03-05 09:07:03 UTC", "Tue, 05 Mar 2024 09:07:03 GMT", "Tue Mar 5 09:07:03 UTC 2024"})
+        EXPECT_FAILURE_WITH_FLAG(DateTime{text}, 3591, "ut_DateTime", FROM_TEXT, "Invalid Date", false);
+    // With the hour in the day's field, a zone fills up the six.
+    EXPECT_EQ(isoOf(DateTime("2024-03-05T09:07:03+02:00")), "2024-03-05 07:03:00");
+    EXPECT_EQ(isoOf(DateTime("2024-03-05T09:07:03-02")), "2024-03-05 07:03:02");
+    EXPECT_EQ(isoOf(DateTime("2024-03-05 09:07:03Z")), "2024-03-05 09:07:03");
+    EXPECT_EQ(isoOf(DateTime("2024-03-05 09:07:03+0200")), "2024-03-05 09:07:03");
+}
+
 TEST(DateTime, NumbersTooLongForTheirTypeCountAsTheNearestOne) {
     const test::TimeZone zone(UTC);
     const char* const far = "Tue Mar 5 09:07:03 +99999999999999999999999999";
@@ -523,6 +538,46 @@ TEST(DateTime, WritesLocalTimeInAllFormsButRfc822) {
     EXPECT_EQ(textOf(DateTime(EXAMPLE), &DateTime::ToBuf), "Tuesday March 5, 2024, 14:37:03");
     EXPECT_EQ(textOf(DateTime(EXAMPLE), &DateTime::ToShortTimeBuf), "14:37:03");
     EXPECT_EQ(textOf(DateTime(EXAMPLE), &DateTime::ToRFC822Buf), "Tue, 05 Mar 2024 09:07:03 GMT");
+}
+
+TEST(DateTime, Rfc822TextsHaveEnglishNamesInEveryLocale) {
+    const test::TimeZone zone(UTC);
+    const test::GermanTimeLocale german;
+    if (!german.isSet())
+        GTEST_SKIP() << "localedef (package libc-bin) made no locale";
+    // That locale names the very same date in German.
+    tm fields = {};
+    char localized[64];
+    DateTime(EXAMPLE).toTM(&fields);
+    std::strftime(localized, sizeof localized, "%a %b", &fields);
+    ASSERT_STREQ(localized, "Di Mrz");
+
+    EXPECT_EQ(textOf(DateTime(EXAMPLE), &DateTime::ToRFC822Buf), "Tue, 05 Mar 2024 09:07:03 GMT");
+    char storage[64];
+    PutStream out(storage, sizeof storage);
+    DateTime(EXAMPLE).ToRFC822Buffer(out);
+    EXPECT_STREQ(storage, "Tue, 05 Mar 2024 09:07:03 GMT");
+    for (int day = 0; day < 366; ++day) {
+        const DateTime when = DateTime(EXAMPLE).AddDays(day);
+        const std::string text = textOf(when, &DateTime::ToRFC822Buf);
+        EXPECT_EQ(DateTime::fromRFC822(text.c_str()).getTime(), when.getTime()) << text;
+    }
+}
+
+TEST(DateTime, Rfc822TextsAreThoseOfStrftimeInTheCLocale) {
+    const auto expected = [](time_t seconds) {
+        tm fields = {};
+        char text[128] = "";
+        if (gmtime_r(&seconds, &fields) != nullptr)
+            std::strftime(text, sizeof text, "%a, %d %b %Y %H:%M:%S GMT", &fields);
+        return std::string(text);
+    };
+    std::mt19937_64 random(822);
+    for (int i = 0; i < 100000; ++i) {
+        // Of every magnitude: years of one digit to those that no platform expresses.
+        const time_t instant = static_cast<time_t>(static_cast<long long>(random()) >> random() % 64);
+        ASSERT_EQ(textOf(DateTime(instant), &DateTime::ToRFC822Buf), expected(instant)) << instant;
+    }
 }
 
 TEST(DateTime, TheInvalidDateIsTheEmptyTextExceptInRfc822) {
@@ -993,12 +1048,46 @@ TEST(DateTime, TheNextMinuteOfTheFirstPassOfADoubledHourStaysInIt) {
     EXPECT_EQ(secondPass.SecondsSpan(secondPass.getNextMinute()), 50);
 }
 
-TEST(DateTime, AtTheEndsOfTimeTheNextMinuteStopsAndTheNextDayIsInvalid) {
+TEST(DateTime, AtTheEndsOfTimeTheNextMinuteAndDayAreInvalid) {
     const test::TimeZone zone(UTC);
-    EXPECT_EQ(DateTime(LAST).getNextMinute().getTime(), LAST);
+    EXPECT_FALSE(DateTime(LAST).getNextMinute().getEpochValid());
     EXPECT_FALSE(DateTime(LAST).getNextDay().getEpochValid());
     EXPECT_FALSE(DateTime(FIRST).getDate().getEpochValid());
     EXPECT_EQ(isoOf(DateTime(FIRST).getNextDay()), WIDE ? "" : "1901-12-14 00:00:00");
+}
+
+TEST(DateTime, TheNextMinuteAfterA32BitTimeIsValidOnlyWhereTimeIsWider) {
+    const test::TimeZone zone(UTC);
+    EXPECT_EQ(DateTime(INT32_MAX - 8).getNextMinute().getTime(), INT32_MAX - 7);
+    const DateTime next = DateTime(INT32_MAX - 7).getNextMinute();
+    EXPECT_EQ(next.getEpochValid(), WIDE);
+    EXPECT_EQ(isoOf(next), WIDE ? "2038-01-19 03:15:00" : "");
+}
+
+TEST(DateTime, NearTheEndsOfA32BitTimeTheNextMinuteAndMidnightsAreExactOrInvalid) {
+    const auto expected = [](long long seconds) {
+        const long long inRange = std::clamp<long long>(seconds, FIRST, LAST);
+        return inRange == seconds ? static_cast<time_t>(seconds) : time_t{-1};
+    };
+    const struct {
+        const char* zone;
+        long long offset;
+    } zones[] = {{UTC, 0}, {KOLKATA, 19800}, {"CLT4", -14400}};
+    for (const auto& [name, offset] : zones) {
+        const test::TimeZone zone(name);
+        for (long long distance = 0; distance < 3 * 86400LL; distance += 7) {
+            for (const long long seconds : {INT32_MAX - distance, INT32_MIN + distance}) {
+                const DateTime when(seconds);
+                // Counted from a midnight before the first of them, so that the division rounds down.
+                const long long dayBase = (1LL << 17) * 86400 + offset;
+                const long long midnight = (seconds + dayBase) / 86400 * 86400 - dayBase;
+                const long long minute = (seconds + dayBase) / 60 * 60 - dayBase;
+                ASSERT_EQ(when.getDate().getTime(), expected(midnight)) << name << " " << seconds;
+                ASSERT_EQ(when.getNextDay().getTime(), expected(midnight + 86400)) << name << " " << seconds;
+                ASSERT_EQ(when.getNextMinute().getTime(), expected(minute + 60)) << name << " " << seconds;
+            }
+        }
+    }
 }
 
 TEST(DateTime, MergesADateAndATimeOfDay) {

@@ -205,34 +205,6 @@ time_t merged(time_t date, time_t time) {
     return localSeconds(&fields);
 }
 
-/// The text of `fields` as `ToRFC822Buf` writes it where the locale's names are the English ones.
-void writeRFC822InEnglish(const tm& fields, char* buf, std::size_t size) {
-    char year[16];
-    std::strftime(year, sizeof year, "%Y", &fields);
-    std::snprintf(buf, size, "%s, %02d %s %s %02d:%02d:%02d GMT", DateTime::m_shortWeekdayNames[fields.tm_wday],
-                  fields.tm_mday, DateTime::m_shortMonthNames[fields.tm_mon], year, fields.tm_hour, fields.tm_min,
-                  fields.tm_sec);
-}
-
-/// Reads roughly, and takes the result only if it is written the same way: so dates that do not exist, other separators
-/// and trailing text are all refused.
-bool readRFC822(const char* text, time_t* seconds) {
-    tm fields = {};
-    char month[4];
-    long long year = 0;
-    if (std::sscanf(text, "%*[^,], %2d %3s %11lld %2d:%2d:%2d", &fields.tm_mday, month, &year, &fields.tm_hour,
-                    &fields.tm_min, &fields.tm_sec) != 6)
-        return false;
-    if (!setYearAndMonth(&fields, year, DateTime::MonthFromName(month)))
-        return false;
-    *seconds = timegm(&fields);
-    char written[longestTextWritten];
-    if (gmtime_r(seconds, &fields) == nullptr)
-        return false;
-    writeRFC822InEnglish(fields, written, sizeof written);
-    return equalsWithoutCase(text, written);
-}
-
 /// A text's way out: a caller's array or a stream.
 class Destination {
 public:
@@ -285,13 +257,34 @@ void writeISO(time_t seconds, const Destination& destination) {
                       fields.tm_hour, fields.tm_min, fields.tm_sec);
 }
 
+/// With the names of the tables, not of the process's locale: RFC 822 has English names only.
 void writeRFC822(time_t seconds, const Destination& destination) {
     tm fields = {};
-    char text[longestTextWritten] = "";
-    if (gmtime_r(&seconds, &fields) == nullptr ||
-        std::strftime(text, sizeof text, "%a, %d %b %Y %H:%M:%S GMT", &fields) == 0)
-        text[0] = 0;
-    destination.write("%s", text);
+    if (gmtime_r(&seconds, &fields) == nullptr) {
+        destination.write("%s", "");
+        return;
+    }
+    destination.write("%s, %02d %s %lld %02d:%02d:%02d GMT", DateTime::m_shortWeekdayNames[fields.tm_wday],
+                      fields.tm_mday, DateTime::m_shortMonthNames[fields.tm_mon],
+                      static_cast<long long>(fields.tm_year) + firstTmYear, fields.tm_hour, fields.tm_min,
+                      fields.tm_sec);
+}
+
+/// Reads roughly, and takes the result only if it is written the same way: so dates that do not exist, other separators
+/// and trailing text are all refused.
+bool readRFC822(const char* text, time_t* seconds) {
+    tm fields = {};
+    char month[4];
+    long long year = 0;
+    if (std::sscanf(text, "%*[^,], %2d %3s %11lld %2d:%2d:%2d", &fields.tm_mday, month, &year, &fields.tm_hour,
+                    &fields.tm_min, &fields.tm_sec) != 6)
+        return false;
+    if (!setYearAndMonth(&fields, year, DateTime::MonthFromName(month)))
+        return false;
+    *seconds = timegm(&fields);
+    char written[longestTextWritten];
+    writeRFC822(*seconds, Destination(written, sizeof written));
+    return equalsWithoutCase(text, written);
 }
 
 void writeShort(time_t seconds, const Destination& destination) {
@@ -567,8 +560,13 @@ DateTime DateTime::getDate() const {
 }
 
 DateTime DateTime::getNextMinute() const {
+    tm fields = {};
+    time_t next = 0;
     // A leap second belongs to the minute before it.
-    return AddSeconds(secondsPerMinute - std::min(getSecond(), 59));
+    if (!localFields(m_time, &fields) ||
+        __builtin_add_overflow(m_time, secondsPerMinute - std::min(fields.tm_sec, 59), &next))
+        return Invalid();
+    return DateTime(next);
 }
 
 DateTime DateTime::getNextDay() const {

@@ -63,16 +63,19 @@ public:
     /// Reads a local time. A text with a '-' anywhere in it is year, month (1 to 12), day, hour, minute and second, as
     /// `ToISOBuf` writes them; any other is weekday, month name, day, hour, minute, second and year, as `ctime` does:
     /// "Tue Mar 5 09:07:03 2024". Of the texts written here only that of `ToISOBuf` is meant to be read back.
-    /// The parts stand between blanks, tabs, ':' and in the first form '-'; only the first 128 bytes are read. A part
+    /// Blanks, tabs, ':' and, in the first form, '-' separate the fields; only the first 128 bytes are read. A field
     /// that does not begin with a number counts as 0, and numbers outside their ranges carry over. The weekday is
-    /// passed over. Null and a text without any part give the epoch. Another count of parts, an unknown month name and
+    /// ignored. Null and a text without any field give the epoch. Another count of fields, an unknown month name and
     /// a date that the platform cannot express throw code 3591.
+    /// The fields are only counted: 'T' joins two of them, and a time zone is not read. So "2024-03-05T09:07:03Z" has
+    /// five fields and throws, but "2024-03-05T09:07:03+02:00" has six and gives 07:03:00. Before parsing other
+    /// ISO 8601 texts, replace the 'T' with a blank and remove the zone.
     explicit DateTime(const char* text);
     /// The same as that constructor.
     static DateTime Parse(const char* text);
-    /// Reads exactly what `ToRFC822Buf` writes in English, the names in any case, as UTC; so the instant before the
-    /// epoch gives `Invalid()` back. Null and the empty text give the epoch. Any other text, a date that does not
-    /// exist, a weekday that is another day's, and a date that the platform cannot express throw code 3591.
+    /// Reads exactly what `ToRFC822Buf` writes, the names in any case, as UTC; so the instant before the epoch gives
+    /// `Invalid()` back. Null and the empty text give the epoch. Any other text, a date that does not exist, a weekday
+    /// that is another day's, and a date that the platform cannot express throw code 3591.
     static DateTime fromRFC822(const char* text);
     /// The invalid date: the value −1, shown as the empty text.
     static DateTime Invalid();
@@ -147,7 +150,8 @@ public:
     bool isDST() const;
     /// The same day at midnight; `Invalid()` where the platform cannot express it.
     DateTime getDate() const;
-    /// The first second of the next minute.
+    /// The first second of the next minute; `Invalid()` if it is past the end of `time_t` or the platform cannot
+    /// express this time.
     DateTime getNextMinute() const;
     /// The next day at midnight; `Invalid()` where the platform cannot express it.
     DateTime getNextDay() const;
@@ -164,8 +168,8 @@ public:
     char* ToBuf(char* buf, int size) const;
     /// "2024-03-05 09:07:03"
     char* ToISOBuf(char* buf, int size) const;
-    /// "Tue, 05 Mar 2024 09:07:03 GMT", in UTC. `Invalid()` is written like any other time: callers see the last second
-    /// of 1969. The names are those of the process's locale, so English until a program sets another.
+    /// "Tue, 05 Mar 2024 09:07:03 GMT", in UTC, with English names in every locale. `Invalid()` is written like any
+    /// other time: callers see the last second of 1969.
     char* ToRFC822Buf(char* buf, int size) const;
     /// "3/05/2024 09:07:03"
     char* ToShortBuf(char* buf, int size) const;
