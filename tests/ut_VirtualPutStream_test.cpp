@@ -1,17 +1,24 @@
 #include "ut_VirtualPutStream.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <poll.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
+#include <cerrno>
 #include <climits>
 #include <string>
 #include <thread>
 #include <type_traits>
 #include <vector>
 
+#include "Descriptor.h"
 #include "ExpectFailure.h"
 #include "FailingOperation.h"
 #include "GuardedText.h"
 #include "LogCapture.h"
+#include "OpenDescriptors.h"
 #include "RandomRun.h"
 #include "RecordingOutput.h"
 #include "TemporaryDirectory.h"
@@ -557,6 +564,139 @@ TEST(VirtualPutStream, RefusedFlushKeepsItsBytesForALaterOne) {
     stream.FlushOutputStream();
     EXPECT_EQ(target.calls, (Lines{"refused:ports", "send:ports!"}));
     EXPECT_EQ(stream.transferred(), 6);
+}
+
+/// A FIFO whose writer does not wait, with a capacity of one page.
+class SmallFifo {
+public:
+    SmallFifo()
+        : m_path(makeFifo(m_directory.path("fifo"))),
+          m_reader(open(m_path.c_str(), O_RDONLY | O_NONBLOCK)),
+          m_writer(open(m_path.c_str(), O_WRONLY | O_NONBLOCK)) {
+        setCapacity(1);
+    }
+
+    const std::string& path() const {
+        return m_path;
+    }
+    const test::Descriptor& reader() const {
+        return m_reader;
+    }
+    int writer() const {
+        return m_writer.number();
+    }
+    /// Rounds `size` up to whole pages; the new capacity.
+    std::size_t setCapacity(std::size_t size) const {
+        return static_cast<std::size_t>(fcntl(m_writer.number(), F_SETPIPE_SZ, static_cast<int>(size)));
+    }
+    std::size_t capacity() const {
+        return static_cast<std::size_t>(fcntl(m_writer.number(), F_GETPIPE_SZ));
+    }
+
+private:
+    static std::string makeFifo(const std::string& path) {
+        EXPECT_EQ(mkfifo(path.c_str(), 0600), 0);
+        return path;
+    }
+
+    test::TemporaryDirectory m_directory;
+    std::string m_path;
+    test::Descriptor m_reader;
+    test::Descriptor m_writer;
+};
+
+/// Bytes of which no two pieces are alike.
+std::string numbers(std::size_t size) {
+    std::string text;
+    for (int i = 0; text.size() < size; ++i)
+        text += std::to_string(i) + " ";
+    text.resize(size);
+    return text;
+}
+
+TEST(VirtualPutStream, WhatATargetTookOfARefusedSendIsSentAgain) {
+    const SmallFifo fifo;
+    utility::FileOutputStream file(fifo.path().c_str(), false, 0600);
+    for (const int fd : test::descriptorsOf(fifo.path()))
+        ASSERT_EQ(fcntl(fd, F_SETFL, fcntl(fd, F_GETFL) | O_NONBLOCK), 0);
+    const std::size_t taken = fifo.capacity();
+    const std::string text = numbers(taken + 1000);
+    VirtualPutStream stream(file, static_cast<int>(2 * text.size()), static_cast<int>(2 * text.size()));
+    put(stream, text);
+
+    stream.FlushOutputStream();
+    EXPECT_EQ(fifo.reader().readAvailable(), text.substr(0, taken));
+    EXPECT_EQ(held(stream), text);
+    EXPECT_EQ(stream.transferred(), 0);
+
+    ASSERT_GT(fifo.setCapacity(4 * taken), text.size());
+    stream.FlushOutputStream();
+    EXPECT_EQ(fifo.reader().readAvailable(), text);
+    EXPECT_EQ(held(stream), "");
+    EXPECT_EQ(stream.transferred(), static_cast<int>(text.size()));
+}
+
+/// Repeats short writes until a send is complete; an error ends it for good.
+class CompletingOutput : public framework::OutputStream {
+public:
+    explicit CompletingOutput(int fd) : m_fd(fd) {}
+
+    bool SendOutputStream(const char* data, unsigned int size) override {
+        while (size > 0 && !m_error) {
+            const ssize_t count = write(m_fd, data, size);
+            if (count < 0 && errno == EAGAIN) {
+                pollfd writable = {m_fd, POLLOUT, 0};
+                m_error = poll(&writable, 1, 60000) < 1;
+            } else if (count < 0) {
+                m_error = errno != EINTR;
+            } else {
+                ++writes;
+                data += count;
+                size -= static_cast<unsigned int>(count);
+            }
+        }
+        return !m_error;
+    }
+    bool StartOutputStream() override {
+        return true;
+    }
+    void EndOutputStream() override {}
+    bool isOutputStreamOpen() override {
+        return true;
+    }
+    bool isOutputStreamInError() override {
+        return m_error;
+    }
+    bool isOutputStreamAtEnd() override {
+        return false;
+    }
+
+    int writes = 0;
+
+private:
+    int m_fd;
+    bool m_error = false;
+};
+
+TEST(VirtualPutStream, TargetThatCompletesEachSendGetsNoByteTwice) {
+    const SmallFifo fifo;
+    const std::string text = numbers(20 * fifo.capacity());
+    std::string received;
+    std::thread reader([&] {
+        while (received.size() < text.size()) {
+            pollfd readable = {fifo.reader().number(), POLLIN, 0};
+            if (poll(&readable, 1, 60000) < 1)
+                break;
+            received += fifo.reader().readAvailable();
+        }
+    });
+    CompletingOutput target(fifo.writer());
+    VirtualPutStream stream(target, static_cast<int>(3 * fifo.capacity()), static_cast<int>(3 * fifo.capacity()));
+    put(stream, text);
+    stream.FlushOutputStream();
+    reader.join();
+    EXPECT_EQ(received, text);
+    EXPECT_GE(target.writes, 20);
 }
 
 TEST(VirtualPutStream, FlushToADeadTargetDropsWhatIsHeld) {

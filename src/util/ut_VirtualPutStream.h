@@ -13,6 +13,11 @@ namespace utility {
 /// queued. Code 1239 is thrown for what fits neither into the buffer nor through it; with the no-throw flag it is
 /// logged and dropped.
 ///
+/// A target that answers false cannot tell how much of the send it took. All bytes of the send stay queued and are sent
+/// again, so the reader sees twice what was taken: after a short write of `FileOutputStream`, for example. If no byte
+/// may arrive twice, use a target that repeats short writes until the send is complete, and that goes into the error
+/// state if it cannot complete it: the rest is then dropped.
+///
 ///     utility::FileOutputStream file("/tmp/ports", false, 0600);
 ///     utility::VirtualPutStream out(file, 256, 200);
 ///     for (int i = 0; i < 1000; ++i) out.PutF("port %d\n", i);
