@@ -19,8 +19,10 @@
 #include "LogCapture.h"
 #include "OpenDescriptors.h"
 #include "OrdinaryUser.h"
+#include "RecordingOutput.h"
 #include "TemporaryDirectory.h"
 #include "VirtualSlot.h"
+#include "ut_VirtualGetStream.h"
 
 namespace {
 
@@ -254,6 +256,32 @@ TEST_F(FileInputStreamTest, AdoptedDescriptorIsInErrorForWhoAsksAndFromThenOn) {
     EXPECT_TRUE(stream.isInputStreamOpen());
     EXPECT_EQ(receive(stream, 3), "-1");
     EXPECT_FALSE(stream.StartInputStream());
+}
+
+TEST_F(FileInputStreamTest, AdoptedDescriptorIsNoSourceOfOtherStreamsButItsPathIs) {
+    m_directory.write("ports", "0123456789");
+    const test::Descriptor file = openFile("ports", O_RDONLY);
+    const std::string path = "/proc/self/fd/" + std::to_string(file.number());
+
+    FileInputStream adopted(file.number());
+    test::RecordingOutput nothing;
+    EXPECT_FALSE(nothing.TransferFromInputStream(adopted));
+    EXPECT_EQ(nothing.text(), "");
+    FileInputStream viewed(file.number());
+    utility::VirtualGetStream empty(viewed, 64, 0, 1, nullptr);
+    empty.StartInputStream();
+    EXPECT_EQ(empty.ReadAvailable(), 0);
+
+    FileInputStream opened(path.c_str());
+    if (!opened.isInputStreamOpen())
+        GTEST_SKIP() << "no /proc here";
+    test::RecordingOutput whole;
+    EXPECT_TRUE(whole.TransferFromInputStream(opened));
+    EXPECT_EQ(whole.text(), "0123456789");
+    FileInputStream source(path.c_str());
+    utility::VirtualGetStream view(source, 64, 0, 1, nullptr);
+    EXPECT_TRUE(view.StartInputStream());
+    EXPECT_EQ(view.ReadAvailable(), 10);
 }
 
 TEST_F(FileInputStreamTest, AdoptedPipeIsInErrorFromTheStart) {

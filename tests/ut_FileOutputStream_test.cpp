@@ -288,6 +288,20 @@ TEST_F(FileOutputStreamTest, AdoptedDescriptorIsSoughtToItsStart) {
     EXPECT_EQ(m_directory.read("ports"), "abc3456789");
 }
 
+TEST_F(FileOutputStreamTest, AdoptedDescriptorOverwritesUnlessItAppends) {
+    m_directory.write("over", "0123456789");
+    m_directory.write("append", "0123456789");
+    const test::Descriptor over = openFile("over", O_WRONLY);
+    const test::Descriptor append = openFile("append", O_WRONLY | O_APPEND);
+    ASSERT_EQ(lseek(over.number(), 0, SEEK_END), 10);
+    FileOutputStream first(over.number());
+    FileOutputStream second(append.number());
+    EXPECT_TRUE(send(first, "abc"));
+    EXPECT_TRUE(send(second, "abc"));
+    EXPECT_EQ(m_directory.read("over"), "abc3456789");
+    EXPECT_EQ(m_directory.read("append"), "0123456789abc");
+}
+
 TEST_F(FileOutputStreamTest, AdoptedDescriptorStaysOpenAndKeepsItsFlags) {
     m_directory.write("ports", "");
     const test::Descriptor file = openFile("ports", O_WRONLY);
@@ -526,6 +540,17 @@ TEST_F(FileOutputStreamTest, RemovedFileIsWrittenOn) {
     EXPECT_TRUE(send(stream, "4"));
     EXPECT_FALSE(stream.isOutputStreamInError());
     EXPECT_EQ(reader.readAvailable(), "4");
+}
+
+TEST_F(FileOutputStreamTest, MovedFileIsWrittenOnUnderItsNewName) {
+    const std::string path = m_directory.path("ports");
+    FileOutputStream stream(path.c_str(), false, 0600);
+    ASSERT_EQ(rename(path.c_str(), m_directory.path("moved").c_str()), 0);
+    m_directory.write("ports", "new");
+    EXPECT_TRUE(send(stream, "4"));
+    EXPECT_FALSE(stream.isOutputStreamInError());
+    EXPECT_EQ(m_directory.read("moved"), "4");
+    EXPECT_EQ(m_directory.read("ports"), "new");
 }
 
 TEST_F(FileOutputStreamTest, FlushDoesNothing) {

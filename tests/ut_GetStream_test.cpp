@@ -24,6 +24,7 @@
 #include "TraceLines.h"
 #include "VirtualSlot.h"
 #include "ut_BufferStream.h"
+#include "ut_FileInputStream.h"
 
 namespace {
 
@@ -602,6 +603,20 @@ TEST(GetStream, AFileWhoseSizeIsUnknownLoadsAsAnEmptyStream) {
     EXPECT_EQ(in.ReadLine(), nullptr);
     EXPECT_EQ(in.pBuffer(), nullptr);
     EXPECT_LT(in.WriteRemaining(), 1);
+}
+
+TEST(GetStream, AProcFileLoadsAsAnEmptyStreamAndIsReadAsAFile) {
+    const char* const path = "/proc/self/status";
+    utility::FileInputStream file(path);
+    if (!file.isInputStreamOpen())
+        GTEST_SKIP() << "no /proc here";
+    GetStream in;
+    EXPECT_TRUE(in.fromFile(path));
+    EXPECT_FALSE(in.isInputStreamOpen());
+    EXPECT_EQ(in.ReadLine(), nullptr);
+    char block[5];
+    ASSERT_EQ(file.ReceiveInputStream(block, sizeof block), 5);
+    EXPECT_EQ(std::string(block, sizeof block), "Name:");
 }
 
 TEST(GetStream, LoadingClosesTheFile) {

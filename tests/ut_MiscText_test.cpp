@@ -96,6 +96,7 @@ TEST(MiscText, Utf8DoesNotRefuseOverlongFormsAndSurrogates) {
     EXPECT_TRUE(isPrintable("\xE0\x80\xAF"));
     EXPECT_TRUE(isPrintable("\xED\xA0\x80"));
     EXPECT_TRUE(isPrintable("\xF7\xBF\xBF\xBF"));
+    EXPECT_TRUE(utility::Misc::isStringPrintableUtf8("\xC0\xAF", 2, "/", nullptr));
     EXPECT_EQ(log.count(), 0U);
 }
 

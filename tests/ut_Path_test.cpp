@@ -549,6 +549,27 @@ TEST(Path, IsValidWalksTheComponentsThatAreSeen) {
     EXPECT_EQ(path.getPath(), directory);
 }
 
+TEST(Path, IsValidAndFewerThan32ComponentsKeepAPathBelowItsStart) {
+    bool escaped = false;
+    for (const char* const root : {"", "/"}) {
+        for (unsigned int depth = 0; depth < 80; ++depth) {
+            Path path((root + repeated("d/", depth) + repeated("../", depth + 1) + "passwd").c_str());
+            if (!path.isValid())
+                continue;
+            EXPECT_GE(path.componentCount(), 32U) << path.getValue();
+            escaped = escaped || std::strstr(path.getValue(), "..") != nullptr;
+        }
+        for (unsigned int depth = 0; depth < 80; ++depth) {
+            Path path((root + repeated("d/", depth) + repeated("../", depth) + "passwd").c_str());
+            EXPECT_TRUE(path.isValid());
+            if (path.componentCount() < 32) {
+                EXPECT_EQ(path.getValue(), root + std::string("passwd"));
+            }
+        }
+    }
+    EXPECT_TRUE(escaped) << "the result alone is no check";
+}
+
 TEST(Path, RandomPathsAreNormalisedLikeTheModel) {
     test::RandomRun random;
     while (random.steps(30000)) {

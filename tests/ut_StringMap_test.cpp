@@ -7,6 +7,7 @@
 #include <cstring>
 #include <map>
 #include <random>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -124,6 +125,17 @@ TEST(StringMap, AnagramsShareABucket) {
     StringMap map(65536);
     EXPECT_EQ(map.hash("ab"), map.hash("ba"));
     EXPECT_EQ(map.hash("listen"), map.hash("silent"));
+}
+
+TEST(StringMap, AHundredThousandNumberedKeysShare46Buckets) {
+    StringMap map(65536);
+    std::set<uint32_t> buckets;
+    for (int i = 0; i < 100000; ++i) {
+        char key[16];
+        std::snprintf(key, sizeof key, "port%05d", i);
+        buckets.insert(map.hash(key));
+    }
+    EXPECT_EQ(buckets.size(), 46u);
 }
 
 TEST(StringMap, BytesAbove127HashAndSortAs128To255) {

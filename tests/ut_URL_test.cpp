@@ -256,6 +256,7 @@ TEST(URL, AnEscapedNulEndsTheText) {
 TEST(URL, WhatIsDecodedIsNotDecodedAgain) {
     EXPECT_EQ(decoded("%2541"), "%41");
     EXPECT_EQ(partsOf("/%3Fx%3a?y"), (Parts{NONE, NONE, "/?x:", "y"}));
+    EXPECT_EQ(partsOf("/a%2Fb"), (Parts{NONE, NONE, "/a/b", NONE}));
 }
 
 TEST(URL, DecodesJustTheBytesAskedFor) {

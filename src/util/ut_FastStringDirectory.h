@@ -10,7 +10,8 @@ namespace utility {
 /// Strings that stay in the slot where they were added, found by halving the range of their first byte.
 ///
 /// A slot number is a stable handle: it stays the string's until the string is deleted, and then goes to the next
-/// string added. Holds at most 32,767 slots; duplicates are kept. Ownership, threads and failures are those of
+/// string added. Slot numbers have 16 bits: a directory of 32,767 strings is full, and `Add` returns -1 until one is
+/// deleted. Duplicates are kept. Ownership, threads and failures are those of
 /// `StringDirectory`, whose `NumElements` counts free slots too.
 ///
 ///     utility::FastStringDirectory names(0);

@@ -20,7 +20,10 @@ class VXUT_EXPORT FileInputStream : public framework::InputStream {
 public:
     /// Opens `path` for reading. A null path fails like one that does not exist.
     explicit FileInputStream(const char* path);
-    /// Adopts `fd` and seeks it to offset 0; where that fails, the stream is in error from the start.
+    /// Adopts `fd` and seeks it to offset 0; where that fails, the stream is in error from the start. Receive from it
+    /// directly: `isInputStreamInError` puts an adopted descriptor into the error state, and
+    /// `TransferFromInputStream` and `VirtualGetStream` ask for that first, so they read nothing. For these, open the
+    /// path "/proc/self/fd/N" instead.
     explicit FileInputStream(int fd);
     FileInputStream(const FileInputStream&) = delete;
     FileInputStream& operator=(const FileInputStream&) = delete;
@@ -46,7 +49,8 @@ public:
     int ReceiveInputStream(char* buffer, unsigned int size) override;
     bool isInputStreamOpen() override;
     /// Whether a system call failed, or the path does not exist any more: a stream without a path is always in error
-    /// here.
+    /// here. So the question itself ends the reading of a file that was moved or removed; one that another file
+    /// replaced is read on.
     bool isInputStreamInError() override;
     /// Whether the stream was ended, or a receive gave 0 bytes, since the last seek.
     bool isInputStreamAtEnd() override;

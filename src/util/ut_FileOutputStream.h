@@ -11,7 +11,7 @@ namespace utility {
 /// so the text must outlive it. It does not use the numbers 0 to 2, even if they are free: what is written to standard
 /// error never reaches the file. A descriptor given in stays the caller's. One thread at a time. Nothing is thrown or
 /// logged: a failed system call leaves its `errno` (`errorNumber`) and sets the error state for good; from then on
-/// sends are dropped.
+/// sends are dropped. A file that was moved or removed is written on: a new log file needs a new stream.
 ///
 ///     utility::FileOutputStream file("/tmp/ports", false, 0600);
 ///     if (!file.SendOutputStream("4\n", 2) || file.isOutputStreamInError()) report(file.errorNumber());
@@ -21,7 +21,8 @@ public:
     /// null path fails like one that does not exist.
     FileOutputStream(const char* path, bool append, unsigned int mode);
     /// Adopts `fd` and seeks it to offset 0. On a pipe or terminal that fails, and the stream is in error from the
-    /// start: callers rely on adopted descriptors being files.
+    /// start: callers rely on adopted descriptors being files. Sends overwrite what such a file holds from its first
+    /// byte on, unless the descriptor has O_APPEND.
     explicit FileOutputStream(int fd);
     FileOutputStream(const FileOutputStream&) = delete;
     FileOutputStream& operator=(const FileOutputStream&) = delete;

@@ -26,13 +26,15 @@ public:
     GetStream();
     /// Loads a file with `fromFile`. A file that cannot be read leaves an empty stream, and nothing says so.
     explicit GetStream(const char* path);
-    /// Reads from the caller's `text` of `length` bytes, with one more byte behind them for a terminator. Nothing is
-    /// readable until the caller says `WriteAdvance(length)`: callers rely on that order.
+    /// Reads from the caller's `text` of `length` bytes, which one more byte must follow, for a terminator. Nothing is
+    /// readable until the caller calls `WriteAdvance(length)`: callers rely on that order.
     GetStream(const char* text, int length);
     ~GetStream() override;
 
     /// Loads a whole file into own storage. False when it cannot be opened; an empty file is true. Meant for a fresh
     /// stream: storage held before is not released. Throws code 1238 when there is no storage.
+    /// The file's size says how much to read: a file under /proc, which has the size 0, and one of 2 GiB or more load
+    /// as an empty stream, with the result true. Read these with `FileInputStream`.
     bool fromFile(const char* path);
 
     /// Stores the next byte in `out` (null drops it); false when nothing is readable.

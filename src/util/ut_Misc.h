@@ -71,9 +71,10 @@ public:
     /// Whether every byte of `text` is from 32 to 126; true for the empty text, false for null.
     static bool isStringPrintableAscii(const char* text);
 
-    /// Whether the first `len` bytes of `s`, or those up to a NUL, are well-formed UTF-8 without a printable ASCII
+    /// Whether the first `len` bytes of `s`, or those up to a NUL, are whole UTF-8 characters without a printable ASCII
     /// character of `disallowed` and without control characters other than those of `allowedControls` (null: none).
-    /// Logs the first offence. Callers see the old five- and six-byte forms, overlong forms and surrogates accepted.
+    /// Logs the first offence. Callers see the old five- and six-byte forms, overlong forms and surrogates accepted. So
+    /// `disallowed` does not refuse the overlong form of one of its characters, such as "\xC0\xAF" for a '/'.
     /// A null `s` holds no bytes: true for a `len` of 0, else false without a log line.
     static bool isStringPrintableUtf8(const char* s, unsigned int len, const char* disallowed,
                                       const char* allowedControls);

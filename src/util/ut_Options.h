@@ -11,8 +11,9 @@ class PutStream;
 /// Up to eight options: keys, which are string tokens, with or without a value each.
 ///
 /// The texts are copies in a pool that `clear` frees at once; a pointer handed out is valid until then. A key may occur
-/// more than once. One thread at a time. Nothing is thrown or logged, but by the stream that `toStream` writes to: a
-/// ninth option is dropped, and what is not there is null, -1 or false. Null values equal no text.
+/// more than once. One thread at a time. Nothing is thrown or logged, but by the stream that `toStream` writes to: what
+/// is not there is null, -1 or false. A ninth option is ignored without an error; `count()` tells how many were kept.
+/// Null values equal no text.
 ///
 ///     char text[] = "sort=name,size&reverse";
 ///     utility::Options options;

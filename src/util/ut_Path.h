@@ -72,9 +72,11 @@ public:
     const char* component(unsigned int i) const;
     /// Removes a component with the slash behind it, or the file; one that is not there changes nothing.
     void removeComponent(unsigned int i);
-    /// Takes out ".", empty components, and ".." together with the component before it, in the file part too. False
-    /// when a ".." had none before it; the path is left normalised all the same. Directory components behind the 32nd
-    /// are not looked at: callers see them unchanged, and what a ".." among them does is not told.
+    /// Normalizes the path: removes ".", empty components, and ".." together with the component before it, in the file
+    /// part too. False when a ".." had none before it; the path is normalized in this case too.
+    /// Directory components past the 32nd are not looked at: callers see them unchanged, and the result can be true
+    /// although a ".." is left. A check against ".." must also refuse a path of which `componentCount()` is 32 or more
+    /// after this call.
     bool isValid();
     /// Computes the components, unless they are computed already.
     void evaluatePath() const;

@@ -15,6 +15,10 @@ namespace utility {
 /// without memory an entry is not added. A map whose bucket count was refused, or for which there was no memory, stays
 /// empty whatever is added; a null key is found nowhere. Debug switch 5859 traces the hashing.
 ///
+/// Use it for some hundred keys. Similar keys share few buckets, however many there are: "port00000" to "port99999"
+/// use 46, and every search walks a chain. For more keys, use the slots of a `FastStringDirectory` as indexes into an
+/// array of values (up to 32,767 keys), or `std::unordered_map`.
+///
 ///     utility::StringMap ports(64);
 ///     ports.Add("CL1-A", &port);
 ///     if (ports.Lookup("CL1-A") == &port) show(port);

@@ -10,7 +10,9 @@ namespace utility {
 ///
 /// All texts are copies in the object's own pool and valid until it is cleared, assigned to or destroyed. An absent
 /// part is null. One thread at a time. Nothing is thrown or logged; a failed allocation leaves the part absent. Syntax:
-/// RFC 3986, without fragments; a "+" stays a "+".
+/// RFC 3986, without fragments: a "#" is an ordinary character of the part that contains it. A "+" stays a "+". Each
+/// part is decoded once, so "%2541" gives "%41", and an encoded delimiter then looks like any other: "/a%2Fb" gives
+/// "/a/b".
 ///
 ///     utility::URL url("abc://node:8080/a%20b?x=1");
 ///     url.GetPath();    // "/a b"
