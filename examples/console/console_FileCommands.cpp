@@ -2,13 +2,15 @@
 #include <cerrno>
 #include <cstring>
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "console_CommandGroups.h"
+#include "console_DescriptorOutputStream.h"
 #include "console_Files.h"
 #include "ut_Debug.h"
 #include "ut_FileInputStream.h"
-#include "ut_FileOutputStream.h"
 
 namespace console {
 
@@ -72,16 +74,20 @@ bool copy(Invocation& call) {
         return call.fail("%s: %s", from, std::strerror(EISDIR));
     if (isSameFile(from, to))
         return call.fail("%s and %s are the same file", from, to);
-    utility::FileOutputStream out(to, false, 0666);
-    if (!out.isOutputStreamOpen())
-        return call.fail("%s: %s", to, std::strerror(out.errorNumber()));
-    const bool transferred = out.TransferFromInputStream(in);
-    if (in.errorNumber() != 0)
-        return call.fail("%s: %s", from, std::strerror(in.errorNumber()));
-    if (out.isOutputStreamInError())
-        return call.fail("%s: %s", to, std::strerror(out.errorNumber()));
-    if (!transferred)
-        return call.fail("%s: only part of it could be written", to);
+    const int target = open(to, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+    if (target < 0)
+        return call.fail("%s: %s", to, std::strerror(errno));
+    DescriptorOutputStream out(target);
+    const bool read = readFile(call, in, from, [&](const char* block, int count) {
+        return out.SendOutputStream(block, static_cast<unsigned int>(count));
+    });
+    // A file system may report only now that it could not store what it took.
+    const int closeError = close(target) == 0 ? 0 : errno;
+    if (!read)
+        return false;
+    const int error = out.errorNumber() != 0 ? out.errorNumber() : closeError;
+    if (error != 0)
+        return call.fail("%s: %s", to, std::strerror(error));
     return true;
 }
 

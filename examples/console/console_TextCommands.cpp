@@ -1,26 +1,24 @@
 #include <algorithm>
 #include <cctype>
-#include <cstdint>
+#include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "console_CommandGroups.h"
 #include "console_Files.h"
 #include "fw_Logger.h"
 #include "ut_Misc.h"
-#include "ut_StringMap.h"
 #include "ut_md5.h"
 
 namespace console {
 
 namespace {
 
-const unsigned int bucketCount = 65536;
-
 /// How often each word of a text occurs.
 class WordCounts {
 public:
-    WordCounts() : m_counts(bucketCount) {}
+    using Count = std::pair<const std::string, unsigned long long>;
 
     void add(char c) {
         const unsigned char byte = static_cast<unsigned char>(c);
@@ -34,32 +32,25 @@ public:
     void endWord() {
         if (m_word.empty())
             return;
-        void* count = m_counts.Lookup(m_word.c_str());
-        const std::uintptr_t before = count != notFound ? reinterpret_cast<std::uintptr_t>(count) : 0;
-        m_counts.Add(m_word.c_str(), reinterpret_cast<void*>(before + 1));
+        ++m_counts[m_word];
         m_word.clear();
     }
 
     /// The words, the most frequent first, and in alphabetical order where they are equally frequent.
-    std::vector<std::pair<std::uintptr_t, std::string>> sorted() {
-        std::vector<std::pair<std::uintptr_t, std::string>> words;
-        void* count = nullptr;
-        for (const char* word = m_counts.First(count); word != nullptr; word = m_counts.Next(word, count))
-            words.emplace_back(reinterpret_cast<std::uintptr_t>(count), word);
-        std::sort(words.begin(), words.end(), [](const auto& a, const auto& b) {
-            return a.first != b.first ? a.first > b.first : a.second < b.second;
-        });
+    std::vector<const Count*> sorted() const {
+        std::vector<const Count*> words;
+        for (const Count& word : m_counts)
+            words.push_back(&word);
+        std::stable_sort(words.begin(), words.end(),
+                         [](const Count* a, const Count* b) { return a->second > b->second; });
         return words;
     }
 
 private:
-    static void* const notFound;
-
-    utility::StringMap m_counts;
+    // Ordered: no choice of words makes it slow, and words of equal frequency come in alphabetical order.
+    std::map<std::string, unsigned long long> m_counts;
     std::string m_word;
 };
-
-void* const WordCounts::notFound = reinterpret_cast<void*>(-1);
 
 bool countWords(Invocation& call) {
     WordCounts counts;
@@ -70,8 +61,11 @@ bool countWords(Invocation& call) {
     if (!succeeded)
         return false;
     counts.endWord();
-    for (const auto& word : counts.sorted())
-        call.out().PutF("%8lu %s\n", static_cast<unsigned long>(word.first), word.second.c_str());
+    for (const WordCounts::Count* word : counts.sorted()) {
+        call.out().PutF("%8llu ", word->second);
+        call.out().PutB(word->first.data(), static_cast<int>(word->first.size()));
+        call.out().PutC('\n');
+    }
     return true;
 }
 
