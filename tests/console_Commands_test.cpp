@@ -220,7 +220,8 @@ TEST(ConsoleWords, AFailureKeepsItsReasonHoweverLongTheName) {
 }
 
 TEST(ConsoleWords, AFailureIsOneLineWhateverTheNameHolds) {
-    expectFailure(runCommand("show file \"a\nb\033[2Jc\177\""), "show file: a?b?[2Jc?: No such file or directory");
+    expectFailure(runCommand("show file \"a\nb\033[2Jc\177\""),
+                  "show file: a\\x0ab\\x1b[2Jc\\x7f: No such file or directory");
 }
 
 TEST(ConsoleWords, AreCountedAgainstTheUsage) {
@@ -328,6 +329,19 @@ TEST(ConsoleDebug, SaysWhenNoSwitchIsLeftForANewName) {
     const ChildResult child = runConsole({}, commands);
     EXPECT_EQ(child.status, 1);
     EXPECT_NE(child.err.find("debug on: vx-made-up-1499: no switch is left for this name\n"), std::string::npos);
+}
+
+// On a pipe nothing is escaped
+
+TEST(ConsoleOnAPipe, NamesAndUrlsKeepTheirControlCharacters) {
+    TemporaryDirectory directory;
+    const std::string name = "name\033[2J\x9b\xc2\x9b\x7f";
+    directory.write(name, "abc");
+    const ChildResult listed = runCommand("ls " + directory.path());
+    EXPECT_NE(listed.out.find(name + "\n"), std::string::npos);
+    EXPECT_NE(runCommand("url http://host/%1b%C2%9B").out.find("\033\xc2\x9b"), std::string::npos);
+    const ChildResult environment = runCommand("show environment", [&] { setenv("VX_UNSAFE", name.c_str(), 1); });
+    EXPECT_NE(environment.out.find("VX_UNSAFE=" + name), std::string::npos);
 }
 
 // show file, dump

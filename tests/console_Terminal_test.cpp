@@ -256,6 +256,95 @@ TEST(ConsoleTerminal, AStopThatCannotBeCaughtIsFollowedByTheKeyModeToo) {
     terminal.expectExit(0);
 }
 
+// What the terminal would obey
+
+namespace {
+
+/// Text that a terminal would obey, and the same as it is to be shown.
+const std::string unsafeText = "\033[2J\x9b"
+                               "1m\xc2\x9b"
+                               "2m\x7f\x80\xff\b\r\033";
+const std::string unsafeTextShown = "\\x1b[2J\\x9b1m\\xc2\\x9b2m\\x7f\\x80\\xff\\x08\\x0d\\x1b";
+const std::string readableText = "gr\xc3\xbcn \xe6\xbc\xa2\xe5\xad\x97 \xf0\x9f\x99\x82";
+
+} // namespace
+
+TEST(ConsoleEscapes, ControlCharactersInAFileAreShownAndTextStaysReadable) {
+    TemporaryDirectory directory;
+    const std::string file = directory.write("text", unsafeText + readableText + "\n" + std::string(1, 0) + "\n\xc3");
+    Terminal terminal;
+    terminal.untilPrompt();
+    EXPECT_EQ(terminal.answerTo("show file " + file), unsafeTextShown + readableText + "\r\n\\x00\r\n\\xc3\r\n");
+    // What is remembered is what was shown.
+    terminal.type("history\r");
+    terminal.expect("vx> show file " + file + "\r\n" + unsafeTextShown + readableText + "\r\n\\x00\r\n\\xc3\r\n");
+}
+
+TEST(ConsoleEscapes, TabsStayTabs) {
+    TemporaryDirectory directory;
+    Pty terminal(test::consoleCommand({"-c", "show file " + directory.write("text", "one\ttwo\n")}), 80, 25, [] {
+        test::setConsoleEnvironment();
+        termios mode = {};
+        tcgetattr(STDOUT_FILENO, &mode);
+        mode.c_oflag &= ~static_cast<tcflag_t>(TABDLY);
+        tcsetattr(STDOUT_FILENO, TCSANOW, &mode);
+    });
+    EXPECT_EQ(terminal.expect("two\r\n"), "one\ttwo\r\n");
+    EXPECT_EQ(terminal.waitForChange().status, 0);
+}
+
+TEST(ConsoleEscapes, ControlCharactersInNamesUrlsAndTheEnvironmentAreShown) {
+    TemporaryDirectory directory;
+    directory.write("name" + unsafeText, "abc");
+    const std::string shownName = "name" + unsafeTextShown;
+    setenv("VX_UNSAFE", unsafeText.c_str(), 1);
+    Terminal terminal(80, 500);
+    unsetenv("VX_UNSAFE");
+    terminal.untilPrompt();
+    const std::string listed = terminal.answerTo("ls " + directory.path());
+    EXPECT_EQ(listed.substr(listed.find("name")), shownName + "\r\n");
+    EXPECT_NE(terminal.answerTo("url http://host/%1b%5B2J%C2%9B").find("\\x1b[2J\\xc2\\x9b"), std::string::npos);
+    terminal.type("show environment\r");
+    terminal.expect("VX_UNSAFE=" + unsafeTextShown);
+}
+
+TEST(ConsoleEscapes, AlsoTheAnswerOfASingleCommandAndItsFailureAreSafe) {
+    TemporaryDirectory directory;
+    const std::string file =
+        directory.write("name" + unsafeText, std::string(16383, 'x') + "\xc3\xbc" + unsafeText + "\n");
+    Pty answer(test::consoleCommand({"-c", "md5 \"" + file + "\""}), 80, 25, test::setConsoleEnvironment);
+    EXPECT_NE(answer.expect("\n").find("name" + unsafeTextShown + "\r\n"), std::string::npos);
+    EXPECT_EQ(answer.waitForChange().status, 0);
+    Pty content(test::consoleCommand({"-c", "show file \"" + file + "\""}), 80, 25, test::setConsoleEnvironment);
+    EXPECT_EQ(content.expect("\n"), std::string(16383, 'x') + "\xc3\xbc" + unsafeTextShown + "\r\n");
+    EXPECT_EQ(content.waitForChange().status, 0);
+    Pty failure(test::consoleCommand({"-c", "show file \"/none" + unsafeText + "\""}), 80, 25,
+                test::setConsoleEnvironment);
+    EXPECT_EQ(failure.expect("\n"), "show file: /none" + unsafeTextShown + ": No such file or directory\r\n");
+    EXPECT_EQ(failure.waitForChange().status, 1);
+}
+
+TEST(ConsoleEscapes, TakeTheirColumnsOnAPage) {
+    TemporaryDirectory directory;
+    std::string text;
+    std::string page;
+    // Thirty escapes of four columns are two rows.
+    for (int i = 0; i < 13; ++i)
+        text += std::string(30, '\033') + "\n";
+    for (int i = 0; i < 30; ++i)
+        page += "\\x1b";
+    Terminal terminal;
+    terminal.untilPrompt();
+    terminal.type("show file " + directory.write("text", text) + "\r");
+    terminal.expect("\r\n");
+    std::string pages;
+    for (int i = 0; i < 12; ++i)
+        pages += page + "\r\n";
+    EXPECT_EQ(terminal.expect(pagePrompt), pages + pagePrompt);
+    terminal.type(" ");
+    EXPECT_EQ(terminal.untilPrompt(), removedPrompt + page + "\r\n");
+}
+
 // Pages
 
 TEST(ConsolePages, ThirtyLinesAreAPageThePromptAndTheRest) {

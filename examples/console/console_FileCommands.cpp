@@ -20,7 +20,7 @@ const int bytesPerLine = 16;
 
 bool showFile(Invocation& call) {
     return readFile(call, call.word(0), [&](const char* block, int count) {
-        return call.out().SendOutputStream(block, static_cast<unsigned int>(count));
+        return call.out().SendOutputStream(block, static_cast<unsigned int>(count)) && call.isWanted();
     });
 }
 

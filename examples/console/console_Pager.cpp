@@ -11,6 +11,10 @@ Pager::~Pager() {
     m_terminal.setPager(nullptr);
 }
 
+bool Pager::SendOutputStream(const char* data, unsigned int size) {
+    return hasQuit() || PagingVirtualPutStream::SendOutputStream(data, size) || hasQuit();
+}
+
 void Pager::FlushOutputStream() {
     if (hasQuit()) {
         Rewind();

@@ -17,6 +17,7 @@ public:
     Pager(TerminalConsole& terminal, int width, int height, int size, int flushThreshold);
     ~Pager() override;
 
+    bool SendOutputStream(const char* data, unsigned int size) override;
     void FlushOutputStream() override;
     /// Whether the user has quit.
     bool isOutputStreamAtEnd() override;

@@ -1,11 +1,11 @@
 #include "console_Session.h"
 
-#include <algorithm>
 #include <cstring>
 #include <exception>
 #include <memory>
 
 #include "console_CommandTable.h"
+#include "console_EscapingOutputStream.h"
 #include "console_Pager.h"
 #include "console_SignalStack.h"
 #include "fw_Exception.h"
@@ -34,15 +34,13 @@ void send(utility::BufferStreamQueue& queue, utility::BufferStreamElement* eleme
     queue.m_waiter.unlock();
 }
 
-/// A failure is shown as one line, whatever the names in it hold. Where it is too long its middle is left out: the
-/// reason stands at its end.
+/// A failure is shown as one line, whatever the names in it contain. The middle of a line that is too long is left out:
+/// the reason is at its end.
 std::string oneLine(const std::string& failure) {
     std::string line = failure;
     if (line.size() > longestFailure)
         line.replace(longestFailure / 2, line.size() - longestFailure, "...");
-    std::replace_if(
-        line.begin(), line.end(), [](unsigned char c) { return c < ' ' || c == 127; }, '?');
-    return line;
+    return escapedLine(line);
 }
 
 utility::BufferStreamElement* receive(utility::BufferStreamQueue& queue) {
@@ -195,14 +193,10 @@ bool Session::serve(utility::BufferStreamElement& element) {
 bool Session::answer(Request& request, std::string* failure, bool* ends) {
     bool succeeded = false;
     if (m_paged) {
-        Pager out(m_terminal, request.width, request.height, outputSize, outputThreshold);
-        succeeded = runCommand(request, out, failure, ends);
-        out.FlushOutputStream();
+        Pager pages(m_terminal, request.width, request.height, outputSize, outputThreshold);
+        succeeded = answerTo(pages, request, failure, ends);
     } else {
-        utility::VirtualPutStream out(m_terminal.outputStream(), outputSize, outputThreshold);
-        out.setHoldOutput(true);
-        succeeded = runCommand(request, out, failure, ends);
-        out.FlushOutputStream();
+        succeeded = answerTo(m_terminal.outputStream(), request, failure, ends);
     }
     m_terminal.setAnswering(false);
     *failure = oneLine(*failure);
@@ -212,6 +206,18 @@ bool Session::answer(Request& request, std::string* failure, bool* ends) {
         return succeeded;
     *failure = std::string("standard output: ") + std::strerror(m_terminal.outputError());
     return false;
+}
+
+/// Escapes before it counts pages: what is escaped takes more columns.
+bool Session::answerTo(framework::OutputStream& target, Request& request, std::string* failure, bool* ends) {
+    EscapingOutputStream escaping(target);
+    framework::OutputStream& shown = m_terminal.isShownByTerminal() ? escaping : target;
+    utility::VirtualPutStream out(shown, outputSize, outputThreshold);
+    // A reader of pages sees each block as soon as it is there.
+    out.setHoldOutput(!m_paged);
+    const bool succeeded = runCommand(request, out, failure, ends);
+    out.EndOutputStream();
+    return succeeded;
 }
 
 bool Session::runCommand(Request& request, utility::PutStream& out, std::string* failure, bool* ends) {

@@ -15,7 +15,8 @@ namespace console {
 ///
 /// A request is written with the parameter writers into an element of the pool, queued under the queue's waiter, and
 /// read back by the worker in the same order; the answer comes back in the same element. The terminal is kept, not
-/// owned. One thread at a time calls `run`.
+/// owned; where it is a terminal, answers are shown without control characters that it would obey. One thread at a time
+/// calls `run`.
 ///
 ///     console::Session session(terminal, true);
 ///     std::string failure;
@@ -48,6 +49,7 @@ private:
     void work();
     bool serve(utility::BufferStreamElement& element);
     bool answer(Request& request, std::string* failure, bool* ends);
+    bool answerTo(framework::OutputStream& target, Request& request, std::string* failure, bool* ends);
     bool runCommand(Request& request, utility::PutStream& out, std::string* failure, bool* ends);
 
     TerminalConsole& m_terminal;

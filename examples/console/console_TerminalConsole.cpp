@@ -73,6 +73,7 @@ bool isPrintable(char byte) {
 TerminalConsole::TerminalConsole(int input, int output, bool keyMode)
     : m_input(input),
       m_inputError(0),
+      m_isShownByTerminal(isatty(output) != 0),
       m_output(output),
       m_recorder(m_output, m_history),
       m_mode(keyMode ? input : -1),

@@ -46,6 +46,10 @@ public:
     int inputError() const {
         return m_inputError;
     }
+    /// Whether what is written is shown by a terminal, which obeys control characters.
+    bool isShownByTerminal() const {
+        return m_isShownByTerminal;
+    }
     /// The `errno` of the failure to write, 0 when there was none.
     int outputError() const {
         return m_output.errorNumber();
@@ -73,6 +77,7 @@ private:
 
     int m_input;
     int m_inputError;
+    const bool m_isShownByTerminal;
     DescriptorOutputStream m_output;
     History m_history;
     RecordingOutputStream m_recorder;
