@@ -9,30 +9,141 @@ test_packages=(openssl pkg-config)
 check_packages=(clang-format clang-tidy)
 armhf_packages=(g++-arm-linux-gnueabihf qemu-user libc6:armhf libstdc++6:armhf libcrypt-dev:armhf)
 
-# Runs a command quietly: what it prints goes to a file and is shown only when it fails.
-quietly() {
+# Under sudo only packages are installed as root; all else runs as the user who called it, and belongs to that user.
+caller=()
+if [ "$(id -u)" -eq 0 ] && [[ ${SUDO_UID:-} =~ ^[1-9][0-9]*$ && ${SUDO_GID:-} =~ ^[0-9]+$ ]]; then
+    caller=(setpriv --reuid "$SUDO_UID" --regid "$SUDO_GID" --init-groups
+        env "HOME=$(getent passwd "$SUDO_UID" | cut -d: -f6)")
+fi
+
+as_caller() {
+    "${caller[@]}" "$@"
+}
+
+# Makes the build folder. A build of root's own, or one of a tree that the user cannot read, stays with root.
+make_build_folder() {
+    if [ ${#caller[@]} -gt 0 ]; then
+        [ -e "$root/build" ] || install -d -o "$SUDO_UID" -g "$SUDO_GID" -- "$root/build" || return
+        as_caller test -w "$root/build" -a -r "$root/CMakeLists.txt" || caller=()
+    fi
+    mkdir -p -- "$root/build"
+}
+
+# For scripts that need root for packages alone: starts $1 of this folder again as the user who called sudo.
+become_caller() {
+    local script=$1
+    shift
+    make_build_folder || return
+    [ ${#caller[@]} -eq 0 ] || exec "${caller[@]}" "$root/scripts/$script" "$@"
+}
+
+job=
+elevated=
+
+# Ends the script, and what it waits for, at signal number $1. What does not end within a second, such as dpkg in the
+# middle of a package, goes on alone.
+stop() {
+    local attempt
+    trap '' INT TERM HUP
+    if [ -n "$job" ]; then
+        kill -s INT -- "-$job" 2>/dev/null
+        [ -z "$elevated" ] || sudo -n kill -s INT -- "-$job" </dev/null 2>/dev/null
+        for attempt in {1..10}; do
+            kill -0 -- "-$job" 2>/dev/null || break
+            sleep 0.1
+        done
+    fi
+    [ ! -t 2 ] || echo >&2
+    exit $((128 + $1))
+}
+trap 'stop 1' HUP
+trap 'stop 2' INT
+trap 'stop 15' TERM
+
+# Runs a command in a process group of its own and waits for it. Bash would handle a signal only after a command that it
+# runs in the foreground has ended.
+interruptible() {
+    local status
+    set -m
+    (
+        trap 'exit 130' INT
+        "$@"
+    ) </dev/null &
+    job=$!
+    set +m
+    wait "$job"
+    status=$?
+    job=
+    return "$status"
+}
+
+# Shows which packages come, and the [n/m] of a build: in one line of a terminal, else line by line.
+show_progress() {
+    local line shown='' progress='^(\[[1-9][0-9]*/[0-9]+\] |Get:|Unpacking |Setting up |Waiting for cache lock|Trying again)'
+    while IFS= read -r line; do
+        [[ $line =~ $progress ]] || continue
+        if [ -t 2 ]; then
+            printf '\r\033[K%.79s' "$line" >&2
+            shown=1
+        else
+            printf '%s\n' "$line" >&2
+        fi
+    done
+    [ -z "$shown" ] || printf '\r\033[K' >&2
+}
+
+# Runs a command that prints to the file $1. Only progress is shown, and all of it when it fails.
+logged() {
     local log=$1 status
     shift
-    mkdir -p "$(dirname -- "$log")" || return
-    "$@" </dev/null >"$log" 2>&1
-    status=$?
-    [ $status -eq 0 ] || cat "$log" >&2
-    return $status
+    as_caller mkdir -p -- "$(dirname -- "$log")" || return
+    NINJA_STATUS='[%f/%t] ' "$@" 2>&1 9>&- | as_caller tee -- "$log" | show_progress
+    status=${PIPESTATUS[0]}
+    [ "$status" -eq 0 ] || cat -- "$log" >&2
+    return "$status"
+}
+
+quietly() {
+    interruptible logged "$@"
+}
+
+locked=
+
+# Scripts of one tree set up one after the other. The lock ends with the script, or with unlock.
+lock() {
+    [ -z "$locked" ] || return 0
+    make_build_folder || return
+    [ -e "$root/build/setup.lock" ] || as_caller touch -- "$root/build/setup.lock" || return
+    exec 9>>"$root/build/setup.lock" || return
+    if ! flock -n 9; then
+        echo "Waiting for another set-up of this tree to end" >&2
+        interruptible flock 9 || return
+    fi
+    locked=1
+}
+
+unlock() {
+    exec 9>&-
+    locked=
+}
+
+# Whether packages can be installed. Asks for a password now: later, nobody is asked.
+can_become_root() {
+    [ "$(id -u)" -ne 0 ] || return 0
+    command -v sudo >/dev/null && sudo -v </dev/null && elevated=1
 }
 
 as_root() {
     if [ "$(id -u)" -eq 0 ]; then
         "$@"
-    elif command -v sudo >/dev/null; then
-        sudo "$@"
     else
-        echo "This needs root or sudo: $*" >&2
-        return 1
+        sudo -n "$@"
     fi
 }
 
 apt_get() {
-    as_root env DEBIAN_FRONTEND=noninteractive apt-get -q -y -o DPkg::Lock::Timeout=300 -o Acquire::Retries=3 "$@"
+    as_root env DEBIAN_FRONTEND=noninteractive LC_ALL=C.UTF-8 apt-get -q -y -o DPkg::Lock::Timeout=300 \
+        -o Acquire::Retries=3 "$@"
 }
 
 # A name with an architecture asks for that one, any other name for the machine's own.
@@ -49,8 +160,10 @@ installed() {
 # A failing update is no reason to stop: what is needed may be in the lists all the same.
 install_with_retries() {
     local pause
+    trap 'exit 130' INT
     for pause in 0 1 5 15 30; do
         if [ "$pause" -gt 0 ]; then
+            echo "Trying again in $pause s"
             sleep "$pause"
             apt_get update || echo "The package lists could not all be brought up to date."
         fi
@@ -59,21 +172,39 @@ install_with_retries() {
     return 1
 }
 
-# Installs those of the named packages that are missing; without any missing, neither root nor a network is needed.
-ensure_packages() {
-    local package missing=()
+find_missing() {
+    local package
+    missing=()
     for package in "$@"; do
         installed "$package" || missing+=("$package")
     done
+}
+
+# Installs those of the named packages that are missing; without any missing, neither root nor a network is needed. Takes
+# the lock to install.
+ensure_packages() {
+    local missing architecture=''
+    find_missing "$@"
     [ ${#missing[@]} -gt 0 ] || return 0
 
     if ! command -v apt-get >/dev/null; then
         echo "Please install what Debian calls: ${missing[*]}" >&2
         return 1
     fi
-    [ ! -t 2 ] || echo "Installing ${missing[*]}" >&2
     if [[ " ${missing[*]} " == *:armhf* ]] && ! dpkg --print-foreign-architectures | grep -qx armhf; then
-        as_root dpkg --add-architecture armhf </dev/null || return
+        architecture="dpkg --add-architecture armhf"
     fi
+    if ! can_become_root; then
+        echo "Packages are missing, and installing them needs root or sudo. Ask an administrator to run:" >&2
+        echo "    ${architecture:+$architecture && apt-get update && }apt-get install ${missing[*]}" >&2
+        return 1
+    fi
+    lock || return
+    # What had the lock may have installed them.
+    find_missing "$@"
+    [ ${#missing[@]} -gt 0 ] || return 0
+    echo "Installing ${missing[*]}" >&2
+    # shellcheck disable=SC2086
+    [ -z "$architecture" ] || as_root $architecture </dev/null || return
     quietly "$root/build/setup.log" install_with_retries "${missing[@]}"
 }
