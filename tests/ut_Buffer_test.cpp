@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <optional>
@@ -15,6 +16,7 @@
 #include "FailingAllocation.h"
 #include "FailingOperation.h"
 #include "GuardedBytes.h"
+#include "HeapGrowth.h"
 #include "LogCapture.h"
 #include "TraceLines.h"
 #include "VirtualSlot.h"
@@ -77,6 +79,21 @@ public:
     mutable int available = 0;
     int written = 0;
     int read = 0;
+};
+
+// The process's memory object for its life: hands out what `malloc` gives, and keeps no record of it.
+class MallocMemory : public framework::Memory {
+public:
+    MallocMemory() {
+        framework::Container::m_pMemory = this;
+    }
+    ~MallocMemory() override {
+        framework::Container::m_pMemory = nullptr;
+    }
+    void* allocate(unsigned long size) override {
+        return std::malloc(size);
+    }
+    void release(const void*) override {}
 };
 
 // Claims more room than its storage has, as a stream does that takes more in several turns.
@@ -296,22 +313,30 @@ TEST(Buffer, CallersStorageIsNeverFreed) {
     EXPECT_STREQ(text, "ports");
 }
 
-TEST(Buffer, ObjectsComeFromTheMemoryObjectAndGoBackToIt) {
+TEST(Buffer, AnObjectIsExactlyOnePieceOfItsSizeFromTheMemoryObject) {
     test::CountingMemory memory;
     auto* const buffer = new OpenBuffer(8);
-    ASSERT_EQ(memory.requests().size(), 2u);
-    EXPECT_GE(memory.requests()[0], sizeof(OpenBuffer));
-    EXPECT_EQ(memory.requests()[1], 9u);
+    EXPECT_EQ(memory.requests(), (std::vector<unsigned long>{sizeof(OpenBuffer), 9}));
+    EXPECT_TRUE(memory.holds(buffer));
     EXPECT_EQ(memory.outstanding(), 2u);
     delete static_cast<Buffer*>(buffer);
     EXPECT_EQ(memory.outstanding(), 0u);
     EXPECT_TRUE(memory.foreign().empty());
 }
 
+TEST(Buffer, AStreamIsExactlyOnePieceOfItsSizeToo) {
+    test::CountingMemory memory;
+    const std::unique_ptr<utility::BufferStream> stream(new utility::BufferStream(8));
+    EXPECT_EQ(memory.requests(), (std::vector<unsigned long>{sizeof(utility::BufferStream), 9}));
+    EXPECT_TRUE(memory.holds(stream.get()));
+}
+
 TEST(Buffer, ObjectsComeFromMallocWithoutAMemoryObject) {
     const unsigned long before = test::allocationCount();
-    delete new Buffer;
+    Buffer* const buffer = new Buffer;
     EXPECT_EQ(test::allocationCount(), before + 1);
+    buffer->~Buffer();
+    std::free(buffer);
 }
 
 TEST(Buffer, AnObjectThatCannotBeHadIsNull) {
@@ -332,27 +357,30 @@ TEST(Buffer, AnObjectWhoseStorageCannotBeHadIsGivenBack) {
     EXPECT_TRUE(memory.foreign().empty());
 }
 
-TEST(Buffer, ObjectsGoBackWhereTheyCameFromWhateverTheMemoryObjectIsByThen) {
-    std::unique_ptr<Buffer> early(new Buffer);
-    test::CountingMemory memory;
-    early.reset();
-    EXPECT_TRUE(memory.foreign().empty());
+TEST(Buffer, AnObjectGoesBackToTheMemoryObjectOfTheTimeOfItsDeletion) {
+    Buffer* const early = new Buffer;
+    const test::CountingMemory first;
+    delete early;
+    EXPECT_EQ(first.foreign(), std::vector<const void*>{early});
+    std::free(early);
+
+    Buffer* const late = new Buffer;
+    const test::CountingMemory second;
+    delete late;
+    EXPECT_TRUE(first.holds(late));
+    EXPECT_EQ(second.foreign(), std::vector<const void*>{late});
 }
 
-TEST(Buffer, AnObjectOfAFormerMemoryObjectGoesBackToThatOne) {
-    test::CountingMemory first;
-    std::unique_ptr<Buffer> moved(new Buffer);
-    std::unique_ptr<Buffer> orphaned(new Buffer);
-    {
-        const test::CountingMemory second;
-        moved.reset();
-        EXPECT_TRUE(second.foreign().empty());
-        EXPECT_EQ(first.outstanding(), 1u);
-    }
-    framework::Container::m_pMemory = nullptr;
-    orphaned.reset();
-    framework::Container::m_pMemory = &first;
-    EXPECT_EQ(first.outstanding(), 0u);
+TEST(Buffer, AnObjectOfAMemoryObjectThatIsGoneIsFreed) {
+    EXPECT_LT(test::heapGrowth([] {
+                  Buffer* buffer = nullptr;
+                  {
+                      MallocMemory memory;
+                      buffer = new Buffer;
+                  }
+                  delete buffer;
+              }),
+              8000u);
 }
 
 TEST(Buffer, DeletingNullDoesNothing) {

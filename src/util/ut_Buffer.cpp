@@ -15,11 +15,6 @@ namespace utility {
 
 namespace {
 
-// Stands before each object, so that it goes back where it came from even when the memory object changed meanwhile.
-struct alignas(std::max_align_t) Origin {
-    framework::Memory* memory;
-};
-
 int saturated(long long value) {
     return static_cast<int>(std::clamp<long long>(value, INT_MIN, INT_MAX));
 }
@@ -201,23 +196,17 @@ void Buffer::terminate() {
 
 void* Buffer::operator new(std::size_t size) noexcept {
     framework::Memory* memory = framework::Container::getMemory();
-    const std::size_t bytes = sizeof(Origin) + size;
-    void* piece = memory != nullptr ? memory->allocate(bytes) : std::malloc(bytes);
-    if (piece == nullptr)
-        return nullptr;
-    Origin* origin = static_cast<Origin*>(piece);
-    origin->memory = memory;
-    return origin + 1;
+    return memory != nullptr ? memory->allocate(size) : std::malloc(size);
 }
 
 void Buffer::operator delete(void* object) noexcept {
     if (object == nullptr)
         return;
-    Origin* origin = static_cast<Origin*>(object) - 1;
-    if (origin->memory != nullptr) {
-        origin->memory->release(origin);
+    framework::Memory* memory = framework::Container::getMemory();
+    if (memory != nullptr) {
+        memory->release(object);
     } else {
-        std::free(origin);
+        std::free(object);
     }
 }
 

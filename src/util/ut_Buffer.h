@@ -10,11 +10,15 @@ namespace utility {
 /// A byte store of fixed capacity with a write position (head) and a read position (tail).
 ///
 /// The storage is the buffer's own or the caller's; the caller's is never freed and must outlive the buffer. Own
-/// storage has one byte more than the capacity, for a terminating NUL. Buffers, and so all streams, are themselves
-/// taken from the process's memory object (`framework::Container::getMemory`) when there is one, else from `malloc`; a
-/// failed `new` is null. One thread at a time. Moving a position past its bound throws code 1239 and leaves the
-/// position moved; with the no-throw flag it is clamped silently. A position outside the storage counts as no room and
-/// as nothing to read until `Rewind`.
+/// storage has one byte more than the capacity, for a terminating NUL. One thread at a time. Moving a position past its
+/// bound throws code 1239 and leaves the position moved; with the no-throw flag it is clamped silently. A position
+/// outside the storage counts as no room and as nothing to read until `Rewind`.
+///
+/// `new` of a buffer, and so of any stream, asks the process's memory object (`framework::Container::getMemory`) for
+/// exactly the size of the object, or `malloc` if there is no memory object; a failed `new` is null. `delete` gives the
+/// object to the memory object that is current at that moment, or to `free` if there is none. The same holds for own
+/// storage, except that storage of a memory object that is gone is not freed: do not change the memory object while
+/// buffers exist.
 ///
 ///     utility::BufferStream stream(16);
 ///     stream.PutS("ports");
