@@ -39,6 +39,7 @@ using Content = ReferenceOptions::Content;
 const Value NONE = std::nullopt;
 const unsigned int CONTINUED = 1153;
 
+static_assert(sizeof(Options) == (sizeof(void*) == 8 ? 136 : 84), "clients hold options in their own objects");
 static_assert(std::has_virtual_destructor<Options>::value, "options may be deleted as their base");
 static_assert(!std::is_copy_constructible<Options>::value, "a copy would share the pool");
 static_assert(!std::is_copy_assignable<Options>::value, "an assignment would share the pool");
@@ -302,6 +303,20 @@ TEST(Options, ValuesAreFoundByKeyAndIndex) {
     EXPECT_EQ(options.getAsString(0, 0), nullptr);
     static_assert(std::is_same<decltype(options.getAsString(0, 0)), char*>::value, "");
     static_assert(std::is_same<decltype(constant.getAsString(0, 0)), const char*>::value, "");
+}
+
+TEST(Options, TheEmptyTextOfAnOptionWithoutAValueIsOneOfTheLibrary) {
+    std::optional<Options> options(std::in_place);
+    set(*options, "a&b");
+    Options other;
+    set(other, "c");
+    const Options& constant = *options;
+    const char* const empty = options->getAsString(token("a"), 0);
+    EXPECT_EQ(options->getAsString(token("b"), 0), empty);
+    EXPECT_EQ(constant.getAsString(token("a"), 0), empty);
+    EXPECT_EQ(other.getAsString(token("c"), 0), empty);
+    options.reset();
+    EXPECT_STREQ(empty, "");
 }
 
 TEST(Options, GetAsIntIsTheNumberAtTheStartOfTheValue) {

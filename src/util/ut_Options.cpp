@@ -15,6 +15,7 @@ namespace {
 const unsigned int poolBlockSize = 2048;
 const unsigned int poolBlockCount = 20;
 const stringtoken continuationKey = 1153;
+const char noValue[1] = {0};
 
 /// Ends `text` at the first `separator` and returns what is behind it, or null when there is none.
 char* splitAt(char* text, char separator) {
@@ -27,7 +28,7 @@ char* splitAt(char* text, char separator) {
 
 } // namespace
 
-Options::Options() : m_pool(poolBlockSize, poolBlockCount), m_count(0), m_keys(), m_values(), m_none() {}
+Options::Options() : m_pool(poolBlockSize, poolBlockCount), m_count(0), m_keys(), m_values() {}
 
 Options::~Options() = default;
 
@@ -111,17 +112,12 @@ const char* Options::getAsString(unsigned int key, unsigned int index) const {
     const unsigned int i = indexOf(key, index);
     if (i >= m_count)
         return nullptr;
-    return m_values[i] != nullptr ? m_values[i] : "";
+    return m_values[i] != nullptr ? m_values[i] : noValue;
 }
 
 char* Options::getAsString(unsigned int key, unsigned int index) {
-    const unsigned int i = indexOf(key, index);
-    if (i >= m_count)
-        return nullptr;
-    if (m_values[i] != nullptr)
-        return m_values[i];
-    m_none[0] = 0;
-    return m_none;
+    // The empty text is read-only, so that no caller can change it for the others.
+    return const_cast<char*>(static_cast<const Options*>(this)->getAsString(key, index));
 }
 
 int Options::getAsInt(unsigned int key, unsigned int index) const {

@@ -40,7 +40,7 @@ public:
     void deleteOption(unsigned int key, const char* value);
 
     /// The value of the option with `key` that has `index` such options before it: the empty text when it has none,
-    /// null when there is no such option.
+    /// null when there is no such option. That empty text belongs to the library and must not be written to.
     const char* getAsString(unsigned int key, unsigned int index) const;
     char* getAsString(unsigned int key, unsigned int index);
     /// The same as a decimal number; -1 when there is no such option or it has no value.
@@ -73,7 +73,6 @@ private:
     unsigned int m_count;
     stringtoken m_keys[largestCount];
     char* m_values[largestCount];
-    char m_none[1]; // the text of an option without a value
 };
 
 } // namespace utility
