@@ -780,15 +780,11 @@ TEST(ListEntry, InsertsNothingWithoutMemory) {
     EXPECT_EQ(entry.next(), nullptr);
 }
 
-TEST(ListEntries, AreFoundAndRemovedByDerivedLists) {
-    struct OpenList : public List {
-        using List::getEntry;
-        using List::removeEntry;
-    };
+TEST(ListEntries, AreFoundAndRemovedByCallers) {
     ListNumber a(1);
     ListNumber b(2);
     ListNumber c(3);
-    OpenList list;
+    List list;
     for (ListNumber* element : {&a, &b, &c})
         list.addLast(element);
     EXPECT_EQ(list.getEntry(-1), nullptr);

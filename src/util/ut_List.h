@@ -17,8 +17,8 @@ class ListIterator;
 /// Elements belong to the caller and must outlive their stay in the list; only the `removeAndDelete` operations delete
 /// them. Elements are the same when `ListContainable::equals` says so, wherever they lie in memory.
 /// Any thread may call any operation; one writes at a time, and none writes while an iterator lives. A thread that has
-/// an iterator must not write to the same list. Nothing is thrown: an element for which there is no memory is not
-/// added, which leaves the list as it was.
+/// an iterator must not write to the same list. Only `getEntry` and `removeEntry` take no lock. Nothing is thrown: an
+/// element for which there is no memory is not added, which leaves the list as it was.
 ///
 ///     utility::List queue(true);
 ///     std::thread consumer([&queue] { delete queue.removeFirst(true); });
@@ -116,13 +116,14 @@ public:
     /// nothing locked, when there is no memory.
     ListIterator* iterator(SortOrder order) const;
 
-protected:
-    /// The entry at `index`; null outside the list. The caller has locked the list.
+    /// `getEntry` and `removeEntry` take no lock: use them only while no other thread uses the list. An iterator keeps
+    /// writers away, which is enough for `getEntry`.
+    ///
+    /// The entry at `index`; null outside the list.
     ListEntry* getEntry(int index) const;
-    /// The first entry whose element equals `e`; null when there is none, and for null. The caller has locked the list.
+    /// The first entry whose element equals `e`; null when there is none, and for null.
     ListEntry* getEntry(const ListContainable* e) const;
-    /// Takes out and destroys an entry of this list, not its element; null does nothing. The caller has locked the list
-    /// for writing.
+    /// Takes out and destroys `entry`, which must be an entry of this list, but not its element; null does nothing.
     void removeEntry(const ListEntry* entry);
 
 private:
