@@ -4,6 +4,9 @@
 
 #include <algorithm>
 #include <climits>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <map>
 #include <string>
 #include <type_traits>
@@ -48,6 +51,29 @@ TEST(FastStringDirectory, UsageExample) {
     names.Delete("a");
     EXPECT_EQ(names.ElementAt(0), nullptr);
     EXPECT_EQ(names.Add("c"), 0);
+}
+
+TEST(FastStringDirectory, HoldsItsSlotArrayItsFirstFreeSlotAndItsIndexInThisOrder) {
+    struct Tail {
+        int firstFree;
+        std::int16_t index[257];
+    };
+    const std::size_t tailAt = sizeof(utility::StringDirectory) + sizeof(utility::ShortArray);
+    static_assert(tailAt == (sizeof(void*) == 8 ? 56 : 36), "the base and the slot array come first");
+    static_assert(sizeof(FastStringDirectory) == (sizeof(void*) == 8 ? 576 : 556), "nothing else is held");
+    FastStringDirectory directory(0);
+    const auto tail = [&directory] {
+        Tail copy;
+        std::memcpy(&copy, reinterpret_cast<const char*>(&directory) + tailAt, sizeof copy);
+        return copy;
+    };
+    EXPECT_EQ(tail().firstFree, -1);
+    fill(directory, {"b", "a", "b"});
+    directory.Delete("a");
+    EXPECT_EQ(tail().firstFree, 1);
+    EXPECT_EQ(tail().index['b'], 0);
+    EXPECT_EQ(tail().index['c'], 2);
+    EXPECT_EQ(tail().index[256], 2);
 }
 
 TEST(FastStringDirectory, AStringTakesTheSlotThatWasFreed) {

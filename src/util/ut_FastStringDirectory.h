@@ -44,8 +44,8 @@ private:
     void freeSlot(int slot);
 
     ShortArray m_sorted;
-    FirstByteIndex m_index;
     int m_firstFree;
+    FirstByteIndex m_index;
 };
 
 } // namespace utility
