@@ -63,6 +63,20 @@ TEST(Stack, ItsNodesLeadFromTheTopToTheBottom) {
     EXPECT_EQ(node->Next(), nullptr);
 }
 
+TEST(Stack, ItsTopNodeCanBeGivenAnotherNext) {
+    const std::string names[] = {"a", "b", "c"};
+    Stack stack;
+    for (const std::string& name : names)
+        stack.push(&name, nullptr);
+    Stack::StackNode* const top = stack.topNode();
+    const Stack::StackNode* const middle = top->Next();
+    top->Next(middle->Next());
+    delete middle;
+    EXPECT_EQ(stack.pop(), &names[2]);
+    EXPECT_EQ(stack.pop(), &names[0]);
+    EXPECT_EQ(stack.pop(), nullptr);
+}
+
 TEST(Stack, ANodeCanBeGivenAnotherNext) {
     const std::string name = "a";
     const Stack::StackNode bottom(nullptr, nullptr, nullptr);

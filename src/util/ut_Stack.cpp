@@ -38,6 +38,7 @@ const void* Stack::topObj() const {
     return m_top != nullptr ? m_top->Obj() : nullptr;
 }
 
-const Stack::StackNode* Stack::topNode() const {
-    return m_top;
+Stack::StackNode* Stack::topNode() const {
+    // `push` makes every node non-const; only the links between them are const.
+    return const_cast<StackNode*>(m_top);
 }

@@ -58,8 +58,9 @@ public:
     const std::string* top() const;
     /// The object on top; the stack should not be empty: then it is null.
     const void* topObj() const;
-    /// The node on top, or null. Valid until it is taken off.
-    const StackNode* topNode() const;
+    /// The node on top, or null. Valid until it is taken off. `Next(node)` on it changes the stack: `node` and those
+    /// beneath it then belong to the stack, which deletes them, and those that were beneath before to the caller.
+    StackNode* topNode() const;
 
 private:
     const StackNode* m_top;
