@@ -193,6 +193,37 @@ TEST(VirtualGetStream, WithoutASourceIsClosedAndEmpty) {
     stream.EndInputStream();
 }
 
+TEST(VirtualGetStream, ADerivedStreamGivesItselfASource) {
+    struct DerivedStream : public VirtualGetStream {
+        DerivedStream() : VirtualGetStream(0, 0) {
+            setSize(8);
+            allocBuffer();
+        }
+        using VirtualGetStream::setSource;
+    };
+    test::ScriptedInput first;
+    first.give("ports");
+    test::ScriptedInput second;
+    second.give(" and hosts");
+    DerivedStream stream;
+    EXPECT_FALSE(stream.StartInputStream());
+    stream.setSource(&first);
+    EXPECT_TRUE(stream.StartInputStream());
+    EXPECT_TRUE(stream.isInputStreamOpen());
+    EXPECT_EQ(receive(stream, 2), "po");
+    // What is held stays, and offsets count on.
+    stream.setSource(&second);
+    stream.load();
+    EXPECT_EQ(held(stream), "rts and ");
+    EXPECT_EQ(stream[2], 'r');
+    EXPECT_EQ(stream.received(), 10);
+    stream.setSource(nullptr);
+    EXPECT_FALSE(stream.isInputStreamOpen());
+    EXPECT_EQ(receive(stream, 16), "rts and ");
+    EXPECT_TRUE(stream.isInputStreamAtEnd());
+    EXPECT_EQ(first.endCount + second.endCount, 0);
+}
+
 // Starting, ending, states
 
 TEST(VirtualGetStream, StartStartsTheSourceAndFillsTheBufferOnce) {

@@ -24,7 +24,7 @@ public:
     /// none). `keepBehind` bytes stay held before the highest offset asked for; fewer than `lowWater` bytes held are a
     /// reason to refill.
     VirtualGetStream(framework::InputStream& source, int size, int keepBehind, int lowWater, char* buffer);
-    /// No source and no storage; for derived classes.
+    /// No source and no storage; for derived classes, which set them with `setSource` and `allocBuffer`.
     VirtualGetStream(int keepBehind, int lowWater);
     ~VirtualGetStream() override;
 
@@ -65,6 +65,13 @@ public:
     /// Bytes received from the source since the last start.
     int received() const {
         return m_received;
+    }
+
+protected:
+    /// Reads from `source` from now on; null is no source. The source is kept, not owned; it is neither started nor
+    /// ended here. Bytes held from the former source stay readable, and offsets continue after them.
+    void setSource(framework::InputStream* source) {
+        m_source = source;
     }
 
 private:
