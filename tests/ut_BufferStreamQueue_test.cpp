@@ -195,16 +195,34 @@ TEST_F(BufferStreamQueueTest, PuttingBackWhatIsQueuedChangesNothing) {
     EXPECT_EQ(queue.deQueue(), nullptr);
 }
 
-TEST_F(BufferStreamQueueTest, QueueingTheLastElementAgainChangesNothing) {
+TEST_F(BufferStreamQueueTest, QueueingWhatIsQueuedChangesNothing) {
     queue.enQueue(&a);
     queue.enQueue(&a);
     EXPECT_EQ(queue.Count(), 1);
     EXPECT_EQ(a.Next(), nullptr);
     queue.enQueue(&b);
-    queue.enQueue(&b);
-    EXPECT_EQ(queue.Count(), 2);
+    queue.enQueue(&c);
+    for (BufferStreamElement* const queued : {&a, &b, &c}) {
+        queue.enQueue(queued);
+        ASSERT_EQ(queue.Count(), 3);
+        ASSERT_EQ(a.Next(), &b);
+        ASSERT_EQ(b.Next(), &c);
+        ASSERT_EQ(c.Next(), nullptr);
+    }
     EXPECT_EQ(queue.deQueue(), &a);
     EXPECT_EQ(queue.deQueue(), &b);
+    EXPECT_EQ(queue.deQueue(), &c);
+    EXPECT_EQ(queue.deQueue(), nullptr);
+}
+
+TEST_F(BufferStreamQueueTest, QueueingTheFirstOfAnotherChainTakesItAlone) {
+    a.Append(&b);
+    queue.enQueue(&c);
+    queue.enQueue(&a);
+    EXPECT_EQ(queue.Count(), 2);
+    EXPECT_EQ(a.Next(), nullptr);
+    EXPECT_EQ(queue.deQueue(), &c);
+    EXPECT_EQ(queue.deQueue(), &a);
     EXPECT_EQ(queue.deQueue(), nullptr);
 }
 

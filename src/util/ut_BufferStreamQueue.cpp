@@ -15,8 +15,8 @@ BufferStreamQueue::~BufferStreamQueue() {
 }
 
 void BufferStreamQueue::enQueue(BufferStreamElement* e) {
-    // An element queued twice in a row would lead to itself.
-    if (e == nullptr || e == m_tail)
+    // Clearing the link of a queued element would lose those after it.
+    if (e == nullptr || holds(e))
         return;
     e->m_next = nullptr;
     if (m_tail != nullptr) {

@@ -32,8 +32,8 @@ public:
     /// Deletes the elements in the queue.
     ~BufferStreamQueue();
 
-    /// Puts `e`, which is in no chain, at the end and owns it from now on; null, and the last element once more, do
-    /// nothing.
+    /// Puts `e`, which is in no chain, at the end and owns it from now on; null, and an element that is in the queue
+    /// already, do nothing.
     void enQueue(BufferStreamElement* e);
     /// Takes the first element, which the caller then owns; null when the queue is empty.
     BufferStreamElement* deQueue();
