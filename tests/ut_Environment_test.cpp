@@ -498,6 +498,40 @@ TEST(Environment, WithoutMemoryItCanBeMadeOrRefused) {
     EXPECT_GE(failed, 4U);
 }
 
+TEST(Environment, WithoutMemoryForANameOrAValueASetChangesNothing) {
+    const long before = framework::Memory::staticOutstanding();
+    for (const int others : {0, 9, 10}) {
+        Variables former;
+        for (int i = 0; i < others; ++i)
+            former.push_back({"N" + std::to_string(i), std::to_string(i)});
+        former.push_back({"A", "1"});
+        for (const char* const name : {"A", "B"}) {
+            unsigned long failures = 1;
+            for (unsigned long nth = 1; failures > 0; ++nth) {
+                ASSERT_LE(nth, 50U);
+                Environment set;
+                for (const auto& [formerName, value] : former)
+                    set.set(formerName.c_str(), value.c_str());
+                const char* const text = set.get("A");
+                {
+                    test::FailingAllocation failing(nth);
+                    withLittleMemory([&] { set.set(name, "2"); });
+                    failures = failing.failures();
+                }
+                if (failures == 0) {
+                    EXPECT_STREQ(set.get(name), "2");
+                    break;
+                }
+                EXPECT_EQ(contentOf(set), former) << nth;
+                EXPECT_EQ(set.get("A"), text) << nth;
+                set.set(name, "3");
+                EXPECT_STREQ(set.get(name), "3") << nth;
+            }
+        }
+    }
+    EXPECT_EQ(framework::Memory::staticOutstanding(), before);
+}
+
 TEST(Environment, WithoutMemoryForAVariableItCanStillBeAskedAndPrinted) {
     const long before = framework::Memory::staticOutstanding();
     unsigned long failures = 1;

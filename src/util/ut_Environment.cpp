@@ -6,6 +6,7 @@
 
 #include <unistd.h>
 
+#include "fw_Memory.h"
 #include "ut_Failure.h"
 #include "ut_PutStream.h"
 #include "ut_StringArray.h"
@@ -17,6 +18,31 @@ namespace {
 
 const unsigned int environmentSwitch = 368;
 const unsigned int initialCapacity = 20;
+
+// The table has an even number of slots, so only the first `Append` of a pair can throw.
+void append(StringArray& variables, const char* name, const char* value) {
+    const unsigned int place = variables.length();
+    variables.Append(name);
+    if (variables.ElementAt(place) != nullptr) {
+        variables.Append(value);
+        if (variables.ElementAt(place + 1) != nullptr)
+            return;
+        variables.DeleteAt(place + 1);
+    }
+    variables.DeleteAt(place);
+}
+
+// Unlike `StringArray::SetAt`, keeps the former text when there is no memory for the new one.
+void replace(char*& slot, const char* text) {
+    // Callers rely on pointers to an equal value staying valid.
+    if (std::strcmp(slot, text) == 0)
+        return;
+    char* const copy = framework::Memory::StaticAllocString(text);
+    if (copy == nullptr)
+        return;
+    framework::Memory::StaticFreeString(slot);
+    slot = copy;
+}
 
 } // namespace
 
@@ -70,11 +96,10 @@ void Environment::set(const char* name, const char* value) {
         return;
     const int index = find(name);
     if (index >= 0) {
-        m_variables->SetAt(static_cast<unsigned int>(index) + 1, value);
-        return;
+        replace((*m_variables)[static_cast<unsigned int>(index) + 1], value);
+    } else {
+        append(*m_variables, name, value);
     }
-    m_variables->Append(name);
-    m_variables->Append(value);
 }
 
 void Environment::unset(const char* name) {

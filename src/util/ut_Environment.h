@@ -12,8 +12,8 @@ class StringArray;
 /// Names and values are copies that the set owns; a pointer handed out is valid until its variable is changed. The
 /// order is that of insertion, and a name occurs once. One thread at a time; the static operations follow the
 /// platform's rules for the process environment. Look-ups of absent names give null, 0, false or -1. `ElementAt` throws
-/// code 1229; without memory for more variables `set` throws code 1230 of "ut_Array", and one whose name or value finds
-/// none is there without it.
+/// code 1229. Without memory `set` leaves the set as it was: it throws code 1230 of "ut_Array" when the table cannot
+/// grow, and does nothing when there is no memory for the name or the value.
 ///
 ///     utility::Environment set;
 ///     set.set("PORTS", "4");
