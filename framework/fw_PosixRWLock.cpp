@@ -1,5 +1,8 @@
 #include "fw_PosixRWLock.h"
 
+#include <cerrno>
+#include <ctime>
+
 #include "fw_Logger.h"
 
 #define LOG_FAILURE(format, error)                                                                                     \
@@ -12,6 +15,18 @@ namespace {
 
 // Its address is another one in each thread.
 __attribute__((tls_model("initial-exec"))) thread_local char self;
+
+// EAGAIN: the platform cannot count a further holder at the moment. Callers do not look at a result, so returning
+// without the lock would let them change what it protects.
+int tryAgain(int (*take)(pthread_rwlock_t*), pthread_rwlock_t* lock) {
+    const timespec pause = {0, 1000000};
+    int error = EAGAIN;
+    do {
+        nanosleep(&pause, nullptr);
+        error = take(lock);
+    } while (error == EAGAIN);
+    return error;
+}
 
 } // namespace
 
@@ -34,7 +49,12 @@ void PosixRWLock::readLock() {
         ++m_depth;
         return;
     }
-    if (const int error = pthread_rwlock_rdlock(&m_lock))
+    int error = pthread_rwlock_rdlock(&m_lock);
+    if (error == EAGAIN) {
+        LOG_FAILURE("locking for reading %d", error);
+        error = tryAgain(pthread_rwlock_rdlock, &m_lock);
+    }
+    if (error != 0)
         LOG_FAILURE("locking for reading %d", error);
 }
 
@@ -43,7 +63,12 @@ void PosixRWLock::writeLock() {
         ++m_depth;
         return;
     }
-    if (const int error = pthread_rwlock_wrlock(&m_lock)) {
+    int error = pthread_rwlock_wrlock(&m_lock);
+    if (error == EAGAIN) {
+        LOG_FAILURE("locking for writing %d", error);
+        error = tryAgain(pthread_rwlock_wrlock, &m_lock);
+    }
+    if (error != 0) {
         LOG_FAILURE("locking for writing %d", error);
         return;
     }

@@ -12,7 +12,8 @@ namespace thread {
 /// A read-write lock over the platform's own.
 ///
 /// The thread that holds it for writing may take it again, for reading or writing; each taking needs its `unlock`. A
-/// thread that holds it for reading must not ask to write. A failing POSIX call is logged at level 0.
+/// thread that holds it for reading must not ask to write. A failing POSIX call is logged at level 0. A lock refused
+/// with EAGAIN (too many readers) is logged once and tried again every millisecond until the thread holds it.
 ///
 ///     framework::thread::PosixRWLock lock;
 ///     lock.writeLock();

@@ -26,16 +26,29 @@ namespace {
 struct {
     const char* call = nullptr;
     const void* object = nullptr;
+    int error = 0;
+    int times = 0; // how often it still fails
 } failing;
+
+void failNext(const char* call, int error, int times) {
+    failing.call = call;
+    failing.error = error;
+    failing.times = times;
+}
 
 int platformCall(const char* name, pthread_rwlock_t* lock) {
     const auto* begin = static_cast<const char*>(failing.object);
     const auto* place = reinterpret_cast<const char*>(lock);
-    if (failing.call && std::strcmp(failing.call, name) == 0 && place >= begin && place < begin + sizeof(PosixRWLock))
-        return EAGAIN;
+    if (failing.times > 0 && std::strcmp(failing.call, name) == 0 && place >= begin &&
+        place < begin + sizeof(PosixRWLock)) {
+        --failing.times;
+        return failing.error;
+    }
     return reinterpret_cast<int (*)(pthread_rwlock_t*)>(dlsym(RTLD_NEXT, name))(lock);
 }
 
+const char* const READ_LOCK = "virtual void framework::thread::PosixRWLock::readLock()";
+const char* const WRITE_LOCK = "virtual void framework::thread::PosixRWLock::writeLock()";
 const std::chrono::milliseconds aWhile(50);
 const std::chrono::seconds longEnough(60);
 
@@ -138,26 +151,48 @@ TEST(PosixRWLock, FailingCallsAreLoggedWithTheirNumber) {
     test::LogCapture log;
     PosixRWLock lock;
     failing.object = &lock;
-    failing.call = "pthread_rwlock_rdlock";
+    failNext("pthread_rwlock_rdlock", EDEADLK, 1);
     lock.readLock();
-    failing.call = "pthread_rwlock_wrlock";
+    failNext("pthread_rwlock_wrlock", EDEADLK, 1);
     lock.writeLock();
-    failing.call = nullptr;
     // The refused writer does not count as one.
     EXPECT_TRUE(isFree(lock, &PosixRWLock::writeLock));
     lock.readLock();
-    failing.call = "pthread_rwlock_unlock";
+    failNext("pthread_rwlock_unlock", EPERM, 1);
     lock.unlock();
-    failing.call = nullptr;
     lock.unlock();
-    const std::string number = std::to_string(EAGAIN);
+    EXPECT_EQ(failing.times, 0);
     EXPECT_EQ(log.count(), 3U);
-    EXPECT_TRUE(log.contains(Logger::LOG_ERROR, "virtual void framework::thread::PosixRWLock::readLock()",
-                             "locking for reading " + number));
-    EXPECT_TRUE(log.contains(Logger::LOG_ERROR, "virtual void framework::thread::PosixRWLock::writeLock()",
-                             "locking for writing " + number));
+    EXPECT_TRUE(log.contains(Logger::LOG_ERROR, READ_LOCK, "locking for reading " + std::to_string(EDEADLK)));
+    EXPECT_TRUE(log.contains(Logger::LOG_ERROR, WRITE_LOCK, "locking for writing " + std::to_string(EDEADLK)));
     EXPECT_TRUE(log.contains(Logger::LOG_ERROR, "virtual void framework::thread::PosixRWLock::unlock()",
-                             "unlocking " + number));
+                             "unlocking " + std::to_string(EPERM)));
+}
+
+TEST(PosixRWLock, AReaderRefusedForTheMomentTriesAgainUntilItHoldsTheLock) {
+    test::LogCapture log;
+    PosixRWLock lock;
+    failing.object = &lock;
+    failNext("pthread_rwlock_rdlock", EAGAIN, 3);
+    lock.readLock();
+    EXPECT_EQ(failing.times, 0);
+    EXPECT_TRUE(waitsFor(lock, &PosixRWLock::writeLock, [&] { lock.unlock(); }));
+    EXPECT_EQ(log.count(), 1U);
+    EXPECT_TRUE(log.contains(Logger::LOG_ERROR, READ_LOCK, "locking for reading " + std::to_string(EAGAIN)));
+}
+
+TEST(PosixRWLock, AWriterRefusedForTheMomentTriesAgainUntilItHoldsTheLock) {
+    test::LogCapture log;
+    PosixRWLock lock;
+    failing.object = &lock;
+    failNext("pthread_rwlock_wrlock", EAGAIN, 3);
+    lock.writeLock();
+    EXPECT_EQ(failing.times, 0);
+    lock.readLock();
+    lock.unlock();
+    EXPECT_TRUE(waitsFor(lock, &PosixRWLock::readLock, [&] { lock.unlock(); }));
+    EXPECT_EQ(log.count(), 1U);
+    EXPECT_TRUE(log.contains(Logger::LOG_ERROR, WRITE_LOCK, "locking for writing " + std::to_string(EAGAIN)));
 }
 
 extern "C" {
