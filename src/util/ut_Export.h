@@ -1,7 +1,6 @@
 #pragma once
 
 #include "ut_CExport.h"
-#include "ut_Layout.h"
 
 /// Lets the compiler check printf-like arguments; `format` and `first` count from 1, `this` included. `first` is 0 for
 /// operations that take a `va_list`.

@@ -62,7 +62,7 @@ check_stopped() {
     fi
 }
 
-layout=$prefix/include/VXut/ut_Layout.h
+layout=$prefix/include/VXut/ut_Platform.h
 bits=$(sed -n 's/^#define VXUT_TIME_BITS //p' "$layout")
 if [ "$bits" -eq 32 ]; then
     other=(-I"$prefix/include" -D_TIME_BITS=64 -D_FILE_OFFSET_BITS=64)
@@ -71,7 +71,7 @@ else
     bits=32
     mkdir "$folder/other"
     cp -r "$prefix/include/VXut" "$folder/other"
-    sed -i 's/64/32/g' "$folder/other/VXut/ut_Layout.h"
+    sed -i 's/64/32/g' "$folder/other/VXut/ut_Platform.h"
     other=(-I"$folder/other")
 fi
 check_stopped ut_DateTime.h c++ -std=c++17 "${other[@]}"
