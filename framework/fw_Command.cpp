@@ -118,7 +118,12 @@ public:
         return posix_spawn_file_actions_adddup2(&m_actions, source.get(), STDIN_FILENO) == 0;
     }
     bool setOutput(const Descriptor& target) {
-        return !target.isOpen() || posix_spawn_file_actions_adddup2(&m_actions, target.get(), STDOUT_FILENO) == 0;
+        if (!target.isOpen())
+            return keep(STDOUT_FILENO);
+        return posix_spawn_file_actions_adddup2(&m_actions, target.get(), STDOUT_FILENO) == 0;
+    }
+    bool setError() {
+        return keep(STDERR_FILENO);
     }
     // A program expects its signals as a shell would give them, whatever this thread blocks.
     bool setSignals() {
@@ -136,6 +141,13 @@ public:
     }
 
 private:
+    // Where this process has no such stream, a file that the program opens would become it, and take its messages.
+    bool keep(int stream) {
+        const int flags = fcntl(stream, F_GETFD);
+        const bool isOpen = flags >= 0 && (flags & FD_CLOEXEC) == 0;
+        return isOpen || posix_spawn_file_actions_addopen(&m_actions, stream, "/dev/null", O_WRONLY, 0) == 0;
+    }
+
     posix_spawn_file_actions_t m_actions;
     posix_spawnattr_t m_attributes;
 };
@@ -302,7 +314,8 @@ bool runCommand(char* const* words, InputStream* in, OutputStream* out) {
         (out && !(output.open() && setNonBlocking(output.readEnd))))
         return false;
     SpawnSettings settings;
-    if (!settings.setInput(input.readEnd) || !settings.setOutput(output.writeEnd) || !settings.setSignals())
+    if (!settings.setInput(input.readEnd) || !settings.setOutput(output.writeEnd) || !settings.setError() ||
+        !settings.setSignals())
         return false;
     Child child;
     if (!child.start(settings, words))

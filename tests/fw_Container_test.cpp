@@ -449,6 +449,26 @@ TEST(Container, SpawnWorksWhereStandardStreamsAreClosed) {
     }
 }
 
+TEST(Container, SpawnGivesACommandNoFileAsAStandardStreamThatIsClosed) {
+    // The first file that a program opens takes the lowest free number: with 1 or 2, its own messages go into it.
+    const test::TemporaryDirectory directory;
+    const std::string command =
+        "sh -c \"streams=$(readlink /proc/$$/fd/1 /proc/$$/fd/2); echo $streams >" + directory.path("streams") + "\"";
+    for (const bool onExecOnly : {false, true}) {
+        const test::ChildResult child = test::runInChild([&] {
+            for (const int descriptor : {STDOUT_FILENO, STDERR_FILENO}) {
+                if (onExecOnly)
+                    fcntl(descriptor, F_SETFD, FD_CLOEXEC);
+                else
+                    close(descriptor);
+            }
+            return Container::spawn(command.c_str(), nullptr, nullptr) ? 0 : 1;
+        });
+        EXPECT_EQ(child.status, 0);
+        EXPECT_EQ(directory.read("streams"), "/dev/null /dev/null\n");
+    }
+}
+
 TEST(Container, WhatIsPrintedToAClosedStreamDoesNotReachTheCommand) {
     const test::ChildResult child = test::runInChild([] {
         close(STDIN_FILENO);
