@@ -1,8 +1,9 @@
 #pragma once
 
+#include "fw_Export.h"
+
 #include <cstdarg>
 
-#include "fw_Export.h"
 #include "fw_KnownStrings.h"
 #include "fw_StringToken.h"
 

@@ -1,10 +1,11 @@
 #pragma once
 
+#include "fw_Export.h"
+
 #include <cstdint>
 #include <cstring>
 #include <exception>
 
-#include "fw_Export.h"
 #include "fw_StringToken.h"
 
 namespace framework {

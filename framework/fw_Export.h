@@ -1,5 +1,11 @@
 #pragma once
 
+// Every header of both libraries includes this one first, except those that C includes too, so that an older language
+// is the first error reported.
+#if !defined(__cplusplus) || __cplusplus < 201703L
+#error "VXut needs C++17 or later: compile with -std=c++17"
+#endif
+
 /// Marks what the shared library offers; everything else stays hidden.
 #define VXFW_EXPORT __attribute__((visibility("default")))
 

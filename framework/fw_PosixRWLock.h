@@ -1,5 +1,7 @@
 #pragma once
 
+#include "fw_Export.h"
+
 #include <pthread.h>
 
 #include <atomic>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <pthread.h>
-
 #include "fw_Export.h"
+
+#include <pthread.h>
 
 namespace framework {
 

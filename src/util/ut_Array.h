@@ -1,8 +1,8 @@
 #pragma once
 
-#include <cstddef>
-
 #include "ut_Export.h"
+
+#include <cstddef>
 
 namespace utility {
 

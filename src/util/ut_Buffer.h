@@ -1,9 +1,9 @@
 #pragma once
 
+#include "ut_Export.h"
+
 #include <cstddef>
 #include <cstdint>
-
-#include "ut_Export.h"
 
 namespace utility {
 

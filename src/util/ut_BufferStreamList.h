@@ -1,11 +1,12 @@
 #pragma once
 
+#include "ut_Export.h"
+
 #include <pthread.h>
 
 #include <cstdint>
 
 #include "ut_BufferStreamElement.h"
-#include "ut_Export.h"
 
 namespace utility {
 

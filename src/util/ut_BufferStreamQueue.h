@@ -1,9 +1,10 @@
 #pragma once
 
+#include "ut_Export.h"
+
 #include <cstdint>
 
 #include "ut_BufferStreamElement.h"
-#include "ut_Export.h"
 #include "ut_Waiter.h"
 
 namespace utility {

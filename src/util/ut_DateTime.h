@@ -1,10 +1,10 @@
 #pragma once
 
+#include "ut_Export.h"
+
 #include <ctime>
 #include <limits>
 #include <type_traits>
-
-#include "ut_Export.h"
 
 namespace utility {
 

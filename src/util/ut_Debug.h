@@ -1,10 +1,11 @@
 #pragma once
 
+#include "ut_Export.h"
+
 #include <bitset>
 #include <cstddef>
 
 #include "fw_StringToken.h"
-#include "ut_Export.h"
 #include "ut_Locker.h"
 #include "ut_Switches.h"
 

@@ -1,8 +1,9 @@
 #pragma once
 
+#include "ut_Export.h"
+
 #include <dirent.h>
 
-#include "ut_Export.h"
 #include "ut_Path.h"
 
 namespace utility {

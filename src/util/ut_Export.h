@@ -1,5 +1,6 @@
 #pragma once
 
+#include "fw_Export.h"
 #include "ut_CExport.h"
 
 /// Lets the compiler check printf-like arguments; `format` and `first` count from 1, `this` included. `first` is 0 for

@@ -1,8 +1,9 @@
 #pragma once
 
+#include "ut_Export.h"
+
 #include <cstdint>
 
-#include "ut_Export.h"
 #include "ut_PortAddress.h"
 #include "ut_WWN.h"
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ut_Export.h"
+
 #include <cstdint>
 #include <cstring>
 

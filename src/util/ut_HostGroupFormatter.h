@@ -1,8 +1,8 @@
 #pragma once
 
-#include <cstdint>
-
 #include "ut_Export.h"
+
+#include <cstdint>
 
 namespace utility {
 

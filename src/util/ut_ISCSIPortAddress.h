@@ -1,8 +1,9 @@
 #pragma once
 
+#include "ut_Export.h"
+
 #include <cstdint>
 
-#include "ut_Export.h"
 #include "ut_IPV4Address.h"
 #include "ut_IPV6Address.h"
 #include "ut_PortAddress.h"

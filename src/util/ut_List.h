@@ -1,9 +1,10 @@
 #pragma once
 
+#include "ut_Export.h"
+
 #include <atomic>
 
 #include "fw_PosixRWLock.h"
-#include "ut_Export.h"
 #include "ut_SortOrder.h"
 #include "ut_Waiter.h"
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <pwd.h>
-
 #include "ut_Export.h"
+
+#include <pwd.h>
 
 namespace utility {
 

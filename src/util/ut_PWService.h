@@ -1,8 +1,9 @@
 #pragma once
 
+#include "ut_Export.h"
+
 #include <cstdio>
 
-#include "ut_Export.h"
 #include "ut_PW.h"
 
 namespace utility {

@@ -1,9 +1,10 @@
 #pragma once
 
+#include "ut_Export.h"
+
 #include <string>
 
 #include "fw_Item.h"
-#include "ut_Export.h"
 
 namespace utility {
 

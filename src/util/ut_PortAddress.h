@@ -1,10 +1,10 @@
 #pragma once
 
+#include "ut_Export.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <new>
-
-#include "ut_Export.h"
 
 namespace utility {
 

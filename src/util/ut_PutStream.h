@@ -1,11 +1,12 @@
 #pragma once
 
+#include "ut_Export.h"
+
 #include <cstdarg>
 #include <cstdint>
 
 #include "ut_Buffer.h"
 #include "ut_Decorator.h"
-#include "ut_Export.h"
 #include "ut_OutputStream.h"
 
 namespace utility {

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <string>
-
 #include "ut_Export.h"
+
+#include <string>
 
 /// A stack of names, each with an object.
 ///

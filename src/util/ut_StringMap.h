@@ -1,9 +1,10 @@
 #pragma once
 
+#include "ut_Export.h"
+
 #include <cstdint>
 
 #include "ut_AbsentEntry.h"
-#include "ut_Export.h"
 #include "ut_HashChains.h"
 
 namespace utility {

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <atomic>
-
 #include "ut_Export.h"
+
+#include <atomic>
 
 namespace utility {
 

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "ut_Export.h"
+
 #include <pthread.h>
 
 #include <cstdint>
 #include <ctime>
-
-#include "ut_Export.h"
 
 namespace utility {
 
