@@ -1,5 +1,4 @@
 #include <VXut/VXut.h>
-#include <VXut/fw_Exception.h>
 
 #include <cstdio>
 
