@@ -9,6 +9,10 @@
 
 namespace utility {
 
+// The destructor is not virtual, as in `PortAddress`.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
+
 /// The address of a Fibre Channel host port: its World Wide Name, and what kind of name that is.
 ///
 /// A plain value: it owns nothing and is copied freely. One thread at a time. Nothing here throws, except `clone`
@@ -50,5 +54,7 @@ private:
     WWN m_wwn;
     WWNType m_wwnType;
 };
+
+#pragma GCC diagnostic pop
 
 } // namespace utility

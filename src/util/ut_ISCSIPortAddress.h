@@ -10,6 +10,10 @@
 
 namespace utility {
 
+// The destructor is not virtual, as in `PortAddress`.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
+
 /// The address of an iSCSI host port: an IP address, a TCP port and an iSCSI name.
 ///
 /// A plain value: it owns nothing, copies the name and is copied freely. One thread at a time. Nothing here throws,
@@ -71,5 +75,7 @@ private:
     uint32_t m_port;
     char m_name[224];
 };
+
+#pragma GCC diagnostic pop
 
 } // namespace utility

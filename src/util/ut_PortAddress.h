@@ -10,6 +10,10 @@ namespace utility {
 
 class PutStream;
 
+// The destructor is not virtual: clients share the virtual table, which has no slot for it.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
+
 /// The address of a host port, of either kind: Fibre Channel or iSCSI.
 ///
 /// Addresses of both kinds stand in one `PortAddressArray`, which owns and deletes them. The destructor is not virtual,
@@ -56,5 +60,7 @@ public:
     static void* operator new(std::size_t size, void* place) noexcept;
     static void operator delete(void* address) noexcept;
 };
+
+#pragma GCC diagnostic pop
 
 } // namespace utility
