@@ -3,7 +3,7 @@ include(CMakePackageConfigHelpers)
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/VXut)
 install(TARGETS VXfw VXut EXPORT VXutTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
-install(FILES ${framework_headers} ${util_headers} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/VXut)
+install(FILES ${framework_headers} ${util_headers} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/VXut COMPONENT headers)
 install(EXPORT VXutTargets NAMESPACE VXut:: DESTINATION ${package_dir})
 
 configure_package_config_file(cmake/VXutConfig.cmake.in ${PROJECT_BINARY_DIR}/VXutConfig.cmake
