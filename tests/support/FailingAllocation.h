@@ -20,7 +20,7 @@ namespace detail {
 struct AllocationState {
     unsigned long count = 0;  // allocations of this thread since it began
     unsigned long failAt = 0; // the count of the allocation that fails; 0 for none
-    bool failAll = false;
+    bool failAll = false;     // whether every later one fails as well
     unsigned long failures = 0;
 };
 
@@ -29,10 +29,19 @@ inline thread_local AllocationState allocationState;
 VXTEST_UNWATCHED inline bool failThisAllocation() {
     AllocationState& state = allocationState;
     ++state.count;
-    if (!state.failAll && state.count != state.failAt)
+    if (state.count != state.failAt && !(state.failAll && state.count > state.failAt))
         return false;
     ++state.failures;
     return true;
+}
+
+inline long outstandingPieces = 0;
+
+/// Counts `piece` as taken unless it is null.
+VXTEST_UNWATCHED inline void* countPiece(void* piece) {
+    if (piece != nullptr)
+        __atomic_fetch_add(&outstandingPieces, 1, __ATOMIC_RELAXED);
+    return piece;
 }
 
 } // namespace detail
@@ -40,6 +49,11 @@ VXTEST_UNWATCHED inline bool failThisAllocation() {
 /// How many allocations the calling thread has asked for since it began, failed ones included.
 inline unsigned long allocationCount() {
     return detail::allocationState.count;
+}
+
+/// How many pieces all threads have allocated and not freed. Always 0 with a sanitizer, which reports leaks by itself.
+inline long outstandingAllocations() {
+    return __atomic_load_n(&detail::outstandingPieces, __ATOMIC_RELAXED);
 }
 
 enum FailAll { failAll };
@@ -54,6 +68,10 @@ public:
     /// The `nth` allocation from now on fails, counted from 1; those before and behind it do not.
     explicit FailingAllocation(unsigned long nth) {
         start(allocationCount() + nth, false);
+    }
+    /// The `nth` allocation from now on fails, and every later one.
+    FailingAllocation(unsigned long nth, FailAll) {
+        start(allocationCount() + nth, true);
     }
     /// Every allocation fails.
     explicit FailingAllocation(FailAll) {
@@ -111,6 +129,13 @@ unsigned long failEachAllocationOnce(Operation&& operation) {
 #define VXTEST_PLATFORM(name) __libc_##name
 #endif
 
+// A sanitizer finds leaks without help.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#define VXTEST_COUNTED(piece) (piece)
+#else
+#define VXTEST_COUNTED(piece) test::detail::countPiece(piece)
+#endif
+
 // Optimised, these functions jump to the platform's, which then sees the true caller: what the dynamic linker holds is
 // no leak to a sanitizer.
 #define VXTEST_IN_PLACE_OF_PLATFORM VXTEST_UNWATCHED __attribute__((optimize("O2")))
@@ -124,28 +149,29 @@ void* VXTEST_PLATFORM(memalign)(std::size_t alignment, std::size_t size) noexcep
 
 VXTEST_IN_PLACE_OF_PLATFORM void* malloc(std::size_t size) noexcept {
     if (!test::detail::failThisAllocation())
-        return VXTEST_PLATFORM(malloc)(size);
+        return VXTEST_COUNTED(VXTEST_PLATFORM(malloc)(size));
     errno = ENOMEM;
     return nullptr;
 }
 
 VXTEST_IN_PLACE_OF_PLATFORM void* calloc(std::size_t count, std::size_t size) noexcept {
     if (!test::detail::failThisAllocation())
-        return VXTEST_PLATFORM(calloc)(count, size);
+        return VXTEST_COUNTED(VXTEST_PLATFORM(calloc)(count, size));
     errno = ENOMEM;
     return nullptr;
 }
 
 VXTEST_IN_PLACE_OF_PLATFORM void* realloc(void* piece, std::size_t size) noexcept {
     if (!test::detail::failThisAllocation())
-        return VXTEST_PLATFORM(realloc)(piece, size);
+        return piece == nullptr ? VXTEST_COUNTED(VXTEST_PLATFORM(realloc)(nullptr, size))
+                                : VXTEST_PLATFORM(realloc)(piece, size);
     errno = ENOMEM;
     return nullptr;
 }
 
 VXTEST_IN_PLACE_OF_PLATFORM void* aligned_alloc(std::size_t alignment, std::size_t size) noexcept {
     if (!test::detail::failThisAllocation())
-        return VXTEST_PLATFORM(memalign)(alignment, size);
+        return VXTEST_COUNTED(VXTEST_PLATFORM(memalign)(alignment, size));
     errno = ENOMEM;
     return nullptr;
 }
@@ -153,11 +179,24 @@ VXTEST_IN_PLACE_OF_PLATFORM void* aligned_alloc(std::size_t alignment, std::size
 VXTEST_UNWATCHED int posix_memalign(void** piece, std::size_t alignment, std::size_t size) noexcept {
     if (test::detail::failThisAllocation())
         return ENOMEM;
-    *piece = VXTEST_PLATFORM(memalign)(alignment, size);
+    *piece = VXTEST_COUNTED(VXTEST_PLATFORM(memalign)(alignment, size));
     return *piece ? 0 : ENOMEM;
 }
 
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+void __libc_free(void* piece) noexcept;
+
+void free(void* piece) noexcept {
+    if (piece == nullptr)
+        return;
+    __atomic_fetch_sub(&test::detail::outstandingPieces, 1, __ATOMIC_RELAXED);
+    __libc_free(piece);
+}
+#endif
+
 } // extern "C"
+
+#undef VXTEST_COUNTED
 
 #undef VXTEST_PLATFORM
 #undef VXTEST_IN_PLACE_OF_PLATFORM

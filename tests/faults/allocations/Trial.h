@@ -1,0 +1,95 @@
+#pragma once
+
+#include <new>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+#include "fw_Exception.h"
+
+namespace faults {
+
+/// One run of a row with a given allocation failing.
+///
+/// The row makes what its operation needs, passes the operation to `run`, and says with FAULTS_EXPECT what has to hold
+/// afterwards, when allocations succeed again. It leaves nothing behind. A row must not depend on which allocation
+/// fails, only on `failed()`.
+class Trial {
+public:
+    /// Runs `operation` with the failing allocation of this trial. What it throws ends here. What it returns is the
+    /// outcome, as is the code of a `framework::Exception` and `std::bad_alloc`.
+    template<typename Operation>
+    void run(Operation&& operation);
+
+    /// Whether the outcome differs from the one without a failing allocation.
+    bool failed() const;
+
+    void expect(bool holds, const char* condition, int line);
+
+private:
+    friend class Runner;
+
+    /// "1230", "bad_alloc", "true", "null", "-1"; "done" for an operation that returns nothing.
+    struct Outcome {
+        char text[32];
+    };
+
+    void begin();
+    void end();
+    void setOutcome(const char* text);
+    void setOutcome(long long number);
+
+    Outcome m_normal = {};
+    Outcome m_outcome = {};
+    bool m_isNormalKnown = false;
+    bool m_ran = false;
+};
+
+/// An operation, and what may become of it when an allocation fails.
+struct Row {
+    std::string name; ///< class and operation
+    /// The outcomes with a failing allocation, separated by blanks; each has to occur. "same" is the outcome without
+    /// one. Null: the operation allocates nothing.
+    const char* onFailure;
+    void (*body)(Trial& trial);
+    /// Why pieces stay allocated after the row, such as a text that the process keeps for good; null when none does.
+    const char* keeps = nullptr;
+};
+
+constexpr const char* ALLOCATES_NOTHING = nullptr;
+
+#define FAULTS_EXPECT(condition) trial.expect((condition), #condition, __LINE__)
+
+template<typename Operation>
+void Trial::run(Operation&& operation) {
+    begin();
+    try {
+        using Result = decltype(operation());
+        if constexpr (std::is_void_v<Result>) {
+            operation();
+            end();
+            setOutcome("done");
+        } else {
+            const Result result = operation();
+            end();
+            if constexpr (std::is_same_v<Result, bool>)
+                setOutcome(result ? "true" : "false");
+            else if constexpr (std::is_pointer_v<Result>)
+                setOutcome(result != nullptr ? "pointer" : "null");
+            else
+                setOutcome(static_cast<long long>(result));
+        }
+    } catch (framework::Exception* failure) {
+        end();
+        setOutcome(static_cast<long long>(failure->code()));
+        delete failure;
+    } catch (const std::bad_alloc&) {
+        end();
+        setOutcome("bad_alloc");
+    }
+}
+
+// The tables, one for each group of classes.
+std::vector<Row> arrayRows();
+
+} // namespace faults
