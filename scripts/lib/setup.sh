@@ -8,6 +8,7 @@ build_packages=(cmake ninja-build g++ libcrypt-dev googletest)
 test_packages=(openssl pkg-config)
 check_packages=(clang clang-format clang-tidy)
 deep_packages=(clang libclang-rt-14-dev cppcheck gcovr valgrind)
+mutate_packages=(python3 util-linux)
 armhf_packages=(g++-arm-linux-gnueabihf qemu-user libc6:armhf libstdc++6:armhf libcrypt-dev:armhf)
 
 # Under sudo only packages are installed as root; all else runs as the user who called it, and belongs to that user.
