@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
 #include <signal.h>
 #include <unistd.h>
 
@@ -13,6 +14,7 @@
 #include "support/ExpectFailure.h"
 #include "support/FailingAllocation.h"
 #include "support/LogCapture.h"
+#include "support/ProtectedMachine.h"
 #include "support/TemporaryDirectory.h"
 
 #include "fw_Logger.h"
@@ -203,4 +205,54 @@ TEST(ChildProcess, IsKilledWhenItTakesTooLong) {
     const test::ChildResult child = test::runInChild([] { pause(); }, std::chrono::seconds(1));
     EXPECT_TRUE(child.timedOut);
     EXPECT_EQ(child.signal, SIGKILL);
+}
+
+// What protects the machine is tried in a child: it holds for the life of a process.
+
+TEST(ProtectedMachine, LeavesNothingOfTheMachineToWrite) {
+    const test::ChildResult child = test::runInChild([] {
+        test::ProtectedMachine machine;
+        machine.SetUp();
+        if (testing::Test::IsSkipped())
+            return 77;
+        EXPECT_LT(open("/etc/passwd", O_WRONLY | O_CLOEXEC), 0);
+        EXPECT_LT(open("/etc/passwd.new", O_WRONLY | O_CREAT | O_CLOEXEC, 0600), 0);
+        EXPECT_LT(open("/vxut", O_WRONLY | O_CREAT | O_CLOEXEC, 0600), 0);
+        const test::TemporaryDirectory directory;
+        EXPECT_EQ(directory.read(directory.write("file", "text").substr(directory.path().size() + 1)), "text");
+        return testing::Test::HasFailure() ? 1 : 0;
+    });
+    if (child.status == 77)
+        GTEST_SKIP() << "neither a mount namespace nor an ordinary user's rights can be had";
+    EXPECT_EQ(child.status, 0) << child.out << child.err;
+}
+
+TEST(ProtectedMachine, ReachesFromTheProgramToWhatItStarts) {
+    const test::ChildResult child = test::runInChild([] {
+        test::ProtectedMachine machine;
+        machine.SetUp();
+        if (testing::Test::IsSkipped())
+            return 77;
+        return std::system("test ! -w /etc/passwd -a ! -w /etc -a ! -w /") == 0 ? 0 : 1;
+    });
+    if (child.status == 77)
+        GTEST_SKIP() << "neither a mount namespace nor an ordinary user's rights can be had";
+    EXPECT_EQ(child.status, 0) << child.out << child.err;
+}
+
+TEST(ProtectedMachine, OrdinaryUserIsEnoughWhereNoNamespaceCanBeHad) {
+    if (geteuid() != 0)
+        GTEST_SKIP() << "not root";
+    const test::ChildResult child = test::runInChild([] {
+        if (!test::ProtectedMachine::becomeNobody())
+            return 77;
+        EXPECT_TRUE(test::ProtectedMachine::isOutOfReach());
+        EXPECT_GE(open("/proc/self/fd", O_RDONLY | O_DIRECTORY | O_CLOEXEC), 0);
+        const test::TemporaryDirectory directory;
+        directory.write("file", "text");
+        return testing::Test::HasFailure() ? 1 : 0;
+    });
+    if (child.status == 77)
+        GTEST_SKIP() << "this program cannot become an ordinary user";
+    EXPECT_EQ(child.status, 0) << child.out << child.err;
 }

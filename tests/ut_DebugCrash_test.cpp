@@ -52,6 +52,7 @@
 #include "support/ExpectFailure.h"
 #include "support/GuardedText.h"
 #include "support/LogCapture.h"
+#include "support/ProtectedMachine.h"
 #include "support/SymbolObject.h"
 #include "support/TemporaryDirectory.h"
 
@@ -71,6 +72,8 @@ using utility::Debug;
 // What a process reports before it ends is seen from outside: every crash happens in a child.
 
 namespace {
+
+const testing::Environment* const machine = test::protectMachine();
 
 constexpr unsigned int hangBound = 40;
 

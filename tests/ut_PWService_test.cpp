@@ -33,6 +33,7 @@
 #include "support/OpenDescriptors.h"
 #include "support/OrdinaryUser.h"
 #include "support/PrivateMounts.h"
+#include "support/ProtectedMachine.h"
 #include "support/TemporaryDirectory.h"
 #include "ut_TimeMeasure.h"
 
@@ -85,6 +86,8 @@ int fclose(std::FILE* file) {
 // The name of the password file is made once for the life of a process, so every scenario has a process of its own.
 
 namespace {
+
+const testing::Environment* const machine = test::protectMachine();
 
 const char* const threeUsers = "root:x:0:0:Root:/root:/bin/sh\n"
                                "monitor:$1$abc$def:1001:100:The Monitor:/home/monitor:/bin/rsh\n"
@@ -187,7 +190,6 @@ std::string lineOf(const std::string& name, unsigned int number) {
 void inRoot(const std::string& root, const std::function<void()>& scenario) {
     const test::ChildResult child = test::runInChild([&] {
         alarm(100);
-        test::protectSystemFiles();
         setenv("VX_ROOT", root.c_str(), 1);
         const testing::TestResult* const result = testing::UnitTest::GetInstance()->current_test_info()->result();
         const int before = result->total_part_count();
@@ -1272,7 +1274,6 @@ TEST(PWServiceFailure, NewFileThatIsAPipeDoesNotHoldTheCaller) {
     ASSERT_EQ(mkfifo(root.newFile().c_str(), 0600), 0);
     const test::ChildResult child = test::runInChild(
         [&] {
-            test::protectSystemFiles();
             setenv("VX_ROOT", root.root().c_str(), 1);
             PW user;
             fill(user, "added", 2000);

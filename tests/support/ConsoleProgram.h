@@ -1,6 +1,5 @@
 #pragma once
 
-#include <grp.h>
 #include <sys/prctl.h>
 #include <unistd.h>
 
@@ -12,7 +11,7 @@
 #include <vector>
 
 #include "ChildProcess.h"
-#include "PrivateMounts.h"
+#include "ProtectedMachine.h"
 
 namespace test {
 
@@ -27,26 +26,12 @@ inline std::vector<std::string> consoleCommand(const std::vector<std::string>& a
     return words;
 }
 
-/// What `requireProtectedSystemFiles` ends a process with where nothing protects them.
-const int cannotProtect = 77;
+/// The console edits password files.
+inline const testing::Environment* const consoleMachine = protectMachine();
 
-/// Ends the process unless it cannot write the machine's password file, for a test that asks the console to do so and
-/// expects it to refuse.
-inline void requireProtectedSystemFiles() {
-    const char file[] = "/etc/passwd";
-    const unsigned int nobody = 65534;
-    protectSystemFiles();
-    if (access(file, W_OK) != 0)
-        return;
-    const bool isNobody = setgroups(0, nullptr) == 0 && setgid(nobody) == 0 && setuid(nobody) == 0;
-    if (!isNobody || access(file, W_OK) == 0 || access(VXCONSOLE, X_OK) != 0)
-        _exit(cannotProtect);
-}
-
-/// What every run of the console begins with: the machine is safe from it, handlers that report may allocate, and the
-/// user's own settings do not matter.
+/// What every run of the console begins with: handlers that report may allocate, and the user's own settings do not
+/// matter.
 inline void setConsoleEnvironment() {
-    protectSystemFiles();
     setenv("TSAN_OPTIONS", "report_signal_unsafe=0:halt_on_error=1", 0);
     for (const char* name : {"VX_ROOT", "VX_MEM", "TZ"})
         unsetenv(name);

@@ -15,13 +15,6 @@ inline bool makeMountsPrivate() {
            mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
 }
 
-/// Gives the process, and what it runs from now on, a view of its own of the file system in which /etc is read-only,
-/// where that can be had: a program with a fault in it must not edit the machine that tests it.
-inline void protectSystemFiles() {
-    if (makeMountsPrivate() && mount("/etc", "/etc", nullptr, MS_BIND, nullptr) == 0)
-        mount(nullptr, "/etc", nullptr, MS_BIND | MS_REMOUNT | MS_RDONLY, nullptr);
-}
-
 /// Mounts an empty disk of `pages` memory pages on the directory `path`, for this process alone. False where it must
 /// not. For child processes.
 inline bool mountSmallDisk(const std::string& path, int pages) {
