@@ -3,6 +3,8 @@
 #include <fcntl.h>
 #include <pthread.h>
 #include <signal.h>
+#include <sys/ioctl.h>
+#include <sys/time.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -67,6 +69,13 @@ unsigned long allocationsForText(std::size_t length) {
     const unsigned long before = test::allocationCount();
     Logger::StaticLogMethod(Logger::LOG_ERROR, "void f()", 1, "%s", text);
     return test::allocationCount() - before;
+}
+
+int interruptions[2];
+
+void tellInterruption(int) {
+    if (write(interruptions[1], "!", 1) != 1)
+        _exit(124);
 }
 
 } // namespace
@@ -256,6 +265,46 @@ TEST(Logger, DefaultFillsAPipeThatTakesOnlyPartOfTheMessage) {
     close(ends[0]);
     EXPECT_EQ(child.status, 0);
     EXPECT_EQ(received, "DEBUG " + std::string(300000, 'x') + "\n");
+}
+
+TEST(Logger, DefaultContinuesAfterASignalCutTheMessage) {
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    ASSERT_EQ(pipe(interruptions), 0);
+    std::string received;
+    std::thread reader([&] {
+        // Once the pipe is full the writer waits, and the second signal from then on finds it waiting.
+        const auto bound = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+        for (int held = 0; held < 60000 && std::chrono::steady_clock::now() < bound;) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+            ioctl(ends[0], FIONREAD, &held);
+        }
+        int earlier = 0;
+        ioctl(interruptions[0], FIONREAD, &earlier);
+        char piece[1000];
+        for (int i = 0; i < earlier + 2; ++i)
+            EXPECT_EQ(read(interruptions[0], piece, 1), 1);
+        for (ssize_t count; (count = read(ends[0], piece, sizeof piece)) > 0;)
+            received.append(piece, static_cast<std::size_t>(count));
+    });
+    const test::ChildResult child = test::runInChild([&] {
+        dup2(ends[1], STDERR_FILENO);
+        struct sigaction action = {};
+        action.sa_handler = tellInterruption; // without SA_RESTART
+        sigaction(SIGALRM, &action, nullptr);
+        const itimerval every = {{0, 10000}, {0, 10000}};
+        setitimer(ITIMER_REAL, &every, nullptr);
+        Logger::StaticLogMethod(Logger::LOG_DEBUG, "void f()", 7, "%s", std::string(300000, 'x').c_str());
+        const itimerval never = {};
+        setitimer(ITIMER_REAL, &never, nullptr);
+    });
+    close(ends[1]);
+    close(interruptions[1]);
+    reader.join();
+    close(ends[0]);
+    close(interruptions[0]);
+    EXPECT_EQ(child.status, 0);
+    EXPECT_EQ(received, "DEBUG void f():7: " + std::string(300000, 'x') + "\n");
 }
 
 TEST(Logger, DefaultGivesUpWhereNothingCanBeWritten) {
