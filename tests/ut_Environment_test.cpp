@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstddef>
 #include <cstdlib>
 #include <memory>
@@ -375,10 +376,16 @@ TEST(Environment, NamesThatThePlatformRefusesAreRefused) {
 
 TEST(Environment, NullArgumentsOfTheProcessEnvironmentFindNothingOrFail) {
     EXPECT_EQ(Environment::GetEnv(nullptr), nullptr);
+    errno = 0;
     EXPECT_EQ(Environment::SetEnv(nullptr, "x"), -1);
+    EXPECT_EQ(errno, EINVAL);
+    errno = 0;
     EXPECT_EQ(Environment::SetEnv("VXUT_ENVIRONMENT_NULL", nullptr), -1);
+    EXPECT_EQ(errno, EINVAL);
     EXPECT_EQ(Environment::SetEnv(nullptr, nullptr), -1);
+    errno = 0;
     EXPECT_EQ(Environment::UnsetEnv(nullptr), -1);
+    EXPECT_EQ(errno, EINVAL);
     EXPECT_EQ(std::getenv("VXUT_ENVIRONMENT_NULL"), nullptr);
 }
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <dlfcn.h>
+#include <fcntl.h>
 #include <pwd.h>
 #include <signal.h>
 #include <sys/resource.h>
@@ -1496,10 +1497,13 @@ TEST(PWServiceHostileRoot, ReachesNoShellAndLosesNothingWithBlanksAndQuotes) {
 TEST(PWServiceHostileRoot, ThatNoCommandCanNameIsToldAtLevel0) {
     for (const char* name : {"a b\"c", "\" \""}) {
         const Root root(name, threeUsers);
+        const std::string complaints = root.directory().path("complaints");
         inRoot(root.root(), [&] {
             PW user;
             fill(user, "added", 2000);
             const test::LogCapture log;
+            // A command that ran all the same would complain.
+            dup2(open(complaints.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600), STDERR_FILENO);
             PWService::putUser(&user);
             expectOneError(
                 log, putUserName,
@@ -1507,6 +1511,7 @@ TEST(PWServiceHostileRoot, ThatNoCommandCanNameIsToldAtLevel0) {
                     root.newFile() + " holds the complete new text: copy it by hand, or use another VX_ROOT");
         });
         EXPECT_EQ(Root::readFile(root.newFile()), threeUsers + lineOf("added", 2000));
+        EXPECT_EQ(Root::readFile(complaints), "");
         EXPECT_EQ(root.read(), threeUsers);
     }
 }
