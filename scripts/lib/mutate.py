@@ -43,8 +43,10 @@ KIN = {
     "ut_Deadline": ["ut_Waiter", "ut_BufferStreamList"],
     "ut_Failure": ["ut_Buffer", "ut_PutStream", "ut_GetStream", "ut_Array", "ut_StringArray", "ut_Environment"],
     "ut_FileDescriptor": ["ut_FileInputStream", "ut_FileOutputStream"],
+    "ut_GetStream": ["ut_ParameterEncoding"],
     "ut_HashChains": ["ut_Map", "ut_MapEntity", "ut_StringMap"],
     "ut_HexText": ["ut_Misc", "ut_SerialNumber", "ut_WWN"],
+    "ut_PutStream": ["ut_ParameterEncoding"],
     "ut_TokenNames": ["ut_TokenArray", "ut_TokenSet"],
     "ut_WriteHead": ["ut_IPV6Address", "ut_PortAddress"],
 }
@@ -163,7 +165,7 @@ class Worker:
 
         def limit():
             resource.setrlimit(resource.RLIMIT_AS, (16 * GIGABYTE, 16 * GIGABYTE))
-            resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
+            resource.setrlimit(resource.RLIMIT_CORE, (0, resource.getrlimit(resource.RLIMIT_CORE)[1]))
             resource.setrlimit(resource.RLIMIT_CPU, (int(seconds) + 1, int(seconds) + 2))
 
         words = [str(BUILD / "tests" / program), "--gtest_fail_fast", "--gtest_brief=1"]
