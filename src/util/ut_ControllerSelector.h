@@ -6,11 +6,11 @@
 
 namespace utility {
 
-/// Which controller of an array is meant. Other numbers may occur too.
+/// Selects a controller of an array. Other numbers may occur.
 enum ControllerSelector : uint32_t { CONTROLLER_B = 0, CONTROLLER_A = 1, CONTROLLER_ANY = 2, CONTROLLER_UNKNOWN = 3 };
 
-/// The character that shows `selector`: 'B', 'A', '*' or '?', in the order of the numbers, and '-' for any other.
-/// Selector 0 is controller B, deliberately: callers rely on the first two being crossed. Any thread, never fails.
+/// The character for `selector`: 'B', 'A', '*' and '?' for 0 to 3, and '-' for any other number. Selector 0 is
+/// deliberately controller B, not A: callers rely on it. Never fails; any thread may call it.
 ///
 ///     utility::decodeControllerSelector(utility::CONTROLLER_B);   // 'B'
 VXUT_EXPORT char decodeControllerSelector(ControllerSelector selector);

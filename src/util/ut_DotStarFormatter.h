@@ -4,20 +4,22 @@
 
 namespace utility {
 
-/// Splits a group selector: a name with zero or more ".*" marks behind it.
+/// Splits a group selector: a name, then zero or more ".*" marks.
 ///
-/// Holds no state, keeps nothing, may be used from any thread. A text that is no selector is answered with false.
+/// Stateless; any thread may call it. Returns false if the text is not a selector.
 ///
 ///     char name[32];
 ///     unsigned int level;
 ///     utility::DotStarFormatter::getLevelAndName("host.*.*", name, sizeof name - 1, level);   // "host", level 2
 class VXUT_EXPORT DotStarFormatter {
 public:
-    /// Copies the part of `text` before its first ".*" to `name` and counts the marks in `level`. At most `size`
-    /// characters are copied, and the terminator may stand at `name[size]`: the caller's array holds `size` + 1 bytes.
-    /// A null `text` is an empty name, a null `name` takes nothing. False, with level 0 and `name` as it was, when the
-    /// text begins with "." or when a pair of characters behind the first mark does not begin with "."; such a pair
-    /// that is no mark is passed over.
+    /// Copies the part of `text` before its first ".*" to `name` and counts the marks. After the first mark, `text` is
+    /// read in pairs of characters: each must begin with ".", and one that is not a mark is ignored. Returns false,
+    /// sets `level` to 0 and leaves `name` unchanged if `text` begins with "." or a later pair does not.
+    /// - `text`: the selector; null: empty
+    /// - `name`: receives the NUL-terminated name, which may use `size` + 1 bytes; null: not written
+    /// - `size`: maximum length of the name, without its terminator; a longer name is truncated
+    /// - `level`: receives the number of marks
     static bool getLevelAndName(const char* text, char* name, unsigned int size, unsigned int& level);
 };
 

@@ -13,21 +13,23 @@ namespace utility {
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
 
-/// The address of a Fibre Channel host port: its World Wide Name, and what kind of name that is.
+/// The address of a Fibre Channel host port: its World Wide Name and the type of that name.
 ///
-/// A plain value: it owns nothing and is copied freely. One thread at a time. Nothing here throws, except `clone`
-/// without memory and a comparison with an object that says it is of this class and is not.
+/// A plain value, which owns nothing and may be copied. One thread at a time. Only `clone` and `operator==` throw, as
+/// in `PortAddress`.
 ///
 ///     utility::FCPortAddress port(utility::FCPortAddress::WWN_TYPE_0, "500A09818D5F1234");
 ///     char text[17];
 ///     port.toBuffer(text, sizeof text);   // "500a09818d5f1234"
 class VXUT_EXPORT FCPortAddress : public PortAddress {
 public:
-    /// Only stored and compared here: what the numbers mean is up to the callers, who may use others too.
+    /// The type of a name. This class only stores and compares it: callers define what the numbers mean and may use
+    /// others.
     enum WWNType : uint32_t { WWN_TYPE_0 = 0, WWN_TYPE_1 = 1 };
 
-    /// Reads the name as `WWN::fromString` does, from all zero.
+    /// Parses the name as `WWN(text)` does.
     FCPortAddress(WWNType type, const char* text);
+    /// Copies the name.
     FCPortAddress(WWNType type, WWN& wwn);
     /// Copies eight bytes from `bytes`, which must not be null.
     FCPortAddress(WWNType type, unsigned char* bytes);
@@ -35,11 +37,12 @@ public:
 
     PortAddress* clone() const override;
     PortType getType() const override;
-    /// Writes sixteen lower-case digits, bounded as `WWN::toBuffer`: 17 bytes hold them and their terminator.
+    /// Writes the sixteen digits of the name, and truncates them, as `WWN::toBuffer` does: 17 bytes hold them and their
+    /// terminator.
     char* toBuffer(char* buf, unsigned int size) const override;
-    /// Reads the name as `WWN::fromString` does; its kind stays as it is.
+    /// Parses the name as `WWN::fromString` does; its type is unchanged.
     bool fromString(const char* text) override;
-    /// Whether `other` is a Fibre Channel address with the same name and the same kind of name.
+    /// Whether `other` is a Fibre Channel address with the same name and the same type of name.
     bool operator==(const PortAddress& other) const override;
     virtual FCPortAddress& operator=(const FCPortAddress& other);
 

@@ -1,35 +1,36 @@
 #pragma once
 
-// How numbers and identifiers of a fixed number of bytes are read and written as hexadecimal text. Not for callers of
-// the library.
+// Internal: parses and formats numbers and fixed-size identifiers as hexadecimal text.
 
 namespace utility {
 
-/// Reads two digits of either case for each of `count` bytes, the high one first; null is all zero. False when another
-/// character, or the end, comes before the last digit: the digits before it are stored. What follows is not looked at.
+/// Parses two digits in upper or lower case for each of `count` bytes, the high digit first. Null sets all bytes to
+/// zero. Returns false if `text` ends early or has any other character; the digits before it are stored. Ignores
+/// everything after the last digit.
 bool readHexText(const char* text, unsigned char* bytes, unsigned int count);
 
-/// A text in a caller's array, which takes what still fits and drops the rest.
+/// Writes to a caller's array and discards what does not fit.
 class BoundedText {
 public:
-    BoundedText(char* text, unsigned int size) : m_text(text), m_room(text != nullptr ? size : 0) {}
+    /// Starts at the beginning of `text`, an array of `size` bytes. Discards everything if `text` is null.
+    BoundedText(char* text, unsigned int size) : m_text(text), m_space(text != nullptr ? size : 0) {}
 
-    /// Puts the two digits of `byte`, out of the sixteen characters of `digits`.
+    /// Writes the two digits of `byte`, taken from the sixteen characters of `digits`.
     void putByte(unsigned char byte, const char* digits) {
         put(digits[byte >> 4]);
         put(digits[byte & 15]);
     }
-    /// Puts one character; also a terminator, which a text that fills the array goes without.
+    /// Writes one character. A terminator counts too: it is discarded if the text fills the array.
     void put(char c) {
-        if (m_room == 0)
+        if (m_space == 0)
             return;
         *m_text++ = c;
-        --m_room;
+        --m_space;
     }
 
 private:
     char* m_text;
-    unsigned int m_room;
+    unsigned int m_space;
 };
 
 } // namespace utility

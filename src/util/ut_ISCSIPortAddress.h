@@ -16,8 +16,8 @@ namespace utility {
 
 /// The address of an iSCSI host port: an IP address, a TCP port and an iSCSI name.
 ///
-/// A plain value: it owns nothing, copies the name and is copied freely. One thread at a time. Nothing here throws,
-/// except `clone` without memory and a comparison with an object that says it is of this class and is not.
+/// A plain value, which contains a copy of the name and may be copied. One thread at a time. Only `clone` and
+/// `operator==` throw, as in `PortAddress`.
 ///
 ///     utility::IPV4Address address("10.1.2.3");
 ///     utility::ISCSIPortAddress port(address, 3260, "tgt1");
@@ -25,43 +25,50 @@ namespace utility {
 ///     port.toBuffer(text, sizeof text);   // "10.1.2.3:3260[tgt1]"
 class VXUT_EXPORT ISCSIPortAddress : public PortAddress {
 public:
+    /// The kinds of IP addresses.
     enum IPType : uint32_t { IP_V4 = 1358, IP_V6 = 1359 };
 
-    /// A `port` of 0 is not given. Of `name`, which is copied, the first 223 characters are kept; null is an empty
-    /// name.
+    /// Copies an IPv4 address, a port and a name.
+    /// - `port`: TCP port; 0: no port
+    /// - `name`: iSCSI name, truncated to 223 characters; null: empty
     ISCSIPortAddress(IPV4Address& address, unsigned int port, const char* name);
+    /// Copies an IPv6 address, and `port` and `name` as the constructor from an IPv4 address does.
     ISCSIPortAddress(IPV6Address& address, unsigned int port, const char* name);
     ISCSIPortAddress(const ISCSIPortAddress& other);
 
     PortAddress* clone() const override;
     PortType getType() const override;
-    /// Writes the address, ":" and the port where one is given, and the name in brackets where there is one, to `buf`
-    /// of `size` bytes (at most 2,147,483,647), and returns `buf`. A text that does not fit is cut and the cut is
-    /// logged, but an IPv6 address is left out whole. An IPv6 address is not bracketed. Ports above 2,147,483,647 show
-    /// as negative. A null `buf` takes nothing.
+    /// Writes a NUL-terminated text to `buf` and returns `buf`: the IP address, ":" and the port unless it is 0, and
+    /// the name in brackets unless it is empty. Does nothing if `buf` is null.
+    /// - A text that does not fit is truncated and logged; an IPv6 address that does not fit is omitted.
+    /// - IPv6 addresses have no brackets.
+    /// - Ports above 2,147,483,647 are written as negative numbers.
+    /// - `size`: size of `buf` in bytes, at most 2,147,483,647
     char* toBuffer(char* buf, unsigned int size) const override;
-    /// Not supported: logs that at level 0, changes nothing and gives false.
+    /// Not supported: logs that at level 0, changes nothing and returns false.
     bool fromString(const char* text) override;
-    /// Whether `other` is an iSCSI address with the same kind of IP address, the same address, port and name; case
-    /// matters in the name.
+    /// Whether `other` is an iSCSI address with the same kind of IP address, the same address, port and name. Names are
+    /// case-sensitive.
     bool operator==(const PortAddress& other) const override;
     virtual ISCSIPortAddress& operator=(const ISCSIPortAddress& other);
 
+    /// The kind of the IP address.
     IPType getIPType() const {
         return m_ipType;
     }
-    /// The address where it is of this kind, else all zero.
+    /// The IPv4 address; all zero unless `getIPType()` is `IP_V4`.
     const IPV4Address& getIPV4() const {
         return m_ipv4;
     }
+    /// The IPv6 address; all zero unless `getIPType()` is `IP_V6`.
     const IPV6Address& getIPV6() const {
         return m_ipv6;
     }
-    /// The TCP port; 0 when none is given.
+    /// The TCP port; 0: no port.
     unsigned int getPort() const {
         return m_port;
     }
-    /// The name, which lives as long as the address; never null.
+    /// The name, never null. This object owns it.
     const char* getName() const {
         return m_name;
     }

@@ -14,50 +14,54 @@ class PutStream;
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
 
-/// The address of a host port, of either kind: Fibre Channel or iSCSI.
+/// The address of a host port: the base of `FCPortAddress` and `ISCSIPortAddress`.
 ///
-/// Addresses of both kinds stand in one `PortAddressArray`, which owns and deletes them. The destructor is not virtual,
-/// so every kind must be trivially destructible; then deleting one through this class gives its memory back all the
-/// same. One thread at a time. Failures are those of the kinds.
+/// A `PortAddressArray` holds addresses of both kinds, owns them and deletes them through this class. The destructor is
+/// not virtual, so every subclass must be trivially destructible: then that deletion still releases all of its memory.
+/// One thread at a time. The subclasses document their failures.
 ///
 ///     utility::FCPortAddress port(utility::FCPortAddress::WWN_TYPE_0, "500a09818d5f1234");
 ///     utility::PortAddress& address = port;
 ///     utility::PortAddress::PortTypeToNumeric(address.getType());   // 6
 class VXUT_EXPORT PortAddress {
 public:
-    /// The numbers are stored and exchanged as they are.
+    /// The kinds of addresses. Callers store and exchange the numbers.
     enum PortType : uint32_t { PORT_UNDEFINED = 1153, PORT_FC = 1509, PORT_ISCSI = 2152 };
 
-    /// A new copy, which the caller owns. Throws `std::bad_alloc` when there is no memory.
+    /// Returns a new copy, which the caller owns. Throws `std::bad_alloc` if memory is exhausted.
     virtual PortAddress* clone() const = 0;
+    /// The kind of this address; `PORT_UNDEFINED` unless the subclass overrides it.
     virtual PortType getType() const;
-    /// Writes the text of the address and a terminator to `buf` of `size` bytes and returns `buf`. A text that does not
-    /// fit is cut as the kind cuts it; a null `buf` takes nothing.
+    /// Writes the NUL-terminated text of the address to `buf` of `size` bytes and returns `buf`. The subclass says how
+    /// a text that does not fit is truncated. Does nothing if `buf` is null.
     virtual char* toBuffer(char* buf, unsigned int size) const = 0;
-    /// Reads the address from `text`; false when it cannot be read.
+    /// Parses `text`. Returns false if it is not an address, or if the subclass does not support parsing.
     virtual bool fromString(const char* text) = 0;
-    /// Addresses of different kinds are never equal. Throws `std::bad_cast` when `other` says that it is of the same
-    /// kind and is not.
+    /// Whether both are the same address; false for addresses of different kinds. Throws `std::bad_cast` if `other`
+    /// claims to be of the same kind but is not of its class.
     virtual bool operator==(const PortAddress& other) const = 0;
 
+    /// The opposite of `operator==`.
     bool operator!=(const PortAddress& other) const;
-    /// Writes what `toBuffer` gives for the room that `out` has left: a text that does not fit is cut as the kind cuts
-    /// it.
+    /// Calls `toBuffer` on the space left in `out`, so a text that does not fit is truncated in the same way.
     void toPutStream(PutStream& out) const;
 
-    /// The kind that `text` names, in either case: "FC" or "iSCSI". Anything else, or null, is undefined.
+    /// The kind that `text` names: "FC" or "iSCSI", in upper or lower case. `PORT_UNDEFINED` for null and any other
+    /// text.
     static PortType StrToPortType(const char* text);
     /// The number of `type` in messages: 6 for Fibre Channel, 9 for iSCSI, 0 otherwise.
     static unsigned int PortTypeToNumeric(PortType type);
-    /// The kind of a link: iSCSI for 1, 64 and 128, Fibre Channel for 2, 8 and 16. Anything else, also a combination of
-    /// these bits, is undefined.
+    /// The kind of a link: iSCSI for 1, 64 and 128; Fibre Channel for 2, 8 and 16. `PORT_UNDEFINED` for any other
+    /// number, including a combination of these bits.
     static PortType PortTypeFromLinkType(uint8_t linkType);
 
-    /// Addresses come from the global operators. `delete` takes no size here, because through this class it does not
-    /// know that of the kind.
+    /// The global operator.
     static void* operator new(std::size_t size);
+    /// The global operator, which returns null if memory is exhausted.
     static void* operator new(std::size_t size, const std::nothrow_t& tag) noexcept;
+    /// Placement: returns `place`.
     static void* operator new(std::size_t size, void* place) noexcept;
+    /// The global operator without a size: a deletion through this class does not know the size of the subclass.
     static void operator delete(void* address) noexcept;
 };
 

@@ -9,18 +9,20 @@ namespace utility {
 /// How many ".*" marks a volume selector has.
 enum VolumeLevel : uint32_t { VOLUME_LEVEL_0 = 0, VOLUME_LEVEL_1 = 1 };
 
-/// Splits the selector of volumes: a name with at most one ".*" mark behind it.
+/// Splits a selector of volumes: a name, then at most one ".*" mark.
 ///
-/// Holds no state, keeps nothing, may be used from any thread. A text that is no selector is answered with false.
+/// Stateless; any thread may call it. Returns false if the text is not a selector.
 ///
 ///     char name[32];
 ///     utility::VolumeLevel level;
 ///     utility::VolumeGroupFormatter::getVolumeLevelAndName("vg.*", name, sizeof name - 1, level);   // "vg", level 1
 class VXUT_EXPORT VolumeGroupFormatter {
 public:
-    /// Splits `text` as `DotStarFormatter::getLevelAndName` does; `name` holds `size` + 1 bytes. False, with level 0,
-    /// for a null text, for what that refuses and for more than one mark; in the last case `name` is filled all the
-    /// same.
+    /// Splits `text` as `DotStarFormatter::getLevelAndName` does; `name` must have `size` + 1 bytes. Returns false and
+    /// sets `level` to 0 if:
+    /// - `text` is null,
+    /// - `DotStarFormatter::getLevelAndName` returns false, or
+    /// - `text` has more than one mark; `name` is written in this case.
     static bool getVolumeLevelAndName(const char* text, char* name, unsigned int size, VolumeLevel& level);
 };
 

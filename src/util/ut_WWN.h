@@ -8,8 +8,8 @@ class PutStream;
 
 /// A World Wide Name: the eight bytes that name a Fibre Channel node or port, most significant first.
 ///
-/// A plain value: it owns nothing and is copied freely. One thread at a time. Nothing here throws, except what printing
-/// onto a stream throws; a text that is no name is answered with false.
+/// A plain value, which owns nothing and may be copied. One thread at a time. Only `toPutStream` throws; `fromString`
+/// returns false if its text is not a name.
 ///
 ///     utility::WWN name("500A09818D5F1234");
 ///     char text[17];
@@ -18,36 +18,41 @@ class VXUT_EXPORT WWN {
 public:
     /// All zero.
     WWN();
-    /// Reads `text` as `fromString` does, from all zero.
+    /// Sets all bytes to zero, then parses `text` as `fromString` does.
     explicit WWN(const char* text);
     /// Copies eight bytes from `bytes`, which must not be null.
     explicit WWN(unsigned char* bytes);
 
     /// Copies eight bytes from `bytes`, which must not be null.
     void fromBinary(unsigned char* bytes);
-    /// Reads sixteen hexadecimal digits of either case, without prefix or separators. A null text is all zero and gives
-    /// true. What follows the last digit is not looked at: callers pass texts that go on. False for a text that ends
-    /// early or has any other character; the digits before it are stored then, and the other bytes left as they were.
+    /// Parses sixteen hexadecimal digits in upper or lower case, without prefix or separators. Null sets all bytes to
+    /// zero and returns true. Ignores everything after the last digit: callers rely on it.
+    /// Returns false if `text` ends early or has any other character; the digits before it are stored, and the other
+    /// bytes are unchanged.
     bool fromString(const char* text);
 
-    /// Writes sixteen lower-case digits and a terminator to `buf` of `size` bytes and returns `buf`. 17 bytes hold
-    /// them; with 16 there is no terminator, and with fewer the digits are cut. A null `buf` takes nothing.
+    /// Writes sixteen lower-case digits and a terminator to `buf` and returns `buf`. Does nothing if `buf` is null.
+    /// - `size`: size of `buf` in bytes: 17 bytes hold digits and terminator; with 16 bytes there is no terminator,
+    ///   and with fewer the digits are truncated too
     char* toBuffer(char* buf, unsigned int size) const;
-    /// Writes the sixteen digits. What does not fit fails as `PutStream::PutC` does.
+    /// Writes the sixteen digits. If they do not fit, fails as `PutStream::PutC` does.
     void toPutStream(PutStream& out) const;
 
-    /// Compare the eight bytes in order.
+    /// Whether all eight bytes are equal.
     bool operator==(const WWN& other) const;
+    /// Whether any of the eight bytes differ.
     bool operator!=(const WWN& other) const;
+    /// Whether this name is greater, byte by byte.
     bool operator>(const WWN& other) const;
+    /// Whether this name is less, byte by byte.
     bool operator<(const WWN& other) const;
     /// Negative, zero or positive as this name is less than, equal to or greater than `other`.
     int compare(const WWN& other) const;
 
-    /// The sum of the eight bytes, and `mask`, which is the size of a hash table less one.
+    /// The bitwise AND of `mask` and the sum of the eight bytes. `mask` is the size of a hash table minus one.
     unsigned int hash(unsigned int mask) const;
 
-    /// Whether `text` is exactly sixteen hexadecimal digits of either case; false for null.
+    /// Whether `text` is exactly sixteen hexadecimal digits in upper or lower case; false for null.
     static bool isWWN(const char* text);
 
 private:
