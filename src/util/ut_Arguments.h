@@ -8,21 +8,21 @@ namespace utility {
 
 class PutStream;
 
-/// The words of a command line, with double quotes for grouping and look-ups that ignore case.
+/// The words of a command line. Double quotes group words, and look-ups ignore case.
 ///
-/// The words are copies that the object owns; a pointer handed out is valid until its word is changed or deleted. One
-/// thread at a time. What is not there is null, -1 or 0, and null words are found nowhere and added nowhere. A word
-/// without memory is null and found nowhere; without memory for more words code 1230 of "ut_Array" is thrown, and
-/// `std::bad_alloc` by a constructor.
+/// This object owns copies of the words; a returned pointer is valid until its word is changed or deleted. One thread
+/// at a time. Operations that add a word do nothing if it is null, and look-ups do not find null. If memory is
+/// exhausted, a word may be stored as null; if the table of words cannot grow, code 1230 of "ut_Array" is thrown, and
+/// constructors may throw `std::bad_alloc`.
 ///
 ///     utility::Arguments arguments("show file \"my notes\" -lines 20");
 ///     arguments.ArgValue(2);        // "my notes"
 ///     arguments.ArgInt("-LINES");   // 20
 class VXUT_EXPORT Arguments : public framework::Item {
 public:
-    /// Splits `commandText` with `addArgs`; null gives no words.
+    /// Splits `commandText` as `addArgs` does. Null: no words.
     explicit Arguments(const char* commandText);
-    /// Takes every entry of `argv` that is not null, the command name included, without looking for quotes.
+    /// Copies every entry of `argv` that is not null, including the command name. Quotes are ordinary characters.
     Arguments(int argc, char** argv);
     Arguments(const Arguments&) = delete;
     Arguments& operator=(const Arguments&) = delete;
@@ -35,38 +35,39 @@ public:
         return pGSArguments;
     }
 
-    /// Adds the words of `text`, which white space separates. A double quote at the start of a word takes everything up
-    /// to the next one, or to the end of the text; inside a word it is an ordinary character, and there is no escape.
+    /// Adds the words of `text`, which are separated by white space. If a word begins with a double quote, it extends
+    /// to the next double quote or the end of the text, without the quotes. Elsewhere in a word, a double quote is an
+    /// ordinary character. A double quote cannot be escaped.
     void addArgs(const char* text);
     /// The number of words.
     unsigned int ArgCount() const;
-    /// Word `i`, or null.
+    /// Word `i`; null if `i` is out of range.
     const char* ArgValue(unsigned int i) const;
-    /// Whether some word equals `word`, ignoring case.
+    /// Whether any word equals `word`, ignoring case.
     bool isArg(const char* word) const;
-    /// The index of the first word that equals `word`, ignoring case; all bits set when there is none.
+    /// The index of the first word that equals `word`, ignoring case; 0xFFFFFFFF if there is none.
     unsigned int ArgIndex(const char* word) const;
-    /// The same with the text of `token`.
+    /// `ArgIndex` for the text of `token`.
     unsigned int ArgIndexByToken(unsigned int token) const;
-    /// The word behind the first that equals `word`; null when there is none.
+    /// The word after the first one that equals `word`, ignoring case; null if there is none.
     const char* ArgString(const char* word) const;
-    /// The same as a decimal number; 0 when there is none.
+    /// The word that `ArgString` returns, as a decimal number; 0 if there is none.
     long ArgInt(const char* word) const;
-    /// Adds a word as it is.
+    /// Appends a word unchanged, including quotes and blanks.
     void AddArg(const char* word);
-    /// Replaces word `i`, when there is one.
+    /// Replaces word `i`. Does nothing if `i` is out of range.
     void ModifyArg(unsigned int i, const char* word);
-    /// Deletes word `i`, when there is one.
+    /// Deletes word `i`. Does nothing if `i` is out of range.
     void DeleteArg(unsigned int i);
-    /// Deletes every word that equals `word`, which may be one of them, ignoring case.
+    /// Deletes every word that equals `word`, ignoring case. `word` may point to one of them.
     void DeleteArg(const char* word);
-    /// Whether a text ended inside double quotes.
+    /// Whether a text of `addArgs` ended inside double quotes.
     bool quoteUnmatched() const {
         return m_quoteUnmatched;
     }
-    /// Writes the words from `first` on as a command text: one blank between them, quotes around those with blanks, and
-    /// an open quote before the last when the text ended inside one. Returns the end of what was written, in the
-    /// stream. What does not fit `out` fails as `PutStream::PutF` does (code 1239).
+    /// Writes the words from index `first` on as a command text, separated by single blanks. Words that contain a blank
+    /// are quoted. If `quoteUnmatched()`, the last word has an opening quote only. Returns a pointer to the end of the
+    /// text in the stream. If the text does not fit, fails as `PutStream::PutF` does (code 1239).
     char* ToString(unsigned int first, PutStream& out) const;
 
 private:

@@ -8,44 +8,45 @@
 
 namespace utility {
 
-/// A path that walks the entries of its directory that match a shell wildcard pattern.
+/// A path that iterates over the entries of its directory that match a shell wildcard pattern (`fnmatch`).
 ///
-/// File and extension become those of each match in turn. The pattern is copied. Entries come in the order in which the
-/// system gives them, "." and ".." included. One thread at a time. As in `Path`, nothing is thrown but for memory: a
-/// directory that cannot be opened, or fails while it is read, gives null. The first such failure of an iterator is
-/// reported through the entity's error state (`inError`), which tells it from the end of the directory. Debug switch
-/// 353 traces.
+/// Each match sets the file part of the path. Entries include "." and "..", in the order of `readdir`. One thread at a
+/// time. As in `Path`, only `std::bad_alloc` is thrown. Null is returned at the end of the directory, and if it cannot
+/// be opened or read; only the first such failure of an iterator sets the entity's error state (`inError`). Debug
+/// switch 353 traces.
 ///
 ///     utility::DirIterator files("/etc", "*.conf");
 ///     for (const char* name = files.getFirst(nullptr); name != nullptr; name = files.getNext()) use(files.getValue());
 class VXUT_EXPORT DirIterator : public Path {
 public:
-    /// A null pattern matches nothing.
+    /// Copies both texts. A null pattern does not match any entry.
     DirIterator(const char* directory, const char* pattern);
     DirIterator(const DirIterator&) = delete;
     DirIterator& operator=(const DirIterator&) = delete;
     ~DirIterator() override;
 
-    /// Opens the directory part, once more when it is open: the walk is then before its first entry. False, with the
-    /// error set the first time, when that fails.
+    /// Opens the directory part, after closing an open directory. Returns false if that fails; the first failure of an
+    /// iterator sets the error state.
     bool open();
-    /// Closes the directory; the next look opens it again.
+    /// Closes the directory. `getFirst` and `getNext` open it again.
     void close();
-    /// The name of the first match, or null; a `pattern` that is not null replaces the one in use. The name is valid
-    /// until the next look, or until the directory is closed.
+    /// Returns the name of the first match; null if there is none. The name is valid until the next call, or until the
+    /// directory is closed.
+    /// - `pattern`: replaces the pattern in use; null: keeps it
     const char* getFirst(const char* pattern);
-    /// The name of the next match, or null: also where `getFirst` found none before it.
+    /// Returns the name of the next match; null if there is none, or without a match of `getFirst` before. The name is
+    /// valid as in `getFirst`.
     const char* getNext();
-    /// The number of matches, as `getFirst` and `getNext` find them; the walk is then at its end.
+    /// The number of matches. Calls `getFirst(pattern)` and `getNext()` to the end of the directory.
     unsigned int length(const char* pattern);
-    /// Replaces the pattern.
+    /// Copies a new pattern. A null pattern does not match any entry.
     void setPattern(const char* pattern);
-    /// The number of the current match, from 0; -1 when there is none.
+    /// The index of the current match, from 0; -1 if there is none.
     int getIndex() const {
         return m_index;
     }
-    /// 0, unless the bare name of the current match does not exist in the working directory of the process: only then
-    /// is its type told, and then nothing is known of it. Callers rely on the 0.
+    /// Always 0: callers rely on it. The name of the match is looked up in the working directory of the process, and
+    /// its type is determined only if that fails, when nothing is known about it.
     int getType() const;
 
 private:

@@ -8,12 +8,11 @@ namespace utility {
 
 class PutStream;
 
-/// Up to eight options: keys, which are string tokens, with or without a value each.
+/// Up to eight options, each a key (a string token) with or without a value. A key may occur more than once.
 ///
-/// The texts are copies in a pool that `clear` frees at once; a pointer handed out is valid until then. A key may occur
-/// more than once. One thread at a time. Nothing is thrown or logged, but by the stream that `toStream` writes to: what
-/// is not there is null, -1 or false. A ninth option is ignored without an error; `count()` tells how many were kept.
-/// Null values equal no text.
+/// The values are copies in a pool; a returned pointer is valid until `clear`. One thread at a
+/// time. Only `toStream` throws or logs, through its stream. A ninth option is ignored without an error; `count()`
+/// returns how many are stored. A missing value is not equal to any text, not even to the empty one.
 ///
 ///     char text[] = "sort=name,size&reverse";
 ///     utility::Options options;
@@ -21,43 +20,51 @@ class PutStream;
 ///     options.getAsString(strings::GS.toToken("sort"), 1);   // "size"
 class VXUT_EXPORT Options {
 public:
+    /// No options.
     Options();
     Options(const Options&) = delete;
     Options& operator=(const Options&) = delete;
     virtual ~Options();
 
-    /// Forgets every option.
+    /// Removes all options and frees their values.
     void clear();
     /// Adds the options of a text such as "key=value,value&key": one for each value, and one without a value for a key
-    /// without "=". Empty values are kept. The text is copied first; null and the empty text add nothing.
+    /// without "=". A value may be empty. The text is copied, not modified. Does nothing if `text` is null or empty.
     void set(char* text);
-    /// Adds an option with a copy of `value`, or without a value when that is null.
+    /// Adds an option with a copy of `value`. Null: without a value.
     void addOption(unsigned int key, const char* value);
-    /// Replaces the value of the option with `key` that has `index` such options before it, or adds one.
+    /// Replaces the value of the option number `index`, counted from 0, of those with `key`. Adds an option if there is
+    /// none.
     void setOption(unsigned int key, const char* value, unsigned int index);
-    /// Removes every option with `key`; the second form only those whose value equals `value`.
+    /// Removes every option with `key`.
     void deleteOption(unsigned int key);
+    /// Removes every option with `key` and exactly this `value`. Does nothing if `value` is null.
     void deleteOption(unsigned int key, const char* value);
 
-    /// The value of the option with `key` that has `index` such options before it: the empty text when it has none,
-    /// null when there is no such option. That empty text belongs to the library and must not be written to.
+    /// The value of the option number `index`, counted from 0, of those with `key`. Null if there is none. If it has no
+    /// value, an empty text, which is owned by the library and read-only.
     const char* getAsString(unsigned int key, unsigned int index) const;
+    /// As the const overload. The caller may modify the text unless the option has no value.
     char* getAsString(unsigned int key, unsigned int index);
-    /// The same as a decimal number; -1 when there is no such option or it has no value.
+    /// The value that `getAsString` returns, as a decimal number; -1 if there is no such option or it has no value.
     int getAsInt(unsigned int key, unsigned int index) const;
-    /// Whether there is an option with `key`; with exactly `value`; with `value` in either case.
+    /// Whether there is an option with `key`.
     bool isOption(unsigned int key) const;
+    /// Whether there is an option with `key` and exactly this `value`; false if `value` is null.
     bool isOption(unsigned int key, const char* value) const;
+    /// Whether there is an option with `key` and this `value`, ignoring case; false if `value` is null.
     bool isOptionCase(unsigned int key, const char* value) const;
 
-    /// Writes the options as a text. An option with the key 1153 continues the one before: only its value is written,
-    /// behind a comma. What does not fit `out` fails as `PutStream::PutS` and `PutStream::PutF` do (code 1239).
+    /// Writes the options in the form that `set` parses. An option with the key 1153 is a further value of the option
+    /// before it: a comma is written instead of the key. If the text does not fit, fails as `PutStream::PutS` and
+    /// `PutStream::PutF` do (code 1239).
     void toStream(PutStream& out) const;
 
-    /// The number of options, and the key of option `i`; 0 when there is none.
+    /// The number of options.
     unsigned int count() const {
         return m_count;
     }
+    /// The key of option `i`; 0 if `i` is out of range.
     stringtoken getKey(unsigned int i) const {
         return i < m_count ? m_keys[i] : 0;
     }

@@ -6,10 +6,10 @@
 
 namespace utility {
 
-/// A user of the password file: the platform's record and room for its texts.
+/// A user of the password file: the platform's record and storage for its texts.
 ///
-/// The record's fields point into the object, to where the platform's reader put them or to texts made with
-/// `newString`; they are valid until `reset`. One thread at a time. Nothing is thrown.
+/// `PWService` and `newString` store the texts of the record in this object. They are valid until `reset`. One thread
+/// at a time. Nothing is thrown.
 ///
 ///     utility::PW user;
 ///     user.m_passwd.pw_name = user.newString("monitor");
@@ -21,40 +21,46 @@ public:
     PW(const PW&) = delete;
     PW& operator=(const PW&) = delete;
 
-    /// Sets every field to zero or null and forgets the texts made with `newString`.
+    /// Sets every field to 0 or null and frees the texts of `newString`.
     void reset();
-    /// A copy of `s` inside the object: all texts together have room for 2,048 bytes, terminators included. Null for a
-    /// null text, and, logged at level 0, for one that does not fit.
+    /// Copies `s` into this object and returns the copy. All copies together may have 2,048 bytes, including
+    /// terminators. Returns null if `s` is null, or if it does not fit, which is logged at level 0.
     char* newString(const char* s);
 
-    /// The fields of the record as they are.
+    /// The login name; may be null.
     char* getUserName() const {
         return m_passwd.pw_name;
     }
+    /// The password hash; may be null.
     char* getPassword() const {
         return m_passwd.pw_passwd;
     }
+    /// The user number.
     unsigned int getUid() const {
         return m_passwd.pw_uid;
     }
+    /// The group number.
     unsigned int getGid() const {
         return m_passwd.pw_gid;
     }
+    /// The real name; may be null.
     char* getRealName() const {
         return m_passwd.pw_gecos;
     }
+    /// The home directory; may be null.
     char* getDir() const {
         return m_passwd.pw_dir;
     }
+    /// The login shell; may be null.
     char* getShell() const {
         return m_passwd.pw_shell;
     }
-    /// How many bytes of the room for texts are taken.
+    /// The number of bytes that `newString` uses, of 2,048.
     unsigned int used() const {
         return m_used;
     }
 
-    /// Logs the fields (level 3) when debug switch 483 is on.
+    /// Logs the fields at level 3 if debug switch 483 is on.
     void dump() const;
 
     /// The platform's record.

@@ -4,9 +4,9 @@
 
 namespace utility {
 
-/// Hands out the tokens of a text that one character separates.
+/// Iterates over the tokens of a text that are separated by one character.
 ///
-/// The text is the caller's, is not changed, and must outlive the list. One thread at a time. Nothing fails.
+/// The caller owns the text, which must outlive this object and is not modified. One thread at a time. Nothing fails.
 ///
 ///     char text[] = "a,,b";
 ///     char token[sizeof text];
@@ -14,13 +14,15 @@ namespace utility {
 ///     while (list.nextToken(token) != nullptr) use(token);   // "a", then "b"
 class VXUT_EXPORT ParameterList {
 public:
-    /// A null text has no tokens.
+    /// Starts at the beginning of `text`. Null: no tokens.
     ParameterList(char* text, char separator);
 
-    /// Copies the next token that is not empty to `destination`, which has room for the rest of the text and a
-    /// terminator, and returns it; null at the end, or when `destination` is null.
+    /// Copies the next token to `destination` and returns `destination`. Empty tokens are skipped. Returns null at the
+    /// end of the text, or if `destination` is null.
+    /// - `destination`: must have space for the rest of the text and a terminator
     char* nextToken(char* destination);
-    /// Whether the end was not reached yet. A text that ends in a separator still says true before its end is seen.
+    /// Whether the end of the text was not reached yet. A true result does not promise a token: after the last one it
+    /// is still true if a separator follows.
     bool hasNextToken() const {
         return m_position != nullptr;
     }

@@ -10,10 +10,10 @@ namespace utility {
 
 /// A file-system path in three parts: directory, base name and extension.
 ///
-/// The texts are the object's own. A pointer that `getFullFile`, `getValue` or `component` gives is valid until the
-/// next call of the same operation, one that `getPath` gives until the path changes. One thread at a time. Null texts
-/// count as empty. Nothing is thrown but `std::bad_alloc` without memory: a setter or a search has then changed
-/// nothing. Debug switch 489 traces.
+/// The object owns its texts. A pointer from `getFullFile`, `getValue` or `component` is valid until the next call of
+/// the same operation; one from `getPath`, `getFile` or `getExtension`, until the path changes. One thread at a time.
+/// Null texts are empty. Only `std::bad_alloc` is thrown; a setter or search that throws has changed nothing. Debug
+/// switch 489 traces.
 ///
 ///     utility::Path path("/usr/lib/libx.so.1");
 ///     path.getPath();        // "/usr/lib/"
@@ -27,67 +27,80 @@ public:
     Path(const char* path, const char* file, const char* extension);
     ~Path() override;
 
-    /// The token of the directory part, and its interned text.
+    /// The token of the directory part.
     stringtoken getName() const override;
+    /// The interned text of the directory part.
     const char* getNameString() const override;
 
-    /// Splits `value` at its last "/", and the name behind it at the first of its last dots, and sets the parts asked
-    /// for; each of them is cleared first. A name that begins with its only dots has no base name: callers see
-    /// ".profile" as an extension.
+    /// Splits `value` and sets the selected parts:
+    /// - the directory, up to and including the last "/",
+    /// - the base name, up to the last dot; if several dots are adjacent, up to the first of them,
+    /// - the extension, after that dot.
+    ///
+    /// A part that `value` does not have is empty. A name that begins with its only dots has no base name: callers rely
+    /// on ".profile" being an extension.
     void setValue(const char* value, bool setPath, bool setFile, bool setExtension);
-    /// Sets all three parts; the second form keeps the directory.
+    /// Splits `value` and sets all three parts, as `setValue` does.
     void setFullPath(const char* value);
+    /// Splits `value` and sets the base name and the extension, as `setValue` does.
     void setFullFile(const char* value);
-    /// Sets the directory part, of the second form the first `n` characters; "/" is added unless it is empty or ends in
-    /// one.
+    /// Sets the directory part. Appends "/" unless it is empty or ends with one.
     void setPath(const char* path);
+    /// Sets the directory part to at most `n` characters of `path`. Appends "/" as the other overload does.
     void setPath(const char* path, unsigned int n);
-    /// Sets the base name as it is.
+    /// Sets the base name, without splitting it.
     void setFile(const char* file);
-    /// Sets the extension without one leading dot.
+    /// Sets the extension. One leading dot is removed.
     void setExtension(const char* extension);
 
+    /// The directory part; unless it is empty, it ends with "/".
     const char* getPath() const {
         return m_path.c_str();
     }
+    /// The base name.
     const char* getFile() const {
         return m_file.c_str();
     }
+    /// The extension, without its dot.
     const char* getExtension() const {
         return m_extension.c_str();
     }
-    /// Base name and extension, with a dot between them unless there is no extension.
+    /// The file part: base name, dot and extension; only the base name if the extension is empty.
     const char* getFullFile() const;
     /// The whole path.
     const char* getValue() const;
 
+    /// Whether the directory part begins with "/".
     bool isAbsolute() const;
-    /// Whether the whole path exists.
+    /// Whether the whole path exists; false if `stat` fails.
     bool exists() const;
-    /// Makes the whole path a directory, of one level, with mode 0770.
+    /// Creates the whole path as a directory with mode 0770; its parent must exist. Returns whether `mkdir` succeeded.
     bool makeDir();
 
-    /// The number of directory components, at most 32, and one more for a file.
+    /// The number of directory components, at most 32, plus 1 if the file part is not empty.
     unsigned int componentCount() const;
-    /// Directory component `i` without slashes, the file behind the last of them, or null. The root is no component.
+    /// Directory component `i` without slashes; after the last of them, the file part. Null if `i` is out of range. The
+    /// root is not a component.
     const char* component(unsigned int i) const;
-    /// Removes a component with the slash behind it, or the file; one that is not there changes nothing.
+    /// Removes component `i` and the slash after it, or the file part. Does nothing if `i` is out of range.
     void removeComponent(unsigned int i);
-    /// Normalizes the path: removes ".", empty components, and ".." together with the component before it, in the file
-    /// part too. False when a ".." had none before it; the path is normalized in this case too.
-    /// Directory components past the 32nd are not looked at: callers see them unchanged, and the result can be true
-    /// although a ".." is left. A check against ".." must also refuse a path of which `componentCount()` is 32 or more
-    /// after this call.
+    /// Normalizes the path: removes ".", empty components, and ".." together with the component before it. The file
+    /// part counts as a component. Returns false if a ".." had no component before it; it is removed nevertheless.
+    ///
+    /// Directory components after the 32nd are not checked, and callers rely on them being unchanged. So the result can
+    /// be true although a ".." remains. A check against ".." must also refuse the path if `componentCount()` is 32 or
+    /// more after this call.
     bool isValid();
-    /// Computes the components, unless they are computed already.
+    /// Computes the components, unless that was done since the directory part was last changed.
     void evaluatePath() const;
     /// Traces the components.
     void dumpComponents();
 
-    /// Sets the directory part to the first element of a colon-separated list under which the file exists, and returns
-    /// true; else keeps it. An empty element means no directory part.
+    /// Searches for the file part in the directories of a colon-separated list. Sets the directory part to the first
+    /// one in which the file exists, and returns true. Returns false and changes nothing if there is none or
+    /// `searchPath` is null. An empty element of the list is an empty directory part.
     bool find(const char* searchPath);
-    /// The same with the present directory part appended to each element.
+    /// Searches as `find` does, but with the current directory part appended to each directory of the list.
     bool findFull(const char* searchPath);
 
 private:

@@ -6,10 +6,10 @@
 
 namespace utility {
 
-/// Time stamps in microseconds since 1970-01-01 00:00:00 UTC, and the time between two of them as a clock shows it.
+/// Time stamps in microseconds since 1970-01-01 00:00:00 UTC, and their differences, formatted as clock times.
 ///
-/// Keeps nothing and owns nothing. Any thread may use it; a thread that changes the time zone must be alone.
-/// Nothing here fails; a text that does not fit is cut.
+/// Stateless; any thread may call it, but not while another changes the time zone. Nothing fails; a text that does not
+/// fit is truncated and NUL-terminated.
 ///
 ///     char text[20];
 ///     const int64_t start = 1500000000000000;
@@ -17,27 +17,27 @@ namespace utility {
 ///     utility::TimeMeasure::printDuration(end - start, text, sizeof text);   // text is "01:02:03.000001"
 class VXUT_EXPORT TimeMeasure {
 public:
-    /// The present time of the system's real-time clock.
+    /// The current time of the real-time clock.
     static int64_t getTimestamp();
-    /// The whole seconds of `ts`, cut towards zero and clamped to the range of `long`.
+    /// The whole seconds of `ts`, rounded toward zero and clamped to the range of `long`.
     static long getSeconds(int64_t ts);
-    /// The microseconds beyond the whole seconds, negative for a negative `ts`.
+    /// The microseconds after the whole seconds; not positive if `ts` is negative.
     static long getSubSeconds(int64_t ts);
     /// The time stamp of `sec` seconds and `usec` microseconds, clamped to 64 bits.
     static int64_t timeStampFromParts(long sec, long usec);
 
-    /// Write `ts` microseconds as hours, minutes, seconds and parts of a second into the caller's `buf` of `size`
-    /// bytes, of which at most 20 are used whatever their number, and return `buf`. The hours go on beyond 24. A
-    /// negative duration has a sign at each part that is not 0. A size below 1 or a null `buf` takes nothing.
-    /// "25:00:00.000000":
+    /// Writes a duration of `ts` microseconds as hours, minutes, seconds and microseconds to `buf` and returns `buf`:
+    /// "25:00:00.000000". Hours are not limited to 24. A negative duration has a sign at each part that is not 0.
+    /// Writes nothing if `buf` is null or `size` is below 1.
+    /// - `size`: size of `buf` in bytes, of which at most 20 are used
     static char* printDuration(int64_t ts, char* buf, int size);
-    /// The same with milliseconds, cut: "25:00:00.000"
+    /// Writes a duration as `printDuration` does, but truncated to milliseconds: "25:00:00.000".
     static char* printDurationMillisec(int64_t ts, char* buf, int size);
 
-    /// Write the local time of day of `ts` into the caller's `buf` of `size` bytes and return `buf`. A time that the
-    /// platform cannot express is the empty text. A size below 1 or a null `buf` takes nothing. "09:07:03.000250":
+    /// Writes the local time of day of `ts` to `buf` of `size` bytes and returns `buf`: "09:07:03.000250". The text is
+    /// empty if the platform cannot represent the time. Writes nothing if `buf` is null or `size` is below 1.
     static char* printTimestamp(int64_t ts, char* buf, int size);
-    /// The same with milliseconds, cut: "09:07:03.000"
+    /// Writes the local time of day as `printTimestamp` does, but truncated to milliseconds: "09:07:03.000".
     static char* printTimestampMillisec(int64_t ts, char* buf, int size);
 };
 

@@ -8,10 +8,11 @@ namespace utility {
 
 /// A URL in its four parts: scheme, authority, path and query, decoded.
 ///
-/// All texts are copies in the object's own pool and valid until it is cleared, assigned to or destroyed. An absent
-/// part is null. One thread at a time. Nothing is thrown or logged; a failed allocation leaves the part absent. Syntax:
-/// RFC 3986, without fragments: a "#" is an ordinary character of the part that contains it. A "+" stays a "+". Each
-/// part is decoded once, so "%2541" gives "%41", and an encoded delimiter then looks like any other: "/a%2Fb" gives
+/// Texts are copies in the pool of the object, valid until it is cleared, assigned to or destroyed. A part that is not
+/// present is null. One thread at a time. Nothing is thrown or logged; if memory is exhausted, a part is null.
+///
+/// The syntax is that of RFC 3986 without fragments: "#" is an ordinary character. "+" is not decoded. Each part is
+/// decoded once: "%2541" becomes "%41". An encoded delimiter cannot be recognized after decoding: "/a%2Fb" becomes
 /// "/a/b".
 ///
 ///     utility::URL url("abc://node:8080/a%20b?x=1");
@@ -19,12 +20,13 @@ namespace utility {
 ///     url.GetValue();   // "abc://node:8080/a b?x=1"
 class VXUT_EXPORT URL : public framework::Item {
 public:
-    /// Sets each part that is not null, as it is.
+    /// Copies each part that is not null, without decoding it.
     URL(const char* scheme, const char* authority, const char* path, const char* query);
-    /// Splits `text` with `SetURL`.
+    /// Splits and decodes `text`, as `SetURL` does.
     explicit URL(const char* text);
-    /// Copies are whole: each URL has its own pool.
+    /// Makes a deep copy.
     URL(const URL& other);
+    /// Clears this object and makes a deep copy.
     URL& operator=(const URL& other);
     ~URL() override;
 
@@ -35,37 +37,44 @@ public:
         return pGSURL;
     }
 
-    /// Sets a part to a copy of the text, without decoding; null leaves it unchanged.
+    /// Copies `scheme` without decoding it. Does nothing if it is null.
     void SetScheme(const char* scheme);
+    /// Copies `authority` without decoding it. Does nothing if it is null.
     void SetAuthority(const char* authority);
+    /// Copies `path` without decoding it. Does nothing if it is null.
     void SetPath(const char* path);
+    /// Copies `query` without decoding it. Does nothing if it is null.
     void SetQuery(const char* query);
-    /// Splits and decodes `text`. Parts that it does not have keep their earlier values, one that it marks and leaves
-    /// empty becomes null; a null `text` changes nothing.
+    /// Splits and decodes `text`. A part that `text` does not have keeps its previous value; one that has its delimiter
+    /// but is empty becomes null. Does nothing if `text` is null.
     void SetURL(const char* text);
 
-    /// The parts, or null.
+    /// The scheme, without ":"; may be null.
     const char* GetScheme() const {
         return m_scheme;
     }
+    /// The authority, without "//"; may be null.
     const char* GetAuthority() const {
         return m_authority;
     }
+    /// The path; may be null.
     const char* GetPath() const {
         return m_path;
     }
+    /// The query, without "?"; may be null.
     const char* GetQuery() const {
         return m_query;
     }
-    /// Composes the text of the parts; null when all are absent or empty, and without memory. Nothing is encoded again,
-    /// so callers see parts that contain "/", "?" or "%" change on the way back. Each call takes new memory of the
-    /// pool.
+    /// Composes a URL text from the parts. Returns null if all are null or empty, or if memory is exhausted. The parts
+    /// are not encoded: if one of them contains "/", "?" or "%", `SetURL` may split the text differently, and callers
+    /// rely on that. Each call allocates from the pool.
     char* GetValue();
-    /// Forgets all parts and frees the pool, the text of the last `GetValue` with it.
+    /// Sets all parts to null and frees the pool, including the texts that `GetValue` returned.
     void clear();
-    /// Decodes `length` bytes of `text` into the pool: "%" and two hexadecimal digits are a byte, and an escape that
-    /// the end cuts off is dropped with the rest. A character that is no digit counts as 255 there: callers see "%g1"
-    /// as F1. Null for a null text, a length of 0 or from 2,147,483,647, and without memory.
+    /// Decodes `length` bytes of `text` into the pool. "%" and two hexadecimal digits become one byte; a truncated
+    /// escape at the end is dropped. Escapes are not validated: any other character has the value 255, and callers rely
+    /// on "%g1" becoming F1. Returns null if `text` is null, if `length` is 0 or at least 2,147,483,647, or if memory
+    /// is exhausted.
     char* decodeAndAlloc(const char* text, unsigned int length);
 
 private:

@@ -8,11 +8,11 @@
 extern "C" {
 #endif
 
-/// An MD5 digest in the making, as RFC 1321 defines it, for C and C++ callers alike.
+/// The state of an MD5 computation (RFC 1321), for C and C++ callers.
 ///
-/// The state is the caller's and needs no clean-up; it may be copied, to go on from one beginning in two ways. Its
-/// layout is shared with callers. One thread at a time for each state. Nothing fails. MD5 is here for the formats that
-/// name it: it withstands no attacker.
+/// The caller owns the state, which needs no cleanup. It may be copied, for example to compute the digests of two
+/// messages with a common prefix. Its layout is part of the interface. One thread at a time for each state. Nothing
+/// fails. Use MD5 only where a format requires it: it is not secure against attackers.
 ///
 ///     md5_state_t state;
 ///     unsigned char digest[16];
@@ -22,17 +22,17 @@ extern "C" {
 typedef struct md5_state_s {
     uint32_t count[2];     ///< length of the message in bits, low word first
     uint32_t abcd[4];      ///< chaining values
-    unsigned char buf[64]; ///< pending input, less than a block
+    unsigned char buf[64]; ///< input not yet processed, less than one block
 } md5_state_t;
 
-/// Starts a digest.
+/// Starts a new message.
 VXUT_EXPORT void md5_init(md5_state_t* state);
 
-/// Adds `nbytes` bytes of `data`, which is not kept; null and a count below 1 do nothing.
+/// Appends `nbytes` bytes of `data` to the message. Does nothing if `data` is null or `nbytes` is below 1.
 VXUT_EXPORT void md5_append(md5_state_t* state, const unsigned char* data, int nbytes);
 
-/// Pads the message, adds its length and writes the 16 bytes of the digest. The state must be started again before
-/// more is added.
+/// Pads the message, appends its length and writes the 16 bytes of the digest. Call `md5_init` before the state is used
+/// again.
 VXUT_EXPORT void md5_finish(md5_state_t* state, unsigned char digest[16]);
 
 #ifdef __cplusplus
