@@ -13,14 +13,14 @@ namespace utility {
 
 namespace {
 
-const unsigned int initialCapacity = 20;
-const unsigned int notFound = 0xFFFFFFFF;
+constexpr unsigned int initialCapacity = 20;
+constexpr unsigned int notFound = 0xFFFFFFFF;
 
 bool isBlank(char c) {
     return std::isspace(static_cast<unsigned char>(c)) != 0;
 }
 
-/// A word for which there was no memory is null, and equal to none.
+// A stored word is null if memory was exhausted; it equals no word.
 bool isSameWord(const char* stored, const char* word) {
     return stored != nullptr && strcasecmp(stored, word) == 0;
 }
@@ -29,7 +29,7 @@ bool isSameWord(const char* stored, const char* word) {
 
 Arguments::Arguments() : m_words(new StringArray(initialCapacity)), m_quoteUnmatched(false) {}
 
-// Delegating, so that the words are freed when one of them finds no memory.
+// Delegates, so that the destructor runs and frees the words if adding one of them throws.
 Arguments::Arguments(const char* commandText) : Arguments() {
     addArgs(commandText);
 }
@@ -130,7 +130,7 @@ void Arguments::DeleteArg(unsigned int i) {
 void Arguments::DeleteArg(const char* word) {
     if (word == nullptr)
         return;
-    // From the end, so that only words that stay are moved up. A word given as it is stored here is deleted last.
+    // Backwards, so that only words that remain are moved. If `word` is a stored word itself, delete that one last.
     unsigned int own = notFound;
     for (unsigned int i = ArgCount(); i-- > 0;) {
         if (ArgValue(i) == word) {

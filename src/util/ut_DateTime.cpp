@@ -39,7 +39,7 @@ constexpr std::size_t longestTextRead = 128;
 constexpr int mostTokens = 20;
 constexpr std::size_t longestTextWritten = 128;
 
-static_assert(sizeof(time_t) == sizeof(long), "seconds are handed over as long");
+static_assert(sizeof(time_t) == sizeof(long), "a number of seconds is passed as long");
 
 template<typename Narrow>
 Narrow clampTo(long long value) {
@@ -48,7 +48,7 @@ Narrow clampTo(long long value) {
     return static_cast<Narrow>(std::clamp(value, least, most));
 }
 
-/// A date and time as a person writes it, month 1 to 12.
+// A date and time as it is written, with month 1 to 12.
 struct WrittenFields {
     int year;
     int month;
@@ -58,8 +58,8 @@ struct WrittenFields {
     int second;
 };
 
-/// Puts a year and a month, counted from 0, into `fields`; whole years among the months are carried over so that
-/// nothing overflows. False when the year does not fit.
+// Sets the year and the month, counted from 0, in `fields`. Carries whole years from the month into the year first, so
+// that nothing overflows. Returns false if the year does not fit.
 bool setYearAndMonth(tm* fields, long long year, long long month) {
     const long long tmYear = year - firstTmYear + month / monthsPerYear;
     fields->tm_year = clampTo<int>(tmYear);
@@ -67,7 +67,7 @@ bool setYearAndMonth(tm* fields, long long year, long long month) {
     return fields->tm_year == tmYear;
 }
 
-/// Seconds since the epoch with the platform deciding on daylight saving; −1 when it cannot express the time.
+// The seconds since the epoch; −1 if the platform cannot represent the time. The platform decides on daylight saving.
 time_t localSeconds(tm* fields) {
     fields->tm_isdst = -1;
     return mktime(fields);
@@ -84,7 +84,8 @@ time_t localSeconds(const WrittenFields& written) {
     return localSeconds(&fields);
 }
 
-/// The local time; false, with all fields 0, when the platform or the year's `int` cannot express it.
+// Stores the local time in `fields`. Sets all fields to 0 and returns false if the platform cannot represent it, or if
+// its year does not fit in an `int`.
 bool localFields(time_t seconds, tm* fields) {
     if (localtime_r(&seconds, fields) != nullptr && fields->tm_year <= std::numeric_limits<int>::max() - firstTmYear)
         return true;
@@ -102,14 +103,14 @@ int localField(time_t seconds, int tm::*field) {
     return fields.*field;
 }
 
-/// Months of the local calendar since a fixed one.
+// The months of the local calendar since January 1900.
 long long monthNumber(time_t seconds) {
     tm fields = {};
     localFields(seconds, &fields);
     return static_cast<long long>(fields.tm_year) * monthsPerYear + fields.tm_mon;
 }
 
-/// Numbers beyond `int` count as the nearest one, on every platform.
+// Clamps the number to the range of `int`, on every platform.
 int numberOf(const char* token) {
     return clampTo<int>(std::strtoll(token, nullptr, 10));
 }
@@ -125,7 +126,7 @@ WrittenFields fieldsOfClassicTokens(char* const* tokens) {
             numberOf(tokens[4]), numberOf(tokens[5])};
 }
 
-/// Not that of the locale, in which a name might have another lower case.
+// Independent of the locale, where `tolower` may map a letter of an English name differently.
 char lowerAscii(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
@@ -205,7 +206,7 @@ time_t merged(time_t date, time_t time) {
     return localSeconds(&fields);
 }
 
-/// A text's way out: a caller's array or a stream.
+// The target of a formatted text: a caller's array or a stream.
 class Destination {
 public:
     Destination(char* buf, int size) : m_buf(buf), m_size(buf != nullptr ? std::max(size, 0) : 0), m_stream(nullptr) {}
@@ -232,7 +233,7 @@ private:
     PutStream* m_stream;
 };
 
-/// The local fields of a time that has a text; false, with the empty text written, for any other.
+// Stores the local time in `fields`. Writes the empty text and returns false if the time has no local form.
 bool beginText(time_t seconds, tm* fields, const Destination& destination) {
     if (seconds != invalidTime && localFields(seconds, fields))
         return true;
@@ -257,7 +258,7 @@ void writeISO(time_t seconds, const Destination& destination) {
                       fields.tm_hour, fields.tm_min, fields.tm_sec);
 }
 
-/// With the names of the tables, not of the process's locale: RFC 822 has English names only.
+// Uses the English names of the tables, as RFC 822 requires, not those of the locale.
 void writeRFC822(time_t seconds, const Destination& destination) {
     tm fields = {};
     if (gmtime_r(&seconds, &fields) == nullptr) {
@@ -270,8 +271,8 @@ void writeRFC822(time_t seconds, const Destination& destination) {
                       fields.tm_sec);
 }
 
-/// Reads roughly, and takes the result only if it is written the same way: so dates that do not exist, other separators
-/// and trailing text are all refused.
+// Parses leniently, then accepts the result only if formatting it gives the same text. That refuses dates that do not
+// exist, other separators and trailing text.
 bool readRFC822(const char* text, time_t* seconds) {
     tm fields = {};
     char month[4];
@@ -562,7 +563,7 @@ DateTime DateTime::getDate() const {
 DateTime DateTime::getNextMinute() const {
     tm fields = {};
     time_t next = 0;
-    // A leap second belongs to the minute before it.
+    // Second 60 is a leap second, which belongs to this minute.
     if (!localFields(m_time, &fields) ||
         __builtin_add_overflow(m_time, secondsPerMinute - std::min(fields.tm_sec, 59), &next))
         return Invalid();

@@ -12,7 +12,7 @@ namespace utility {
 
 namespace {
 
-const unsigned int dirIteratorSwitch = 353;
+constexpr unsigned int dirIteratorSwitch = 353;
 
 int classify(mode_t mode) {
     if (S_ISDIR(mode))
@@ -35,7 +35,7 @@ int classify(mode_t mode) {
 DirIterator::DirIterator()
     : Path(nullptr), m_pDir(nullptr), m_entry(nullptr), m_pattern(nullptr), m_index(-1), m_errorReported(false) {}
 
-// Delegating, so that the pattern is freed when the directory finds no memory.
+// Delegates, so that the destructor runs and frees the pattern if `setPath` throws.
 DirIterator::DirIterator(const char* directory, const char* pattern) : DirIterator() {
     setPattern(pattern);
     setPath(directory);
@@ -94,7 +94,7 @@ const char* DirIterator::getNext() {
 }
 
 const char* DirIterator::nextMatch(const char* function) {
-    // Only `errno` tells a failure from the end of the directory.
+    // `readdir` returns null for both a failure and the end of the directory; only `errno` distinguishes them.
     for (errno = 0; (m_entry = readdir(m_pDir)) != nullptr; errno = 0) {
         const char* name = m_entry->d_name;
         VXUT_TRACE_ENTITY_AS(function, dirIteratorSwitch, "match name %s to pattern %s", name,

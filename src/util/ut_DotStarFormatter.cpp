@@ -7,6 +7,7 @@ namespace utility {
 
 namespace {
 
+// Counts the marks in `marks`, a sequence of pairs. Returns false if a pair does not begin with '.'.
 bool countMarks(const char* marks, unsigned int& level) {
     while (*marks != 0) {
         if (marks[0] != '.')
@@ -20,10 +21,10 @@ bool countMarks(const char* marks, unsigned int& level) {
     return true;
 }
 
-void copyName(const char* text, size_t length, char* name, unsigned int size) {
+void copyName(const char* text, std::size_t length, char* name, unsigned int size) {
     if (name == nullptr)
         return;
-    const size_t count = std::min<size_t>(length, size);
+    const std::size_t count = std::min<std::size_t>(length, size);
     std::memmove(name, text, count);
     name[count] = 0;
 }
@@ -41,7 +42,7 @@ bool DotStarFormatter::getLevelAndName(const char* text, char* name, unsigned in
         level = 0;
         return false;
     }
-    copyName(text, marks != nullptr ? static_cast<size_t>(marks - text) : std::strlen(text), name, size);
+    copyName(text, marks != nullptr ? static_cast<std::size_t>(marks - text) : std::strlen(text), name, size);
     return true;
 }
 

@@ -16,10 +16,11 @@ namespace utility {
 
 namespace {
 
-const unsigned int environmentSwitch = 368;
-const unsigned int initialCapacity = 20;
+constexpr unsigned int environmentSwitch = 368;
+constexpr unsigned int initialCapacity = 20;
 
-// The table has an even number of slots, so only the first `Append` of a pair can throw.
+// Appends a pair, or nothing if memory is exhausted. The table has an even number of slots, so only the first of the
+// two `Append` calls can throw.
 void append(StringArray& variables, const char* name, const char* value) {
     const unsigned int place = variables.length();
     variables.Append(name);
@@ -32,9 +33,9 @@ void append(StringArray& variables, const char* name, const char* value) {
     variables.DeleteAt(place);
 }
 
-// Unlike `StringArray::SetAt`, keeps the former text when there is no memory for the new one.
+// Unlike `StringArray::SetAt`, keeps the old text if memory is exhausted.
 void replace(char*& slot, const char* text) {
-    // Callers rely on pointers to an equal value staying valid.
+    // Callers rely on pointers to a value remaining valid if it is set to an equal text.
     if (std::strcmp(slot, text) == 0)
         return;
     char* const copy = framework::Memory::StaticAllocString(text);

@@ -5,7 +5,7 @@
 namespace utility {
 
 static_assert(std::is_trivially_destructible<FCPortAddress>::value,
-              "deleted through a base without virtual destructor");
+              "is deleted through a base class without a virtual destructor");
 
 FCPortAddress::FCPortAddress(WWNType type, const char* text) : m_wwn(text), m_wwnType(type) {}
 

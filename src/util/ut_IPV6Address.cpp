@@ -14,8 +14,8 @@ namespace utility {
 
 namespace {
 
-const unsigned int groupCount = 8;
-const size_t longestText = 65534; // with its terminator, what 16 bits count
+constexpr unsigned int groupCount = 8;
+constexpr std::size_t longestText = 65534; // its size with the terminator fits in 16 bits
 
 char* upperCaseCopy(const char* text, uint16_t length) {
     char* const copy = static_cast<char*>(framework::Memory::StaticAlloc(length + 1ul));
@@ -59,7 +59,7 @@ bool IPV6Address::fromString(const char* text) {
     std::memset(m_groups, 0, sizeof m_groups);
     if (text == nullptr)
         return true;
-    const size_t length = std::strlen(text);
+    const std::size_t length = std::strlen(text);
     if (length > longestText)
         return false;
     char* const copy = upperCaseCopy(text, static_cast<uint16_t>(length));

@@ -9,7 +9,7 @@
 namespace utility {
 
 static_assert(std::is_trivially_destructible<ISCSIPortAddress>::value,
-              "deleted through a base without virtual destructor");
+              "is deleted through a base class without a virtual destructor");
 
 ISCSIPortAddress::ISCSIPortAddress(IPV4Address& address, unsigned int port, const char* name)
     : m_ipType(IP_V4), m_ipv4(address), m_port(port), m_name() {

@@ -18,7 +18,7 @@ namespace utility {
 
 namespace {
 
-unsigned int roomOf(int size) {
+unsigned int capacityOf(int size) {
     return static_cast<unsigned int>(std::max(size, 0));
 }
 
@@ -27,7 +27,7 @@ void putHexDigit(BoundedText& text, unsigned long long v) {
 }
 
 char* writeHex(unsigned long long v, int digits, bool leadingZeros, char* buf, int size) {
-    BoundedText text(buf, roomOf(size));
+    BoundedText text(buf, capacityOf(size));
     bool started = leadingZeros && v != 0;
     for (int i = digits - 1; i >= 0; --i) {
         const unsigned long long digit = v >> (4 * i) & 15;
@@ -54,7 +54,7 @@ constexpr int topPosition = 19;
 constexpr const char* capacityUnits[] = {" EB", " PB", " TB", " GB", " MB", " kB", ""};
 constexpr int noUnit = 6;
 
-/// Without a sign, the most negative value too.
+// The absolute value, also of the most negative number.
 unsigned long long magnitude(long long v) {
     const unsigned long long bits = static_cast<unsigned long long>(v);
     return v < 0 ? 0 - bits : bits;
@@ -64,7 +64,8 @@ char digitAt(unsigned long long v, unsigned long long divisor) {
     return static_cast<char>('0' + v / divisor % 10);
 }
 
-/// Writes the first `digits` digits of `v` with ',' and '.' between the groups. The result says which unit they are in.
+// Writes the first `digits` significant digits of `v`, with ',' and '.' between groups. Returns the index of their
+// unit.
 int putCapacity(BufferStream& out, unsigned long long v, int digits) {
     int unit = 0;
     int position = topPosition;
@@ -76,7 +77,7 @@ int putCapacity(BufferStream& out, unsigned long long v, int digits) {
                 out.PutC(',');
             ++unit;
         } else if (position % 3 == 0) {
-            // Fewer than three are left only behind a written digit, so the point never comes first.
+            // Fewer than three digits are left only after one was written, so the point is never the first character.
             out.PutC('.');
         }
         started = started || digit != '0';
@@ -113,7 +114,7 @@ char* Misc::toHexString(unsigned short v, bool leadingZeros, char* buf, int size
 }
 
 char* Misc::toHexString(unsigned char v, bool leadingZeros, char* buf, int size) {
-    BoundedText text(buf, roomOf(size));
+    BoundedText text(buf, capacityOf(size));
     if (v > 15 || leadingZeros)
         putHexDigit(text, v >> 4);
     putHexDigit(text, v);
@@ -220,7 +221,7 @@ char* Misc::toIPV4String(unsigned int addr, char* buf, int size) {
 }
 
 char* Misc::toMacAddress(unsigned long long v, char* buf, int size) {
-    BoundedText text(buf, roomOf(size));
+    BoundedText text(buf, capacityOf(size));
     for (int shift = 40; shift >= 0; shift -= 8) {
         putHexDigit(text, v >> (shift + 4));
         putHexDigit(text, v >> shift);
@@ -255,7 +256,7 @@ int Misc::getErrnoMsg(char* buf, unsigned int size) {
     buf[0] = 0;
     if (error == 0)
         return 0;
-    // The text may be one of the platform's own, with the buffer unused.
+    // The GNU version may return a constant text and leave the buffer unused.
     const char* text = strerror_r(error, buf, size);
     if (text != buf)
         std::snprintf(buf, size, "%s", text);

@@ -36,7 +36,7 @@ namespace {
 
 constexpr std::size_t crcStride = 8;
 
-/// Look-ups for a whole stride at once: `entries[n][i]` is the remainder of `i` with `n` zero bytes behind it.
+// Slicing-by-8: `entries[n][i]` is the remainder of `i` followed by `n` zero bytes.
 struct CrcTables {
     unsigned char entries[crcStride][256] = {};
 
@@ -53,7 +53,7 @@ struct CrcTables {
 
 constexpr CrcTables crcTables(Misc::m_crc_array);
 
-/// Whether `bytes` zero bytes behind a text leave every remainder as it was.
+// Whether appending `bytes` zero bytes leaves every remainder unchanged.
 constexpr bool isCrcPeriod(const unsigned char (&table)[256], std::size_t bytes) {
     for (unsigned int i = 0; i < 256; ++i) {
         unsigned int crc = i;
@@ -65,12 +65,12 @@ constexpr bool isCrcPeriod(const unsigned char (&table)[256], std::size_t bytes)
     return true;
 }
 
-// Bytes that lie a multiple of the period apart count alike. So do the strides of blocks of as many strides, and long
-// data shrinks to one block by exclusive or.
+// Bytes at a distance of a multiple of the period have the same effect on the remainder, so they can be combined by
+// exclusive or. The same holds for strides, so long data is folded into one block of `crcPeriod` strides.
 constexpr std::size_t crcPeriod = 127;
 static_assert(isCrcPeriod(Misc::m_crc_array, crcPeriod), "long data may not be folded");
 
-// Short records are what most callers have: no loop stands between their bytes.
+// Unrolled, because most callers have short records.
 inline unsigned char crcOfFewBytes(const unsigned char* bytes, int length, unsigned char crc) {
     const unsigned char* const table = crcTables.entries[0];
     if (length < 1)
@@ -85,7 +85,7 @@ inline unsigned char crcOfFewBytes(const unsigned char* bytes, int length, unsig
     return length < 4 ? crc : table[crc ^ bytes[3]];
 }
 
-/// The remainder after the `length` % 8 bytes that are not in strides; `b` moves behind them.
+// The remainder of the first `length` % 8 bytes, which leaves whole strides. Advances `b` past them.
 inline unsigned char crcOfSingleBytes(const unsigned char*& b, std::size_t length, unsigned char crc) {
     const auto& t = crcTables.entries;
     if ((length & 1) != 0) {
@@ -106,7 +106,7 @@ inline unsigned char crcOfSingleBytes(const unsigned char*& b, std::size_t lengt
 [[gnu::noinline]] unsigned char crcOfStrides(const unsigned char* b, std::size_t strides, unsigned char crc) {
     const auto& t = crcTables.entries;
     for (; strides > 0; --strides, b += crcStride) {
-        // Only one look-up waits for the remainder before.
+        // Only one lookup depends on the previous remainder.
         const int others = t[6][b[1]] ^ t[5][b[2]] ^ t[4][b[3]] ^ t[3][b[4]] ^ t[2][b[5]] ^ t[1][b[6]] ^ t[0][b[7]];
         crc = static_cast<unsigned char>(t[7][crc ^ b[0]] ^ others);
     }
@@ -117,7 +117,7 @@ inline unsigned char crcOfSingleBytes(const unsigned char*& b, std::size_t lengt
     uint64_t folded[crcPeriod] = {};
     static_assert(sizeof folded[0] == crcStride);
     for (; strides >= crcPeriod; strides -= crcPeriod) {
-        // So short a loop would be fast or slow by the address that the linker gives it.
+        // Unrolled, because the speed of so short a loop depends on its alignment.
 #pragma GCC unroll 8
         for (uint64_t& word : folded) {
             uint64_t next;

@@ -20,7 +20,7 @@ bool isPrintableAscii(unsigned char c) {
     return c >= firstPrintable && c <= lastPrintable;
 }
 
-/// The ASCII characters that a text may contain, one bit each.
+// The ASCII characters that a text may contain: a set of 128 bits.
 class AsciiSet {
 public:
     AsciiSet(const char* disallowed, const char* allowedControls) {
@@ -55,7 +55,8 @@ private:
 };
 
 constexpr unsigned int blockSize = 64;
-constexpr unsigned int lookBehind = 3;
+constexpr unsigned int longestLookBack = 3;
+// SWAR: a word is a vector of eight bytes.
 constexpr uint64_t eachByte = 0x0101010101010101U;
 constexpr uint64_t topBits = eachByte << 7;
 
@@ -65,18 +66,18 @@ uint64_t loadWord(const unsigned char* bytes) {
     return word;
 }
 
-/// Not 0 when one of the eight bytes is not printable ASCII.
+// Not 0 if any of the eight bytes is not printable ASCII.
 uint64_t unprintable(uint64_t word) {
     return ((word - eachByte * firstPrintable) | (word + eachByte) | word) & topBits;
 }
 
-/// Whether the text before `at` ends with a whole character, given that it is good.
-bool isBehindCharacter(const unsigned char* at) {
+// Whether the text before `at`, which is known to be valid, ends with a complete character.
+bool isAfterCharacter(const unsigned char* at) {
     return at[-1] < 0xC0 && at[-2] < 0xE0 && at[-3] < 0xF0;
 }
 
 bool isPrintableBlock(const unsigned char* block) {
-    if (!isBehindCharacter(block))
+    if (!isAfterCharacter(block))
         return false;
     uint64_t found = 0;
     for (std::size_t i = 0; i < blockSize; i += 8)
@@ -84,12 +85,12 @@ bool isPrintableBlock(const unsigned char* block) {
     return found == 0;
 }
 
-/// Judges whole blocks of text, eight bytes at a time: in each byte of a word the top bit tells, and a shift to the
-/// left brings another bit of the same byte there. What it lets pass is good; what it does not may still be.
-class BlockJudge {
+// Validates blocks of text eight bytes at a time (SWAR). The top bit of each byte of a word is its result; a left
+// shift moves another bit of the same byte to the top. Never accepts an invalid block, but may reject a valid one.
+class BlockValidator {
 public:
-    /// Only three allowed controls count; a block with others does not pass.
-    explicit BlockJudge(const char* allowedControls) {
+    // Uses the first three allowed control characters. Blocks with others are rejected.
+    explicit BlockValidator(const char* allowedControls) {
         std::size_t count = 0;
         for (; allowedControls != nullptr && *allowedControls != 0 && count < 3; ++allowedControls) {
             const unsigned char c = static_cast<unsigned char>(*allowedControls);
@@ -98,32 +99,33 @@ public:
         }
     }
 
-    /// The text before the block must be good, and may end within a character, as the block may.
-    bool lets(const unsigned char* block) const {
-        uint64_t doubt = 0;
+    // Whether `block` is known to be valid. The text before it must be valid; both may end inside a character.
+    bool accepts(const unsigned char* block) const {
+        uint64_t rejected = 0;
         for (std::size_t i = 0; i < blockSize; i += 8)
-            doubt |= misplaced(block + i) | control(loadWord(block + i));
-        return (doubt & topBits) == 0;
+            rejected |= misplaced(block + i) | control(loadWord(block + i));
+        return (rejected & topBits) == 0;
     }
 
 private:
-    /// Continuation bytes where none is due, other bytes where one is, and what announces more than three.
+    // Marks unexpected and missing continuation bytes, and lead bytes of characters of more than four bytes.
     static uint64_t misplaced(const unsigned char* at) {
         const uint64_t word = loadWord(at);
         const uint64_t continuation = word & ~(word << 1);
-        const uint64_t due =
-            announces(loadWord(at - 1), 1) | announces(loadWord(at - 2), 2) | announces(loadWord(at - 3), 3);
-        return (continuation ^ due) | announces(word, 4);
+        const uint64_t expected =
+            leadBytes(loadWord(at - 1), 1) | leadBytes(loadWord(at - 2), 2) | leadBytes(loadWord(at - 3), 3);
+        return (continuation ^ expected) | leadBytes(word, 4);
     }
 
-    /// The bytes that begin a character with `count` continuation bytes or more.
-    static uint64_t announces(uint64_t word, int count) {
+    // Marks the lead bytes of characters with at least `count` continuation bytes.
+    static uint64_t leadBytes(uint64_t word, int count) {
         uint64_t ones = word;
         for (int bit = 1; bit <= count; ++bit)
             ones &= word << bit;
         return ones;
     }
 
+    // Marks the control characters that are not allowed.
     uint64_t control(uint64_t word) const {
         const uint64_t low = word & ~topBits;
         uint64_t controls = ~(low + eachByte * (128 - firstPrintable)) | (low + eachByte);
@@ -135,7 +137,7 @@ private:
     uint64_t m_allowed[3] = {eachByte * firstPrintable, eachByte* firstPrintable, eachByte* firstPrintable};
 };
 
-/// How many continuation bytes the first byte of a character announces; 0 for a byte that is no first byte.
+// The number of continuation bytes after the lead byte `lead`; 0 if it is not the lead byte of a multibyte character.
 unsigned int continuationCount(unsigned char lead) {
     if (lead < 0xC0)
         return 0;
@@ -154,7 +156,7 @@ bool isContinuation(unsigned char c) {
     return (c & 0xC0) == 0x80;
 }
 
-/// These log why a character is refused and give its length as 0.
+// Logs that `c` is not accepted. Returns 0, the length of a refused character.
 unsigned int refuseAscii(unsigned char c) {
     if (isPrintableAscii(c)) {
         Logger::StaticLog(Logger::LOG_ERROR, "isStringPrintableUtf8: found disallowed character '%c' = 0x%2.2x\n", c,
@@ -166,15 +168,17 @@ unsigned int refuseAscii(unsigned char c) {
     return 0;
 }
 
+// Logs that `lead` is not a lead byte. Returns 0.
 unsigned int refuseFirstByte(unsigned char lead) {
     Logger::StaticLog(Logger::LOG_ERROR, "isStringPrintableUtf8: found illegal UTF-8 first byte 0x%2.2x\n",
                       static_cast<unsigned int>(lead));
     return 0;
 }
 
+// Logs that the character at `i`, with `count` continuation bytes, exceeds `len`. Returns 0.
 unsigned int refusePartial(const unsigned char* text, unsigned int len, unsigned int i, unsigned int count) {
     unsigned int shown[5] = {};
-    // What lies behind a NUL need not exist.
+    // Do not read past a NUL.
     for (unsigned int j = 0; j < 5 && j < len - i && text[i + j] != 0; ++j)
         shown[j] = text[i + j];
     Logger::StaticLog(Logger::LOG_ERROR,
@@ -185,6 +189,7 @@ unsigned int refusePartial(const unsigned char* text, unsigned int len, unsigned
     return 0;
 }
 
+// Logs that `c`, number `j` after the lead byte at `i`, is not a continuation byte. Returns 0.
 unsigned int refuseContinuation(unsigned char c, unsigned int i, unsigned int j) {
     Logger::StaticLog(Logger::LOG_ERROR,
                       "isStringPrintableUtf8: found illegal UTF-8 byte 0x%2.2x "
@@ -193,7 +198,7 @@ unsigned int refuseContinuation(unsigned char c, unsigned int i, unsigned int j)
     return 0;
 }
 
-/// The length of the character at `i`; 0, with the reason logged, when the text is refused there.
+// The length of the character at `i`. Logs the reason and returns 0 if the character is refused.
 unsigned int lengthOfCharacter(const unsigned char* text, unsigned int len, unsigned int i, const AsciiSet& accepted) {
     const unsigned char first = text[i];
     if (first < 128)
@@ -203,7 +208,7 @@ unsigned int lengthOfCharacter(const unsigned char* text, unsigned int len, unsi
         return refuseFirstByte(first);
     if (len - i <= count)
         return refusePartial(text, len, i, count);
-    // A NUL is no continuation byte, so this stops in front of what may not exist.
+    // A NUL is not a continuation byte, so this does not read past it.
     for (unsigned int j = 0; j < count; ++j) {
         if (!isContinuation(text[i + 1 + j]))
             return refuseContinuation(text[i + 1 + j], i, j);
@@ -211,7 +216,8 @@ unsigned int lengthOfCharacter(const unsigned char* text, unsigned int len, unsi
     return 1 + count;
 }
 
-/// How much of the text can be passed over a block at a time: up to the first disallowed character.
+// The length of the text before its first disallowed character: the part that can be validated by blocks. May be 0
+// if the text is shorter than a block.
 unsigned int cleanLength(const unsigned char* text, unsigned int end, const char* disallowed) {
     if (disallowed == nullptr || *disallowed == 0)
         return end;
@@ -226,15 +232,14 @@ unsigned int cleanLength(const unsigned char* text, unsigned int end, const char
     return end;
 }
 
-/// Passes over good blocks from the character at `i` on. The result is where the last character in them begins, which
-/// may not be whole; or `i`.
-unsigned int behindGoodBlocks(const unsigned char* text, unsigned int i, unsigned int end,
-                              const char* allowedControls) {
+// Skips valid blocks from the character at `i` on. Returns the index of the last character in them, which may be
+// incomplete; `i` if there are none.
+unsigned int skipValidBlocks(const unsigned char* text, unsigned int i, unsigned int end, const char* allowedControls) {
     if (end - i < blockSize)
         return i;
-    const BlockJudge judge(allowedControls);
+    const BlockValidator validator(allowedControls);
     const unsigned int begin = i;
-    while (end - i >= blockSize && (isPrintableBlock(text + i) || judge.lets(text + i)))
+    while (end - i >= blockSize && (isPrintableBlock(text + i) || validator.accepts(text + i)))
         i += blockSize;
     if (i == begin)
         return i;
@@ -259,14 +264,14 @@ bool Misc::isStringPrintableUtf8(const char* s, unsigned int len, const char* di
         return len == 0;
     const AsciiSet accepted(disallowed, allowedControls);
     const unsigned char* text = reinterpret_cast<const unsigned char*>(s);
-    // What lies behind a NUL need not exist, so whole words are read only in front of it.
+    // Do not read past a NUL: words are loaded only before it.
     const unsigned int end = static_cast<unsigned int>(strnlen(s, len));
     const unsigned int clean = cleanLength(text, end, disallowed);
     unsigned int i = 0;
-    unsigned int skipFrom = lookBehind;
+    unsigned int skipFrom = longestLookBack;
     while (i < end) {
         if (i >= skipFrom && i < clean) {
-            i = behindGoodBlocks(text, i, clean, allowedControls);
+            i = skipValidBlocks(text, i, clean, allowedControls);
             skipFrom = i + blockSize;
         }
         const unsigned int length = lengthOfCharacter(text, len, i, accepted);
@@ -283,7 +288,7 @@ bool Misc::truncateUtf8(char* s) {
     if (s == nullptr)
         return false;
     unsigned int length = static_cast<unsigned int>(std::strlen(s));
-    // The empty text is printable, so the length is never counted below 0.
+    // The empty text is printable, so `length` does not wrap around.
     for (int attempt = 0; attempt < 4; ++attempt, --length) {
         if (!isStringPrintableUtf8(s, length, "", "\t\n\r"))
             continue;
@@ -303,7 +308,7 @@ char* Misc::escapeDoubleQuotes(char* out, const char* in) {
         Logger::StaticLog(Logger::LOG_WARNING, "escapeDoubleQuotes: pInString is NULL");
         in = "";
     }
-    // First to the end of the result's room, so that a text which lies in that room is not overtaken.
+    // Move the text to the end of the result first: `in` may overlap `out`, and writing must not overtake reading.
     const std::size_t length = std::strlen(in);
     const std::ptrdiff_t quotes = std::count(in, in + length, '"');
     const char* from = static_cast<const char*>(std::memmove(out + quotes, in, length + 1));

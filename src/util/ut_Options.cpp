@@ -12,12 +12,12 @@ namespace utility {
 
 namespace {
 
-const unsigned int poolBlockSize = 2048;
-const unsigned int poolBlockCount = 20;
-const stringtoken continuationKey = 1153;
-const char noValue[1] = {0};
+constexpr unsigned int poolBlockSize = 2048;
+constexpr unsigned int poolBlockCount = 20;
+constexpr stringtoken continuationKey = 1153;
+constexpr char noValue[1] = {0};
 
-/// Ends `text` at the first `separator` and returns what is behind it, or null when there is none.
+// Terminates `text` at the first `separator` and returns the text after it; null if there is no separator.
 char* splitAt(char* text, char separator) {
     char* at = std::strchr(text, separator);
     if (at == nullptr)
@@ -116,7 +116,7 @@ const char* Options::getAsString(unsigned int key, unsigned int index) const {
 }
 
 char* Options::getAsString(unsigned int key, unsigned int index) {
-    // The empty text is read-only, so that no caller can change it for the others.
+    // The empty text is shared and read-only: a caller that writes to it crashes instead of changing it for others.
     return const_cast<char*>(static_cast<const Options*>(this)->getAsString(key, index));
 }
 

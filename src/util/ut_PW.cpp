@@ -8,7 +8,7 @@ namespace utility {
 
 namespace {
 
-const unsigned int recordSwitch = 483;
+constexpr unsigned int recordSwitch = 483;
 
 const char* shown(const char* text) {
     return text != nullptr ? text : "(null)";

@@ -25,9 +25,9 @@ namespace utility {
 
 namespace {
 
-const unsigned int serviceSwitch = 484;
-const std::size_t longestNewName = 255;
-const std::size_t longestCommand = 1023;
+constexpr unsigned int serviceSwitch = 484;
+constexpr std::size_t longestNewName = 255;
+constexpr std::size_t longestCommand = 1023;
 static_assert(sizeof "cp  " + 2 * (longestNewName + sizeof "\"./\"") <= longestCommand, "every command fits");
 
 struct FileCloser {
@@ -37,7 +37,7 @@ struct FileCloser {
 };
 typedef std::unique_ptr<std::FILE, FileCloser> File;
 
-/// A user whose texts depend on no other record.
+// A deep copy of a user record.
 class OwnedUser {
 public:
     explicit OwnedUser(const passwd& user) : m_user(user) {
@@ -77,17 +77,17 @@ bool syncDescriptor(int fd) {
     return TEMP_FAILURE_RETRY(fsync(fd)) == 0;
 }
 
-/// Writes the entry of the file `path` in its folder to the disk. False with `errno` set if that fails.
+// Syncs the directory entry of the file `path` to disk. Returns false and sets `errno` if that fails.
 bool syncFolderOf(const std::string& path) {
     const std::string folder = path.substr(0, path.rfind('/') + 1);
     int fd = openFile(folder.c_str(), O_RDONLY | O_DIRECTORY);
     if (fd >= 0) {
-        // A file system that cannot sync folders says EINVAL: then there is nothing to wait for.
+        // EINVAL: the file system does not support syncing folders.
         const bool isSynced = syncDescriptor(fd) || errno == EINVAL;
         closeKeepingErrno(fd);
         return isSynced;
     }
-    // A folder that may be searched but not read is synced with its file system.
+    // EACCES: the folder can be searched but not read. Sync the whole file system instead.
     if (errno == EACCES)
         fd = openFile(path.c_str(), O_RDONLY);
     if (fd < 0)
@@ -97,8 +97,8 @@ bool syncFolderOf(const std::string& path) {
     return isSynced;
 }
 
-/// Opens the password file, which must be a regular one: anything else has no users, or keeps its reader waiting. Null
-/// with `errno` set if that fails.
+// Opens the file `name`, which must be a regular file, so that reading it cannot block. Returns null and sets `errno`
+// if that fails.
 File openRegular(const char* name) {
     struct stat status = {};
     File file = openStream(openFile(name, O_RDONLY | O_NONBLOCK), "r");
@@ -111,8 +111,8 @@ File openRegular(const char* name) {
     return file;
 }
 
-/// The file with the new text of the password file. It is removed at the end unless it is complete: nobody is to take
-/// it for the password file, nor find hashes in it.
+// The file with the new text of the password file. The destructor removes it unless it is complete, so that it is not
+// mistaken for the password file and no hashes are left in it.
 class NewFile {
 public:
     explicit NewFile(std::string name) : m_name(std::move(name)) {}
@@ -127,14 +127,14 @@ public:
         return m_file.get();
     }
 
-    /// Makes the file, with no wider permissions than `original`. False with `errno` set if that fails. Its group, and
-    /// the users whom its directory grants access, may be others than those of `original`, so it is open to its owner
-    /// alone.
+    // Creates the file, with at most the permissions that `original` grants its owner. Its group, and
+    // users to whom a default ACL of the folder grants access, may differ from those of `original`, so only the owner
+    // gets access. Returns false and sets `errno` if that fails.
     bool make(std::FILE* original) {
         struct stat status = {};
         if (fstat(fileno(original), &status) != 0)
             return false;
-        // The file of an earlier rewrite may be open elsewhere, or be another file under a second name.
+        // A file of an earlier rewrite may be open in another process, or may be a hard or symbolic link.
         unlink(m_name.c_str());
         m_isStarted = true;
         const int fd = openFile(m_name.c_str(), O_WRONLY | O_CREAT | O_EXCL, S_IRUSR | S_IWUSR);
@@ -142,7 +142,7 @@ public:
         return m_file != nullptr && fchmod(fd, status.st_mode & (S_IRUSR | S_IWUSR)) == 0;
     }
 
-    /// Writes the text to the disk and closes the file. False with `errno` set if that fails.
+    // Syncs the file to disk and closes it. Returns false and sets `errno` if that fails.
     bool complete() {
         const bool isWritten = std::fflush(m_file.get()) == 0 && syncDescriptor(fileno(m_file.get()));
         const int error = errno;
@@ -160,7 +160,7 @@ private:
     bool m_isComplete = false;
 };
 
-/// `path` as one word of a command; empty when there is no way to write it.
+// Quotes `path` as one word of a command. Returns the empty text if that is not possible.
 std::string quoted(const std::string& path) {
     const std::string word = path[0] == '-' ? "./" + path : path;
     const bool hasBlank = word.find_first_of(" \t\n\v\f\r") != std::string::npos;
@@ -169,7 +169,7 @@ std::string quoted(const std::string& path) {
     return hasBlank ? '"' + word + '"' : word;
 }
 
-/// Whether both are regular files with the same bytes.
+// Whether both are readable regular files with equal content.
 bool haveSameContent(const char* one, const char* other) {
     const File first = openRegular(one);
     const File second = openRegular(other);
@@ -184,7 +184,7 @@ bool haveSameContent(const char* one, const char* other) {
     return std::ferror(first.get()) == 0 && std::ferror(second.get()) == 0;
 }
 
-/// Logs for the operation `function` that `errno` stopped a rewrite of `file` before the copy.
+// Logs, in the name of the operation `function`, that a rewrite of `file` failed with `errno` before the copy.
 void logUnchanged(const char* function, const char* file, const char* problem, const char* remedy) {
     VXUT_LOG_AS(function, framework::Logger::LOG_ERROR, "%s is unchanged: %s (%s); %s", file, problem,
                 std::strerror(errno), remedy);
@@ -195,7 +195,8 @@ void logUnwritten(const char* function, const char* file) {
                  "free disk space, or check the disk, and try again");
 }
 
-/// Writes an entry of the new file of `file`; the caller gave it or it was read. Logs why if that fails.
+// Writes `entry` to the new file of `file`. Logs the reason and returns false if that fails. `isGiven` tells whether
+// the caller passed the entry; else it was read from `file`.
 bool writeEntry(const char* function, const char* file, const passwd& entry, bool isGiven, std::FILE* out) {
     if (putpwent(&entry, out) == 0)
         return true;
@@ -219,7 +220,7 @@ void copyOver(const char* function, const std::string& from, const std::string& 
     }
     const std::string command = "cp " + quoted(from) + " " + quoted(to);
     framework::Container::spawn(command.c_str(), nullptr, nullptr);
-    // The result of the command may be lost to a process that ignores SIGCHLD, so the files themselves are asked.
+    // If the process ignores SIGCHLD, the exit status of the command is lost. Compare the files instead.
     if (!haveSameContent(from.c_str(), to.c_str()))
         VXUT_LOG_AS(function, framework::Logger::LOG_ERROR,
                     "%s may be incomplete: copying over it failed; %s holds the complete new text: copy it by hand "

@@ -13,14 +13,14 @@ namespace utility {
 
 namespace {
 
-const unsigned int pathSwitch = 489;
-const mode_t directoryMode = 0770;
+constexpr unsigned int pathSwitch = 489;
+constexpr mode_t directoryMode = 0770;
 
 std::string textOf(const char* text) {
     return text != nullptr ? text : "";
 }
 
-/// Where a name's extension begins with its dot: the first of its last run of dots, or the end.
+// The index of the dot before the extension: the first of the last adjacent dots of `name`; its length if it has none.
 std::size_t findExtension(const std::string& name) {
     std::size_t dot = name.rfind('.');
     if (dot == std::string::npos)
@@ -30,7 +30,7 @@ std::size_t findExtension(const std::string& name) {
     return dot;
 }
 
-/// One directory before another: with exactly one slash between them, and none before nothing.
+// Concatenates two directories with one slash between them. Returns `directory` if `element` is empty.
 std::string joined(const std::string& element, const std::string& directory) {
     if (element.empty())
         return directory;
@@ -70,7 +70,7 @@ void Path::setValue(const char* value, bool setPath, bool setFile, bool setExten
     const std::size_t slash = text.rfind('/');
     const std::string name = slash != std::string::npos ? text.substr(slash + 1) : text;
     const std::size_t dot = findExtension(name);
-    // All of them before the first is set: without memory nothing changes.
+    // Compute all parts before setting the first: if memory is exhausted, nothing changes.
     std::string directory = slash != std::string::npos ? text.substr(0, slash + 1) : "";
     std::string file = name.substr(0, dot);
     std::string extension = dot < name.size() ? name.substr(dot + 1) : "";

@@ -11,7 +11,7 @@ namespace utility {
 
 namespace {
 
-const unsigned int traceSwitch = 4499;
+constexpr unsigned int traceSwitch = 4499;
 
 } // namespace
 

@@ -11,7 +11,7 @@ namespace utility {
 
 namespace {
 
-const unsigned char shortForm[] = {3, 4, 5, 8, 9, 10, 11, 12};
+constexpr unsigned char shortForm[] = {3, 4, 5, 8, 9, 10, 11, 12};
 
 bool hasPrefix(const char* text) {
     return text[0] == '0' && text[1] == '0' && (text[2] == 'C' || text[2] == 'c') && text[3] == '0' &&
@@ -115,7 +115,7 @@ unsigned int SerialNumber::hash(unsigned int mask) const {
 bool SerialNumber::isSerialNumber(const char* text) {
     if (text == nullptr || strnlen(text, 33) != 32 || !hasPrefix(text))
         return false;
-    // Characters 14 and 15 are passed over, as callers rely on.
+    // Callers rely on characters 14 and 15 not being checked.
     return std::all_of(text + 6, text + 14, Misc::isHexChar) && std::all_of(text + 16, text + 26, Misc::isHexChar) &&
            std::all_of(text + 26, text + 32, [](char c) { return c == '0'; });
 }

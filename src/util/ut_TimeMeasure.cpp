@@ -48,7 +48,8 @@ struct ClockFields {
           microseconds(static_cast<long>(ts % microsecondsPerSecond)) {}
 };
 
-/// The local time of day, counted down to the second before a negative time stamp; false when there is none.
+// Splits `ts` into the local time of day and microseconds, rounding the seconds down. Returns false if the platform
+// cannot represent the time.
 bool timeOfDay(int64_t ts, tm* fields, long* microseconds) {
     int64_t seconds = ts / microsecondsPerSecond;
     *microseconds = static_cast<long>(ts % microsecondsPerSecond);

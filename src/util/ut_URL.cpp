@@ -11,8 +11,8 @@ namespace utility {
 
 namespace {
 
-const unsigned int poolBlockSize = 2048;
-const unsigned int poolBlockCount = 20;
+constexpr unsigned int poolBlockSize = 2048;
+constexpr unsigned int poolBlockCount = 20;
 
 bool isLetter(char c) {
     return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
@@ -103,7 +103,7 @@ void URL::SetQuery(const char* query) {
         m_query = m_pool.AllocString(query);
 }
 
-/// Takes the scheme, when there is one, and returns where the rest begins.
+// Sets the scheme, if there is one, and returns the index after its ':'; else 0.
 unsigned int URL::parseScheme(const char* text, unsigned int length) {
     for (unsigned int i = 0; i < length; ++i) {
         if (isLetter(text[i]) || (i > 0 && isSchemeMark(text[i])))

@@ -10,7 +10,7 @@ constexpr std::size_t blockSize = 64;
 constexpr std::size_t lengthOffset = 56; // in the last block
 
 static_assert(offsetof(md5_state_t, abcd) == 8 && offsetof(md5_state_t, buf) == 24 && sizeof(md5_state_t) == 88,
-              "callers share the layout");
+              "the layout is part of the interface");
 
 uint32_t littleEndian(uint32_t word) {
 #if __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
@@ -30,8 +30,8 @@ uint32_t rotateLeft(uint32_t word, int bits) {
     return word << bits | word >> (32 - bits);
 }
 
-/// The four auxiliary functions, each in the form with the shortest way from `x`, which the step before has just made:
-/// that way is what a block's time consists of.
+// The four auxiliary functions. `x` is the result of the previous step, so each has the form with the shortest
+// dependency chain from `x`: that chain is what limits the speed.
 struct F {
     static uint32_t add(uint32_t sum, uint32_t x, uint32_t y, uint32_t z) {
         return sum + (z ^ (x & (y ^ z)));
@@ -58,7 +58,7 @@ inline void step(uint32_t& a, uint32_t b, uint32_t c, uint32_t d, uint32_t word,
     a = b + rotateLeft(Function::add(a + word + constant, b, c, d), shift);
 }
 
-/// Four steps of a round; the words of the block follow each other at a fixed distance, which wraps.
+// Four steps of a round. They use the words of the block at a fixed distance, modulo 16.
 template<typename Function, int First, int Distance, int S1, int S2, int S3, int S4>
 inline void fourSteps(uint32_t& a, uint32_t& b, uint32_t& c, uint32_t& d, const unsigned char* block, uint32_t k1,
                       uint32_t k2, uint32_t k3, uint32_t k4) {
@@ -68,8 +68,7 @@ inline void fourSteps(uint32_t& a, uint32_t& b, uint32_t& c, uint32_t& d, const 
     step<Function>(b, c, d, a, loadWord(block + 4 * ((First + 3 * Distance) % 16)), S4, k4);
 }
 
-/// Four plain variables, not an array: compilers turn the sums over an array into a vector, for which the next block
-/// then waits.
+// Uses four variables instead of an array: compilers vectorize the additions on an array, which delays the next block.
 void digestBlocks(uint32_t (&abcd)[4], const unsigned char* data, std::size_t blocks) {
     uint32_t a = abcd[0];
     uint32_t b = abcd[1];
