@@ -19,7 +19,7 @@ int saturated(long long value) {
     return static_cast<int>(std::clamp<long long>(value, INT_MIN, INT_MAX));
 }
 
-// A position that a caller moves too far stops at the ends of its type, and is refused there.
+// Saturates, so that an advance that would overflow is refused as out of range.
 int moved(int position, int n) {
     return saturated(static_cast<long long>(position) + n);
 }
@@ -55,12 +55,12 @@ void Buffer::WriteAdvance(int n) {
     m_head = moved(m_head, n);
     if (m_head <= m_size && n >= 0)
         return;
-    // The position stays moved: callers see how far the write went past the end.
+    // Leave the position moved: callers see how far the write exceeded the capacity.
     if (!m_noThrow)
         VXUT_THROW(FAILURE_BUFFER, "");
     if (m_head < m_tail)
         m_head = m_tail;
-    // Both, because a refused advance may have left the read position behind the end.
+    // Check the capacity last: a refused advance may have left the read position beyond it.
     if (m_head > m_size)
         m_head = m_size;
 }
@@ -141,7 +141,7 @@ bool Buffer::truncatePartialUtf8() {
         return false;
     }
     if (boundedReadable(length) == length) {
-        // A character has at most four bytes, so at most three can be left over.
+        // A character has at most four bytes, so an incomplete one has at most three.
         for (int attempt = 0; attempt < 4 && length >= 0; ++attempt, --length, --end) {
             const char* text = m_storage != nullptr ? m_storage + m_tail : "";
             if (!Misc::isStringPrintableUtf8(text, static_cast<unsigned int>(length), "", "\t\n\r"))

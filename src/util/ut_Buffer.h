@@ -7,25 +7,28 @@
 
 namespace utility {
 
-/// A byte store of fixed capacity with a write position (head) and a read position (tail).
+/// A byte buffer of fixed capacity with a write position (head) and a read position (tail).
 ///
-/// The storage is the buffer's own or the caller's; the caller's is never freed and must outlive the buffer. Own
-/// storage has one byte more than the capacity, for a terminating NUL. One thread at a time. Moving a position past its
-/// bound throws code 1239 and leaves the position moved; with the no-throw flag it is clamped silently. A position
-/// outside the storage counts as no room and as nothing to read until `Rewind`.
+/// The buffer owns its storage or uses storage of the caller, which is never freed and must outlive the buffer. Owned
+/// storage has one byte more than the capacity, for a terminating NUL. One thread at a time.
 ///
-/// `new` of a buffer, and so of any stream, asks the process's memory object (`framework::Container::getMemory`) for
-/// exactly the size of the object, or `malloc` if there is no memory object; a failed `new` is null. `delete` gives the
-/// object to the memory object that is current at that moment, or to `free` if there is none. The same holds for own
-/// storage, except that storage of a memory object that is gone is not freed: do not change the memory object while
-/// buffers exist.
+/// Moving a position out of range throws code 1239 and leaves the position moved; with the no-throw flag the position
+/// is clamped silently instead. Nothing can be written while the write position is outside the storage, and nothing
+/// can be read while the read position is; `Rewind` resets both.
+///
+/// Memory comes from the process's memory object (`framework::Container::getMemory`), or from `malloc` if there is no
+/// memory object:
+/// - `new` of a buffer, and so of any stream, requests exactly the size of the object and returns null on failure.
+///   `delete` returns the object to the memory object that is current at that time, or to `free` if there is none.
+/// - Owned storage from `malloc` is released with `free`. Owned storage from a memory object is returned to the current
+///   memory object, and is leaked if there is none: do not change the memory object while buffers exist.
 ///
 ///     utility::BufferStream stream(16);
 ///     stream.PutS("ports");
 ///     stream.ReadAvailable();   // 5
 class VXUT_EXPORT Buffer {
 public:
-    /// No storage, capacity 0.
+    /// A buffer without storage; its capacity is 0.
     Buffer();
     Buffer(const Buffer&) = delete;
     Buffer& operator=(const Buffer&) = delete;
@@ -35,29 +38,36 @@ public:
     virtual int WriteRemaining() const;
     /// Bytes that can be read: write position minus read position.
     virtual int ReadAvailable() const;
-    /// Moves the write position by `n`. A negative `n` is always refused, also where the result would be inside; with
-    /// the no-throw flag it then goes back no further than the read position.
+    /// Moves the write position by `n`. Throws code 1239 if the result exceeds the capacity or `n` is negative, even if
+    /// the result would be in range. With the no-throw flag, clamps the result to the capacity, and moves back at most
+    /// to the read position.
     virtual void WriteAdvance(int n);
-    /// Moves the read position by `n`; a negative `n` is always refused, with the no-throw flag only bounded.
+    /// Moves the read position by `n`. Throws code 1239 if the result exceeds the write position or `n` is negative,
+    /// even if the result would be in range. With the no-throw flag, clamps the result to the range from 0 to the write
+    /// position.
     virtual void ReadAdvance(int n);
 
-    /// Takes storage for the current capacity. On failure the capacity becomes 0 and code 1238 is thrown, or logged
-    /// with the no-throw flag. Storage held before is not released.
+    /// Allocates storage for the current capacity and a terminating NUL. On failure, sets the capacity to 0 and throws
+    /// code 1238, or logs the failure if the no-throw flag is set. Does not release existing storage.
     void allocBuffer();
 
-    /// The storage, the place of the next byte written, and the place of the next byte read; null without storage.
+    /// The start of the storage; null without storage.
     char* pBuffer() const {
         return m_storage;
     }
+    /// Where the next byte is written: the storage at the write position; null without storage.
     char* pHead() const {
         return m_storage != nullptr ? m_storage + m_head : nullptr;
     }
+    /// Where the next byte is read: the storage at the read position; null without storage.
     char* pTail() const {
         return m_storage != nullptr ? m_storage + m_tail : nullptr;
     }
+    /// The write position, in bytes from the start of the storage.
     int WritePosition() const {
         return m_head;
     }
+    /// The read position, in bytes from the start of the storage.
     int ReadPosition() const {
         return m_tail;
     }
@@ -66,57 +76,65 @@ public:
         return m_size;
     }
 
-    /// With the flag set, what does not fit is cut and logged instead of thrown.
+    /// Sets the no-throw flag: data that does not fit is then truncated and logged instead of thrown.
     void setNoThrow(bool noThrow) {
         m_noThrow = noThrow;
     }
+    /// Whether the no-throw flag is set; it is clear at construction.
     bool isNoThrow() const {
         return m_noThrow;
     }
 
-    /// Drops everything: both positions 0, and the storage begins with a NUL.
+    /// Discards the content: sets both positions to 0 and the first byte of the storage to NUL.
     void Rewind();
-    /// Moves the unread bytes to the front; nothing unread is a `Rewind`.
+    /// Moves the unread bytes to the start of the storage; without unread bytes, does what `Rewind` does.
     void Consolidate();
-    /// Moves the readable bytes of `source` to the end of this buffer. Too many throw code 1239; with the no-throw flag
-    /// only those that fit are moved. Null does nothing.
+    /// Moves the readable bytes of `source` to the write position; they are then no longer readable from `source`.
+    /// Throws code 1239 if they do not fit; with the no-throw flag, moves only those that fit. Does nothing if `source`
+    /// is null.
     void CopyFrom(Buffer* source);
-    /// Cuts an incomplete UTF-8 character, at most three bytes, off the readable text. False, and logged, when the text
-    /// is no printable UTF-8 even so; then nothing is cut.
+    /// Removes an incomplete UTF-8 character (at most three bytes) from the end of the readable text. Returns true if
+    /// the text is printable UTF-8 then. Otherwise leaves the text unchanged, logs an error and returns false.
     bool truncatePartialUtf8();
 
+    /// Allocates an object from the memory object, or with `malloc`; returns null on failure.
     static void* operator new(std::size_t size) noexcept;
+    /// Returns an object to the current memory object, or to `free`; does nothing if `object` is null.
     static void operator delete(void* object) noexcept;
 
 protected:
     enum StorageKind : std::uint32_t { STORAGE_NONE = 0, STORAGE_CALLER = 1, STORAGE_MALLOC = 2, STORAGE_MEMORY = 3 };
 
-    /// Uses the caller's `storage` with `capacity` bytes. `terminated` says that one more byte stands behind them.
+    /// Uses the caller's `storage` of `capacity` bytes. `terminated`: one more byte follows them, for a NUL.
     void supplyStorage(char* storage, int capacity, bool terminated);
-    /// Uses the caller's array of `size` bytes, the last of which is kept for the terminator.
+    /// Uses the caller's array of `size` bytes; the last byte is reserved for a NUL. Nothing fits if `array` is
+    /// null or `size` is below 1.
     void supplyArray(char* array, int size);
     /// Sets the capacity for the next `allocBuffer`.
     void setSize(int size) {
         m_size = size;
     }
+    /// Sets the write position, unchecked.
     void setWritePosition(int position) {
         m_head = position;
     }
+    /// Sets the read position, unchecked.
     void setReadPosition(int position) {
         m_tail = position;
     }
 
-    /// How many of `wanted` bytes the storage takes at the write position.
+    /// How many of `wanted` bytes fit between the write position and the capacity; 0 if the write position is outside
+    /// the storage.
     int boundedRoom(int wanted) const;
-    /// How many of `wanted` bytes the storage holds between read and write position.
+    /// How many of `wanted` bytes are between the read position and the write position, and inside the storage.
     int boundedReadable(int wanted) const;
-    /// Whether the storage has a byte at `position`, the one for the terminator included.
+    /// Whether the storage has a byte at `position`; the byte for the terminating NUL counts.
     bool isStored(int position) const;
-    /// Whether a NUL can stand at the write position.
+    /// Whether the storage has a byte for a NUL at the write position.
     bool isTerminable() const {
         return isStored(m_head);
     }
-    /// Puts a NUL at the write position, where there is room for one.
+    /// Writes a NUL at the write position if the storage has a byte there; does not move the position.
     void terminate();
 
 private:
@@ -126,7 +144,7 @@ private:
     int m_head;
     int m_tail;
     bool m_noThrow;
-    bool m_terminated; // one byte behind the capacity belongs to the storage
+    bool m_terminated; // the storage has one byte more than the capacity
 };
 
 } // namespace utility

@@ -6,22 +6,23 @@
 
 namespace utility {
 
-/// A writer and a reader over one buffer: what is put at the write position is got from the read position.
+/// Writes to and reads from one buffer: data is written at the write position and read at the read position.
 ///
-/// The storage is the stream's own, or the caller's array, which is never freed and must outlive the stream. One thread
-/// at a time. Failures are those of `PutStream` and `GetStream`.
+/// The stream owns its storage or uses an array of the caller, which is never freed and must outlive the stream. One
+/// thread at a time. Failures are those of `PutStream` and `GetStream`.
 ///
 ///     char text[32];
 ///     utility::BufferStream stream(text, sizeof text, false);
 ///     stream.PutF("%d ports", 4);   // text is "4 ports"
 class VXUT_EXPORT BufferStream : public PutStream, public GetStream {
 public:
-    /// Own storage of `size` bytes. Throws code 1238 when there is none, also for a negative size.
+    /// Allocates storage of `size` bytes. Throws code 1238 if the allocation fails or `size` is negative.
     explicit BufferStream(int size);
-    /// The caller's array of `size` bytes, the last of which is kept for the terminator; `quiet` is the no-throw flag.
-    /// With a null array, or a size below 1, nothing fits.
+    /// Uses the caller's array `data` of `size` bytes; the last byte is reserved for the terminating NUL. `quiet` is
+    /// the no-throw flag. Nothing fits if `data` is null or `size` is below 1.
     BufferStream(char* data, int size, bool quiet);
-    /// Loads a whole file; one that cannot be read leaves an empty stream. Throws code 1238 when there is no storage.
+    /// Loads a whole file with `fromFile`; if it cannot be read, the stream is empty. Throws code 1238 if the
+    /// allocation fails.
     explicit BufferStream(char const* fileName);
     ~BufferStream() override;
 };

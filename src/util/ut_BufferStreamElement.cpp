@@ -17,7 +17,7 @@ bool BufferStreamElement::leadsTo(const BufferStreamElement* e) const {
 }
 
 void BufferStreamElement::Append(BufferStreamElement* e) {
-    // An element of the chain would become its end where it stands, and those behind it would be lost.
+    // Appending an element of this chain would unlink the elements after it.
     if (e == nullptr || leadsTo(e))
         return;
     BufferStreamElement* last = this;
@@ -28,7 +28,7 @@ void BufferStreamElement::Append(BufferStreamElement* e) {
 }
 
 BufferStreamElement* BufferStreamElement::Insert(BufferStreamElement* e) {
-    // An element put in front of itself would close the chain to a ring.
+    // Inserting an element of this chain would make the chain circular.
     if (e == nullptr || leadsTo(e))
         return this;
     e->m_next = this;

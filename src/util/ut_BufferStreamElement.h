@@ -8,10 +8,11 @@
 
 namespace utility {
 
-/// A stream that can be chained: for pools (`BufferStreamList`) and queues (`BufferStreamQueue`).
+/// A stream that can be linked into a chain, for pools (`BufferStreamList`) and queues (`BufferStreamQueue`).
 ///
-/// A chain owns nothing; who holds its first element owns the elements. The three owner fields are free for the
-/// element's owner and are never read here. One thread at a time.
+/// An element does not own the elements it is linked to: the holder of the first element owns and deletes all of them.
+/// The three user fields are for the element's owner; the library only initializes and clears them. One thread at a
+/// time.
 ///
 ///     utility::BufferStreamElement* chain = new utility::BufferStreamElement(64, nullptr);
 ///     chain = chain->Insert(new utility::BufferStreamElement(64, nullptr));   // two elements
@@ -19,26 +20,30 @@ class VXUT_EXPORT BufferStreamElement : public BufferStream {
     BufferStreamElement* m_next;
 
 public:
+    /// User field; 0 at construction, and set to 0 by the destructor.
     uint64_t m_userValue;
+    /// User field; 0 at construction.
     uint32_t m_userWord1;
+    /// User field; 0 at construction.
     uint32_t m_userWord2;
 
-    /// Own storage of `size` bytes, in front of `next` (which may be null). Throws code 1238 when there is no storage.
+    /// Allocates storage of `size` bytes and links this element before `next`, which may be null. Throws code 1238 if
+    /// the allocation fails or `size` is negative.
     BufferStreamElement(int size, BufferStreamElement* next);
     ~BufferStreamElement() override;
 
-    /// The element behind this one, or null.
+    /// The element after this one, or null.
     BufferStreamElement* Next() const {
         return m_next;
     }
-    /// Puts `e` behind the last element of this chain; what was chained behind `e` is cut off. Null, and an element
-    /// that is in the chain already, change nothing.
+    /// Links `e` after the last element of this chain; the elements after `e` are unlinked from it. Does nothing if `e`
+    /// is null or already in the chain.
     void Append(BufferStreamElement* e);
-    /// Puts `e` in front of this element and returns the new first one; what was chained behind `e` is cut off. Null,
-    /// this element, and one that is in the chain already change nothing and return this one.
+    /// Links `e` before this element and returns `e`, the new first element; the elements after `e` are unlinked from
+    /// it. Does nothing and returns this element if `e` is null or already in the chain.
     BufferStreamElement* Insert(BufferStreamElement* e);
-    /// Takes `e` out of the chain that begins here and returns the new first element, null for an empty chain. Null,
-    /// and an element that is not in the chain, change nothing.
+    /// Unlinks `e` from the chain that starts with this element. Returns the new first element, or null if the chain is
+    /// empty then. Does nothing and returns this element if `e` is null or not in the chain.
     BufferStreamElement* Remove(BufferStreamElement* e);
 
 private:

@@ -10,7 +10,7 @@ namespace utility {
 
 namespace {
 
-const unsigned int listSwitch = 300;
+constexpr unsigned int listSwitch = 300;
 
 } // namespace
 
@@ -18,7 +18,7 @@ BufferStreamList::BufferStreamList() {
     init();
 }
 
-// Delegating, so that the elements made before a failure are deleted with the list.
+// Delegates, so that the destructor runs after a failure and deletes the elements created before it.
 BufferStreamList::BufferStreamList(int count, int size) : BufferStreamList() {
     for (int i = 0; i < count; ++i) {
         BufferStreamElement* element = new BufferStreamElement(size, m_head);

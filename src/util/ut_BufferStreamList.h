@@ -12,9 +12,10 @@ namespace utility {
 
 /// A pool of streams that threads share.
 ///
-/// The list owns the elements that are in it. The operations take no lock: users bracket them with `Lock` and `UnLock`,
-/// and `Signal` after they gave an element back. A failing POSIX call is logged at level 0 with its error number;
-/// nothing is thrown, except code 1238 by the constructor that makes elements. Debug switch 300 traces waiting.
+/// The list owns the elements in it. The list operations do not lock: callers hold the lock (`Lock`, `UnLock`) while
+/// they use them, and call `Signal` after returning an element to the pool. A failed POSIX call is logged at level 0
+/// with its error number. Nothing is thrown, except code 1238 by the constructor that creates elements. Debug switch
+/// 300 traces waiting.
 ///
 ///     pool.Lock();
 ///     utility::BufferStreamElement* element = pool.Allocate();
@@ -24,39 +25,46 @@ class VXUT_EXPORT BufferStreamList {
 public:
     /// An empty list.
     BufferStreamList();
-    /// A list of `count` elements with `size` bytes each; a count below 1 is 0. An element that cannot be had is
-    /// missing; one without storage is code 1238, and those made before are deleted.
+    /// A list of `count` elements with `size` bytes each; empty if `count` is below 1. An element that cannot be
+    /// allocated is missing from the list. If its storage cannot be allocated, code 1238 is thrown, and the elements
+    /// created before are deleted.
     BufferStreamList(int count, int size);
     BufferStreamList(const BufferStreamList&) = delete;
     BufferStreamList& operator=(const BufferStreamList&) = delete;
     /// Deletes the elements in the list. No thread may be waiting.
     ~BufferStreamList();
 
-    /// Makes the list as its constructor leaves it; elements in it are forgotten, not deleted.
+    /// Initializes the list, its mutex and its condition as the constructor does. Elements in the list are not deleted:
+    /// they are leaked unless the caller holds them.
     void init();
 
-    /// The element behind `e`, or null, also for a null `e`.
+    /// The element after `e`; null if there is none or `e` is null.
     BufferStreamElement* Next(BufferStreamElement* e) const {
         return e != nullptr ? e->Next() : nullptr;
     }
-    /// Puts `e` at the end. In an empty list it becomes the head together with what is chained behind it; otherwise
-    /// that is cut off. Callers rely on the difference to hand over a whole chain.
+    /// Links `e` at the end of the list, which owns it from then on; does nothing if `e` is null. If the list is empty,
+    /// `e` becomes its head and keeps the elements chained after it; otherwise they are unlinked. Callers rely on the
+    /// difference to hand over a whole chain.
     void Append(BufferStreamElement* e);
-    /// Puts `e` at the head, in an empty list together with what is chained behind it; otherwise that is cut off. Null
-    /// does nothing.
+    /// Links `e` at the head of the list, which owns it from then on; does nothing if `e` is null. If the list is
+    /// empty, `e` keeps the elements chained after it; otherwise they are unlinked.
     void Insert(BufferStreamElement* e);
-    /// Takes `e` out, which the caller then owns; one that is not in the list changes nothing.
+    /// Unlinks `e`, which the caller owns from then on; does nothing if `e` is null or not in the list.
     void Remove(BufferStreamElement* e);
-    /// How many elements are in the list.
+    /// The number of elements in the list.
     int Count() const;
-    /// Takes the head element, which the caller then owns; null when the list is empty. Never waits and never locks.
+    /// Unlinks and returns the head element, which the caller owns from then on; null if the list is empty. Never waits
+    /// and never locks.
     BufferStreamElement* Allocate();
 
-    /// Takes and gives back the lock, which a thread cannot take twice.
+    /// Locks the list's mutex, which is not recursive.
     void Lock();
+    /// Unlocks the list's mutex.
     void UnLock();
-    /// Waits to be woken; the caller holds the lock. 0 seconds waits without limit. The time-out falls on a whole
-    /// second: callers see it up to one second early. True when woken, also by an error; false on a time-out.
+    /// Waits until another thread calls `Signal` or `Broadcast`, at most `seconds`, without limit if `seconds` is 0.
+    /// The caller must hold the lock, which is released while waiting. Returns false on a time-out, otherwise true,
+    /// also after a spurious wake-up or a failed wait. The deadline is a whole second: callers see time-outs up to one
+    /// second early.
     bool Wait(long seconds);
     /// Wakes one waiting thread.
     void Signal();

@@ -4,7 +4,7 @@ namespace utility {
 
 BufferStreamQueue::BufferStreamQueue() : m_head(nullptr), m_tail(nullptr), m_count(0) {}
 
-// Every queued element but the last has one behind it, so one that was taken is told apart without a search.
+// Every queued element except the last has a successor, so an element without one needs no search.
 bool BufferStreamQueue::holds(const BufferStreamElement* e) const {
     return e == m_tail || (e->m_next != nullptr && m_head != nullptr && m_head->leadsTo(e));
 }
@@ -15,7 +15,7 @@ BufferStreamQueue::~BufferStreamQueue() {
 }
 
 void BufferStreamQueue::enQueue(BufferStreamElement* e) {
-    // Clearing the link of a queued element would lose those after it.
+    // Clearing the link of a queued element would lose the elements after it.
     if (e == nullptr || holds(e))
         return;
     e->m_next = nullptr;
@@ -41,7 +41,7 @@ BufferStreamElement* BufferStreamQueue::deQueue() {
 }
 
 void BufferStreamQueue::reQueue(BufferStreamElement* e) {
-    // An element put in front of itself would close the queue to a ring.
+    // Inserting a queued element again would make the queue circular.
     if (e == nullptr || holds(e))
         return;
     e->m_next = m_head;

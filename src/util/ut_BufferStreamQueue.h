@@ -11,8 +11,8 @@ namespace utility {
 
 /// A first-in-first-out queue of streams between threads.
 ///
-/// The queue owns the elements that are in it. Its operations take no lock: users hold `m_waiter` around them, and
-/// signal it after they queued an element. Nothing fails.
+/// The queue owns the elements in it. Its operations do not lock: callers hold `m_waiter` while they use them, and
+/// signal it after queueing an element. No operation fails.
 ///
 ///     queue.m_waiter.lock();
 ///     queue.enQueue(element);
@@ -24,24 +24,25 @@ class VXUT_EXPORT BufferStreamQueue {
     int32_t m_count;
 
 public:
-    /// For the users' locking and signalling; the queue itself never touches it.
+    /// For locking and signaling by the callers; the queue itself never uses it.
     Waiter m_waiter;
 
+    /// An empty queue.
     BufferStreamQueue();
     BufferStreamQueue(const BufferStreamQueue&) = delete;
     BufferStreamQueue& operator=(const BufferStreamQueue&) = delete;
     /// Deletes the elements in the queue.
     ~BufferStreamQueue();
 
-    /// Puts `e`, which is in no chain, at the end and owns it from now on; null, and an element that is in the queue
-    /// already, do nothing.
+    /// Adds `e` at the end; the queue owns it from then on. `e` must not be in another chain. Does nothing if `e` is
+    /// null or already in the queue.
     void enQueue(BufferStreamElement* e);
-    /// Takes the first element, which the caller then owns; null when the queue is empty.
+    /// Removes and returns the first element, which the caller owns from then on; null if the queue is empty.
     BufferStreamElement* deQueue();
-    /// Puts `e`, which is in no chain, back at the front, to be served next, and owns it from now on; null, and an
-    /// element that is in the queue already, do nothing.
+    /// Adds `e` at the front, so that `deQueue` returns it next; the queue owns it from then on. `e` must not be in
+    /// another chain. Does nothing if `e` is null or already in the queue.
     void reQueue(BufferStreamElement* e);
-    /// How many elements are in the queue.
+    /// The number of elements in the queue.
     int Count() const {
         return m_count;
     }

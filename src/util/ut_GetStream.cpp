@@ -16,11 +16,11 @@ namespace utility {
 
 namespace {
 
-const unsigned int getStreamSwitch = 410;
+constexpr unsigned int getStreamSwitch = 410;
 
-// How many elements beyond the data are filled up with the last value. More is no array that a writer ever cut short,
-// but a hostile count.
-const unsigned int mostMissingElements = 65535;
+// How many missing elements of an array are replaced by the last value. A count with more missing elements does not
+// come from a truncated array but from hostile data.
+constexpr unsigned int maxMissingElements = 65535;
 
 } // namespace
 
@@ -85,14 +85,14 @@ char* GetStream::ReadLine() {
         *newline = 0;
         next = newline + 1;
     } else {
-        // A full array without a byte to spare holds a line that cannot be terminated in place.
+        // The storage is full and has no byte for a NUL: the line cannot be terminated in place.
         if (!isTerminable())
             return nullptr;
         terminate();
         next = pHead();
     }
     const int advance = static_cast<int>(next - start);
-    // Not asked again: a stream with a source would refill behind the line that was just terminated.
+    // Trace the earlier count: `ReadAvailable` would refill the buffer of a stream with a source.
     VXUT_TRACE(getStreamSwitch, "advancing %d, readavailable %d", advance, available);
     ReadAdvance(advance);
     return start;
@@ -138,7 +138,7 @@ char* GetStream::GetParmString() {
     if (length == available) {
         if (!isTerminable())
             return nullptr;
-        // A constant text brings its terminator along and cannot be written to.
+        // Do not write to constant storage, which already ends in a NUL.
         if (*pHead() != 0)
             terminate();
     }
@@ -166,7 +166,7 @@ bool GetStream::getArray(ArrayType& array) {
     if (!GetParmUint32(&count))
         return false;
     for (unsigned int i = 0; i < count; ++i) {
-        if (!getBytes(&value, sizeof value) && ++missing > mostMissingElements) {
+        if (!getBytes(&value, sizeof value) && ++missing > maxMissingElements) {
             array.truncate(before);
             return false;
         }
@@ -199,7 +199,7 @@ bool GetStream::GetParmStringArray(StringArray& array) {
         return false;
     for (unsigned int i = 0; i < count; ++i) {
         const char* text = GetParmString();
-        if (text == nullptr && ++missing > mostMissingElements) {
+        if (text == nullptr && ++missing > maxMissingElements) {
             while (array.length() > before)
                 array.DeleteAt(array.length() - 1);
             return false;
@@ -221,7 +221,7 @@ int GetStream::ReceiveInputStream(char* destination, unsigned int n) {
     const int count = n < static_cast<unsigned int>(available) ? static_cast<int>(n) : available;
     if (destination == nullptr || count == 0)
         return 0;
-    // The destination may be the stream's own storage, in front of what is read.
+    // The destination may overlap the source: it may be in the stream's own storage.
     std::memmove(destination, pTail(), static_cast<std::size_t>(count));
     ReadAdvance(count);
     return count;

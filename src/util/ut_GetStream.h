@@ -12,78 +12,96 @@ class StringArray;
 class UIntArray;
 class UShortArray;
 
-/// Characters, lines and parameters out of a buffer.
+/// Reads characters, lines and parameters from a buffer.
 ///
-/// Lines and texts are handed out in place: the pointers are into the buffer and valid until it is refilled or
-/// destroyed. One thread at a time. Reading past the content gives false, null or 0 and never throws; only an index
-/// outside throws code 1240, and a parameter block whose length exceeds the content code 1239 of "ut_Buffer".
+/// Lines and texts are returned in place: the pointers point into the buffer and are valid until it is refilled or
+/// destroyed. One thread at a time. Reading past the content returns false, null or 0 and never throws, with two
+/// exceptions: an index out of range throws code 1240, and a parameter block that is longer than the readable content
+/// throws code 1239 of "ut_Buffer".
 ///
 ///     utility::GetStream in("/etc/hosts");
 ///     while (char* line = in.ReadLine()) use(line);
 class VXUT_EXPORT GetStream : public framework::InputStream, public virtual Buffer {
 public:
-    /// No storage: nothing is readable until a derived class supplies some.
+    /// A stream without storage: nothing is readable until a derived class supplies storage.
     GetStream();
-    /// Loads a file with `fromFile`. A file that cannot be read leaves an empty stream, and nothing says so.
+    /// Loads a file with `fromFile`. If the file cannot be read, the stream is empty, without any indication.
     explicit GetStream(const char* path);
-    /// Reads from the caller's `text` of `length` bytes, which one more byte must follow, for a terminator. Nothing is
-    /// readable until the caller calls `WriteAdvance(length)`: callers rely on that order.
+    /// Reads from the caller's `text` of `length` bytes; one more byte must follow them, for a terminating NUL. Nothing
+    /// is readable until the caller calls `WriteAdvance(length)`: callers rely on that order.
     GetStream(const char* text, int length);
     ~GetStream() override;
 
-    /// Loads a whole file into own storage. False when it cannot be opened; an empty file is true. Meant for a fresh
-    /// stream: storage held before is not released. Throws code 1238 when there is no storage.
-    /// The file's size says how much to read: a file under /proc, which has the size 0, and one of 2 GiB or more load
-    /// as an empty stream, with the result true. Read these with `FileInputStream`.
+    /// Loads a whole file into storage that the stream allocates. Returns false if the file cannot be opened, and true
+    /// for an empty file. Throws code 1238 if the allocation fails. Call it only on a new stream: existing storage is
+    /// not released. The file's size determines how much is read: files that report size 0, as those under /proc do,
+    /// and files of 2 GiB or more load as an empty stream, and the result is true. Read these with `FileInputStream`.
     bool fromFile(const char* path);
 
-    /// Stores the next byte in `out` (null drops it); false when nothing is readable.
+    /// Reads the next byte into `*out`, or discards it if `out` is null. Returns false if nothing is readable.
     bool GetC(char* out);
-    /// The next line that ends in a newline, terminated in place instead of it; null when there is none, and then
-    /// nothing is consumed.
+    /// Returns the next line that ends in a newline, with the newline replaced by a NUL. Returns null, and consumes
+    /// nothing, if no newline is readable.
     char* GetLine();
-    /// The next line, or the rest as the last one; null when nothing is readable. A line that ended in CR LF keeps its
-    /// CR: callers that care strip it. In front of a source a line comes in pieces when it is not held whole; one that
-    /// fills a caller's array to its last byte cannot be terminated there and is null, to be taken as bytes.
+    /// Returns the next line with its newline replaced by a NUL, or the rest of the content if no newline is left.
+    /// Returns null if nothing is readable. A line that ended in CR LF keeps its CR: callers that care remove it.
+    ///
+    /// In a stream with a source, a line that is not completely in the buffer is returned in pieces. A line that fills
+    /// a caller's array to its last byte cannot be terminated in place: the result is null, and the bytes can be read
+    /// by other operations.
     char* ReadLine();
-    /// The byte at `index`, counted from the start of the storage. Valid from the read position to the write position,
-    /// whose NUL may be asked for too; otherwise code 1240 is thrown.
+    /// The byte at `index`, counted from the start of the storage. Throws code 1240 unless `index` is between the read
+    /// position and the write position, both included.
     virtual char& operator[](unsigned int index);
 
-    /// Readers of the compact parameter encoding of `PutStream`, to be used in the order of the writers. False when too
-    /// few bytes are readable; then nothing is consumed. A null target takes nothing and is false.
-    bool GetParmUint16(unsigned short* value);
-    bool GetParmSint16(short* value);
-    bool GetParmUint32(unsigned int* value);
-    bool GetParmSint32(int* value);
-    /// The next text, in place, or null when nothing is readable. It ends at the write position at the latest.
-    char* GetParmString();
-    /// Copies the next block, at most `maximum` bytes of it, and returns its stored length, or 0 when that cannot be
-    /// read. The whole block is consumed, so bytes beyond `maximum` are skipped: callers rely on the next parameter
-    /// following. A length beyond what is readable, or a negative one, throws code 1239 of "ut_Buffer".
-    int GetParmBuf(char* destination, int maximum);
-    /// Append the next array's elements to `array`. When the data run out, the last value read (0 when there was none)
-    /// is appended for each element missing, up to 65,535 of them; a count with more missing is refused: false, and the
-    /// array is as it was, but what was read is consumed. False also when the count cannot be read.
-    bool GetParmUint16Array(UShortArray& array);
-    bool GetParmUint32Array(UIntArray& array);
-    bool GetParmSint16Array(ShortArray& array);
-    bool GetParmSint32Array(IntArray& array);
-    /// The same for texts; each missing text is a null element.
-    bool GetParmStringArray(StringArray& array);
+    /// @name Compact parameter encoding
+    ///
+    /// Reads what the `PutParm` operations of `PutStream` wrote; read in the order of writing. Each value operation
+    /// returns false, and consumes nothing, if too few bytes are readable or `value` is null.
+    /// @{
 
-    /// Back to the first byte; always true.
+    /// Reads two bytes.
+    bool GetParmUint16(unsigned short* value);
+    /// Reads two bytes.
+    bool GetParmSint16(short* value);
+    /// Reads four bytes.
+    bool GetParmUint32(unsigned int* value);
+    /// Reads four bytes.
+    bool GetParmSint32(int* value);
+    /// Returns the next NUL-terminated text, in place, or null if nothing is readable. A text without a NUL ends at the
+    /// write position, and is null if it cannot be terminated there.
+    char* GetParmString();
+    /// Copies at most `maximum` bytes of the next block to `destination` and returns the stored length of the block, or
+    /// 0 if the length cannot be read. The whole block is consumed, including bytes beyond `maximum`: callers rely on
+    /// the next parameter following it. Throws code 1239 of "ut_Buffer" if the length exceeds the readable bytes or is
+    /// negative. A null `destination` skips the block.
+    int GetParmBuf(char* destination, int maximum);
+    /// Appends the elements of the next array to `array`. If the data ends before the stored count is reached, the last
+    /// value read (0 if there was none) is appended for each missing element. Returns false if the count cannot be
+    /// read, or if more than 65,535 elements are missing; `array` is then unchanged, but what was read is consumed.
+    bool GetParmUint16Array(UShortArray& array);
+    /// Does what `GetParmUint16Array` does, for unsigned 32-bit elements.
+    bool GetParmUint32Array(UIntArray& array);
+    /// Does what `GetParmUint16Array` does, for signed 16-bit elements.
+    bool GetParmSint16Array(ShortArray& array);
+    /// Does what `GetParmUint16Array` does, for signed 32-bit elements.
+    bool GetParmSint32Array(IntArray& array);
+    /// Does what `GetParmUint16Array` does, for texts; null is appended for each missing text.
+    bool GetParmStringArray(StringArray& array);
+    /// @}
+
+    /// Sets the read position to the first byte; always returns true.
     bool StartInputStream() override;
     /// Does nothing.
     void EndInputStream() override;
-    /// Copies at most `n` readable bytes and returns the count. The destination may lie in the stream's own storage; a
-    /// null one takes nothing.
+    /// Copies at most `n` readable bytes to `destination` and returns the count. `destination` may be inside the
+    /// stream's own storage. If it is null, returns 0 and consumes nothing.
     int ReceiveInputStream(char* destination, unsigned int n) override;
-    /// True while something is readable, so that a stream without content is not open.
+    /// Whether anything is readable: an empty stream is not open.
     bool isInputStreamOpen() override;
-    /// Always false.
+    /// Always returns false.
     bool isInputStreamInError() override;
-    /// True while nothing is readable.
+    /// Whether nothing is readable.
     bool isInputStreamAtEnd() override;
 
 private:

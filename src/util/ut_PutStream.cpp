@@ -18,7 +18,7 @@ namespace utility {
 
 namespace {
 
-/// The message of an overflow, cut at 199 characters.
+// The message of an overflow, truncated to 199 characters.
 struct OverflowText {
     char text[200];
 
@@ -59,8 +59,8 @@ void PutStream::PutB(const char* data, int n) {
     if (data == nullptr)
         return;
     const int remaining = WriteRemaining();
-    const int room = boundedRoom(remaining);
-    if (room >= n) {
+    const int space = boundedRoom(remaining);
+    if (space >= n) {
         if (n > 0)
             std::memcpy(pHead(), data, static_cast<std::size_t>(n));
         WriteAdvance(n);
@@ -74,9 +74,9 @@ void PutStream::PutB(const char* data, int n) {
     framework::Logger::StaticLog(framework::Logger::LOG_ERROR,
                                  "PutStream::PutB: Didn't fit. size=%d remaining=%d msg='%.*s'", n, remaining,
                                  std::min(n, 200), data);
-    if (room > 0)
-        std::memcpy(pHead(), data, static_cast<std::size_t>(room));
-    WriteAdvance(room);
+    if (space > 0)
+        std::memcpy(pHead(), data, static_cast<std::size_t>(space));
+    WriteAdvance(space);
     truncatePartialUtf8();
 }
 
@@ -84,18 +84,18 @@ void PutStream::PutS(const char* text) {
     if (text == nullptr)
         return;
     const int remaining = WriteRemaining();
-    const int room = boundedRoom(remaining);
-    const void* end = room > 0 ? memccpy(pHead(), text, 0, static_cast<std::size_t>(room)) : nullptr;
+    const int space = boundedRoom(remaining);
+    const void* end = space > 0 ? memccpy(pHead(), text, 0, static_cast<std::size_t>(space)) : nullptr;
     if (end != nullptr) {
         WriteAdvance(static_cast<int>(static_cast<const char*>(end) - 1 - pHead()));
         return;
     }
-    if (text[room] == 0) {
-        // Without a byte to spare the copy reports no end, and the advance counts from there: callers see it refused.
+    if (text[space] == 0) {
+        // Callers rely on this advance for a text that fills the space exactly: it is always refused.
         WriteAdvance(-1 - WritePosition());
         return;
     }
-    WriteAdvance(room);
+    WriteAdvance(space);
     if (!isNoThrow()) {
         VXUT_THROW(FAILURE_BUFFER, OverflowText("Didn't fit. remaining=%d msg='%.90s'", remaining, text).text);
     }
@@ -148,10 +148,10 @@ int PutStream::formatAtHead(int remaining, const char* format, va_list arguments
 }
 
 bool PutStream::advanceFormatted(int wrote, int remaining) {
-    const int room = boundedRoom(remaining);
-    const bool fits = wrote >= 0 && wrote <= room;
-    // A format that the platform cannot carry out wrote nothing that counts.
-    WriteAdvance(wrote < 0 ? 0 : std::min(wrote, room));
+    const int space = boundedRoom(remaining);
+    const bool fits = wrote >= 0 && wrote <= space;
+    // A negative count means that `vsnprintf` failed: discard its output.
+    WriteAdvance(wrote < 0 ? 0 : std::min(wrote, space));
     if (wrote < 0)
         terminate();
     return fits;
@@ -162,7 +162,7 @@ void PutStream::Indent(int n) {
         PutC(' ');
     if (n == 0)
         return;
-    // A stream overflows after as many blanks as it holds: a negative count needs no more than one beyond that.
+    // Bound the loop: the capacity plus one blank always overflows the stream.
     for (long long blanks = std::max(Size(), 0) + 1LL; blanks > 0; --blanks) {
         if (!isNoThrow())
             PutC(' ');
@@ -176,7 +176,7 @@ bool PutStream::ToFile(const char* path) {
     if (!file.StartOutputStream())
         return false;
     const int available = boundedReadable(ReadAvailable());
-    // Compared as numbers, as callers have always seen it: true equals a count of one byte only.
+    // Compare as numbers: callers rely on true for a count of one byte only.
     return static_cast<int>(file.SendOutputStream(pTail(), static_cast<unsigned int>(available))) == available;
 }
 
@@ -217,8 +217,8 @@ void PutStream::PutParmString(const char* text) {
 
 void PutStream::PutParmBuf(char* block, int length) {
     const int lengthWidth = 4;
-    const int room = boundedRoom(WriteRemaining());
-    int n = room - lengthWidth;
+    const int space = boundedRoom(WriteRemaining());
+    int n = space - lengthWidth;
     if (n < 0) {
         if (isNoThrow())
             return;
@@ -237,9 +237,9 @@ void PutStream::PutParmBuf(char* block, int length) {
     WriteAdvance(n);
 }
 
-bool PutStream::hasRoomForArray(unsigned int count, unsigned int width) const {
-    const long long room = boundedRoom(WriteRemaining());
-    return isNoThrow() || room >= 4 + static_cast<long long>(count) * width;
+bool PutStream::fitsArray(unsigned int count, unsigned int width) const {
+    const long long space = boundedRoom(WriteRemaining());
+    return isNoThrow() || space >= 4 + static_cast<long long>(count) * width;
 }
 
 template<typename ArrayType, typename Writer>
@@ -252,31 +252,31 @@ void PutStream::putArray(ArrayType& array, Writer put) {
 }
 
 void PutStream::PutParmUint16Array(UShortArray& array) {
-    if (!hasRoomForArray(array.length(), sizeof(uint16_t)))
+    if (!fitsArray(array.length(), sizeof(uint16_t)))
         VXUT_THROW(FAILURE_BUFFER, "");
     putArray(array, &PutStream::PutParmUint16);
 }
 
 void PutStream::PutParmUint32Array(UIntArray& array) {
-    if (!hasRoomForArray(array.length(), sizeof(uint32_t)))
+    if (!fitsArray(array.length(), sizeof(uint32_t)))
         VXUT_THROW(FAILURE_BUFFER, "");
     putArray(array, &PutStream::PutParmUint32);
 }
 
 void PutStream::PutParmSint16Array(ShortArray& array) {
-    if (!hasRoomForArray(array.length(), sizeof(int16_t)))
+    if (!fitsArray(array.length(), sizeof(int16_t)))
         VXUT_THROW(FAILURE_BUFFER, "");
     putArray(array, &PutStream::PutParmSint16);
 }
 
 void PutStream::PutParmSint32Array(IntArray& array) {
-    if (!hasRoomForArray(array.length(), sizeof(int32_t)))
+    if (!fitsArray(array.length(), sizeof(int32_t)))
         VXUT_THROW(FAILURE_BUFFER, "");
     putArray(array, &PutStream::PutParmSint32);
 }
 
 void PutStream::PutParmStringArray(StringArray& array) {
-    if (!hasRoomForArray(0, 0))
+    if (!fitsArray(0, 0))
         VXUT_THROW(FAILURE_BUFFER, "");
     const uint32_t count = array.length();
     if (!putBytes(&count, sizeof count))
@@ -298,7 +298,7 @@ bool PutStream::SendOutputStream(const char* data, unsigned int n) {
     const unsigned int count = std::min(n, static_cast<unsigned int>(boundedRoom(WriteRemaining())));
     if (count > 0)
         std::memcpy(pHead(), data, count);
-    // By the whole size, deliberately: callers see a short buffer as the failure, or as full.
+    // Advance by the full size: callers rely on the failure, or with the no-throw flag on a full stream.
     WriteAdvance(static_cast<int>(std::min<unsigned int>(n, INT_MAX)));
     terminate();
     return n == count;

@@ -17,84 +17,104 @@ class StringArray;
 class UIntArray;
 class UShortArray;
 
-/// A bounded in-memory text, written with printf-like operations; the base of every formatting stream.
+/// Writes formatted text to a bounded buffer in memory; the base class of every formatting stream.
 ///
-/// The storage is the caller's, is never freed, and must outlive the stream; derived streams bring their own. One
-/// thread at a time. What does not fit throws code 1239, with what was already written left in place. With the no-throw
-/// flag it is cut at a whole UTF-8 character instead, and the cut is logged at level 0.
+/// The storage belongs to the caller, is never freed, and must outlive the stream; derived streams may own their
+/// storage. One thread at a time. Text that does not fit throws code 1239; what was written before the failure stays.
+/// With the no-throw flag, text that does not fit is truncated after a complete UTF-8 character instead, and logged at
+/// level 0.
 ///
 ///     char text[64];
 ///     utility::PutStream out(text, sizeof text);
 ///     out.PutF("%s=%d", "ports", 4);   // text is "ports=4"
 class VXUT_EXPORT PutStream : public framework::OutputStream, public Decorator, public virtual Buffer {
 public:
-    /// No storage: nothing fits until a derived class supplies some.
+    /// A stream without storage: nothing fits until a derived class supplies storage.
     PutStream();
-    /// Writes into the caller's `storage` of `size` bytes, the last of which is kept for the terminator. A null
-    /// storage, or a size below 1, takes nothing.
+    /// Writes to the caller's `storage` of `size` bytes; the last byte is reserved for the terminating NUL. Nothing
+    /// fits if `storage` is null or `size` is below 1.
     PutStream(char* storage, int size);
     ~PutStream() override;
 
-    /// Writes one character. With the no-throw flag one that does not fit is dropped silently.
+    /// Writes one character. With the no-throw flag, a character that does not fit is dropped and not logged.
     void PutC(char c);
-    /// Writes `n` bytes of `data` without a terminator; null writes nothing. A block that does not fit is not written
-    /// at all, or with the no-throw flag cut.
+    /// Writes `n` bytes of `data` without a terminating NUL; does nothing if `data` is null. Data that does not fit is
+    /// not written at all; with the no-throw flag it is truncated.
     virtual void PutB(const char* data, int n);
-    /// Writes `text` up to its terminator; null writes nothing. A text exactly as long as the room is refused by the
-    /// write position (code 1239 of "ut_Buffer"; with the no-throw flag the position falls back to the read position):
-    /// callers rely on one byte to spare.
+    /// Writes the NUL-terminated `text`; does nothing if it is null. A text exactly as long as the remaining space does
+    /// not fit: `WriteAdvance` throws code 1239 of "ut_Buffer", or with the no-throw flag moves the write position back
+    /// to the read position. Callers rely on this: they keep one byte spare.
     void PutS(const char* text);
-    /// Writes formatted text; a null format writes nothing. A text that does not fit is written as far as it does
-    /// before the failure is thrown. A format that the platform cannot carry out fails in the same way, with nothing
-    /// written and -1 as the length shown.
+    /// Writes text formatted as `printf` does; writes nothing if `format` is null. Of a text that does not fit,
+    /// the part that fits is written before code 1239 is thrown. If `vsnprintf` fails, nothing is written and the
+    /// failure's message shows -1 as the length.
     void PutF(const char* format, ...) VXUT_PRINTF(2, 3);
-    /// The same with the arguments in a list.
+    /// Does what `PutF` does, with the arguments in a `va_list`.
     void PutV(const char* format, va_list arguments) VXUT_PRINTF(2, 0);
-    /// Writes `n` blanks. A negative `n` writes blanks until one does not fit, so that callers see the overflow, and at
-    /// most one more than the stream holds.
+    /// Writes `n` blanks. If `n` is negative, writes blanks until one does not fit, at most the capacity plus one:
+    /// callers see the overflow.
     virtual void Indent(int n);
 
-    /// Writes the readable bytes to the file `path`, made with permission bits 0666 or emptied first, and leaves them
-    /// readable. False when the file cannot be opened or cannot seek; null is no file. Otherwise the result compares
-    /// the file stream's answer with the byte count as numbers: callers see true for one byte written, and false for
-    /// any other count.
+    /// Writes the readable bytes to the file `path`, which is created with permission bits 0666 or truncated first. The
+    /// bytes stay readable. Returns false if `path` is null, or the file cannot be opened or cannot seek. Otherwise
+    /// returns whether the result of the file stream's send, as a number (0 or 1), equals the byte count. Callers rely
+    /// on this: they see true for one byte written and false for any other count.
     bool ToFile(const char* path);
 
-    /// Writers of the compact parameter encoding: values as they lie in memory, without tags or padding, to be read
-    /// back in the same order with the `GetParm` operations of `GetStream`. What does not fit throws code 1239 with an
-    /// empty message; with the no-throw flag it is not written.
-    void PutParmUint16(uint16_t value);
-    void PutParmSint16(int16_t value);
-    void PutParmUint32(uint32_t value);
-    void PutParmSint32(int32_t value);
-    /// Writes the text and its terminator. A null text writes nothing at all, so the reader takes the next field for
-    /// the text: callers never pass null.
-    void PutParmString(const char* text);
-    /// Writes a 32-bit length and `length` bytes of `block`. With the no-throw flag the block is cut to what fits, and
-    /// the length written is that of the cut block. A null block or a negative length counts as empty.
-    void PutParmBuf(char* block, int length);
-    /// Write a 32-bit count and the elements. With the no-throw flag the count is always the full one, even when later
-    /// elements are dropped for want of room: readers then read beyond the written elements.
-    void PutParmUint16Array(UShortArray& array);
-    void PutParmUint32Array(UIntArray& array);
-    void PutParmSint16Array(ShortArray& array);
-    void PutParmSint32Array(IntArray& array);
-    /// Writes a 32-bit count and the texts. Only the room for the count is tested beforehand. A null element writes
-    /// nothing at all.
-    void PutParmStringArray(StringArray& array);
+    /// @name Compact parameter encoding
+    ///
+    /// Values are written in the byte order of the platform, without tags or padding. Read them back in the same order
+    /// with the `GetParm` operations of `GetStream`. A value that does not fit throws code 1239 with an empty message;
+    /// with the no-throw flag it is not written.
+    /// @{
 
-    /// Drops what was written; always true.
+    /// Writes two bytes.
+    void PutParmUint16(uint16_t value);
+    /// Writes two bytes.
+    void PutParmSint16(int16_t value);
+    /// Writes four bytes.
+    void PutParmUint32(uint32_t value);
+    /// Writes four bytes.
+    void PutParmSint32(int32_t value);
+    /// Writes the text and its terminating NUL. Never pass null: nothing is written for it, so the reader would read
+    /// the next field as the text.
+    void PutParmString(const char* text);
+    /// Writes a 32-bit length and `length` bytes of `block`. With the no-throw flag, the block is truncated to the
+    /// space left, and the length written is the truncated one. A null `block` or a negative `length` counts as empty.
+    void PutParmBuf(char* block, int length);
+    /// Writes a 32-bit count and the elements. An array that does not fit is not written at all. With the no-throw
+    /// flag, the full count is written even if later elements do not fit and are dropped: readers then read past the
+    /// written elements.
+    void PutParmUint16Array(UShortArray& array);
+    /// Does what `PutParmUint16Array` does, for unsigned 32-bit elements.
+    void PutParmUint32Array(UIntArray& array);
+    /// Does what `PutParmUint16Array` does, for signed 16-bit elements.
+    void PutParmSint16Array(ShortArray& array);
+    /// Does what `PutParmUint16Array` does, for signed 32-bit elements.
+    void PutParmSint32Array(IntArray& array);
+    /// Writes a 32-bit count and the texts, each as `PutParmString` does; nothing is written for a null element. Only
+    /// the space for the count is checked in advance: a text that does not fit throws after those before it were
+    /// written.
+    void PutParmStringArray(StringArray& array);
+    /// @}
+
+    /// Discards the content; always returns true.
     bool StartOutputStream() override;
+    /// Does nothing.
     void EndOutputStream() override;
-    /// Takes as much of `data` as fits, but moves the write position by the whole `n`: a short buffer throws code 1239
-    /// of "ut_Buffer", or with the no-throw flag is full. True when all was taken. Null takes nothing.
+    /// Writes as much of `data` as fits, but moves the write position by the full `n`: if not all fits, this throws
+    /// code 1239 of "ut_Buffer", or with the no-throw flag leaves the stream full. Returns whether all was written. A
+    /// null `data` is not written; the result is then true only if `n` is 0.
     bool SendOutputStream(const char* data, unsigned int n) override;
+    /// Whether any space is left.
     bool isOutputStreamOpen() override;
+    /// Whether the stream is full.
     bool isOutputStreamInError() override;
+    /// Whether the stream is full.
     bool isOutputStreamAtEnd() override;
 
 protected:
-    /// For derived streams that decorate; nothing here reads or changes it.
+    /// For derived streams that render decorations; this class neither reads nor changes it.
     bool m_decorating;
 
 private:
@@ -102,7 +122,7 @@ private:
     int formatAtHead(int remaining, const char* format, va_list arguments) VXUT_PRINTF(3, 0);
     bool advanceFormatted(int wrote, int remaining);
     bool putBytes(const void* value, int width);
-    bool hasRoomForArray(unsigned int count, unsigned int width) const;
+    bool fitsArray(unsigned int count, unsigned int width) const;
     template<typename ArrayType, typename Writer>
     void putArray(ArrayType& array, Writer put);
 };
