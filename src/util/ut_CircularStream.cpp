@@ -28,13 +28,12 @@ void CircularStream::WriteAdvance(int n) {
         return;
     long long write = WritePosition();
     long long read = ReadPosition();
-    const bool behind = read > write;
+    const bool readerAhead = read > write;
     write += n;
-    if (behind && read <= write)
+    if (readerAhead && read <= write)
         read = write + 1;
     if (write >= capacity) {
-        // A caller may advance by more than one round: what was unread before is overrun, and both positions end
-        // inside.
+        // An advance by more than the capacity overruns all unread bytes; both positions still end in range.
         write %= capacity;
         m_wrapped = true;
         if (write >= read || n > capacity)
@@ -48,7 +47,7 @@ void CircularStream::ReadAdvance(int n) {
     const int count = std::min(n, ReadAvailable());
     if (count < 1)
         return;
-    // Compared by what is left, because the sum of two positions may not fit an int.
+    // Compare with the bytes up to the end of the storage: the sum of position and count may overflow an int.
     const int tail = Size() - ReadPosition();
     setReadPosition(count < tail ? ReadPosition() + count : count - tail);
 }
@@ -74,7 +73,7 @@ bool CircularStream::SendOutputStream(const char* data, unsigned int size) {
 }
 
 bool CircularStream::TransferFromInputStream(framework::InputStream& in) {
-    // It would chase its own end for ever.
+    // Copying a ring into itself would never end.
     return dynamic_cast<const CircularStream*>(&in) == this || OutputStream::TransferFromInputStream(in);
 }
 

@@ -7,11 +7,11 @@
 
 namespace utility {
 
-/// A ring of bytes that always takes more: once it is full, what is written replaces the oldest bytes. It keeps the
-/// tail of a trace or a history.
+/// A ring buffer that overwrites its oldest bytes when it is full, for example to keep the end of a trace.
 ///
-/// The stream owns its storage. One thread at a time. Writing and reading never fail; only the storage can be missing,
-/// which throws code 1238 of "ut_Buffer". Once the ring has wrapped it yields at most one byte less than its capacity.
+/// The stream owns its storage. One thread at a time. Only the allocation of the storage can fail, with code 1238 of
+/// "ut_Buffer"; writing and reading never fail. After the ring has wrapped, at most its capacity minus one byte can be
+/// read.
 ///
 ///     utility::CircularStream history(8);
 ///     history.SendOutputStream("ABCDEFGHIJ", 10);
@@ -22,48 +22,51 @@ class VXUT_EXPORT CircularStream : public framework::OutputStream,
                                    public framework::InputStream,
                                    public virtual Buffer {
 public:
-    /// A ring of `capacity` bytes; one of 0 bytes takes everything and holds nothing. Throws code 1238 when there is no
-    /// storage, also for a negative capacity.
+    /// A ring of `capacity` bytes. With capacity 0, everything written is discarded. Throws code 1238 if the
+    /// allocation fails or `capacity` is negative.
     explicit CircularStream(int capacity);
     ~CircularStream() override;
 
-    /// The bytes between the read and the write position, in the ring's order.
+    /// The number of bytes from the read position to the write position, around the end of the storage if needed.
     int ReadAvailable() const override;
-    /// The capacity, always: a ring never runs out of room.
+    /// Always returns the capacity: the ring is never full.
     int WriteRemaining() const override;
-    /// Moves the write position by `n`, round the end where needed; a read position that is overrun moves on to the
-    /// oldest byte left. Below 1 does nothing.
+    /// Moves the write position by `n`, around the end of the storage if needed. A read position that is overrun moves
+    /// to the oldest byte left. Does nothing if `n` is below 1.
     void WriteAdvance(int n) override;
-    /// Moves the read position by `n`, at most by what is readable. Below 1 does nothing.
+    /// Moves the read position by `n`, at most to the write position. Does nothing if `n` is below 1.
     void ReadAdvance(int n) override;
 
-    /// Drops what is unread and writes from the start of the storage. The ring keeps knowing that it once wrapped:
-    /// callers that then start reading see the bytes of before, as far as they were not written over. Always true.
+    /// Discards the unread bytes and writes from the start of the storage; always returns true. Callers rely on the
+    /// ring still counting as wrapped if it has ever wrapped: `StartInputStream` then makes earlier bytes that were not
+    /// overwritten readable again.
     bool StartOutputStream() override;
     /// Does nothing.
     void EndOutputStream() override;
-    /// Takes all `size` bytes and keeps the last of them. Null data are taken as none. Always true.
+    /// Writes `size` bytes of `data`, of which the ring keeps the last; does nothing if `data` is null. Always returns
+    /// true.
     bool SendOutputStream(const char* data, unsigned int size) override;
-    /// A transfer from the ring itself changes nothing and is true.
+    /// As for any output stream; but if `in` is this ring, does nothing and returns true.
     bool TransferFromInputStream(framework::InputStream& in) override;
-    /// Always true.
+    /// Always returns true.
     bool isOutputStreamOpen() override;
-    /// Always false, as a ring takes everything.
+    /// Always returns false.
     bool isOutputStreamInError() override;
+    /// Always returns false.
     bool isOutputStreamAtEnd() override;
 
-    /// Reads from the oldest byte that is still held. Always true.
+    /// Sets the read position to the oldest byte in the ring; always returns true.
     bool StartInputStream() override;
     /// Does nothing.
     void EndInputStream() override;
-    /// Copies at most `size` bytes and returns the count, 0 when there is nothing to read. A null `buffer` takes
-    /// nothing.
+    /// Copies at most `size` bytes to `buffer` and returns the count, 0 if nothing is readable. If `buffer` is null,
+    /// returns 0 and consumes nothing.
     int ReceiveInputStream(char* buffer, unsigned int size) override;
-    /// Always true.
+    /// Always returns true.
     bool isInputStreamOpen() override;
-    /// Always false.
+    /// Always returns false.
     bool isInputStreamInError() override;
-    /// True while nothing is readable.
+    /// Whether nothing is readable.
     bool isInputStreamAtEnd() override;
 
 private:

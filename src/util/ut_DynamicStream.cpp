@@ -10,11 +10,11 @@ namespace utility {
 
 namespace {
 
-const unsigned int traceSwitch = 4395;
-const unsigned int pageShift = 12;
-const unsigned int bytesPerPage = 1U << pageShift;
+constexpr unsigned int traceSwitch = 4395;
+constexpr unsigned int pageShift = 12;
+constexpr unsigned int bytesPerPage = 1U << pageShift;
 
-/// Where a byte lies, and how many bytes its page has from there on.
+// The page and offset of a byte, and the number of bytes from there to the end of the page.
 struct Place {
     unsigned int page;
     unsigned int offset;
@@ -100,7 +100,7 @@ bool DynamicStream::SendOutputStream(const char* data, unsigned int size) {
         }
 
         const unsigned int count = std::min(at.length, std::min(size, available));
-        // Without progress the loop would not end.
+        // Without progress, the loop would never end.
         if (count == 0) {
             VXUT_LOG(framework::Logger::LOG_ERROR,
                      "nothing to transfer: page: %d, offset: %d, length: %d, size: %d, inputCount: %d, outputCount: %d",
@@ -161,7 +161,7 @@ int DynamicStream::ReceiveInputStream(char* buffer, unsigned int size) {
         const Place at(m_inputCount);
         VXUT_TRACE(traceSwitch, "page: %d, offset: %d, length: %d", at.page, at.offset, at.length);
         const unsigned int count = std::min(at.length, std::min(size, unread));
-        // Without progress the loop would not end.
+        // Without progress, the loop would never end.
         if (count == 0) {
             VXUT_LOG(framework::Logger::LOG_ERROR,
                      "nothing to transfer: page: %d, offset: %d, length: %d, size: %d, inputCount: %d, outputCount: %d",

@@ -6,19 +6,19 @@
 
 namespace utility {
 
-/// An append-only store of bytes that grows by pages of 4096 bytes up to a maximum, and is read back from its start.
+/// An append-only byte store that grows by pages of 4096 bytes up to a maximum size, and is read from its start.
 ///
-/// The stream owns its pages and takes one only when the first byte is written into it. One thread at a time. Nothing
-/// is thrown: what does not fit is false, and logged, and so is a page that cannot be had.
+/// The stream owns its pages and allocates each one when its first byte is written. One thread at a time. Nothing is
+/// thrown: if data does not fit or a page cannot be allocated, the operation returns false, and the failure is logged.
 ///
 ///     utility::DynamicStream stream(10000);
 ///     stream.SendOutputStream("ports", 5);
 ///     char text[8];
 ///     stream.ReceiveInputStream(text, sizeof text);   // 5
-///     stream.ReceiveInputStream(text, sizeof text);   // -1: nothing is left
+///     stream.ReceiveInputStream(text, sizeof text);   // -1: everything was read
 class VXUT_EXPORT DynamicStream : public framework::InputStream, public framework::OutputStream {
 public:
-    /// Holds at most `maxSize` bytes; below 1 it holds none. Without memory for its page table it holds none either.
+    /// A stream of at most `maxSize` bytes; nothing fits if `maxSize` is below 1 or the page table cannot be allocated.
     explicit DynamicStream(int maxSize);
     DynamicStream(const DynamicStream&) = delete;
     DynamicStream& operator=(const DynamicStream&) = delete;
@@ -26,41 +26,41 @@ public:
 
     /// Frees every page; the stream is empty and can be used again.
     void reset();
-    /// The bytes of memory that the stream stands for: 4 for each slot of the page table, 4096 for each page, 32 for
-    /// the object.
+    /// The nominal memory use in bytes: 4 for each slot of the page table, 4096 for each page, 32 for the object.
     unsigned int getSize() const;
 
-    /// Writes from the first byte again and keeps the pages; what is unread is gone. The read position stays: bytes in
-    /// front of it are read only after `StartInputStream`. Always true.
+    /// Discards the content, read or unread, and keeps the pages. Writing restarts at the first byte, but the read
+    /// position does not move: call `StartInputStream` to read the bytes before it. Always returns true.
     bool StartOutputStream() override;
     /// Does nothing.
     void EndOutputStream() override;
-    /// Appends `size` bytes. False when they do not all fit: callers rely on those that fit being stored all the same,
-    /// and on nothing being logged unless the stream was full before. Null data store nothing; that is false unless
-    /// `size` is 0.
+    /// Appends `size` bytes of `data`. Returns whether all were stored. Callers rely on these details:
+    /// - If not all bytes fit, those that fit are stored.
+    /// - Exceeding the maximum size is logged only if the stream was already full before the call.
+    /// - If `data` is null, nothing is stored, and the result is true only if `size` is 0 and the stream is not full.
     bool SendOutputStream(const char* data, unsigned int size) override;
-    /// Always true.
+    /// Always returns true.
     bool isOutputStreamOpen() override;
-    /// Always false, also after a write that failed.
+    /// Always returns false, even after a failed write.
     bool isOutputStreamInError() override;
-    /// True as long as the maximum is not exceeded, so always: callers see a stream that is at its end from the
-    /// beginning, is never good, and takes what is sent to it all the same.
+    /// Returns true while the maximum size is not exceeded, which is always. Callers rely on this: the stream is at its
+    /// end from the start and is never good, but accepts data nevertheless.
     bool isOutputStreamAtEnd() override;
 
-    /// Reads from the first byte again. Always true.
+    /// Sets the read position to the first byte; always returns true.
     bool StartInputStream() override;
-    /// Skips what was not read.
+    /// Skips the unread bytes.
     void EndInputStream() override;
-    /// Copies at most `size` bytes and returns the count, or -1 when nothing is left to read. A null `buffer` takes
-    /// nothing.
+    /// Copies at most `size` bytes to `buffer` and returns the count, or -1 if everything was read. If `buffer` is null
+    /// and unread bytes are left, returns 0 and consumes nothing.
     int ReceiveInputStream(char* buffer, unsigned int size) override;
-    /// Always true.
+    /// Always returns true.
     bool isInputStreamOpen() override;
-    /// Always false.
+    /// Always returns false.
     bool isInputStreamInError() override;
-    /// True when everything stored was read.
+    /// Whether everything stored was read.
     bool isInputStreamAtEnd() override;
-    /// How many bytes are stored, read ones included.
+    /// The number of bytes stored, including those already read.
     int GetInputStreamSize() override;
 
 private:

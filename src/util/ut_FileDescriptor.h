@@ -2,21 +2,22 @@
 
 #include <dirent.h>
 
-// How the library opens files. Not for callers of the library.
+// Opens files for the library's sources; not for callers of the library.
 //
-// The standard numbers 0 to 2 stay free even where the process has closed them: whatever is written to standard error
-// later, or read from standard input, must not reach a file that the library has open.
+// The descriptors 0 to 2 are never used, even if the process has closed them: later output to standard error, or input
+// from standard input, must not reach a file that the library has open.
 
 namespace utility {
 
-/// Opens `path`, close-on-exec, and returns the descriptor, which is 3 or greater, or -1 with `errno` set. A null path
-/// does not exist.
+/// Opens `path` with close-on-exec. Returns the descriptor, which is 3 or greater, or -1 with `errno` set. A null path
+/// fails with ENOENT. `mode`: the permission bits of a new file, less the umask.
 int openFile(const char* path, int flags, unsigned int mode = 0);
 
-/// Opens the directory `path` in the same way; null with `errno` set if that fails.
+/// Opens the directory `path` in the same way. Returns null with `errno` set on failure. The caller closes it with
+/// `closedir`.
 DIR* openDirectory(const char* path);
 
-/// Closes `fd` and leaves `errno` as it is.
+/// Closes `fd` without changing `errno`.
 void closeKeepingErrno(int fd);
 
 } // namespace utility

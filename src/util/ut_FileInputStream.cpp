@@ -14,7 +14,7 @@ namespace utility {
 
 namespace {
 
-const unsigned int unknown = 0xFFFFFFFF;
+constexpr unsigned int unknown = 0xFFFFFFFF;
 
 } // namespace
 
@@ -95,7 +95,7 @@ void FileInputStream::EndInputStream() {
 int FileInputStream::ReceiveInputStream(char* buffer, unsigned int size) {
     if (!isUsable() || buffer == nullptr)
         return -1;
-    // One read gives no more than an int can count, on either platform.
+    // Keep the count of one read within an int.
     const ssize_t count = read(m_fd, buffer, std::min(size, static_cast<unsigned int>(INT_MAX)));
     if (count < 0) {
         fail();

@@ -5,60 +5,67 @@
 
 namespace utility {
 
-/// Reads a file through a descriptor, one system call for each receive.
+/// Reads a file through a descriptor, with one system call for each receive.
 ///
-/// A stream made for a path opens the file, close-on-exec, and closes it when destroyed; it keeps the path's pointer,
-/// so the text must outlive it. It does not use the numbers 0 to 2, even if they are free: what is written to standard
-/// error never reaches the file. A descriptor given in stays the caller's. One thread at a time. Nothing is thrown or
-/// logged: a failed system call leaves its `errno` (`errorNumber`) and sets the error state for good; from then on
-/// nothing is read.
+/// - A stream for a path opens the file with close-on-exec, and closes it on destruction. It stores the pointer to the
+///   path, so the text must outlive the stream. Its descriptor is never 0 to 2, even if these are closed, so output to
+///   standard error cannot reach the file.
+/// - A stream for a descriptor does not own it: the caller closes the descriptor.
+///
+/// One thread at a time. Nothing is thrown or logged. A failed system call stores its `errno` (`errorNumber`) and sets
+/// the error state, which is never cleared; nothing is read in the error state.
 ///
 ///     utility::FileInputStream file("/etc/hosts");
 ///     char block[512];
-///     int count = file.ReceiveInputStream(block, sizeof block);   // 0 at the end, -1 on an error
+///     int count = file.ReceiveInputStream(block, sizeof block);   // 0 at the end, -1 on failure
 class VXUT_EXPORT FileInputStream : public framework::InputStream {
 public:
-    /// Opens `path` for reading. A null path fails like one that does not exist.
+    /// Opens `path` for reading. A null path fails as a path that does not exist.
     explicit FileInputStream(const char* path);
-    /// Adopts `fd` and seeks it to offset 0; where that fails, the stream is in error from the start. Receive from it
-    /// directly: `isInputStreamInError` puts an adopted descriptor into the error state, and
-    /// `TransferFromInputStream` and `VirtualGetStream` ask for that first, so they read nothing. For these, open the
-    /// path "/proc/self/fd/N" instead.
+    /// Uses the caller's descriptor `fd` and seeks it to offset 0; if the seek fails, the stream is in error. Only
+    /// direct receives work: `isInputStreamInError` puts a stream without a path into the error state, and
+    /// `TransferFromInputStream` and `VirtualGetStream` call it before they read. For these, open the path
+    /// "/proc/self/fd/N" instead.
     explicit FileInputStream(int fd);
     FileInputStream(const FileInputStream&) = delete;
     FileInputStream& operator=(const FileInputStream&) = delete;
     ~FileInputStream() override;
 
-    /// Closes the descriptor, an adopted one too, and opens the path again, which may be another file by now. 0, or -1
-    /// on a failure, also for a stream without a path. An error state stays set.
+    /// Closes the descriptor, even one of the caller, and opens the path again, which may name another file by now.
+    /// Returns 0, or -1 if the file cannot be opened or there is no path. Does not clear the error state.
     int Reopen();
-    /// Seeks to `offset`, counted in bytes from the start, and clears the end; false when not open, in error, or the
-    /// seek fails.
+    /// Seeks to `offset`, in bytes from the start of the file, and clears the end state. Returns false if the stream is
+    /// not open or in error, or the seek fails.
     bool Position(unsigned int offset);
-    /// The present offset; all bits set when there is none. Clears the end.
+    /// The current offset in bytes, truncated to 32 bits; all bits set if the stream is not open or in error, or the
+    /// system call fails. Clears the end state.
     unsigned int At();
-    /// The inode number, cut to 32 bits; all bits set when there is none.
+    /// The inode number of the open file, truncated to 32 bits; all bits set if the stream is not open or the system
+    /// call fails.
     unsigned int GetInode();
+    /// The inode number of the file `path`, truncated to 32 bits; all bits set if `path` is null or does not exist.
     static unsigned int GetInode(const char* path);
 
     /// Seeks to offset 0, as `Position` does.
     bool StartInputStream() override;
+    /// Sets the end state; the file stays open.
     void EndInputStream() override;
-    /// Reads at most `size` bytes: their count, 0 at the end of the file, -1 when not open, in error or `buffer` is
-    /// null.
+    /// Reads at most `size` bytes into `buffer`. Returns their count, 0 at the end of the file, or -1 if the stream is
+    /// not open or in error, `buffer` is null, or the read fails.
     int ReceiveInputStream(char* buffer, unsigned int size) override;
+    /// Whether the file is open.
     bool isInputStreamOpen() override;
-    /// Whether a system call failed, or the path does not exist any more: a stream without a path is always in error
-    /// here. So the question itself ends the reading of a file that was moved or removed; one that another file
-    /// replaced is read on.
+    /// Whether the stream is in error. Sets the error state if the path no longer exists, or if there is no path. So
+    /// this call ends the reading of a file that was moved or removed. A file replaced by another one under the same
+    /// path is still read.
     bool isInputStreamInError() override;
-    /// Whether the stream was ended, or a receive gave 0 bytes, since the last seek.
+    /// Whether `EndInputStream` was called, or a receive returned 0, since the last seek.
     bool isInputStreamAtEnd() override;
-    /// The size of the file in bytes, also in error; -1 when it is not open, or the size cannot be had or does not fit
-    /// an `int`.
+    /// The size of the file in bytes, even in the error state; -1 if the stream is not open, the size is unknown or it
+    /// does not fit an `int`.
     int GetInputStreamSize() override;
 
-    /// The `errno` of the last failure, 0 when there was none.
+    /// The `errno` of the last failure; 0 if there was none.
     int errorNumber() const {
         return m_errno;
     }

@@ -43,7 +43,7 @@ void FileOutputStream::EndOutputStream() {
 bool FileOutputStream::SendOutputStream(const char* data, unsigned int size) {
     if (!m_open || m_error || data == nullptr)
         return true;
-    // 32-bit platforms refuse more at once.
+    // A 32-bit platform refuses a write of more than INT_MAX bytes.
     const ssize_t count = write(m_fd, data, std::min<unsigned int>(size, INT_MAX));
     if (count < 0) {
         fail();

@@ -5,41 +5,48 @@
 
 namespace utility {
 
-/// Writes a file through a descriptor, one system call for each send.
+/// Writes a file through a descriptor, with one system call for each send.
 ///
-/// A stream made for a path opens the file, close-on-exec, and closes it when destroyed; it keeps the path's pointer,
-/// so the text must outlive it. It does not use the numbers 0 to 2, even if they are free: what is written to standard
-/// error never reaches the file. A descriptor given in stays the caller's. One thread at a time. Nothing is thrown or
-/// logged: a failed system call leaves its `errno` (`errorNumber`) and sets the error state for good; from then on
-/// sends are dropped. A file that was moved or removed is written on: a new log file needs a new stream.
+/// - A stream for a path opens the file with close-on-exec, and closes it on destruction. It stores the pointer to the
+///   path, so the text must outlive the stream. Its descriptor is never 0 to 2, even if these are closed, so output to
+///   standard error cannot reach the file.
+/// - A stream for a descriptor does not own it: the caller closes the descriptor.
+///
+/// One thread at a time. Nothing is thrown or logged. A failed system call stores its `errno` (`errorNumber`) and sets
+/// the error state, which is never cleared; sends are discarded in the error state. The stream keeps writing to its
+/// file after the file was moved or removed: to start a new log file, use a new stream.
 ///
 ///     utility::FileOutputStream file("/tmp/ports", false, 0600);
 ///     if (!file.SendOutputStream("4\n", 2) || file.isOutputStreamInError()) report(file.errorNumber());
 class VXUT_EXPORT FileOutputStream : public framework::OutputStream {
 public:
-    /// Opens `path` for writing, at its end when `append`, else emptied; a new file gets the permission bits `mode`. A
-    /// null path fails like one that does not exist.
+    /// Opens `path` for writing. If `append`, every send goes to the end of the file; otherwise the file is truncated.
+    /// A new file gets the permission bits `mode`, less the umask. A null path fails as a path that does not exist.
     FileOutputStream(const char* path, bool append, unsigned int mode);
-    /// Adopts `fd` and seeks it to offset 0. On a pipe or terminal that fails, and the stream is in error from the
-    /// start: callers rely on adopted descriptors being files. Sends overwrite what such a file holds from its first
-    /// byte on, unless the descriptor has O_APPEND.
+    /// Uses the caller's descriptor `fd` and seeks it to offset 0. The seek fails for a pipe or terminal, and the
+    /// stream is then in error: callers rely on such descriptors being files. Sends overwrite the file from its first
+    /// byte, unless the descriptor has O_APPEND.
     explicit FileOutputStream(int fd);
     FileOutputStream(const FileOutputStream&) = delete;
     FileOutputStream& operator=(const FileOutputStream&) = delete;
     ~FileOutputStream() override;
 
-    /// Seeks to offset 0 and clears the end; false when not open, in error, or the seek fails.
+    /// Seeks to offset 0 and clears the end state. Returns false if the stream is not open or in error, or the seek
+    /// fails.
     bool StartOutputStream() override;
+    /// Sets the end state; the file stays open, and sends still write to it.
     void EndOutputStream() override;
-    /// Writes `size` bytes. False only for a short write: a stream that is not open or in error, a null `data`, and a
-    /// write that fails all answer true, and callers see the failure through `isOutputStreamInError`.
+    /// Writes `size` bytes of `data`. Returns false only for a short write. Returns true if the stream is not open or
+    /// in error, `data` is null, or the write fails: check `isOutputStreamInError` after each send.
     bool SendOutputStream(const char* data, unsigned int size) override;
+    /// Whether the file is open.
     bool isOutputStreamOpen() override;
+    /// Whether an open, seek or write has failed since construction.
     bool isOutputStreamInError() override;
-    /// Whether the stream was ended and not started again.
+    /// Whether `EndOutputStream` was called since the last start.
     bool isOutputStreamAtEnd() override;
 
-    /// The `errno` of the last failure, 0 when there was none.
+    /// The `errno` of the last failure; 0 if there was none.
     int errorNumber() const {
         return m_errno;
     }

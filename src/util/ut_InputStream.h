@@ -6,32 +6,35 @@ namespace framework {
 
 /// A source of bytes.
 ///
-/// An input is started, received from until it is at its end, and ended; what starting and ending mean is up to each
-/// source. One thread at a time. No operation here throws, but a source's own may.
+/// Callers start an input, receive until it is at its end, and end it; each source defines what starting and ending
+/// mean. One thread at a time. The operations of this class throw nothing; those of a source may throw.
 ///
 ///     char block[512];
 ///     int count = in.ReceiveInputStream(block, sizeof block);
 class VXUT_EXPORT InputStream {
 public:
-    /// How a source is asked to deliver. No source of this library tells modes apart.
+    /// The mode of delivery. No source of this library supports modes.
     enum InputMode { INPUT_DEFAULT = 0 };
 
     virtual ~InputStream();
 
-    /// Begins, or begins anew, at the first byte; false when that cannot be done.
+    /// Starts or restarts the input at its first byte. Returns false on failure.
     virtual bool StartInputStream() = 0;
-    /// Says that no more is wanted.
+    /// Ends the input: the caller reads no further.
     virtual void EndInputStream() = 0;
-    /// Copies at most `size` bytes to `buffer` and returns the count, negative on an error.
+    /// Copies at most `size` bytes to `buffer`. Returns the count, or a negative number on failure.
     virtual int ReceiveInputStream(char* buffer, unsigned int size) = 0;
+    /// Whether the source is open.
     virtual bool isInputStreamOpen() = 0;
+    /// Whether the source is in error.
     virtual bool isInputStreamInError() = 0;
+    /// Whether the source is at its end.
     virtual bool isInputStreamAtEnd() = 0;
-    /// Whether more may be received: open, not in error and not at the end.
+    /// Whether more bytes can be received: the source is open, not in error and not at its end.
     virtual bool isInputStreamGood();
-    /// How many bytes the whole input has, or -1 when that is unknown.
+    /// The size of the whole input in bytes, or -1 if it is unknown.
     virtual int GetInputStreamSize();
-    /// Does nothing, unless a source knows modes.
+    /// Sets the mode of delivery; does nothing in a source without modes.
     virtual void setInputMode(InputMode mode);
 };
 

@@ -6,9 +6,9 @@
 
 namespace utility {
 
-/// Counts and discards output, and gives a set number of zero bytes as input.
+/// Counts and discards output, and supplies a fixed number of zero bytes as input.
 ///
-/// It holds no data and never fails. One thread at a time.
+/// No operation fails. One thread at a time.
 ///
 ///     utility::NullStream sink(0);
 ///     sink.StartOutputStream();
@@ -16,31 +16,43 @@ namespace utility {
 ///     sink.outputCount();   // 5
 class VXUT_EXPORT NullStream : public framework::InputStream, public framework::OutputStream {
 public:
-    /// `inputSize`: the number of zero bytes that one input pass gives. Neither side is open yet.
+    /// `inputSize`: the number of zero bytes that can be read after each `StartInputStream`. The input and the output
+    /// are closed at construction.
     explicit NullStream(unsigned int inputSize);
     ~NullStream() override;
 
+    /// Opens the input with `inputSize` bytes to read; always returns true.
     bool StartInputStream() override;
+    /// Closes the input and discards its remaining bytes.
     void EndInputStream() override;
-    /// Writes zero bytes to `buffer`, as long as both `size` and the input last, and returns their number; never
-    /// negative. It works without `StartInputStream`, but then the input is empty. A null buffer takes nothing.
+    /// Fills `buffer` with zero bytes, at most `size` and at most the rest of the input. Returns their count, which is
+    /// never negative. Returns 0 and consumes nothing if `buffer` is null, and 0 before `StartInputStream`.
     int ReceiveInputStream(char* buffer, unsigned int size) override;
+    /// Whether the input is open.
     bool isInputStreamOpen() override;
+    /// Always returns false.
     bool isInputStreamInError() override;
+    /// Whether no input is left.
     bool isInputStreamAtEnd() override;
 
+    /// Opens the output; always returns true.
     bool StartOutputStream() override;
+    /// Closes the output.
     void EndOutputStream() override;
-    /// Counts `size` bytes and never reads them; false when output is not open.
+    /// Counts `size` bytes, without reading `data`. Returns false, and counts nothing, if the output is closed.
     bool SendOutputStream(const char* data, unsigned int size) override;
+    /// Whether the output is open.
     bool isOutputStreamOpen() override;
+    /// Always returns false.
     bool isOutputStreamInError() override;
+    /// Always returns false.
     bool isOutputStreamAtEnd() override;
 
-    /// Bytes discarded, and zero bytes given, since construction; both wrap round at 32 bits.
+    /// The number of bytes discarded since construction, modulo 2^32.
     unsigned int outputCount() const {
         return m_outputCount;
     }
+    /// The number of zero bytes supplied since construction, modulo 2^32.
     unsigned int inputCount() const {
         return m_inputCount;
     }

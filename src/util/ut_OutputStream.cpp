@@ -19,7 +19,7 @@ bool OutputStream::TransferFromInputStream(InputStream& in) {
             return false;
         if (count == 0)
             return true;
-        // No more than was asked for, whatever the input says.
+        // Do not trust the count: an input may report more than it was asked for.
         if (!SendOutputStream(block, std::min(static_cast<unsigned int>(count), blockSize)))
             return false;
     }

@@ -8,29 +8,32 @@ class InputStream;
 
 /// A sink of bytes.
 ///
-/// An output is started, sent to, and ended; what starting and ending mean is up to each sink. One thread at a time. No
-/// operation here throws, but a sink's own may.
+/// Callers start an output, send to it, and end it; each sink defines what starting and ending mean. One thread at a
+/// time. The operations of this class throw nothing; those of a sink may throw.
 ///
 ///     if (!out.TransferFromInputStream(in)) report();
 class VXUT_EXPORT OutputStream {
 public:
     virtual ~OutputStream();
 
-    /// Begins, or begins anew; false when that cannot be done.
+    /// Starts or restarts the output. Returns false on failure.
     virtual bool StartOutputStream() = 0;
-    /// Says that no more is coming.
+    /// Ends the output: the caller sends nothing further.
     virtual void EndOutputStream() = 0;
-    /// Takes `size` bytes from `data`; true when all were taken. The bytes are the caller's and are not kept.
+    /// Sends `size` bytes of `data`. Returns whether all were accepted. `data` need not stay valid after the call.
     virtual bool SendOutputStream(const char* data, unsigned int size) = 0;
-    /// Hands on what is held back; does nothing for a sink that holds nothing.
+    /// Passes on the bytes that the sink has buffered; does nothing in a sink without a buffer.
     virtual void FlushOutputStream();
-    /// Sends what is left of `in`, up to 16,384 bytes at a time, without starting or ending either. True when the input
-    /// gave 0 bytes, or ended without an error, and everything was taken.
+    /// Sends the rest of `in`, up to 16,384 bytes at a time. Starts and ends neither stream. Returns true if the sink
+    /// accepted every byte and `in` is then at its end without an error, or a receive returned 0 bytes.
     virtual bool TransferFromInputStream(InputStream& in);
+    /// Whether the sink is open.
     virtual bool isOutputStreamOpen() = 0;
+    /// Whether the sink is in error.
     virtual bool isOutputStreamInError() = 0;
+    /// Whether the sink is at its end.
     virtual bool isOutputStreamAtEnd() = 0;
-    /// Whether more may be sent: open, not in error and not at the end.
+    /// Whether more bytes can be sent: the sink is open, not in error and not at its end.
     virtual bool isOutputStreamGood();
 };
 
