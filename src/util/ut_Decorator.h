@@ -7,16 +7,16 @@ namespace utility {
 
 class PutStream;
 
-/// A hook through which a writer asks a stream to mark up what follows, without knowing what kind of stream it is.
+/// An interface for writers that mark up their output without knowing the kind of stream they write to.
 ///
-/// Here the hook does nothing; streams that can render decorations override it. It holds nothing and never fails.
+/// The operations of this class do nothing; streams that can render decorations override them. No operation fails.
 ///
 ///     stream.setDecoration(utility::Decorator::Heading);
 ///     stream.PutS("Ports\n");
 ///     stream.setDecoration(utility::Decorator::Normal);
 class VXUT_EXPORT Decorator {
 public:
-    /// What to mark up as, named as its token is in text.
+    /// The kinds of decoration; `toToken` names them.
     enum DecorationType : int {
         Normal = 0,
         Emphasis = 1,
@@ -59,12 +59,12 @@ public:
     Decorator();
     virtual ~Decorator();
 
-    /// Asks for `type` from here on; does nothing here.
+    /// Decorates the following output as `type`; does nothing in this class.
     virtual void setDecoration(DecorationType type);
-    /// The same, naming the stream that the decoration is meant for; null means none.
+    /// Decorates the following output of `stream` as `type`; `stream` may be null. Does nothing in this class.
     virtual void setDecoration(DecorationType type, PutStream* stream);
 
-    /// The token that names `type` in text; token 1153 for a type outside 0 to 35.
+    /// The token of the name of `type`; 1153 if `type` is out of range.
     static stringtoken toToken(DecorationType type);
 
 private:

@@ -10,8 +10,8 @@ namespace utility {
 
 namespace {
 
-const unsigned int pagingSwitch = 4679;
-const int smallestPage = 2;
+constexpr unsigned int pagingSwitch = 4679;
+constexpr int smallestPage = 2;
 
 } // namespace
 
@@ -53,10 +53,10 @@ bool PagingVirtualPutStream::SendOutputStream(const char* data, unsigned int siz
     if (data == nullptr && size > 0)
         return false;
     while (size > 0 && isTargetUsable()) {
-        const int room = WriteRemaining();
+        const int space = WriteRemaining();
         if (m_quit)
             return false;
-        const unsigned int count = std::min(size, static_cast<unsigned int>(boundedRoom(room)));
+        const unsigned int count = std::min(size, static_cast<unsigned int>(boundedRoom(space)));
         if (count == 0)
             return false;
         std::memmove(pHead(), data, count);
@@ -78,7 +78,7 @@ void PagingVirtualPutStream::FlushOutputStream() {
     Rewind();
 }
 
-/// Takes one screen line off the held bytes: up to the page width, a newline or a NUL.
+// Adds the bytes of one screen line to `*taken`: up to the page width, a newline or a NUL.
 void PagingVirtualPutStream::scanLine(int held, int* taken) {
     int column = m_column;
     while (column < m_width && *taken < held) {
@@ -92,7 +92,7 @@ void PagingVirtualPutStream::scanLine(int held, int* taken) {
     m_column = column % m_width;
 }
 
-/// How many of the held bytes fill the rest of the page.
+// How many of the bytes in the buffer fill the rest of the page.
 int PagingVirtualPutStream::fillPage() {
     const int held = boundedReadable(Buffer::ReadAvailable());
     int line = m_line;
@@ -101,7 +101,7 @@ int PagingVirtualPutStream::fillPage() {
         scanLine(held, &taken);
         ++line;
     }
-    // A partial line does not count until it ends.
+    // A partial line counts when it ends.
     if (m_column > 0)
         --line;
     m_line = std::max(line, 0) % (m_height - 1);

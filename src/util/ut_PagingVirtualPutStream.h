@@ -8,36 +8,41 @@ namespace utility {
 
 /// Shows long output on a console one page at a time.
 ///
-/// When more text is waiting than a page holds, the prompt "Press any key to continue (Q to quit)" is shown (translated
-/// by `vx_gettext`) and one key is read; Q or q drops the rest. Pages are counted across sends. The console is kept,
-/// not owned, and must outlive the stream. One thread at a time. Nothing is thrown by the paging itself; what the
-/// console refuses is dropped.
+/// If more text is left after a page, the prompt "Press any key to continue (Q to quit)" is shown (translated by
+/// `vx_gettext`) and one key is read; Q or q discards the rest. Lines count towards a page across sends. The console is
+/// not owned and must outlive the stream. One thread at a time. Paging itself throws nothing; text that the console
+/// refuses is discarded.
 ///
 ///     utility::PagingVirtualPutStream out(console, 80, 25, 4096, 2048);
 ///     if (!out.SendOutputStream(text, length)) return;   // the user has quit
 class VXUT_EXPORT PagingVirtualPutStream : public VirtualPutStream {
 public:
-    /// Pages of `width` columns and `height` lines, the prompt's line included; below 2 counts as 2. Own buffer of
-    /// `size` bytes, flushed when `flushThreshold` bytes are held. Throws code 1238 when there is no storage.
+    /// - `console`: where the pages are shown.
+    /// - `width`: the width of a page in columns (bytes); a value below 2 counts as 2.
+    /// - `height`: the height of a page in lines, including the line of the prompt; a value below 2 counts as 2.
+    /// - `size`: the size of the buffer in bytes. The stream allocates it; code 1238 if that fails.
+    /// - `flushThreshold`: writes flush the buffer when it holds this many bytes or more.
     PagingVirtualPutStream(framework::Console& console, int width, int height, int size, int flushThreshold);
-    /// The same over the caller's array of `size` bytes, the last of which is kept for the terminator.
+    /// Does the same with the caller's array `buffer` of `size` bytes; the last byte is reserved for the terminating
+    /// NUL.
     PagingVirtualPutStream(framework::Console& console, int width, int height, char* buffer, int size,
                            int flushThreshold);
     ~PagingVirtualPutStream() override;
 
-    /// Shows `size` bytes, and everything held before, at once. False when the user has quit or not all was taken.
+    /// Shows the content of the buffer and `size` bytes of `data` at once. Returns false if the user has quit or not
+    /// all bytes were accepted.
     bool SendOutputStream(const char* data, unsigned int size) override;
-    /// Shows what is held, page by page, and drops what is left of it after the user has quit.
+    /// Shows the content of the buffer page by page; discards the rest when the user quits.
     void FlushOutputStream() override;
-    /// Writes `length` of the held bytes, at most all; when more are held, prompts and waits for a key. True when the
-    /// next page is wanted.
+    /// Writes `length` bytes from the buffer, at most all of them. If bytes are left, prompts and waits for a key.
+    /// Returns true if the user wants the next page.
     bool flushPage(int length);
 
-    /// Whether the user has quit since the last `SendOutputStream` began.
+    /// Whether the user has quit since the start of the last `SendOutputStream`.
     bool hasQuit() const {
         return m_quit;
     }
-    /// The page size from the next page on; below 2 counts as 2.
+    /// Sets the page size, in columns and lines, from the next page on; values below 2 count as 2.
     void setPageSize(int width, int height);
 
 private:

@@ -10,8 +10,8 @@ namespace utility {
 
 namespace {
 
-const unsigned short defaultWidth = 80;
-const unsigned short defaultHeight = 25;
+constexpr unsigned short defaultWidth = 80;
+constexpr unsigned short defaultHeight = 25;
 
 } // namespace
 
@@ -46,9 +46,9 @@ void Terminal::update() {
 void windowResize(int signal) {
     if (signal != SIGWINCH)
         return;
-    const int interruptedError = errno;
+    const int savedErrno = errno;
     Terminal::instance()->update();
-    errno = interruptedError;
+    errno = savedErrno;
 }
 
 } // namespace utility

@@ -6,35 +6,36 @@
 
 namespace utility {
 
-/// The size of the process's terminal, kept up to date while its window changes.
+/// The size of the process's terminal, updated when its window is resized.
 ///
-/// The instance lives for the process and is never deleted. Its first use belongs in the main thread, before others use
-/// it; from then on any thread may ask, and may see columns and rows of two sizes for an instant. It never fails:
-/// without a terminal the size is 80 columns by 25 rows.
+/// The single instance is never deleted. Call `instance` first in the main thread, before other threads use it; after
+/// that any thread may read the size. During a resize, a reader may see the columns of one size and the rows of the
+/// other. No operation fails: without a terminal the size is 80 columns by 25 rows.
 ///
 ///     int columns = utility::Terminal::instance()->width();
 class VXUT_EXPORT Terminal {
 public:
-    /// 80 columns by 25 rows.
+    /// A size of 80 columns by 25 rows.
     Terminal();
     ~Terminal();
 
-    /// The one terminal, made on first use.
+    /// The single instance, created and initialized by the first call. The caller must not delete it.
     static Terminal* instance();
 
-    /// Reads the size and follows `SIGWINCH` from now on.
+    /// Reads the size and installs `windowResize` as the handler of `SIGWINCH`.
     void init();
-    /// Reads the size of the terminal on descriptor 1, else 2, else 0. Safe in a signal handler.
+    /// Reads the size of the terminal on descriptor 1, or else 2, or else 0. Async-signal-safe.
     void update();
-    /// Columns.
+    /// The width in columns.
     unsigned short width() const {
         return m_width.load(std::memory_order_relaxed);
     }
-    /// Rows.
+    /// The height in rows.
     unsigned short height() const {
         return m_height.load(std::memory_order_relaxed);
     }
 
+    /// The single instance; null before the first call of `instance`.
     static Terminal* o_instance;
 
 private:
@@ -42,7 +43,7 @@ private:
     std::atomic<unsigned short> m_height;
 };
 
-/// Signal handler for `SIGWINCH`: reads the terminal's size again. Ignores other signals.
+/// The signal handler for `SIGWINCH`: updates the terminal's size. Does nothing for other signals.
 VXUT_EXPORT void windowResize(int signal);
 
 } // namespace utility

@@ -11,13 +11,13 @@ namespace utility {
 
 namespace {
 
-const int mostFailures = 1000;
+constexpr int maxFailures = 1000;
 
 const char* truth(bool value) {
     return value ? pGStrue : pGSfalse;
 }
 
-// Offsets wrap round at 32 bits, as the numbers that callers give do.
+// Offsets wrap around at 32 bits, as the callers' unsigned offsets do.
 int sum(int a, int b) {
     return static_cast<int>(static_cast<unsigned int>(a) + static_cast<unsigned int>(b));
 }
@@ -52,13 +52,13 @@ VirtualGetStream::VirtualGetStream(int keepBehind, int lowWater)
       m_received(0),
       m_waitForData(true),
       m_trace(false),
-      m_behind(0) {}
+      m_terminator(0) {}
 
 VirtualGetStream::~VirtualGetStream() = default;
 
 void VirtualGetStream::dropRead() {
     if (m_maxIndex > ReadPosition()) {
-        // Measured without a refill, which would be in the middle of this one.
+        // Call the base class: `ReadAvailable` of this class would start a nested refill.
         const long long unneeded = static_cast<long long>(m_maxIndex) - ReadPosition() - m_keepBehind;
         const long long drop = std::min<long long>(unneeded, boundedReadable(Buffer::ReadAvailable()));
         if (drop > 0)
@@ -75,11 +75,11 @@ void VirtualGetStream::load() {
                   truth(isSourceAtEnd()));
     int failures = 0;
     while (m_source != nullptr && m_source->isInputStreamGood()) {
-        const int room = boundedRoom(WriteRemaining());
-        if (room == 0)
+        const int space = boundedRoom(WriteRemaining());
+        if (space == 0)
             return;
-        VXUT_TRACE_IF(m_trace, "fill at %d, for %d", WritePosition(), room);
-        const int got = m_source->ReceiveInputStream(pHead(), static_cast<unsigned int>(room));
+        VXUT_TRACE_IF(m_trace, "fill at %d, for %d", WritePosition(), space);
+        const int got = m_source->ReceiveInputStream(pHead(), static_cast<unsigned int>(space));
         VXUT_TRACE_IF(m_trace, "got %d", got);
         if (got > 0) {
             VXUT_TRACE_IF(m_trace, "received %d", got);
@@ -94,8 +94,8 @@ void VirtualGetStream::load() {
             m_source->EndInputStream();
             return;
         }
-        // A source that fails and yet calls itself good is asked again, but not for ever.
-        if (++failures >= mostFailures)
+        // Limit the retries for a source that fails but reports itself good.
+        if (++failures >= maxFailures)
             return;
     }
 }
@@ -143,10 +143,10 @@ char& VirtualGetStream::operator[](unsigned int index) {
         VXUT_THROW(FAILURE_STREAM_INDEX, "");
     }
     if (position == WritePosition()) {
-        // Nothing was received there yet, so whatever the storage held before would show.
+        // No byte was received here yet: show a NUL instead of old content of the storage.
         if (!isTerminable()) {
-            m_behind = 0;
-            return m_behind;
+            m_terminator = 0;
+            return m_terminator;
         }
         terminate();
     }

@@ -7,11 +7,13 @@ namespace utility {
 
 /// Reads input of any length through a buffer of fixed size, which is filled from a source stream on demand.
 ///
-/// The source is kept, not owned, and must outlive the stream; the buffer is the stream's own or the caller's array,
-/// which is never freed. Bytes can be looked at by their offset in the whole input as long as they are held. One thread
-/// at a time. A source that gives 0 bytes is asked again as long as it stays good, which a file at its end does not.
-/// With waiting off, 0 bytes end the input at once and "Response not received: Timed out" is logged, also at the end of
-/// a file. An offset that is not held throws code 1240.
+/// The source is not owned and must outlive the stream; the buffer is owned by the stream or is an array of the caller,
+/// which is never freed. A byte can be accessed by its offset in the whole input while it is in the buffer; any other
+/// offset throws code 1240. One thread at a time.
+///
+/// A receive of 0 bytes is repeated while the source is good; a file at its end is not good. If `setWaitForData` is
+/// off, a receive of 0 bytes ends the input at once and logs "Response not received: Timed out", even at the end of a
+/// file.
 ///
 ///     utility::FileInputStream file("/etc/hosts");
 ///     utility::VirtualGetStream in(file, 256, 16, 128, nullptr);
@@ -20,56 +22,61 @@ namespace utility {
 ///     }
 class VXUT_EXPORT VirtualGetStream : public GetStream {
 public:
-    /// A buffer of `size` bytes: the caller's `buffer`, or own storage when that is null (code 1238 when there is
-    /// none). `keepBehind` bytes stay held before the highest offset asked for; fewer than `lowWater` bytes held are a
-    /// reason to refill.
+    /// - `source`: where the bytes come from.
+    /// - `size`: the size of the buffer in bytes.
+    /// - `keepBehind`: how many bytes before the highest offset accessed stay in the buffer.
+    /// - `lowWater`: the buffer is refilled when it contains fewer unread bytes than this.
+    /// - `buffer`: the caller's array. If it is null, the stream allocates storage; code 1238 if that fails.
     VirtualGetStream(framework::InputStream& source, int size, int keepBehind, int lowWater, char* buffer);
-    /// No source and no storage; for derived classes, which set them with `setSource` and `allocBuffer`.
+    /// A stream without source and storage, for derived classes, which set them with `setSource` and `allocBuffer`.
     VirtualGetStream(int keepBehind, int lowWater);
     ~VirtualGetStream() override;
 
-    /// Drops what is no longer needed and receives once from the source.
+    /// Discards the bytes that are no longer needed and receives once from the source.
     void load();
-    /// Drops everything before `offset`, which becomes offset 0: callers count afresh from there. Throws code 1240 when
-    /// `offset` is not held.
+    /// Discards all bytes before `offset`, which becomes the new offset 0: callers count from there. Throws code 1240
+    /// if `offset` is not in the buffer.
     void MoveTo(unsigned int offset);
-    /// Makes the present read position offset 0.
+    /// Makes the current read position offset 0.
     void MoveTo();
 
-    /// Bytes held, after a refill when they are fewer than the low water mark.
+    /// The number of unread bytes, after a refill if they are fewer than `lowWater`.
     int ReadAvailable() const override;
-    /// The byte at `index` of the whole input, after a refill when it comes close to the end of what is held. At the
-    /// write position it is a NUL. An offset that was dropped or is not there yet throws code 1240 and is logged.
+    /// The byte at offset `index` of the whole input, after a refill if fewer than `lowWater` bytes follow it. At the
+    /// write position, the byte is a NUL. Throws code 1240, and logs, if the offset is not in the buffer: the byte was
+    /// discarded or not yet received.
     char& operator[](unsigned int index) override;
-    /// Starts the source and fills the buffer; the source's answer.
+    /// Starts the source and fills the buffer. Returns the source's result; false without a source.
     bool StartInputStream() override;
-    /// Ends the source and drops what is held.
+    /// Ends the source and discards the content of the buffer.
     void EndInputStream() override;
-    /// Copies at most `size` bytes, and no more than one buffer full; 0 when the source is exhausted.
+    /// Copies at most `size` bytes, and at most one buffer of bytes, to `buffer`. Returns the count, 0 if the source is
+    /// exhausted or `buffer` is null.
     int ReceiveInputStream(char* buffer, unsigned int size) override;
-    /// The source's states; a stream without a source is not open and at its end.
+    /// Whether the source is open; false without a source.
     bool isInputStreamOpen() override;
+    /// Whether the source is in error; false without a source.
     bool isInputStreamInError() override;
-    /// False while bytes are held.
+    /// Whether all bytes were read and the source is at its end; a missing source is at its end.
     bool isInputStreamAtEnd() override;
 
-    /// Whether a source that gives 0 bytes is asked again; true at construction. One that fails and stays good all the
-    /// same is asked again in any case, but while this is false no more than 1000 times in one refill.
+    /// Sets whether a receive of 0 bytes is repeated; on at construction. A failed receive is repeated in any case
+    /// while the source is good, but at most 1000 times in one refill if waiting is off.
     void setWaitForData(bool wait) {
         m_waitForData = wait;
     }
-    /// Traces each step; false at construction.
+    /// Sets whether each step is traced; off at construction.
     void setTrace(bool trace) {
         m_trace = trace;
     }
-    /// Bytes received from the source since the last start.
+    /// The number of bytes received from the source since the last start.
     int received() const {
         return m_received;
     }
 
 protected:
-    /// Reads from `source` from now on; null is no source. The source is kept, not owned; it is neither started nor
-    /// ended here. Bytes held from the former source stay readable, and offsets continue after them.
+    /// Reads from `source` from now on; null removes the source. The stream does not own, start or end the source.
+    /// Unread bytes of the previous source stay readable, and offsets continue after them.
     void setSource(framework::InputStream* source) {
         m_source = source;
     }
@@ -95,7 +102,7 @@ private:
     int m_received;
     bool m_waitForData;
     bool m_trace;
-    char m_behind; // stands for the byte behind a full array of the caller's
+    char m_terminator; // returned for the byte after a caller's array that is full
 };
 
 } // namespace utility

@@ -54,7 +54,7 @@ void VirtualPutStream::countTransferred(int count) {
 }
 
 int VirtualPutStream::WriteRemaining() const {
-    // Asking for room is what drains the buffer, so every operation that writes finds some.
+    // Flush here: every write operation calls this first.
     if (Buffer::ReadAvailable() >= m_flushThreshold)
         const_cast<VirtualPutStream*>(this)->FlushOutputStream();
     return Buffer::WriteRemaining();
@@ -95,7 +95,7 @@ bool VirtualPutStream::SendOutputStream(const char* data, unsigned int size) {
         const unsigned int count = std::min(size, static_cast<unsigned int>(boundedRoom(WriteRemaining())));
         if (count == 0)
             return false;
-        std::memmove(pHead(), data, count); // the data may lie in the buffer, which was just flushed
+        std::memmove(pHead(), data, count); // `data` may be in the buffer itself
         WriteAdvance(static_cast<int>(count));
         data += count;
         size -= count;
@@ -107,33 +107,33 @@ bool VirtualPutStream::SendOutputStream(const char* data, unsigned int size) {
 void VirtualPutStream::PutB(const char* data, int length) {
     if (data == nullptr)
         return;
-    int room = boundedRoom(WriteRemaining());
+    int space = boundedRoom(WriteRemaining());
     while (length > 0) {
-        const int count = std::min(length, room);
+        const int count = std::min(length, space);
         if (count > 0)
             std::memmove(pHead(), data, static_cast<std::size_t>(count));
         WriteAdvance(count);
         data += count;
         length -= count;
-        room = boundedRoom(WriteRemaining());
-        if (room > 0 || length == 0)
+        space = boundedRoom(WriteRemaining());
+        if (space > 0 || length == 0)
             continue;
         if (isTargetUsable())
-            room = boundedRoom(WriteRemaining());
-        // A target that leaves no room twice in a row will not make any.
-        if (room < 1)
+            space = boundedRoom(WriteRemaining());
+        // Give up on a target that refuses two flushes in a row.
+        if (space < 1)
             break;
     }
     if (length < 1)
         return;
     if (isNoThrow()) {
         framework::Logger::StaticLog(framework::Logger::LOG_ERROR,
-                                     "PutStream::PutB: Didn't fit. size=%d remaining=%d msg='%.*s'", length, room,
+                                     "PutStream::PutB: Didn't fit. size=%d remaining=%d msg='%.*s'", length, space,
                                      std::min(length, 200), data);
         return;
     }
     char text[200];
-    std::snprintf(text, sizeof text, "Didn't fit. size=%d remaining=%d msg='%.*s'", length, room, std::min(length, 90),
+    std::snprintf(text, sizeof text, "Didn't fit. size=%d remaining=%d msg='%.*s'", length, space, std::min(length, 90),
                   data);
     VXUT_THROW(FAILURE_BUFFER, text);
 }

@@ -5,18 +5,20 @@
 
 namespace utility {
 
-/// Formats output of any length through a buffer of fixed size, which is handed to a target stream whenever it fills.
+/// Formats output of any length through a buffer of fixed size, which is sent to a target stream whenever it fills.
 ///
-/// The target is kept, not owned, and must outlive the stream; the buffer is the stream's own or the caller's array.
-/// What is held is not flushed by the destructor. One thread at a time. Output for a target that is closed or in error
-/// is thrown away, so that it never blocks the writer; a target that is alive but refuses a send keeps its bytes
-/// queued. Code 1239 is thrown for what fits neither into the buffer nor through it; with the no-throw flag it is
-/// logged and dropped.
+/// The target is not owned and must outlive the stream; the buffer is owned by the stream or is an array of the caller.
+/// The destructor does not flush: call `FlushOutputStream` or `EndOutputStream` first. One thread at a time.
 ///
-/// A target that answers false cannot tell how much of the send it took. All bytes of the send stay queued and are sent
-/// again, so the reader sees twice what was taken: after a short write of `FileOutputStream`, for example. If no byte
-/// may arrive twice, use a target that repeats short writes until the send is complete, and that goes into the error
-/// state if it cannot complete it: the rest is then dropped.
+/// - Output to a target that is closed or in error is discarded, so it never blocks the writer.
+/// - Bytes that a usable target refuses stay in the buffer.
+/// - If bytes are left that the target does not accept and the buffer cannot hold, code 1239 is thrown; with the
+///   no-throw flag, they are logged and discarded.
+///
+/// A target that returns false does not report how many bytes it accepted. All bytes of the send stay in the buffer and
+/// are sent again, so the reader gets the accepted ones twice, for example after a short write of `FileOutputStream`.
+/// If no byte may arrive twice, use a target that repeats short writes until the send is complete, and that enters the
+/// error state if it cannot complete it: the rest is then discarded.
 ///
 ///     utility::FileOutputStream file("/tmp/ports", false, 0600);
 ///     utility::VirtualPutStream out(file, 256, 200);
@@ -24,49 +26,60 @@ namespace utility {
 ///     out.FlushOutputStream();
 class VXUT_EXPORT VirtualPutStream : public PutStream {
 public:
-    /// Own buffer of `size` bytes, flushed when `flushThreshold` bytes are held: never by itself when that is more than
-    /// `size`, at every write when it is below 1. Throws code 1238 when there is no storage.
+    /// Allocates a buffer of `size` bytes. Writes flush it when it holds `flushThreshold` bytes or more: never if the
+    /// threshold exceeds `size`, at every write if it is below 1. Throws code 1238 if the allocation fails or `size` is
+    /// negative.
     VirtualPutStream(framework::OutputStream& target, int size, int flushThreshold);
-    /// The caller's array of `size` bytes, the last of which is kept for the terminator.
+    /// Uses the caller's array `buffer` of `size` bytes; the last byte is reserved for the terminating NUL. Nothing
+    /// fits if `buffer` is null or `size` is below 1.
     VirtualPutStream(framework::OutputStream& target, char* buffer, int size, int flushThreshold);
-    /// No target and no storage; for derived classes that supply their own flushing.
+    /// A stream without target and storage, for derived classes that implement their own flushing.
     explicit VirtualPutStream(int flushThreshold);
     ~VirtualPutStream() override;
 
-    /// Ends an earlier use, drops what is left of it, and starts the target; the target's answer.
+    /// Calls `EndOutputStream`, discards what is left in the buffer, and starts the target. Returns the target's
+    /// result; false without a target.
     bool StartOutputStream() override;
-    /// Flushes and ends the target.
+    /// Flushes the buffer and ends the target.
     void EndOutputStream() override;
-    /// Takes `size` bytes: straight to the target when nothing is held and output is not to be held, else through the
-    /// buffer. True when all were taken.
+    /// Sends `size` bytes of `data`: directly to the target if the buffer is empty and `setHoldOutput` is off,
+    /// otherwise through the buffer. Returns whether all were accepted; false if `data` is null and `size` is not 0.
     bool SendOutputStream(const char* data, unsigned int size) override;
+    /// Sends the buffer to the target. Discards it if the target is closed or in error; keeps it if a usable target
+    /// refuses it.
     void FlushOutputStream() override;
-    /// The target's states; a stream without a target is not open.
+    /// Whether the target is open; false without a target.
     bool isOutputStreamOpen() override;
+    /// Whether the target is in error; false without a target.
     bool isOutputStreamInError() override;
+    /// Whether the target is at its end; false without a target.
     bool isOutputStreamAtEnd() override;
-    /// Writes `length` bytes of `data`, flushing as often as it takes; null writes nothing.
+    /// Writes `length` bytes of `data` and flushes as often as needed; does nothing if `data` is null.
     void PutB(const char* data, int length) override;
-    /// The room in the buffer, after a flush when the threshold is reached.
+    /// The free space in the buffer, after a flush if the threshold is reached.
     int WriteRemaining() const override;
 
-    /// Whether sends go through the buffer also when nothing is held; false at construction.
+    /// Sets whether sends go through the buffer even if it is empty; off at construction.
     void setHoldOutput(bool hold) {
         m_holdOutput = hold;
     }
-    /// Traces each flush; false at construction.
+    /// Sets whether each flush is traced; off at construction.
     void setTrace(bool trace) {
         m_trace = trace;
     }
-    /// Bytes handed from the buffer to the target since the last start.
+    /// The number of bytes sent from the buffer to the target since the last start. Sends that bypass the buffer do not
+    /// count.
     int transferred() const {
         return m_transferred;
     }
 
 protected:
+    /// Whether there is a target that is open and not in error.
     bool isTargetUsable() const;
+    /// Adds `count` to the bytes transferred.
     void countTransferred(int count);
 
+    /// The target; null if there is none.
     framework::OutputStream* m_target;
 
 private:
