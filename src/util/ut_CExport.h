@@ -2,7 +2,7 @@
 
 #include "ut_Platform.h"
 
-// What the headers for C use; those for C++ include ut_Export.h.
+// For the headers that C programs include; C++ headers include ut_Export.h.
 
-/// Marks what the shared library offers; everything else is hidden.
+/// Exports a symbol from the shared library; all other symbols are hidden.
 #define VXUT_EXPORT __attribute__((visibility("default")))

@@ -4,13 +4,15 @@
 
 #include "fw_Exception.h"
 
-// The failure convention in one place: a failure is thrown as a pointer to a new `framework::Exception` that carries
-// the code, the bare name of the source file, the line, the signature text of the throwing operation and a message. The
-// catcher owns the object. Not for callers of the library: it has no symbols outside it.
+// Throws failures for the library's sources; not for callers of the library, and not exported.
+//
+// A failure is thrown as a pointer to a new `framework::Exception`, which contains the code, the source file's name
+// without directory and extension, the line, the signature text of the throwing operation and a message. The catcher
+// deletes the object.
 
 namespace utility {
 
-/// The last component of a source path without its extension, cut out at compile time.
+/// The last component of a source path without its extension, truncated to 63 characters, computed at compile time.
 struct SourceFileName {
     char text[64] = {};
 
@@ -27,15 +29,17 @@ struct SourceFileName {
     }
 };
 
+/// Throws a new `framework::Exception` with these values.
 [[noreturn]] void throwFailure(unsigned int code, const char* file, int line, const char* function, const char* message,
                                bool flag);
 
 } // namespace utility
 
-/// Throws `framework::Exception::code`, such as FAILURE_INDEX, with `message` from here.
+/// Throws a failure from the current line, with `message`. `code` is an enumerator of `framework::Exception`, such as
+/// FAILURE_INDEX; the flag is true.
 #define VXUT_THROW(code, message) VXUT_THROW_FLAGGED(code, message, true)
 
-/// The same with the last word of the exception given: false only for invalid dates.
+/// Does what `VXUT_THROW` does, with the exception's flag given; it is false only for invalid dates.
 #define VXUT_THROW_FLAGGED(code, message, flag)                                                                        \
     do {                                                                                                               \
         static constexpr ::utility::SourceFileName sourceFileName(__FILE__);                                           \

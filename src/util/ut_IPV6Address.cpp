@@ -78,8 +78,8 @@ char* IPV6Address::toBuffer(char* buf, unsigned int size) const {
 
 void IPV6Address::toPutStream(PutStream& out) const {
     WriteHead head(out);
-    inet_ntop(AF_INET6, m_groups, head.place(), head.room());
-    head.advance(head.place());
+    inet_ntop(AF_INET6, m_groups, head.start(), head.capacity());
+    head.advance(head.start());
 }
 
 void IPV6Address::set(IPV6Address* other) {

@@ -25,7 +25,7 @@ bool PortAddress::operator!=(const PortAddress& other) const {
 
 void PortAddress::toPutStream(PutStream& out) const {
     WriteHead head(out);
-    head.advance(toBuffer(head.place(), head.room()));
+    head.advance(toBuffer(head.start(), head.capacity()));
 }
 
 PortAddress::PortType PortAddress::StrToPortType(const char* text) {

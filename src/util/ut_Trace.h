@@ -3,41 +3,43 @@
 #include "fw_Logger.h"
 #include "ut_Debug.h"
 
-// How the library's sources log. Not for callers of the library.
+// Logs and traces for the library's sources; not for callers of the library.
 
-/// Logs a formatted text tagged with the signature text and the line of this place.
+/// Logs a formatted text with the signature text of the current function and the current line.
 #define VXUT_LOG(type, ...) VXUT_LOG_AS(__PRETTY_FUNCTION__, type, __VA_ARGS__)
 
-/// The same, tagged with the signature text `function` of the operation that a caller has called.
+/// Logs a formatted text with the signature text `function`, for helpers that log on behalf of a public operation.
 #define VXUT_LOG_AS(function, type, ...) ::framework::Logger::StaticLogMethod(type, function, __LINE__, __VA_ARGS__)
 
-/// The same at level 3, only while `condition` holds.
+/// Logs at level 3 if `condition` is true.
 #define VXUT_TRACE_IF(condition, ...)                                                                                  \
     do {                                                                                                               \
         if (condition)                                                                                                 \
             VXUT_LOG(::framework::Logger::LOG_DEBUG, __VA_ARGS__);                                                     \
     } while (false)
 
-/// The same while debug switch number `debugSwitch` is on.
+/// Logs at level 3 if debug switch number `debugSwitch` is on.
 #define VXUT_TRACE(debugSwitch, ...) VXUT_TRACE_IF(::utility::Debug::isDebugOn(debugSwitch), __VA_ARGS__)
 
-/// The same, tagged with the signature text `function` of the operation that a caller has called.
+/// Does what `VXUT_TRACE` does, with the signature text `function`, for helpers that trace on behalf of a public
+/// operation.
 #define VXUT_TRACE_AS(function, debugSwitch, ...)                                                                      \
     do {                                                                                                               \
         if (::utility::Debug::isDebugOn(debugSwitch))                                                                  \
             VXUT_LOG_AS(function, ::framework::Logger::LOG_DEBUG, __VA_ARGS__);                                        \
     } while (false)
 
-/// The same through the debug method of the entity whose operation this is.
+/// Does what `VXUT_TRACE_AS` does, through `LogMethodDebug` of the current object, which is an entity.
 #define VXUT_TRACE_ENTITY_AS(function, debugSwitch, ...)                                                               \
     do {                                                                                                               \
         if (::utility::Debug::isDebugOn(debugSwitch))                                                                  \
             LogMethodDebug(function, __LINE__, __VA_ARGS__);                                                           \
     } while (false)
 
+/// Does what `VXUT_TRACE` does, through `LogMethodDebug` of the current object, which is an entity.
 #define VXUT_TRACE_ENTITY(debugSwitch, ...) VXUT_TRACE_ENTITY_AS(__PRETTY_FUNCTION__, debugSwitch, __VA_ARGS__)
 
-/// The method entry marker at level 4, while debug switch number `debugSwitch` is on.
+/// Logs the method entry marker at level 4 if debug switch number `debugSwitch` is on.
 #define VXUT_TRACE_ENTER(debugSwitch)                                                                                  \
     do {                                                                                                               \
         if (::utility::Debug::isDebugOn(debugSwitch))                                                                  \

@@ -7,17 +7,17 @@
 
 namespace utility {
 
-WriteHead::WriteHead(Buffer& buffer) : m_buffer(buffer), m_place(&m_nowhere), m_room(0), m_nowhere(0) {
+WriteHead::WriteHead(Buffer& buffer) : m_buffer(buffer), m_start(&m_dummy), m_capacity(0), m_dummy(0) {
     const int remaining = buffer.WriteRemaining();
     const int position = buffer.WritePosition();
     if (buffer.pBuffer() == nullptr || position < 0 || position >= buffer.Size())
         return;
-    m_place = buffer.pHead();
-    m_room = static_cast<unsigned int>(std::clamp(remaining, 0, buffer.Size() - position));
+    m_start = buffer.pHead();
+    m_capacity = static_cast<unsigned int>(std::clamp(remaining, 0, buffer.Size() - position));
 }
 
 void WriteHead::advance(const char* text) {
-    m_buffer.WriteAdvance(text != nullptr ? static_cast<int>(strnlen(text, m_room)) : 0);
+    m_buffer.WriteAdvance(text != nullptr ? static_cast<int>(strnlen(text, m_capacity)) : 0);
 }
 
 } // namespace utility

@@ -4,36 +4,39 @@ namespace utility {
 
 class Buffer;
 
-/// The room at a buffer's write position, for texts that are written there without the stream's own operations.
+/// The space at a buffer's write position, for code that writes text there directly instead of through a stream.
 ///
-/// The buffer is the caller's. A buffer without storage, or with a write position outside it, offers no room. For the
-/// library's sources, not for its callers. `advance` fails as `Buffer::WriteAdvance` does.
+/// The buffer is not owned and must outlive this object. The capacity is 0 if the buffer has no storage or its write
+/// position is outside the storage. For the library's sources, not for its callers. `advance` fails as
+/// `Buffer::WriteAdvance` does.
 ///
 ///     WriteHead head(stream);
-///     inet_ntop(AF_INET, &address, head.place(), head.room());
-///     head.advance(head.place());
+///     inet_ntop(AF_INET, &address, head.start(), head.capacity());
+///     head.advance(head.start());
 class WriteHead {
 public:
-    /// Asks the buffer how much may still be written, which makes a stream with a target write out first.
+    /// Calls `buffer.WriteRemaining`, so a stream with a target may flush first.
     explicit WriteHead(Buffer& buffer);
     WriteHead(const WriteHead&) = delete;
     WriteHead& operator=(const WriteHead&) = delete;
 
-    /// Where to write, and how many bytes at most; never null, also when there is no room.
-    char* place() const {
-        return m_place;
+    /// Where to write; never null, even if the capacity is 0.
+    char* start() const {
+        return m_start;
     }
-    unsigned int room() const {
-        return m_room;
+    /// The number of bytes that can be written.
+    unsigned int capacity() const {
+        return m_capacity;
     }
-    /// Moves the write position behind `text`, which ends at its terminator or at the end of the room; null is empty.
+    /// Moves the write position past `text`, which ends at its NUL, or after `capacity()` bytes if these contain none.
+    /// A null `text` counts as empty.
     void advance(const char* text);
 
 private:
     Buffer& m_buffer;
-    char* m_place;
-    unsigned int m_room;
-    char m_nowhere;
+    char* m_start;
+    unsigned int m_capacity;
+    char m_dummy; // target of `m_start` if the capacity is 0
 };
 
 } // namespace utility
