@@ -54,15 +54,15 @@ Words split(const char* text) {
 }
 
 std::string textOf(const Arguments& arguments, unsigned int first = 0) {
-    std::size_t room = 8;
+    std::size_t capacity = 8;
     for (const std::string& word : wordsOf(arguments))
-        room += word.size() + 3;
-    utility::BufferStream out(static_cast<int>(room));
+        capacity += word.size() + 3;
+    utility::BufferStream out(static_cast<int>(capacity));
     arguments.ToString(first, out);
     return std::string(out.pTail(), static_cast<std::size_t>(out.ReadAvailable()));
 }
 
-/// Whether a text keeps the word: `ToString` writes quotes around words with blanks alone, and has no escape.
+// Whether `ToString` can express the word: it quotes only words with blanks, and cannot escape quotes.
 bool survivesItsText(const std::string& word) {
     if (word.find(' ') != std::string::npos)
         return word.find('"') == std::string::npos;
@@ -84,14 +84,14 @@ TEST(Arguments, QuotesGroupWords) {
     EXPECT_FALSE(arguments.quoteUnmatched());
 }
 
-TEST(Arguments, AnUnmatchedQuoteIsRememberedAndWrittenBackOpen) {
+TEST(Arguments, UnmatchedQuoteIsRecordedAndWrittenBackOpen) {
     const Arguments arguments("x \"y");
     EXPECT_EQ(wordsOf(arguments), (Words{"x", "y"}));
     EXPECT_TRUE(arguments.quoteUnmatched());
     EXPECT_EQ(textOf(arguments), "x \"y");
 }
 
-TEST(Arguments, NullTheEmptyTextAndWhiteSpaceHaveNoWords) {
+TEST(Arguments, NullEmptyAndBlankTextsHaveNoWords) {
     for (const char* const text : {static_cast<const char*>(nullptr), "", " ", "\t\n\v\f\r ", "          "}) {
         const Arguments arguments(text);
         EXPECT_EQ(arguments.ArgCount(), 0U);
@@ -101,7 +101,7 @@ TEST(Arguments, NullTheEmptyTextAndWhiteSpaceHaveNoWords) {
     }
 }
 
-TEST(Arguments, AnyWhiteSpaceSeparatesAndNoneIsKept) {
+TEST(Arguments, WhiteSpaceSeparatesAndIsRemoved) {
     EXPECT_EQ(split("\t a\tb\nc\vd\fe\rf  g \r\n"), (Words{"a", "b", "c", "d", "e", "f", "g"}));
 }
 
@@ -114,7 +114,7 @@ TEST(Arguments, EveryOtherByteBelongsToAWord) {
     }
 }
 
-TEST(Arguments, AnEmptyPairOfQuotesIsAnEmptyWord) {
+TEST(Arguments, EmptyPairOfQuotesIsAnEmptyWord) {
     EXPECT_EQ(split("\"\""), (Words{""}));
     EXPECT_EQ(split("a \"\" b"), (Words{"a", "", "b"}));
     EXPECT_EQ(split("\"\"\"\""), (Words{"", ""}));
@@ -126,23 +126,23 @@ TEST(Arguments, QuotesInsideAWordAreOrdinaryCharacters) {
     EXPECT_FALSE(arguments.quoteUnmatched());
 }
 
-TEST(Arguments, AWordDirectlyBehindAClosingQuoteIsANewWord) {
+TEST(Arguments, TextDirectlyAfterAClosingQuoteIsANewWord) {
     EXPECT_EQ(split("\"a b\"c"), (Words{"a b", "c"}));
     EXPECT_EQ(split("\"a\"\"b\""), (Words{"a", "b"}));
     EXPECT_EQ(split("\"a\"b\"c"), (Words{"a", "b\"c"}));
 }
 
-TEST(Arguments, ThereIsNoEscapeCharacter) {
+TEST(Arguments, BackslashIsNotAnEscape) {
     const Arguments arguments("\"a\\\" b\\ c");
     EXPECT_EQ(wordsOf(arguments), (Words{"a\\", "b\\", "c"}));
     EXPECT_FALSE(arguments.quoteUnmatched());
 }
 
-TEST(Arguments, AQuotedWordKeepsItsWhiteSpace) {
+TEST(Arguments, QuotedWordKeepsItsWhiteSpace) {
     EXPECT_EQ(split("\" \t\n a  \""), (Words{" \t\n a  "}));
 }
 
-TEST(Arguments, ALoneQuoteIsAnEmptyWordInAnOpenQuote) {
+TEST(Arguments, SingleQuoteIsAnEmptyWordInAnOpenQuote) {
     for (const char* const text : {"\"", "  \"", "\"\"\""}) {
         const Arguments arguments(text);
         EXPECT_TRUE(arguments.quoteUnmatched()) << text;
@@ -153,7 +153,7 @@ TEST(Arguments, ALoneQuoteIsAnEmptyWordInAnOpenQuote) {
     EXPECT_EQ(split("\"a b "), (Words{"a b "}));
 }
 
-TEST(Arguments, FurtherTextsAddTheirWords) {
+TEST(Arguments, AddArgsAppendsWords) {
     Arguments arguments("a");
     arguments.addArgs("b \"c d\"");
     arguments.addArgs("");
@@ -166,7 +166,7 @@ TEST(Arguments, FurtherTextsAddTheirWords) {
     EXPECT_EQ(wordsOf(arguments), (Words{"a", "b", "c d", "e", "f"}));
 }
 
-TEST(Arguments, AFurtherTextLeavesTheUnmatchedQuoteSet) {
+TEST(Arguments, AddArgsKeepsTheUnmatchedQuoteSet) {
     Arguments arguments("\"a");
     arguments.addArgs("b");
     EXPECT_TRUE(arguments.quoteUnmatched());
@@ -174,14 +174,14 @@ TEST(Arguments, AFurtherTextLeavesTheUnmatchedQuoteSet) {
     EXPECT_EQ(textOf(arguments), "a \"b");
 }
 
-TEST(Arguments, KeepsCopies) {
+TEST(Arguments, StoresCopies) {
     std::string text = "one \"two three\"";
     Arguments arguments(text.c_str());
     text.assign(text.size(), '#');
     EXPECT_EQ(wordsOf(arguments), (Words{"one", "two three"}));
 }
 
-TEST(Arguments, Takes100000Words) {
+TEST(Arguments, Accepts100000Words) {
     std::string text;
     for (int i = 0; i < 100000; ++i)
         text += (i % 3 == 0 ? "\"" + std::to_string(i) + " x\"" : std::to_string(i)) + (i % 2 == 0 ? " " : "\t\n");
@@ -195,14 +195,14 @@ TEST(Arguments, Takes100000Words) {
     EXPECT_EQ(split(textOf(arguments).c_str()), wordsOf(arguments));
 }
 
-TEST(Arguments, TakesAWordOfAMillionCharacters) {
+TEST(Arguments, AcceptsAWordOfAMillionCharacters) {
     const std::string word(1000000, 'w');
     EXPECT_EQ(split(("a " + word + " \"" + word + " " + word + "\"").c_str()), (Words{"a", word, word + " " + word}));
 }
 
 // argc and argv
 
-TEST(Arguments, TakesTheWordsOfTheProcessAsTheyAre) {
+TEST(Arguments, CopiesTheWordsOfArgvUnchanged) {
     char name[] = "console", option[] = "-f", quoted[] = "\"b c\"", blank[] = " d  e ", empty[] = "", open[] = "\"x";
     char* argv[] = {name, option, quoted, blank, empty, open, nullptr};
     const Arguments arguments(6, argv);
@@ -212,7 +212,7 @@ TEST(Arguments, TakesTheWordsOfTheProcessAsTheyAre) {
     EXPECT_STREQ(arguments.ArgValue(0), "console");
 }
 
-TEST(Arguments, PassesOverNullEntriesOfArgv) {
+TEST(Arguments, SkipsNullEntriesOfArgv) {
     char first[] = "a", last[] = "b";
     char* argv[] = {nullptr, first, nullptr, last, nullptr};
     EXPECT_EQ(wordsOf(Arguments(5, argv)), (Words{"a", "b"}));
@@ -220,7 +220,7 @@ TEST(Arguments, PassesOverNullEntriesOfArgv) {
     EXPECT_EQ(wordsOf(Arguments(1, argv)), Words{});
 }
 
-TEST(Arguments, WithoutArgvThereAreNoWords) {
+TEST(Arguments, NullArgvHasNoWords) {
     char word[] = "a";
     char* argv[] = {word, nullptr};
     EXPECT_EQ(wordsOf(Arguments(0, argv)), Words{});
@@ -229,7 +229,7 @@ TEST(Arguments, WithoutArgvThereAreNoWords) {
     EXPECT_EQ(wordsOf(Arguments(3, nullptr)), Words{});
 }
 
-// Look-ups
+// Lookups
 
 TEST(Arguments, WordsOutOfRangeAreNull) {
     const Arguments arguments("a b");
@@ -239,7 +239,7 @@ TEST(Arguments, WordsOutOfRangeAreNull) {
     EXPECT_EQ(arguments.ArgValue(0x80000000u), nullptr);
 }
 
-TEST(Arguments, LookUpsIgnoreCase) {
+TEST(Arguments, LookupsIgnoreCase) {
     const Arguments arguments("Show -FILE x -file y \"two Words\"");
     EXPECT_TRUE(arguments.isArg("sHOW"));
     EXPECT_TRUE(arguments.isArg("TWO wORDS"));
@@ -270,7 +270,7 @@ TEST(Arguments, FindsTheTextOfAToken) {
     EXPECT_EQ(arguments.ArgIndexByToken(NOWHERE), NOWHERE);
 }
 
-TEST(Arguments, TheValueOfASwitchIsTheWordBehindItsFirstMatch) {
+TEST(Arguments, ArgStringIsTheWordAfterTheFirstMatch) {
     const Arguments arguments("-a 1 -a 2 -b");
     EXPECT_STREQ(arguments.ArgString("-a"), "1");
     EXPECT_STREQ(arguments.ArgString("-A"), "1");
@@ -295,7 +295,7 @@ TEST(Arguments, ArgIntIsTheNumberAtTheStartOfTheValue) {
     EXPECT_EQ(arguments.ArgInt("-k"), 0);
 }
 
-TEST(Arguments, NullWordsAreFoundNowhere) {
+TEST(Arguments, NullWordsAreNotFound) {
     const Arguments arguments("a \"\" (null)");
     EXPECT_FALSE(arguments.isArg(nullptr));
     EXPECT_EQ(arguments.ArgIndex(nullptr), NOWHERE);
@@ -305,7 +305,7 @@ TEST(Arguments, NullWordsAreFoundNowhere) {
 
 // Changes
 
-TEST(Arguments, AddArgTakesAWordAsItIs) {
+TEST(Arguments, AddArgAppendsAWordUnchanged) {
     Arguments arguments(nullptr);
     for (const char* const word : {"a", " b c ", "\"d\"", "", "\t"})
         arguments.AddArg(word);
@@ -313,7 +313,7 @@ TEST(Arguments, AddArgTakesAWordAsItIs) {
     EXPECT_FALSE(arguments.quoteUnmatched());
 }
 
-TEST(Arguments, NullWordsAreAddedNowhere) {
+TEST(Arguments, NullWordsAreNotAdded) {
     Arguments arguments("a b");
     arguments.AddArg(nullptr);
     EXPECT_EQ(arguments.ArgCount(), 2U);
@@ -333,7 +333,7 @@ TEST(Arguments, ModifyArgReplacesAWordInRange) {
     EXPECT_EQ(none.ArgCount(), 0U);
 }
 
-TEST(Arguments, DeleteArgByIndexTakesOutAWordInRange) {
+TEST(Arguments, DeleteArgByIndexDeletesAWordInRange) {
     Arguments arguments("a b c d");
     arguments.DeleteArg(1U);
     EXPECT_EQ(wordsOf(arguments), (Words{"a", "c", "d"}));
@@ -348,7 +348,7 @@ TEST(Arguments, DeleteArgByIndexTakesOutAWordInRange) {
     EXPECT_EQ(arguments.ArgCount(), 0U);
 }
 
-TEST(Arguments, DeleteArgByWordTakesOutEveryEqualOneIgnoringCase) {
+TEST(Arguments, DeleteArgByWordDeletesEveryEqualWordIgnoringCase) {
     Arguments arguments("x a X b xx \"\" x x");
     arguments.DeleteArg("X");
     EXPECT_EQ(wordsOf(arguments), (Words{"a", "b", "xx", ""}));
@@ -360,7 +360,7 @@ TEST(Arguments, DeleteArgByWordTakesOutEveryEqualOneIgnoringCase) {
     EXPECT_EQ(wordsOf(arguments), (Words{"a", "b", "xx"}));
 }
 
-TEST(Arguments, DeleteArgByWordLooksAtEachOf100000WordsOnce) {
+TEST(Arguments, DeleteArgByWordComparesEachOf100000WordsOnce) {
     std::string text;
     for (int i = 0; i < 80000; ++i)
         text += std::to_string(i) + " ";
@@ -376,7 +376,7 @@ TEST(Arguments, DeleteArgByWordLooksAtEachOf100000WordsOnce) {
         ASSERT_EQ(arguments.ArgValue(i), std::to_string(i));
 }
 
-TEST(Arguments, ItsOwnWordsMayBeGivenBackToIt) {
+TEST(Arguments, AcceptsItsOwnWords) {
     Arguments arguments("one Two ONE one");
     arguments.AddArg(arguments.ArgValue(1));
     arguments.ModifyArg(1, arguments.ArgValue(0));
@@ -395,7 +395,7 @@ TEST(Arguments, ItsOwnWordsMayBeGivenBackToIt) {
 
 // Writing back
 
-TEST(Arguments, ToStringQuotesWordsWithBlanksAlone) {
+TEST(Arguments, ToStringQuotesOnlyWordsWithBlanks) {
     Arguments arguments("show \"my notes\" a\"b");
     arguments.AddArg("tab\there");
     arguments.AddArg("");
@@ -403,7 +403,7 @@ TEST(Arguments, ToStringQuotesWordsWithBlanksAlone) {
     EXPECT_EQ(textOf(arguments), "show \"my notes\" a\"b tab\there  \" \"");
 }
 
-TEST(Arguments, ToStringBeginsAtTheFirstWordAskedFor) {
+TEST(Arguments, ToStringBeginsAtTheGivenIndex) {
     const Arguments arguments("a \"b c\" d");
     EXPECT_EQ(textOf(arguments, 1), "\"b c\" d");
     EXPECT_EQ(textOf(arguments, 2), "d");
@@ -413,7 +413,7 @@ TEST(Arguments, ToStringBeginsAtTheFirstWordAskedFor) {
     EXPECT_EQ(textOf(Arguments("a \"b"), 2), "");
 }
 
-TEST(Arguments, TheOpenQuoteIsWrittenBeforeTheLastWordOnly) {
+TEST(Arguments, OpenQuoteIsWrittenBeforeTheLastWordOnly) {
     EXPECT_EQ(textOf(Arguments("\"a b\" \"c d")), "\"a b\" \"c d");
     Arguments arguments("a \"b c");
     arguments.AddArg("d");
@@ -422,7 +422,7 @@ TEST(Arguments, TheOpenQuoteIsWrittenBeforeTheLastWordOnly) {
     EXPECT_EQ(textOf(arguments), "a \"b c");
 }
 
-TEST(Arguments, ToStringReturnsTheEndOfWhatWasWritten) {
+TEST(Arguments, ToStringReturnsTheEndOfTheText) {
     char text[32] = "";
     utility::PutStream out(text, sizeof text);
     out.PutS("> ");
@@ -434,7 +434,7 @@ TEST(Arguments, ToStringReturnsTheEndOfWhatWasWritten) {
     EXPECT_EQ(end, out.pHead());
 }
 
-TEST(Arguments, AStreamThatIsTooShortThrowsAndKeepsWithinItsRoom) {
+TEST(Arguments, ToStringThrowsIfTheTextDoesNotFitAndNeverOverruns) {
     const Arguments arguments("show \"my notes\" \"and more");
     const unsigned int length = static_cast<unsigned int>(textOf(arguments).size());
     for (unsigned int size = 0; size <= length + 2; ++size) {
@@ -447,7 +447,7 @@ TEST(Arguments, AStreamThatIsTooShortThrowsAndKeepsWithinItsRoom) {
     }
 }
 
-// Where two things meet
+// Combinations
 
 TEST(Arguments, SplitsRandomTextsLikeTheReference) {
     test::RandomRun random;
@@ -468,7 +468,7 @@ TEST(Arguments, SplitsRandomTextsLikeTheReference) {
     }
 }
 
-TEST(Arguments, RandomWordsThatATextCanSayAreReadBack) {
+TEST(Arguments, RandomWordsThatATextCanExpressRoundTrip) {
     test::RandomRun random;
     while (random.steps(20000)) {
         Arguments arguments(nullptr);
@@ -533,7 +533,7 @@ TEST(Arguments, RandomChangesLikeAVectorOfWords) {
     }
 }
 
-// What every item has
+// Item interface
 
 TEST(Arguments, IsNamedAsItsClass) {
     const Arguments arguments("a");
@@ -545,7 +545,7 @@ TEST(Arguments, IsNamedAsItsClass) {
     EXPECT_EQ(strings::GS.toToken("Arguments"), 291U);
 }
 
-TEST(Arguments, KeepsNothingAsAPlainItem) {
+TEST(Arguments, StoresNothingAsAnItem) {
     Arguments arguments("a \"b");
     char text[8] = "";
     utility::BufferStream stream(text, sizeof text, false);
@@ -563,8 +563,8 @@ TEST(Arguments, KeepsNothingAsAPlainItem) {
     EXPECT_EQ(wordsOf(arguments), (Words{"a", "b"}));
 }
 
-TEST(Arguments, VirtualOperationsStandInTheirOrder) {
-    // A destructor has two places.
+TEST(Arguments, VirtualOperationsHaveTheirSlots) {
+    // A destructor has two slots.
     EXPECT_EQ(test::virtualSlot(&Arguments::getName), 2);
     EXPECT_EQ(test::virtualSlot(&Arguments::getNameString), 3);
     EXPECT_EQ(test::virtualSlot(&Arguments::information), 4);
@@ -606,9 +606,9 @@ TEST(Arguments, LogsNothing) {
     EXPECT_EQ(log.count(), 0U);
 }
 
-// Without memory
+// Exhausted memory
 
-/// Runs `operation`; what it may throw where there is no memory is a failure of its array or a refused `new`.
+// Runs `operation`. If memory is exhausted, it may throw a failure of its array or `std::bad_alloc`.
 template<class Operation>
 void withFewWords(Operation&& operation) {
     try {
@@ -621,7 +621,7 @@ void withFewWords(Operation&& operation) {
     }
 }
 
-TEST(Arguments, WithoutMemoryForItsWordsItCanStillBeMadeOrRefused) {
+TEST(Arguments, ConstructionSucceedsOrThrowsIfMemoryIsExhausted) {
     const long before = framework::Memory::staticOutstanding();
     const unsigned long failed = test::failEachAllocationOnce(
         [] {

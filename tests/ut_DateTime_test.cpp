@@ -86,7 +86,7 @@ std::string classicTextOf(const DateTime& when) {
     return text;
 }
 
-// Local texts do not tell the two passes of the hour in which clocks are set back.
+// Local texts do not distinguish the two passes of the hour that is repeated when clocks are set back.
 bool isShownTwice(time_t seconds) {
     const DateTime when(seconds);
     const std::string text = isoOf(when);
@@ -97,7 +97,7 @@ bool isShownTwice(time_t seconds) {
     return false;
 }
 
-// Instants over all of a 32-bit `time_t`, and with a wider one also over the years 1000 to 9999.
+// Instants across the range of a 32-bit `time_t` and, if it is wider, across the years 1000 to 9999.
 std::vector<time_t> randomInstants(unsigned int count) {
     std::mt19937_64 random(20240305);
     std::uniform_int_distribution<long long> narrow(INT32_MIN, INT32_MAX);
@@ -120,7 +120,7 @@ std::vector<std::string> linesOf(const std::string& text) {
     return lines;
 }
 
-// What `date` prints for each line of `input`, in the zone `zone`.
+// The output of `date` for each line of `input` in the time zone `zone`.
 std::vector<std::string> askDate(const std::string& input, const char* zone, const std::string& format) {
     const test::TemporaryDirectory directory;
     const std::string in = directory.write("in", input);
@@ -151,14 +151,14 @@ TEST(DateTime, UsageExample) {
 
 // Construction
 
-TEST(DateTime, KeepsTheSecondsItIsGiven) {
+TEST(DateTime, StoresSeconds) {
     EXPECT_EQ(DateTime(EXAMPLE).getTime(), EXAMPLE);
     EXPECT_EQ(DateTime(0L).getTime(), 0);
     EXPECT_EQ(DateTime(LAST).getTime(), LAST);
     EXPECT_EQ(DateTime(FIRST).getTime(), FIRST);
 }
 
-TEST(DateTime, TakesAnyIntegerAsSecondsEvenALiteralZero) {
+TEST(DateTime, AcceptsAnyIntegerAsSecondsEvenALiteralZero) {
     EXPECT_EQ(DateTime(0).getTime(), 0);
     EXPECT_EQ(DateTime(0U).getTime(), 0);
     EXPECT_EQ(DateTime(12345LL).getTime(), 12345);
@@ -173,7 +173,7 @@ TEST(DateTime, InvalidIsMinusOne) {
     EXPECT_TRUE(DateTime(-2).getEpochValid());
 }
 
-TEST(DateTime, BuildsFromFieldsInLocalTime) {
+TEST(DateTime, ConvertsFieldsFromLocalTime) {
     const test::TimeZone zone(NEW_YORK);
     EXPECT_EQ(DateTime(2024, 3, 5, 4, 7, 3).getTime(), EXAMPLE);
     EXPECT_EQ(DateTime(2024, 7, 1, 0, 0, 0).getTime(), 1719806400);
@@ -181,7 +181,7 @@ TEST(DateTime, BuildsFromFieldsInLocalTime) {
     EXPECT_EQ(DateTime(1969, 12, 31, 19, 0, 0).getTime(), 0);
 }
 
-TEST(DateTime, CarriesFieldsOutsideTheirRangesOver) {
+TEST(DateTime, FieldsOutOfRangeCarry) {
     const test::TimeZone zone(UTC);
     EXPECT_EQ(isoOf(DateTime(2023, 2, 29)), "2023-03-01 00:00:00");
     EXPECT_EQ(isoOf(DateTime(2023, 13, 1)), "2024-01-01 00:00:00");
@@ -192,7 +192,7 @@ TEST(DateTime, CarriesFieldsOutsideTheirRangesOver) {
     EXPECT_EQ(isoOf(DateTime(2024, 3, 5, -1, -1, -1)), "2024-03-04 22:58:59");
 }
 
-TEST(DateTime, OneSecondBeforeTheEpochCountsAsInvalid) {
+TEST(DateTime, OneSecondBeforeTheEpochIsInvalid) {
     const test::TimeZone zone(UTC);
     EXPECT_FAILURE_WITH_FLAG(DateTime(1969, 12, 31, 23, 59, 59), 3591, "ut_DateTime", FROM_SIX, "Invalid Date", false);
     EXPECT_FAILURE_WITH_FLAG(DateTime("1969-12-31 23:59:59"), 3591, "ut_DateTime", FROM_TEXT, "Invalid Date", false);
@@ -200,7 +200,7 @@ TEST(DateTime, OneSecondBeforeTheEpochCountsAsInvalid) {
     EXPECT_EQ(DateTime(1970, 1, 1, 0, 0, 0).getTime(), 0);
 }
 
-TEST(DateTime, YearsThatNoPlatformExpressesThrow) {
+TEST(DateTime, YearsThatNoPlatformRepresentsThrow) {
     const test::TimeZone zone(UTC);
     EXPECT_FAILURE_WITH_FLAG(DateTime(INT_MIN, 1, 1, 0, 0, 0), 3591, "ut_DateTime", FROM_SIX, "Invalid Date", false);
     EXPECT_FAILURE_WITH_FLAG(DateTime(INT_MIN, 1, 1), 3591, "ut_DateTime", FROM_THREE, "Invalid Date", false);
@@ -208,7 +208,7 @@ TEST(DateTime, YearsThatNoPlatformExpressesThrow) {
                              false);
 }
 
-TEST(DateTime, ExtremeFieldsEitherCarryOverOrThrow) {
+TEST(DateTime, ExtremeFieldsCarryOrThrow) {
     const test::TimeZone zone(UTC);
     for (const int value : {INT_MIN, INT_MIN + 1, -1, 0, 1, INT_MAX - 1, INT_MAX}) {
         for (int place = 0; place < 6; ++place) {
@@ -224,7 +224,7 @@ TEST(DateTime, ExtremeFieldsEitherCarryOverOrThrow) {
     EXPECT_EQ(DateTime(2024, 3, 5, 9, 7, INT_MIN + 10).getTime(), EXAMPLE - 3 + INT_MIN + 10);
 }
 
-TEST(DateTime, EndsOfA32BitTime) {
+TEST(DateTime, LimitsOf32BitTime) {
     const test::TimeZone zone(UTC);
     EXPECT_EQ(DateTime(2038, 1, 19, 3, 14, 7).getTime(), INT32_MAX);
     EXPECT_EQ(DateTime(1901, 12, 13, 20, 45, 52).getTime(), INT32_MIN);
@@ -238,7 +238,7 @@ TEST(DateTime, EndsOfA32BitTime) {
     EXPECT_EQ(DateTime("1901-12-13 20:45:52").getTime(), INT32_MIN);
 }
 
-TEST(DateTime, BeyondTheEndsOfA32BitTimeTheDateIsInvalidWhereTimeIsThatNarrow) {
+TEST(DateTime, DatesPastTheLimitsOf32BitTimeThrowIfTimeHas32Bits) {
     const test::TimeZone zone(UTC);
     if (WIDE) {
         EXPECT_EQ(DateTime(2038, 1, 19, 3, 14, 8).getTime() - INT32_MAX, 1);
@@ -255,7 +255,7 @@ TEST(DateTime, BeyondTheEndsOfA32BitTimeTheDateIsInvalidWhereTimeIsThatNarrow) {
     EXPECT_EQ(DateTime(LAST).AddSeconds(1).getTime(), LAST);
 }
 
-TEST(DateTime, BuildsFromTheGivenStructureAndNormalisesIt) {
+TEST(DateTime, ConvertsAndNormalizesATmStructure) {
     const test::TimeZone zone(BERLIN);
     tm fields = {};
     fields.tm_year = 124;
@@ -270,7 +270,7 @@ TEST(DateTime, BuildsFromTheGivenStructureAndNormalisesIt) {
     EXPECT_EQ(fields.tm_wday, 2);
 }
 
-TEST(DateTime, TheGivenStructureDecidesOnDaylightSaving) {
+TEST(DateTime, TmStructureDecidesOnDaylightSaving) {
     const test::TimeZone zone(BERLIN);
     tm summer = {};
     summer.tm_year = 124;
@@ -283,7 +283,7 @@ TEST(DateTime, TheGivenStructureDecidesOnDaylightSaving) {
     EXPECT_EQ(DateTime(&summer).getTime(), EXAMPLE);
 }
 
-TEST(DateTime, AStructureThatIsNoDateThrows) {
+TEST(DateTime, InvalidTmStructureThrows) {
     const test::TimeZone zone(UTC);
     tm fields = {};
     fields.tm_year = 69;
@@ -312,7 +312,7 @@ TEST(DateTime, NowIsTheRealTimeClock) {
     DateTime::ClockTime(nullptr);
 }
 
-TEST(DateTime, NowOfAnotherClockIsThatClock) {
+TEST(DateTime, NowReadsAnyClock) {
     timespec before = {};
     timespec after = {};
     clock_gettime(CLOCK_MONOTONIC, &before);
@@ -325,7 +325,7 @@ TEST(DateTime, NowOfAnotherClockIsThatClock) {
 
 // Texts
 
-TEST(DateTime, ReadsTheIsoForm) {
+TEST(DateTime, ParsesTheIsoForm) {
     const test::TimeZone zone(UTC);
     EXPECT_EQ(DateTime("2024-03-05 09:07:03").getTime(), EXAMPLE);
     EXPECT_EQ(DateTime::Parse("2024-03-05 09:07:03").getTime(), EXAMPLE);
@@ -333,7 +333,7 @@ TEST(DateTime, ReadsTheIsoForm) {
     EXPECT_EQ(DateTime(" \t2024--03 05\t09-07 03: ").getTime(), EXAMPLE);
 }
 
-TEST(DateTime, ReadsTheClassicForm) {
+TEST(DateTime, ParsesTheClassicForm) {
     const test::TimeZone zone(UTC);
     EXPECT_EQ(DateTime("Tue Mar 5 09:07:03 2024").getTime(), EXAMPLE);
     EXPECT_EQ(DateTime("Tue Mar  5 09:07:03 2024").getTime(), EXAMPLE);
@@ -341,14 +341,14 @@ TEST(DateTime, ReadsTheClassicForm) {
     EXPECT_EQ(DateTime("anything mar 5 9 7 3\t2024").getTime(), EXAMPLE);
 }
 
-TEST(DateTime, TextsWithoutAnyPartAreTheEpoch) {
+TEST(DateTime, TextsWithoutFieldsAreTheEpoch) {
     for (const char* text : {"", " ", ":", "-", "\t", " :\t: ", " - : -\t"})
         EXPECT_EQ(DateTime(text).getTime(), 0) << text;
     EXPECT_EQ(DateTime(static_cast<const char*>(nullptr)).getTime(), 0);
     EXPECT_EQ(DateTime::Parse(nullptr).getTime(), 0);
 }
 
-TEST(DateTime, AnotherCountOfPartsThrows) {
+TEST(DateTime, WrongNumberOfFieldsThrows) {
     for (const char* text : {"2024-03-05 09:07", "2024-03-05 09:07:03 1", "2024-03-05", "-1", "Tue Mar 5 09:07:03",
                              "Tue Mar 5 09:07:03 2024 CET", "Tue", "2024/03/05 09:07:03", "3/05/2024 09:07:03",
                              "09:07:03", "2024_03_05", "1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18 19 20 21 22",
@@ -357,23 +357,23 @@ TEST(DateTime, AnotherCountOfPartsThrows) {
     EXPECT_FAILURE_WITH_FLAG(DateTime::Parse("2024-03-05"), 3591, "ut_DateTime", FROM_TEXT, "Invalid Date", false);
 }
 
-TEST(DateTime, AnUnknownMonthNameThrows) {
+TEST(DateTime, UnknownMonthNameThrows) {
     for (const char* text : {"Tue Mrz 5 09:07:03 2024", "Tue 3 5 09:07:03 2024", "Tue Ma 5 09:07:03 2024",
                              "Tue Marc 5 09:07:03 2024", "Tue M\xE4r 5 09:07:03 2024"})
         EXPECT_FAILURE_WITH_FLAG(DateTime{text}, 3591, "ut_DateTime", FROM_TEXT, "Invalid Date", false);
 }
 
-TEST(DateTime, ADashAnywhereMakesATextAnIsoText) {
+TEST(DateTime, DashAnywhereSelectsTheIsoForm) {
     const test::TimeZone zone(UTC);
     EXPECT_FAILURE_WITH_FLAG(DateTime("Tue Mar 5 09:07:03 2024 -"), 3591, "ut_DateTime", FROM_TEXT, "Invalid Date",
                              false);
     EXPECT_EQ(DateTime("2024 03 05 09 07 03-").getTime(), EXAMPLE);
-    // Also behind the bytes that are read.
-    const std::string behind = "2024 03 05 09 07 03" + std::string(200, ' ') + "-";
-    EXPECT_EQ(DateTime(behind.c_str()).getTime(), EXAMPLE);
+    // Even after the bytes that are read.
+    const std::string dashAfterTheLimit = "2024 03 05 09 07 03" + std::string(200, ' ') + "-";
+    EXPECT_EQ(DateTime(dashAfterTheLimit.c_str()).getTime(), EXAMPLE);
 }
 
-TEST(DateTime, PartsWithoutNumbersCountAsZeroAndNumbersCarryOver) {
+TEST(DateTime, FieldsWithoutNumbersAreZeroAndNumbersCarry) {
     const test::TimeZone zone(UTC);
     EXPECT_EQ(isoOf(DateTime("2024-03-05 xx:yy:zz")), "2024-03-05 00:00:00");
     EXPECT_EQ(isoOf(DateTime("2024-03-05T 09:07:03Z")), "2024-03-05 09:07:03");
@@ -381,20 +381,20 @@ TEST(DateTime, PartsWithoutNumbersCountAsZeroAndNumbersCarryOver) {
     EXPECT_EQ(isoOf(DateTime("2024-00-00 00:00:00")), "2023-11-30 00:00:00");
 }
 
-TEST(DateTime, TheLetterTJoinsTwoFieldsAndZonesAreNotRead) {
+TEST(DateTime, LetterTJoinsTwoFieldsAndZonesAreNotParsed) {
     const test::TimeZone zone(UTC);
     for (const char* text :
          {"2024-03-05T09:07:03", "2024-03-05T09:07:03Z", "2024-03-05 09:07:03+02:00", "2024-03-05 09:07:03-02",
           "2024-03-05 09:07:03 UTC", "Tue, 05 Mar 2024 09:07:03 GMT", "Tue Mar 5 09:07:03 UTC 2024"})
         EXPECT_FAILURE_WITH_FLAG(DateTime{text}, 3591, "ut_DateTime", FROM_TEXT, "Invalid Date", false);
-    // With the hour in the day's field, a zone fills up the six.
+    // The hour is part of the day field, so a zone supplies the sixth field.
     EXPECT_EQ(isoOf(DateTime("2024-03-05T09:07:03+02:00")), "2024-03-05 07:03:00");
     EXPECT_EQ(isoOf(DateTime("2024-03-05T09:07:03-02")), "2024-03-05 07:03:02");
     EXPECT_EQ(isoOf(DateTime("2024-03-05 09:07:03Z")), "2024-03-05 09:07:03");
     EXPECT_EQ(isoOf(DateTime("2024-03-05 09:07:03+0200")), "2024-03-05 09:07:03");
 }
 
-TEST(DateTime, NumbersTooLongForTheirTypeCountAsTheNearestOne) {
+TEST(DateTime, NumbersOutOfRangeAreClamped) {
     const test::TimeZone zone(UTC);
     const char* const far = "Tue Mar 5 09:07:03 +99999999999999999999999999";
     if (WIDE)
@@ -420,7 +420,7 @@ TEST(DateTime, OnlyTheFirst128BytesAreRead) {
                              "Invalid Date", false);
 }
 
-TEST(DateTime, BytesThatAreNoTextThrow) {
+TEST(DateTime, InvalidBytesThrow) {
     for (const char* text : {"\xFF\xFE",
                              "2024\xE2\x80\x93"
                              "03\xE2\x80\x93"
@@ -429,14 +429,14 @@ TEST(DateTime, BytesThatAreNoTextThrow) {
         EXPECT_FAILURE_WITH_FLAG(DateTime{text}, 3591, "ut_DateTime", FROM_TEXT, "Invalid Date", false);
 }
 
-TEST(DateTime, TheCallersTextIsLeftAlone) {
+TEST(DateTime, DoesNotModifyItsText) {
     const test::TimeZone zone(UTC);
     char text[] = "2024-03-05 09:07:03";
     EXPECT_EQ(DateTime(static_cast<const char*>(text)).getTime(), EXAMPLE);
     EXPECT_STREQ(text, "2024-03-05 09:07:03");
 }
 
-TEST(DateTime, ReadingATextIsTracedBehindItsSwitch) {
+TEST(DateTime, ParsingIsTracedIfItsSwitchIsOn) {
     const test::TimeZone zone(UTC);
     test::LogCapture log;
     DateTime("2024-03-05 09:07:03");
@@ -454,7 +454,7 @@ TEST(DateTime, ReadingATextIsTracedBehindItsSwitch) {
     EXPECT_TRUE(log.contains(Logger::LOG_DEBUG, FROM_TEXT, traced));
 }
 
-TEST(DateTime, ReadsRfc822TextsAsUtcWhateverTheZone) {
+TEST(DateTime, ParsesRfc822TextsInUtcInEveryZone) {
     for (const char* name : {UTC, NEW_YORK, LORD_HOWE}) {
         const test::TimeZone zone(name);
         EXPECT_EQ(DateTime::fromRFC822("Tue, 05 Mar 2024 09:07:03 GMT").getTime(), EXAMPLE);
@@ -465,7 +465,7 @@ TEST(DateTime, ReadsRfc822TextsAsUtcWhateverTheZone) {
     }
 }
 
-TEST(DateTime, YearsOfAnyLengthAreReadFromRfc822TextsAsTheyStand) {
+TEST(DateTime, Rfc822YearsMayHaveAnyLength) {
     for (const long long seconds : {-61404274377LL, -125582140800LL, 253402300800LL, 67767976233532799LL}) {
         if (!WIDE)
             break;
@@ -482,12 +482,12 @@ TEST(DateTime, YearsOfAnyLengthAreReadFromRfc822TextsAsTheyStand) {
     }
 }
 
-TEST(DateTime, AnEmptyRfc822TextIsTheEpoch) {
+TEST(DateTime, EmptyRfc822TextIsTheEpoch) {
     EXPECT_EQ(DateTime::fromRFC822(nullptr).getTime(), 0);
     EXPECT_EQ(DateTime::fromRFC822("").getTime(), 0);
 }
 
-TEST(DateTime, AnyOtherRfc822TextThrows) {
+TEST(DateTime, OtherRfc822TextsThrow) {
     for (const char* text : {" ",
                              "Tue",
                              "Tue, 05 Mar 2024 09:07:03",
@@ -545,7 +545,7 @@ TEST(DateTime, Rfc822TextsHaveEnglishNamesInEveryLocale) {
     const test::GermanTimeLocale german;
     if (!german.isSet())
         GTEST_SKIP() << "localedef (package libc-bin) made no locale";
-    // That locale names the very same date in German.
+    // The locale is in effect: `strftime` formats the same date in German.
     tm fields = {};
     char localized[64];
     DateTime(EXAMPLE).toTM(&fields);
@@ -564,7 +564,7 @@ TEST(DateTime, Rfc822TextsHaveEnglishNamesInEveryLocale) {
     }
 }
 
-TEST(DateTime, Rfc822TextsAreThoseOfStrftimeInTheCLocale) {
+TEST(DateTime, Rfc822TextsEqualThoseOfStrftimeInTheCLocale) {
     const auto expected = [](time_t seconds) {
         tm fields = {};
         char text[128] = "";
@@ -574,13 +574,13 @@ TEST(DateTime, Rfc822TextsAreThoseOfStrftimeInTheCLocale) {
     };
     std::mt19937_64 random(822);
     for (int i = 0; i < 100000; ++i) {
-        // Of every magnitude: years of one digit to those that no platform expresses.
+        // Of every magnitude, from years of one digit to years that no platform can represent.
         const time_t instant = static_cast<time_t>(static_cast<long long>(random()) >> random() % 64);
         ASSERT_EQ(textOf(DateTime(instant), &DateTime::ToRFC822Buf), expected(instant)) << instant;
     }
 }
 
-TEST(DateTime, TheInvalidDateIsTheEmptyTextExceptInRfc822) {
+TEST(DateTime, InvalidDateIsTheEmptyTextExceptInRfc822) {
     for (const Form& form : FORMS) {
         const bool isRfc822 = form.toArray == &DateTime::ToRFC822Buf;
         const char* const expected = isRfc822 ? "Wed, 31 Dec 1969 23:59:59 GMT" : "";
@@ -594,7 +594,7 @@ TEST(DateTime, TheInvalidDateIsTheEmptyTextExceptInRfc822) {
     }
 }
 
-TEST(DateTime, AShortArrayHoldsTheCutText) {
+TEST(DateTime, TextIsTruncatedToAShortArray) {
     const test::TimeZone zone(UTC);
     for (const Form& form : FORMS) {
         const std::string whole = form.example;
@@ -603,15 +603,15 @@ TEST(DateTime, AShortArrayHoldsTheCutText) {
             EXPECT_EQ((DateTime(EXAMPLE).*form.toArray)(storage.data(), size), storage.data());
             std::string expected(64, '#');
             if (size > 0) {
-                const std::string cut = whole.substr(0, static_cast<std::size_t>(size) - 1);
-                expected.replace(0, cut.size() + 1, cut.c_str(), cut.size() + 1);
+                const std::string truncated = whole.substr(0, static_cast<std::size_t>(size) - 1);
+                expected.replace(0, truncated.size() + 1, truncated.c_str(), truncated.size() + 1);
             }
             EXPECT_EQ(storage, expected) << whole << " in " << size;
         }
     }
 }
 
-TEST(DateTime, NoArrayAndSizesBelowOneTakeNothing) {
+TEST(DateTime, WritesNothingToNullOrWithSizesBelowOne) {
     for (const Form& form : FORMS) {
         EXPECT_EQ((DateTime(EXAMPLE).*form.toArray)(nullptr, 64), nullptr);
         char untouched[] = "#";
@@ -623,7 +623,7 @@ TEST(DateTime, NoArrayAndSizesBelowOneTakeNothing) {
     }
 }
 
-TEST(DateTime, StreamsTakeTheSameTextsAtTheWritePosition) {
+TEST(DateTime, WritesTheSameTextsToStreams) {
     const test::TimeZone zone(UTC);
     for (const Form& form : FORMS) {
         char storage[80];
@@ -635,7 +635,7 @@ TEST(DateTime, StreamsTakeTheSameTextsAtTheWritePosition) {
     }
 }
 
-TEST(DateTime, AStreamTakesATextOfExactlyItsRoom) {
+TEST(DateTime, TextMayFillAStreamExactly) {
     const test::TimeZone zone(UTC);
     for (const Form& form : FORMS) {
         std::string storage(64, '#');
@@ -646,13 +646,13 @@ TEST(DateTime, AStreamTakesATextOfExactlyItsRoom) {
         EXPECT_EQ(out.WriteRemaining(), 0);
         EXPECT_EQ(storage.substr(static_cast<std::size_t>(length) + 1),
                   std::string(63U - static_cast<unsigned>(length), '#'));
-        // Nothing more fits, but the empty text does.
+        // The stream is full, but the empty text still fits.
         DateTime::Invalid().ToISOBuffer(out);
         EXPECT_STREQ(storage.c_str(), form.example);
     }
 }
 
-TEST(DateTime, ATextThatDoesNotFitAStreamIsCutAndThrows) {
+TEST(DateTime, TextThatDoesNotFitAStreamIsTruncatedAndThrows) {
     const test::TimeZone zone(UTC);
     for (const Form& form : FORMS) {
         std::string storage(64, '#');
@@ -672,7 +672,7 @@ TEST(DateTime, ATextThatDoesNotFitAStreamIsCutAndThrows) {
     }
 }
 
-TEST(DateTime, ATextThatDoesNotFitAStreamThatThrowsNothingIsCutAndLogged) {
+TEST(DateTime, TextThatDoesNotFitANoThrowStreamIsTruncatedAndLogged) {
     const test::TimeZone zone(UTC);
     for (const Form& form : FORMS) {
         std::string storage(64, '#');
@@ -691,13 +691,13 @@ TEST(DateTime, ATextThatDoesNotFitAStreamThatThrowsNothingIsCutAndLogged) {
     }
 }
 
-TEST(DateTime, AStreamWithoutStorageTakesNoText) {
+TEST(DateTime, WritesNothingToAStreamWithoutStorage) {
     PutStream none(nullptr, 64);
     EXPECT_TRUE(CATCH_FAILURE(DateTime(EXAMPLE).ToISOBuffer(none)));
     DateTime::Invalid().ToISOBuffer(none);
 }
 
-TEST(DateTime, TimesThatThePlatformCannotExpressAreTheEmptyText) {
+TEST(DateTime, TimesThatThePlatformCannotRepresentAreTheEmptyText) {
     const test::TimeZone zone(UTC);
     for (const time_t instant : {FIRST, LAST}) {
         const DateTime when(instant);
@@ -779,7 +779,7 @@ TEST(DateTime, AddsPlainSeconds) {
     EXPECT_EQ(when.getTime(), EXAMPLE);
 }
 
-TEST(DateTime, ADayAcrossADaylightSavingChangeMovesTheHour) {
+TEST(DateTime, AddingADayAcrossADaylightSavingChangeMovesTheHour) {
     const test::TimeZone zone(NEW_YORK);
     const DateTime spring(2024, 3, 9, 12, 0, 0);
     EXPECT_EQ(isoOf(spring.AddDays(1)), "2024-03-10 13:00:00");
@@ -788,7 +788,7 @@ TEST(DateTime, ADayAcrossADaylightSavingChangeMovesTheHour) {
     EXPECT_EQ(isoOf(DateTime(2024, 3, 10, 1, 59, 59).AddSeconds(1)), "2024-03-10 03:00:00");
 }
 
-TEST(DateTime, ArithmeticStopsAtTheEndsOfTime) {
+TEST(DateTime, ArithmeticSaturates) {
     for (const long n : {LONG_MAX, LONG_MAX / 2}) {
         EXPECT_EQ(DateTime(LAST).AddSeconds(n).getTime(), LAST);
         EXPECT_EQ(DateTime(LAST).AddMinutes(n).getTime(), LAST);
@@ -816,7 +816,7 @@ TEST(DateTime, AddsMonthsAndYearsByTheLocalCalendar) {
     EXPECT_EQ(isoOf(DateTime(2024, 3, 5, 9, 7, 3).AddMonths(-25)), "2022-02-05 09:07:03");
     EXPECT_EQ(isoOf(DateTime(2024, 2, 29, 9, 7, 3).AddYears(1)), "2025-03-01 09:07:03");
     EXPECT_EQ(isoOf(DateTime(2024, 2, 29, 9, 7, 3).AddYears(-4)), "2020-02-29 09:07:03");
-    // The hour stays across a change of daylight saving.
+    // The hour does not change across a change of daylight saving.
     EXPECT_EQ(isoOf(DateTime(2024, 3, 5, 9, 7, 3).AddMonths(1)), "2024-04-05 09:07:03");
     EXPECT_EQ(isoOf(DateTime(2024, 7, 5, 9, 7, 3).AddMonths(6)), "2025-01-05 09:07:03");
 }
@@ -837,7 +837,7 @@ TEST(DateTime, MonthsAndYearsBeyondThePlatformAreInvalid) {
     EXPECT_FALSE(DateTime(EXAMPLE).AddMonths(-12 * 123).getEpochValid());
 }
 
-TEST(DateTime, SpansAreWholeUnitsFromThisToTheOther) {
+TEST(DateTime, SpansAreWholeUnits) {
     const DateTime start(EXAMPLE);
     EXPECT_EQ(start.SecondsSpan(start.AddSeconds(59)), 59);
     EXPECT_EQ(start.SecondsSpan(start.AddSeconds(-59)), -59);
@@ -860,7 +860,7 @@ TEST(DateTime, MonthAndYearSpansIgnoreTheDays) {
     EXPECT_EQ(DateTime(2023, 11, 5).MonthsSpan(DateTime(2025, 2, 1)), 15);
     EXPECT_EQ(DateTime(2023, 12, 31).YearsSpan(DateTime(2024, 1, 1)), 1);
     EXPECT_EQ(DateTime(2024, 1, 1).YearsSpan(DateTime(2023, 12, 31)), -1);
-    // By the local calendar: already the next year in Berlin.
+    // By the local calendar: in Berlin, it is already the next year.
     EXPECT_EQ(DateTime(2023, 12, 31).YearsSpan(DateTime::fromRFC822("Sun, 31 Dec 2023 23:30:00 GMT")), 1);
 }
 
@@ -962,7 +962,7 @@ TEST(DateTime, NamesWeekdaysAndMonths) {
     EXPECT_EQ(DateTime::December, 11);
 }
 
-TEST(DateTime, NumbersOutsideTheEnumerationsHaveNoName) {
+TEST(DateTime, NamesOutOfRangeAreNull) {
     for (const int number : {-1, 12, INT_MAX, INT_MIN}) {
         EXPECT_EQ(DateTime::WeekdayName(static_cast<DateTime::Weekday>(number)), nullptr);
         EXPECT_EQ(DateTime::ShortWeekdayName(static_cast<DateTime::Weekday>(number)), nullptr);
@@ -972,7 +972,7 @@ TEST(DateTime, NumbersOutsideTheEnumerationsHaveNoName) {
     EXPECT_EQ(DateTime::WeekdayName(static_cast<DateTime::Weekday>(7)), nullptr);
 }
 
-TEST(DateTime, FindsNamesWithoutRegardToCase) {
+TEST(DateTime, FindsNamesIgnoringCase) {
     EXPECT_EQ(DateTime::MonthFromName("mAr"), DateTime::March);
     EXPECT_EQ(DateTime::MonthFromName("SEPTEMBER"), DateTime::September);
     EXPECT_EQ(DateTime::WeekdayFromName("frI"), DateTime::Friday);
@@ -990,7 +990,7 @@ TEST(DateTime, UnknownNamesAreMinusOne) {
     EXPECT_EQ(DateTime::WeekdayFromName("March"), -1);
 }
 
-TEST(DateTime, HasTheMessagesOfFailures) {
+TEST(DateTime, HasItsErrorMessages) {
     EXPECT_STREQ(DateTime::DT_ErrorMessages[0], "No Error");
     EXPECT_STREQ(DateTime::DT_ErrorMessages[1], "Invalid Time Zone");
     EXPECT_STREQ(DateTime::DT_ErrorMessages[2], "Invalid Date");
@@ -998,7 +998,7 @@ TEST(DateTime, HasTheMessagesOfFailures) {
 
 // Fields
 
-TEST(DateTime, AnswersTheLocalFields) {
+TEST(DateTime, ReturnsTheLocalFields) {
     const test::TimeZone zone(NEW_YORK);
     const DateTime when(EXAMPLE);
     EXPECT_EQ(when.getYear(), 2024);
@@ -1018,15 +1018,15 @@ TEST(DateTime, AnswersTheLocalFields) {
     EXPECT_EQ(when.toTM(nullptr), nullptr);
 }
 
-TEST(DateTime, TheDateIsTheSameDayAtMidnight) {
+TEST(DateTime, GetDateIsMidnightOfTheSameDay) {
     const test::TimeZone zone(NEW_YORK);
     EXPECT_EQ(isoOf(DateTime(2024, 3, 5, 9, 7, 3).getDate()), "2024-03-05 00:00:00");
-    // On the days of the changes midnight has the other offset.
+    // On the days of the changes, midnight has the other UTC offset.
     EXPECT_EQ(isoOf(DateTime(2024, 3, 10, 12, 0, 0).getDate()), "2024-03-10 00:00:00");
     EXPECT_EQ(isoOf(DateTime(2024, 11, 3, 12, 0, 0).getDate()), "2024-11-03 00:00:00");
 }
 
-TEST(DateTime, TheNextMinuteAndDayBeginExactly) {
+TEST(DateTime, NextMinuteAndDayBeginExactly) {
     const test::TimeZone zone(NEW_YORK);
     EXPECT_EQ(isoOf(DateTime(2024, 3, 5, 9, 7, 3).getNextMinute()), "2024-03-05 09:08:00");
     EXPECT_EQ(isoOf(DateTime(2024, 3, 5, 9, 8, 0).getNextMinute()), "2024-03-05 09:09:00");
@@ -1039,7 +1039,7 @@ TEST(DateTime, TheNextMinuteAndDayBeginExactly) {
     EXPECT_EQ(DateTime(2024, 11, 3).SecondsSpan(DateTime(2024, 11, 3).getNextDay()), 25 * 3600);
 }
 
-TEST(DateTime, TheNextMinuteOfTheFirstPassOfADoubledHourStaysInIt) {
+TEST(DateTime, NextMinuteStaysInTheFirstPassOfARepeatedHour) {
     const test::TimeZone zone(NEW_YORK);
     const DateTime firstPass = DateTime::fromRFC822("Sun, 03 Nov 2024 05:30:10 GMT");
     const DateTime secondPass = firstPass.AddHours(1);
@@ -1048,7 +1048,7 @@ TEST(DateTime, TheNextMinuteOfTheFirstPassOfADoubledHourStaysInIt) {
     EXPECT_EQ(secondPass.SecondsSpan(secondPass.getNextMinute()), 50);
 }
 
-TEST(DateTime, AtTheEndsOfTimeTheNextMinuteAndDayAreInvalid) {
+TEST(DateTime, NextMinuteAndDayAreInvalidAtTheLimitsOfTime) {
     const test::TimeZone zone(UTC);
     EXPECT_FALSE(DateTime(LAST).getNextMinute().getEpochValid());
     EXPECT_FALSE(DateTime(LAST).getNextDay().getEpochValid());
@@ -1056,7 +1056,7 @@ TEST(DateTime, AtTheEndsOfTimeTheNextMinuteAndDayAreInvalid) {
     EXPECT_EQ(isoOf(DateTime(FIRST).getNextDay()), WIDE ? "" : "1901-12-14 00:00:00");
 }
 
-TEST(DateTime, TheNextMinuteAfterA32BitTimeIsValidOnlyWhereTimeIsWider) {
+TEST(DateTime, NextMinutePast32BitTimeIsValidOnlyIfTimeHas64Bits) {
     const test::TimeZone zone(UTC);
     EXPECT_EQ(DateTime(INT32_MAX - 8).getNextMinute().getTime(), INT32_MAX - 7);
     const DateTime next = DateTime(INT32_MAX - 7).getNextMinute();
@@ -1064,7 +1064,7 @@ TEST(DateTime, TheNextMinuteAfterA32BitTimeIsValidOnlyWhereTimeIsWider) {
     EXPECT_EQ(isoOf(next), WIDE ? "2038-01-19 03:15:00" : "");
 }
 
-TEST(DateTime, NearTheEndsOfA32BitTimeTheNextMinuteAndMidnightsAreExactOrInvalid) {
+TEST(DateTime, NextMinuteAndMidnightsAreExactOrInvalidNearTheLimitsOf32BitTime) {
     const auto expected = [](long long seconds) {
         const long long inRange = std::clamp<long long>(seconds, FIRST, LAST);
         return inRange == seconds ? static_cast<time_t>(seconds) : time_t{-1};
@@ -1078,7 +1078,7 @@ TEST(DateTime, NearTheEndsOfA32BitTimeTheNextMinuteAndMidnightsAreExactOrInvalid
         for (long long distance = 0; distance < 3 * 86400LL; distance += 7) {
             for (const long long seconds : {INT32_MAX - distance, INT32_MIN + distance}) {
                 const DateTime when(seconds);
-                // Counted from a midnight before the first of them, so that the division rounds down.
+                // Relative to a midnight before all of them, so that the division rounds down.
                 const long long dayBase = (1LL << 17) * 86400 + offset;
                 const long long midnight = (seconds + dayBase) / 86400 * 86400 - dayBase;
                 const long long minute = (seconds + dayBase) / 60 * 60 - dayBase;
@@ -1107,7 +1107,7 @@ TEST(DateTime, MergingIntoTheInvalidSecondThrows) {
 
 // Time zones
 
-TEST(DateTime, AnHourThatIsLeftOutIsMovedAndAnHourThatComesTwiceIsOneOfTheTwo) {
+TEST(DateTime, SkippedHourIsMovedAndRepeatedHourIsOneOfTheTwo) {
     const test::TimeZone zone(NEW_YORK);
     const std::string gap = isoOf(DateTime("2024-03-10 02:30:00"));
     EXPECT_THAT(gap, testing::AnyOf("2024-03-10 01:30:00", "2024-03-10 03:30:00"));
@@ -1123,7 +1123,7 @@ TEST(DateTime, HalfHourDaylightSaving) {
     EXPECT_EQ(DateTime(2024, 7, 1, 10, 30, 0).getTime(), 1719792000);
 }
 
-TEST_P(DateTimeZones, WhatATextSaysIsReadBack) {
+TEST_P(DateTimeZones, TextsRoundTrip) {
     const test::TimeZone zone(GetParam());
     for (const time_t instant : randomInstants(100000)) {
         const DateTime when(instant);
@@ -1141,7 +1141,7 @@ TEST_P(DateTimeZones, WhatATextSaysIsReadBack) {
     }
 }
 
-TEST_P(DateTimeZones, WhatTheOtherTextsSayBuildsTheSameDate) {
+TEST_P(DateTimeZones, FieldsOfTheOtherTextsRoundTrip) {
     const test::TimeZone zone(GetParam());
     for (const time_t instant : randomInstants(100000)) {
         const DateTime when(instant);
@@ -1168,11 +1168,11 @@ TEST_P(DateTimeZones, WhatTheOtherTextsSayBuildsTheSameDate) {
     }
 }
 
-TEST_P(DateTimeZones, DatesAndTimesOfDayAreMergedAgain) {
+TEST_P(DateTimeZones, MergeRestoresSplitDates) {
     const test::TimeZone zone(GetParam());
     for (const time_t instant : randomInstants(10000)) {
         if (!WIDE && instant < INT32_MIN + 86400)
-            continue; // that midnight is out of reach
+            continue; // that midnight cannot be represented
         const DateTime when(instant);
         const DateTime date = when.getDate();
         ASSERT_EQ(isoOf(date), textOf(when, &DateTime::ToISODateBuf) + " 00:00:00");
@@ -1181,7 +1181,7 @@ TEST_P(DateTimeZones, DatesAndTimesOfDayAreMergedAgain) {
     }
 }
 
-TEST_P(DateTimeZones, TheDateCommandWritesTheSameTexts) {
+TEST_P(DateTimeZones, TextsAgreeWithTheDateCommand) {
     const test::TimeZone zone(GetParam());
     const std::vector<time_t> instants = randomInstants(10000);
     std::string input;
@@ -1204,7 +1204,7 @@ TEST_P(DateTimeZones, TheDateCommandWritesTheSameTexts) {
     }
 }
 
-TEST_P(DateTimeZones, TheDateCommandReadsTheSameSeconds) {
+TEST_P(DateTimeZones, SecondsAgreeWithTheDateCommand) {
     const test::TimeZone zone(GetParam());
     std::vector<time_t> instants;
     std::string input;
@@ -1224,7 +1224,7 @@ TEST_P(DateTimeZones, TheDateCommandReadsTheSameSeconds) {
     }
 }
 
-TEST_P(DateTimeZones, TheEndsOfA32BitTimeAreReadBack) {
+TEST_P(DateTimeZones, LimitsOf32BitTimeRoundTrip) {
     const test::TimeZone zone(GetParam());
     for (int distance = 0; distance < 100; ++distance) {
         for (const long long seconds : {INT32_MAX - 997LL * distance, INT32_MIN + 997LL * distance}) {
@@ -1235,7 +1235,7 @@ TEST_P(DateTimeZones, TheEndsOfA32BitTimeAreReadBack) {
     }
 }
 
-TEST(DateTime, TextsThatNoConstructorReadsThrowThere) {
+TEST(DateTime, InvalidTextsThrowFromTheConstructor) {
     const test::TimeZone zone(UTC);
     for (const Formatter formatter : {&DateTime::ToShortBuf, &DateTime::ToShortDateBuf, &DateTime::ToISODateBuf,
                                       &DateTime::ToShortTimeBuf, &DateTime::ToRFC822Buf}) {

@@ -48,7 +48,7 @@ static_assert(std::is_base_of<utility::Path, DirIterator>::value, "an iterator i
 static_assert(!std::is_copy_constructible<DirIterator>::value, "a copy would share the open directory");
 static_assert(!std::is_copy_assignable<DirIterator>::value, "an assignment would share the open directory");
 
-/// All matches in order, with what is to hold at each of them.
+// All matches in order; checks the state of the iterator at each of them.
 Names walk(DirIterator& iterator, const char* pattern = nullptr) {
     Names names;
     for (const char* name = iterator.getFirst(pattern); name != nullptr; name = iterator.getNext()) {
@@ -69,7 +69,7 @@ Names matches(const std::string& directory, const char* pattern) {
     return walk(iterator);
 }
 
-/// What the platform itself lists, in its order.
+// The entries that `readdir` returns, in its order.
 Names platformMatches(const std::string& directory, const char* pattern) {
     Names names;
     DIR* const stream = opendir(directory.c_str());
@@ -116,7 +116,7 @@ TEST(DirIterator, UsageExample) {
     EXPECT_THAT(values, UnorderedElementsAre(etc.path("host.conf"), etc.path("nsswitch.conf")));
 }
 
-TEST(DirIterator, WalksTheConfigurationOfTheSystem) {
+TEST(DirIterator, IteratesOverTheConfigurationOfTheSystem) {
     DirIterator iterator("/etc", "*.conf");
     EXPECT_EQ(iterator.getIndex(), -1);
     const Names expected = platformMatches("/etc", "*.conf");
@@ -143,7 +143,7 @@ TEST(DirIterator, FileAndExtensionAreThoseOfEachMatch) {
     EXPECT_EQ(iterator.getValue(), directory.path("a.b.conf"));
 }
 
-TEST(DirIterator, EntriesComeAsTheSystemGivesThemDotsIncluded) {
+TEST(DirIterator, EntriesAreInTheOrderOfReaddirIncludingDots) {
     const test::TemporaryDirectory directory;
     fill(directory, {"a", "b.x", ".hidden", "c d", "ä", "[x]"});
     ASSERT_EQ(mkdir(directory.path("sub").c_str(), 0700), 0);
@@ -156,7 +156,7 @@ TEST(DirIterator, EntriesComeAsTheSystemGivesThemDotsIncluded) {
     EXPECT_EQ(matches(directory.path(), ".."), (Names{".."}));
 }
 
-TEST(DirIterator, PatternsMatchAsThePlatformMatchesThem) {
+TEST(DirIterator, PatternsMatchAsFnmatchDoes) {
     const test::TemporaryDirectory directory;
     fill(directory, {"a", "ab", "abc", "b", "B", "a.c", "[", "[a", "*", "?", "\\", "a]", "-", "!", " "});
     const std::string many(2000, '*');
@@ -167,7 +167,7 @@ TEST(DirIterator, PatternsMatchAsThePlatformMatchesThem) {
         EXPECT_EQ(matches(directory.path(), pattern), platformMatches(directory.path(), pattern)) << pattern;
 }
 
-TEST(DirIterator, ANullPatternMatchesNothing) {
+TEST(DirIterator, NullPatternMatchesNothing) {
     const test::TemporaryDirectory directory;
     fill(directory, {"a"});
     DirIterator iterator(directory.path().c_str(), nullptr);
@@ -183,7 +183,7 @@ TEST(DirIterator, ANullPatternMatchesNothing) {
     EXPECT_EQ(iterator.getFirst(nullptr), nullptr);
 }
 
-TEST(DirIterator, APatternThatIsNotNullReplacesTheOneInUse) {
+TEST(DirIterator, GetFirstReplacesThePatternUnlessNull) {
     const test::TemporaryDirectory directory;
     fill(directory, {"a.x", "b.y"});
     DirIterator iterator(directory.path().c_str(), "*.x");
@@ -200,7 +200,7 @@ TEST(DirIterator, APatternThatIsNotNullReplacesTheOneInUse) {
     EXPECT_STREQ(iterator.getFirst(nullptr), "a.x");
 }
 
-TEST(DirIterator, GetFirstBeginsAnew) {
+TEST(DirIterator, GetFirstStartsAgain) {
     const test::TemporaryDirectory directory;
     fill(directory, {"a", "b", "c"});
     DirIterator iterator(directory.path().c_str(), "?");
@@ -225,7 +225,7 @@ TEST(DirIterator, GetNextBeforeTheFirstIsNull) {
     EXPECT_STREQ(iterator.getFirst(nullptr), "a");
 }
 
-TEST(DirIterator, LengthCountsTheMatchesAndEndsTheWalk) {
+TEST(DirIterator, LengthCountsTheMatchesToTheEnd) {
     const test::TemporaryDirectory directory;
     fill(directory, {"a.x", "b.x", "c.y"});
     DirIterator iterator(directory.path().c_str(), "*.x");
@@ -238,7 +238,7 @@ TEST(DirIterator, LengthCountsTheMatchesAndEndsTheWalk) {
     EXPECT_EQ(iterator.length("none"), 0U);
 }
 
-TEST(DirIterator, ItsOwnTextsMayBeGivenBackToIt) {
+TEST(DirIterator, AcceptsItsOwnTexts) {
     const test::TemporaryDirectory directory;
     fill(directory, {"a.x", "b.x"});
     DirIterator iterator(directory.path().c_str(), "a*");
@@ -253,7 +253,7 @@ TEST(DirIterator, ItsOwnTextsMayBeGivenBackToIt) {
 
 // Real directories
 
-TEST(DirIterator, WalksThousandsOfEntries) {
+TEST(DirIterator, IteratesOverThousandsOfEntries) {
     const test::TemporaryDirectory directory;
     for (int i = 0; i < 3000; ++i)
         directory.write((i % 2 == 0 ? "even" : "odd") + std::to_string(i) + "." + std::string(1 + i % 200, 'x'), "");
@@ -264,7 +264,7 @@ TEST(DirIterator, WalksThousandsOfEntries) {
     EXPECT_EQ(iterator.length(nullptr), 3002U);
 }
 
-TEST(DirIterator, EndsWhenTheDirectoryVanishesWhileItIsRead) {
+TEST(DirIterator, EndsIfTheDirectoryIsRemovedDuringIteration) {
     const test::TemporaryDirectory directory;
     const std::string sub = directory.path("sub");
     ASSERT_EQ(mkdir(sub.c_str(), 0700), 0);
@@ -290,7 +290,7 @@ TEST(DirIterator, EndsWhenTheDirectoryVanishesWhileItIsRead) {
     EXPECT_EQ(iterator.ErrorMessage(), ERROR_TEXT + sub + "/");
 }
 
-TEST(DirIterator, EntriesMayBeRemovedAndAddedWhileItWalks) {
+TEST(DirIterator, EntriesMayBeRemovedAndAddedDuringIteration) {
     const test::TemporaryDirectory directory;
     for (int i = 0; i < 2000; ++i)
         directory.write("f" + std::to_string(i), "");
@@ -307,7 +307,7 @@ TEST(DirIterator, EntriesMayBeRemovedAndAddedWhileItWalks) {
     EXPECT_EQ(iterator.length("new*"), 100U);
 }
 
-TEST(DirIterator, ADirectoryThatIsMadeLaterIsOpenedThen) {
+TEST(DirIterator, DirectoryCreatedLaterIsOpenedThen) {
     const test::TemporaryDirectory directory;
     DirIterator iterator(directory.path("later").c_str(), "a");
     EXPECT_EQ(iterator.getFirst(nullptr), nullptr);
@@ -319,7 +319,7 @@ TEST(DirIterator, ADirectoryThatIsMadeLaterIsOpenedThen) {
 
 // Directories that cannot be read
 
-/// The ways in which a directory cannot be opened, by the owner of the machine as well.
+// Directories that even root cannot open.
 std::vector<std::string> unreadable(const test::TemporaryDirectory& directory) {
     const std::string file = directory.write("file", "");
     if (symlink("loop", directory.path("loop").c_str()) != 0)
@@ -332,7 +332,7 @@ std::vector<std::string> unreadable(const test::TemporaryDirectory& directory) {
             ""};
 }
 
-TEST(DirIterator, ADirectoryThatCannotBeReadGivesNullAndIsReported) {
+TEST(DirIterator, UnreadableDirectoryReturnsNullAndIsReported) {
     const test::TemporaryDirectory directory;
     for (const std::string& path : unreadable(directory)) {
         DirIterator iterator(path.c_str(), "*");
@@ -351,7 +351,7 @@ TEST(DirIterator, ADirectoryThatCannotBeReadGivesNullAndIsReported) {
     }
 }
 
-TEST(DirIterator, TheErrorIsReportedTheFirstTimeOnly) {
+TEST(DirIterator, ErrorIsReportedOnlyOnce) {
     const test::TemporaryDirectory directory;
     const std::string path = directory.path("nowhere/");
     DirIterator iterator(path.c_str(), "*");
@@ -366,14 +366,14 @@ TEST(DirIterator, TheErrorIsReportedTheFirstTimeOnly) {
     EXPECT_STREQ(iterator.ErrorMessage(), "");
 }
 
-TEST(DirIterator, ANullDirectoryCannotBeRead) {
+TEST(DirIterator, NullDirectoryCannotBeRead) {
     DirIterator iterator(nullptr, nullptr);
     EXPECT_STREQ(iterator.getPath(), "");
     EXPECT_FALSE(iterator.open());
     EXPECT_EQ(iterator.ErrorMessage(), std::string(ERROR_TEXT));
 }
 
-TEST(DirIterator, ADirectoryWithoutPermissionCannotBeRead) {
+TEST(DirIterator, DirectoryWithoutPermissionCannotBeRead) {
     const test::TemporaryDirectory directory;
     const std::string sub = directory.path("sub/");
     ASSERT_EQ(mkdir(sub.c_str(), 0), 0);
@@ -388,7 +388,7 @@ TEST(DirIterator, ADirectoryWithoutPermissionCannotBeRead) {
     EXPECT_EQ(child.status, 0) << child.err;
 }
 
-TEST(DirIterator, WithoutADescriptorADirectoryCannotBeRead) {
+TEST(DirIterator, DirectoryCannotBeReadIfDescriptorsAreExhausted) {
 #ifdef __SANITIZE_ADDRESS__
     GTEST_SKIP() << "the sanitizer needs descriptors of its own to check types";
 #endif
@@ -412,17 +412,17 @@ TEST(DirIterator, WithoutADescriptorADirectoryCannotBeRead) {
     EXPECT_EQ(child.status, 0) << child.err;
 }
 
-// Directories that fail while they are read
+// Directories that fail during iteration
 
-/// Lets what reads the open directory `path` from now on fail with ENOTDIR: its descriptor becomes that of a file.
-/// Returns whether there was exactly one.
+// Makes reading the open directory `path` fail with ENOTDIR, by replacing its descriptor with that of a file. Returns
+// whether there was exactly one such descriptor.
 bool breakOpenDirectory(const test::TemporaryDirectory& directory, const std::string& path) {
     const std::vector<int> descriptors = test::descriptorsOf(path);
     const test::Descriptor file(open(directory.write("file", "").c_str(), O_RDONLY | O_CLOEXEC));
     return descriptors.size() == 1 && dup2(file.number(), descriptors[0]) == descriptors[0];
 }
 
-TEST(DirIterator, AFailureAtTheFirstEntryIsReported) {
+TEST(DirIterator, FailureAtTheFirstEntryIsReported) {
     const test::TemporaryDirectory directory;
     const std::string sub = directory.path("sub");
     ASSERT_EQ(mkdir(sub.c_str(), 0700), 0);
@@ -437,13 +437,13 @@ TEST(DirIterator, AFailureAtTheFirstEntryIsReported) {
     EXPECT_EQ(iterator.getType(), 0);
 }
 
-TEST(DirIterator, AFailureAfterTheLastEntryIsReported) {
+TEST(DirIterator, FailureAfterTheLastEntryIsReported) {
     const test::TemporaryDirectory directory;
     const std::string sub = directory.path("sub");
     ASSERT_EQ(mkdir(sub.c_str(), 0700), 0);
     directory.write("sub/a", "");
     DirIterator iterator(sub.c_str(), "*");
-    // The platform has fetched all three entries with the first; only the look for a fourth fails.
+    // The platform reads all three entries with the first; only reading a fourth fails.
     ASSERT_NE(iterator.getFirst(nullptr), nullptr);
     ASSERT_TRUE(breakOpenDirectory(directory, sub));
     EXPECT_NE(iterator.getNext(), nullptr);
@@ -455,7 +455,7 @@ TEST(DirIterator, AFailureAfterTheLastEntryIsReported) {
     EXPECT_EQ(iterator.ErrorMessage(), ERROR_TEXT + sub + "/");
 }
 
-TEST(DirIterator, AFailureInTheMiddleOfALongDirectoryIsReported) {
+TEST(DirIterator, FailureInTheMiddleOfALongDirectoryIsReported) {
     const test::TemporaryDirectory directory;
     const std::string sub = directory.path("sub");
     ASSERT_EQ(mkdir(sub.c_str(), 0700), 0);
@@ -499,7 +499,7 @@ TEST(DirIterator, OnlyTheFirstFailureIsReported) {
     EXPECT_FALSE(other.inError());
 }
 
-TEST(DirIterator, TheEndOfADirectoryIsNoFailureWhateverErrnoWas) {
+TEST(DirIterator, EndOfDirectoryIsNotAFailureWhateverErrnoWas) {
     const test::TemporaryDirectory directory;
     fill(directory, {"a", "b"});
     DirIterator iterator(directory.path().c_str(), "?");
@@ -529,7 +529,7 @@ TEST(DirIterator, NeverOpensUnderTheNumberOfAStandardStream) {
     EXPECT_EQ(child.status, 0);
 }
 
-TEST(DirIterator, OpensOnceAndClosesWithItsEnd) {
+TEST(DirIterator, OpensOnceAndClosesInTheDestructor) {
     const test::TemporaryDirectory directory;
     directory.write("a", "");
     const std::size_t before = openDescriptors();
@@ -565,7 +565,7 @@ TEST(DirIterator, CanBeClosedAtAnyTime) {
     EXPECT_EQ(iterator.length(nullptr), 3U);
 }
 
-TEST(DirIterator, OpenedOnceMoreItIsBeforeItsFirstEntry) {
+TEST(DirIterator, ReopeningStartsAgain) {
     const test::TemporaryDirectory directory;
     fill(directory, {"a", "b"});
     DirIterator iterator(directory.path().c_str(), "?");
@@ -576,7 +576,7 @@ TEST(DirIterator, OpenedOnceMoreItIsBeforeItsFirstEntry) {
     EXPECT_EQ(walk(iterator), platformMatches(directory.path(), "?"));
 }
 
-TEST(DirIterator, AnotherDirectoryIsReadOnceTheFormerIsClosed) {
+TEST(DirIterator, NewDirectoryIsReadAfterTheOldOneIsClosed) {
     const test::TemporaryDirectory first;
     const test::TemporaryDirectory second;
     first.write("one.x", "");
@@ -591,14 +591,14 @@ TEST(DirIterator, AnotherDirectoryIsReadOnceTheFormerIsClosed) {
 
 // The type
 
-TEST(DirIterator, TheTypeIsAlwaysZero) {
+TEST(DirIterator, TypeIsAlwaysZero) {
     const test::TemporaryDirectory directory;
     directory.write("file", "x");
     ASSERT_EQ(mkdir(directory.path("directory").c_str(), 0700), 0);
     ASSERT_EQ(mkfifo(directory.path("fifo").c_str(), 0600), 0);
     ASSERT_EQ(symlink("nowhere", directory.path("dangling").c_str()), 0);
     const test::ChildResult child = test::runInChild([&] {
-        // With the names in the working directory, and without them.
+        // Whether or not the names exist in the working directory.
         for (const std::string& working : {directory.path(), directory.path("directory")}) {
             if (chdir(working.c_str()) != 0)
                 return 1;
@@ -657,17 +657,18 @@ TEST(DirIterator, ClosingIsTracedBeforeAndAfter) {
     EXPECT_EQ(log.count(), 0U);
 }
 
-TEST(DirIterator, EachLookIsTraced) {
+TEST(DirIterator, EachMatchIsTraced) {
     const test::TemporaryDirectory directory;
     fill(directory, {"a.x", "b.y"});
     DirIterator iterator(directory.path().c_str(), "*.x");
     ASSERT_TRUE(iterator.open());
     const Names all = platformMatches(directory.path(), "*");
     Names upToTheMatch;
-    Names behindIt;
+    Names afterTheMatch;
     for (const std::string& name : all) {
         const bool isMatch = name == "a.x";
-        Names& lines = upToTheMatch.empty() || upToTheMatch.back() != "returning value a.x" ? upToTheMatch : behindIt;
+        Names& lines =
+            upToTheMatch.empty() || upToTheMatch.back() != "returning value a.x" ? upToTheMatch : afterTheMatch;
         lines.push_back("match name " + name + " to pattern *.x");
         lines.push_back("match returned " + std::to_string(isMatch ? 0 : FNM_NOMATCH));
         if (isMatch)
@@ -679,10 +680,10 @@ TEST(DirIterator, EachLookIsTraced) {
     EXPECT_EQ(textsFrom(log), upToTheMatch);
     log.clear();
     ASSERT_EQ(iterator.getNext(), nullptr);
-    EXPECT_EQ(textsFrom(log), behindIt);
+    EXPECT_EQ(textsFrom(log), afterTheMatch);
 }
 
-TEST(DirIterator, TheLooksAreTracedAsGetFirstAndGetNext) {
+TEST(DirIterator, MatchesAreTracedInTheNamesOfGetFirstAndGetNext) {
     const test::TemporaryDirectory directory;
     fill(directory, {"a.x", "b.x"});
     DirIterator iterator(directory.path().c_str(), "*.x");
@@ -710,7 +711,7 @@ TEST(DirIterator, LogsNothingWithItsSwitchOff) {
     EXPECT_EQ(log.count(), 0U);
 }
 
-// What every item has
+// Item interface
 
 TEST(DirIterator, IsNamedAsItsDirectory) {
     const DirIterator iterator("/some/where", "*");
@@ -747,7 +748,7 @@ TEST(DirIterator, LeaksNothing) {
     EXPECT_EQ(framework::Memory::staticOutstanding(), outstanding);
 }
 
-TEST(DirIterator, WithoutMemoryItFindsNothingOrWhatIsThere) {
+TEST(DirIterator, ResultsAreCorrectOrNullIfMemoryIsExhausted) {
     const test::TemporaryDirectory directory;
     fill(directory, {"a", "b"});
     const std::string path = directory.path();
@@ -762,7 +763,7 @@ TEST(DirIterator, WithoutMemoryItFindsNothingOrWhatIsThere) {
                 iterator.length("[ab]");
                 iterator.close();
             } catch (const std::bad_alloc&) {
-                // The parts of a path are the standard library's texts.
+                // The parts of a path are `std::string`s.
             }
         },
         [&] {

@@ -27,7 +27,7 @@ void PrintTo(const Split& split, std::ostream* out) {
     *out << (split.taken ? "taken '" : "refused '") << split.name << "' " << split.level;
 }
 
-/// What a text is split into; a name that was not written shows as "untouched".
+// The parts of `text`; the name is "untouched" if it was not written.
 Split split(const char* text) {
     char name[200001] = "untouched";
     unsigned int level = BAD;
@@ -49,19 +49,19 @@ TEST(DotStarFormatter, UsageExample) {
     EXPECT_EQ(level, 2u);
 }
 
-TEST(DotStarFormatter, CountsTheMarksBehindTheName) {
+TEST(DotStarFormatter, CountsTheMarksAfterTheName) {
     EXPECT_EQ(split("host"), taken("host", 0));
     EXPECT_EQ(split("host.*"), taken("host", 1));
     EXPECT_EQ(split("host.*.*"), taken("host", 2));
     EXPECT_EQ(split("host.*.*.*.*.*"), taken("host", 5));
 }
 
-TEST(DotStarFormatter, ANullOrEmptyTextIsAnEmptyName) {
+TEST(DotStarFormatter, NullOrEmptyTextIsAnEmptyName) {
     EXPECT_EQ(split(nullptr), taken("", 0));
     EXPECT_EQ(split(""), taken("", 0));
 }
 
-TEST(DotStarFormatter, ADotAtTheStartIsRefused) {
+TEST(DotStarFormatter, LeadingDotIsRefused) {
     EXPECT_EQ(split("."), REFUSED);
     EXPECT_EQ(split(".*"), REFUSED);
     EXPECT_EQ(split(".*x"), REFUSED);
@@ -69,7 +69,7 @@ TEST(DotStarFormatter, ADotAtTheStartIsRefused) {
     EXPECT_EQ(split("..*"), REFUSED);
 }
 
-TEST(DotStarFormatter, ADotWithoutAStarBelongsToTheName) {
+TEST(DotStarFormatter, DotWithoutAStarBelongsToTheName) {
     EXPECT_EQ(split("a.b"), taken("a.b", 0));
     EXPECT_EQ(split("a.b.*"), taken("a.b", 1));
     EXPECT_EQ(split("a."), taken("a.", 0));
@@ -81,7 +81,7 @@ TEST(DotStarFormatter, ADotWithoutAStarBelongsToTheName) {
     EXPECT_EQ(split("a*.b*.*"), taken("a*.b*", 1));
 }
 
-TEST(DotStarFormatter, WhatFollowsTheFirstMarkMustComeInStepsThatBeginWithADot) {
+TEST(DotStarFormatter, PairsAfterTheFirstMarkMustBeginWithADot) {
     EXPECT_EQ(split("a.*x"), REFUSED);
     EXPECT_EQ(split("a.*x.*"), REFUSED);
     EXPECT_EQ(split("a.**"), REFUSED);
@@ -90,7 +90,7 @@ TEST(DotStarFormatter, WhatFollowsTheFirstMarkMustComeInStepsThatBeginWithADot) 
     EXPECT_EQ(split("a.* "), REFUSED);
 }
 
-TEST(DotStarFormatter, AStepThatIsNoMarkIsPassedOver) {
+TEST(DotStarFormatter, PairThatIsNotAMarkIsIgnored) {
     EXPECT_EQ(split("a.*.x"), taken("a", 1));
     EXPECT_EQ(split("a.*.x.*"), taken("a", 2));
     EXPECT_EQ(split("a.*.x.y.*.z"), taken("a", 2));
@@ -98,17 +98,17 @@ TEST(DotStarFormatter, AStepThatIsNoMarkIsPassedOver) {
     EXPECT_EQ(split("a.*..*"), REFUSED);
 }
 
-TEST(DotStarFormatter, ALoneDotAtTheEndIsPassedOver) {
+TEST(DotStarFormatter, SingleDotAtTheEndIsIgnored) {
     EXPECT_EQ(split("a.*."), taken("a", 1));
     EXPECT_EQ(split("a.*.*."), taken("a", 2));
 }
 
-TEST(DotStarFormatter, TakesAnyOtherBytes) {
+TEST(DotStarFormatter, AcceptsAnyOtherBytes) {
     EXPECT_EQ(split("\xC3\xA9\x01 .*"), taken("\xC3\xA9\x01 ", 1));
     EXPECT_EQ(split("\xFF"), taken("\xFF", 0));
 }
 
-TEST(DotStarFormatter, TakesTextsOfAnyLength) {
+TEST(DotStarFormatter, AcceptsTextsOfAnyLength) {
     const std::string name(100000, 'n');
     EXPECT_EQ(split(name.c_str()), taken(name.c_str(), 0));
     EXPECT_EQ(split((name + ".*").c_str()), taken(name.c_str(), 1));
@@ -119,7 +119,7 @@ TEST(DotStarFormatter, TakesTextsOfAnyLength) {
     EXPECT_EQ(split((marks + "x").c_str()), REFUSED);
 }
 
-TEST(DotStarFormatter, ANameThatDoesNotFitIsCutAndTerminatedBehindItsSize) {
+TEST(DotStarFormatter, LongNameIsTruncatedAndTerminatedAfterItsSize) {
     for (const char* text : {"12345", "12345.*"}) {
         for (unsigned int size = 0; size < 8; ++size) {
             test::GuardedText name(size + 1);
@@ -133,7 +133,7 @@ TEST(DotStarFormatter, ANameThatDoesNotFitIsCutAndTerminatedBehindItsSize) {
     }
 }
 
-TEST(DotStarFormatter, ANameShorterThanItsSizeNeedsNoMore) {
+TEST(DotStarFormatter, ShortNameUsesOnlyItsOwnLength) {
     test::GuardedText name(6);
     unsigned int level = BAD;
     EXPECT_TRUE(DotStarFormatter::getLevelAndName("12345", name.array(), 6, level));
@@ -142,7 +142,7 @@ TEST(DotStarFormatter, ANameShorterThanItsSizeNeedsNoMore) {
     EXPECT_TRUE(name.isGuardWhole());
 }
 
-TEST(DotStarFormatter, ANullNameTakesNothing) {
+TEST(DotStarFormatter, NullNameIsNotWritten) {
     unsigned int level = BAD;
     EXPECT_TRUE(DotStarFormatter::getLevelAndName("host.*.*", nullptr, 8, level));
     EXPECT_EQ(level, 2u);
@@ -152,7 +152,7 @@ TEST(DotStarFormatter, ANullNameTakesNothing) {
     EXPECT_EQ(level, 0u);
 }
 
-TEST(DotStarFormatter, ATextMayBeSplitInPlace) {
+TEST(DotStarFormatter, TextCanBeSplitInPlace) {
     char text[] = "host.*.*";
     unsigned int level = BAD;
     EXPECT_TRUE(DotStarFormatter::getLevelAndName(text, text, 8, level));

@@ -50,8 +50,8 @@ Variables contentOf(const Environment& set) {
 }
 
 template<class Write>
-std::string written(Write&& write, int room = 1000000) {
-    utility::BufferStream out(room);
+std::string written(Write&& write, int capacity = 1000000) {
+    utility::BufferStream out(capacity);
     write(out);
     return std::string(out.pTail(), static_cast<std::size_t>(out.ReadAvailable()));
 }
@@ -66,7 +66,7 @@ TEST(Environment, UsageExample) {
     EXPECT_EQ(set.getAsInt("PORTS"), 4);
 }
 
-TEST(Environment, BeginsEmpty) {
+TEST(Environment, IsInitiallyEmpty) {
     const Environment set;
     EXPECT_EQ(set.length(), 0U);
     EXPECT_EQ(set.NumElements(), 0U);
@@ -74,7 +74,7 @@ TEST(Environment, BeginsEmpty) {
     EXPECT_EQ(textOf(set), "");
 }
 
-TEST(Environment, AVariableKeepsItsPlaceWhenItsValueIsReplaced) {
+TEST(Environment, ReplacingAValueKeepsTheOrder) {
     Environment set;
     set.set("A", "1");
     set.set("B", "2");
@@ -85,7 +85,7 @@ TEST(Environment, AVariableKeepsItsPlaceWhenItsValueIsReplaced) {
     EXPECT_EQ(textOf(set), "A=3\nB=2\n");
 }
 
-TEST(Environment, TheLaterVariablesMoveUpWhenOneIsRemoved) {
+TEST(Environment, RemovingAVariableKeepsTheOrder) {
     Environment set;
     set.set("A", "1");
     set.set("B", "2");
@@ -105,7 +105,7 @@ TEST(Environment, TheLaterVariablesMoveUpWhenOneIsRemoved) {
     EXPECT_EQ(contentOf(set), (Variables{{"B", "2"}, {"A", "4"}}));
 }
 
-TEST(Environment, FindGivesTheEvenPlaceOfTheNameAmongNamesAndValues) {
+TEST(Environment, FindReturnsTwiceTheIndex) {
     Environment set;
     set.set("A", "B");
     set.set("B", "C");
@@ -119,7 +119,7 @@ TEST(Environment, FindGivesTheEvenPlaceOfTheNameAmongNamesAndValues) {
     EXPECT_EQ(set.find(nullptr), -1);
 }
 
-TEST(Environment, AbsentNamesGiveNullZeroAndFalse) {
+TEST(Environment, MissingNamesReturnNullZeroAndFalse) {
     Environment set;
     set.set("A", "7");
     for (const char* const name : {"a", "", static_cast<const char*>(nullptr)}) {
@@ -130,7 +130,7 @@ TEST(Environment, AbsentNamesGiveNullZeroAndFalse) {
     }
 }
 
-TEST(Environment, NumbersAreReadAtTheStartOfTheValue) {
+TEST(Environment, NumbersAreParsedAtTheStartOfTheValue) {
     Environment set;
     const std::pair<const char*, int> values[] = {{"12", 12}, {"-7", -7},  {" 5x", 5}, {"", 0},
                                                   {"abc", 0}, {"0x10", 0}, {"+3", 3},  {"2147483647", 2147483647},
@@ -166,7 +166,7 @@ TEST(Environment, NullNamesAndValuesChangeNothing) {
     EXPECT_EQ(contentOf(set), (Variables{{"x", "1"}}));
 }
 
-TEST(Environment, EmptyNamesAndValuesAreVariablesLikeAnyOther) {
+TEST(Environment, NamesAndValuesMayBeEmpty) {
     Environment set;
     set.set("", "x");
     set.set("y", "");
@@ -180,7 +180,7 @@ TEST(Environment, EmptyNamesAndValuesAreVariablesLikeAnyOther) {
     EXPECT_EQ(set.length(), 2U);
 }
 
-TEST(Environment, KeepsCopies) {
+TEST(Environment, StoresCopies) {
     char name[] = "NAME", value[] = "value";
     Environment set;
     set.set(name, value);
@@ -188,7 +188,7 @@ TEST(Environment, KeepsCopies) {
     EXPECT_EQ(contentOf(set), (Variables{{"NAME", "value"}}));
 }
 
-TEST(Environment, AnEqualValueKeepsTheCopy) {
+TEST(Environment, EqualValueKeepsTheCopy) {
     Environment set;
     set.set("A", "value");
     const char* const before = set.get("A");
@@ -197,7 +197,7 @@ TEST(Environment, AnEqualValueKeepsTheCopy) {
     EXPECT_STREQ(before, "value");
 }
 
-TEST(Environment, ItsOwnTextsMayBeGivenBackToIt) {
+TEST(Environment, AcceptsItsOwnTexts) {
     Environment set;
     set.set("A", "value");
     set.set("A", set.get("A"));
@@ -216,7 +216,7 @@ TEST(Environment, ItsOwnTextsMayBeGivenBackToIt) {
     EXPECT_FALSE(set.isSet("value"));
 }
 
-TEST(Environment, HoldsThousandsOfVariables) {
+TEST(Environment, StoresThousandsOfVariables) {
     Environment set;
     for (int i = 0; i < 3000; ++i)
         set.set(("NAME" + std::to_string(i)).c_str(), std::to_string(i).c_str());
@@ -234,7 +234,7 @@ TEST(Environment, HoldsThousandsOfVariables) {
 
 // ElementAt
 
-TEST(Environment, ElementAtOfNoVariableThrows) {
+TEST(Environment, ElementAtThrowsOutOfRange) {
     Environment set;
     char name[8];
     EXPECT_FAILURE(set.ElementAt(0, name, sizeof name), 1229, "ut_Environment", ELEMENT_AT, "");
@@ -245,7 +245,7 @@ TEST(Environment, ElementAtOfNoVariableThrows) {
     EXPECT_STREQ(set.ElementAt(1, name, sizeof name), "2");
 }
 
-TEST(Environment, ElementAtCutsTheNameWithoutATerminator) {
+TEST(Environment, ElementAtTruncatesTheNameWithoutATerminator) {
     Environment set;
     set.set("NAME", "value");
     for (unsigned int size = 0; size <= 8; ++size) {
@@ -257,7 +257,7 @@ TEST(Environment, ElementAtCutsTheNameWithoutATerminator) {
     }
 }
 
-TEST(Environment, ElementAtLeavesTheBytesBehindTheTerminator) {
+TEST(Environment, ElementAtLeavesTheBytesAfterTheTerminator) {
     Environment set;
     set.set("AB", "1");
     char name[] = "#####";
@@ -265,7 +265,7 @@ TEST(Environment, ElementAtLeavesTheBytesBehindTheTerminator) {
     EXPECT_EQ(std::string(name, 5), std::string("AB\0##", 5));
 }
 
-TEST(Environment, ElementAtWithoutABufferGivesTheValue) {
+TEST(Environment, ElementAtAcceptsANullBuffer) {
     Environment set;
     set.set("A", "1");
     EXPECT_STREQ(set.ElementAt(0, nullptr, 0), "1");
@@ -274,7 +274,7 @@ TEST(Environment, ElementAtWithoutABufferGivesTheValue) {
 
 // Printing
 
-TEST(Environment, NamesAreCutAt127CharactersInPrint) {
+TEST(Environment, PrintedNamesAreTruncatedTo127Characters) {
     for (const std::size_t length : {126U, 127U, 128U, 129U, 1000U}) {
         Environment set;
         const std::string name(length, 'n');
@@ -284,20 +284,20 @@ TEST(Environment, NamesAreCutAt127CharactersInPrint) {
     }
 }
 
-TEST(Environment, PrintsAlikeAtEveryLevel) {
+TEST(Environment, PrintIgnoresTheLevel) {
     Environment set;
     set.set("A", "1");
     for (const int level : {-1, 0, 1, 100})
         EXPECT_EQ(written([&](utility::PutStream& out) { set.privateInformation(out, level); }), "A=1\n");
 }
 
-TEST(Environment, PrintsPercentSignsAsTheyAre) {
+TEST(Environment, PrintsPercentSignsUnchanged) {
     Environment set;
     set.set("%s%n", "%d%s%n");
     EXPECT_EQ(textOf(set), "%s%n=%d%s%n\n");
 }
 
-TEST(Environment, AStreamThatIsTooShortThrowsAndKeepsWithinItsRoom) {
+TEST(Environment, PrintThrowsIfTheTextDoesNotFitAndNeverOverruns) {
     Environment set;
     set.set("FIRST", "1");
     set.set("SECOND", "2");
@@ -349,7 +349,7 @@ TEST(Environment, LogsNothingWithItsSwitchOff) {
 
 // The process environment
 
-TEST(Environment, TheVariablesOfTheProcessAreThoseOfThePlatform) {
+TEST(Environment, ProcessVariablesAreThoseOfThePlatform) {
     const char* const name = "VXUT_ENVIRONMENT_TEST";
     ASSERT_EQ(unsetenv(name), 0);
     EXPECT_EQ(Environment::GetEnv(name), nullptr);
@@ -374,7 +374,7 @@ TEST(Environment, NamesThatThePlatformRefusesAreRefused) {
     EXPECT_EQ(Environment::GetEnv("A=B"), nullptr);
 }
 
-TEST(Environment, NullArgumentsOfTheProcessEnvironmentFindNothingOrFail) {
+TEST(Environment, NullArgumentsOfTheProcessEnvironmentReturnNullOrFail) {
     EXPECT_EQ(Environment::GetEnv(nullptr), nullptr);
     errno = 0;
     EXPECT_EQ(Environment::SetEnv(nullptr, "x"), -1);
@@ -389,7 +389,7 @@ TEST(Environment, NullArgumentsOfTheProcessEnvironmentFindNothingOrFail) {
     EXPECT_EQ(std::getenv("VXUT_ENVIRONMENT_NULL"), nullptr);
 }
 
-TEST(Environment, APrivateSetIsKeptApartFromTheProcess) {
+TEST(Environment, SetIsIndependentOfTheProcess) {
     ASSERT_EQ(Environment::SetEnv("VXUT_ENVIRONMENT_APART", "process"), 0);
     Environment set;
     EXPECT_FALSE(set.isSet("VXUT_ENVIRONMENT_APART"));
@@ -423,7 +423,7 @@ TEST(Environment, GlobalInformationOfAnEmptiedProcessEnvironmentIsEmpty) {
     EXPECT_EQ(child.status, 0) << child.err;
 }
 
-TEST(Environment, GlobalInformationThrowsWhereTheStreamIsTooShort) {
+TEST(Environment, GlobalInformationThrowsIfTheTextDoesNotFit) {
     ASSERT_EQ(Environment::SetEnv("VXUT_ENVIRONMENT_LONG", "0123456789"), 0);
     test::GuardedText text(8);
     utility::PutStream out(text.array(), 8);
@@ -434,7 +434,7 @@ TEST(Environment, GlobalInformationThrowsWhereTheStreamIsTooShort) {
     EXPECT_EQ(Environment::UnsetEnv("VXUT_ENVIRONMENT_LONG"), 0);
 }
 
-// Against a plain model
+// Comparison with a simple model
 
 TEST(Environment, RandomChangesLikeTheModel) {
     test::RandomRun random;
@@ -466,7 +466,7 @@ TEST(Environment, RandomChangesLikeTheModel) {
 
 // Memory
 
-TEST(Environment, GivesBackWhatItTook) {
+TEST(Environment, LeaksNothing) {
     const long before = framework::Memory::staticOutstanding();
     {
         Environment set;
@@ -479,7 +479,7 @@ TEST(Environment, GivesBackWhatItTook) {
     EXPECT_EQ(framework::Memory::staticOutstanding(), before);
 }
 
-/// Runs `operation`; what it may throw where there is no memory is a failure of its array or a refused `new`.
+// Runs `operation`. If memory is exhausted, it may throw a failure of its array or `std::bad_alloc`.
 template<class Operation>
 void withLittleMemory(Operation&& operation) {
     try {
@@ -492,7 +492,7 @@ void withLittleMemory(Operation&& operation) {
     }
 }
 
-TEST(Environment, WithoutMemoryItCanBeMadeOrRefused) {
+TEST(Environment, ConstructionSucceedsOrThrowsIfMemoryIsExhausted) {
     const long before = framework::Memory::staticOutstanding();
     const unsigned long failed = test::failEachAllocationOnce(
         [] {
@@ -505,20 +505,20 @@ TEST(Environment, WithoutMemoryItCanBeMadeOrRefused) {
     EXPECT_GE(failed, 4U);
 }
 
-TEST(Environment, WithoutMemoryForANameOrAValueASetChangesNothing) {
+TEST(Environment, SetChangesNothingWithoutMemoryForANameOrAValue) {
     const long before = framework::Memory::staticOutstanding();
     for (const int others : {0, 9, 10}) {
-        Variables former;
+        Variables previous;
         for (int i = 0; i < others; ++i)
-            former.push_back({"N" + std::to_string(i), std::to_string(i)});
-        former.push_back({"A", "1"});
+            previous.push_back({"N" + std::to_string(i), std::to_string(i)});
+        previous.push_back({"A", "1"});
         for (const char* const name : {"A", "B"}) {
             unsigned long failures = 1;
             for (unsigned long nth = 1; failures > 0; ++nth) {
                 ASSERT_LE(nth, 50U);
                 Environment set;
-                for (const auto& [formerName, value] : former)
-                    set.set(formerName.c_str(), value.c_str());
+                for (const auto& [previousName, value] : previous)
+                    set.set(previousName.c_str(), value.c_str());
                 const char* const text = set.get("A");
                 {
                     test::FailingAllocation failing(nth);
@@ -529,7 +529,7 @@ TEST(Environment, WithoutMemoryForANameOrAValueASetChangesNothing) {
                     EXPECT_STREQ(set.get(name), "2");
                     break;
                 }
-                EXPECT_EQ(contentOf(set), former) << nth;
+                EXPECT_EQ(contentOf(set), previous) << nth;
                 EXPECT_EQ(set.get("A"), text) << nth;
                 set.set(name, "3");
                 EXPECT_STREQ(set.get(name), "3") << nth;
@@ -539,7 +539,7 @@ TEST(Environment, WithoutMemoryForANameOrAValueASetChangesNothing) {
     EXPECT_EQ(framework::Memory::staticOutstanding(), before);
 }
 
-TEST(Environment, WithoutMemoryForAVariableItCanStillBeAskedAndPrinted) {
+TEST(Environment, StaysUsableWithoutMemoryForAVariable) {
     const long before = framework::Memory::staticOutstanding();
     unsigned long failures = 1;
     for (unsigned long nth = 1; failures > 0; ++nth) {
@@ -581,7 +581,7 @@ TEST(Environment, WithoutMemoryForAVariableItCanStillBeAskedAndPrinted) {
     EXPECT_EQ(framework::Memory::staticOutstanding(), before);
 }
 
-TEST(Environment, WithoutMemoryForALargerTableNamesAndValuesStayTogether) {
+TEST(Environment, NamesAndValuesStayPairedWithoutMemoryForALargerTable) {
     unsigned long failures = 1;
     for (unsigned long nth = 1; failures > 0; ++nth) {
         ASSERT_LE(nth, 50U);

@@ -32,7 +32,7 @@ std::string text(const PortAddress& address) {
     return address.toBuffer(buf, sizeof buf);
 }
 
-/// Says that it is a Fibre Channel address, and is not.
+// Claims to be a Fibre Channel address, but is of another class.
 class False : public PortAddress {
 public:
     PortAddress* clone() const override {
@@ -59,7 +59,7 @@ TEST(FCPortAddress, UsageExample) {
     EXPECT_STREQ(text, "500a09818d5f1234");
 }
 
-TEST(FCPortAddress, IsMadeFromTextNameOrBytes) {
+TEST(FCPortAddress, CanBeConstructedFromTextNameOrBytes) {
     WWN wwn("500a09818d5f1234");
     unsigned char bytes[] = {0x50, 0x0A, 0x09, 0x81, 0x8D, 0x5F, 0x12, 0x34};
     const FCPortAddress fromText(TYPE, "500A09818D5F1234");
@@ -81,7 +81,7 @@ TEST(FCPortAddress, IgnoresWhetherItsTextIsAName) {
     EXPECT_EQ(text(FCPortAddress(TYPE, static_cast<const char*>(nullptr))), "0000000000000000");
 }
 
-TEST(FCPortAddress, ReadsATextAsANameDoes) {
+TEST(FCPortAddress, ParsesTextAsWWNDoes) {
     FCPortAddress address(OTHER_TYPE, "500a09818d5f1234");
     EXPECT_FALSE(address.fromString("6000"));
     EXPECT_EQ(text(address), "600009818d5f1234");
@@ -92,7 +92,7 @@ TEST(FCPortAddress, ReadsATextAsANameDoes) {
     EXPECT_EQ(address.getWWNType(), OTHER_TYPE);
 }
 
-TEST(FCPortAddress, CopiesCarryNameAndType) {
+TEST(FCPortAddress, CopiesHaveTheSameNameAndType) {
     const FCPortAddress address(OTHER_TYPE, "500a09818d5f1234");
     const FCPortAddress copy(address);
     EXPECT_TRUE(copy == address);
@@ -106,7 +106,7 @@ TEST(FCPortAddress, CopiesCarryNameAndType) {
     EXPECT_TRUE(assigned == address);
 }
 
-TEST(FCPortAddress, ACloneIsAnEqualAddressOfItsOwn) {
+TEST(FCPortAddress, CloneIsAnIndependentEqualAddress) {
     FCPortAddress address(OTHER_TYPE, "500a09818d5f1234");
     const std::unique_ptr<FCPortAddress> copy(dynamic_cast<FCPortAddress*>(address.clone()));
     ASSERT_NE(copy, nullptr);
@@ -116,7 +116,7 @@ TEST(FCPortAddress, ACloneIsAnEqualAddressOfItsOwn) {
     EXPECT_EQ(text(*copy), "500a09818d5f1234");
 }
 
-TEST(FCPortAddress, WithoutMemoryThereIsNoClone) {
+TEST(FCPortAddress, CloneThrowsIfMemoryIsExhausted) {
     const FCPortAddress address(TYPE, "500a09818d5f1234");
     test::FailingAllocation failing(1);
     bool thrown = false;
@@ -141,14 +141,14 @@ TEST(FCPortAddress, EqualsByNameAndType) {
     EXPECT_FALSE(far == address);
 }
 
-TEST(FCPortAddress, ComparingWithAnObjectThatOnlySaysItIsOneIsABadCast) {
+TEST(FCPortAddress, ComparingWithAnObjectOfAnotherClassThrowsBadCast) {
     const FCPortAddress address(TYPE, "500a09818d5f1234");
     const False other;
     EXPECT_THROW(static_cast<void>(address == other), std::bad_cast);
     EXPECT_THROW(static_cast<void>(address != other), std::bad_cast);
 }
 
-TEST(FCPortAddress, ToBufferNeverWritesBehindItsArray) {
+TEST(FCPortAddress, ToBufferNeverOverrunsItsArray) {
     const FCPortAddress address(TYPE, "500a09818d5f1234");
     for (unsigned int size = 0; size < 20; ++size) {
         test::GuardedText buf(size);
@@ -159,13 +159,14 @@ TEST(FCPortAddress, ToBufferNeverWritesBehindItsArray) {
     }
 }
 
-TEST(FCPortAddress, ToPutStreamWritesTheDigitsAndCutsWhatDoesNotFit) {
+TEST(FCPortAddress, ToPutStreamWritesTheDigitsTruncated) {
     const FCPortAddress address(TYPE, "500a09818d5f1234");
-    for (int room = 0; room < 20; ++room) {
-        utility::BufferStream stream(room);
+    for (int capacity = 0; capacity < 20; ++capacity) {
+        utility::BufferStream stream(capacity);
         address.toPutStream(stream);
-        EXPECT_STREQ(stream.pBuffer(), std::string("500a09818d5f1234").substr(0, static_cast<size_t>(room)).c_str());
-        EXPECT_EQ(stream.WritePosition(), std::min(room, 16));
+        EXPECT_STREQ(stream.pBuffer(),
+                     std::string("500a09818d5f1234").substr(0, static_cast<size_t>(capacity)).c_str());
+        EXPECT_EQ(stream.WritePosition(), std::min(capacity, 16));
     }
 }
 

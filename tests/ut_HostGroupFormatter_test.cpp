@@ -29,7 +29,7 @@ TEST(HostGroupFormatter, UsageExample) {
     EXPECT_EQ(level, 2u);
 }
 
-TEST(HostGroupFormatter, TakesUpToTwoMarks) {
+TEST(HostGroupFormatter, AcceptsUpToTwoMarks) {
     const char* const texts[] = {"host", "host.*", "host.*.*"};
     for (unsigned int level = 0; level < 3; ++level) {
         const Result result(texts[level]);
@@ -48,7 +48,7 @@ TEST(HostGroupFormatter, RefusesMoreMarksWithLevelZero) {
     }
 }
 
-TEST(HostGroupFormatter, RefusesNullAndWhatIsNoSelectorWithLevelZero) {
+TEST(HostGroupFormatter, RefusesNullAndInvalidTextsWithLevelZero) {
     for (const char* text : {static_cast<const char*>(nullptr), ".", ".*", ".*x", "a.*x", "a.*.*x"}) {
         const Result result(text);
         EXPECT_FALSE(result.taken);
@@ -57,14 +57,14 @@ TEST(HostGroupFormatter, RefusesNullAndWhatIsNoSelectorWithLevelZero) {
     }
 }
 
-TEST(HostGroupFormatter, AnEmptyTextIsAnEmptyName) {
+TEST(HostGroupFormatter, EmptyTextIsAnEmptyName) {
     const Result result("");
     EXPECT_TRUE(result.taken);
     EXPECT_EQ(result.level, 0u);
     EXPECT_STREQ(result.name, "");
 }
 
-TEST(HostGroupFormatter, ANameThatDoesNotFitIsCut) {
+TEST(HostGroupFormatter, LongNameIsTruncated) {
     const Result result((std::string(100000, 'n') + ".*").c_str());
     EXPECT_TRUE(result.taken);
     EXPECT_EQ(result.level, 1u);

@@ -50,7 +50,7 @@ TEST(IPV4Address, UsageExample) {
     EXPECT_STREQ(text, "10.0.0.1");
 }
 
-TEST(IPV4Address, BeginsAsZero) {
+TEST(IPV4Address, IsInitiallyZero) {
     const IPV4Address address;
     EXPECT_EQ(address.getValue(), 0u);
     EXPECT_TRUE(address.isZero());
@@ -58,7 +58,7 @@ TEST(IPV4Address, BeginsAsZero) {
     EXPECT_EQ(text(address), "0.0.0.0");
 }
 
-TEST(IPV4Address, TheWordIsTheOneOfTheSocketAddress) {
+TEST(IPV4Address, WordIsTheOneOfTheSocketAddress) {
     in_addr socketAddress;
     ASSERT_EQ(inet_pton(AF_INET, "10.0.0.1", &socketAddress), 1);
     EXPECT_EQ(IPV4Address("10.0.0.1").getValue(), socketAddress.s_addr);
@@ -68,7 +68,7 @@ TEST(IPV4Address, TheWordIsTheOneOfTheSocketAddress) {
 #endif
 }
 
-TEST(IPV4Address, EveryWordComesBackAsItWas) {
+TEST(IPV4Address, WordsRoundTrip) {
     std::mt19937 random(41);
     for (const unsigned int edge : {0u, 1u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFFu}) {
         EXPECT_EQ(IPV4Address(edge).getValue(), edge);
@@ -82,7 +82,7 @@ TEST(IPV4Address, EveryWordComesBackAsItWas) {
     }
 }
 
-TEST(IPV4Address, BytesAreInTheOrderTheyAreWritten) {
+TEST(IPV4Address, BytesAreInWrittenOrder) {
     unsigned char bytes[] = {192, 168, 0, 255};
     IPV4Address address(bytes);
     EXPECT_EQ(text(address), "192.168.0.255");
@@ -95,7 +95,7 @@ TEST(IPV4Address, BytesAreInTheOrderTheyAreWritten) {
     EXPECT_EQ(address.getValue(), word(10, 0, 0, 1));
 }
 
-TEST(IPV4Address, IsCopied) {
+TEST(IPV4Address, CanBeCopied) {
     IPV4Address address("1.2.3.4");
     const IPV4Address copy(address);
     address.set(0);
@@ -111,7 +111,7 @@ TEST(IPV4Address, IsValidUnlessItsFirstByteIsZero) {
     EXPECT_TRUE(IPV4Address("255.255.255.255").isValid());
 }
 
-TEST(IPV4Address, IsZeroOnlyWhenAllBytesAre) {
+TEST(IPV4Address, IsZeroOnlyIfAllBytesAreZero) {
     EXPECT_TRUE(IPV4Address("0.0.0.0").isZero());
     EXPECT_FALSE(IPV4Address("1.0.0.0").isZero());
     EXPECT_FALSE(IPV4Address("0.1.0.0").isZero());
@@ -119,7 +119,7 @@ TEST(IPV4Address, IsZeroOnlyWhenAllBytesAre) {
     EXPECT_FALSE(IPV4Address("0.0.0.1").isZero());
 }
 
-TEST(IPV4Address, EqualsWhenEveryByteDoes) {
+TEST(IPV4Address, EqualsIfAllBytesAreEqual) {
     const IPV4Address address("1.2.3.4");
     EXPECT_TRUE(address == IPV4Address("1.2.3.4"));
     EXPECT_FALSE(address != IPV4Address("1.2.3.4"));
@@ -129,7 +129,7 @@ TEST(IPV4Address, EqualsWhenEveryByteDoes) {
     }
 }
 
-TEST(IPV4Address, ATextThatIsNoAddressIsRefusedAndChangesNothing) {
+TEST(IPV4Address, InvalidTextReturnsFalseAndChangesNothing) {
     const std::string good = "1.2.3.4";
     const std::string refused[] = {"",
                                    ".",
@@ -166,13 +166,13 @@ TEST(IPV4Address, ATextThatIsNoAddressIsRefusedAndChangesNothing) {
     }
 }
 
-TEST(IPV4Address, ANullTextIsRefusedAndChangesNothing) {
+TEST(IPV4Address, NullTextReturnsFalseAndChangesNothing) {
     IPV4Address address("9.8.7.6");
     EXPECT_FALSE(address.fromString(nullptr));
     EXPECT_EQ(text(address), "9.8.7.6");
 }
 
-TEST(IPV4Address, ReadsAndWritesAsThePlatformDoes) {
+TEST(IPV4Address, ParsesAndFormatsAsThePlatformDoes) {
     std::mt19937 random(4);
     for (int i = 0; i < 10000; ++i) {
         const unsigned int value = static_cast<unsigned int>(random());
@@ -185,7 +185,7 @@ TEST(IPV4Address, ReadsAndWritesAsThePlatformDoes) {
     }
 }
 
-TEST(IPV4Address, TakesAndRefusesTextsAsThePlatformDoes) {
+TEST(IPV4Address, AcceptsTheSameTextsAsThePlatform) {
     const char characters[] = "0123456789.0123456789. -xa\xFF";
     std::mt19937 random(40);
     int taken = 0;
@@ -203,7 +203,7 @@ TEST(IPV4Address, TakesAndRefusesTextsAsThePlatformDoes) {
     EXPECT_LT(taken, 9900);
 }
 
-TEST(IPV4Address, ToBufferTerminatesATextThatJustFits) {
+TEST(IPV4Address, ToBufferTerminatesATextThatFitsExactly) {
     for (const unsigned int size : {9u, 10u, 16u, 1000u}) {
         test::GuardedText buf(size);
         EXPECT_EQ(IPV4Address("10.0.0.1").toBuffer(buf.array(), size), buf.array());
@@ -213,7 +213,7 @@ TEST(IPV4Address, ToBufferTerminatesATextThatJustFits) {
     }
 }
 
-TEST(IPV4Address, ToBufferThrowsWhenTheTextDoesNotFitAndLeavesWhatDid) {
+TEST(IPV4Address, ToBufferThrowsIfTheTextDoesNotFitAndKeepsTheBeginning) {
     const IPV4Address address("10.0.0.1");
     for (unsigned int size = 1; size < 9; ++size) {
         test::GuardedText buf(size);
@@ -225,7 +225,7 @@ TEST(IPV4Address, ToBufferThrowsWhenTheTextDoesNotFitAndLeavesWhatDid) {
     }
 }
 
-TEST(IPV4Address, ToBufferWithoutABufferThrowsAndTouchesNothing) {
+TEST(IPV4Address, ToBufferThrowsIfTheBufferIsNull) {
     const IPV4Address address("10.0.0.1");
     const char* const message = "Didn't fit. wrote=8 remaining=0 msg='%d.%d.%d.%d'";
     test::GuardedText none(0);
@@ -235,7 +235,7 @@ TEST(IPV4Address, ToBufferWithoutABufferThrowsAndTouchesNothing) {
     EXPECT_FAILURE(address.toBuffer(nullptr, 0), 1239, "ut_PutStream", PUT_F, message);
 }
 
-TEST(IPV4Address, ToPutStreamWritesBehindWhatIsThere) {
+TEST(IPV4Address, ToPutStreamAppends) {
     utility::BufferStream stream(64);
     stream.PutS("ip=");
     IPV4Address("255.255.255.255").toPutStream(stream);

@@ -37,7 +37,7 @@ IPV6Address randomAddress(std::mt19937& random) {
     unsigned char bytes[16];
     for (unsigned char& byte : bytes)
         byte = static_cast<unsigned char>(random());
-    // Runs of zero groups, of every place and length, make the "::" and the dotted tails.
+    // Runs of zero groups of every position and length produce the "::" and the dotted tails.
     const unsigned int first = static_cast<unsigned int>(random() % 9);
     const unsigned int last = static_cast<unsigned int>(random() % 9);
     for (unsigned int group = first; group < last; ++group)
@@ -54,24 +54,24 @@ TEST(IPV6Address, UsageExample) {
     EXPECT_STREQ(text, "fe80::1");
 }
 
-TEST(IPV6Address, BeginsAsTheUnspecifiedAddress) {
+TEST(IPV6Address, IsInitiallyTheUnspecifiedAddress) {
     const IPV6Address address;
     EXPECT_TRUE(address.isZero());
     EXPECT_FALSE(address.isValid());
     EXPECT_EQ(text(address), "::");
 }
 
-TEST(IPV6Address, EightGroupsAreNumbersOfTheHost) {
+TEST(IPV6Address, EightGroupsAreInHostOrder) {
     const IPV6Address address(0x2001, 0x0db8, 3, 4, 5, 6, 7, 0xFFFF);
     EXPECT_EQ(text(address), "2001:db8:3:4:5:6:7:ffff");
 }
 
-TEST(IPV6Address, SixteenBytesAreInTheOrderTheyAreWritten) {
+TEST(IPV6Address, SixteenBytesAreInWrittenOrder) {
     const IPV6Address address(0x20, 0x01, 0x0d, 0xb8, 0, 3, 0, 4, 0, 5, 0, 6, 0, 7, 0xFF, 0xFE);
     EXPECT_EQ(text(address), "2001:db8:3:4:5:6:7:fffe");
 }
 
-TEST(IPV6Address, GroupsAndBytesBehindAPointerAreNotConverted) {
+TEST(IPV6Address, ArraysOfGroupsAndBytesAreNotConverted) {
     in6_addr socketAddress;
     ASSERT_EQ(inet_pton(AF_INET6, "2001:db8::5", &socketAddress), 1);
     unsigned short groups[8];
@@ -80,7 +80,7 @@ TEST(IPV6Address, GroupsAndBytesBehindAPointerAreNotConverted) {
     EXPECT_EQ(text(IPV6Address(socketAddress.s6_addr)), "2001:db8::5");
 }
 
-TEST(IPV6Address, GroupsAreReadAsTheyAreStored) {
+TEST(IPV6Address, GetHexChunkReturnsGroupsInNetworkOrder) {
     IPV6Address address(0x2001, 0x0db8, 0, 0, 0, 0, 0, 1);
     EXPECT_EQ(address.getHexChunk(0), htons(0x2001));
     EXPECT_EQ(address.getHexChunk(1), htons(0x0db8));
@@ -91,7 +91,7 @@ TEST(IPV6Address, GroupsAreReadAsTheyAreStored) {
 #endif
 }
 
-TEST(IPV6Address, ThereAreNoGroupsBeyondTheEighth) {
+TEST(IPV6Address, GetHexChunkIsZeroOutOfRange) {
     IPV6Address addresses[] = {IPV6Address(LONGEST), IPV6Address(LONGEST)};
     EXPECT_EQ(addresses[0].getHexChunk(8), 0);
     EXPECT_EQ(addresses[0].getHexChunk(15), 0);
@@ -116,14 +116,14 @@ TEST(IPV6Address, SetCopiesAndIgnoresNull) {
     EXPECT_EQ(text(address), "2001:db8::1");
 }
 
-TEST(IPV6Address, ANullTextIsTheUnspecifiedAddress) {
+TEST(IPV6Address, NullTextIsTheUnspecifiedAddress) {
     IPV6Address address("fe80::1");
     EXPECT_TRUE(address.fromString(nullptr));
     EXPECT_TRUE(address.isZero());
     EXPECT_TRUE(IPV6Address(static_cast<const char*>(nullptr)).isZero());
 }
 
-TEST(IPV6Address, EitherCaseIsRead) {
+TEST(IPV6Address, ParsesUpperAndLowerCase) {
     for (const char* spelling : {"FE80::1", "fe80::1", "Fe80::1", "fE80:0:0:0:0:0:0:0001"}) {
         IPV6Address address;
         EXPECT_TRUE(address.fromString(spelling)) << spelling;
@@ -131,7 +131,7 @@ TEST(IPV6Address, EitherCaseIsRead) {
     }
 }
 
-TEST(IPV6Address, ATextThatIsNoAddressIsRefusedAndTheValueCleared) {
+TEST(IPV6Address, InvalidTextReturnsFalseAndClearsTheValue) {
     const std::string refused[] = {"",
                                    ":",
                                    ":::",
@@ -163,10 +163,11 @@ TEST(IPV6Address, ATextThatIsNoAddressIsRefusedAndTheValueCleared) {
     }
 }
 
-TEST(IPV6Address, TextsOfAnyLengthAreRefusedInFiniteTime) {
+TEST(IPV6Address, TextsThatAreTooLongReturnFalse) {
     for (const size_t length :
          {size_t{65533}, size_t{65534}, size_t{65535}, size_t{65536}, size_t{65543}, size_t{100000}, size_t{131075}}) {
-        // The one of 65,543 characters would be its first seven, a good address, were its length counted in 16 bits.
+        // If its length were counted in 16 bits, the text of 65,543 characters would be its first seven, a valid
+        // address.
         for (const std::string& bad : {"fe80::1" + std::string(length - 7, 0x20), std::string(length, ':'),
                                        std::string(length, '0'), std::string(length, '\xFF')}) {
             IPV6Address address("fe80::9");
@@ -176,7 +177,7 @@ TEST(IPV6Address, TextsOfAnyLengthAreRefusedInFiniteTime) {
     }
 }
 
-TEST(IPV6Address, GivesBackTheMemoryOfItsCopyOfTheText) {
+TEST(IPV6Address, FromStringLeaksNoMemory) {
     const long before = framework::Memory::staticOutstanding();
     IPV6Address address;
     address.fromString("fe80::1");
@@ -184,7 +185,7 @@ TEST(IPV6Address, GivesBackTheMemoryOfItsCopyOfTheText) {
     EXPECT_EQ(framework::Memory::staticOutstanding(), before);
 }
 
-TEST(IPV6Address, WithoutMemoryATextIsRefusedAndTheValueCleared) {
+TEST(IPV6Address, ExhaustedMemoryReturnsFalseAndClearsTheValue) {
     IPV6Address address("fe80::9");
     bool parsed = true;
     int refused = 0;
@@ -199,14 +200,14 @@ TEST(IPV6Address, WithoutMemoryATextIsRefusedAndTheValueCleared) {
     EXPECT_EQ(text(address), "fe80::1");
 }
 
-TEST(IPV6Address, PrintsTheShortFormOfThePlatform) {
+TEST(IPV6Address, FormatsTheShortFormOfThePlatform) {
     EXPECT_EQ(text(IPV6Address("0001:0000:0000:0002:0000:0000:0000:0003")), "1:0:0:2::3");
     EXPECT_EQ(text(IPV6Address("::FFFF:1.2.3.4")), "::ffff:1.2.3.4");
     EXPECT_EQ(text(IPV6Address("::1.2.3.4")), "::1.2.3.4");
     EXPECT_EQ(text(IPV6Address(LONGEST)), LONGEST);
 }
 
-TEST(IPV6Address, ReadsAndWritesAsThePlatformDoes) {
+TEST(IPV6Address, ParsesAndFormatsAsThePlatformDoes) {
     std::mt19937 random(6);
     for (int i = 0; i < 10000; ++i) {
         IPV6Address value = randomAddress(random);
@@ -219,7 +220,7 @@ TEST(IPV6Address, ReadsAndWritesAsThePlatformDoes) {
     }
 }
 
-TEST(IPV6Address, TakesAndRefusesTextsAsThePlatformDoes) {
+TEST(IPV6Address, AcceptsTheSameTextsAsThePlatform) {
     const char characters[] = "0123456789abcdefABCDEF::::.g \xFF";
     std::mt19937 random(60);
     int taken = 0;
@@ -247,7 +248,7 @@ TEST(IPV6Address, IsV4OnlyInTheCompatibleForm) {
     EXPECT_FALSE(IPV6Address("8000::1").isV4());
 }
 
-TEST(IPV6Address, IsValidWhenAnyGroupIsNotZero) {
+TEST(IPV6Address, IsValidIfAnyGroupIsNotZero) {
     for (unsigned int i = 0; i < 16; ++i) {
         unsigned char bytes[16] = {};
         bytes[i] = 1;
@@ -287,7 +288,7 @@ TEST(IPV6Address, EveryByteIsCompared) {
     }
 }
 
-TEST(IPV6Address, HashIsTheMaskedSumOfTheFirstSevenGroupsAsStored) {
+TEST(IPV6Address, HashIsTheMaskedSumOfSevenGroupsInNetworkOrder) {
     const IPV6Address address(1, 2, 3, 4, 5, 6, 7, 8);
     EXPECT_EQ(address.hash(0xFFFFFFFF), 28u * htons(1));
     EXPECT_EQ(address.hash(0x0F00), (28u * htons(1)) & 0x0F00);
@@ -296,7 +297,7 @@ TEST(IPV6Address, HashIsTheMaskedSumOfTheFirstSevenGroupsAsStored) {
     EXPECT_EQ(highest.hash(0xFFFFFFFF), 7u * 0xFFFF);
 }
 
-TEST(IPV6Address, TheLastGroupTakesNoPartInTheHash) {
+TEST(IPV6Address, HashIgnoresTheLastGroup) {
     const IPV6Address a("2001:db8::1");
     const IPV6Address b("2001:db8::ffff");
     for (unsigned int bits = 0; bits <= 32; ++bits) {
@@ -311,7 +312,7 @@ TEST(IPV6Address, TheLastGroupTakesNoPartInTheHash) {
     }
 }
 
-TEST(IPV6Address, ToBufferWritesATextWithAByteToSpareBehindItsTerminator) {
+TEST(IPV6Address, ToBufferNeedsOneByteAfterTheTerminator) {
     for (const unsigned int size : {9u, 10u, 41u, 1000u}) {
         test::GuardedText buf(size);
         EXPECT_EQ(IPV6Address("fe80::1").toBuffer(buf.array(), size), buf.array());
@@ -324,7 +325,7 @@ TEST(IPV6Address, ToBufferWritesATextWithAByteToSpareBehindItsTerminator) {
     EXPECT_EQ(whole.text(), LONGEST);
 }
 
-TEST(IPV6Address, ToBufferLeavesAnEmptyTextWhenItDoesNotFit) {
+TEST(IPV6Address, ToBufferWritesTheEmptyTextIfTheTextDoesNotFit) {
     for (unsigned int size = 1; size < 9; ++size) {
         test::GuardedText buf(size);
         EXPECT_EQ(IPV6Address("fe80::1").toBuffer(buf.array(), size), buf.array());
@@ -337,7 +338,7 @@ TEST(IPV6Address, ToBufferLeavesAnEmptyTextWhenItDoesNotFit) {
     EXPECT_EQ(tight.text(), "");
 }
 
-TEST(IPV6Address, ToBufferWithoutABufferTouchesNothing) {
+TEST(IPV6Address, ToBufferIgnoresANullBuffer) {
     test::GuardedText none(0);
     EXPECT_EQ(IPV6Address("fe80::1").toBuffer(none.array(), 0), none.array());
     EXPECT_EQ(IPV6Address("fe80::1").toBuffer(none.array(), UINT_MAX), none.array());
@@ -346,7 +347,7 @@ TEST(IPV6Address, ToBufferWithoutABufferTouchesNothing) {
     EXPECT_EQ(IPV6Address("fe80::1").toBuffer(nullptr, 100), nullptr);
 }
 
-TEST(IPV6Address, ToPutStreamWritesBehindWhatIsThere) {
+TEST(IPV6Address, ToPutStreamAppends) {
     utility::BufferStream stream(64);
     stream.PutS("ip=");
     IPV6Address("fe80::1").toPutStream(stream);
@@ -355,7 +356,7 @@ TEST(IPV6Address, ToPutStreamWritesBehindWhatIsThere) {
     EXPECT_EQ(stream.ReadAvailable(), 12);
 }
 
-TEST(IPV6Address, ToPutStreamNeedsRoomForTheTerminatorToo) {
+TEST(IPV6Address, ToPutStreamNeedsSpaceForTheTerminator) {
     utility::BufferStream exact(7);
     IPV6Address("fe80::1").toPutStream(exact);
     EXPECT_EQ(exact.WritePosition(), 0);
@@ -365,7 +366,7 @@ TEST(IPV6Address, ToPutStreamNeedsRoomForTheTerminatorToo) {
     EXPECT_STREQ(spare.pBuffer(), "fe80::1");
 }
 
-TEST(IPV6Address, ToPutStreamMovesOverTheTextThatStoodThereWhenItsOwnDoesNotFit) {
+TEST(IPV6Address, ToPutStreamAdvancesPastTheExistingTextIfItsOwnDoesNotFit) {
     char array[12];
     utility::BufferStream stream(array, sizeof array, false);
     stream.PutS("ip=");
@@ -375,7 +376,7 @@ TEST(IPV6Address, ToPutStreamMovesOverTheTextThatStoodThereWhenItsOwnDoesNotFit)
     EXPECT_STREQ(array, "ip=old");
 }
 
-TEST(IPV6Address, ToPutStreamNeverCountsBeyondTheRoom) {
+TEST(IPV6Address, ToPutStreamNeverAdvancesPastTheStorage) {
     char array[] = "0123456789";
     utility::PutStream stream(array, 6);
     std::memset(array, 'x', 10);
@@ -399,7 +400,7 @@ TEST(IPV6Address, ToPutStreamWithoutStorageWritesNothing) {
     EXPECT_EQ(stream.WritePosition(), 0);
 }
 
-TEST(IPV6Address, ToPutStreamBelievesNoRoomBeyondTheStorage) {
+TEST(IPV6Address, ToPutStreamIgnoresSpaceReportedPastTheStorage) {
     class Boaster : public utility::PutStream {
     public:
         Boaster(char* storage, int size, int remaining) : PutStream(storage, size), m_remaining(remaining) {}
@@ -414,7 +415,7 @@ TEST(IPV6Address, ToPutStreamBelievesNoRoomBeyondTheStorage) {
         test::GuardedText buf(8);
         Boaster stream(buf.array(), 8, remaining);
         IPV6Address(LONGEST).toPutStream(stream);
-        // The last byte of the array is kept for the stream's own terminator.
+        // The stream reserves the last byte of the array for its own terminator.
         IPV6Address("fe80::1").toPutStream(stream);
         EXPECT_EQ(stream.WritePosition(), 0) << remaining;
         EXPECT_EQ(buf.text(), "") << remaining;
@@ -422,7 +423,7 @@ TEST(IPV6Address, ToPutStreamBelievesNoRoomBeyondTheStorage) {
     }
 }
 
-TEST(IPV6Address, ToPutStreamBehindTheEndOfAStreamFailsAsTheStreamDoes) {
+TEST(IPV6Address, ToPutStreamPastTheEndOfAStreamFailsAsTheStreamDoes) {
     test::GuardedText buf(8);
     utility::BufferStream stream(buf.array(), 8, false);
     CATCH_FAILURE(stream.WriteAdvance(20));
@@ -436,7 +437,7 @@ TEST(IPV6Address, ToPutStreamBehindTheEndOfAStreamFailsAsTheStreamDoes) {
     EXPECT_TRUE(buf.isGuardWhole());
 }
 
-TEST(IPV6Address, ToPutStreamLetsAStreamWithATargetMakeRoomFirst) {
+TEST(IPV6Address, ToPutStreamFlushesAStreamWithATargetFirst) {
     utility::BufferStream target(200);
     utility::VirtualPutStream stream(target, 20, 10);
     ASSERT_TRUE(stream.StartOutputStream());

@@ -35,7 +35,7 @@ std::string text(const PortAddress& address) {
     return address.toBuffer(buf, sizeof buf);
 }
 
-/// Says that it is an iSCSI address, and is not.
+// Claims to be an iSCSI address, but is of another class.
 class False : public PortAddress {
 public:
     PortAddress* clone() const override {
@@ -69,7 +69,7 @@ TEST_F(ISCSIPortAddressTest, UsageExample) {
     EXPECT_STREQ(text, "10.1.2.3:3260[tgt1]");
 }
 
-TEST_F(ISCSIPortAddressTest, HoldsOneKindOfAddressAndLeavesTheOtherZero) {
+TEST_F(ISCSIPortAddressTest, StoresOneKindOfAddressAndLeavesTheOtherZero) {
     const ISCSIPortAddress first(v4, 3260, "tgt1");
     EXPECT_EQ(first.getType(), PortAddress::PORT_ISCSI);
     EXPECT_EQ(first.getIPType(), ISCSIPortAddress::IP_V4);
@@ -86,7 +86,7 @@ TEST_F(ISCSIPortAddressTest, HoldsOneKindOfAddressAndLeavesTheOtherZero) {
     EXPECT_STREQ(second.getName(), "tgt2");
 }
 
-TEST_F(ISCSIPortAddressTest, PrintsWhatIsGiven) {
+TEST_F(ISCSIPortAddressTest, FormatsAddressPortAndName) {
     EXPECT_EQ(text(ISCSIPortAddress(v4, 3260, "tgt1")), "10.1.2.3:3260[tgt1]");
     EXPECT_EQ(text(ISCSIPortAddress(v4, 0, "tgt1")), "10.1.2.3[tgt1]");
     EXPECT_EQ(text(ISCSIPortAddress(v4, 3260, "")), "10.1.2.3:3260");
@@ -96,7 +96,7 @@ TEST_F(ISCSIPortAddressTest, PrintsWhatIsGiven) {
     EXPECT_EQ(text(ISCSIPortAddress(v6, 3260, nullptr)), "fe80::1:3260");
 }
 
-TEST_F(ISCSIPortAddressTest, PortsPrintAsSignedNumbers) {
+TEST_F(ISCSIPortAddressTest, FormatsPortsAsSignedNumbers) {
     EXPECT_EQ(text(ISCSIPortAddress(v4, 65535, nullptr)), "10.1.2.3:65535");
     EXPECT_EQ(text(ISCSIPortAddress(v4, INT_MAX, nullptr)), "10.1.2.3:2147483647");
     EXPECT_EQ(text(ISCSIPortAddress(v4, 0x80000000u, nullptr)), "10.1.2.3:-2147483648");
@@ -111,14 +111,14 @@ TEST_F(ISCSIPortAddressTest, KeepsUpTo223CharactersOfAName) {
     }
 }
 
-TEST_F(ISCSIPortAddressTest, CopiesTheNameItIsGiven) {
+TEST_F(ISCSIPortAddressTest, CopiesItsName) {
     char name[] = "iqn.a\xC3\xA9\x01";
     const ISCSIPortAddress address(v4, 1, name);
     name[0] = 'X';
     EXPECT_STREQ(address.getName(), "iqn.a\xC3\xA9\x01");
 }
 
-TEST_F(ISCSIPortAddressTest, CopiesCarryEverything) {
+TEST_F(ISCSIPortAddressTest, CopiesHaveAllMembers) {
     const ISCSIPortAddress address(v6, 3260, std::string(223, 'n').c_str());
     const ISCSIPortAddress copy(address);
     EXPECT_TRUE(copy == address);
@@ -133,7 +133,7 @@ TEST_F(ISCSIPortAddressTest, CopiesCarryEverything) {
     EXPECT_TRUE(assigned == address);
 }
 
-TEST_F(ISCSIPortAddressTest, ACloneIsAnEqualAddressOfItsOwn) {
+TEST_F(ISCSIPortAddressTest, CloneIsAnIndependentEqualAddress) {
     ISCSIPortAddress address(v4, 3260, "tgt1");
     const std::unique_ptr<ISCSIPortAddress> copy(dynamic_cast<ISCSIPortAddress*>(address.clone()));
     ASSERT_NE(copy, nullptr);
@@ -143,7 +143,7 @@ TEST_F(ISCSIPortAddressTest, ACloneIsAnEqualAddressOfItsOwn) {
     EXPECT_EQ(text(*copy), "10.1.2.3:3260[tgt1]");
 }
 
-TEST_F(ISCSIPortAddressTest, WithoutMemoryThereIsNoClone) {
+TEST_F(ISCSIPortAddressTest, CloneThrowsIfMemoryIsExhausted) {
     const ISCSIPortAddress address(v4, 3260, "tgt1");
     test::FailingAllocation failing(1);
     bool thrown = false;
@@ -175,18 +175,18 @@ TEST_F(ISCSIPortAddressTest, EqualsByKindAddressPortAndName) {
     EXPECT_FALSE(ISCSIPortAddress(zero4, 0, "") == ISCSIPortAddress(zero6, 0, ""));
 }
 
-TEST_F(ISCSIPortAddressTest, NamesEqualUpToWhatIsKept) {
+TEST_F(ISCSIPortAddressTest, NamesAreComparedAfterTruncation) {
     const std::string name(223, 'n');
     EXPECT_TRUE(ISCSIPortAddress(v4, 1, (name + "a").c_str()) == ISCSIPortAddress(v4, 1, (name + "b").c_str()));
 }
 
-TEST_F(ISCSIPortAddressTest, ComparingWithAnObjectThatOnlySaysItIsOneIsABadCast) {
+TEST_F(ISCSIPortAddressTest, ComparingWithAnObjectOfAnotherClassThrowsBadCast) {
     const ISCSIPortAddress address(v4, 3260, "tgt1");
     const False other;
     EXPECT_THROW(static_cast<void>(address == other), std::bad_cast);
 }
 
-TEST_F(ISCSIPortAddressTest, IsNeverReadFromAText) {
+TEST_F(ISCSIPortAddressTest, ParsingIsNotSupported) {
     ISCSIPortAddress address(v4, 3260, "tgt1");
     const test::LogCapture log;
     EXPECT_FALSE(address.fromString("10.9.9.9:1[x]"));
@@ -195,7 +195,7 @@ TEST_F(ISCSIPortAddressTest, IsNeverReadFromAText) {
     EXPECT_EQ(text(address), "10.1.2.3:3260[tgt1]");
 }
 
-TEST_F(ISCSIPortAddressTest, ToBufferHoldsATextAndItsTerminator) {
+TEST_F(ISCSIPortAddressTest, ToBufferWritesATextThatFitsExactly) {
     const ISCSIPortAddress address(v4, 3260, "tgt1");
     const test::LogCapture log;
     for (const unsigned int size : {20u, 21u, 1000u}) {
@@ -208,7 +208,7 @@ TEST_F(ISCSIPortAddressTest, ToBufferHoldsATextAndItsTerminator) {
     EXPECT_EQ(log.count(), 0u);
 }
 
-TEST_F(ISCSIPortAddressTest, ToBufferCutsWhatDoesNotFitAndLogsIt) {
+TEST_F(ISCSIPortAddressTest, ToBufferTruncatesAndLogsATextThatDoesNotFit) {
     const ISCSIPortAddress address(v4, 3260, "tgt1");
     for (unsigned int size = 1; size < 20; ++size) {
         const test::LogCapture log;
@@ -225,7 +225,7 @@ TEST_F(ISCSIPortAddressTest, ToBufferCutsWhatDoesNotFitAndLogsIt) {
     EXPECT_EQ(test::traceLines(log), (Lines{"0 : PutStream::PutF: Didn't fit. wrote=6 remaining=2 msg='[%s]'"}));
 }
 
-TEST_F(ISCSIPortAddressTest, AnIPV6AddressThatDoesNotFitIsLeftOutWhole) {
+TEST_F(ISCSIPortAddressTest, IPV6AddressThatDoesNotFitIsOmitted) {
     const ISCSIPortAddress address(v6, 3260, "h");
     test::GuardedText tight(8);
     const test::LogCapture log;
@@ -238,7 +238,7 @@ TEST_F(ISCSIPortAddressTest, AnIPV6AddressThatDoesNotFitIsLeftOutWhole) {
     EXPECT_TRUE(spare.isGuardWhole());
 }
 
-TEST_F(ISCSIPortAddressTest, ANameIsCutAtAWholeCharacter) {
+TEST_F(ISCSIPortAddressTest, NameIsTruncatedAtACompleteCharacter) {
     const ISCSIPortAddress address(v4, 0, "a\xC3\xA9\xC3\xA9");
     const test::LogCapture log;
     test::GuardedText buf(13);
@@ -249,7 +249,7 @@ TEST_F(ISCSIPortAddressTest, ANameIsCutAtAWholeCharacter) {
     EXPECT_EQ(tight.text(), "10.1.2.3[a");
 }
 
-TEST_F(ISCSIPortAddressTest, ToBufferWithoutABufferTouchesNothing) {
+TEST_F(ISCSIPortAddressTest, ToBufferIgnoresANullBuffer) {
     const test::LogCapture log;
     test::GuardedText none(0);
     for (const ISCSIPortAddress& address : {ISCSIPortAddress(v4, 1, "x"), ISCSIPortAddress(v6, 1, "x")}) {
@@ -260,7 +260,7 @@ TEST_F(ISCSIPortAddressTest, ToBufferWithoutABufferTouchesNothing) {
     EXPECT_TRUE(none.isUntouched());
 }
 
-TEST_F(ISCSIPortAddressTest, ToPutStreamKeepsAByteForTheTerminatorOfItsOwn) {
+TEST_F(ISCSIPortAddressTest, ToPutStreamReservesAByteForTheTerminator) {
     const ISCSIPortAddress address(v4, 3260, "tgt1");
     const test::LogCapture log;
     utility::BufferStream spare(20);

@@ -14,7 +14,7 @@ using utility::Misc;
 namespace {
 
 unsigned char crcOf(const std::string& bytes) {
-    // Storage of just this size, so that a look behind it is seen by a sanitizer.
+    // Allocates exactly this size, so that sanitizers detect a read past it.
     std::unique_ptr<char[]> copy(new char[bytes.size()]);
     std::memcpy(copy.get(), bytes.data(), bytes.size());
     return Misc::calc_crc(copy.get(), static_cast<int>(bytes.size()));
@@ -49,7 +49,7 @@ const char* const EMPTY_MD5 = "d41d8cd98f00b204e9800998ecf8427e";
 
 } // namespace
 
-TEST(MiscChecksum, TheTableHoldsTheRemaindersOfThe1WirePolynomial) {
+TEST(MiscChecksum, TableHasTheRemaindersOfThe1WirePolynomial) {
     for (unsigned int i = 0; i < 256; ++i) {
         unsigned int crc = i;
         for (int bit = 0; bit < 8; ++bit)
@@ -61,7 +61,7 @@ TEST(MiscChecksum, TheTableHoldsTheRemaindersOfThe1WirePolynomial) {
     EXPECT_EQ(Misc::m_crc_array[128], 0x8C);
 }
 
-TEST(MiscChecksum, CrcTableTakesTheLowByte) {
+TEST(MiscChecksum, CrcTableUsesTheLowByte) {
     EXPECT_EQ(Misc::crc_table(1, 0), 0x5E);
     EXPECT_EQ(Misc::crc_table(0x101, 0), 0x5E);
     EXPECT_EQ(Misc::crc_table(-1, 0xFF), 0);
@@ -75,15 +75,15 @@ TEST(MiscChecksum, CalcCrcStartsFromFF) {
     EXPECT_EQ(crcOf("123456789"), 0x0B);
 }
 
-TEST(MiscChecksum, CalcCrcOfNoRangeIsFF) {
+TEST(MiscChecksum, CalcCrcOfAnEmptyRangeIsFF) {
     char byte = 1;
     EXPECT_EQ(Misc::calc_crc(nullptr, 10), 0xFF);
     EXPECT_EQ(Misc::calc_crc(&byte, -1), 0xFF);
     EXPECT_EQ(Misc::calc_crc(&byte, INT_MIN), 0xFF);
 }
 
-TEST(MiscChecksum, ARecordWithItsCrcBehindItLeavesNothing) {
-    // The number of a 1-Wire device: family 02, serial number 00000001B81C, CRC A2.
+TEST(MiscChecksum, CrcOfARecordWithItsCrcIsZero) {
+    // The ROM code of a 1-Wire device: family 02, serial number 00000001B81C, CRC A2.
     const std::string device("\x02\x1C\xB8\x01\x00\x00\x00", 7);
     EXPECT_EQ(crcByteByByte(device, 0), 0xA2);
     EXPECT_EQ(crcByteByByte(device + '\xA2', 0), 0);
@@ -95,7 +95,7 @@ TEST(MiscChecksum, ARecordWithItsCrcBehindItLeavesNothing) {
     }
 }
 
-TEST(MiscChecksum, CalcCrcAgreesWithOneLookUpPerByte) {
+TEST(MiscChecksum, CalcCrcAgreesWithOneLookupPerByte) {
     std::mt19937 random(6);
     for (std::size_t size = 0; size < 200; ++size) {
         for (int i = 0; i < 20; ++i) {
@@ -116,7 +116,7 @@ TEST(MiscChecksum, CalcMd5WritesLowerCaseDigits) {
     EXPECT_EQ(md5Of(nullptr), EMPTY_MD5);
 }
 
-TEST(MiscChecksum, CalcMd5IsCutToTheBuffer) {
+TEST(MiscChecksum, CalcMd5IsTruncatedToTheBuffer) {
     const std::string whole = EMPTY_MD5;
     for (int size = 0; size <= 36; ++size) {
         std::string out(40, '#');
@@ -129,7 +129,7 @@ TEST(MiscChecksum, CalcMd5IsCutToTheBuffer) {
     }
 }
 
-TEST(MiscChecksum, CalcMd5WithoutRoomWritesNothing) {
+TEST(MiscChecksum, CalcMd5WritesNothingWithoutABuffer) {
     char untouched = '#';
     EXPECT_EQ(Misc::calc_md5("abc", &untouched, 0), 2);
     EXPECT_EQ(Misc::calc_md5("abc", &untouched, -1), 2);
@@ -150,13 +150,13 @@ TEST(MiscChecksum, CalcMd5HexCopiesRawBytesWithoutTerminator) {
 
 TEST(MiscChecksum, CalcMd5HexCountsBytesNotText) {
     char withNul[16];
-    char cut[16];
+    char truncated[16];
     Misc::calc_md5_hex("ab\0cd", 5, withNul, 16);
-    Misc::calc_md5_hex("ab", 2, cut, 16);
-    EXPECT_NE(std::memcmp(withNul, cut, 16), 0);
+    Misc::calc_md5_hex("ab", 2, truncated, 16);
+    EXPECT_NE(std::memcmp(withNul, truncated, 16), 0);
 }
 
-TEST(MiscChecksum, CalcMd5HexOfNoRangeIsThatOfTheEmptyText) {
+TEST(MiscChecksum, CalcMd5HexOfAnEmptyRangeIsThatOfTheEmptyText) {
     const std::string raw("\xd4\x1d\x8c\xd9\x8f\x00\xb2\x04\xe9\x80\x09\x98\xec\xf8\x42\x7e", 16);
     char out[17] = "################";
     for (const int length : {0, -1, INT_MIN}) {
@@ -169,7 +169,7 @@ TEST(MiscChecksum, CalcMd5HexOfNoRangeIsThatOfTheEmptyText) {
     EXPECT_EQ(Misc::calc_md5_hex("abc", 3, nullptr, 16), nullptr);
 }
 
-TEST(MiscChecksum, DigestsOfTextsAndBytesAgreeWithThePlainInterface) {
+TEST(MiscChecksum, DigestsAgreeWithMd5Append) {
     std::mt19937 random(11);
     for (std::size_t size = 0; size < 2000; ++size) {
         const std::string bytes = randomBytes(random, size);
@@ -190,7 +190,7 @@ TEST(MiscChecksum, DigestsOfTextsAndBytesAgreeWithThePlainInterface) {
     }
 }
 
-TEST(MiscChecksum, GenpwTakesEvenlySpacedDigits) {
+TEST(MiscChecksum, GenpwSelectsEvenlySpacedDigits) {
     const std::string all = password("a", "b", "c", 33);
     ASSERT_EQ(all.size(), 33U);
     EXPECT_EQ(all[32], '\0');
@@ -210,7 +210,7 @@ TEST(MiscChecksum, GenpwFillsItsTemplateWithTheSecondThirdAndFirstText) {
     EXPECT_EQ(password(nullptr, nullptr, nullptr, 33), password("", "", "", 33));
 }
 
-TEST(MiscChecksum, GenpwNeverWritesBeyondItsSize) {
+TEST(MiscChecksum, GenpwNeverOverrunsItsBuffer) {
     const std::string all = password("a", "b", "c", 33);
     for (int size = 0; size <= 70; ++size) {
         std::string out(80, '#');
@@ -234,7 +234,7 @@ TEST(MiscChecksum, GenpwNeverWritesBeyondItsSize) {
     EXPECT_EQ(untouched, '\0');
 }
 
-TEST(MiscChecksum, GenpwTakesTextsOf247CharactersTogetherAndThrowsForMore) {
+TEST(MiscChecksum, GenpwAcceptsTextsOf247CharactersInTotal) {
     const std::string most(245, 'x');
     char out[9] = "########";
     Misc::genpw("a", most.c_str(), "c", out, sizeof out);

@@ -15,7 +15,7 @@ namespace {
 
 const char* const TEXT_CONTROLS = "\t\n\r";
 
-/// A copy of these bytes, in front of an inaccessible page; it replaces the one before.
+// A copy of these bytes at the end of a page that an inaccessible page follows. Each call replaces the previous copy.
 const char* atPageEnd(const std::string& bytes) {
     static const test::PageEnd storage(4 << 20);
     return storage.place(bytes);
@@ -26,7 +26,7 @@ bool isPrintable(const std::string& bytes, const char* disallowed = "", const ch
     return Misc::isStringPrintableUtf8(text, static_cast<unsigned int>(bytes.size()), disallowed, allowedControls);
 }
 
-/// Expects a refusal with just this one line at level 0.
+// Expects a refusal that logs exactly this line at level 0.
 void expectRefused(const std::string& bytes, const std::string& line, const char* disallowed = "",
                    const char* allowedControls = "") {
     test::LogCapture log;
@@ -68,7 +68,7 @@ std::string escaped(const char* in) {
 
 } // namespace
 
-TEST(MiscText, IsStringPrintableAsciiTakes32To126) {
+TEST(MiscText, IsStringPrintableAsciiAccepts32To126) {
     EXPECT_TRUE(Misc::isStringPrintableAscii(""));
     EXPECT_TRUE(Misc::isStringPrintableAscii(" ~Az09"));
     EXPECT_TRUE(Misc::isStringPrintableAscii(std::string(100000, 'x').c_str()));
@@ -79,7 +79,7 @@ TEST(MiscText, IsStringPrintableAsciiTakes32To126) {
     }
 }
 
-TEST(MiscText, Utf8TakesWholeCharactersOfUpToSixBytes) {
+TEST(MiscText, Utf8AcceptsCompleteCharactersOfUpToSixBytes) {
     test::LogCapture log;
     EXPECT_TRUE(isPrintable("\xC3\xA9"));
     EXPECT_TRUE(isPrintable("caf\xC3\xA9 \xE2\x82\xAC \xF0\x9F\x98\x80"));
@@ -110,14 +110,14 @@ TEST(MiscText, Utf8RefusesAPartialCharacterAtTheEnd) {
                                       "utfLen=4: 0xf8 88 80 80 00\n");
     expectRefused("\xFC\x84\x80\x80\x80", "isStringPrintableUtf8: partial UTF-8 character at end of string with i=0, "
                                           "utfLen=5: 0xfc 84 80 80 80\n");
-    // What stands there is shown, whatever it is.
+    // The log line shows the bytes after the lead byte, whatever they are.
     expectRefused("\xFC"
                   "ab\n",
                   "isStringPrintableUtf8: partial UTF-8 character at end of string with i=0, utfLen=5: "
                   "0xfc 61 62 0a 00\n");
 }
 
-TEST(MiscText, Utf8RefusesAByteThatBeginsNoCharacter) {
+TEST(MiscText, Utf8RefusesAByteThatIsNotALeadByte) {
     for (const int lead : {0x80, 0xA9, 0xBF, 0xFE, 0xFF}) {
         char line[100];
         std::snprintf(line, sizeof line, "isStringPrintableUtf8: found illegal UTF-8 first byte 0x%02x\n",
@@ -127,7 +127,7 @@ TEST(MiscText, Utf8RefusesAByteThatBeginsNoCharacter) {
     }
 }
 
-TEST(MiscText, Utf8RefusesAWrongContinuationAndSaysWhere) {
+TEST(MiscText, Utf8RefusesAWrongContinuationByteAndLogsItsPosition) {
     expectRefused("ab\xE2\x82"
                   "c",
                   "isStringPrintableUtf8: found illegal UTF-8 byte 0x63 at position i=2 j=1\n");
@@ -150,7 +150,7 @@ TEST(MiscText, Utf8RefusesDisallowedCharacters) {
     EXPECT_EQ(log.count(), 0U);
 }
 
-TEST(MiscText, Utf8TakesOnlyTheControlsThatAreAllowed) {
+TEST(MiscText, Utf8AcceptsOnlyTheAllowedControls) {
     test::LogCapture log;
     EXPECT_TRUE(isPrintable("\t", "", TEXT_CONTROLS));
     EXPECT_TRUE(isPrintable("a\tb\r\n", "", TEXT_CONTROLS));
@@ -161,18 +161,18 @@ TEST(MiscText, Utf8TakesOnlyTheControlsThatAreAllowed) {
                   TEXT_CONTROLS);
     expectRefused("abcdefgh\x7f", "isStringPrintableUtf8: found non-printable ASCII character 0x7f\n", "",
                   TEXT_CONTROLS);
-    // A control is judged by the controls alone.
+    // `disallowed` does not affect control characters.
     expectRefused("a\x01", "isStringPrintableUtf8: found non-printable ASCII character 0x01\n", "b\x01");
 }
 
-TEST(MiscText, Utf8AllowsNoPrintableCharacterAndNoLeadByteThroughTheControls) {
+TEST(MiscText, Utf8IgnoresPrintableCharactersAndLeadBytesAmongTheControls) {
     expectRefused("a,", "isStringPrintableUtf8: found disallowed character ',' = 0x2c\n", ",", ",");
     expectRefused("\x80", "isStringPrintableUtf8: found illegal UTF-8 first byte 0x80\n", "", "\x80");
     expectRefused(std::string(200, 'x') + "\t" + std::string(200, 'x'),
                   "isStringPrintableUtf8: found non-printable ASCII character 0x09\n", "", "\x89");
 }
 
-TEST(MiscText, Utf8JudgesEveryByteAtEveryPlaceOfAWord) {
+TEST(MiscText, Utf8ValidatesEveryByteAtEveryPositionOfAWord) {
     for (unsigned int place = 0; place < 150; ++place) {
         for (int c = 0; c < 256; ++c) {
             std::string bytes(150, 'x');
@@ -184,8 +184,8 @@ TEST(MiscText, Utf8JudgesEveryByteAtEveryPlaceOfAWord) {
     }
 }
 
-TEST(MiscText, Utf8JudgesEveryPairOfBytesWithinALongText) {
-    // The characters before and behind let the pair stand where whole blocks of text are judged, and on their borders.
+TEST(MiscText, Utf8ValidatesEveryPairOfBytesInALongText) {
+    // The text around the pair moves it into the blocks that are validated as a whole, and across their boundaries.
     for (const unsigned int place : {70U, 126U, 127U, 128U}) {
         for (int first = 0x7f; first < 256; ++first) {
             for (int second = 0x7f; second < 256; second += first < 0xc0 ? 16 : 1) {
@@ -201,54 +201,54 @@ TEST(MiscText, Utf8JudgesEveryPairOfBytesWithinALongText) {
     }
 }
 
-TEST(MiscText, Utf8TakesCharactersAcrossTheBordersOfBlocks) {
+TEST(MiscText, Utf8AcceptsCharactersAcrossBlockBoundaries) {
     for (const char* character :
          {"\xC3\xA9", "\xE2\x82\xAC", "\xF0\x9F\x98\x80", "\xF8\x88\x80\x80\x80", "\xFC\x84\x80\x80\x80\x80"}) {
         const std::string whole = character;
         for (std::size_t before = 0; before < 140; ++before) {
             std::string bytes = std::string(before, 'x') + whole + std::string(140, 'y');
             expectAsReference(bytes, "", "");
-            // And the same character cut by an ASCII character, by another one, and by the end.
-            for (std::size_t cut = 1; cut < whole.size(); ++cut) {
-                std::string spoilt = bytes;
-                spoilt[before + cut] = 'z';
-                expectAsReference(spoilt, "", "");
-                spoilt[before + cut] = '\xC3';
-                expectAsReference(spoilt, "", "");
-                expectAsReference(bytes.substr(0, before + cut), "", "");
+            // The same character truncated by an ASCII character, by another multibyte character, and by the end.
+            for (std::size_t truncated = 1; truncated < whole.size(); ++truncated) {
+                std::string corrupted = bytes;
+                corrupted[before + truncated] = 'z';
+                expectAsReference(corrupted, "", "");
+                corrupted[before + truncated] = '\xC3';
+                expectAsReference(corrupted, "", "");
+                expectAsReference(bytes.substr(0, before + truncated), "", "");
             }
             expectAsReference(std::string(before, 'x') + whole + "\x80" + std::string(140, 'y'), "", "");
             if (HasFatalFailure())
-                FAIL() << whole << " behind " << before;
+                FAIL() << whole << " after " << before;
         }
     }
 }
 
-TEST(MiscText, Utf8RefusesACharacterThatEndsWhereABlockDoes) {
-    // Characters of two bytes, because plain ASCII is passed over in other steps.
+TEST(MiscText, Utf8RefusesACharacterTruncatedAtABlockBoundary) {
+    // Characters of two bytes, because another code path skips plain ASCII.
     std::string start;
     for (int i = 0; i < 30; ++i)
         start += "\xC3\xA9";
     for (std::size_t before = 0; before < 140; ++before) {
-        for (const char* cut : {"\xC3", "\xE2", "\xE2\x82", "\xF0", "\xF0\x9F", "\xF0\x9F\x98"}) {
-            for (const char* behind : {"x", "\xC3\xA9"}) {
-                std::string bytes = start + std::string(before, 'x') + cut;
+        for (const char* truncated : {"\xC3", "\xE2", "\xE2\x82", "\xF0", "\xF0\x9F", "\xF0\x9F\x98"}) {
+            for (const char* following : {"x", "\xC3\xA9"}) {
+                std::string bytes = start + std::string(before, 'x') + truncated;
                 while (bytes.size() < 400)
-                    bytes += behind;
+                    bytes += following;
                 expectAsReference(bytes, "", "");
-                bytes = std::string(before, 'x') + start + start + cut;
+                bytes = std::string(before, 'x') + start + start + truncated;
                 while (bytes.size() < 400)
-                    bytes += behind;
+                    bytes += following;
                 expectAsReference(bytes, "", "");
                 if (HasFatalFailure())
-                    FAIL() << cut << " behind " << before;
+                    FAIL() << truncated << " after " << before;
             }
         }
     }
 }
 
-TEST(MiscText, Utf8JudgesControlsBetweenCharactersOfSeveralBytes) {
-    // Such a text is judged a block at a time, whereas plain ASCII is skipped in other steps.
+TEST(MiscText, Utf8ValidatesControlsBetweenMultibyteCharacters) {
+    // This text is validated by blocks; another code path skips plain ASCII.
     for (std::size_t place = 0; place < 260; place += 2) {
         std::string bytes;
         while (bytes.size() < 260)
@@ -273,7 +273,7 @@ TEST(MiscText, Utf8ReadsNothingPastTheEnd) {
     }
 }
 
-TEST(MiscText, Utf8KnowsEveryControlThatIsAllowed) {
+TEST(MiscText, Utf8AcceptsEveryAllowedControl) {
     const char* const controls = "\x01\x02\x03\x1b\x7f\t";
     test::LogCapture log;
     for (const char* c = controls; *c != 0; ++c)
@@ -290,7 +290,7 @@ TEST(MiscText, Utf8StopsAtANul) {
     EXPECT_EQ(log.count(), 0U);
 }
 
-TEST(MiscText, Utf8ReadsNothingBehindANul) {
+TEST(MiscText, Utf8ReadsNothingPastANul) {
     const char* const text = atPageEnd(std::string("0123456789\xC3\xA9\0", 13));
     EXPECT_TRUE(Misc::isStringPrintableUtf8(text, 1000000, "", ""));
     EXPECT_TRUE(Misc::isStringPrintableUtf8(text, 0xffffffffU, "", ""));
@@ -301,7 +301,7 @@ TEST(MiscText, Utf8ReadsNothingBehindANul) {
                                {"isStringPrintableUtf8: found illegal UTF-8 byte 0x00 at position i=10 j=1\n"}));
 }
 
-TEST(MiscText, Utf8ShowsNothingBehindTheNulOfAPartialCharacter) {
+TEST(MiscText, Utf8LogsNothingPastTheNulOfAPartialCharacter) {
     const char* const text = atPageEnd(std::string("\xFC\x84\0", 3));
     test::LogCapture log;
     EXPECT_FALSE(Misc::isStringPrintableUtf8(text, 5, "", ""));
@@ -353,7 +353,7 @@ TEST(MiscText, Utf8AgreesWithAByteByByteReference) {
         std::string bytes;
         for (unsigned int n = below(i % 2 == 0 ? 12 : 150); n > 0; --n)
             bytes += pieces[below(static_cast<unsigned int>(pieces.size()))];
-        // Then spoil a byte, or cut the end.
+        // Then corrupt a byte, or truncate the text.
         if (!bytes.empty() && below(3) == 0)
             bytes[below(static_cast<unsigned int>(bytes.size()))] = static_cast<char>(random());
         if (below(3) == 0)
@@ -364,7 +364,7 @@ TEST(MiscText, Utf8AgreesWithAByteByByteReference) {
     }
 }
 
-TEST(MiscText, TruncateUtf8CutsAPartialCharacter) {
+TEST(MiscText, TruncateUtf8RemovesAPartialCharacter) {
     test::LogCapture log;
     EXPECT_EQ(truncated("price \xE2\x82", true), "price ");
     EXPECT_EQ(truncated("price \xE2", true), "price ");
@@ -374,7 +374,7 @@ TEST(MiscText, TruncateUtf8CutsAPartialCharacter) {
     EXPECT_FALSE(log.contains(Logger::LOG_ERROR, "truncateUtf8: String is not a printable UTF-8 string: ''"));
 }
 
-TEST(MiscText, TruncateUtf8LeavesWholeTexts) {
+TEST(MiscText, TruncateUtf8KeepsValidTexts) {
     test::LogCapture log;
     EXPECT_EQ(truncated("price \xE2\x82\xAC", true), "price \xE2\x82\xAC");
     EXPECT_EQ(truncated("two\tcolumns\r\n", true), "two\tcolumns\r\n");
@@ -418,12 +418,12 @@ TEST(MiscText, EscapeDoubleQuotesPutsABackslashBeforeEach) {
 TEST(MiscText, EscapeDoubleQuotesWorksInPlace) {
     for (const std::string text : {"say \"yes\"", "\"", "\"\"\"", "plain", "", "\"a", "a\""}) {
         for (const std::size_t offset : {0u, 1u, 2u, 5u}) {
-            // The text lies in the room of the result, at its start or further on.
-            std::vector<char> room(2 * text.size() + 8 + offset, '#');
-            std::memcpy(room.data() + offset, text.c_str(), text.size() + 1);
-            EXPECT_EQ(Misc::escapeDoubleQuotes(room.data(), room.data() + offset), room.data());
-            EXPECT_STREQ(room.data(), escaped(text.c_str()).c_str()) << offset;
-            EXPECT_EQ(room.back(), '#');
+            // The text is inside the space of the result, at its start or at an offset.
+            std::vector<char> space(2 * text.size() + 8 + offset, '#');
+            std::memcpy(space.data() + offset, text.c_str(), text.size() + 1);
+            EXPECT_EQ(Misc::escapeDoubleQuotes(space.data(), space.data() + offset), space.data());
+            EXPECT_STREQ(space.data(), escaped(text.c_str()).c_str()) << offset;
+            EXPECT_EQ(space.back(), '#');
         }
     }
 }
@@ -461,7 +461,7 @@ TEST(MiscText, ParseTokensCountsOneLessWhenTheLimitStopsIt) {
     EXPECT_STREQ(tokens[0], "a");
     EXPECT_STREQ(tokens[1], "b");
     EXPECT_STREQ(tokens[2], "c");
-    // What lies behind the last token is not split.
+    // The text after the last token is not split.
     EXPECT_EQ(std::string(text + 6), "d");
 
     char exact[] = "a b c";
@@ -489,14 +489,14 @@ TEST(MiscText, ParseTokensCountsTheTokensWhenTheTextRunsOut) {
     EXPECT_EQ(tokens[0], nullptr);
 }
 
-TEST(MiscText, ParseTokensWithRoomForOneFillsItAndGivesZero) {
+TEST(MiscText, ParseTokensWithOneEntryStoresATokenAndReturnsZero) {
     char text[] = "a b";
     char* tokens[1] = {};
     EXPECT_EQ(Misc::parseTokens(tokens, 1, text, " "), 0);
     EXPECT_STREQ(tokens[0], "a");
 }
 
-TEST(MiscText, ParseTokensOfWhatMustNotBeGivenTouchesNothing) {
+TEST(MiscText, ParseTokensHandlesInvalidArguments) {
     char text[] = "a b";
     char* tokens[2] = {text, text};
     EXPECT_EQ(Misc::parseTokens(tokens, 0, text, " "), 0);

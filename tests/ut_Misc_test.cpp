@@ -24,7 +24,7 @@ namespace {
 const char* const PUT_C = "void utility::PutStream::PutC(char)";
 const char* const PUT_F = "void utility::PutStream::PutF(const char*, ...)";
 
-/// A buffer whose surroundings are watched; its bytes are '#' to begin with.
+// A buffer with guard bytes around it, filled with '#'.
 class WatchedBuffer {
 public:
     explicit WatchedBuffer(int size)
@@ -53,7 +53,7 @@ private:
 
 using Writer = std::function<char*(char* buf, int size)>;
 
-/// Expects `text` in full where it fits with its terminator, and cut without one where it does not.
+// Expects the complete `text` if it fits with its terminator, else a truncated text without a terminator.
 void expectCutByHand(const Writer& write, const std::string& text) {
     const std::string whole = text + '\0';
     for (const int size : {0, 1, 2, static_cast<int>(text.size()), static_cast<int>(text.size()) + 1,
@@ -116,15 +116,15 @@ std::string referenceDecimal(long long v) {
     return (v < 0 ? "-" : "") + text;
 }
 
-/// The rule told differently: cut the digits, and set a mark behind every group.
+// An independent implementation: truncates the digits, then adds a separator after every group.
 std::string referenceCapacity(long long v, int digits) {
     const std::string all = plainDigits(v);
     const std::size_t shown = std::min(all.size(), static_cast<std::size_t>(std::max(digits, 3)));
     std::string text;
     std::size_t unit = (all.size() - 1) / 3;
     for (std::size_t i = 0; i < shown; ++i) {
-        const std::size_t behind = all.size() - i;
-        if (i > 0 && behind % 3 == 0) {
+        const std::size_t remaining = all.size() - i;
+        if (i > 0 && remaining % 3 == 0) {
             const bool wholeGroupFollows = static_cast<std::size_t>(std::max(digits, 3)) - i >= 3;
             text += wholeGroupFollows ? ',' : '.';
             if (wholeGroupFollows)
@@ -149,7 +149,7 @@ TEST(Misc, UsageExample) {
     EXPECT_TRUE(utility::Misc::isStringPrintableUtf8("caf\xC3\xA9", 5, "", ""));
 }
 
-TEST(Misc, MakePowerOf2GivesTheSmallestPowerNotBelow) {
+TEST(Misc, MakePowerOf2RoundsUp) {
     EXPECT_EQ(Misc::makePowerOf2(1), 1U);
     EXPECT_EQ(Misc::makePowerOf2(2), 2U);
     EXPECT_EQ(Misc::makePowerOf2(3), 4U);
@@ -165,7 +165,7 @@ TEST(Misc, MakePowerOf2OfZeroAndAboveTwoToThe31IsZero) {
     EXPECT_EQ(Misc::makePowerOf2(UINT_MAX), 0U);
 }
 
-TEST(Misc, ToHexStringWritesTheFullWidthOnlyWithLeadingZeros) {
+TEST(Misc, ToHexStringPadsOnlyWithLeadingZeros) {
     EXPECT_EQ(hex(0xBEEFU, true), "0000beef");
     EXPECT_EQ(hex(0xBEEFU, false), "beef");
     EXPECT_EQ(hex(0x10203ULL, true), "0000000000010203");
@@ -195,7 +195,7 @@ TEST(Misc, ToHexStringOfAByteHasOneDigitOrTwo) {
     EXPECT_EQ(hex(static_cast<unsigned char>(0xff), true), "ff");
 }
 
-TEST(Misc, ToHexStringStopsForGoodWhereTheBufferEnds) {
+TEST(Misc, ToHexStringTruncatesAtTheEndOfTheBuffer) {
     for (const bool zeros : {false, true}) {
         expectCutByHand([&](char* buf, int size) { return Misc::toHexString(0x123456789abcdef0ULL, zeros, buf, size); },
                         "123456789abcdef0");
@@ -226,7 +226,7 @@ TEST(Misc, ToHexStringOfBytesWritesTwoDigitsEach) {
     EXPECT_STREQ(text, "");
 }
 
-TEST(Misc, ToHexStringOfBytesIsNullWhenTheyDoNotFit) {
+TEST(Misc, ToHexStringOfBytesIsNullIfTheTextDoesNotFit) {
     unsigned char bytes[] = {0x12, 0x34};
     for (const int size : {-1, 0, 1, 2, 3, 4}) {
         WatchedBuffer buffer(std::max(size, 0));
@@ -239,7 +239,7 @@ TEST(Misc, ToHexStringOfBytesIsNullWhenTheyDoNotFit) {
     EXPECT_EQ(Misc::toHexString(bytes, 2, nullptr, 20), nullptr);
 }
 
-TEST(Misc, IsHexCharPassesEverythingUpToCapitalAAndLowerCaseDigits) {
+TEST(Misc, IsHexCharAcceptsEverythingUpToCapitalAAndLowerCaseDigits) {
     for (int c = 0; c < 256; ++c) {
         const bool expected = c <= 0x41 || (c >= 'a' && c <= 'f');
         EXPECT_EQ(Misc::isHexChar(static_cast<char>(c)), expected) << c;
@@ -248,7 +248,7 @@ TEST(Misc, IsHexCharPassesEverythingUpToCapitalAAndLowerCaseDigits) {
     EXPECT_TRUE(Misc::isHexChar(':'));
 }
 
-TEST(Misc, IsValidHexNumberTakesAPrefixAndLowerCaseDigits) {
+TEST(Misc, IsValidHexNumberAcceptsAPrefixAndLowerCaseDigits) {
     EXPECT_TRUE(Misc::isValidHexNumber("0xab"));
     EXPECT_TRUE(Misc::isValidHexNumber("0X12"));
     EXPECT_TRUE(Misc::isValidHexNumber("ab"));
@@ -287,7 +287,7 @@ TEST(Misc, FromHexStringOrs255ForAnyOtherCharacter) {
     EXPECT_EQ(Misc::uint32FromHexString("\xff"), 0xffU);
 }
 
-TEST(Misc, FromHexStringOfNothingIsZero) {
+TEST(Misc, FromHexStringOfNullOrEmptyTextIsZero) {
     EXPECT_EQ(Misc::uint8FromHexString(nullptr), 0);
     EXPECT_EQ(Misc::uint16FromHexString(nullptr), 0);
     EXPECT_EQ(Misc::uint32FromHexString(nullptr), 0U);
@@ -295,7 +295,7 @@ TEST(Misc, FromHexStringOfNothingIsZero) {
     EXPECT_EQ(Misc::uint64FromHexString(""), 0ULL);
 }
 
-TEST(Misc, HexadecimalTextReadsBack) {
+TEST(Misc, HexadecimalTextsRoundTrip) {
     std::mt19937_64 random(1);
     for (int i = 0; i < 10000; ++i) {
         const unsigned long long v = random() >> (random() % 64);
@@ -322,7 +322,7 @@ TEST(Misc, ToDecimalGroupsByThree) {
     EXPECT_EQ(decimal(1000000000000000000LL), "1,000,000,000,000,000,000");
 }
 
-TEST(Misc, ToDecimalWritesTheTrueDigitsOfTheExtremes) {
+TEST(Misc, ToDecimalWritesTheExtremes) {
     EXPECT_EQ(decimal(LLONG_MAX), "9,223,372,036,854,775,807");
     EXPECT_EQ(decimal(LLONG_MIN), "-9,223,372,036,854,775,808");
     EXPECT_EQ(decimal(static_cast<long>(INT_MAX)), "2,147,483,647");
@@ -346,7 +346,7 @@ TEST(Misc, ToDecimalNeedsTwoBytesMoreThanTheText) {
     EXPECT_EQ(enough.content(), std::string("-1,000\0\0", 8));
     EXPECT_TRUE(enough.surroundingsIntact());
 
-    // The digits of what does not fit are there all the same, and terminated.
+    // The digits that fit are written and terminated although the call throws.
     for (const int size : {1, 2, 6, 7}) {
         WatchedBuffer buffer(size);
         EXPECT_FAILURE(Misc::toDecimal(-1000L, buffer.data(), size), 1239, "ut_PutStream", PUT_C, "");
@@ -370,7 +370,7 @@ TEST(Misc, ToDecimalOfZeroNeedsOneByteMoreThanTheText) {
     EXPECT_TRUE(one.surroundingsIntact());
 }
 
-TEST(Misc, ToDSdecimalShowsThreeDigitsAndTheUnit) {
+TEST(Misc, ToDSdecimalWritesThreeDigitsAndTheUnit) {
     EXPECT_EQ(capacity(1234567L, 3), "1.23 MB");
     EXPECT_EQ(capacity(1234567890L, 3), "1.23 GB");
     EXPECT_EQ(capacity(999L, 3), "999");
@@ -383,7 +383,7 @@ TEST(Misc, ToDSdecimalShowsThreeDigitsAndTheUnit) {
     EXPECT_EQ(capacity(1234567890123456789LL, 3), "1.23 EB");
 }
 
-TEST(Misc, ToDSdecimalShowsMoreDigitsWhenAsked) {
+TEST(Misc, ToDSdecimalWritesMoreDigitsOnRequest) {
     EXPECT_EQ(capacity(123456L, 4), "123.4 kB");
     EXPECT_EQ(capacity(12345678L, 4), "12.34 MB");
     EXPECT_EQ(capacity(1234567L, 4), "1,234 kB");
@@ -399,18 +399,18 @@ TEST(Misc, ToDSdecimalOfZeroHasNoUnit) {
     EXPECT_EQ(capacity(0LL, 10), "0");
 }
 
-TEST(Misc, ToDSdecimalCutsAndNeverRounds) {
+TEST(Misc, ToDSdecimalTruncatesAndNeverRounds) {
     EXPECT_EQ(capacity(1999999L, 3), "1.99 MB");
     EXPECT_EQ(capacity(999999L, 3), "999 kB");
     EXPECT_EQ(capacity(-999999999LL, 3), "-999 MB");
 }
 
-TEST(Misc, ToDSdecimalRaisesTheDigitsToThree) {
+TEST(Misc, ToDSdecimalWritesAtLeastThreeDigits) {
     for (const int digits : {INT_MIN, -1, 0, 1, 2})
         EXPECT_EQ(capacity(1234567L, digits), "1.23 MB") << digits;
 }
 
-TEST(Misc, ToDSdecimalWritesTheTrueDigitsOfTheExtremes) {
+TEST(Misc, ToDSdecimalWritesTheExtremes) {
     EXPECT_EQ(capacity(LLONG_MAX, 3), "9.22 EB");
     EXPECT_EQ(capacity(LLONG_MIN, 3), "-9.22 EB");
     EXPECT_EQ(capacity(LLONG_MIN, 19), "-9,223,372,036,854,775,808");
@@ -419,7 +419,7 @@ TEST(Misc, ToDSdecimalWritesTheTrueDigitsOfTheExtremes) {
     EXPECT_EQ(capacity(LONG_MIN, 25), referenceCapacity(LONG_MIN, 25));
 }
 
-TEST(Misc, ToDSdecimalAgreesWithCutDigits) {
+TEST(Misc, ToDSdecimalAgreesWithTruncatedDigits) {
     std::mt19937_64 random(3);
     for (int i = 0; i < 10000; ++i) {
         const long long v = randomNumber(random);
@@ -429,7 +429,7 @@ TEST(Misc, ToDSdecimalAgreesWithCutDigits) {
     }
 }
 
-TEST(Misc, ToDSdecimalThrowsWhatDoesNotFit) {
+TEST(Misc, ToDSdecimalThrowsIfTheTextDoesNotFit) {
     WatchedBuffer exact(9);
     EXPECT_EQ(Misc::toDSdecimal(-1500L, 3, exact.data(), 9), exact.data());
     EXPECT_EQ(exact.content(), std::string("-1.50 kB\0", 9));
@@ -474,7 +474,7 @@ TEST(Misc, ToIPV4StringAgreesWithInetNtop) {
     }
 }
 
-TEST(Misc, ToIPV4StringIsNullWhenItDoesNotFit) {
+TEST(Misc, ToIPV4StringIsNullIfTheTextDoesNotFit) {
     for (const int size : {-1, 0, 1, 14, 15}) {
         WatchedBuffer buffer(std::max(size, 0));
         EXPECT_EQ(Misc::toIPV4String(0xffffffffU, buffer.data(), size), nullptr) << size;
@@ -495,7 +495,7 @@ TEST(Misc, ToMacAddressWritesTheLow48Bits) {
     EXPECT_STREQ(Misc::toMacAddress(ULLONG_MAX, text, sizeof text), "ff:ff:ff:ff:ff:ff");
 }
 
-TEST(Misc, ToMacAddressStopsForGoodWhereTheBufferEnds) {
+TEST(Misc, ToMacAddressTruncatesAtTheEndOfTheBuffer) {
     expectCutByHand([](char* buf, int size) { return Misc::toMacAddress(0xabcdef012345ULL, buf, size); },
                     "ab:cd:ef:01:23:45");
 }
@@ -526,23 +526,23 @@ TEST(Misc, SleepMicrosecondsEndsEarlyAtAHandledSignal) {
     struct sigaction action = {};
     action.sa_handler = [](int) {
     };
-    struct sigaction former = {};
-    ASSERT_EQ(sigaction(SIGALRM, &action, &former), 0);
+    struct sigaction previous = {};
+    ASSERT_EQ(sigaction(SIGALRM, &action, &previous), 0);
     itimerval timer = {};
     timer.it_value.tv_usec = 100000;
     timer.it_interval.tv_usec = 100000;
     ASSERT_EQ(setitimer(ITIMER_REAL, &timer, nullptr), 0);
     const auto begun = std::chrono::steady_clock::now();
-    // More seconds than a 32-bit clock can count.
+    // More seconds than a 32-bit `time_t` can represent.
     Misc::sleepMicroseconds(ULLONG_MAX);
     Misc::sleepMicroseconds(600000000);
     EXPECT_LT(std::chrono::steady_clock::now() - begun, std::chrono::seconds(60));
     timer = {};
     setitimer(ITIMER_REAL, &timer, nullptr);
-    sigaction(SIGALRM, &former, nullptr);
+    sigaction(SIGALRM, &previous, nullptr);
 }
 
-TEST(Misc, GetErrnoMsgGivesThePlatformsText) {
+TEST(Misc, GetErrnoMsgWritesTheTextOfThePlatform) {
     char text[256];
     for (const int error : {ENOENT, EACCES, ENOSPC, 12345}) {
         errno = error;
@@ -559,7 +559,7 @@ TEST(Misc, GetErrnoMsgWithoutAnErrorIsEmpty) {
     EXPECT_STREQ(text, "");
 }
 
-TEST(Misc, GetErrnoMsgIsCutToTheBuffer) {
+TEST(Misc, GetErrnoMsgIsTruncatedToTheBuffer) {
     const std::string whole = std::strerror(ENOENT);
     const unsigned int exact = static_cast<unsigned int>(whole.size()) + 1;
     for (const unsigned int size : {1U, 2U, exact - 1, exact, exact + 1}) {

@@ -56,7 +56,7 @@ void set(Options& options, const std::string& text) {
     copy.assign(copy.size(), '#');
 }
 
-/// The options with their keys and values; a missing value is told from an empty one by its number.
+// The options with their keys and values. Shows a missing value differently from an empty one.
 Content contentOf(const Options& options) {
     Content content;
     for (unsigned int i = 0; i < options.count(); ++i) {
@@ -73,10 +73,10 @@ Content contentOf(const Options& options) {
 }
 
 std::string textOf(const Options& options) {
-    std::size_t room = 8;
+    std::size_t capacity = 8;
     for (const Option& option : contentOf(options))
-        room += option.first.size() + option.second.value_or("").size() + 2;
-    utility::BufferStream out(static_cast<int>(room));
+        capacity += option.first.size() + option.second.value_or("").size() + 2;
+    utility::BufferStream out(static_cast<int>(capacity));
     options.toStream(out);
     return std::string(out.pTail(), static_cast<std::size_t>(out.ReadAvailable()));
 }
@@ -102,7 +102,7 @@ TEST(Options, BeginEmpty) {
     EXPECT_EQ(textOf(options), "");
 }
 
-// Reading a text
+// Parsing
 
 TEST(Options, ATextHoldsOneOptionForEachValue) {
     Options options;
@@ -206,7 +206,7 @@ TEST(Options, AddOptionAppendsACopy) {
     EXPECT_EQ(contentOf(options), (Content{{"k", "value"}, {"k", NONE}, {"k", ""}}));
 }
 
-TEST(Options, SetOptionReplacesTheValueAskedFor) {
+TEST(Options, SetOptionReplacesTheValueAtTheIndex) {
     Options options;
     set(options, "a=1&b=2&a=3");
     options.setOption(token("a"), "x", 1);
@@ -218,7 +218,7 @@ TEST(Options, SetOptionReplacesTheValueAskedFor) {
     EXPECT_EQ(contentOf(options), (Content{{"a", "y"}, {"b", ""}, {"a", "x"}}));
 }
 
-TEST(Options, SetOptionAddsWhatIsNotThere) {
+TEST(Options, SetOptionAddsAMissingOption) {
     Options options;
     options.setOption(token("a"), "1", 0);
     options.setOption(token("a"), "2", 1);
@@ -240,7 +240,7 @@ TEST(Options, DeleteOptionRemovesEveryOneWithTheKey) {
     EXPECT_EQ(options.count(), 0U);
 }
 
-TEST(Options, DeleteOptionByValueRemovesThoseWithJustThatValue) {
+TEST(Options, DeleteOptionByValueRemovesExactMatches) {
     Options options;
     set(options, "a=x,X,x,xx,&a&b=x");
     options.deleteOption(token("a"), "x");
@@ -251,7 +251,7 @@ TEST(Options, DeleteOptionByValueRemovesThoseWithJustThatValue) {
     EXPECT_EQ(options.count(), 4U);
 }
 
-TEST(Options, ClearForgetsEverything) {
+TEST(Options, ClearRemovesEverything) {
     Options options;
     set(options, "a=1,2&b");
     options.clear();
@@ -274,7 +274,7 @@ TEST(Options, ClearFreesThePool) {
               8000U);
 }
 
-TEST(Options, ItsOwnValuesMayBeGivenBackToIt) {
+TEST(Options, AcceptsItsOwnValues) {
     Options options;
     set(options, "a=text&b=c=1,2");
     options.addOption(token("d"), options.getAsString(token("a"), 0));
@@ -286,7 +286,7 @@ TEST(Options, ItsOwnValuesMayBeGivenBackToIt) {
     EXPECT_EQ(contentOf(options), (Content{{"a", "text"}, {"b", "2"}, {"d", "xt"}, {"c", "1"}}));
 }
 
-// Look-ups
+// Lookups
 
 TEST(Options, ValuesAreFoundByKeyAndIndex) {
     Options options;
@@ -305,7 +305,7 @@ TEST(Options, ValuesAreFoundByKeyAndIndex) {
     static_assert(std::is_same<decltype(constant.getAsString(0, 0)), const char*>::value, "");
 }
 
-TEST(Options, TheEmptyTextOfAnOptionWithoutAValueIsOneOfTheLibrary) {
+TEST(Options, EmptyTextOfAnOptionWithoutAValueIsSharedAndReadOnly) {
     std::optional<Options> options(std::in_place);
     set(*options, "a&b");
     Options other;
@@ -347,7 +347,7 @@ TEST(Options, IsOptionComparesExactlyAndIsOptionCaseIgnoresCase) {
     EXPECT_FALSE(options.isOptionCase(token("b"), "nAME"));
 }
 
-TEST(Options, AMissingValueEqualsNoText) {
+TEST(Options, MissingValueIsNotEqualToAnyText) {
     Options options;
     set(options, "b");
     EXPECT_FALSE(options.isOption(token("b"), ""));
@@ -356,7 +356,7 @@ TEST(Options, AMissingValueEqualsNoText) {
     EXPECT_EQ(options.count(), 1U);
 }
 
-TEST(Options, ANullValueIsFoundNowhere) {
+TEST(Options, NullValueIsNotFound) {
     Options options;
     set(options, "a=,x&b");
     EXPECT_FALSE(options.isOption(token("a"), nullptr));
@@ -373,7 +373,7 @@ TEST(Options, AreWrittenWithAnAmpersandBeforeAllButTheFirst) {
     EXPECT_EQ(textOf(options), "a&b=&=x&a=1&a=2");
 }
 
-TEST(Options, AContinuationWritesItsValueAlone) {
+TEST(Options, ContinuationWritesOnlyItsValue) {
     Options options;
     options.addOption(token("a"), "1");
     options.addOption(CONTINUED, "2");
@@ -386,7 +386,7 @@ TEST(Options, AContinuationWritesItsValueAlone) {
     EXPECT_EQ(textOf(options), "a=1,2,&b=3,4&c");
 }
 
-TEST(Options, AContinuationAtTheStartWritesItsValue) {
+TEST(Options, ContinuationAtTheStartWritesItsValue) {
     Options options;
     options.addOption(CONTINUED, "1");
     options.addOption(CONTINUED, "2");
@@ -406,7 +406,7 @@ TEST(Options, TheContinuationKeyIsWhatAnUnknownDecorationGives) {
     EXPECT_EQ(textOf(options), "a=1,2");
 }
 
-TEST(Options, AKeyWithoutATextIsWrittenAsNone) {
+TEST(Options, KeyWithoutATextIsWrittenAsEmpty) {
     Options options;
     options.addOption(token("a"), "1");
     options.addOption(0xFFFFFFF0u, "2");
@@ -414,7 +414,7 @@ TEST(Options, AKeyWithoutATextIsWrittenAsNone) {
     EXPECT_EQ(textOf(options), "a=1&=2&b");
 }
 
-TEST(Options, AStreamThatIsTooShortThrowsAndKeepsWithinItsRoom) {
+TEST(Options, ToStreamThrowsIfTheTextDoesNotFitAndNeverOverruns) {
     Options options;
     set(options, "first=1,2&second&third=x");
     const unsigned int length = static_cast<unsigned int>(textOf(options).size());
@@ -428,7 +428,7 @@ TEST(Options, AStreamThatIsTooShortThrowsAndKeepsWithinItsRoom) {
     }
 }
 
-// Against a plain model
+// Comparison with a simple model
 
 TEST(Options, RandomTextsAreSplitLikeTheModel) {
     test::RandomRun random;
@@ -505,7 +505,7 @@ TEST(Options, RandomChangesLikeTheModel) {
     }
 }
 
-TEST(Options, WithoutMemoryTheyHoldWhatTheyCould) {
+TEST(Options, ValuesAreMissingIfMemoryIsExhausted) {
     char text[] = "a=1,2&b";
     const std::string large(5000, 'x');
     token("a");
@@ -529,7 +529,7 @@ TEST(Options, WithoutMemoryTheyHoldWhatTheyCould) {
     }
 }
 
-TEST(Options, TakeNothingFromTheStaticServicesThatTheyDoNotGiveBack) {
+TEST(Options, LeaksNothing) {
     const long before = framework::Memory::staticOutstanding();
     {
         std::unique_ptr<Options> options(new Options);

@@ -56,7 +56,7 @@ TEST(PW, NewRecordIsEmpty) {
     expectEmpty(*user);
 }
 
-TEST(PW, RecordMadeWhereOtherBytesWereIsEmpty) {
+TEST(PW, RecordIsEmptyInReusedMemory) {
     alignas(PW) unsigned char storage[sizeof(PW)];
     std::memset(storage, 0xA5, sizeof storage);
     PW* user = new (storage) PW;
@@ -64,7 +64,7 @@ TEST(PW, RecordMadeWhereOtherBytesWereIsEmpty) {
     user->~PW();
 }
 
-TEST(PW, GettersShowTheFieldsAsTheyAre) {
+TEST(PW, GettersReturnTheFields) {
     PW user;
     fill(user);
     EXPECT_STREQ(user.getUserName(), "monitor");
@@ -89,7 +89,7 @@ TEST(PW, NumbersAreUnsigned32Bit) {
     EXPECT_EQ(user.getGid(), 2147483648u);
 }
 
-TEST(PW, ResetEmptiesEveryFieldAndTheTextArea) {
+TEST(PW, ResetClearsEveryFieldAndTheTextArea) {
     PW user;
     fill(user);
     EXPECT_GT(user.used(), 0u);
@@ -112,7 +112,7 @@ TEST(PW, NewStringIsACopyInsideTheRecord) {
     EXPECT_LE(reinterpret_cast<char*>(&user), copy);
 }
 
-TEST(PW, NewStringsLieOneBehindTheOther) {
+TEST(PW, NewStringsAreAdjacent) {
     PW user;
     char* first = user.newString("abc");
     EXPECT_EQ(user.used(), 4u);
@@ -129,7 +129,7 @@ TEST(PW, NewStringsLieOneBehindTheOther) {
     EXPECT_EQ(user.newString("new"), first);
 }
 
-TEST(PW, NewStringOfNullIsNullAndTakesNoRoom) {
+TEST(PW, NewStringOfNullIsNullAndUsesNoSpace) {
     PW user;
     const test::LogCapture log;
     EXPECT_EQ(user.newString(nullptr), nullptr);
@@ -137,7 +137,7 @@ TEST(PW, NewStringOfNullIsNullAndTakesNoRoom) {
     EXPECT_EQ(log.count(), 0u);
 }
 
-TEST(PW, NewStringOf2047CharactersFillsTheAreaAndAFurtherOneFails) {
+TEST(PW, NewStringOf2047CharactersFillsTheAreaAndAnotherOneFails) {
     PW user;
     const std::string longest(2047, 'n');
     const test::LogCapture log;
@@ -156,7 +156,7 @@ TEST(PW, NewStringOf2047CharactersFillsTheAreaAndAFurtherOneFails) {
     EXPECT_EQ(copy, longest);
 }
 
-TEST(PW, NewStringOf2048CharactersIsRefusedWhole) {
+TEST(PW, NewStringOf2048CharactersIsRefused) {
     PW user;
     const std::string tooLong(2048, 'n');
     const test::LogCapture log;
@@ -167,7 +167,7 @@ TEST(PW, NewStringOf2048CharactersIsRefusedWhole) {
     EXPECT_STREQ(user.newString("still fits"), "still fits");
 }
 
-TEST(PW, RefusedStringLeavesTheRoomToShorterOnes) {
+TEST(PW, RefusedStringLeavesSpaceForShorterOnes) {
     PW user;
     const std::string most(2000, 'm');
     ASSERT_NE(user.newString(most.c_str()), nullptr);
@@ -180,11 +180,11 @@ TEST(PW, RefusedStringLeavesTheRoomToShorterOnes) {
     EXPECT_EQ(log.count(), 1u);
 }
 
-TEST(PW, HasRoomForReadTextsBesideTheNewStrings) {
+TEST(PW, ReadTextsAndNewStringsHaveSeparateSpace) {
     EXPECT_GE(sizeof(PW), sizeof(passwd) + 2 * 2048 + sizeof(unsigned int));
 }
 
-TEST(PW, DumpShowsAllFieldsAtLevel3) {
+TEST(PW, DumpLogsAllFieldsAtLevel3) {
     PW user;
     fill(user);
     const test::DebugSwitch dumps(dumpSwitch);
@@ -195,7 +195,7 @@ TEST(PW, DumpShowsAllFieldsAtLevel3) {
                                                 "rn: The Monitor, dir: /home/monitor, sh: /bin/sh\n"));
 }
 
-TEST(PW, DumpShowsLargeNumbersAsNegativeOnes) {
+TEST(PW, DumpLogsLargeNumbersAsNegativeOnes) {
     PW user;
     user.m_passwd.pw_uid = 4294967295u;
     user.m_passwd.pw_gid = 4294967294u;
@@ -215,7 +215,7 @@ TEST(PW, DumpOfAnEmptyRecordIsSafe) {
                                                      "dir: (null), sh: (null)\n"}));
 }
 
-TEST(PW, DumpSaysNothingWhenItsSwitchIsOff) {
+TEST(PW, DumpLogsNothingIfItsSwitchIsOff) {
     PW user;
     fill(user);
     const test::DebugSwitch other(484);

@@ -17,7 +17,7 @@ namespace {
 using utility::ParameterList;
 using Tokens = std::vector<std::string>;
 
-/// Storage of just the text and its terminator, so that a look behind them is seen by a sanitizer.
+// Allocates exactly the text and its terminator, so that sanitizers detect a read past them.
 std::unique_ptr<char[]> exactly(const std::string& text) {
     std::unique_ptr<char[]> copy(new char[text.size() + 1]);
     std::memcpy(copy.get(), text.c_str(), text.size() + 1);
@@ -60,7 +60,7 @@ TEST(ParameterList, EmptyTokensAreSkipped) {
     EXPECT_EQ(tokensOf(",,,,,", ','), Tokens{});
 }
 
-TEST(ParameterList, NothingButTheSeparatorSeparates) {
+TEST(ParameterList, OnlyTheSeparatorSeparates) {
     EXPECT_EQ(tokensOf("a b;c", ','), (Tokens{"a b;c"}));
     EXPECT_EQ(tokensOf(" a , \"b,c\" ", ','), (Tokens{" a ", " \"b", "c\" "}));
     EXPECT_EQ(tokensOf("a\xFF"
@@ -70,7 +70,7 @@ TEST(ParameterList, NothingButTheSeparatorSeparates) {
     EXPECT_EQ(tokensOf("a b", ' '), (Tokens{"a", "b"}));
 }
 
-TEST(ParameterList, TheEmptyTextHasNoToken) {
+TEST(ParameterList, EmptyTextHasNoTokens) {
     char text[] = "";
     char token[] = "unchanged";
     ParameterList list(text, ',');
@@ -80,7 +80,7 @@ TEST(ParameterList, TheEmptyTextHasNoToken) {
     EXPECT_STREQ(token, "unchanged");
 }
 
-TEST(ParameterList, ANullTextHasNoToken) {
+TEST(ParameterList, NullTextHasNoTokens) {
     char token[] = "unchanged";
     ParameterList list(nullptr, ',');
     EXPECT_FALSE(list.hasNextToken());
@@ -90,14 +90,14 @@ TEST(ParameterList, ANullTextHasNoToken) {
     EXPECT_STREQ(token, "unchanged");
 }
 
-TEST(ParameterList, ANullDestinationGetsNoToken) {
+TEST(ParameterList, NullDestinationReturnsNull) {
     char text[] = "a,b";
     ParameterList list(text, ',');
     EXPECT_EQ(list.nextToken(nullptr), nullptr);
     EXPECT_STREQ(text, "a,b");
 }
 
-TEST(ParameterList, KnowsItsEndOnceTheLastTokenIsTaken) {
+TEST(ParameterList, HasNoNextTokenAfterTheLastToken) {
     char text[] = "a,b";
     char token[4];
     ParameterList list(text, ',');
@@ -109,7 +109,7 @@ TEST(ParameterList, KnowsItsEndOnceTheLastTokenIsTaken) {
     EXPECT_EQ(list.nextToken(token), nullptr);
 }
 
-TEST(ParameterList, ASeparatorAtTheEndHidesTheEnd) {
+TEST(ParameterList, HasNextTokenIsTrueBeforeATrailingSeparator) {
     char text[] = "a,";
     char token[3];
     ParameterList list(text, ',');
@@ -119,12 +119,12 @@ TEST(ParameterList, ASeparatorAtTheEndHidesTheEnd) {
     EXPECT_FALSE(list.hasNextToken());
 }
 
-TEST(ParameterList, WithTheTerminatorAsSeparatorTheTextIsOneToken) {
+TEST(ParameterList, NulAsSeparatorMakesTheTextOneToken) {
     EXPECT_EQ(tokensOf("a,b", '\0'), (Tokens{"a,b"}));
     EXPECT_EQ(tokensOf("", '\0'), Tokens{});
 }
 
-TEST(ParameterList, ReadsTheTextAsItIsNow) {
+TEST(ParameterList, SeesChangesOfTheText) {
     char text[] = "a,bb,c";
     char token[8];
     ParameterList list(text, ',');
@@ -134,7 +134,7 @@ TEST(ParameterList, ReadsTheTextAsItIsNow) {
     EXPECT_STREQ(list.nextToken(token), "XbYc");
 }
 
-TEST(ParameterList, TakesATokenOfAMillionCharactersAndTenThousandTokens) {
+TEST(ParameterList, AcceptsATokenOfAMillionCharactersAndTenThousandTokens) {
     const std::string large(1000000, 'x');
     EXPECT_EQ(tokensOf(large + "," + large, ','), (Tokens{large, large}));
     std::string text;
@@ -151,7 +151,7 @@ TEST(ParameterList, LogsNothing) {
     EXPECT_EQ(log.count(), 0U);
 }
 
-TEST(ParameterList, RandomTextsAreCutLikeTheModel) {
+TEST(ParameterList, RandomTextsAreSplitLikeTheModel) {
     test::RandomRun random;
     while (random.steps(50000)) {
         const std::string text = random.text(16, "ab,,");

@@ -42,7 +42,7 @@ const unsigned int TRACE_SWITCH = 489;
 static_assert(std::is_base_of<framework::Item, Path>::value, "a path is an item");
 static_assert(std::is_convertible<Path*, framework::Entity*>::value, "and an entity");
 
-/// The three parts as "directory|file|extension".
+// The three parts as "directory|file|extension".
 std::string partsOf(const Path& path) {
     return std::string(path.getPath()) + "|" + path.getFile() + "|" + path.getExtension();
 }
@@ -67,7 +67,7 @@ std::string repeated(const std::string& text, int count) {
     return result;
 }
 
-/// The messages of one operation as "type text", when all come from `where` with a line.
+// The messages of one operation as "type text". Expects that all of them are from `where` and have a line.
 Texts linesFrom(const test::LogCapture& log, const std::string& where) {
     Texts lines;
     for (const test::LogEntry& entry : log.entries()) {
@@ -101,20 +101,20 @@ TEST(Path, IsSplitIntoDirectoryFileAndExtension) {
     EXPECT_EQ(partsOf(" a b /c d. e"), " a b /|c d| e");
 }
 
-TEST(Path, AValueIsGivenBack) {
+TEST(Path, ValuesRoundTrip) {
     for (const char* const value : {"/usr/lib/libx.so.1", "name", "dir/", "/", "a..b", ".profile", "..", "...", "..x",
                                     "/a/b.c/", "x/.y", "a.b.c", "a...b", "//", ""})
         EXPECT_STREQ(Path(value).getValue(), value);
 }
 
-TEST(Path, ATrailingDotIsLost) {
+TEST(Path, TrailingDotIsDropped) {
     EXPECT_EQ(partsOf("name."), "|name|");
     EXPECT_STREQ(Path("name.").getValue(), "name");
     EXPECT_EQ(partsOf("."), "||");
     EXPECT_EQ(partsOf("/a/."), "/a/||");
 }
 
-TEST(Path, ANameIsSplitAtTheFirstOfItsLastDots) {
+TEST(Path, NameIsSplitAtTheFirstOfItsLastAdjacentDots) {
     EXPECT_EQ(partsOf("a..b"), "|a|.b");
     EXPECT_EQ(partsOf("a...b"), "|a|..b");
     EXPECT_EQ(partsOf("a..b.c"), "|a..b|c");
@@ -125,7 +125,7 @@ TEST(Path, ANameIsSplitAtTheFirstOfItsLastDots) {
     EXPECT_EQ(partsOf("..b"), "||.b");
 }
 
-TEST(Path, ANameThatBeginsWithItsOnlyDotIsAnExtension) {
+TEST(Path, NameThatBeginsWithItsOnlyDotIsAnExtension) {
     EXPECT_EQ(partsOf(".profile"), "||profile");
     EXPECT_EQ(partsOf("/home/u/.profile"), "/home/u/||profile");
     EXPECT_STREQ(Path("/home/u/.profile").getFullFile(), ".profile");
@@ -139,7 +139,7 @@ TEST(Path, NullAndTheEmptyValueHaveNoParts) {
     EXPECT_STREQ(Path(nullptr).getFullFile(), "");
 }
 
-TEST(Path, CanBeMadeOfItsParts) {
+TEST(Path, CanBeConstructedFromItsParts) {
     EXPECT_EQ(partsOf(Path("/a", "b", "c")), "/a/|b|c");
     EXPECT_EQ(partsOf(Path("/a/", "b.x", ".c")), "/a/|b.x|c");
     EXPECT_STREQ(Path("/a/", "b.x", ".c").getValue(), "/a/b.x.c");
@@ -150,7 +150,7 @@ TEST(Path, CanBeMadeOfItsParts) {
 
 // Setters
 
-TEST(Path, SetValueSetsThePartsAskedForAndClearsThemFirst) {
+TEST(Path, SetValueReplacesTheSelectedParts) {
     Path path("/a/b.c");
     path.setValue("/x/y.z", false, false, false);
     EXPECT_EQ(partsOf(path), "/a/|b|c");
@@ -168,7 +168,7 @@ TEST(Path, SetValueSetsThePartsAskedForAndClearsThemFirst) {
     EXPECT_EQ(partsOf(path), "||w");
 }
 
-TEST(Path, SetValueOfNullClearsThePartsAskedFor) {
+TEST(Path, SetValueOfNullClearsTheSelectedParts) {
     Path path("/a/b.c");
     path.setValue(nullptr, false, false, false);
     EXPECT_EQ(partsOf(path), "/a/|b|c");
@@ -212,7 +212,7 @@ TEST(Path, SetPathEndsTheDirectoryWithASlash) {
     EXPECT_STREQ(path.getValue(), "name");
 }
 
-TEST(Path, SetPathTakesTheFirstCharacters) {
+TEST(Path, SetPathCopiesTheFirstCharacters) {
     Path path("name");
     const std::pair<unsigned int, const char*> expected[] = {{0, ""},       {1, "/"},        {2, "/a/"},
                                                              {3, "/a/"},    {4, "/a/b/"},    {5, "/a/bc/"},
@@ -228,7 +228,7 @@ TEST(Path, SetPathTakesTheFirstCharacters) {
     EXPECT_STREQ(path.getPath(), "dir/");
 }
 
-TEST(Path, SetFileTakesTheNameAsItIs) {
+TEST(Path, SetFileDoesNotSplitTheName) {
     Path path("/a/b.c");
     path.setFile("x.y/z.");
     EXPECT_EQ(partsOf(path), "/a/|x.y/z.|c");
@@ -240,7 +240,7 @@ TEST(Path, SetFileTakesTheNameAsItIs) {
     EXPECT_EQ(partsOf(path), "/a/||c");
 }
 
-TEST(Path, SetExtensionDropsOneLeadingDot) {
+TEST(Path, SetExtensionRemovesOneLeadingDot) {
     Path path("/a/b");
     path.setExtension(".txt");
     EXPECT_STREQ(path.getExtension(), "txt");
@@ -259,7 +259,7 @@ TEST(Path, SetExtensionDropsOneLeadingDot) {
     EXPECT_STREQ(path.getExtension(), "");
 }
 
-TEST(Path, ItsOwnTextsMayBeGivenBackToIt) {
+TEST(Path, AcceptsItsOwnTexts) {
     Path path("/usr/local/lib/libx.so.1");
     path.setPath(path.getPath());
     path.setFile(path.getFile());
@@ -300,7 +300,7 @@ TEST(Path, TextsStayValidUntilTheNextCallOfTheSameOperation) {
     EXPECT_STREQ(component, "b");
 }
 
-TEST(Path, TakesAValueOfAMillionCharacters) {
+TEST(Path, AcceptsAValueOfAMillionCharacters) {
     const std::string directory = repeated("directory/", 100000);
     const Path path((directory + "name.ext").c_str());
     EXPECT_EQ(path.getPath(), directory);
@@ -309,7 +309,7 @@ TEST(Path, TakesAValueOfAMillionCharacters) {
     EXPECT_FALSE(path.exists());
 }
 
-TEST(Path, IsAbsoluteWhenTheDirectoryBeginsWithASlash) {
+TEST(Path, IsAbsoluteIfTheDirectoryBeginsWithASlash) {
     EXPECT_TRUE(Path("/a").isAbsolute());
     EXPECT_TRUE(Path("/").isAbsolute());
     EXPECT_FALSE(Path("a/b").isAbsolute());
@@ -321,7 +321,7 @@ TEST(Path, IsAbsoluteWhenTheDirectoryBeginsWithASlash) {
 
 // The file system
 
-TEST(Path, ExistsWhenThePlatformFindsIt) {
+TEST(Path, ExistsIfStatSucceeds) {
     const test::TemporaryDirectory directory;
     const std::string file = directory.write("file.txt", "x");
     EXPECT_TRUE(Path(file.c_str()).exists());
@@ -338,7 +338,7 @@ TEST(Path, ExistsWhenThePlatformFindsIt) {
     EXPECT_TRUE(path.exists());
 }
 
-TEST(Path, MakesADirectoryOfOneLevelForOwnerAndGroup) {
+TEST(Path, MakeDirCreatesOneLevelForOwnerAndGroup) {
     const test::TemporaryDirectory directory;
     const mode_t mask = umask(0);
     Path made(directory.path("made").c_str());
@@ -362,7 +362,7 @@ TEST(Path, MakesADirectoryOfOneLevelForOwnerAndGroup) {
 
 // Components
 
-TEST(Path, TheDirectoryIsSplitIntoComponents) {
+TEST(Path, DirectoryIsSplitIntoComponents) {
     const Path path("/a/b/c/file.txt");
     EXPECT_EQ(path.componentCount(), 4U);
     EXPECT_EQ(componentsOf(path), (Texts{"a", "b", "c", "file.txt"}));
@@ -371,7 +371,7 @@ TEST(Path, TheDirectoryIsSplitIntoComponents) {
     EXPECT_EQ(path.component(0xFFFFFFFFu), nullptr);
 }
 
-TEST(Path, TheRootIsNoComponent) {
+TEST(Path, RootIsNotAComponent) {
     EXPECT_EQ(componentsOf(Path("/")), Texts{});
     EXPECT_EQ(Path("/").component(0), nullptr);
     EXPECT_EQ(componentsOf(Path("/a")), (Texts{"a"}));
@@ -380,7 +380,7 @@ TEST(Path, TheRootIsNoComponent) {
     EXPECT_EQ(Path(nullptr).component(0), nullptr);
 }
 
-TEST(Path, AFileOrAnExtensionIsTheLastComponent) {
+TEST(Path, FileOrExtensionIsTheLastComponent) {
     EXPECT_EQ(componentsOf(Path("a/b/")), (Texts{"a", "b"}));
     EXPECT_EQ(Path("a/b/").component(2), nullptr);
     EXPECT_EQ(componentsOf(Path("a/.x")), (Texts{"a", ".x"}));
@@ -412,7 +412,7 @@ TEST(Path, ComponentsFollowEveryChange) {
     EXPECT_EQ(componentsOf(path), Texts{});
 }
 
-TEST(Path, AtMost32DirectoryComponentsAreSeen) {
+TEST(Path, AtMost32DirectoryComponentsAreCounted) {
     for (const int count : {31, 32, 33, 40, 1000}) {
         std::string directory = "/";
         for (int i = 0; i < count; ++i)
@@ -441,7 +441,7 @@ TEST(Path, RemovingOneOf33ComponentsShowsTheLast) {
     EXPECT_EQ(path.getPath(), repeated("x/", 31));
 }
 
-TEST(Path, RemoveComponentTakesItOutWithTheSlashBehindIt) {
+TEST(Path, RemoveComponentRemovesTheSlashAfterIt) {
     Path path("/a/b/c/file.txt");
     path.removeComponent(1);
     EXPECT_STREQ(path.getValue(), "/a/c/file.txt");
@@ -467,7 +467,7 @@ TEST(Path, RemoveComponentTakesItOutWithTheSlashBehindIt) {
     EXPECT_STREQ(relative.getValue(), "");
 }
 
-// The normal form
+// Normalization
 
 struct Normal {
     const char* value;
@@ -481,7 +481,7 @@ void PrintTo(const Normal& normal, std::ostream* out) {
 
 class PathNormal : public testing::TestWithParam<Normal> {};
 
-TEST_P(PathNormal, IsWhatIsValidLeaves) {
+TEST_P(PathNormal, IsTheResultOfIsValid) {
     Path path(GetParam().value);
     EXPECT_EQ(path.isValid(), GetParam().valid);
     EXPECT_STREQ(path.getValue(), GetParam().normal);
@@ -511,7 +511,7 @@ TEST(Path, IsValidLeavesARelativePathRelative) {
     }
 }
 
-TEST(Path, IsValidTakesOutLongChains) {
+TEST(Path, IsValidRemovesLongChains) {
     Path chain((repeated("a/", 20) + repeated("../", 20) + "x").c_str());
     EXPECT_EQ(componentsOf(chain).size(), 33U);
     Path dots((repeated("./", 1000) + "x").c_str());
@@ -525,7 +525,7 @@ TEST(Path, IsValidTakesOutLongChains) {
     EXPECT_STREQ(slashes.getValue(), "/x");
 }
 
-TEST(Path, IsValidTakesOutTensOfThousandsOfComponents) {
+TEST(Path, IsValidRemovesTensOfThousandsOfComponents) {
     for (const char* const chain : {"./", "d/../", "/"}) {
         Path path(("a/" + repeated(chain, 50000) + "x").c_str());
         EXPECT_TRUE(path.isValid());
@@ -533,7 +533,7 @@ TEST(Path, IsValidTakesOutTensOfThousandsOfComponents) {
     }
 }
 
-TEST(Path, IsValidTakesTheFileOutWithTheLastComponentThatIsSeen) {
+TEST(Path, IsValidRemovesTheFileWithTheLastCountedComponent) {
     std::string directory;
     for (int i = 0; i < 33; ++i)
         directory += "d" + std::to_string(i) + "/";
@@ -542,7 +542,7 @@ TEST(Path, IsValidTakesTheFileOutWithTheLastComponentThatIsSeen) {
     EXPECT_EQ(path.getValue(), directory.substr(0, directory.size() - 8) + "d32/");
 }
 
-TEST(Path, IsValidWalksTheComponentsThatAreSeen) {
+TEST(Path, IsValidChecksTheCountedComponents) {
     const std::string directory = repeated("d/", 32) + "../";
     Path path(directory.c_str());
     EXPECT_TRUE(path.isValid());
@@ -570,7 +570,7 @@ TEST(Path, IsValidAndFewerThan32ComponentsKeepAPathBelowItsStart) {
     EXPECT_TRUE(escaped) << "the result alone is no check";
 }
 
-TEST(Path, RandomPathsAreNormalisedLikeTheModel) {
+TEST(Path, RandomPathsAreNormalizedLikeTheModel) {
     test::RandomRun random;
     while (random.steps(30000)) {
         std::string value = random.text(1, "/");
@@ -589,7 +589,7 @@ TEST(Path, RandomPathsAreNormalisedLikeTheModel) {
 
 // Search paths
 
-TEST(Path, FindTakesTheFirstDirectoryThatHoldsTheFile) {
+TEST(Path, FindSelectsTheFirstDirectoryThatContainsTheFile) {
     const test::TemporaryDirectory directory;
     for (const char* const name : {"a", "b", "c"})
         ASSERT_EQ(mkdir(directory.path(name).c_str(), 0700), 0);
@@ -621,14 +621,14 @@ TEST(Path, FindWithoutAMatchKeepsTheDirectory) {
     EXPECT_EQ(partsOf(path), "/some/where/|f|x");
 }
 
-TEST(Path, FindLooksForADirectoryWhenThereIsNoFile) {
+TEST(Path, FindSearchesForADirectoryIfThereIsNoFile) {
     const test::TemporaryDirectory directory;
     Path path(nullptr);
     EXPECT_TRUE(path.find(("/nonexistent:" + directory.path()).c_str()));
     EXPECT_EQ(path.getPath(), directory.path() + "/");
 }
 
-TEST(Path, AnEmptyElementOfASearchPathIsNoDirectory) {
+TEST(Path, EmptyElementOfASearchPathIsAnEmptyDirectory) {
     const test::TemporaryDirectory directory;
     directory.write("f", "");
     ASSERT_EQ(mkdir(directory.path("sub").c_str(), 0700), 0);
@@ -683,7 +683,7 @@ TEST(Path, FindFullAppendsTheDirectoryToEachElement) {
     EXPECT_EQ(root.getPath(), b + "/sub/");
 }
 
-TEST(Path, FindTakesItsOwnTexts) {
+TEST(Path, FindAcceptsItsOwnTexts) {
     const test::TemporaryDirectory directory;
     const std::string file = directory.write("f", "");
     Path path(file.c_str());
@@ -695,7 +695,7 @@ TEST(Path, FindTakesItsOwnTexts) {
     EXPECT_EQ(path.getValue(), file);
 }
 
-TEST(Path, FindTakesTensOfThousandsOfElements) {
+TEST(Path, FindAcceptsTensOfThousandsOfElements) {
     const test::TemporaryDirectory directory;
     directory.write("f", "");
     Path path("f");
@@ -784,7 +784,7 @@ TEST(Path, RemovalIsTraced) {
     EXPECT_EQ(linesFrom(log, where), (Texts{"ignoring remove"}));
 }
 
-TEST(Path, TheNormalisingWalkIsTraced) {
+TEST(Path, NormalizationIsTraced) {
     Path path("/a/.//b/");
     const test::DebugSwitch debug(TRACE_SWITCH);
     const test::LogCapture log;
@@ -829,7 +829,7 @@ TEST(Path, FindTracesItsSearch) {
     EXPECT_EQ(log.count(), 0U);
 }
 
-TEST(Path, TheSearchIsTracedAsFind) {
+TEST(Path, SearchIsTracedInTheNameOfFind) {
     Path path("/x/f");
     const test::DebugSwitch debug(TRACE_SWITCH);
     test::LogCapture log;
@@ -861,7 +861,7 @@ TEST(Path, LogsNothingWithItsSwitchOff) {
     EXPECT_FALSE(path.inError());
 }
 
-// What every item has
+// Item interface
 
 TEST(Path, IsNamedAsItsDirectory) {
     Path path("/some/directory/file.x");
@@ -884,7 +884,7 @@ TEST(Path, CanBeDeletedAsAnEntity) {
     delete entity;
 }
 
-TEST(Path, VirtualOperationsStandInTheirOrder) {
+TEST(Path, VirtualOperationsHaveTheirSlots) {
     EXPECT_EQ(test::virtualSlot(&Path::getName), 2);
     EXPECT_EQ(test::virtualSlot(&Path::getNameString), 3);
     EXPECT_EQ(test::virtualSlot(&Path::setError), 20);
@@ -892,7 +892,7 @@ TEST(Path, VirtualOperationsStandInTheirOrder) {
     EXPECT_EQ(test::virtualSlot(&Path::isValid), -1);
 }
 
-// Against a plain model
+// Comparison with a simple model
 
 TEST(Path, RandomValuesAreSplitLikeTheModel) {
     test::RandomRun random;
@@ -916,7 +916,7 @@ TEST(Path, RandomRemovalsKeepComponentsAndDirectoryTogether) {
             const std::string before = path.getValue();
             path.removeComponent(i);
             components.erase(components.begin() + static_cast<std::ptrdiff_t>(i));
-            // A directory that now begins with a doubled slash has another first component.
+            // If the directory now begins with two slashes, its first component is different.
             if (componentsOf(path).size() != components.size())
                 break;
             ASSERT_EQ(componentsOf(path), components) << before << " without " << i;
@@ -924,9 +924,9 @@ TEST(Path, RandomRemovalsKeepComponentsAndDirectoryTogether) {
     }
 }
 
-// Without memory
+// Exhausted memory
 
-/// The whole of `path`, with its components where it has that many.
+// The value of `path` and as many of its components as it has.
 std::string stateOf(const Path& path) {
     std::string state = partsOf(path) + "|" + path.getValue();
     for (const std::string& component : componentsOf(path))
@@ -934,12 +934,12 @@ std::string stateOf(const Path& path) {
     return state;
 }
 
-TEST(Path, WithoutMemoryItChangesWholeOrNotAtAll) {
+TEST(Path, ChangesCompletelyOrNotAtAllIfMemoryIsExhausted) {
     const test::TemporaryDirectory directory;
     const std::string file = directory.write("a file with a name that takes memory.and an extension that does", "x");
     const std::string longPath = "/a directory of fifty characters and some more/b/another that takes memory";
     const std::string searchPath = "/nonexistent/for/want/of/memory/:" + directory.path();
-    // As long as a text without memory of its own can be: the slash behind it takes memory.
+    // The longest text that `std::string` stores without an allocation: appending the slash allocates.
     const std::string shortPath = "123456789abcde/";
     const std::string noSlash = "123456789abcdef";
     const std::vector<std::function<void(Path&)>> operations = {
@@ -965,7 +965,7 @@ TEST(Path, WithoutMemoryItChangesWholeOrNotAtAll) {
                     try {
                         operations[i](path);
                     } catch (const std::bad_alloc&) {
-                        // The parts are the standard library's texts.
+                        // The parts are `std::string`s.
                     }
                     failures = failing.failures();
                 }
@@ -977,7 +977,7 @@ TEST(Path, WithoutMemoryItChangesWholeOrNotAtAll) {
     }
 }
 
-TEST(Path, WithoutMemoryItCanStillBeAskedAndNormalised) {
+TEST(Path, StaysUsableIfMemoryIsExhausted) {
     const std::string normal = "a directory of some length/another that takes memory/file name.extension";
     const long outstanding = framework::Memory::staticOutstanding();
     for (const std::string root : {"", "/"}) {
@@ -998,7 +998,7 @@ TEST(Path, WithoutMemoryItCanStillBeAskedAndNormalised) {
                     path->component(5);
                     path->isValid();
                 } catch (const std::bad_alloc&) {
-                    // The texts are the standard library's.
+                    // The texts are `std::string`s.
                 }
             },
             [&] {

@@ -37,7 +37,7 @@ static_assert(std::is_abstract<PortAddress>::value, "a base");
 static_assert(PortAddress::PORT_UNDEFINED == 1153 && PortAddress::PORT_FC == 1509 && PortAddress::PORT_ISCSI == 2152,
               "the numbers are stored");
 
-/// An address of no known kind, which shows the room it was given.
+// An address of no known kind, which records the size that is passed to it.
 class OddAddress : public PortAddress {
 public:
     explicit OddAddress(const char* text) : m_text(text) {}
@@ -73,7 +73,7 @@ TEST(PortAddress, UsageExample) {
     EXPECT_EQ(utility::PortAddress::PortTypeToNumeric(address.getType()), 6u);
 }
 
-TEST(PortAddress, OperationsStandInTheirOrder) {
+TEST(PortAddress, VirtualOperationsHaveTheirSlots) {
     EXPECT_EQ(test::virtualSlot(&PortAddress::clone), 0);
     EXPECT_EQ(test::virtualSlot(&PortAddress::getType), 1);
     EXPECT_EQ(test::virtualSlot(&PortAddress::toBuffer), 2);
@@ -86,11 +86,11 @@ TEST(PortAddress, OperationsStandInTheirOrder) {
     EXPECT_EQ(test::virtualSlot(static_cast<ISCSIAssignment>(&ISCSIPortAddress::operator=)), 5);
 }
 
-TEST(PortAddress, IsOfAnUndefinedKindByItself) {
+TEST(PortAddress, TypeIsUndefinedUnlessOverridden) {
     EXPECT_EQ(OddAddress("x").getType(), PortAddress::PORT_UNDEFINED);
 }
 
-TEST(PortAddress, InequalityNegatesTheEqualityOfTheKind) {
+TEST(PortAddress, InequalityNegatesTheEqualityOfTheSubclass) {
     const OddAddress a("x");
     const OddAddress b("x");
     EXPECT_FALSE(a != a);
@@ -111,13 +111,13 @@ TEST(PortAddress, AddressesOfDifferentKindsAreNeverEqual) {
     }
 }
 
-TEST(PortAddress, IsDeletedThroughItsBase) {
+TEST(PortAddress, CanBeDeletedThroughTheBaseClass) {
     utility::IPV4Address ip("10.1.2.3");
     const ISCSIPortAddress iscsi(ip, 3260, "tgt1");
     EXPECT_LT(test::heapGrowth([&] { const std::unique_ptr<PortAddress> copy(iscsi.clone()); }), 16000u);
 }
 
-TEST(PortAddress, StandsWhereTheCallerPutsIt) {
+TEST(PortAddress, SupportsPlacementNew) {
     alignas(FCPortAddress) unsigned char place[sizeof(FCPortAddress)];
     PortAddress* const placed = new (place) FCPortAddress(FCPortAddress::WWN_TYPE_1, "500a09818d5f1234");
     EXPECT_EQ(static_cast<void*>(placed), place);
@@ -128,7 +128,7 @@ TEST(PortAddress, StandsWhereTheCallerPutsIt) {
     FCPortAddress::operator delete(taken);
 }
 
-TEST(PortAddress, ToPutStreamGivesTheRoomThatIsLeft) {
+TEST(PortAddress, ToPutStreamPassesTheSpaceThatIsLeft) {
     utility::BufferStream stream(32);
     stream.PutS("port ");
     const OddAddress odd("here");
@@ -138,7 +138,7 @@ TEST(PortAddress, ToPutStreamGivesTheRoomThatIsLeft) {
     EXPECT_EQ(stream.ReadAvailable(), 9);
 }
 
-TEST(PortAddress, ToPutStreamNeverCountsBeyondTheRoom) {
+TEST(PortAddress, ToPutStreamNeverAdvancesPastTheStorage) {
     char array[] = "0123456789";
     utility::PutStream stream(array, 5);
     std::memset(array, 'x', 10);
@@ -147,13 +147,13 @@ TEST(PortAddress, ToPutStreamNeverCountsBeyondTheRoom) {
     EXPECT_STREQ(array, "xxxxxxxxxx");
 }
 
-TEST(PortAddress, ToPutStreamCountsNoTextAsEmpty) {
+TEST(PortAddress, ToPutStreamTreatsANullTextAsEmpty) {
     utility::BufferStream stream(32);
     OddAddress(nullptr).toPutStream(stream);
     EXPECT_EQ(stream.WritePosition(), 0);
 }
 
-TEST(PortAddress, ToPutStreamWithoutRoomOffersNone) {
+TEST(PortAddress, ToPutStreamPassesZeroIfTheStreamIsFull) {
     const OddAddress odd("x");
     utility::PutStream none;
     odd.toPutStream(none);
@@ -161,16 +161,16 @@ TEST(PortAddress, ToPutStreamWithoutRoomOffersNone) {
     EXPECT_EQ(none.WritePosition(), 0);
 
     test::GuardedText buf(4);
-    utility::BufferStream behind(buf.array(), 4, false);
-    CATCH_FAILURE(behind.WriteAdvance(50));
+    utility::BufferStream beyond(buf.array(), 4, false);
+    CATCH_FAILURE(beyond.WriteAdvance(50));
     const OddAddress second("x");
-    EXPECT_FAILURE(second.toPutStream(behind), 1239, "ut_Buffer", "virtual void utility::Buffer::WriteAdvance(int)",
+    EXPECT_FAILURE(second.toPutStream(beyond), 1239, "ut_Buffer", "virtual void utility::Buffer::WriteAdvance(int)",
                    "");
     EXPECT_EQ(second.given(), 0u);
     EXPECT_TRUE(buf.isGuardWhole());
 }
 
-TEST(PortAddress, ToPutStreamLetsAStreamWithATargetMakeRoomFirst) {
+TEST(PortAddress, ToPutStreamFlushesAStreamWithATargetFirst) {
     utility::BufferStream target(200);
     utility::VirtualPutStream stream(target, 20, 10);
     ASSERT_TRUE(stream.StartOutputStream());
@@ -180,7 +180,7 @@ TEST(PortAddress, ToPutStreamLetsAStreamWithATargetMakeRoomFirst) {
     EXPECT_STREQ(target.pBuffer(), "0123456789abcd500a09818d5f1234");
 }
 
-TEST(PortAddress, KindsAreNamedInEitherCase) {
+TEST(PortAddress, StrToPortTypeIgnoresCase) {
     for (const char* text : {"fc", "FC", "Fc"})
         EXPECT_EQ(PortAddress::StrToPortType(text), PortAddress::PORT_FC) << text;
     for (const char* text : {"iscsi", "iSCSI", "ISCSI"})
@@ -191,7 +191,7 @@ TEST(PortAddress, KindsAreNamedInEitherCase) {
     EXPECT_EQ(PortAddress::StrToPortType(std::string(100000, 'f').c_str()), PortAddress::PORT_UNDEFINED);
 }
 
-TEST(PortAddress, KindsHaveTheirNumbers) {
+TEST(PortAddress, PortTypeToNumericReturnsTheMessageNumbers) {
     EXPECT_EQ(PortAddress::PortTypeToNumeric(PortAddress::PORT_FC), 6u);
     EXPECT_EQ(PortAddress::PortTypeToNumeric(PortAddress::PORT_ISCSI), 9u);
     EXPECT_EQ(PortAddress::PortTypeToNumeric(PortAddress::PORT_UNDEFINED), 0u);
@@ -199,7 +199,7 @@ TEST(PortAddress, KindsHaveTheirNumbers) {
         EXPECT_EQ(PortAddress::PortTypeToNumeric(static_cast<PortAddress::PortType>(other)), 0u) << other;
 }
 
-TEST(PortAddress, LinkTypesAreKnownAsSingleBitsOnly) {
+TEST(PortAddress, PortTypeFromLinkTypeAcceptsSingleBitsOnly) {
     for (unsigned int linkType = 0; linkType < 256; ++linkType) {
         PortAddress::PortType expected = PortAddress::PORT_UNDEFINED;
         if (linkType == 1 || linkType == 64 || linkType == 128)

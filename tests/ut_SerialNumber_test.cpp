@@ -50,7 +50,7 @@ TEST(SerialNumber, UsageExample) {
     EXPECT_STREQ(text, "1122334455667788");
 }
 
-TEST(SerialNumber, TakesAndGivesBytesInTheOrderTheyAreWritten) {
+TEST(SerialNumber, CopiesBytesInWrittenOrder) {
     unsigned char bytes[] = {0, 0xC0, 0xFF, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 0, 0, 0};
     SerialNumber number(bytes);
     EXPECT_EQ(text(number), "00c0ff0102030405060708090a000000");
@@ -64,7 +64,7 @@ TEST(SerialNumber, TakesAndGivesBytesInTheOrderTheyAreWritten) {
     EXPECT_EQ(text(number), "00c0ff0102030405060708090a0000fe");
 }
 
-TEST(SerialNumber, IsCopied) {
+TEST(SerialNumber, CanBeCopied) {
     SerialNumber number(GOOD);
     const SerialNumber copy(number);
     number.fromString(nullptr);
@@ -73,27 +73,27 @@ TEST(SerialNumber, IsCopied) {
     EXPECT_TRUE(number == copy);
 }
 
-TEST(SerialNumber, ReadsAnyDigitsOfEitherCase) {
+TEST(SerialNumber, ParsesUpperAndLowerCase) {
     SerialNumber number(GOOD);
     EXPECT_TRUE(number.fromString("0123456789ABCDEFfedcba9876543210"));
     EXPECT_EQ(text(number), "0123456789abcdeffedcba9876543210");
 }
 
-TEST(SerialNumber, ANullTextIsZero) {
+TEST(SerialNumber, NullTextIsZero) {
     SerialNumber number(GOOD);
     EXPECT_TRUE(number.fromString(nullptr));
     EXPECT_EQ(text(number), ZERO);
     EXPECT_EQ(text(SerialNumber(static_cast<const char*>(nullptr))), ZERO);
 }
 
-TEST(SerialNumber, TextBehindTheLastDigitIsNotLookedAt) {
+TEST(SerialNumber, IgnoresTextAfterTheLastDigit) {
     SerialNumber number(ZERO);
     EXPECT_TRUE(number.fromString((std::string(GOOD) + "XYZ").c_str()));
     EXPECT_EQ(text(number), GOOD);
     EXPECT_TRUE(number.fromString((std::string(GOOD) + std::string(100000, '\xFF')).c_str()));
 }
 
-TEST(SerialNumber, AShortTextIsRefusedAndItsDigitsStored) {
+TEST(SerialNumber, ShortTextReturnsFalseAndStoresItsDigits) {
     SerialNumber number("ffffffffffffffffffffffffffffffff");
     EXPECT_FALSE(number.fromString(""));
     EXPECT_EQ(text(number), "ffffffffffffffffffffffffffffffff");
@@ -104,7 +104,7 @@ TEST(SerialNumber, AShortTextIsRefusedAndItsDigitsStored) {
     EXPECT_EQ(text(SerialNumber("00c0ff1")), "00c0ff10000000000000000000000000");
 }
 
-TEST(SerialNumber, AnyOtherCharacterIsRefusedAndTheDigitsBeforeItStored) {
+TEST(SerialNumber, OtherCharacterReturnsFalseAndStoresTheDigitsBeforeIt) {
     for (int c = 1; c < 256; ++c) {
         if (std::isxdigit(c) != 0)
             continue;
@@ -115,7 +115,7 @@ TEST(SerialNumber, AnyOtherCharacterIsRefusedAndTheDigitsBeforeItStored) {
     EXPECT_FALSE(SerialNumber(ZERO).fromString(std::string(100000, '-').c_str()));
 }
 
-TEST(SerialNumber, ReadsWhatItWritesAsThePlatformPrintsIt) {
+TEST(SerialNumber, RoundTripsTheTextsOfThePlatform) {
     std::mt19937_64 random(43);
     for (int i = 0; i < 10000; ++i) {
         char expected[33];
@@ -130,7 +130,7 @@ TEST(SerialNumber, ReadsWhatItWritesAsThePlatformPrintsIt) {
     }
 }
 
-TEST(SerialNumber, ToBufferTerminatesWhereThereIsRoom) {
+TEST(SerialNumber, ToBufferTerminatesIfThereIsSpace) {
     for (const unsigned int size : {33u, 34u, 100u}) {
         test::GuardedText buf(size);
         EXPECT_EQ(SerialNumber(GOOD).toBuffer(buf.array(), size), buf.array());
@@ -147,7 +147,7 @@ TEST(SerialNumber, ToBufferTerminatesWhereThereIsRoom) {
     }
 }
 
-TEST(SerialNumber, ABufferOfJustTheDigitsGoesWithoutTerminator) {
+TEST(SerialNumber, BufferOfOnlyTheDigitsIsNotTerminated) {
     test::GuardedText whole(32);
     SerialNumber(GOOD).toBuffer(whole.array(), 32);
     EXPECT_EQ(whole.text(), GOOD);
@@ -160,7 +160,7 @@ TEST(SerialNumber, ABufferOfJustTheDigitsGoesWithoutTerminator) {
     EXPECT_TRUE(part.isGuardWhole());
 }
 
-TEST(SerialNumber, BuffersThatAreTooSmallAreNeverOverrun) {
+TEST(SerialNumber, SmallBuffersAreNeverOverrun) {
     for (unsigned int size = 0; size < 32; ++size) {
         test::GuardedText buf(size);
         EXPECT_EQ(SerialNumber(GOOD).toBuffer(buf.array(), size), buf.array());
@@ -177,7 +177,7 @@ TEST(SerialNumber, BuffersThatAreTooSmallAreNeverOverrun) {
     EXPECT_EQ(SerialNumber(GOOD).toShortBuffer(nullptr, 17), nullptr);
 }
 
-TEST(SerialNumber, PrintsBothForms) {
+TEST(SerialNumber, FormatsBothForms) {
     utility::BufferStream stream(64);
     stream.PutS("<");
     SerialNumber(GOOD).toPutStream(stream);
@@ -187,7 +187,7 @@ TEST(SerialNumber, PrintsBothForms) {
     EXPECT_STREQ(stream.pBuffer(), "<00c0ff112233aabb4455667788000000|1122334455667788>");
 }
 
-TEST(SerialNumber, PrintingWhatDoesNotFitThrowsAndLeavesWhatDid) {
+TEST(SerialNumber, ToPutStreamThrowsIfTheDigitsDoNotFitAndKeepsTheFirst) {
     const char* const putC = "void utility::PutStream::PutC(char)";
     utility::BufferStream whole(31);
     EXPECT_FAILURE(SerialNumber(GOOD).toPutStream(whole), 1239, "ut_PutStream", putC, "");
@@ -197,7 +197,7 @@ TEST(SerialNumber, PrintingWhatDoesNotFitThrowsAndLeavesWhatDid) {
     EXPECT_STREQ(part.pBuffer(), "112233445566778");
 }
 
-TEST(SerialNumber, IsValidByItsPrefixAndTailAlone) {
+TEST(SerialNumber, IsValidChecksOnlyPrefixAndSuffix) {
     EXPECT_TRUE(SerialNumber(GOOD).isValid());
     EXPECT_TRUE(SerialNumber("00c0ffffffffffffffffffffff000000").isValid());
     EXPECT_TRUE(SerialNumber("00c0ff00000000000000000000000000").isValid());
@@ -255,7 +255,7 @@ TEST(SerialNumber, NumbersThatDifferInBytes3To7HashEqually) {
     }
 }
 
-TEST(SerialNumber, IsSerialNumberForAWellFormedNumberInLowerCase) {
+TEST(SerialNumber, IsSerialNumberAcceptsWellFormedNumbersInLowerCase) {
     EXPECT_TRUE(SerialNumber::isSerialNumber(GOOD));
     EXPECT_TRUE(SerialNumber::isSerialNumber("00C0FF112233aabb4455667788000000"));
     EXPECT_TRUE(SerialNumber::isSerialNumber("00c0Ff112233aabb4455667788000000"));
@@ -267,13 +267,13 @@ TEST(SerialNumber, IsSerialNumberForAWellFormedNumberInLowerCase) {
     EXPECT_FALSE(SerialNumber::isSerialNumber(ZERO));
 }
 
-TEST(SerialNumber, IsSerialNumberPassesOverCharacters14And15) {
+TEST(SerialNumber, IsSerialNumberIgnoresCharacters14And15) {
     EXPECT_TRUE(SerialNumber::isSerialNumber("00c0ff0a1b2c3dzz4e5f607182000000"));
     EXPECT_FALSE(SerialNumber::isSerialNumber("00c0ff0a1b2c3z004e5f607182000000"));
     EXPECT_FALSE(SerialNumber::isSerialNumber("00c0ff0a1b2c3d004e5f60718B000000"));
 }
 
-TEST(SerialNumber, IsSerialNumberExaminesEachCharacterByItsOwnRule) {
+TEST(SerialNumber, IsSerialNumberChecksEachCharacterByItsOwnRule) {
     for (size_t index = 0; index < 32; ++index) {
         for (int value = 1; value < 256; ++value) {
             const char c = static_cast<char>(value);

@@ -45,7 +45,7 @@ TEST(TimeMeasure, UsageExample) {
     EXPECT_STREQ(text, "01:02:03.000001");
 }
 
-TEST(TimeMeasure, ATimestampIsThePresentInMicroseconds) {
+TEST(TimeMeasure, TimestampIsTheCurrentTimeInMicroseconds) {
     timespec before = {};
     timespec after = {};
     clock_gettime(CLOCK_REALTIME, &before);
@@ -55,7 +55,7 @@ TEST(TimeMeasure, ATimestampIsThePresentInMicroseconds) {
     EXPECT_LE(ts, static_cast<int64_t>(after.tv_sec) * 1000000 + after.tv_nsec / 1000);
 }
 
-TEST(TimeMeasure, TakesATimestampApart) {
+TEST(TimeMeasure, SplitsATimestamp) {
     EXPECT_EQ(TimeMeasure::getSeconds(1709629623000250), 1709629623);
     EXPECT_EQ(TimeMeasure::getSubSeconds(1709629623000250), 250);
     EXPECT_EQ(TimeMeasure::getSeconds(999999), 0);
@@ -64,7 +64,7 @@ TEST(TimeMeasure, TakesATimestampApart) {
     EXPECT_EQ(TimeMeasure::getSubSeconds(-1500000), -500000);
 }
 
-TEST(TimeMeasure, PutsATimestampTogether) {
+TEST(TimeMeasure, ComposesATimestamp) {
     EXPECT_EQ(TimeMeasure::timeStampFromParts(1709629623, 250), 1709629623000250);
     EXPECT_EQ(TimeMeasure::timeStampFromParts(0, 0), 0);
     EXPECT_EQ(TimeMeasure::timeStampFromParts(-1, -500000), -1500000);
@@ -72,7 +72,7 @@ TEST(TimeMeasure, PutsATimestampTogether) {
     EXPECT_EQ(TimeMeasure::timeStampFromParts(INT32_MIN, INT32_MIN), -2147483648000000 - 2147483648LL);
 }
 
-TEST(TimeMeasure, PartsArePutTogetherAgain) {
+TEST(TimeMeasure, PartsRoundTrip) {
     std::mt19937_64 random(5);
     for (int i = 0; i < 10000; ++i) {
         const int64_t ts = static_cast<int64_t>(random()) >> (WIDE ? i % 32 : 13);
@@ -80,7 +80,7 @@ TEST(TimeMeasure, PartsArePutTogetherAgain) {
     }
 }
 
-TEST(TimeMeasure, WhatDoesNotFitIsClamped) {
+TEST(TimeMeasure, ResultsAreClamped) {
     EXPECT_EQ(TimeMeasure::getSeconds(INT64_MAX), WIDE ? static_cast<long>(INT64_MAX / 1000000) : LONG_MAX);
     EXPECT_EQ(TimeMeasure::getSeconds(INT64_MIN), WIDE ? static_cast<long>(INT64_MIN / 1000000) : LONG_MIN);
     EXPECT_EQ(TimeMeasure::getSubSeconds(INT64_MIN), -775808);
@@ -92,7 +92,7 @@ TEST(TimeMeasure, WhatDoesNotFitIsClamped) {
     }
 }
 
-TEST(TimeMeasure, PrintsDurationsWithHoursBeyondADay) {
+TEST(TimeMeasure, PrintsDurationsOfMoreThanADay) {
     EXPECT_EQ(durationOf(3723000001), "01:02:03.000001");
     EXPECT_EQ(durationOf(90000000000), "25:00:00.000000");
     EXPECT_EQ(durationOf(0), "00:00:00.000000");
@@ -103,7 +103,7 @@ TEST(TimeMeasure, PrintsDurationsWithHoursBeyondADay) {
     EXPECT_EQ(durationOf(359999999999999), "99999:59:59.999999");
 }
 
-TEST(TimeMeasure, PrintsMillisecondsCut) {
+TEST(TimeMeasure, PrintsTruncatedMilliseconds) {
     EXPECT_EQ(textOf(&TimeMeasure::printDurationMillisec, 3723000001), "01:02:03.000");
     EXPECT_EQ(textOf(&TimeMeasure::printDurationMillisec, 3723999999), "01:02:03.999");
     EXPECT_EQ(textOf(&TimeMeasure::printDurationMillisec, 90000001999), "25:00:00.001");
@@ -129,21 +129,21 @@ TEST(TimeMeasure, DurationsUseAtMost20Bytes) {
     }
 }
 
-TEST(TimeMeasure, AShortArrayHoldsTheCutText) {
+TEST(TimeMeasure, TextIsTruncatedToAShortArray) {
     const test::TimeZone zone("UTC0");
     for (const Printer printer : ALL) {
         const std::string whole = textOf(printer, 3723456789);
         for (int size = 1; size <= static_cast<int>(whole.size()) + 2; ++size) {
             std::string storage(40, '#');
             EXPECT_EQ(printer(3723456789, storage.data(), size), storage.data());
-            const std::string cut = whole.substr(0, static_cast<std::size_t>(size) - 1);
-            EXPECT_EQ(std::string(storage.c_str()), cut);
-            EXPECT_EQ(storage.substr(cut.size() + 1), std::string(39 - cut.size(), '#'));
+            const std::string truncated = whole.substr(0, static_cast<std::size_t>(size) - 1);
+            EXPECT_EQ(std::string(storage.c_str()), truncated);
+            EXPECT_EQ(storage.substr(truncated.size() + 1), std::string(39 - truncated.size(), '#'));
         }
     }
 }
 
-TEST(TimeMeasure, NoArrayAndSizesBelowOneTakeNothing) {
+TEST(TimeMeasure, WritesNothingToNullOrWithSizesBelowOne) {
     for (const Printer printer : ALL) {
         for (const int64_t ts : {int64_t{0}, INT64_MAX, INT64_MIN}) {
             EXPECT_EQ(printer(ts, nullptr, 20), nullptr);
@@ -178,7 +178,7 @@ TEST(TimeMeasure, TimesOfDayBefore1970CountForward) {
     EXPECT_EQ(textOf(&TimeMeasure::printTimestamp, -86400000000), "00:00:00.000000");
 }
 
-TEST(TimeMeasure, TheEndsOfA32BitTime) {
+TEST(TimeMeasure, LimitsOf32BitTime) {
     const test::TimeZone zone("UTC0");
     EXPECT_EQ(textOf(&TimeMeasure::printTimestamp, 2147483647999999), "03:14:07.999999");
     EXPECT_EQ(textOf(&TimeMeasure::printTimestamp, -2147483648000000), "20:45:52.000000");

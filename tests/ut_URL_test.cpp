@@ -56,7 +56,7 @@ Part valueOf(URL& url) {
 
 std::string decoded(const std::string& text) {
     URL url(nullptr);
-    // Just the bytes, so that a look behind them is seen by a sanitizer.
+    // Exactly these bytes, so that sanitizers detect a read past them.
     const std::unique_ptr<char[]> bytes(new char[text.size()]);
     std::memcpy(bytes.get(), text.data(), text.size());
     const char* const result = url.decodeAndAlloc(bytes.get(), static_cast<unsigned int>(text.size()));
@@ -77,14 +77,14 @@ TEST(URL, IsSplitIntoItsFourParts) {
     EXPECT_STREQ(url.GetValue(), "abc://node:8080/a/b?x=1");
 }
 
-TEST(URL, AnOpaquePartIsThePath) {
+TEST(URL, OpaquePartIsThePath) {
     EXPECT_EQ(partsOf("news:item.42"), (Parts{"news", NONE, "item.42", NONE}));
     EXPECT_EQ(partsOf("mailto:a@b.c?subject=x"), (Parts{"mailto", NONE, "a@b.c", "subject=x"}));
     EXPECT_EQ(partsOf("a:b/c//d"), (Parts{"a", NONE, "b/c//d", NONE}));
     EXPECT_EQ(partsOf("a:b:c"), (Parts{"a", NONE, "b:c", NONE}));
 }
 
-TEST(URL, ASchemeBeginsWithALetter) {
+TEST(URL, SchemeBeginsWithALetter) {
     for (const char* const text : {"1abc:x", "+a:x", "-a:x", ".a:x", ":x", "://x", ":", "a_b:x", "a b:x", "a%41:x",
                                    "\xC3\xA4:x", "a\xC3\xA4:x", "abc", "a;b:c", "a@b:c", "[::1]"}) {
         const Parts parts = partsOf(text);
@@ -99,13 +99,13 @@ TEST(URL, ASchemeBeginsWithALetter) {
     }
 }
 
-TEST(URL, ASlashOrAQuestionMarkEndsTheSearchForAScheme) {
+TEST(URL, SlashOrQuestionMarkEndsTheSearchForAScheme) {
     EXPECT_EQ(partsOf("a/b:c"), (Parts{NONE, NONE, "a/b:c", NONE}));
     EXPECT_EQ(partsOf("a?b:c"), (Parts{NONE, NONE, "a", "b:c"}));
     EXPECT_EQ(partsOf("/a:b"), (Parts{NONE, NONE, "/a:b", NONE}));
 }
 
-TEST(URL, AnAuthorityRunsToTheNextSlashOrQuestionMark) {
+TEST(URL, AuthorityEndsAtTheNextSlashOrQuestionMark) {
     EXPECT_EQ(partsOf("//host/p?q"), (Parts{NONE, "host", "/p", "q"}));
     EXPECT_EQ(partsOf("//host"), (Parts{NONE, "host", NONE, NONE}));
     EXPECT_EQ(partsOf("//host?q"), (Parts{NONE, "host", NONE, "q"}));
@@ -114,7 +114,7 @@ TEST(URL, AnAuthorityRunsToTheNextSlashOrQuestionMark) {
     EXPECT_EQ(partsOf("a://[::1]:80/"), (Parts{"a", "[::1]:80", "/", NONE}));
 }
 
-TEST(URL, APathRunsToTheQuestionMarkAndTheQueryToTheEnd) {
+TEST(URL, PathEndsAtTheQuestionMarkAndTheQueryAtTheEnd) {
     EXPECT_EQ(partsOf("/p/q//r?s?t/u//v"), (Parts{NONE, NONE, "/p/q//r", "s?t/u//v"}));
     EXPECT_EQ(partsOf("/"), (Parts{NONE, NONE, "/", NONE}));
     EXPECT_EQ(partsOf("?q"), (Parts{NONE, NONE, NONE, "q"}));
@@ -125,7 +125,7 @@ TEST(URL, APathRunsToTheQuestionMarkAndTheQueryToTheEnd) {
     EXPECT_EQ(partsOf("a:b#c?d#e"), (Parts{"a", NONE, "b#c", "d#e"}));
 }
 
-TEST(URL, APartFoundEmptyIsNull) {
+TEST(URL, EmptyPartIsNull) {
     EXPECT_EQ(partsOf("a:"), (Parts{"a", NONE, NONE, NONE}));
     EXPECT_EQ(partsOf("a:///p"), (Parts{"a", NONE, "/p", NONE}));
     EXPECT_EQ(partsOf("//"), (Parts{NONE, NONE, NONE, NONE}));
@@ -158,13 +158,13 @@ TEST(URL, PartsThatATextDoesNotHaveKeepTheirValues) {
     EXPECT_EQ(partsOf(url), (Parts{"f", "h", "y", "q"}));
 }
 
-TEST(URL, APartFoundEmptyLosesItsValue) {
+TEST(URL, EmptyPartReplacesItsValueByNull) {
     URL url("a://b/c?d");
     url.SetURL("///x?");
     EXPECT_EQ(partsOf(url), (Parts{"a", NONE, "/x", NONE}));
 }
 
-TEST(URL, ATextCutAtEveryPositionIsSplitLikeTheReference) {
+TEST(URL, TextTruncatedAtEveryPositionIsSplitLikeTheReference) {
     for (const std::string whole : {"abc://node:8080/a/b?x=1", "a+b-c.1:opaque/part?q?r/s",
                                     "//u%40v@h%3a1//p%2Fq?%3f%25%", "x:///%00y?", "%61%62:%63", "1:/?://"}) {
         for (std::size_t length = 0; length <= whole.size(); ++length) {
@@ -177,7 +177,7 @@ TEST(URL, ATextCutAtEveryPositionIsSplitLikeTheReference) {
     }
 }
 
-TEST(URL, TakesAMillionCharactersInEachPart) {
+TEST(URL, AcceptsAMillionCharactersInEachPart) {
     const std::string large(1000000, 'x');
     const std::string text = large + "://" + large + "/" + large + "?" + large;
     URL url(text.c_str());
@@ -214,7 +214,7 @@ TEST(URL, EveryOtherByteIsCopied) {
     }
 }
 
-TEST(URL, ADigitThatIsNoneCountsAs255) {
+TEST(URL, InvalidHexDigitHasTheValue255) {
     EXPECT_EQ(decoded("%zz"), "\xFF");
     EXPECT_EQ(decoded("%g1"), "\xF1");
     EXPECT_EQ(decoded("%1g"), "\xFF");
@@ -227,7 +227,7 @@ TEST(URL, ADigitThatIsNoneCountsAs255) {
     EXPECT_EQ(decoded("%+1"), "\xF1");
 }
 
-TEST(URL, EveryPairBehindAPercentSignIsDecodedLikeTheReference) {
+TEST(URL, EveryPairAfterAPercentSignIsDecodedLikeTheReference) {
     for (int first = 1; first < 256; ++first) {
         for (int second = 1; second < 256; ++second) {
             const std::string text = {'a', '%', static_cast<char>(first), static_cast<char>(second), 'b'};
@@ -236,7 +236,7 @@ TEST(URL, EveryPairBehindAPercentSignIsDecodedLikeTheReference) {
     }
 }
 
-TEST(URL, AnEscapeThatTheEndCutsOffIsDropped) {
+TEST(URL, TruncatedEscapeIsDropped) {
     EXPECT_EQ(decoded("a%"), "a");
     EXPECT_EQ(decoded("a%4"), "a");
     EXPECT_EQ(decoded("a%z"), "a");
@@ -247,19 +247,19 @@ TEST(URL, AnEscapeThatTheEndCutsOffIsDropped) {
     EXPECT_EQ(partsOf("a://b%/c%4?d%"), (Parts{"a", "b", "/c", "d"}));
 }
 
-TEST(URL, AnEscapedNulEndsTheText) {
+TEST(URL, EscapedNulEndsTheText) {
     EXPECT_EQ(decoded("a%00b"), "a");
     EXPECT_EQ(decoded("%00"), "");
     EXPECT_EQ(partsOf("/x%00y?z%00"), (Parts{NONE, NONE, "/x", "z"}));
 }
 
-TEST(URL, WhatIsDecodedIsNotDecodedAgain) {
+TEST(URL, DecodesOnce) {
     EXPECT_EQ(decoded("%2541"), "%41");
     EXPECT_EQ(partsOf("/%3Fx%3a?y"), (Parts{NONE, NONE, "/?x:", "y"}));
     EXPECT_EQ(partsOf("/a%2Fb"), (Parts{NONE, NONE, "/a/b", NONE}));
 }
 
-TEST(URL, DecodesJustTheBytesAskedFor) {
+TEST(URL, DecodesOnlyTheGivenLength) {
     URL url(nullptr);
     EXPECT_STREQ(url.decodeAndAlloc("abcdef", 3), "abc");
     EXPECT_STREQ(url.decodeAndAlloc("ab%41", 4), "ab");
@@ -270,7 +270,7 @@ TEST(URL, DecodesJustTheBytesAskedFor) {
     EXPECT_EQ(partsOf(url), Parts{});
 }
 
-TEST(URL, DecodesTextsAroundTheSizeOfItsWorkSpace) {
+TEST(URL, DecodesTextsAroundTheSizeOfItsLocalBuffer) {
     for (const std::size_t length : {1U, 253U, 254U, 255U, 256U, 257U, 258U, 511U, 512U, 4096U, 100000U}) {
         const std::string plain(length, 'x');
         EXPECT_EQ(decoded(plain), plain) << length;
@@ -279,7 +279,7 @@ TEST(URL, DecodesTextsAroundTheSizeOfItsWorkSpace) {
     }
 }
 
-TEST(URL, WhatWasDecodedStaysUntilThePoolIsFreed) {
+TEST(URL, DecodedTextsAreValidUntilThePoolIsFreed) {
     URL url(nullptr);
     const char* const first = url.decodeAndAlloc("first", 5);
     for (int i = 0; i < 1000; ++i)
@@ -287,7 +287,7 @@ TEST(URL, WhatWasDecodedStaysUntilThePoolIsFreed) {
     EXPECT_STREQ(first, "first");
 }
 
-/// Counts what goes through it.
+// Counts allocations.
 class CountedMemory : public framework::Memory {
 public:
     void* allocate(unsigned long size) override {
@@ -305,7 +305,7 @@ public:
     unsigned int released = 0;
 };
 
-TEST(URL, ALongTextIsDecodedInMemoryOfTheEntity) {
+TEST(URL, LongTextIsDecodedInMemoryOfTheEntity) {
     CountedMemory memory;
     URL url(nullptr);
     url.setMemory(&memory);
@@ -320,7 +320,7 @@ TEST(URL, ALongTextIsDecodedInMemoryOfTheEntity) {
 
 // Setters
 
-TEST(URL, CanBeMadeOfItsParts) {
+TEST(URL, CanBeConstructedFromItsParts) {
     URL url("a", "b%41", "/c?", "%");
     EXPECT_EQ(partsOf(url), (Parts{"a", "b%41", "/c?", "%"}));
     EXPECT_STREQ(url.GetValue(), "a://b%41/c??%");
@@ -328,7 +328,7 @@ TEST(URL, CanBeMadeOfItsParts) {
     EXPECT_EQ(partsOf(URL(nullptr, "h", nullptr, nullptr)), (Parts{NONE, "h", NONE, NONE}));
 }
 
-TEST(URL, SettersTakeACopyAndIgnoreNull) {
+TEST(URL, SettersCopyAndIgnoreNull) {
     char text[] = "text";
     URL url(nullptr);
     url.SetScheme(text);
@@ -347,7 +347,7 @@ TEST(URL, SettersTakeACopyAndIgnoreNull) {
     EXPECT_EQ(partsOf(url), (Parts{"text", "other", "text", "text"}));
 }
 
-TEST(URL, ItsOwnTextsMayBeGivenBackToIt) {
+TEST(URL, AcceptsItsOwnTexts) {
     URL url("abc://node:8080/a/b?x=1");
     url.SetScheme(url.GetScheme());
     url.SetAuthority(url.GetAuthority() + 2);
@@ -375,7 +375,7 @@ TEST(URL, WithoutPartsThereIsNoValue) {
     EXPECT_EQ(URL("", "", "", "").GetValue(), nullptr);
 }
 
-TEST(URL, EachPartIsWrittenWithItsMark) {
+TEST(URL, EachPartIsWrittenWithItsDelimiter) {
     for (int present = 1; present < 16; ++present) {
         const Parts parts = {present & 1 ? Part("s") : NONE, present & 2 ? Part("a") : NONE,
                              present & 4 ? Part("/p") : NONE, present & 8 ? Part("q") : NONE};
@@ -387,19 +387,19 @@ TEST(URL, EachPartIsWrittenWithItsMark) {
     }
 }
 
-TEST(URL, AnEmptyPartIsPresent) {
+TEST(URL, EmptyPartIsPresent) {
     URL url("", "", "p", "");
     EXPECT_EQ(partsOf(url), (Parts{"", "", "p", ""}));
     EXPECT_STREQ(url.GetValue(), "://p?");
 }
 
-TEST(URL, WhatWasDecodedIsNotEncodedAgain) {
+TEST(URL, PartsAreNotEncoded) {
     URL url("a://h/x%2Fy%3Fz?%25");
     EXPECT_STREQ(url.GetValue(), "a://h/x/y?z?%");
     EXPECT_EQ(partsOf(url.GetValue()), (Parts{"a", "h", "/x/y", "z?"}));
 }
 
-TEST(URL, EachValueIsANewText) {
+TEST(URL, EachValueIsANewAllocation) {
     URL url("a:b");
     char* const first = url.GetValue();
     char* const second = url.GetValue();
@@ -412,7 +412,7 @@ TEST(URL, EachValueIsANewText) {
     EXPECT_EQ(partsOf(url), (Parts{"a", NONE, "c", NONE}));
 }
 
-TEST(URL, ClearForgetsThePartsAndFreesThePool) {
+TEST(URL, ClearRemovesThePartsAndFreesThePool) {
     URL url("a://b/c?d");
     url.GetValue();
     url.clear();
@@ -432,7 +432,7 @@ TEST(URL, ClearForgetsThePartsAndFreesThePool) {
 
 // Copies
 
-TEST(URL, AnAssignedURLHasItsOwnTexts) {
+TEST(URL, AssignmentMakesADeepCopy) {
     URL copy("x://y/z?w");
     {
         URL original("a://b/c");
@@ -449,7 +449,7 @@ TEST(URL, AnAssignedURLHasItsOwnTexts) {
     EXPECT_EQ(copy.GetValue(), nullptr);
 }
 
-TEST(URL, AssigningItselfChangesNothing) {
+TEST(URL, SelfAssignmentChangesNothing) {
     URL url("a://b/c?d");
     const char* const scheme = url.GetScheme();
     char* const value = url.GetValue();
@@ -469,7 +469,7 @@ TEST(URL, AssignmentsCanBeChainedAndDecodeNothing) {
     EXPECT_EQ(partsOf(first), partsOf(second));
 }
 
-TEST(URL, ACopyHasItsOwnTexts) {
+TEST(URL, CopyConstructorMakesADeepCopy) {
     auto original = std::make_unique<URL>("a://b/c?d");
     original->setError("%s", "lost");
     URL copy(*original);
@@ -480,7 +480,7 @@ TEST(URL, ACopyHasItsOwnTexts) {
     EXPECT_FALSE(copy.inError());
 }
 
-// What every item has
+// Item interface
 
 TEST(URL, IsNamedAsItsClass) {
     const URL url("a:b");
@@ -514,7 +514,7 @@ TEST(URL, LogsNothing) {
     EXPECT_EQ(log.count(), 0U);
 }
 
-// Against the reference
+// Comparison with the reference
 
 TEST(URL, RandomTextsAreSplitLikeTheReference) {
     test::RandomRun random;
@@ -536,7 +536,7 @@ TEST(URL, RandomTextsAreSplitLikeTheReference) {
     }
 }
 
-TEST(URL, RandomTextsWithoutEscapesAndEmptyPartsAreGivenBack) {
+TEST(URL, RandomTextsWithoutEscapesAndEmptyPartsRoundTrip) {
     test::RandomRun random;
     while (random.steps(30000)) {
         const std::string scheme = "s" + random.text(4, "aB1+-.");
@@ -558,7 +558,7 @@ TEST(URL, RandomTextsWithoutEscapesAndEmptyPartsAreGivenBack) {
     }
 }
 
-TEST(URL, WithoutMemoryAPartIsAbsentOrWhole) {
+TEST(URL, PartIsNullOrCompleteIfMemoryIsExhausted) {
     const std::string large(3000, 'x');
     const std::string text = "a://" + large + "/%41?" + large + "%42";
     const Parts whole = {"a", large, "/A", large + "B"};

@@ -28,7 +28,7 @@ TEST(VolumeGroupFormatter, UsageExample) {
     EXPECT_EQ(level, 1u);
 }
 
-TEST(VolumeGroupFormatter, TakesOneMarkAtMost) {
+TEST(VolumeGroupFormatter, AcceptsAtMostOneMark) {
     const char* const texts[] = {"vg", "vg.*"};
     for (unsigned int level = 0; level < 2; ++level) {
         const Result result(texts[level]);
@@ -47,7 +47,7 @@ TEST(VolumeGroupFormatter, RefusesMoreMarksWithLevelZero) {
     }
 }
 
-TEST(VolumeGroupFormatter, RefusesNullAndWhatIsNoSelectorWithLevelZero) {
+TEST(VolumeGroupFormatter, RefusesNullAndInvalidTextsWithLevelZero) {
     for (const char* text : {static_cast<const char*>(nullptr), ".", ".*", ".*x", "a.*x", "a.*.*x"}) {
         const Result result(text);
         EXPECT_FALSE(result.taken);
@@ -56,14 +56,14 @@ TEST(VolumeGroupFormatter, RefusesNullAndWhatIsNoSelectorWithLevelZero) {
     }
 }
 
-TEST(VolumeGroupFormatter, AnEmptyTextIsAnEmptyName) {
+TEST(VolumeGroupFormatter, EmptyTextIsAnEmptyName) {
     const Result result("");
     EXPECT_TRUE(result.taken);
     EXPECT_EQ(result.level, 0u);
     EXPECT_STREQ(result.name, "");
 }
 
-TEST(VolumeGroupFormatter, ANameThatDoesNotFitIsCut) {
+TEST(VolumeGroupFormatter, LongNameIsTruncated) {
     const Result result((std::string(100000, 'n') + ".*").c_str());
     EXPECT_TRUE(result.taken);
     EXPECT_EQ(result.level, 1u);

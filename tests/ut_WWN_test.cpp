@@ -34,11 +34,11 @@ TEST(WWN, UsageExample) {
     EXPECT_STREQ(text, "500a09818d5f1234");
 }
 
-TEST(WWN, BeginsAsZero) {
+TEST(WWN, IsInitiallyZero) {
     EXPECT_EQ(text(WWN()), "0000000000000000");
 }
 
-TEST(WWN, TakesBytesInTheOrderTheyAreWritten) {
+TEST(WWN, CopiesBytesInWrittenOrder) {
     unsigned char bytes[] = {0x50, 0x0A, 0x09, 0x81, 0x8D, 0x5F, 0x12, 0x34};
     WWN name(bytes);
     EXPECT_EQ(text(name), "500a09818d5f1234");
@@ -48,7 +48,7 @@ TEST(WWN, TakesBytesInTheOrderTheyAreWritten) {
     EXPECT_EQ(std::memcmp(&name, others, sizeof others), 0);
 }
 
-TEST(WWN, IsCopied) {
+TEST(WWN, CanBeCopied) {
     WWN name("500a09818d5f1234");
     const WWN copy(name);
     name.fromString(nullptr);
@@ -57,7 +57,7 @@ TEST(WWN, IsCopied) {
     EXPECT_TRUE(name == copy);
 }
 
-TEST(WWN, ReadsDigitsOfEitherCase) {
+TEST(WWN, ParsesUpperAndLowerCase) {
     WWN name;
     EXPECT_TRUE(name.fromString("0123456789ABCDEF"));
     EXPECT_EQ(text(name), "0123456789abcdef");
@@ -65,14 +65,14 @@ TEST(WWN, ReadsDigitsOfEitherCase) {
     EXPECT_EQ(text(name), "fedcba9876543210");
 }
 
-TEST(WWN, ANullTextIsZero) {
+TEST(WWN, NullTextIsZero) {
     WWN name("500a09818d5f1234");
     EXPECT_TRUE(name.fromString(nullptr));
     EXPECT_EQ(text(name), "0000000000000000");
     EXPECT_EQ(text(WWN(static_cast<const char*>(nullptr))), "0000000000000000");
 }
 
-TEST(WWN, TextBehindTheLastDigitIsNotLookedAt) {
+TEST(WWN, IgnoresTextAfterTheLastDigit) {
     WWN name;
     EXPECT_TRUE(name.fromString("500A09818D5F1234XYZ"));
     EXPECT_EQ(text(name), "500a09818d5f1234");
@@ -81,7 +81,7 @@ TEST(WWN, TextBehindTheLastDigitIsNotLookedAt) {
     EXPECT_EQ(text(name), "500a09818d5f1234");
 }
 
-TEST(WWN, AShortTextIsRefusedAndItsDigitsStored) {
+TEST(WWN, ShortTextReturnsFalseAndStoresItsDigits) {
     WWN name("ffffffffffffffff");
     EXPECT_FALSE(name.fromString(""));
     EXPECT_EQ(text(name), "ffffffffffffffff");
@@ -92,7 +92,7 @@ TEST(WWN, AShortTextIsRefusedAndItsDigitsStored) {
     EXPECT_EQ(text(WWN("500A0")), "500a000000000000");
 }
 
-TEST(WWN, AnyOtherCharacterIsRefusedAndTheDigitsBeforeItStored) {
+TEST(WWN, OtherCharacterReturnsFalseAndStoresTheDigitsBeforeIt) {
     for (int c = 1; c < 256; ++c) {
         if (std::isxdigit(c) != 0)
             continue;
@@ -115,7 +115,7 @@ TEST(WWN, SeparatorsPrefixesAndBlanksAreRefused) {
     EXPECT_TRUE(WWN().fromString(std::string(100000, 'a').c_str()));
 }
 
-TEST(WWN, ReadsWhatItWritesAsThePlatformPrintsIt) {
+TEST(WWN, RoundTripsTheTextsOfThePlatform) {
     std::mt19937_64 random(42);
     for (int i = 0; i < 10000; ++i) {
         const unsigned long long value = random();
@@ -128,7 +128,7 @@ TEST(WWN, ReadsWhatItWritesAsThePlatformPrintsIt) {
     }
 }
 
-TEST(WWN, ToBufferTerminatesWhereThereIsRoom) {
+TEST(WWN, ToBufferTerminatesIfThereIsSpace) {
     for (const unsigned int size : {17u, 18u, 100u}) {
         test::GuardedText buf(size);
         EXPECT_EQ(WWN("500a09818d5f1234").toBuffer(buf.array(), size), buf.array());
@@ -138,7 +138,7 @@ TEST(WWN, ToBufferTerminatesWhereThereIsRoom) {
     }
 }
 
-TEST(WWN, ToBufferOfSixteenBytesHoldsTheDigitsWithoutTerminator) {
+TEST(WWN, ToBufferOfSixteenBytesIsNotTerminated) {
     test::GuardedText buf(16);
     WWN("500a09818d5f1234").toBuffer(buf.array(), 16);
     EXPECT_EQ(buf.text(), "500a09818d5f1234");
@@ -146,7 +146,7 @@ TEST(WWN, ToBufferOfSixteenBytesHoldsTheDigitsWithoutTerminator) {
     EXPECT_TRUE(buf.isGuardWhole());
 }
 
-TEST(WWN, ToBufferNeverWritesBehindASmallerArray) {
+TEST(WWN, ToBufferNeverOverrunsASmallerArray) {
     for (unsigned int size = 0; size < 16; ++size) {
         test::GuardedText buf(size);
         EXPECT_EQ(WWN("500a09818d5f1234").toBuffer(buf.array(), size), buf.array());
@@ -156,7 +156,7 @@ TEST(WWN, ToBufferNeverWritesBehindASmallerArray) {
     EXPECT_EQ(WWN().toBuffer(nullptr, 17), nullptr);
 }
 
-TEST(WWN, ToPutStreamWritesTheDigitsAlone) {
+TEST(WWN, ToPutStreamWritesOnlyTheDigits) {
     utility::BufferStream stream(64);
     stream.PutS("<");
     WWN("500A09818D5F1234").toPutStream(stream);
@@ -170,7 +170,7 @@ TEST(WWN, ToPutStreamFillsAStreamToTheLastByte) {
     EXPECT_STREQ(exact.pBuffer(), "500a09818d5f1234");
 }
 
-TEST(WWN, ToPutStreamThatDoesNotFitThrowsAndLeavesWhatDid) {
+TEST(WWN, ToPutStreamThrowsIfTheDigitsDoNotFitAndKeepsTheFirst) {
     utility::BufferStream stream(15);
     EXPECT_FAILURE(WWN("500A09818D5F1234").toPutStream(stream), 1239, "ut_PutStream",
                    "void utility::PutStream::PutC(char)", "");

@@ -52,7 +52,7 @@ std::string randomBytes(std::mt19937& random, std::size_t size) {
     return bytes;
 }
 
-/// What the program md5sum says of each of `contents`, in one run over files.
+// The digests that one run of the program md5sum prints for `contents`, written to files.
 std::vector<std::string> md5sum(const std::vector<std::string>& contents) {
     const test::TemporaryDirectory directory;
     for (std::size_t i = 0; i < contents.size(); ++i)
@@ -89,7 +89,7 @@ TEST(md5, PassesTheTestSuiteOfRfc1321) {
               "57edf4a22be3c955ac49da2e2107b67a");
 }
 
-TEST(md5, TheStateHasTheSharedLayout) {
+TEST(md5, StateHasItsDocumentedLayout) {
     EXPECT_EQ(offsetof(md5_state_t, count), 0U);
     EXPECT_EQ(offsetof(md5_state_t, abcd), 8U);
     EXPECT_EQ(offsetof(md5_state_t, buf), 24U);
@@ -108,7 +108,7 @@ TEST(md5, InitSetsTheValuesOfRfc1321) {
     EXPECT_EQ(state.abcd[3], 0x10325476U);
 }
 
-TEST(md5, AppendCountsBitsAndKeepsWhatIsPending) {
+TEST(md5, AppendCountsBitsAndBuffersAPartialBlock) {
     md5_state_t state;
     md5_init(&state);
     append(state, "abc");
@@ -134,7 +134,7 @@ TEST(md5, AppendCarriesIntoTheHighWord) {
     EXPECT_EQ(state.count[1], 1U);
 }
 
-TEST(md5, AppendBelowOneByteLeavesTheStateUnchanged) {
+TEST(md5, AppendOfNoBytesLeavesTheStateUnchanged) {
     md5_state_t state;
     md5_init(&state);
     append(state, "abc");
@@ -171,7 +171,7 @@ TEST(md5, AppendInPiecesGivesTheSameDigest) {
     }
 }
 
-TEST(md5, DataMayLieAtAnyAddress) {
+TEST(md5, DataMayBeUnaligned) {
     std::mt19937 random(8);
     const std::string bytes = randomBytes(random, 333);
     const std::string whole = md5(bytes);
@@ -185,7 +185,7 @@ TEST(md5, DataMayLieAtAnyAddress) {
     }
 }
 
-TEST(md5, ACopiedStateGoesOnByItself) {
+TEST(md5, CopiedStateIsIndependent) {
     md5_state_t state;
     md5_init(&state);
     append(state, "abc");
@@ -209,7 +209,7 @@ TEST(md5, AgreesWithMd5sumOverRandomContents) {
         ASSERT_EQ(md5(contents[i]), sums[i]) << contents[i].size();
 }
 
-TEST(md5, ServesCPrograms) {
+TEST(md5, CanBeCalledFromC) {
     unsigned char digest[16];
     md5_from_c(reinterpret_cast<const unsigned char*>("message digest"), 14, digest);
     EXPECT_EQ(asHex(digest), "f96b697d7cb7938d525a2f31aaf161d0");
