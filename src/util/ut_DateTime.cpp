@@ -12,6 +12,13 @@
 #include "ut_PutStream.h"
 #include "ut_Trace.h"
 
+// Throws "Invalid Date" from the current operation, in the name of its signature, unless `isValid`.
+#define VXUT_REQUIRE_DATE(isValid)                                                                                     \
+    do {                                                                                                               \
+        if (!(isValid))                                                                                                \
+            VXUT_THROW_FLAGGED(FAILURE_DATE, DT_ErrorMessages[2], false);                                              \
+    } while (false)
+
 namespace utility {
 
 const int DateTime::m_monthDays[12] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
@@ -37,6 +44,8 @@ constexpr long secondsPerDay = 24 * secondsPerHour;
 constexpr long secondsPerWeek = 7 * secondsPerDay;
 constexpr std::size_t longestTextRead = 128;
 constexpr int mostTokens = 20;
+constexpr int isoFieldCount = 6;     // year, month, day, hour, minute, second
+constexpr int classicFieldCount = 7; // weekday, month name, day, hour, minute, second, year
 constexpr std::size_t longestTextWritten = 128;
 
 static_assert(sizeof(time_t) == sizeof(long), "a number of seconds is passed as long");
@@ -110,21 +119,46 @@ long long monthNumber(time_t seconds) {
     return static_cast<long long>(fields.tm_year) * monthsPerYear + fields.tm_mon;
 }
 
-// Clamps the number to the range of `int`, on every platform.
-int numberOf(const char* token) {
-    return clampTo<int>(std::strtoll(token, nullptr, 10));
-}
+// A text with a date, split into its fields.
+class DateText {
+public:
+    explicit DateText(const char* text) : m_isISO(std::strchr(text, '-') != nullptr) {
+        memccpy(m_text, text, 0, longestTextRead);
+        m_count = Misc::parseTokens(m_fields, mostTokens, m_text, m_isISO ? " :-\t" : " :\t");
+    }
+    DateText(const DateText&) = delete;
+    DateText& operator=(const DateText&) = delete;
 
-WrittenFields fieldsOfISOTokens(char* const* tokens) {
-    return {numberOf(tokens[0]), numberOf(tokens[1]), numberOf(tokens[2]),
-            numberOf(tokens[3]), numberOf(tokens[4]), numberOf(tokens[5])};
-}
+    bool isEmpty() const {
+        return m_count == 0;
+    }
+    // Whether the number of fields is right and the name of the month is known.
+    bool isComplete() const {
+        if (m_isISO)
+            return m_count == isoFieldCount;
+        return m_count == classicFieldCount && month() >= DateTime::January;
+    }
+    // The fields of a complete text.
+    WrittenFields written() const {
+        if (m_isISO)
+            return {number(0), number(1), number(2), number(3), number(4), number(5)};
+        return {number(6), month() + 1, number(2), number(3), number(4), number(5)};
+    }
 
-WrittenFields fieldsOfClassicTokens(char* const* tokens) {
-    return {numberOf(tokens[6]), DateTime::MonthFromName(tokens[1]) + 1,
-            numberOf(tokens[2]), numberOf(tokens[3]),
-            numberOf(tokens[4]), numberOf(tokens[5])};
-}
+private:
+    // Clamps the number to the range of `int`, on every platform.
+    int number(int field) const {
+        return clampTo<int>(std::strtoll(m_fields[field], nullptr, 10));
+    }
+    int month() const {
+        return DateTime::MonthFromName(m_fields[1]);
+    }
+
+    bool m_isISO;
+    int m_count = 0;
+    char m_text[longestTextRead + 1] = {};
+    char* m_fields[mostTokens] = {};
+};
 
 // Independent of the locale, where `tolower` may map a letter of an English name differently.
 char lowerAscii(char c) {
@@ -323,47 +357,29 @@ DateTime::DateTime(long t) : m_time(t) {}
 
 DateTime::DateTime(int year, int month, int day, int hour, int minute, int second)
     : m_time(localSeconds({year, month, day, hour, minute, second})) {
-    if (m_time == invalidTime)
-        VXUT_THROW_FLAGGED(FAILURE_DATE, DT_ErrorMessages[2], false);
+    VXUT_REQUIRE_DATE(m_time != invalidTime);
 }
 
 DateTime::DateTime(int year, int month, int day) : m_time(localSeconds({year, month, day, 0, 0, 0})) {
-    if (m_time == invalidTime)
-        VXUT_THROW_FLAGGED(FAILURE_DATE, DT_ErrorMessages[2], false);
+    VXUT_REQUIRE_DATE(m_time != invalidTime);
 }
 
 DateTime::DateTime(tm* fields) : m_time(fields != nullptr ? mktime(fields) : invalidTime) {
-    if (m_time == invalidTime)
-        VXUT_THROW_FLAGGED(FAILURE_DATE, DT_ErrorMessages[2], false);
+    VXUT_REQUIRE_DATE(m_time != invalidTime);
 }
 
 DateTime::DateTime(const char* text) : m_time(0) {
-    if (text == nullptr || *text == 0)
+    if (text == nullptr)
         return;
-    char work[longestTextRead + 1] = {};
-    memccpy(work, text, 0, longestTextRead);
-    char* tokens[mostTokens];
-    WrittenFields written = {};
-    if (std::strchr(text, '-') != nullptr) {
-        const int count = Misc::parseTokens(tokens, mostTokens, work, " :-\t");
-        if (count == 0)
-            return;
-        if (count != 6)
-            VXUT_THROW_FLAGGED(FAILURE_DATE, DT_ErrorMessages[2], false);
-        written = fieldsOfISOTokens(tokens);
-    } else {
-        const int count = Misc::parseTokens(tokens, mostTokens, work, " :\t");
-        if (count == 0)
-            return;
-        if (count != 7 || MonthFromName(tokens[1]) < January)
-            VXUT_THROW_FLAGGED(FAILURE_DATE, DT_ErrorMessages[2], false);
-        written = fieldsOfClassicTokens(tokens);
-    }
+    const DateText fields(text);
+    if (fields.isEmpty())
+        return;
+    VXUT_REQUIRE_DATE(fields.isComplete());
+    const WrittenFields written = fields.written();
     VXUT_TRACE(traceSwitch, "DateTime: Year %d Month %d Day %d Hour %d Minute %d Seconds %d", written.year,
                written.month, written.day, written.hour, written.minute, written.second);
     m_time = localSeconds(written);
-    if (m_time == invalidTime)
-        VXUT_THROW_FLAGGED(FAILURE_DATE, DT_ErrorMessages[2], false);
+    VXUT_REQUIRE_DATE(m_time != invalidTime);
 }
 
 DateTime DateTime::Parse(const char* text) {
@@ -374,8 +390,7 @@ DateTime DateTime::fromRFC822(const char* text) {
     time_t seconds = 0;
     if (text == nullptr || *text == 0)
         return DateTime(seconds);
-    if (!readRFC822(text, &seconds))
-        VXUT_THROW_FLAGGED(FAILURE_DATE, DT_ErrorMessages[2], false);
+    VXUT_REQUIRE_DATE(readRFC822(text, &seconds));
     return DateTime(seconds);
 }
 
@@ -399,8 +414,7 @@ void DateTime::ClockTime(timespec* time) {
 
 DateTime DateTime::Merge(DateTime date, DateTime time) {
     const time_t seconds = merged(date.m_time, time.m_time);
-    if (seconds == invalidTime)
-        VXUT_THROW_FLAGGED(FAILURE_DATE, DT_ErrorMessages[2], false);
+    VXUT_REQUIRE_DATE(seconds != invalidTime);
     return DateTime(seconds);
 }
 
