@@ -26,6 +26,28 @@ unsigned int endOfPart(const char* text, unsigned int start, const char* delimit
     return start + static_cast<unsigned int>(std::strcspn(text + start, delimiters));
 }
 
+// The byte of an escape. A character that is not a hexadecimal digit has the value 255.
+char byteOfDigits(char high, char low) {
+    const unsigned int value = static_cast<unsigned char>(Debug::hexFromChar(high)) * 16U |
+                               static_cast<unsigned char>(Debug::hexFromChar(low));
+    return static_cast<char>(value & 0xFF);
+}
+
+// Reads a character, or an escape ("%" and two digits) as the byte that it encodes. Returns false at the end of the
+// text, including in the middle of an escape.
+bool readDecoded(GetStream& in, char* c) {
+    if (!in.GetC(c))
+        return false;
+    if (*c != '%')
+        return true;
+    char high = 0;
+    char low = 0;
+    if (!in.GetC(&high) || !in.GetC(&low))
+        return false;
+    *c = byteOfDigits(high, low);
+    return true;
+}
+
 std::size_t lengthOf(const char* part) {
     return part != nullptr ? std::strlen(part) : 0;
 }
@@ -146,26 +168,15 @@ char* URL::decodeAndAlloc(const char* text, unsigned int length) {
     if (text == nullptr || length == 0 || length >= INT_MAX)
         return nullptr;
     char block[256];
-    char* work = length < sizeof block ? block : static_cast<char*>(Alloc(length + 1UL));
+    char* const work = length < sizeof block ? block : static_cast<char*>(Alloc(length + 1UL));
     if (work == nullptr)
         return nullptr;
     GetStream in(text, static_cast<int>(length));
     in.WriteAdvance(static_cast<int>(length));
     BufferStream out(work, static_cast<int>(length + 1), false);
-    char c = 0;
-    char high = 0;
-    char low = 0;
-    while (in.GetC(&c)) {
-        if (c == '%') {
-            if (!in.GetC(&high) || !in.GetC(&low))
-                break;
-            const unsigned int value = static_cast<unsigned char>(Debug::hexFromChar(high)) * 16U |
-                                       static_cast<unsigned char>(Debug::hexFromChar(low));
-            c = static_cast<char>(value & 0xFF);
-        }
+    for (char c = 0; readDecoded(in, &c);)
         out.PutC(c);
-    }
-    char* copy = m_pool.AllocString(work, static_cast<unsigned int>(out.ReadAvailable()));
+    char* const copy = m_pool.AllocString(work, static_cast<unsigned int>(out.ReadAvailable()));
     if (work != block)
         Free(work);
     return copy;
