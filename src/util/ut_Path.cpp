@@ -197,25 +197,22 @@ bool Path::isValid() {
     bool valid = true;
     unsigned int index = 0;
     while (index < componentCount()) {
-        const std::string text = textOf(component(index));
-        VXUT_TRACE_ENTITY(pathSwitch, "path=\"%s\"index=%u, pComponent=\"%s\"", m_path.c_str(), index, text.c_str());
+        const std::string name = textOf(component(index));
+        VXUT_TRACE_ENTITY(pathSwitch, "path=\"%s\"index=%u, pComponent=\"%s\"", m_path.c_str(), index, name.c_str());
         VXUT_TRACE_ENTITY(pathSwitch, "ComponentCount %u", componentCount());
-        if (text == "..") {
-            removeComponent(index);
-            if (index > 0) {
-                removeComponent(--index);
-            } else {
-                valid = false;
-            }
-        } else if (text == ".") {
-            removeComponent(index);
-        } else if (text.empty()) {
-            VXUT_TRACE_ENTITY(pathSwitch, "empty");
-            removeComponent(index);
-        } else {
+        const bool isParent = name == "..";
+        if (!isParent && name != "." && !name.empty()) {
             ++index;
+            continue;
         }
-        // What follows a first component that was removed must not become a root.
+        if (name.empty())
+            VXUT_TRACE_ENTITY(pathSwitch, "empty");
+        removeComponent(index);
+        if (isParent && index > 0)
+            removeComponent(--index);
+        else if (isParent)
+            valid = false;
+        // If the first component of a relative path was removed, slashes after it must not make the path absolute.
         if (relative && isAbsolute()) {
             m_path.erase(0, m_path.find_first_not_of('/'));
             m_evaluated = false;
