@@ -28,6 +28,16 @@ int distance(int from, int to) {
     return saturated(static_cast<long long>(to) - from);
 }
 
+// The length of the incomplete UTF-8 character at the end of `text`, 0 to 3: without it, the text is printable. Returns
+// -1 if no such length makes the text printable.
+int partialCharacterLength(const char* text, int length) {
+    for (int partial = 0; partial <= std::min(length, 3); ++partial) {
+        if (Misc::isStringPrintableUtf8(text, static_cast<unsigned int>(length - partial), "", "\t\n\r"))
+            return partial;
+    }
+    return -1;
+}
+
 } // namespace
 
 Buffer::Buffer()
@@ -134,22 +144,19 @@ void Buffer::CopyFrom(Buffer* source) {
 }
 
 bool Buffer::truncatePartialUtf8() {
-    int length = distance(m_tail, m_head);
-    int end = m_head;
+    const int length = distance(m_tail, m_head);
     if (length < 0) {
         framework::Logger::StaticLog(framework::Logger::LOG_ERROR, "truncatePartialUtf8: bug!");
         return false;
     }
-    if (boundedReadable(length) == length) {
-        // A character has at most four bytes, so an incomplete one has at most three.
-        for (int attempt = 0; attempt < 4 && length >= 0; ++attempt, --length, --end) {
-            const char* text = m_storage != nullptr ? m_storage + m_tail : "";
-            if (!Misc::isStringPrintableUtf8(text, static_cast<unsigned int>(length), "", "\t\n\r"))
-                continue;
-            m_head = end;
-            terminate();
-            return true;
-        }
+    int partial = -1;
+    // After a failure, the positions may be outside the storage.
+    if (boundedReadable(length) == length)
+        partial = partialCharacterLength(m_storage != nullptr ? m_storage + m_tail : "", length);
+    if (partial >= 0) {
+        m_head -= partial;
+        terminate();
+        return true;
     }
     framework::Logger::StaticLog(framework::Logger::LOG_ERROR,
                                  "truncatePartialUtf8: String is not a printable UTF-8 string: '%.*s'",
