@@ -9,12 +9,15 @@
 #include <ucontext.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <map>
-#include <sstream>
+#include <set>
+
+#include "WithoutRow.h"
 
 namespace faults {
 
@@ -33,7 +36,7 @@ constexpr std::uintptr_t ADDRESS_MASK = ~std::uintptr_t{0};
 struct Place {
     Instruction* address;
     Instruction original;
-    std::size_t operation;
+    std::vector<std::size_t> operations; // the compiler merges those with the same code
     bool isSet;
 };
 
@@ -70,7 +73,8 @@ void onBreakpoint(int number, siginfo_t*, void* context) {
     }
     write(places[low], places[low].original);
     places[low].isSet = false;
-    entered[places[low].operation] = 1;
+    for (const std::size_t operation : places[low].operations)
+        entered[operation] = 1;
 #if !defined(__arm__)
     machine.gregs[REG_RIP] = static_cast<greg_t>(at);
 #endif
@@ -100,6 +104,11 @@ std::string readableName(const std::string& symbol) {
     return text;
 }
 
+bool isWithoutRow(const std::string& name) {
+    return std::any_of(withoutRow.begin(), withoutRow.end(),
+                       [&](const WithoutRow& listed) { return listed.operation == name; });
+}
+
 void makeWritable(const void* address) {
     const auto page = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
     const std::uintptr_t first = reinterpret_cast<std::uintptr_t>(address) / page * page;
@@ -120,7 +129,7 @@ EnteredOperations::EnteredOperations(const char* list) {
         std::exit(2);
     }
     std::map<std::string, std::size_t> numbers;
-    std::map<std::uintptr_t, std::size_t> addresses;
+    std::map<std::uintptr_t, std::set<std::size_t>> addresses;
     std::string library;
     std::string symbol;
     while (file >> library >> symbol) {
@@ -138,19 +147,21 @@ EnteredOperations::EnteredOperations(const char* list) {
         const std::size_t number = numbers.emplace(name, operations.size()).first->second;
         if (number == operations.size())
             operations.push_back(name);
+        if (isWithoutRow(name))
+            continue;
         // A member that a header defines is compiled into this program too, and runs there.
         for (void* address : {own, dlsym(RTLD_DEFAULT, symbol.c_str())})
-            addresses.emplace(reinterpret_cast<std::uintptr_t>(address), number);
+            addresses[reinterpret_cast<std::uintptr_t>(address)].insert(number);
     }
     entered.assign(operations.size(), 0);
-    for (const auto& [address, number] : addresses) {
+    for (const auto& [address, merged] : addresses) {
 #if defined(__arm__)
         if (address % 2 == 0)
             continue; // not Thumb
 #endif
         auto* at = reinterpret_cast<Instruction*>(address & ADDRESS_MASK);
         makeWritable(at);
-        places.push_back({at, *at, number, false});
+        places.push_back({at, *at, {merged.begin(), merged.end()}, false});
     }
     struct sigaction action = {};
     action.sa_sigaction = onBreakpoint;
@@ -163,7 +174,9 @@ EnteredOperations::EnteredOperations(const char* list) {
 
 void EnteredOperations::watch() {
     for (Place& place : places) {
-        if (entered[place.operation] == 0) {
+        const bool isMissing = std::any_of(place.operations.begin(), place.operations.end(),
+                                           [](std::size_t operation) { return entered[operation] == 0; });
+        if (isMissing) {
             place.isSet = true;
             write(place, BREAKPOINT);
         }
@@ -193,3 +206,20 @@ std::vector<std::string> EnteredOperations::missing() const {
 }
 
 } // namespace faults
+
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+
+// In place of the platform's, for the libraries too: a breakpoint inside a section that blocks all signals could not be
+// handled.
+extern "C" int pthread_sigmask(int how, const sigset_t* set, sigset_t* former) {
+    typedef int SetMask(int, const sigset_t*, sigset_t*);
+    static SetMask* const platform = reinterpret_cast<SetMask*>(dlsym(RTLD_NEXT, "pthread_sigmask"));
+    if (set == nullptr || how == SIG_UNBLOCK)
+        return platform(how, set, former);
+    sigset_t without = *set;
+    sigdelset(&without, SIGTRAP);
+    sigdelset(&without, SIGILL);
+    return platform(how, &without, former);
+}
+
+#endif

@@ -10,7 +10,8 @@ namespace faults {
 /// when it is hit. The libraries are used as they are shipped. One object in a process.
 class EnteredOperations {
 public:
-    /// Watches the functions that the file `list` names, one line each: the library and the symbol.
+    /// Watches the functions that the file `list` names, one line each: the library and the symbol. Those in
+    /// `withoutRow` are not watched, and missing.
     explicit EnteredOperations(const char* list);
     EnteredOperations(const EnteredOperations&) = delete;
     EnteredOperations& operator=(const EnteredOperations&) = delete;

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <new>
+#include <optional>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -43,15 +45,16 @@ private:
     Outcome m_outcome = {};
     bool m_isNormalKnown = false;
     bool m_ran = false;
+    bool m_threw = false;
 };
 
 /// An operation, and what may become of it when an allocation fails.
 struct Row {
     std::string name; ///< class and operation
     /// The outcomes with a failing allocation, separated by blanks; each has to occur. "same" is the outcome without
-    /// one. Null: the operation allocates nothing.
+    /// one. ALLOCATES_NOTHING: the operation allocates nothing and throws nothing, and is not false.
     const char* onFailure;
-    void (*body)(Trial& trial);
+    std::function<void(Trial& trial)> body;
     /// Why pieces stay allocated after the row, such as a text that the process keeps for good; null when none does.
     const char* keeps = nullptr;
 };
@@ -62,16 +65,19 @@ constexpr const char* ALLOCATES_NOTHING = nullptr;
 
 template<typename Operation>
 void Trial::run(Operation&& operation) {
+    m_threw = true;
     begin();
     try {
         using Result = decltype(operation());
         if constexpr (std::is_void_v<Result>) {
             operation();
             end();
+            m_threw = false;
             setOutcome("done");
         } else {
             const Result result = operation();
             end();
+            m_threw = false;
             if constexpr (std::is_same_v<Result, bool>)
                 setOutcome(result ? "true" : "false");
             else if constexpr (std::is_pointer_v<Result>)
@@ -89,7 +95,26 @@ void Trial::run(Operation&& operation) {
     }
 }
 
+/// Runs the constructor of a `T` with `arguments`, and its destructor where the object came about.
+template<typename T, typename... Arguments>
+void construct(Trial& trial, Arguments&&... arguments) {
+    std::optional<T> object;
+    trial.run([&] { object.emplace(arguments...); });
+    trial.expect(trial.failed() || object.has_value(), "the object was made", __LINE__);
+}
+
+/// Adds the rows of `more` to `rows`.
+inline void add(std::vector<Row>& rows, const std::vector<Row>& more) {
+    rows.insert(rows.end(), more.begin(), more.end());
+}
+
 // The tables, one for each group of classes.
 std::vector<Row> arrayRows();
+std::vector<Row> containerRows();
+std::vector<Row> streamRows();
+std::vector<Row> textRows();
+std::vector<Row> environmentRows();
+std::vector<Row> frameworkRows();
+std::vector<Row> diagnosticRows();
 
 } // namespace faults
