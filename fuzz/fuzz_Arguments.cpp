@@ -11,21 +11,18 @@
 #include <strings.h>
 
 #include "../tests/support/ReferenceWords.h"
+#include "Bytes.h"
 #include "fw_Memory.h"
 #include "ut_Arguments.h"
 #include "ut_BufferStream.h"
 
 namespace {
 
+using fuzz::require;
 using utility::Arguments;
 using Words = std::vector<std::string>;
 
 const unsigned int NOWHERE = 0xFFFFFFFFu;
-
-void require(bool condition) {
-    if (!condition)
-        std::abort();
-}
 
 Words wordsOf(const Arguments& arguments) {
     Words words;

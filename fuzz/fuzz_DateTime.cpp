@@ -8,19 +8,16 @@
 #include <memory>
 #include <string>
 
+#include "Bytes.h"
 #include "fw_Exception.h"
 
 namespace {
 
+using fuzz::require;
 using utility::DateTime;
 
 typedef DateTime (*Reader)(const char* text);
 typedef char* (DateTime::*Writer)(char* buf, int size) const;
-
-void require(bool condition) {
-    if (!condition)
-        std::abort();
-}
 
 // Nothing else than an invalid date may be thrown.
 bool read(Reader reader, const std::string& text, DateTime* when) {

@@ -1,26 +1,23 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <vector>
 
+#include "Bytes.h"
 #include "ut_DotStarFormatter.h"
 #include "ut_HostGroupFormatter.h"
 #include "ut_VolumeGroupFormatter.h"
 
 namespace {
 
+using fuzz::require;
+
 struct Split {
     bool taken;
     std::string name;
     unsigned int level;
 };
-
-void require(bool holds) {
-    if (!holds)
-        std::abort();
-}
 
 Split expectedSplit(const std::string& text) {
     if (!text.empty() && text[0] == '.')

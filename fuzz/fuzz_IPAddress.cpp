@@ -2,19 +2,16 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <string>
 
+#include "Bytes.h"
 #include "ut_IPV4Address.h"
 #include "ut_IPV6Address.h"
 
 namespace {
 
-void require(bool holds) {
-    if (!holds)
-        std::abort();
-}
+using fuzz::require;
 
 // What is refused leaves the value alone; what is taken is the platform's value and prints as the platform prints it.
 void checkIPV4(const char* text) {

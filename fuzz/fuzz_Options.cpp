@@ -12,19 +12,16 @@
 #include <strings.h>
 
 #include "../tests/support/ReferenceOptions.h"
+#include "Bytes.h"
 #include "fw_StableStringRepository.h"
 #include "ut_BufferStream.h"
 #include "ut_Options.h"
 
 namespace {
 
+using fuzz::require;
 using test::ReferenceOptions;
 using utility::Options;
-
-void require(bool condition) {
-    if (!condition)
-        std::abort();
-}
 
 unsigned int token(const std::string& key) {
     return strings::GS.toToken(key.c_str());

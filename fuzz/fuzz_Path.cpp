@@ -3,24 +3,20 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <vector>
 
 #include "../tests/support/ReferencePath.h"
+#include "Bytes.h"
 #include "ut_Path.h"
 
 namespace {
 
+using fuzz::require;
 using test::ReferencePath;
 using utility::Path;
 
 const std::size_t largestCount = 32;
-
-void require(bool condition) {
-    if (!condition)
-        std::abort();
-}
 
 void checkParts(const Path& path, const ReferencePath& expected) {
     require(path.getPath() == expected.directory);

@@ -4,25 +4,21 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <optional>
 #include <string>
 
 #include "../tests/support/ReferenceURL.h"
+#include "Bytes.h"
 #include "fw_Memory.h"
 #include "ut_URL.h"
 
 namespace {
 
+using fuzz::require;
 using test::ReferenceURL;
 using utility::URL;
-
-void require(bool condition) {
-    if (!condition)
-        std::abort();
-}
 
 std::optional<std::string> partOf(const char* text) {
     return text ? std::optional<std::string>(text) : std::nullopt;

@@ -3,27 +3,23 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <string>
 
 #include "../tests/support/ReferenceUtf8.h"
+#include "Bytes.h"
 #include "fw_Logger.h"
 #include "ut_Misc.h"
 
 namespace {
 
 using framework::Logger;
+using fuzz::require;
 using utility::Misc;
 
 const char* const DISALLOWED[] = {"", ",", "<>\"", "\xC3\t~"};
 const char* const CONTROLS[] = {"", "\t\n\r", "\x01\x02\x03\x7f\t", "\x89\xC3"};
-
-void require(bool condition) {
-    if (!condition)
-        std::abort();
-}
 
 struct Log {
     std::string text;

@@ -2,19 +2,16 @@
 #include <cctype>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <string>
 
+#include "Bytes.h"
 #include "ut_SerialNumber.h"
 #include "ut_WWN.h"
 
 namespace {
 
-void require(bool holds) {
-    if (!holds)
-        std::abort();
-}
+using fuzz::require;
 
 size_t leadingDigits(const std::string& text) {
     const auto end = std::find_if(text.begin(), text.end(), [](unsigned char c) { return std::isxdigit(c) == 0; });
