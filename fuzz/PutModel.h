@@ -1,0 +1,161 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <string>
+
+#include "../tests/support/ReferenceUtf8.h"
+#include "Bytes.h"
+#include "ut_PutStream.h"
+
+namespace fuzz {
+
+const unsigned int FAILURE_NONE = 0;
+const unsigned int FAILURE_OVERFLOW = 1239;
+
+/// What a `utility::PutStream` over a buffer of `capacity` bytes does, told on a string: each operation gives the code
+/// that is thrown. The positions are undefined after a failure, so an input ends there.
+class PutModel {
+public:
+    PutModel(std::size_t capacity, bool noThrow) : m_capacity(capacity), m_noThrow(noThrow) {}
+    PutModel(const PutModel&) = delete;
+    PutModel& operator=(const PutModel&) = delete;
+    virtual ~PutModel() = default;
+
+    /// The bytes that can be read.
+    std::string readable() const {
+        return m_written.substr(m_read);
+    }
+    std::size_t unread() const {
+        return m_written.size() - m_read;
+    }
+    /// Drops `count` readable bytes.
+    void consume(std::size_t count) {
+        m_read += count;
+    }
+    void rewind() {
+        m_written.clear();
+        m_read = 0;
+    }
+    void consolidate() {
+        m_written.erase(0, m_read);
+        m_read = 0;
+    }
+
+    unsigned int putC(char c) {
+        if (room() < 1)
+            return overflow();
+        m_written += c;
+        return FAILURE_NONE;
+    }
+    virtual unsigned int putB(const std::string& bytes) {
+        const std::size_t remaining = room();
+        if (bytes.size() <= remaining) {
+            m_written += bytes;
+            return FAILURE_NONE;
+        }
+        if (!m_noThrow)
+            return FAILURE_OVERFLOW;
+        cut(bytes, remaining);
+        return FAILURE_NONE;
+    }
+    unsigned int putS(const std::string& text) {
+        const std::size_t remaining = room();
+        if (text.size() < remaining) {
+            m_written += text;
+            return FAILURE_NONE;
+        }
+        if (!m_noThrow)
+            return FAILURE_OVERFLOW;
+        // A text that leaves no byte to spare drops what was not read.
+        if (text.size() == remaining) {
+            m_written.resize(m_read);
+        } else {
+            cut(text, remaining);
+        }
+        return FAILURE_NONE;
+    }
+    /// `text` is what the format gives where it fits.
+    unsigned int putF(const std::string& text) {
+        const std::size_t remaining = room();
+        if (text.size() <= remaining) {
+            m_written += text;
+            return FAILURE_NONE;
+        }
+        cut(text, remaining);
+        return overflow();
+    }
+    /// A number or another value of fixed width.
+    unsigned int putWhole(const std::string& bytes) {
+        if (room() < bytes.size())
+            return overflow();
+        m_written += bytes;
+        return FAILURE_NONE;
+    }
+
+    /// How many more bytes fit.
+    virtual std::size_t room() {
+        return m_capacity - m_written.size();
+    }
+    unsigned int overflow() const {
+        return m_noThrow ? FAILURE_NONE : FAILURE_OVERFLOW;
+    }
+    bool isNoThrow() const {
+        return m_noThrow;
+    }
+
+protected:
+    std::size_t m_capacity;
+    std::string m_written;
+
+private:
+    /// Writes what fits. Where nothing is thrown, a character that was cut in two is dropped.
+    void cut(const std::string& text, std::size_t remaining) {
+        m_written += text.substr(0, remaining);
+        if (!m_noThrow)
+            return;
+        const std::string all = readable();
+        for (std::size_t dropped = 0; dropped < 4 && dropped <= all.size(); ++dropped) {
+            const test::Utf8Verdict verdict =
+                test::referenceUtf8(reinterpret_cast<const unsigned char*>(all.data()),
+                                    static_cast<unsigned int>(all.size() - dropped), "", "\t\n\r");
+            if (!verdict.printable)
+                continue;
+            m_written.resize(m_written.size() - dropped);
+            return;
+        }
+    }
+
+    bool m_noThrow;
+    std::size_t m_read = 0;
+};
+
+/// Does one write that `in` chooses to `stream` and to `model`. False after a failure.
+inline bool writeBoth(Bytes& in, utility::PutStream& stream, PutModel& model) {
+    unsigned int expected = FAILURE_NONE;
+    unsigned int code = FAILURE_NONE;
+    const unsigned int kind = in.below(4);
+    const std::string text = kind == 1 ? in.bytes(80) : in.text(80);
+    const std::unique_ptr<char[]> exact = exactCopy(text + '\0');
+    switch (kind) {
+    case 0:
+        expected = model.putC(text.empty() ? 'c' : text[0]);
+        code = codeOf([&] { stream.PutC(text.empty() ? 'c' : text[0]); });
+        break;
+    case 1:
+        expected = model.putB(text);
+        code = codeOf([&] { stream.PutB(exactCopy(text).get(), static_cast<int>(text.size())); });
+        break;
+    case 2:
+        expected = model.putS(text);
+        code = codeOf([&] { stream.PutS(exact.get()); });
+        break;
+    default:
+        expected = model.putF("[" + text + "]");
+        code = codeOf([&] { stream.PutF("[%s]", exact.get()); });
+    }
+    require(code == expected);
+    return code == FAILURE_NONE;
+}
+
+} // namespace fuzz
