@@ -44,7 +44,7 @@ Words wordsOf(const Arguments& arguments) {
     Words words;
     for (unsigned int i = 0; i < arguments.ArgCount(); ++i) {
         const char* const word = arguments.ArgValue(i);
-        words.push_back(word ? word : NO_WORD);
+        words.push_back(word != nullptr ? word : NO_WORD);
     }
     return words;
 }
@@ -442,7 +442,7 @@ TEST(Arguments, ToStringThrowsIfTheTextDoesNotFitAndNeverOverruns) {
         utility::PutStream out(text.array(), static_cast<int>(size));
         const std::unique_ptr<framework::Exception> failure = CATCH_FAILURE(arguments.ToString(0, out));
         EXPECT_EQ(failure != nullptr, size <= length) << size;
-        EXPECT_EQ(failure ? failure->code() : 1239U, 1239U) << size;
+        EXPECT_EQ(failure != nullptr ? failure->code() : 1239U, 1239U) << size;
         EXPECT_TRUE(text.isGuardWhole()) << size;
     }
 }
@@ -507,7 +507,7 @@ TEST(Arguments, RandomChangesLikeAVectorOfWords) {
         ASSERT_EQ(arguments.isArg(word.c_str()), index != NOWHERE);
         const char* const value = arguments.ArgString(word.c_str());
         ASSERT_EQ(value == nullptr, index == NOWHERE || index + 1 == model.size());
-        ASSERT_EQ(value ? value : "", value ? model[index + 1] : "");
+        ASSERT_EQ(value != nullptr ? value : "", value != nullptr ? model[index + 1] : "");
         switch (random.below(model.size() < 40 ? 6 : 3)) {
         case 0:
             arguments.DeleteArg(i);

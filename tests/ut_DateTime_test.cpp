@@ -216,7 +216,7 @@ TEST(DateTime, ExtremeFieldsCarryOrThrow) {
             fields[place] = value;
             const auto failure = CATCH_FAILURE(
                 EXPECT_NE(DateTime(fields[0], fields[1], fields[2], fields[3], fields[4], fields[5]).getTime(), -1));
-            if (failure) {
+            if (failure != nullptr) {
                 EXPECT_TRUE(test::isFailure(failure.get(), 3591, "ut_DateTime", FROM_SIX, "Invalid Date", false));
             }
         }

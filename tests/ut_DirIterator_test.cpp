@@ -73,7 +73,7 @@ Names matches(const std::string& directory, const char* pattern) {
 Names platformMatches(const std::string& directory, const char* pattern) {
     Names names;
     DIR* const stream = opendir(directory.c_str());
-    if (!stream)
+    if (stream == nullptr)
         throw std::string("cannot open " + directory);
     while (const dirent* const entry = readdir(stream)) {
         if (fnmatch(pattern, entry->d_name, 0) == 0)

@@ -44,7 +44,7 @@ Variables contentOf(const Environment& set) {
     for (unsigned int i = 0; i < set.length(); ++i) {
         char name[256] = "";
         const char* const value = set.ElementAt(i, name, sizeof name);
-        content.push_back({name, value ? value : "(null)"});
+        content.push_back({name, value != nullptr ? value : "(null)"});
     }
     return content;
 }
@@ -307,7 +307,7 @@ TEST(Environment, PrintThrowsIfTheTextDoesNotFitAndNeverOverruns) {
         utility::PutStream out(text.array(), static_cast<int>(size));
         const std::unique_ptr<framework::Exception> failure = CATCH_FAILURE(set.privateInformation(out, 0));
         EXPECT_EQ(failure != nullptr, size <= length) << size;
-        EXPECT_EQ(failure ? failure->code() : 1239U, 1239U) << size;
+        EXPECT_EQ(failure != nullptr ? failure->code() : 1239U, 1239U) << size;
         EXPECT_TRUE(text.isGuardWhole()) << size;
     }
 }
@@ -564,12 +564,12 @@ TEST(Environment, StaysUsableWithoutMemoryForAVariable) {
         for (unsigned int i = 0; i <= set.length(); ++i) {
             char name[8];
             const std::unique_ptr<framework::Exception> failure = CATCH_FAILURE(set.ElementAt(i, name, sizeof name));
-            EXPECT_EQ(failure ? failure->code() : 1229U, 1229U) << nth;
+            EXPECT_EQ(failure != nullptr ? failure->code() : 1229U, 1229U) << nth;
         }
         {
             utility::BufferStream out(1000);
             const std::unique_ptr<framework::Exception> failure = CATCH_FAILURE(set.privateInformation(out, 0));
-            EXPECT_EQ(failure ? failure->code() : 1229U, 1229U) << nth;
+            EXPECT_EQ(failure != nullptr ? failure->code() : 1229U, 1229U) << nth;
         }
         set.set("Z", "26");
         EXPECT_EQ(set.getAsInt("Z"), 26) << nth;

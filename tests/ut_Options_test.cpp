@@ -67,7 +67,7 @@ Content contentOf(const Options& options) {
         const char* const text = strings::StringRepository::toString(key);
         const char* const value = options.getAsString(key, index);
         const bool missing = value && !*value && options.getAsInt(key, index) == -1;
-        content.push_back({text ? text : "(unknown)", value && !missing ? Value(value) : NONE});
+        content.push_back({text != nullptr ? text : "(unknown)", value && !missing ? Value(value) : NONE});
     }
     return content;
 }
@@ -423,7 +423,7 @@ TEST(Options, ToStreamThrowsIfTheTextDoesNotFitAndNeverOverruns) {
         utility::PutStream out(text.array(), static_cast<int>(size));
         const std::unique_ptr<framework::Exception> failure = CATCH_FAILURE(options.toStream(out));
         EXPECT_EQ(failure != nullptr, size <= length) << size;
-        EXPECT_EQ(failure ? failure->code() : 1239U, 1239U) << size;
+        EXPECT_EQ(failure != nullptr ? failure->code() : 1239U, 1239U) << size;
         EXPECT_TRUE(text.isGuardWhole()) << size;
     }
 }
@@ -454,7 +454,7 @@ TEST(Options, RandomChangesLikeTheModel) {
         const bool isThere = found != model.content.end();
         const char* const string = options.getAsString(token(key), index);
         ASSERT_EQ(string != nullptr, isThere);
-        ASSERT_EQ(string ? string : "", isThere ? found->second.value_or("") : "");
+        ASSERT_EQ(string != nullptr ? string : "", isThere ? found->second.value_or("") : "");
         ASSERT_EQ(options.getAsInt(token(key), index),
                   isThere && found->second ? std::atoi(found->second->c_str()) : -1);
         const auto any = [&](auto equal) {

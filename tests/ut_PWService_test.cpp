@@ -44,7 +44,8 @@ using utility::PWService;
 
 namespace {
 
-/// If set, asked before each of the calls below: 0 carries the call out, anything else is the `errno` it fails with.
+// If set, called before each of the functions below. A result of 0 carries the function out; any other result is the
+// `errno` with which it fails.
 std::function<int(const char* call, int fd)> beforeCall;
 
 bool fails(const char* call, int fd) {
@@ -56,7 +57,7 @@ bool fails(const char* call, int fd) {
 
 } // namespace
 
-// In place of the platform's functions, for the library as well.
+// Replace the functions of the platform, also in the library.
 extern "C" {
 
 int fsync(int fd) {
@@ -84,7 +85,7 @@ int fclose(std::FILE* file) {
 
 } // extern "C"
 
-// The name of the password file is made once for the life of a process, so every scenario has a process of its own.
+// The name of the password file is computed once per process, so every scenario runs in its own process.
 
 namespace {
 
@@ -94,7 +95,7 @@ const char* const threeUsers = "root:x:0:0:Root:/root:/bin/sh\n"
                                "monitor:$1$abc$def:1001:100:The Monitor:/home/monitor:/bin/rsh\n"
                                "guest:*:1002:100:Guest,Room 1:/home/guest:/bin/false\n";
 
-/// A root with a password file, and what the tests ask about it.
+// A root directory with a password file.
 class Root {
 public:
     Root() : Root("root") {}
@@ -142,7 +143,7 @@ public:
         return content;
     }
 
-    /// Every path below the temporary directory, with the content of files and the target of links.
+    // Every path in the temporary directory, with the content of files and the target of links.
     std::map<std::string, std::string> tree() const {
         std::map<std::string, std::string> result;
         for (const auto& entry : std::filesystem::recursive_directory_iterator(m_directory.path())) {
@@ -159,7 +160,7 @@ private:
     std::string m_root;
 };
 
-/// The users of a password file as the platform's own reader gives them.
+// The users of a password file, as `fgetpwent` parses them.
 std::vector<std::string> usersOf(const std::string& path) {
     std::vector<std::string> users;
     std::FILE* stream = std::fopen(path.c_str(), "r");
@@ -187,7 +188,7 @@ std::string lineOf(const std::string& name, unsigned int number) {
     return name + ":pw:" + std::to_string(number) + ":" + std::to_string(number + 1) + ":Real Name:/home:/bin/sh\n";
 }
 
-/// Runs a scenario in a process whose `VX_ROOT` is `root`; its failed expectations are failures here.
+// Runs a scenario in a child process with `root` as its `VX_ROOT`. Its failed expectations are failures here.
 void inRoot(const std::string& root, const std::function<void()>& scenario) {
     const test::ChildResult child = test::runInChild([&] {
         alarm(100);
@@ -229,7 +230,7 @@ int lowestFreeDescriptor() {
     return descriptor;
 }
 
-/// The logged messages as "<level> <text>", oldest first.
+// The logged messages as "<level> <text>", oldest first.
 std::vector<std::string> linesOf(const test::LogCapture& log) {
     std::vector<std::string> lines;
     for (const test::LogEntry& entry : log.entries())
@@ -247,14 +248,14 @@ unsigned int errorsIn(const test::LogCapture& log) {
 const char* const putUserName = "static void utility::PWService::putUser(utility::PW*)";
 const char* const delUserName = "static void utility::PWService::delUser(utility::PW*)";
 
-/// Expects that all that was logged is one line at level 0, for the operation `function`.
+// Expects exactly one logged line, at level 0 and in the name of the operation `function`.
 void expectOneError(const test::LogCapture& log, const char* function, const std::string& text) {
     EXPECT_EQ(linesOf(log), std::vector<std::string>{"0 " + text});
     EXPECT_TRUE(log.contains(Logger::LOG_ERROR, function, text));
 }
 
-/// Puts and then deletes a user in a process of the root's own, and expects of each that the file is unchanged for
-/// `problem`, that this is logged, and that what is in the root afterwards is what was there before.
+// Puts and then deletes a user in a child process. Expects that each operation logs `problem` and leaves the file and
+// everything else in the root unchanged.
 void expectUnchanged(
     const Root& root, const std::string& problem, const std::function<void()>& prepare = [] {}) {
     const auto before = root.tree();
@@ -290,7 +291,7 @@ std::string notCopied(const Root& root) {
            " holds the complete new text: copy it by hand before the next rewrite replaces it";
 }
 
-/// Puts a program with this text in the place of `cp`, in a directory of its own, and returns the directory.
+// Creates a program with this text that replaces `cp`, in a directory of its own, and returns the directory.
 std::string replaceCp(const Root& root, const std::string& text) {
     std::string commands = root.directory().path("commands");
     std::filesystem::create_directory(commands);
@@ -329,7 +330,7 @@ TEST(PWService, UsageExample) {
 
 // --- the file name
 
-TEST(PWServiceFileName, LiesInTheRootThatIsNamed) {
+TEST(PWServiceFileName, IsInTheNamedRoot) {
     inRoot("/tmp/root", [] { EXPECT_STREQ(PWService::getFileName(), "/tmp/root/etc/passwd"); });
 }
 
@@ -375,7 +376,7 @@ TEST(PWServiceGetUser, FindsTheFieldsOfAUser) {
     });
 }
 
-TEST(PWServiceGetUser, TextsOfTheRecordLieInsideIt) {
+TEST(PWServiceGetUser, TextsOfTheRecordAreInsideIt) {
     const Root root("root", threeUsers);
     inRoot(root.root(), [] {
         PW* user = PWService::getUser("monitor");
@@ -385,7 +386,7 @@ TEST(PWServiceGetUser, TextsOfTheRecordLieInsideIt) {
     });
 }
 
-TEST(PWServiceGetUser, FindsNoAbsentUser) {
+TEST(PWServiceGetUser, ReturnsNullForAnUnknownUser) {
     const Root root("root", threeUsers);
     inRoot(root.root(), [] {
         EXPECT_EQ(PWService::getUser("nobody"), nullptr);
@@ -399,7 +400,7 @@ TEST(PWServiceGetUser, FindsNoAbsentUser) {
     });
 }
 
-TEST(PWServiceGetUser, GivesTheFirstOfTwoWithOneName) {
+TEST(PWServiceGetUser, ReturnsTheFirstOfTwoUsersWithTheSameName) {
     const Root root("root", "twin:x:1:1::/:/\nother:x:2:2::/:/\ntwin:x:3:3::/:/\n");
     inRoot(root.root(), [] {
         const PW* user = PWService::getUser("twin");
@@ -419,7 +420,7 @@ TEST(PWServiceGetUser, EveryReadUsesTheOneSharedRecord) {
     });
 }
 
-TEST(PWServiceGetUser, MayBeAskedWithTheNameInTheSharedRecord) {
+TEST(PWServiceGetUser, AcceptsTheNameInTheSharedRecord) {
     const Root root("root", threeUsers);
     inRoot(root.root(), [] {
         for (const char* name : {"guest", "monitor", "root"}) {
@@ -437,7 +438,7 @@ TEST(PWServiceGetUser, MayBeAskedWithTheNameInTheSharedRecord) {
     });
 }
 
-TEST(PWServiceGetUser, ForgetsTheTextsMadeInTheSharedRecord) {
+TEST(PWServiceGetUser, FreesTheTextsMadeInTheSharedRecord) {
     const Root root("root", threeUsers);
     inRoot(root.root(), [] {
         PW* user = PWService::getUser("root");
@@ -450,7 +451,7 @@ TEST(PWServiceGetUser, ForgetsTheTextsMadeInTheSharedRecord) {
     });
 }
 
-TEST(PWServiceGetUser, FindsNobodyInAMissingOrUnreadableFile) {
+TEST(PWServiceGetUser, ReturnsNullForAMissingOrUnreadableFile) {
     const Root empty;
     inRoot(empty.root(), [] {
         EXPECT_EQ(PWService::getUser("root"), nullptr);
@@ -532,7 +533,7 @@ TEST(PWServiceOddLines, LongLineThatFitsIsRead) {
     });
 }
 
-TEST(PWServiceOddLines, LineLengthsAroundTheRoomForTheRecordAreReadAsThePlatformDoes) {
+TEST(PWServiceOddLines, LinesAroundTheCapacityOfTheRecordAreReadAsByThePlatform) {
     for (std::size_t length = 2030; length <= 2060; ++length) {
         std::string line = "long:x:6:1:";
         line += std::string(length - line.size() - 5, 'g') + ":/:/\n";
@@ -605,7 +606,7 @@ TEST(PWServiceOddLines, RewriteKeepsWhatThePlatformReads) {
     EXPECT_EQ(usersOf(root.file()), expected);
 }
 
-TEST(PWServiceOddLines, RewriteDropsALineThatCannotBeReadAndAllAfterItAndSaysSo) {
+TEST(PWServiceOddLines, RewriteDropsALineThatCannotBeReadAndAllAfterItAndLogsIt) {
     const std::string content = "a:x:5:1::/:/\nlong:x:6:1:" + std::string(3000, 'g') + ":/:/\nb:x:7:1::/:/\n";
     const Root root("root", content);
     inRoot(root.root(), [&] {
@@ -748,7 +749,7 @@ TEST(PWServicePutUser, LeavesTheGivenRecordAlone) {
     });
 }
 
-TEST(PWServicePutUser, MayBeGivenTheSharedRecord) {
+TEST(PWServicePutUser, AcceptsTheSharedRecord) {
     const Root root("root", threeUsers);
     inRoot(root.root(), [] {
         PW* user = PWService::getUser("root");
@@ -762,7 +763,7 @@ TEST(PWServicePutUser, MayBeGivenTheSharedRecord) {
                            "guest:*:1002:100:Guest,Room 1:/home/guest:/bin/false\n");
 }
 
-TEST(PWServicePutUser, MayBeGivenTheSharedRecordUnderANewName) {
+TEST(PWServicePutUser, AcceptsTheSharedRecordUnderANewName) {
     const Root root("root", threeUsers);
     inRoot(root.root(), [] {
         PW* user = PWService::getUser("guest");
@@ -774,7 +775,7 @@ TEST(PWServicePutUser, MayBeGivenTheSharedRecordUnderANewName) {
     EXPECT_EQ(root.read(), std::string(threeUsers) + "visitor:*:4000:100:Guest,Room 1:/home/guest:/bin/false\n");
 }
 
-TEST(PWServicePutUser, MayBeGivenTheSharedRecordWithTextsThatFillBothAreas) {
+TEST(PWServicePutUser, AcceptsTheSharedRecordWithTextsThatFillBothAreas) {
     const std::string realName(1900, 'g');
     const Root root("root", "long:x:6:1:" + realName + ":/:/\n");
     const std::string home(1000, 'h'), shell(1000, 's');
@@ -821,7 +822,7 @@ TEST(PWServiceDelUser, RemovesTheLastUser) {
     EXPECT_TRUE(std::filesystem::exists(root.file()));
 }
 
-TEST(PWServiceDelUser, MayBeGivenTheSharedRecord) {
+TEST(PWServiceDelUser, AcceptsTheSharedRecord) {
     const Root root("root", threeUsers);
     inRoot(root.root(), [] {
         PW* user = PWService::getUser("monitor");
@@ -843,7 +844,7 @@ TEST(PWServiceRewrite, ReplacesTheContentsOfTheFileAndKeepsItsInodeAndMode) {
     EXPECT_EQ(before.st_mode, after.st_mode);
 }
 
-TEST(PWServiceRewrite, ReplacesTheContentsBehindASymbolicLink) {
+TEST(PWServiceRewrite, ReplacesTheTargetOfASymbolicLink) {
     const Root root;
     Root::writeFile(root.directory().path("real"), threeUsers);
     std::filesystem::create_symlink(root.directory().path("real"), root.file());
@@ -883,7 +884,7 @@ TEST(PWServiceRewrite, WithoutTheCommandNothingIsLost) {
     EXPECT_EQ(Root::readFile(root.newFile()), threeUsers + lineOf("added", 2000));
 }
 
-TEST(PWServiceRewrite, CopyThatIsCutIsToldAlsoIfTheCommandClaimsSuccess) {
+TEST(PWServiceRewrite, TruncatedCopyIsLoggedEvenIfTheCommandReportsSuccess) {
     for (const char* cut : {"head -c 40 \"$1\" >\"$2\"\n", "head -c 40 \"$1\" >\"$2\"; exit 1\n",
                             "head -c 40 \"$1\" >\"$2\"; kill -9 $$\n", "tr a-z A-Z <\"$1\" >\"$2\"\n", ": >\"$2\"\n",
                             "cat \"$1\" \"$1\" >\"$2\"\n", "rm \"$2\"\n", "exit 0\n"}) {
@@ -902,8 +903,8 @@ TEST(PWServiceRewrite, CopyThatIsCutIsToldAlsoIfTheCommandClaimsSuccess) {
     }
 }
 
-TEST(PWServiceRewrite, CopyThatIsCompleteIsNotCalledAFailure) {
-    // Neither a command with an odd status nor a process that ignores its children hides that all was copied.
+TEST(PWServiceRewrite, CompleteCopyIsNotLoggedAsAFailure) {
+    // A complete copy is recognized even if the command fails or the process ignores SIGCHLD.
     const Root root("root", threeUsers);
     const std::string commands = replaceCp(root, "cat \"$1\" >\"$2\"; exit 1\n");
     inRoot(root.root(), [&] {
@@ -981,7 +982,7 @@ TEST(PWServiceSync, FolderThatCannotBeSyncedKeepsTheNewFileAndTheFile) {
     EXPECT_EQ(Root::readFile(root.newFile()), threeUsers + lineOf("added", 2000));
 }
 
-TEST(PWServiceSync, FileSystemThatCannotSyncFoldersStopsNoRewrite) {
+TEST(PWServiceSync, FileSystemThatCannotSyncFoldersDoesNotPreventARewrite) {
     const Root root("root", threeUsers);
     inRoot(root.root(), [&] {
         beforeCall = [&](const char* call, int fd) {
@@ -1052,7 +1053,7 @@ TEST(PWServiceClosedStreams, WhatIsLoggedReachesNoFile) {
 
 // --- rewrites that fail
 
-TEST(PWServiceFailure, MissingFileIsNotMade) {
+TEST(PWServiceFailure, MissingFileIsNotCreated) {
     expectUnchanged(Root(), notOpened("No such file or directory"));
 }
 
@@ -1091,7 +1092,7 @@ TEST(PWServiceFailure, NewFileThatDoesNotFitOnTheDiskIsRemoved) {
     inRoot(root.root(), [&] {
         ASSERT_TRUE(test::mountSmallDisk(root.root(), 3));
         ASSERT_TRUE(std::filesystem::create_directory(root.root() + "/etc"));
-        // The file has two pages, and so one is left for the new one.
+        // The file uses two pages, which leaves one for the new file.
         const std::string content = manyUsers(2 * getpagesize() / 48);
         ASSERT_GT(content.size(), static_cast<std::size_t>(getpagesize()) + 100);
         root.write(content);
@@ -1105,7 +1106,7 @@ TEST(PWServiceFailure, NewFileThatDoesNotFitOnTheDiskIsRemoved) {
     });
 }
 
-TEST(PWServiceFailure, CopyThatDoesNotFitOnTheDiskLeavesTheNewFileWhole) {
+TEST(PWServiceFailure, CopyThatDoesNotFitOnTheDiskLeavesTheNewFileComplete) {
     const Root root;
     const test::ChildResult child = test::runInChild([&] { return test::mountSmallDisk(root.root(), 3) ? 0 : 1; });
     if (child.status != 0)
@@ -1113,7 +1114,7 @@ TEST(PWServiceFailure, CopyThatDoesNotFitOnTheDiskLeavesTheNewFileWhole) {
     inRoot(root.root(), [&] {
         ASSERT_TRUE(test::mountSmallDisk(root.root(), 3));
         ASSERT_TRUE(std::filesystem::create_directory(root.root() + "/etc"));
-        // The file has one page, the new one two, and the longer file would need a second one.
+        // The file uses one page, the new file two, and the longer file would need a second one.
         std::string content = manyUsers(getpagesize() / 48);
         content += "last:x:1:1:" + std::string(getpagesize() - content.size() - 20, 'g') + ":/:/\n";
         ASSERT_LE(content.size(), static_cast<std::size_t>(getpagesize()));
@@ -1162,7 +1163,7 @@ TEST(PWServiceFailure, FullDiskLeavesTheFileAsItWas) {
 }
 
 TEST(PWServiceFailure, FileThatFailsWhileItIsReadIsNotReplaced) {
-    // A regular file that can be opened, and whose first byte cannot be read.
+    // A regular file that can be opened, but its first byte cannot be read.
     const Root root;
     std::filesystem::create_symlink("/proc/self/mem", root.file());
     const std::string commands = root.directory().path("commands");
@@ -1208,7 +1209,7 @@ TEST(PWServiceFailure, FieldThatTheWriterRefusesLeavesTheFileAsItWas) {
 }
 
 TEST(PWServiceFailure, EntryThatIsReadButNotWrittenLeavesTheFileAsItWas) {
-    // The shell is everything after the sixth colon, and must hold no colon when it is written.
+    // The shell is parsed as everything after the sixth colon, but must not contain a colon when it is written.
     const std::string content = std::string(threeUsers) + "more:x:3:1:g:/:/:more:fields\nlast:x:4:1::/:/\n";
     const Root root("root", content);
     ASSERT_EQ(usersOf(root.file()).size(), 5u);
@@ -1270,7 +1271,7 @@ TEST(PWServiceFailure, NewFileThatIsALinkToTheFileItselfLosesNoUser) {
     EXPECT_TRUE(content == threeUsers || content == threeUsers + lineOf("added", 2000)) << content;
 }
 
-TEST(PWServiceFailure, NewFileThatIsAPipeDoesNotHoldTheCaller) {
+TEST(PWServiceFailure, NewFileThatIsAPipeDoesNotBlockTheCaller) {
     const Root root("root", threeUsers);
     ASSERT_EQ(mkfifo(root.newFile().c_str(), 0600), 0);
     const test::ChildResult child = test::runInChild(
@@ -1288,7 +1289,7 @@ TEST(PWServiceFailure, NewFileThatIsAPipeDoesNotHoldTheCaller) {
 
 TEST(PWServiceFailure, UnwritableDirectoryLeavesTheFileAsItWas) {
     const Root root("root", threeUsers);
-    // Also where the tests run as root, the scenario does not.
+    // Even if the tests run as root, the scenario does not.
     ASSERT_EQ(chmod(root.directory().path().c_str(), 0755), 0);
     ASSERT_EQ(chmod(root.file().c_str(), 0666), 0);
     ASSERT_EQ(chmod((root.root() + "/etc").c_str(), 0555), 0);
@@ -1320,7 +1321,7 @@ TEST(PWServiceFailure, UnreadableFileIsNotReplacedByAnEmptyOne) {
 
 // --- who may read the new file
 
-TEST(PWServiceMode, NewFileIsNoMoreReadableThanTheFile) {
+TEST(PWServiceMode, NewFileIsNotMoreReadableThanTheFile) {
     for (const mode_t mode : {0600, 0640, 0644, 0400}) {
         SCOPED_TRACE(mode);
         const Root root("root", threeUsers);
@@ -1338,7 +1339,7 @@ TEST(PWServiceMode, NewFileIsNoMoreReadableThanTheFile) {
 }
 
 TEST(PWServiceMode, NewFileIsOpenToItsOwnerAlone) {
-    // Its group is not always that of the file: a directory may hand down its own.
+    // Its group may differ from that of the file: a set-group-ID directory passes on its own.
     for (const mode_t mode : {0640, 0644, 0666, 0604, 0777}) {
         SCOPED_TRACE(mode);
         const Root root("root", threeUsers);
@@ -1367,7 +1368,7 @@ TEST(PWServiceMode, StaleNewFileThatAllMayReadIsClosedToThem) {
     EXPECT_EQ(root.read(), threeUsers + lineOf("added", 2000));
 }
 
-TEST(PWServiceMode, WhoHasTheStaleNewFileOpenReadsNoPassword) {
+TEST(PWServiceMode, ReaderOfTheStaleNewFileSeesNoPassword) {
     const Root root("root", threeUsers);
     ASSERT_EQ(chmod(root.file().c_str(), 0600), 0);
     Root::writeFile(root.newFile(), "");
@@ -1401,8 +1402,8 @@ TEST(PWServiceMode, IsKeptWhileTheCommandRuns) {
 
 namespace {
 
-/// Puts and deletes users under a root that is called `name`, from the directory that holds it, and expects that
-/// nothing but the password file and its new one changed, and that the file is whole. Returns whether it was changed.
+// Puts and deletes users under a root named `name`, from its parent directory. Expects that only the password file and
+// its new file change, and that the file is complete. Returns whether it was changed.
 bool isChangedUnderRoot(const std::string& name, bool relative) {
     SCOPED_TRACE(name + (relative ? " relative" : " absolute"));
     const Root root(name, threeUsers);
@@ -1494,7 +1495,7 @@ TEST(PWServiceHostileRoot, ReachesNoShellAndLosesNothingWithBlanksAndQuotes) {
     }
 }
 
-TEST(PWServiceHostileRoot, ThatNoCommandCanNameIsToldAtLevel0) {
+TEST(PWServiceHostileRoot, ThatNoCommandCanNameIsLoggedAtLevel0) {
     for (const char* name : {"a b\"c", "\" \""}) {
         const Root root(name, threeUsers);
         const std::string complaints = root.directory().path("complaints");
@@ -1502,7 +1503,7 @@ TEST(PWServiceHostileRoot, ThatNoCommandCanNameIsToldAtLevel0) {
             PW user;
             fill(user, "added", 2000);
             const test::LogCapture log;
-            // A command that ran all the same would complain.
+            // If the command ran nevertheless, it would report an error.
             dup2(open(complaints.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600), STDERR_FILENO);
             PWService::putUser(&user);
             expectOneError(
@@ -1523,7 +1524,7 @@ TEST(PWServiceHostileRoot, LosesNothingWithALeadingDash) {
 }
 
 TEST(PWServiceHostileRoot, LosesNothingWhenTheNamesDoNotFit) {
-    // The new name is built in 255 characters: what does not fit there must not name another file.
+    // The new name is limited to 255 characters: a longer name must not be truncated to the name of another file.
     for (std::size_t length = 240; length <= 300; ++length) {
         SCOPED_TRACE(length);
         const test::TemporaryDirectory directory;
@@ -1540,7 +1541,7 @@ TEST(PWServiceHostileRoot, LosesNothingWhenTheNamesDoNotFit) {
         const std::string path = name + tail;
         ASSERT_EQ(path.size(), length);
         Root::writeFile(path, threeUsers);
-        // What the first 255 characters of the new name name, when it is another file.
+        // The first 255 characters of the new name, if they name another file.
         const std::string cut = (path + ".new").substr(0, 255);
         const bool victim = cut != path && cut != path + ".new" && !std::filesystem::exists(cut) &&
                             std::filesystem::is_directory(std::filesystem::path(cut).parent_path());
@@ -1745,7 +1746,7 @@ bool isInstalled(const char* program) {
     return child.status == 0;
 }
 
-/// What another program makes of the salt and the password.
+// The hash that another program computes from the salt and the password.
 std::string hashByOpenssl(const std::string& salt, const std::string& plain) {
     const test::TemporaryDirectory directory;
     directory.write("plain", plain + "\n");
@@ -1771,7 +1772,7 @@ TEST(PWServiceEncryptPassword, HasTheFormOfAnMD5Hash) {
     }
 }
 
-TEST(PWServiceEncryptPassword, IsWhatAnotherProgramMakesOfTheSameSalt) {
+TEST(PWServiceEncryptPassword, AgreesWithAnotherProgramForTheSameSalt) {
     if (!isInstalled("openssl"))
         GTEST_SKIP() << "no openssl program is installed to compare with";
     for (const char* plain :
@@ -1784,7 +1785,7 @@ TEST(PWServiceEncryptPassword, IsWhatAnotherProgramMakesOfTheSameSalt) {
     }
 }
 
-TEST(PWServiceEncryptPassword, TakesItsSaltFromThePresentTime) {
+TEST(PWServiceEncryptPassword, DerivesItsSaltFromTheCurrentTime) {
     for (int i = 0; i < 20; ++i) {
         const std::int64_t before = utility::TimeMeasure::getTimestamp();
         const std::string salt = encrypt("secret").substr(3, 8);
@@ -1796,7 +1797,7 @@ TEST(PWServiceEncryptPassword, TakesItsSaltFromThePresentTime) {
     }
 }
 
-TEST(PWServiceEncryptPassword, IsCutToTheRoomWithATerminator) {
+TEST(PWServiceEncryptPassword, IsTruncatedAndTerminated) {
     for (unsigned int size = 1; size <= 40; ++size) {
         SCOPED_TRACE(size);
         test::GuardedText out(size);
@@ -1808,14 +1809,14 @@ TEST(PWServiceEncryptPassword, IsCutToTheRoomWithATerminator) {
     }
 }
 
-TEST(PWServiceEncryptPassword, WritesNothingWithoutRoom) {
+TEST(PWServiceEncryptPassword, WritesNothingWithoutABuffer) {
     test::GuardedText out(8);
     EXPECT_EQ(PWService::encryptPassword("secret", out.array(), 0), out.array());
     EXPECT_TRUE(out.isUntouched());
     EXPECT_EQ(PWService::encryptPassword("secret", nullptr, 0), nullptr);
 }
 
-TEST(PWServiceEncryptPassword, MayTakeThePlainTextFromTheRoomForTheHash) {
+TEST(PWServiceEncryptPassword, PlainTextMayOverlapTheResult) {
     if (!isInstalled("openssl"))
         GTEST_SKIP() << "no openssl program is installed to compare with";
     for (const std::size_t at : {0U, 5U}) {
@@ -1826,14 +1827,14 @@ TEST(PWServiceEncryptPassword, MayTakeThePlainTextFromTheRoomForTheHash) {
     }
 }
 
-TEST(PWServiceEncryptPassword, FillsTheRestOfTheRoomWithTerminators) {
+TEST(PWServiceEncryptPassword, FillsTheRestOfTheBufferWithNuls) {
     char out[64];
     std::memset(out, 'x', sizeof out);
     PWService::encryptPassword("secret", out, sizeof out);
     EXPECT_EQ(std::string(out + 34, sizeof out - 34), std::string(sizeof out - 34, '\0'));
 }
 
-TEST(PWServiceEncryptPassword, IsEmptyForWhatCannotBeHashed) {
+TEST(PWServiceEncryptPassword, IsEmptyIfThePlainTextCannotBeHashed) {
     test::GuardedText null(64);
     EXPECT_EQ(PWService::encryptPassword(nullptr, null.array(), null.size()), null.array());
     EXPECT_TRUE(null.isTerminated());
@@ -1845,12 +1846,12 @@ TEST(PWServiceEncryptPassword, IsEmptyForWhatCannotBeHashed) {
     EXPECT_EQ(refused.text(), "");
 }
 
-// --- without memory
+// --- exhausted memory
 
 namespace {
 
-/// Runs `operation` under a root of its own, in one process, with each of its allocations failing once; the name of the
-/// file has been made. `check` runs after each time.
+// Runs `operation` under a root of its own, in one process, with each of its allocations failing once. The file name is
+// computed before. Calls `check` after each run.
 template<class Operation, class Check>
 void withEachAllocationFailing(const Root& root, Operation operation, Check check) {
     inRoot(root.root(), [&] {
@@ -1862,7 +1863,7 @@ void withEachAllocationFailing(const Root& root, Operation operation, Check chec
                 try {
                     operation();
                 } catch (const std::bad_alloc&) {
-                    // The names and texts that it keeps are the standard library's.
+                    // The names and texts that it stores are `std::string`s.
                 }
             },
             [&] {

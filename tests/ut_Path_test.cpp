@@ -55,7 +55,7 @@ Texts componentsOf(const Path& path) {
     Texts components;
     for (unsigned int i = 0; i < path.componentCount(); ++i) {
         const char* const component = path.component(i);
-        components.push_back(component ? component : "(null)");
+        components.push_back(component != nullptr ? component : "(null)");
     }
     return components;
 }
@@ -1002,7 +1002,7 @@ TEST(Path, StaysUsableIfMemoryIsExhausted) {
                 }
             },
             [&] {
-                if (!path)
+                if (path == nullptr)
                     return;
                 EXPECT_TRUE(path->isValid());
                 EXPECT_EQ(path->getValue(), root + normal);

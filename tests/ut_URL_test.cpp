@@ -295,7 +295,7 @@ public:
         return std::malloc(size);
     }
     void release(const void* piece) override {
-        if (!piece)
+        if (piece == nullptr)
             return;
         ++released;
         std::free(const_cast<void*>(piece));
