@@ -72,13 +72,13 @@ TEST(LogCapture, KeepsTextsLongerThanItsStorageGrowsBy) {
     EXPECT_EQ(log.texts(), (std::vector<std::string>{text, "short"}));
 }
 
-TEST(LogCapture, TakesNothingFromTheHeap) {
+TEST(LogCapture, AllocatesNothingOnTheHeap) {
     test::LogCapture log;
     EXPECT_EQ(allocationsOf([] { Logger::StaticLog(Logger::LOG_ERROR, "%d ports", 4); }), 0U);
     EXPECT_EQ(log.count(), 1U);
 }
 
-TEST(ExpectFailure, AcceptsTheExactValuesOnly) {
+TEST(ExpectFailure, AcceptsOnlyTheExactValues) {
     EXPECT_FAILURE(throwFailure(true), 1239, "ut_PutStream", "void f()", "message");
     EXPECT_FAILURE_WITH_FLAG(throwFailure(false), 1239, "ut_PutStream", "void f()", "message", false);
     const std::unique_ptr<framework::Exception> failure = CATCH_FAILURE(throwFailure(true));
@@ -107,7 +107,7 @@ TEST(FailingAllocation, CountsEveryKindOfAllocationOnce) {
     EXPECT_EQ(allocationsOf([] {}), 0U);
 }
 
-TEST(FailingAllocation, FailsTheChosenAllocationOnly) {
+TEST(FailingAllocation, FailsOnlyTheChosenAllocation) {
     test::FailingAllocation failing(2);
     void* const first = kept = std::malloc(1);
     void* const second = kept = std::malloc(1);
@@ -121,7 +121,7 @@ TEST(FailingAllocation, FailsTheChosenAllocationOnly) {
     std::free(third);
 }
 
-TEST(FailingAllocation, FailsInTheLibrariesAndForOperatorNew) {
+TEST(FailingAllocation, FailsInTheLibrariesAndInOperatorNew) {
     test::FailingAllocation failing(test::failAll);
     void* const fromLibrary = framework::Memory::StaticAlloc(4);
     bool thrown = false;
@@ -135,7 +135,7 @@ TEST(FailingAllocation, FailsInTheLibrariesAndForOperatorNew) {
     EXPECT_TRUE(thrown);
 }
 
-TEST(FailingAllocation, LeavesOtherThreadsAlone) {
+TEST(FailingAllocation, DoesNotAffectOtherThreads) {
     bool got = false;
     std::thread other;
     {
@@ -165,7 +165,7 @@ TEST(FailingAllocation, SweepFailsEachAllocationOnce) {
     EXPECT_EQ(failed, 3U);
 }
 
-TEST(TemporaryDirectory, IsRemovedWithAllThatIsInIt) {
+TEST(TemporaryDirectory, IsRemovedWithItsContent) {
     std::string path;
     {
         const test::TemporaryDirectory directory;
@@ -181,7 +181,7 @@ TEST(TemporaryDirectory, IsRemovedWithAllThatIsInIt) {
     EXPECT_NE(access(path.c_str(), F_OK), 0);
 }
 
-TEST(ChildProcess, TellsStatusAndOutput) {
+TEST(ChildProcess, ReportsStatusAndOutput) {
     const test::ChildResult child = test::runInChild([] {
         std::printf("out");
         std::fprintf(stderr, "err");
@@ -195,13 +195,13 @@ TEST(ChildProcess, TellsStatusAndOutput) {
     EXPECT_EQ(child.err, "err");
 }
 
-TEST(ChildProcess, TellsTheSignalThatEndedIt) {
+TEST(ChildProcess, ReportsTheSignalThatEndedIt) {
     const test::ChildResult child = test::runInChild([] { raise(SIGTERM); });
     EXPECT_FALSE(child.exited);
     EXPECT_EQ(child.signal, SIGTERM);
 }
 
-TEST(ChildProcess, IsKilledWhenItTakesTooLong) {
+TEST(ChildProcess, IsKilledAfterTheTimeLimit) {
     const test::ChildResult child = test::runInChild([] { pause(); }, std::chrono::seconds(1));
     EXPECT_TRUE(child.timedOut);
     EXPECT_EQ(child.signal, SIGKILL);

@@ -10,9 +10,8 @@
 
 namespace test {
 
-/// Drives an array and a `std::vector` with the same random operations, bad indices among them, and expects the array
-/// to hold what the vector holds after each, and to grow by 20 slots when it is full. `makeValue(random)` gives a
-/// value.
+/// Applies the same random operations, including out-of-range indices, to an array and a `std::vector`. Expects equal
+/// content after each operation, and that a full array grows by 20 slots. `makeValue(random)` returns a value.
 template<class ArrayType, class Value>
 class ArrayModel {
 public:
@@ -42,7 +41,7 @@ private:
         case 0:
             return badIndices(value);
         case 1:
-            return cut(below(length + 10));
+            return truncate(below(length + 10));
         case 2:
             return expectEqual(ArrayType(m_array));
         case 3:
@@ -87,7 +86,7 @@ private:
         m_model.erase(at(index));
     }
 
-    void cut(unsigned int length) {
+    void truncate(unsigned int length) {
         m_array.truncate(length);
         if (length < m_model.size())
             m_model.resize(length);

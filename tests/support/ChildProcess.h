@@ -17,12 +17,12 @@
 
 namespace test {
 
-/// How a child process ended, and what it wrote.
+/// How a child process ended, and its output.
 struct ChildResult {
-    bool exited;   ///< ended by itself, with `status`
-    int status;    ///< the exit status; -1 when a signal ended it
-    int signal;    ///< the signal that ended it; 0 when it exited
-    bool timedOut; ///< it had to be killed
+    bool exited;   ///< whether it exited, with `status`
+    int status;    ///< the exit status; -1 if a signal ended it
+    int signal;    ///< the signal that ended it; 0 if it exited
+    bool timedOut; ///< whether it was killed after the time limit
     std::string out;
     std::string err;
 };
@@ -61,9 +61,9 @@ template<class Body>
 
 } // namespace detail
 
-/// Runs `body` in a forked child. Its result, if it has one, is the exit status; an exception gives 125. The child ends
-/// without the exit handlers of this process; a body that wants them calls `exit`. A child that takes longer than the
-/// bound is killed.
+/// Runs `body` in a forked child. The exit status is the result of `body`, or 0 if it returns void, or 125 after an
+/// exception. The child does not run the exit handlers of this process, unless `body` calls `exit`. A child that takes
+/// longer than `bound` is killed.
 ///
 ///     const test::ChildResult child = test::runInChild([] { std::raise(SIGTERM); });
 ///     EXPECT_EQ(child.signal, SIGTERM);
@@ -72,7 +72,7 @@ ChildResult runInChild(Body&& body, std::chrono::seconds bound = std::chrono::se
     std::FILE* out = std::tmpfile();
     std::FILE* err = std::tmpfile();
     if (!out || !err)
-        throw std::runtime_error("cannot make files for a child's output");
+        throw std::runtime_error("cannot create files for a child's output");
     std::fflush(nullptr);
     const pid_t child = fork();
     if (child < 0)

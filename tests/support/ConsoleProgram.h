@@ -15,7 +15,7 @@
 
 namespace test {
 
-/// The words that start the console of this build with these arguments, behind an emulator where it needs one.
+/// The command line that runs the console of this build with these arguments, in an emulator if the build needs one.
 inline std::vector<std::string> consoleCommand(const std::vector<std::string>& arguments) {
     std::istringstream emulator(VXUT_TEST_EMULATOR);
     std::vector<std::string> words;
@@ -26,18 +26,18 @@ inline std::vector<std::string> consoleCommand(const std::vector<std::string>& a
     return words;
 }
 
-/// The console edits password files.
+/// Protects the machine's files, as the console edits password files.
 inline const testing::Environment* const consoleMachine = protectMachine();
 
-/// What every run of the console begins with: handlers that report may allocate, and the user's own settings do not
-/// matter.
+/// Prepares a process to run the console: permits signal handlers to allocate, and removes the user's settings from the
+/// environment.
 inline void setConsoleEnvironment() {
     setenv("TSAN_OPTIONS", "report_signal_unsafe=0:halt_on_error=1", 0);
     for (const char* name : {"VX_ROOT", "VX_MEM", "TZ"})
         unsetenv(name);
 }
 
-/// Makes the process one that has to obey file permissions; what it runs from now on has to, too.
+/// Makes file permissions apply to this process and to the programs it runs, even if it is root.
 inline void obeyPermissions() {
     const unsigned long overrideAccess = 1;
     const unsigned long overrideReading = 2;
@@ -50,8 +50,8 @@ inline void obeyPermissions() {
         _exit(126);
 }
 
-/// Runs the console with these arguments and `input` on a pipe as its standard input; `prepare` runs in its process
-/// before.
+/// Runs the console with these arguments and with `input` on a pipe as its standard input. `prepare` runs in the child
+/// process first.
 ///
 ///     const test::ChildResult child = test::runConsole({"-c", "help"});
 ///     EXPECT_EQ(child.status, 0);
@@ -87,7 +87,7 @@ inline ChildResult runConsole(const std::vector<std::string>& arguments, const s
     });
 }
 
-/// Runs one command.
+/// Runs one console command.
 inline ChildResult runCommand(const std::string& command, const std::function<void()>& prepare = {}) {
     return runConsole({"-c", command}, "", prepare);
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-// Replaces `strcmp` of the test program that includes it, for the libraries it loads as well. A program may include it
-// in one source only.
+// Replaces `strcmp` in the test program that includes this header, and in the libraries it loads. Include it in only
+// one source of a program.
 
 #include <gtest/gtest.h>
 
@@ -15,12 +15,12 @@ inline thread_local unsigned long comparisons = 0;
 
 } // namespace detail
 
-/// Looks `name` up in `directory`, expects it at index `expected`, and returns how many texts were compared.
+/// Looks up `name` in `directory`, expects it at index `expected`, and returns the number of text comparisons.
 ///
 ///     EXPECT_LE(test::comparisonsToFind(directory, "port", 7), 10u);
 template<class Directory>
 unsigned long comparisonsToFind(Directory& directory, const std::string& name, int expected) {
-    // A sanitizer compares the names of types when a virtual operation is called for the first time.
+    // Call once first: a sanitizer compares type names in the first call of a virtual operation.
     directory.Find(name.c_str());
     const unsigned long before = detail::comparisons;
     const int found = directory.Find(name.c_str());

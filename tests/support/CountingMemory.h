@@ -10,20 +10,20 @@
 
 namespace test {
 
-/// The process's memory object for its life; it counts what is taken, and refuses on request.
+/// The process's memory object while it exists. Counts allocations, and makes them fail on request.
 ///
 ///     test::CountingMemory memory;
 ///     delete new utility::BufferStream(8);
 ///     EXPECT_EQ(memory.outstanding(), 0u);
 class CountingMemory : public framework::Memory {
 public:
-    CountingMemory() : m_former(framework::Container::m_pMemory) {
+    CountingMemory() : m_previous(framework::Container::m_pMemory) {
         framework::Container::m_pMemory = this;
     }
     CountingMemory(const CountingMemory&) = delete;
     CountingMemory& operator=(const CountingMemory&) = delete;
     ~CountingMemory() override {
-        framework::Container::m_pMemory = m_former;
+        framework::Container::m_pMemory = m_previous;
         for (void* piece : m_pieces)
             std::free(piece);
     }
@@ -47,35 +47,36 @@ public:
         m_pieces.erase(found);
     }
 
-    /// From now on, refuses what is asked for.
+    /// Makes every allocation fail from now on.
     void refuseAll() {
         m_refuseFrom = 0;
         m_refuseBefore = static_cast<std::size_t>(-1);
     }
-    /// From now on, refuses the `nth` request, counted from 1, and no other.
+    /// Makes only the `nth` allocation from now on fail, counted from 1.
     void refuse(std::size_t nth) {
         m_refuseFrom = m_requests.size() + nth;
         m_refuseBefore = m_refuseFrom + 1;
     }
 
-    /// The sizes asked for, refused ones included.
+    /// The sizes requested, including those of failed allocations.
     const std::vector<unsigned long>& requests() const {
         return m_requests;
     }
-    /// How many pieces are taken and not given back.
+    /// The number of pieces allocated and not released.
     std::size_t outstanding() const {
         return m_pieces.size();
     }
+    /// Whether `piece` was allocated here and is not released.
     bool holds(const void* piece) const {
         return std::find(m_pieces.begin(), m_pieces.end(), piece) != m_pieces.end();
     }
-    /// What was given back here though it was not taken here; none of it is freed.
+    /// The pieces released here that were not allocated here; they are not freed.
     const std::vector<const void*>& foreign() const {
         return m_foreign;
     }
 
 private:
-    framework::Memory* m_former;
+    framework::Memory* m_previous;
     std::vector<void*> m_pieces;
     std::vector<unsigned long> m_requests;
     std::vector<const void*> m_foreign;

@@ -1,7 +1,7 @@
 #pragma once
 
-// Replaces the allocation functions of the test program that includes it, so that they can crash as those of a process
-// with a damaged heap do. A program may include it in one source only.
+// Replaces the allocation functions of the test program that includes this header, so that they can crash as they do
+// in a process with a corrupted heap. Include it in only one source of a program.
 
 #include <signal.h>
 #include <unistd.h>
@@ -10,21 +10,21 @@
 #include <cstddef>
 #include <cstdlib>
 
-// A sanitizer allocates before it is ready to watch; what runs then must not be watched.
+// A sanitizer allocates before it is initialized, so these functions must not be instrumented.
 #define VXTEST_UNWATCHED __attribute__((no_sanitize("address", "undefined", "thread")))
 
 namespace test {
 
-/// What the allocator of the process does from now on. Only for a process that is about to end, except `ALLOCATE` and
-/// `REFUSE`.
+/// What the allocator of the process does from now on. All states except `ALLOCATE` and `REFUSE` are only for a process
+/// that is about to end.
 enum AllocatorState {
-    ALLOCATE,          ///< its work
-    REFUSE,            ///< gives no memory
-    CRASH_ONCE,        ///< crashes with SIGSEGV at the next call, then does its work
-    CRASH_ONCE_REFUSE, ///< crashes at the next call, then gives no memory
-    CRASH_LOCKED,      ///< crashes at the next call while it holds its lock: every further call waits for ever
+    ALLOCATE,          ///< allocates
+    REFUSE,            ///< fails
+    CRASH_ONCE,        ///< crashes with SIGSEGV at the next call, then allocates
+    CRASH_ONCE_REFUSE, ///< crashes at the next call, then fails
+    CRASH_LOCKED,      ///< crashes at the next call with its lock held: every later call blocks forever
     CRASH_ALWAYS,      ///< crashes at every call
-    LOCKED             ///< every call waits for ever
+    LOCKED             ///< every call blocks forever
 };
 
 inline volatile sig_atomic_t allocatorState = ALLOCATE;
@@ -38,7 +38,7 @@ VXTEST_UNWATCHED inline void crashInAllocator(AllocatorState next) {
     *invalidAddress = 1;
 }
 
-/// Whether the allocator may work.
+/// Whether the allocator may allocate or free.
 VXTEST_UNWATCHED inline bool enterAllocator() {
     switch (static_cast<AllocatorState>(allocatorState)) {
     case ALLOCATE:
@@ -68,15 +68,15 @@ VXTEST_UNWATCHED inline bool enterAllocator() {
 
 } // namespace test
 
-// The platform's functions. A sanitizer has its own.
+// The platform's functions, or those of a sanitizer.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 #define VXTEST_PLATFORM(name) __interceptor_##name
 #else
 #define VXTEST_PLATFORM(name) __libc_##name
 #endif
 
-// Optimised, these functions jump to the platform's, which then sees the true caller: what the dynamic linker holds is
-// no leak to a sanitizer.
+// With optimization, these functions jump to the platform's (tail calls). A leak detector then sees the real caller and
+// does not report the memory of the dynamic linker.
 #define VXTEST_IN_PLACE_OF_PLATFORM VXTEST_UNWATCHED __attribute__((optimize("O2")))
 
 extern "C" {

@@ -4,7 +4,7 @@
 
 namespace test {
 
-/// Turns a debug switch on for its life.
+/// Keeps a debug switch on while it exists.
 ///
 ///     test::DebugSwitch growth(292);
 class DebugSwitch {

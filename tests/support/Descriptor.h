@@ -9,7 +9,7 @@
 
 namespace test {
 
-/// A descriptor that is closed at the end.
+/// Owns a descriptor and closes it on destruction.
 ///
 ///     test::Descriptor file(open(path.c_str(), O_RDONLY));
 class Descriptor {
@@ -36,7 +36,7 @@ public:
     off64_t offset() const {
         return lseek64(m_fd, 0, SEEK_CUR);
     }
-    /// What can be read at once, or without waiting from a pipe.
+    /// The bytes that one non-blocking read returns, at most 65,536.
     std::string readAvailable() const {
         char piece[65536];
         const int flags = fcntl(m_fd, F_GETFL);
@@ -50,7 +50,7 @@ private:
     int m_fd;
 };
 
-/// Both ends of a pipe.
+/// Owns both ends of a pipe.
 struct Pipe {
     Pipe() : Pipe(make()) {}
 
@@ -62,7 +62,7 @@ private:
     static std::pair<int, int> make() {
         int ends[2];
         if (pipe(ends) != 0)
-            throw std::runtime_error("cannot make a pipe");
+            throw std::runtime_error("cannot create a pipe");
         return {ends[0], ends[1]};
     }
 };

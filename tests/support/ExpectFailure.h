@@ -9,7 +9,7 @@
 
 namespace test {
 
-/// What `operation` threw as a `framework::Exception*`; null when it threw nothing.
+/// The `framework::Exception` that `operation` threw; null if it threw nothing.
 template<class Operation>
 std::unique_ptr<framework::Exception> failureOf(Operation&& operation) {
     try {
@@ -20,7 +20,7 @@ std::unique_ptr<framework::Exception> failureOf(Operation&& operation) {
     return nullptr;
 }
 
-/// Whether `failure` carries exactly these values and a line.
+/// Whether `failure` has exactly these values, and a line above 0.
 inline testing::AssertionResult isFailure(const framework::Exception* failure, unsigned int code,
                                           const std::string& file, const std::string& function,
                                           const std::string& message, bool flag) {
@@ -37,7 +37,7 @@ inline testing::AssertionResult isFailure(const framework::Exception* failure, u
 
 } // namespace test
 
-/// What `statement` threw, as a `std::unique_ptr<framework::Exception>`; null when it threw nothing.
+/// The failure that `statement` threw, as a `std::unique_ptr<framework::Exception>`; null if it threw nothing.
 #define CATCH_FAILURE(statement) ::test::failureOf([&] { statement; })
 
 /// Expects that `statement` throws a failure with exactly these values.

@@ -1,7 +1,7 @@
 #pragma once
 
-// Replaces the allocation functions of the test program that includes it, for the libraries it loads as well. A program
-// may include it in one source only, and those that do not include it keep the platform's own functions.
+// Replaces the allocation functions in the test program that includes this header, and in the libraries it loads.
+// Include it in only one source of a program. Programs that do not include it use the platform's functions.
 
 #include <dlfcn.h>
 
@@ -10,7 +10,7 @@
 #include <cstdlib>
 #include <new>
 
-// A sanitizer allocates before it is ready to watch; what runs then must not be watched.
+// A sanitizer allocates before it is initialized, so these functions must not be instrumented.
 #define VXTEST_UNWATCHED __attribute__((no_sanitize("address", "undefined", "thread")))
 
 namespace test {
@@ -18,8 +18,8 @@ namespace test {
 namespace detail {
 
 struct AllocationState {
-    unsigned long count = 0;  // allocations of this thread since it began
-    unsigned long failAt = 0; // the count of the allocation that fails; 0 for none
+    unsigned long count = 0;  // allocations of this thread since its start
+    unsigned long failAt = 0; // the number of the allocation that fails; 0 if none does
     bool failAll = false;     // whether every later one fails as well
     unsigned long failures = 0;
 };
@@ -46,7 +46,7 @@ VXTEST_UNWATCHED inline void* countPiece(void* piece) {
 
 } // namespace detail
 
-/// How many allocations the calling thread has asked for since it began, failed ones included.
+/// The number of allocations of the calling thread since its start, including failed ones.
 inline unsigned long allocationCount() {
     return detail::allocationState.count;
 }
@@ -56,16 +56,17 @@ inline long outstandingAllocations() {
     return __atomic_load_n(&detail::outstandingPieces, __ATOMIC_RELAXED);
 }
 
+/// Selects the constructor that makes every allocation fail.
 enum FailAll { failAll };
 
-/// Makes allocations of the calling thread fail while it lives: `operator new` in all forms, `malloc`, `calloc`,
-/// `realloc` and the aligned ones. One at a time.
+/// Makes allocations of the calling thread fail while it exists: all forms of `operator new`, `malloc`, `calloc`,
+/// `realloc` and the aligned functions. One at a time.
 ///
 ///     test::FailingAllocation failing(1);
 ///     EXPECT_EQ(framework::Memory::StaticAlloc(8), nullptr);
 class FailingAllocation {
 public:
-    /// The `nth` allocation from now on fails, counted from 1; those before and behind it do not.
+    /// Makes only the `nth` allocation from now on fail, counted from 1.
     explicit FailingAllocation(unsigned long nth) {
         start(allocationCount() + nth, false);
     }
@@ -73,7 +74,7 @@ public:
     FailingAllocation(unsigned long nth, FailAll) {
         start(allocationCount() + nth, true);
     }
-    /// Every allocation fails.
+    /// Makes every allocation fail.
     explicit FailingAllocation(FailAll) {
         start(0, true);
     }
@@ -83,12 +84,12 @@ public:
         stop();
     }
 
-    /// Lets allocations succeed again, before the guard ends.
+    /// Makes allocations succeed again before the destructor runs.
     void stop() {
         detail::allocationState.failAt = 0;
         detail::allocationState.failAll = false;
     }
-    /// How many allocations this guard made fail.
+    /// The number of allocations that this object made fail.
     unsigned long failures() const {
         return detail::allocationState.failures;
     }
@@ -101,8 +102,8 @@ private:
     }
 };
 
-/// Runs `operation` again and again, with its first, second, ... allocation failing, until all of its allocations have
-/// failed once; `check` runs after each time with allocations that succeed. Returns how many failed.
+/// Runs `operation` repeatedly, with its first, second, ... allocation failing, until each of its allocations has
+/// failed once. After each failure, runs `check`, in which allocations succeed. Returns the number of failures.
 template<class Operation, class Check>
 unsigned long failEachAllocationOnce(Operation&& operation, Check&& check) {
     for (unsigned long nth = 1;; ++nth) {
@@ -115,6 +116,7 @@ unsigned long failEachAllocationOnce(Operation&& operation, Check&& check) {
     }
 }
 
+/// Does the same without a check.
 template<class Operation>
 unsigned long failEachAllocationOnce(Operation&& operation) {
     return failEachAllocationOnce(operation, [] {});
@@ -122,7 +124,7 @@ unsigned long failEachAllocationOnce(Operation&& operation) {
 
 } // namespace test
 
-// The platform's functions. A sanitizer has its own, and an `operator new` that does not come through `malloc`.
+// The platform's functions, or those of a sanitizer, whose `operator new` does not call `malloc`.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 #define VXTEST_PLATFORM(name) __interceptor_##name
 #else
@@ -136,8 +138,8 @@ unsigned long failEachAllocationOnce(Operation&& operation) {
 #define VXTEST_COUNTED(piece) test::detail::countPiece(piece)
 #endif
 
-// Optimised, these functions jump to the platform's, which then sees the true caller: what the dynamic linker holds is
-// no leak to a sanitizer.
+// With optimization, these functions jump to the platform's (tail calls). A leak detector then sees the real caller and
+// does not report the memory of the dynamic linker.
 #define VXTEST_IN_PLACE_OF_PLATFORM VXTEST_UNWATCHED __attribute__((optimize("O2")))
 
 extern "C" {
@@ -204,8 +206,7 @@ void free(void* piece) noexcept {
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 
-// The sanitizer's own operators do the work, so that it still sees a piece that is released in another way than it was
-// taken.
+// The sanitizer's own operators allocate, so that it still detects memory that is released by the wrong function.
 namespace test {
 namespace detail {
 

@@ -4,8 +4,8 @@
 
 namespace test {
 
-/// Runs `operation` with its `nth` allocation failing, counted from 1, and with no other: what the caller expects of it
-/// is put together outside.
+/// Runs `operation` with only its `nth` allocation failing, counted from 1. Allocations of the surrounding expectation
+/// succeed.
 ///
 ///     EXPECT_FAILURE(test::failNth(1, [&] { array.Append(9); }), 1230, "ut_Array", REALLOC, "");
 template<class Operation>

@@ -9,39 +9,39 @@
 
 namespace test {
 
-/// Gives the process German names of days and months for its life (LC_TIME); the former locale comes back at the end.
-/// One at a time, while no other thread uses the locale.
+/// Sets a locale with German names of days and months (LC_TIME) while it exists, and restores the previous locale on
+/// destruction. One at a time, and only while no other thread uses the locale.
 ///
-/// `localedef` (Debian: libc-bin, always there) compiles the locale from texts of this header into a temporary
+/// `localedef` (in Debian's essential package libc-bin) compiles the locale from texts in this header into a temporary
 /// directory, so neither root nor an installed locale is needed.
 ///
 ///     const test::GermanTimeLocale german;
 ///     if (!german.isSet())
-///         GTEST_SKIP() << "localedef made no locale";
+///         GTEST_SKIP() << "localedef did not create a locale";
 class GermanTimeLocale {
 public:
-    GermanTimeLocale() : m_former(std::setlocale(LC_TIME, nullptr)), m_isSet(false) {
+    GermanTimeLocale() : m_previous(std::setlocale(LC_TIME, nullptr)), m_isSet(false) {
         const std::string source = m_directory.write("source", timeCategory());
         const std::string charmap = m_directory.write("charmap", asciiCharmap());
-        // The other categories have no source, for which localedef warns and exits with 1.
+        // Ignore the result: localedef warns about the missing categories and exits with 1.
         const std::string command = "localedef -c --no-archive -f '" + charmap + "' -i '" + source + "' '" +
                                     m_directory.path(NAME) + "' >'" + m_directory.path("log") + "' 2>&1";
         static_cast<void>(std::system(command.c_str()));
 
         const char* path = std::getenv("LOCPATH");
         const bool wasSet = path != nullptr;
-        const std::string formerPath = wasSet ? path : "";
+        const std::string previousPath = wasSet ? path : "";
         setenv("LOCPATH", m_directory.path().c_str(), 1);
         m_isSet = std::setlocale(LC_TIME, NAME) != nullptr;
         if (wasSet)
-            setenv("LOCPATH", formerPath.c_str(), 1);
+            setenv("LOCPATH", previousPath.c_str(), 1);
         else
             unsetenv("LOCPATH");
     }
     GermanTimeLocale(const GermanTimeLocale&) = delete;
     GermanTimeLocale& operator=(const GermanTimeLocale&) = delete;
     ~GermanTimeLocale() {
-        std::setlocale(LC_TIME, m_former.c_str());
+        std::setlocale(LC_TIME, m_previous.c_str());
     }
 
     bool isSet() const {
@@ -49,7 +49,7 @@ public:
     }
 
 private:
-    // Not "german": that is an alias of de_DE.
+    // Not "german", which is an alias of de_DE.
     static constexpr const char* NAME = "test_german";
 
     static std::string timeCategory() {
@@ -78,7 +78,7 @@ private:
     }
 
     TemporaryDirectory m_directory;
-    std::string m_former;
+    std::string m_previous;
     bool m_isSet;
 };
 

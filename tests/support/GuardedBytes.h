@@ -7,7 +7,7 @@
 
 namespace test {
 
-/// A caller's array of `size` bytes between guard bytes on both sides, all of one fill.
+/// A caller's array of `size` bytes between guard bytes. The array and the guards are initialized with `FILL`.
 ///
 ///     test::GuardedBytes bytes(8);
 ///     in.ReceiveInputStream(bytes.array(), 8);

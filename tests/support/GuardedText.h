@@ -7,7 +7,7 @@
 
 namespace test {
 
-/// A caller's array of `size` bytes that shows what was written to it, and whether anything behind it was.
+/// A caller's array of `size` bytes, followed by guard bytes. Shows the text written, and whether the guard changed.
 ///
 ///     test::GuardedText text(16);
 ///     address.toBuffer(text.array(), text.size());
@@ -23,12 +23,12 @@ public:
     unsigned int size() const {
         return m_size;
     }
-    /// The text up to its terminator, or up to the first byte that was not written.
+    /// The text up to its NUL, or up to the first byte that was not written.
     std::string text() const {
         return std::string(m_bytes.begin(),
                            std::find_if(m_bytes.begin(), end(), [](char c) { return c == 0 || c == FILL; }));
     }
-    /// Whether a terminator ends the text.
+    /// Whether the text ends in a NUL.
     bool isTerminated() const {
         const std::size_t length = text().size();
         return length < m_size && m_bytes[length] == 0;

@@ -6,13 +6,13 @@
 
 namespace test {
 
-/// By how many bytes the heap has grown after `operation` ran a thousand times; what it leaks each time shows a
-/// thousandfold. Always 0 with a sanitizer, which reports leaks by itself.
+/// The growth of the heap in bytes while `operation` runs a thousand times, so each leaked byte counts a thousand
+/// times. Always 0 with a sanitizer, which reports leaks itself.
 ///
 ///     EXPECT_LT(test::heapGrowth([] { delete new int; }), 8000u);
 template<class Operation>
 std::size_t heapGrowth(Operation&& operation) {
-    // Fills the caches of freed pieces, which count as taken.
+    // Fill the allocator's caches first: cached pieces count as allocated.
     for (int i = 0; i < 20; ++i)
         operation();
     const std::size_t before = mallinfo2().uordblks;

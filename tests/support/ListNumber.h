@@ -4,7 +4,7 @@
 
 namespace test {
 
-/// A list element that equals every other one with the same value, and counts those alive.
+/// A list element that equals every other element with the same value. Counts the elements that exist.
 struct ListNumber : public utility::ListContainable {
     explicit ListNumber(int number) : value(number) {
         ++alive;

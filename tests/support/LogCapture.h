@@ -8,7 +8,7 @@
 
 namespace test {
 
-/// One logged message; `function` is empty and `line` 0 where the call named none.
+/// One logged message; `function` is empty and `line` is 0 if the call had none.
 struct LogEntry {
     framework::Logger::LogType type;
     std::string function;
@@ -16,9 +16,9 @@ struct LogEntry {
     std::string text;
 };
 
-/// Collects what is logged during its life, from every thread, instead of showing it.
+/// Collects the messages logged by all threads while it exists, instead of printing them.
 ///
-/// One at a time. Collecting takes nothing from the heap, so that allocations can be counted or made to fail meanwhile.
+/// One at a time. Collecting does not use the heap, so a test can count allocations or make them fail.
 ///
 ///     test::LogCapture log;
 ///     framework::Logger::StaticLog(framework::Logger::LOG_ERROR, "%d ports", 4);
@@ -34,12 +34,14 @@ public:
     std::vector<LogEntry> entries() const;
     /// The texts alone, oldest first.
     std::vector<std::string> texts() const;
+    /// The number of messages so far.
     unsigned int count() const;
+    /// Discards the messages so far.
     void clear();
 
-    /// Whether a message with just this text was logged.
+    /// Whether a message with exactly this text was logged.
     bool contains(framework::Logger::LogType type, const std::string& text) const;
-    /// Whether a message with just this signature text and text was logged, with the line of its caller.
+    /// Whether a message with exactly this signature text and text was logged, with a line above 0.
     bool contains(framework::Logger::LogType type, const std::string& function, const std::string& text) const;
 
 private:

@@ -25,7 +25,7 @@ inline std::vector<int> descriptorsOf(const std::string& path) {
     return descriptors;
 }
 
-/// Whether a program that this process becomes would not have the descriptor.
+/// Whether the descriptor has close-on-exec set.
 inline bool isClosedOnExec(int fd) {
     const int flags = fcntl(fd, F_GETFD);
     return flags >= 0 && (flags & FD_CLOEXEC) != 0;
@@ -41,7 +41,7 @@ inline void closeStandardStreams() {
         close(fd);
 }
 
-/// Whether nothing is open under the numbers 0 to 2.
+/// Whether the descriptors 0 to 2 are closed.
 inline bool areStandardStreamsClosed() {
     return !isOpenDescriptor(STDIN_FILENO) && !isOpenDescriptor(STDOUT_FILENO) && !isOpenDescriptor(STDERR_FILENO);
 }

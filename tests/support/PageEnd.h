@@ -11,14 +11,13 @@
 
 namespace test {
 
-/// Storage that ends where an inaccessible page begins: reading past the last byte of a text placed there ends the
-/// process.
+/// Storage directly before an inaccessible page: reading past the last byte of a text placed there crashes the process.
 ///
 ///     const test::PageEnd storage(4096);
 ///     Misc::isStringPrintableUtf8(storage.place("0123456789"), 10, "", "");
 class PageEnd {
 public:
-    /// For texts of up to `capacity` bytes.
+    /// Storage for texts of up to `capacity` bytes.
     explicit PageEnd(std::size_t capacity) {
         const std::size_t page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
         m_capacity = (capacity + page - 1) / page * page;
@@ -36,7 +35,7 @@ public:
         munmap(m_mapping, m_mapped);
     }
 
-    /// Copies the bytes, without a terminator, to the end of the storage, over those that were placed before.
+    /// Copies the bytes, without a terminating NUL, to the end of the storage, and overwrites earlier texts.
     char* place(const std::string& bytes) const {
         if (bytes.size() > m_capacity)
             throw std::length_error("more bytes than the storage was made for");

@@ -10,12 +10,12 @@
 
 namespace test {
 
-/// A pointer with this number, to be a key or a value.
+/// A pointer with this numeric value, for use as a key or value.
 inline void* pointer(std::uintptr_t number) {
     return reinterpret_cast<void*>(number);
 }
 
-/// What a map answers for an absent key.
+/// What a map returns for an absent key.
 inline void* absent() {
     return reinterpret_cast<void*>(std::intptr_t{-1});
 }
@@ -32,8 +32,9 @@ PointerEntries entriesOf(MapType& map) {
     return entries;
 }
 
-/// Drives a map and a `std::map` with the same random operations and expects the same answers: among them that deleting
-/// an absent key is true unless a greater key is in its bucket, and that deleting all leaves the count.
+/// Applies the same random operations to a map and a `std::map`, and expects equal results. Callers rely on two special
+/// ones: deleting an absent key returns true unless its bucket contains a greater key, and deleting all entries does
+/// not change the count.
 template<class MapType>
 class PointerMapModel {
 public:
@@ -52,7 +53,7 @@ public:
     }
 
 private:
-    // Keys in the order in which a map shows them: by bucket, then by number.
+    // The order in which a map iterates over its keys: by bucket, then by number.
     typedef std::pair<std::uintptr_t, std::uintptr_t> Place;
 
     std::uintptr_t someNumber() {
@@ -97,8 +98,8 @@ private:
     }
 
     void remove(const Place& place) {
-        const auto behind = m_model.upper_bound(place);
-        const bool greaterInBucket = behind != m_model.end() && behind->first.first == place.first;
+        const auto next = m_model.upper_bound(place);
+        const bool greaterInBucket = next != m_model.end() && next->first.first == place.first;
         const bool present = m_model.erase(place) > 0;
         EXPECT_EQ(m_map.Delete(pointer(place.second)), present || !greaterInBucket);
         m_count -= present ? 1 : 0;
@@ -107,9 +108,9 @@ private:
     void next(const Place& place) {
         void* value = this;
         void* key = m_map.Next(pointer(place.second), value);
-        const auto behind = m_model.count(place) > 0 ? m_model.upper_bound(place) : m_model.end();
-        EXPECT_EQ(key, behind == m_model.end() ? absent() : pointer(behind->first.second));
-        EXPECT_EQ(value, behind == m_model.end() ? this : behind->second);
+        const auto next = m_model.count(place) > 0 ? m_model.upper_bound(place) : m_model.end();
+        EXPECT_EQ(key, next == m_model.end() ? absent() : pointer(next->first.second));
+        EXPECT_EQ(value, next == m_model.end() ? this : next->second);
     }
 
     void clear() {

@@ -18,12 +18,13 @@
 
 namespace test {
 
-/// Keeps the machine's own files out of reach of this test program and of every process that it starts, so that a
-/// library that ignores the root folder of a test cannot replace the machine's password file.
+/// Prevents this test program and the processes it starts from writing the machine's own files, so that a library that
+/// ignores the root folder of a test cannot replace the machine's password file.
 ///
-/// As an ordinary user the program already cannot write them. As root it enters a mount namespace in which all is
-/// read-only except temporary files and the build folder; where that is not allowed, it becomes an ordinary user. Where
-/// it cannot do that either, every test of the program is skipped with the reason.
+/// - An ordinary user cannot write these files.
+/// - As root, the program enters a mount namespace in which everything is read-only except temporary files and the
+///   build folder. If that is not permitted, it drops root privileges.
+/// - If neither is possible, every test of the program is skipped with the reason.
 ///
 ///     const testing::Environment* const machine = test::protectMachine();
 class ProtectedMachine : public testing::Environment {
@@ -32,16 +33,16 @@ public:
         if (isOutOfReach() || (enterNamespace() && isOutOfReach()) || (becomeNobody() && isOutOfReach()))
             return;
         skip();
-        // What ctest recognizes a skipped test by; GoogleTest writes it for single tests only.
+        // ctest recognizes a skipped test by this text, which GoogleTest prints only for single tests.
         std::printf("[  SKIPPED ] all tests\n");
     }
 
-    /// Whether this process cannot write the machine's password file, nor replace it.
+    /// Whether this process can neither write nor replace the machine's password file.
     static bool isOutOfReach() {
         return access("/etc/passwd", W_OK) != 0 && access("/etc", W_OK) != 0 && access("/", W_OK) != 0;
     }
 
-    /// Enters a mount namespace with a read-only view of the machine. False if that is not allowed.
+    /// Enters a mount namespace with a read-only view of the machine. Returns false if that is not permitted.
     static bool enterNamespace() {
         const std::filesystem::path here = std::filesystem::current_path();
         const std::vector<std::string> writable = {std::filesystem::canonical(std::filesystem::temp_directory_path()),
@@ -52,27 +53,27 @@ public:
         for (const std::string& folder : writable)
             if (mount(folder.c_str(), folder.c_str(), nullptr, MS_BIND | MS_REC, nullptr) != 0)
                 return false;
-        // A mount that cannot be changed, such as one that a later mount hides, stays as it is: isOutOfReach decides.
+        // Ignore a mount that cannot be changed, such as one hidden by a later mount: isOutOfReach decides.
         for (const Mount& mounted : mounts)
             if (!isBelow(mounted.folder, "/proc") && !isBelow(mounted.folder, "/dev") &&
                 !isBelow(mounted.folder, writable[0]) && !isBelow(mounted.folder, writable[1]))
                 mount(nullptr, mounted.folder.c_str(), nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY | mounted.flags,
                       nullptr);
-        // The working directory is still the one below the new mounts.
+        // The working directory still refers to the old mount: enter it again.
         return chdir(here.c_str()) == 0;
     }
 
-    /// Gives up the rights of root for good. False if that is not allowed or leaves this program unreachable.
+    /// Drops root privileges permanently. Returns false if that is not permitted or makes this program inaccessible.
     static bool becomeNobody() {
         const unsigned int nobody = 65534;
         const std::string file = program();
-        // A process that changed its user may not look at its own descriptors in /proc unless it may be dumped.
+        // After a change of user, a process can read its descriptors in /proc only if it is dumpable.
         return setgroups(0, nullptr) == 0 && setgid(nobody) == 0 && setuid(nobody) == 0 &&
                prctl(PR_SET_DUMPABLE, 1, 0, 0, 0) == 0 && access(file.c_str(), X_OK) == 0;
     }
 
 private:
-    /// This program, in the folder "tests" of the build folder.
+    /// The path of this program, in the folder "tests" of the build folder.
     static std::filesystem::path program() {
         return std::filesystem::canonical("/proc/self/exe");
     }
@@ -83,7 +84,7 @@ private:
 
     struct Mount {
         std::string folder;
-        unsigned long flags; // what a remount must not take away
+        unsigned long flags; // flags that a remount must keep
     };
 
     static std::vector<Mount> currentMounts() {
@@ -107,7 +108,8 @@ private:
     }
 };
 
-/// For a variable of namespace scope in each test program that works under a root folder.
+/// Registers the protection. Each test program that uses a root folder initializes a namespace-scope variable with the
+/// result.
 inline const testing::Environment* protectMachine() {
     return testing::AddGlobalTestEnvironment(new ProtectedMachine);
 }

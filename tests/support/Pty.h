@@ -23,24 +23,24 @@
 
 namespace test {
 
-/// A program in a terminal of its own, started, stopped and continued by a small shell, and typed at by the test.
+/// A program in its own pseudo-terminal. The test types to it; a small shell starts, stops and continues it.
 ///
-/// The shell owns the terminal's session, as a user's shell does, and lives as long as the object. What takes longer
-/// than a generous bound throws `std::runtime_error`.
+/// The shell is the session leader of the terminal, as a user's shell is, and exists as long as this object. An
+/// operation that takes longer than 60 seconds throws `std::runtime_error`.
 ///
 ///     test::Pty terminal({"/bin/cat"});
 ///     terminal.type("ports\n");
 ///     terminal.expect("ports");
 class Pty {
 public:
-    /// How the program ended or stopped; what does not apply is -1 or 0.
+    /// How the program ended or stopped; values that do not apply are -1 (`status`) or 0.
     struct Change {
-        int status;    ///< exit status
-        int signal;    ///< that ended it
-        int stoppedBy; ///< signal
+        int status;    ///< the exit status
+        int signal;    ///< the signal that ended it
+        int stoppedBy; ///< the signal that stopped it
     };
 
-    /// Starts `command` in a terminal of `columns` by `rows`; `prepare` runs in its process before.
+    /// Starts `command` in a terminal of `columns` by `rows`. `prepare` runs in its process first.
     explicit Pty(const std::vector<std::string>& command, int columns = 80, int rows = 25,
                  const std::function<void()>& prepare = {}) {
         const winsize size = sizeOf(columns, rows);
@@ -51,7 +51,7 @@ public:
             throw std::runtime_error("cannot open a pseudo-terminal");
         fcntl(m_master, F_SETFD, FD_CLOEXEC);
         m_control = shellEnd[0];
-        tcgetattr(m_master, &m_formerMode);
+        tcgetattr(m_master, &m_initialMode);
         m_shell = fork();
         if (m_shell == 0) {
             close(m_master);
@@ -74,15 +74,16 @@ public:
         }
     }
 
-    /// The program's process; it leads a process group of its own.
+    /// The process ID of the program, which is the leader of its own process group.
     pid_t program() const {
         return m_program;
     }
 
+    /// Sends `keys` to the program.
     void type(const std::string& keys) {
         std::size_t sent = 0;
         while (sent < keys.size()) {
-            // A terminal takes no more when its program does not read; its echo must not fill up meanwhile either.
+            // Read the echo while typing, so that the output of the terminal does not fill up and block the program.
             readOutput(0);
             pollfd request = {m_master, POLLOUT, 0};
             if (poll(&request, 1, boundMilliseconds) != 1)
@@ -95,7 +96,7 @@ public:
         }
     }
 
-    /// Waits for `text` and returns what was shown since the last wait, up to and with it.
+    /// Waits for `text` and returns the output since the last wait, up to and including `text`.
     std::string expect(const std::string& text) {
         const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(boundMilliseconds);
         for (;;) {
@@ -125,39 +126,39 @@ public:
             throw std::runtime_error("the shell is gone");
     }
 
-    /// What was shown since the last wait.
+    /// The output since the last wait.
     const std::string& pending() const {
         return m_pending;
     }
-    /// How many bytes were shown since the start.
+    /// The number of bytes of output since the start.
     std::size_t shown() const {
         return m_shown;
     }
 
-    /// Changes the window's size, which tells the program.
+    /// Changes the window size, which sends the program SIGWINCH.
     void resize(int columns, int rows) {
         const winsize size = sizeOf(columns, rows);
         ioctl(m_master, TIOCSWINSZ, &size);
     }
-    /// The terminal goes away.
+    /// Closes the terminal, which sends the program SIGHUP.
     void hangUp() {
         if (m_master >= 0)
             close(m_master);
         m_master = -1;
     }
 
-    /// Whether the terminal's mode is in every part what it was before the program began.
+    /// Whether the terminal has the same mode as before the program started.
     bool isInFormerMode() const {
         const termios mode = currentMode();
-        return mode.c_lflag == m_formerMode.c_lflag && mode.c_iflag == m_formerMode.c_iflag &&
-               mode.c_oflag == m_formerMode.c_oflag && mode.c_cflag == m_formerMode.c_cflag &&
-               std::memcmp(mode.c_cc, m_formerMode.c_cc, sizeof mode.c_cc) == 0;
+        return mode.c_lflag == m_initialMode.c_lflag && mode.c_iflag == m_initialMode.c_iflag &&
+               mode.c_oflag == m_initialMode.c_oflag && mode.c_cflag == m_initialMode.c_cflag &&
+               std::memcmp(mode.c_cc, m_initialMode.c_cc, sizeof mode.c_cc) == 0;
     }
-    /// Whether keys reach the program one by one and unseen.
+    /// Whether the terminal is in non-canonical mode without echo.
     bool isInKeyMode() const {
         return (currentMode().c_lflag & (ICANON | ECHO)) == 0;
     }
-    /// Waits for the key mode, or for the former mode.
+    /// Waits for the key mode if `keyMode`, otherwise for the initial mode. Returns false after the time limit.
     bool becomes(bool keyMode) const {
         for (int i = 0; i < boundMilliseconds / 5; ++i) {
             if (keyMode ? isInKeyMode() : isInFormerMode())
@@ -183,13 +184,14 @@ private:
         return mode;
     }
 
-    /// Takes in what there is, waiting for it; false when nothing came.
+    /// Reads the available output, after waiting for at most `milliseconds`. Returns false if there was none and
+    /// `milliseconds` is 0, or at the end.
     bool readOutput(int milliseconds) {
         pollfd request = {m_master, POLLIN, 0};
         char piece[65536];
         if (m_master < 0)
             return false;
-        // A pause is no failure: only the bound of the caller is.
+        // A pause is not a failure: the caller has the time limit.
         const int ready = poll(&request, 1, milliseconds);
         if (ready <= 0)
             return milliseconds > 0;
@@ -201,7 +203,7 @@ private:
         return true;
     }
 
-    /// Takes a message of the shell, reading the terminal meanwhile so that nobody waits to show something.
+    /// Receives a message of the shell, and reads the terminal while waiting, so that the program does not block.
     bool receive(void* message, std::size_t size) {
         const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(boundMilliseconds);
         while (std::chrono::steady_clock::now() < end) {
@@ -267,7 +269,7 @@ private:
     int m_control = -1;
     pid_t m_shell = -1;
     pid_t m_program = -1;
-    termios m_formerMode = {};
+    termios m_initialMode = {};
     std::string m_pending;
     std::size_t m_shown = 0;
 };

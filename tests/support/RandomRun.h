@@ -8,8 +8,8 @@
 
 namespace test {
 
-/// Random choices for one test; every failure during its life shows the seed. The environment variable VXUT_TEST_SEED
-/// repeats a run.
+/// Random choices for one test. Every failure while it exists shows the seed; set the environment variable
+/// VXUT_TEST_SEED to that seed to repeat the run.
 ///
 ///     test::RandomRun random;
 ///     while (random.steps(100000)) array.Append(random.below(10));
@@ -19,7 +19,7 @@ public:
     RandomRun(const RandomRun&) = delete;
     RandomRun& operator=(const RandomRun&) = delete;
 
-    /// True `count` times, but no more once the test has failed.
+    /// Returns true `count` times, but false as soon as the test has failed.
     bool steps(int count) {
         return m_step++ < count && !testing::Test::HasFailure();
     }

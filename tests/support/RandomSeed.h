@@ -6,7 +6,7 @@
 
 namespace test {
 
-/// The seed of a random run: another one each time, or the number in the environment variable VXUT_TEST_SEED.
+/// The seed of a random run: the number in the environment variable VXUT_TEST_SEED, or else a random one.
 ///
 ///     const unsigned int seed = test::randomSeed();
 ///     SCOPED_TRACE(test::repeatWith(seed));
@@ -15,7 +15,7 @@ inline unsigned int randomSeed() {
     return given ? static_cast<unsigned int>(std::strtoul(given, nullptr, 10)) : std::random_device()();
 }
 
-/// What to type to have the same run again.
+/// The environment setting that repeats the run.
 inline std::string repeatWith(unsigned int seed) {
     return "VXUT_TEST_SEED=" + std::to_string(seed);
 }

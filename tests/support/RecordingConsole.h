@@ -8,10 +8,10 @@
 
 namespace test {
 
-/// A console that keeps what is shown on it and everything else that is asked of it, in `screen().calls`, and answers
-/// prompts with the keys it was given, then with blanks.
+/// A console that records its output and every other call in `screen().calls`. Answers prompts with the given keys, and
+/// with blanks after the last key.
 ///
-///     test::RecordingConsole console("  q");   // two pages more, then the end
+///     test::RecordingConsole console("  q");   // shows two more pages, then quits
 class RecordingConsole : public framework::Console {
 public:
     explicit RecordingConsole(const std::string& keys = "") : m_keys(keys) {}

@@ -8,7 +8,7 @@
 
 namespace test {
 
-/// A target that keeps what it is sent and everything else that is asked of it, and behaves as it is told.
+/// A target that records the data it is sent and every other call, with configurable results and states.
 ///
 ///     test::RecordingOutput target;
 ///     target.refusals = 1;   // the next send is refused
@@ -17,14 +17,14 @@ public:
     bool open = true;
     bool error = false;
     bool atEnd = false;
-    bool starts = true;              ///< the answer to a start
-    int refusals = 0;                ///< how many sends from now on are refused
-    std::function<void()> afterSend; ///< runs behind every send
+    bool starts = true;              ///< the result of a start
+    int refusals = 0;                ///< the number of sends to refuse from now on
+    std::function<void()> afterSend; ///< runs after every send
 
     /// The starts, ends, flushes and sends, oldest first; a send is "send:" and its data, or "refused:" and its data.
     std::vector<std::string> calls;
 
-    /// All that was taken.
+    /// The data accepted so far.
     std::string text() const {
         std::string all;
         for (const std::string& call : calls) {

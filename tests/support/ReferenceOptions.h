@@ -9,7 +9,7 @@
 
 namespace test {
 
-/// Options in the plainest form: at most eight keys, each with or without a value.
+/// A simple model of options: at most eight keys, each with or without a value.
 ///
 ///     test::ReferenceOptions expected;
 ///     expected.addText("a=1,2&b");

@@ -6,7 +6,7 @@
 
 namespace test {
 
-/// A path in its three parts, as a reader of the rules would split it.
+/// A simple model of a path, divided into its three parts.
 ///
 ///     test::ReferencePath expected("a/b..c");
 ///     EXPECT_EQ(expected.extension, ".c");
@@ -29,7 +29,7 @@ struct ReferencePath {
     std::string fullFile() const {
         return file + (extension.empty() ? "" : "." + extension);
     }
-    /// The components of the directory, of which empty ones stand between doubled slashes.
+    /// The components of the directory; there is an empty one between two consecutive slashes.
     std::vector<std::string> components() const {
         std::vector<std::string> components;
         std::string component;
@@ -45,7 +45,7 @@ struct ReferencePath {
     }
 };
 
-/// A path without ".", empty components, and ".." together with the component before it.
+/// The path without ".", without empty components, and without each ".." and the component before it.
 struct ReferenceNormalPath {
     std::string value;
     bool valid = true;

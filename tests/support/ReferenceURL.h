@@ -9,7 +9,7 @@
 
 namespace test {
 
-/// Scheme, authority, path and query, as a reader of the rules would find them.
+/// A simple model of a URL: scheme, authority, path and query.
 ///
 ///     const test::ReferenceURL expected = test::referenceURL("a://b%20c/d");
 ///     EXPECT_EQ(expected.authority, "b c");
@@ -22,7 +22,7 @@ struct ReferenceURL {
     bool operator==(const ReferenceURL& other) const {
         return scheme == other.scheme && authority == other.authority && path == other.path && query == other.query;
     }
-    /// What `GetValue` composes; nothing for a null.
+    /// The expected result of `GetValue`; a missing part is empty.
     std::optional<std::string> value() const {
         if (scheme.value_or("") + authority.value_or("") + path.value_or("") + query.value_or("") == "")
             return std::nullopt;
@@ -36,14 +36,14 @@ inline void PrintTo(const ReferenceURL& url, std::ostream* out) {
         *out << (part ? "'" + *part + "' " : "none ");
 }
 
-/// The value of a hexadecimal digit, 255 for any other character.
+/// The value of a hexadecimal digit; 255 for any other character.
 inline int referenceDigit(char c) {
     const char* const digits = "0123456789abcdef0123456789ABCDEF";
     const char* const found = c ? std::strchr(digits, c) : nullptr;
     return found ? static_cast<int>((found - digits) % 16) : 255;
 }
 
-/// The text as decoding leaves it, up to a NUL.
+/// The decoded text up to its first NUL.
 inline std::string referenceDecoded(const std::string& text) {
     std::string decoded;
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -63,7 +63,7 @@ inline std::optional<std::string> referencePart(const std::string& text) {
     return text.empty() ? std::nullopt : std::optional<std::string>(referenceDecoded(text));
 }
 
-/// The parts of `text`, where `before` is what the URL held.
+/// The parts of `text`; `before` is the previous content of the URL.
 inline ReferenceURL referenceURL(const std::string& text, ReferenceURL before = {}) {
     const std::string letters = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ";
     std::size_t at = text.find_first_not_of(letters + "+-.0123456789");

@@ -6,7 +6,7 @@
 
 namespace test {
 
-/// What `utility::Misc::isStringPrintableUtf8` has to answer and to log, found byte by byte. Reads all `len` bytes.
+/// The expected result and log of `utility::Misc::isStringPrintableUtf8`, computed byte by byte from all `len` bytes.
 struct Utf8Verdict {
     bool printable;
     std::string log; ///< empty when printable

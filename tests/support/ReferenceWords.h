@@ -6,7 +6,7 @@
 
 namespace test {
 
-/// The words of texts as a reader of the rules would cut them.
+/// A simple model of how texts are split into words.
 ///
 ///     test::ReferenceWords expected;
 ///     expected.add("a \"b c");
@@ -30,7 +30,7 @@ struct ReferenceWords {
             at = quoted ? end + 1 : end;
         }
     }
-    /// The words from `first` on as one text.
+    /// The words from index `first` on, joined to one text.
     std::string text(std::size_t first = 0) const {
         std::string text;
         for (std::size_t i = first; i < words.size(); ++i) {

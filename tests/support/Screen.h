@@ -5,10 +5,10 @@
 
 namespace test {
 
-/// What a person sees of the output of a program: the lines of a terminal that wraps.
+/// The visible lines of a terminal that wraps long lines.
 ///
-/// It knows carriage return, newline, backspace, and of the escape sequences "up" and "clear to the end". Columns are
-/// bytes.
+/// Interprets carriage return, newline, backspace, and the escape sequences "cursor up" and "erase to the end of the
+/// display". A byte is one column.
 ///
 ///     test::Screen screen(20);
 ///     screen.show("one\rtwo");
@@ -28,7 +28,7 @@ public:
         }
     }
 
-    /// The lines so far, without the blanks at their ends.
+    /// The lines so far, without trailing blanks.
     std::vector<std::string> lines() const {
         std::vector<std::string> trimmed;
         for (const std::string& line : m_lines)
@@ -54,7 +54,7 @@ private:
         } else if (c == '\b') {
             m_column -= m_column > 0 ? 1 : 0;
         } else {
-            // The cursor stays behind a full line until something more is shown.
+            // The cursor stays after a full line until the next character.
             if (m_column == m_columns) {
                 m_column = 0;
                 goDown();

@@ -10,7 +10,7 @@
 
 namespace test {
 
-/// A source that gives what it was told to, piece by piece, and keeps what it was asked.
+/// A source that returns prepared data and results in order, and records the calls.
 ///
 ///     test::ScriptedInput source;
 ///     source.give("ports").answer(0).give("4");
@@ -18,21 +18,21 @@ class ScriptedInput : public framework::InputStream {
 public:
     bool open = true;
     bool error = false;
-    bool endsByItself = true;           ///< it is at its end when nothing is left to give
-    bool atEnd = false;                 ///< it is at its end in any case
-    bool starts = true;                 ///< the answer to a start
-    std::function<void()> afterReceive; ///< runs behind every receive
+    bool endsByItself = true;           ///< whether it is at its end after the last step
+    bool atEnd = false;                 ///< whether it is at its end in any case
+    bool starts = true;                 ///< the result of a start
+    std::function<void()> afterReceive; ///< runs after every receive
 
-    std::vector<unsigned int> asked; ///< the sizes that were asked for
+    std::vector<unsigned int> asked; ///< the sizes requested
     int startCount = 0;
     int endCount = 0;
 
-    /// Data to give: all at once where there is room, else in pieces.
+    /// Adds data: returned in one receive if it fits, otherwise in pieces.
     ScriptedInput& give(const std::string& data) {
         m_steps.push_back({data, static_cast<int>(data.size())});
         return *this;
     }
-    /// A bare answer: 0 for nothing, negative for an error.
+    /// Adds a result without data: 0 for no bytes, negative for a failure.
     ScriptedInput& answer(int result) {
         m_steps.push_back({"", result});
         return *this;

@@ -13,7 +13,7 @@
 
 namespace test {
 
-/// A shared object, loaded for its life, that defines a single function symbol of any name and holds no code.
+/// A shared object that defines a single function symbol of any name, without code. It is loaded while this exists.
 ///
 ///     test::SymbolObject object("_Z4testv");
 ///     utility::Debug::SymbolName(object.address(), text, sizeof text);   // "test()"
@@ -37,7 +37,7 @@ public:
     std::string path() const {
         return m_directory.path("object.so");
     }
-    /// Where the symbol starts; it is 64 bytes long.
+    /// The address of the symbol, which is 64 bytes long.
     void* address() const {
         return m_address;
     }
@@ -74,11 +74,11 @@ private:
         return result;
     }
 
-    // The machine and its variant are those of the library that is running.
+    // Copies the machine and its flags from the C library of this process.
     static Header runningHeader() {
         Dl_info info = {};
         if (dladdr(reinterpret_cast<void*>(&dlopen), &info) == 0)
-            throw std::runtime_error("no object holds dlopen");
+            throw std::runtime_error("cannot find the object of dlopen");
         Header header;
         std::memcpy(&header, info.dli_fbase, sizeof header);
         return header;
@@ -109,7 +109,7 @@ private:
         tables.symbols[1].st_value = offsetof(Tables, function);
         tables.symbols[1].st_size = sizeof tables.function;
 
-        // One bucket that leads to the one symbol, which ends its chain.
+        // One bucket with a chain of one symbol.
         const ElfW(Word) hash[] = {1, 2, 1, 0, 0};
         std::memcpy(tables.hash, hash, sizeof hash);
 

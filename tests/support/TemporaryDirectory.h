@@ -10,7 +10,7 @@
 
 namespace test {
 
-/// A directory of its own under TMPDIR, removed at the end with all that is in it.
+/// Creates a new directory under TMPDIR, and removes it with its content on destruction.
 ///
 ///     test::TemporaryDirectory directory;
 ///     directory.write("passwd", "root:x:0:0::/root:/bin/sh\n");
@@ -19,7 +19,7 @@ class TemporaryDirectory {
 public:
     TemporaryDirectory() : m_path((std::filesystem::temp_directory_path() / "vxut.XXXXXX").string()) {
         if (!mkdtemp(m_path.data()))
-            throw std::runtime_error("cannot make " + m_path);
+            throw std::runtime_error("cannot create " + m_path);
     }
     TemporaryDirectory(const TemporaryDirectory&) = delete;
     TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
@@ -32,7 +32,7 @@ public:
         }
     }
 
-    /// The directory's own path, without a slash at its end.
+    /// The path of the directory, without a trailing slash.
     const std::string& path() const {
         return m_path;
     }
@@ -41,7 +41,7 @@ public:
         return m_path + "/" + name;
     }
 
-    /// Makes or replaces a file and returns its path.
+    /// Creates or replaces a file and returns its path.
     std::string write(const std::string& name, const std::string& content) const {
         std::ofstream file(path(name), std::ios::binary | std::ios::trunc);
         if (!file.write(content.data(), static_cast<std::streamsize>(content.size())).flush())
@@ -60,7 +60,7 @@ public:
     }
 
 private:
-    // A test that took away the permissions of a directory would otherwise leave it behind.
+    // Otherwise a directory without write permission could not be removed.
     void makeDirectoriesWritable() const {
         std::error_code error;
         std::filesystem::permissions(m_path, std::filesystem::perms::owner_all, error);

@@ -1,7 +1,7 @@
 #pragma once
 
-// Replaces the mutex and condition functions of the test program that includes it, for the libraries it loads as well.
-// A program may include it in one source only.
+// Replaces the mutex and condition functions in the test program that includes this header, and in the libraries it
+// loads. Include it in only one source of a program.
 
 #include <dlfcn.h>
 #include <pthread.h>
@@ -31,8 +31,8 @@ enum ThreadCall {
     THREAD_CALLS
 };
 
-/// Watches what the calling thread does, while this lives, with the mutexes and conditions inside one object: keeps the
-/// calls, answers one of them in the platform's place, or runs something before one. One at a time in each thread.
+/// Intercepts the calling thread's calls for the mutexes and conditions inside one object, while it exists. Records the
+/// calls, replaces the result of a call, or runs an action before a call. One at a time in each thread.
 ///
 ///     test::ThreadCalls calls(&waiter, sizeof waiter);
 ///     calls.answerNext(test::MUTEX_LOCK, EINVAL);
@@ -49,7 +49,7 @@ public:
         watcher() = nullptr;
     }
 
-    /// The next such call gives `result` and does nothing.
+    /// Makes the next such call return `result` without calling the platform's function.
     void answerNext(ThreadCall call, int result) {
         m_steps[call].answered = true;
         m_steps[call].result = result;
@@ -58,15 +58,16 @@ public:
     void beforeNext(ThreadCall call, std::function<void()> action) {
         m_steps[call].before = std::move(action);
     }
+    /// The calls so far, in order.
     const std::vector<ThreadCall>& calls() const {
         return m_calls;
     }
-    /// The time-out of the last timed wait.
+    /// The deadline of the last timed wait.
     timespec deadline() const {
         return m_deadline;
     }
 
-    /// For the functions below: whether the call is answered with `result`.
+    /// For the functions below: records the call. Returns whether it must return `*result` at once.
     static bool isAnswered(ThreadCall call, const void* object, const timespec* deadline, int* result) {
         ThreadCalls* const watching = watcher();
         const auto address = reinterpret_cast<std::uintptr_t>(object);
@@ -110,7 +111,7 @@ private:
 
 namespace detail {
 
-/// The platform's function, or the sanitizer's; found once.
+/// The platform's function, or the sanitizer's; looked up once and stored in `*found`.
 template<class Function>
 __attribute__((no_sanitize("thread"))) Function* platformThreadCall(void** found, const char* name) {
     void* function = __atomic_load_n(found, __ATOMIC_ACQUIRE);
@@ -131,7 +132,7 @@ __attribute__((no_sanitize("thread"))) Function* platformThreadCall(void** found
     static void* found = nullptr;                                                                                      \
     return ::test::detail::platformThreadCall<decltype(name)>(&found, #name) arguments
 
-// A sanitizer is not ready yet when the first of these calls comes.
+// The first of these calls comes before a sanitizer is initialized.
 #define VXTEST_EXPORTED __attribute__((visibility("default"), no_sanitize("thread")))
 
 extern "C" {

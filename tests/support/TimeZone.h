@@ -6,18 +6,18 @@
 
 namespace test {
 
-/// Sets the local time zone for its life; the former one comes back at the end. One at a time.
+/// Sets the local time zone while it exists, and restores the previous one on destruction. One at a time.
 ///
-/// A zone given by its rules needs no zone files on the machine:
+/// A zone given as POSIX rules does not require zone files on the machine:
 ///
 ///     test::TimeZone zone("CET-1CEST,M3.5.0,M10.5.0/3");
 class TimeZone {
 public:
     explicit TimeZone(const char* zone) {
-        const char* former = std::getenv("TZ");
-        m_wasSet = former != nullptr;
+        const char* previous = std::getenv("TZ");
+        m_wasSet = previous != nullptr;
         if (m_wasSet)
-            m_former = former;
+            m_previous = previous;
         setenv("TZ", zone, 1);
         tzset();
     }
@@ -25,7 +25,7 @@ public:
     TimeZone& operator=(const TimeZone&) = delete;
     ~TimeZone() {
         if (m_wasSet)
-            setenv("TZ", m_former.c_str(), 1);
+            setenv("TZ", m_previous.c_str(), 1);
         else
             unsetenv("TZ");
         tzset();
@@ -33,7 +33,7 @@ public:
 
 private:
     bool m_wasSet;
-    std::string m_former;
+    std::string m_previous;
 };
 
 } // namespace test

@@ -7,8 +7,8 @@
 
 namespace test {
 
-/// What was logged, oldest first, as "<type> <signature text>: <text>"; a message that names a function but no line
-/// says so, and equals no expected one.
+/// The messages logged, oldest first, as "<type> <signature text>: <text>". A message with a function but without a
+/// line contains " (no line)", so that it differs from every expected text.
 ///
 ///     EXPECT_EQ(test::traceLines(log), (std::vector<std::string>{"3 void utility::IntArray::Append(int): ..."}));
 inline std::vector<std::string> traceLines(const LogCapture& log) {

@@ -5,8 +5,8 @@
 
 namespace test {
 
-/// The place of a virtual operation in its class's table, counted from 0, as callers built elsewhere rely on it; -1 for
-/// an operation that is not virtual.
+/// The index of a virtual operation in the virtual table of its class, from 0; -1 if the operation is not virtual.
+/// Callers compiled earlier rely on these indices.
 ///
 ///     EXPECT_EQ(test::virtualSlot(&utility::PortAddress::clone), 0);
 template<class Operation>

@@ -4,7 +4,7 @@
 extern "C" {
 #endif
 
-/// What a C program sees of the debug switches.
+/// The state of the debug switches as a C program reads it.
 struct SwitchesFromC {
     int isOn;
     int isCapiTraceOn;
@@ -12,7 +12,7 @@ struct SwitchesFromC {
     int printEnable;
 };
 
-/// Asks for switch `n` and all else there is to ask for.
+/// Reads switch `n` and the other states.
 struct SwitchesFromC switches_from_c(unsigned int n);
 
 /// Sets `DebugPrintEnable`.
