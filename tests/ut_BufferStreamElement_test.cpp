@@ -26,7 +26,7 @@ Chain chainFrom(const BufferStreamElement* first) {
     return chain;
 }
 
-// Looks at a piece when it is given back.
+// Records the bytes at `watched` when memory is next released.
 class InspectingMemory : public test::CountingMemory {
 public:
     void release(const void* piece) override {
@@ -47,8 +47,6 @@ protected:
     BufferStreamElement d{8, nullptr};
 };
 
-} // namespace
-
 TEST(BufferStreamElement, UsageExample) {
     utility::BufferStreamElement* chain = new utility::BufferStreamElement(64, nullptr);
     chain = chain->Insert(new utility::BufferStreamElement(64, nullptr));
@@ -57,7 +55,7 @@ TEST(BufferStreamElement, UsageExample) {
     delete chain;
 }
 
-TEST(BufferStreamElement, BeginsWithItsNextAndClearedOwnerFields) {
+TEST(BufferStreamElement, StartsWithItsNextAndClearedUserFields) {
     BufferStreamElement last(8, nullptr);
     BufferStreamElement element(16, &last);
     EXPECT_EQ(last.Next(), nullptr);
@@ -72,7 +70,7 @@ TEST(BufferStreamElement, BeginsWithItsNextAndClearedOwnerFields) {
     EXPECT_EQ(value, 7u);
 }
 
-TEST(BufferStreamElement, OwnerFieldsStandInTheirOrder) {
+TEST(BufferStreamElement, UserFieldsHaveTheirOrder) {
     const BufferStreamElement element(0, nullptr);
     const auto place = [](const void* field) {
         return static_cast<const char*>(field);
@@ -82,7 +80,7 @@ TEST(BufferStreamElement, OwnerFieldsStandInTheirOrder) {
     EXPECT_EQ(place(&element.m_userWord2), place(&element.m_userWord1) + 4);
 }
 
-TEST(BufferStreamElement, OwnerFieldsAreLeftAlone) {
+TEST(BufferStreamElement, UserFieldsAreNotChanged) {
     BufferStreamElement element(8, nullptr);
     BufferStreamElement other(8, nullptr);
     element.m_userValue = 0xFFFFFFFFFFFFFFFFu;
@@ -96,18 +94,18 @@ TEST(BufferStreamElement, OwnerFieldsAreLeftAlone) {
     EXPECT_EQ(element.m_userWord2, 0x80000000u);
 }
 
-TEST(BufferStreamElement, TheOwnersValueIsClearedByTheDestructor) {
+TEST(BufferStreamElement, DestructorClearsTheUserValue) {
     InspectingMemory memory;
     auto* const element = new BufferStreamElement(8, nullptr);
     element->m_userValue = 0x1122334455667788u;
     memory.watched = &element->m_userValue;
-    // The storage of the stream goes back first, from within the destruction.
+    // The destructor releases the storage of the stream first.
     delete element;
     EXPECT_EQ(memory.seen, 0u);
     EXPECT_EQ(memory.outstanding(), 0u);
 }
 
-TEST(BufferStreamElement, StorageThatCannotBeHadIsCode1238) {
+TEST(BufferStreamElement, FailedAllocationOfStorageThrows1238) {
     test::CountingMemory memory;
     memory.refuse(2);
     EXPECT_FAILURE(delete new BufferStreamElement(8, nullptr), 1238, "ut_Buffer", "void utility::Buffer::allocBuffer()",
@@ -115,7 +113,7 @@ TEST(BufferStreamElement, StorageThatCannotBeHadIsCode1238) {
     EXPECT_EQ(memory.outstanding(), 0u);
 }
 
-TEST(BufferStreamElement, IsDeletedThroughItsBases) {
+TEST(BufferStreamElement, CanBeDeletedThroughItsBases) {
     test::CountingMemory memory;
     delete static_cast<utility::BufferStream*>(new BufferStreamElement(8, nullptr));
     delete static_cast<utility::Buffer*>(new BufferStreamElement(8, nullptr));
@@ -123,14 +121,14 @@ TEST(BufferStreamElement, IsDeletedThroughItsBases) {
     EXPECT_TRUE(memory.foreign().empty());
 }
 
-TEST(BufferStreamElement, DoesNotOwnWhatIsChainedBehindIt) {
+TEST(BufferStreamElement, DoesNotOwnTheElementsChainedAfterIt) {
     BufferStreamElement last(8, nullptr);
     delete new BufferStreamElement(8, &last);
     last.PutS("ports");
     EXPECT_STREQ(last.pTail(), "ports");
 }
 
-TEST_F(BufferStreamElementTest, AppendLinksBehindTheLast) {
+TEST_F(BufferStreamElementTest, AppendLinksAfterTheLast) {
     a.Append(&b);
     a.Append(&c);
     EXPECT_EQ(chainFrom(&a), (Chain{&a, &b, &c}));
@@ -138,7 +136,7 @@ TEST_F(BufferStreamElementTest, AppendLinksBehindTheLast) {
     EXPECT_EQ(chainFrom(&a), (Chain{&a, &b, &c, &d}));
 }
 
-TEST_F(BufferStreamElementTest, AppendCutsOffWhatWasBehindTheElement) {
+TEST_F(BufferStreamElementTest, AppendUnlinksTheElementsAfterTheAppendedOne) {
     c.Append(&d);
     a.Append(&c);
     EXPECT_EQ(chainFrom(&a), (Chain{&a, &c}));
@@ -151,7 +149,7 @@ TEST_F(BufferStreamElementTest, AppendOfNullDoesNothing) {
     EXPECT_EQ(chainFrom(&a), (Chain{&a, &b}));
 }
 
-TEST_F(BufferStreamElementTest, AppendOfAnElementOfTheChainMakesNoLoop) {
+TEST_F(BufferStreamElementTest, AppendOfAnElementOfTheChainCreatesNoLoop) {
     a.Append(&b);
     a.Append(&c);
     for (BufferStreamElement* e : {&a, &b, &c}) {
@@ -162,14 +160,14 @@ TEST_F(BufferStreamElementTest, AppendOfAnElementOfTheChainMakesNoLoop) {
     EXPECT_EQ(chainFrom(&d), (Chain{&d}));
 }
 
-TEST_F(BufferStreamElementTest, InsertPutsInFrontAndReturnsTheNewFirst) {
+TEST_F(BufferStreamElementTest, InsertLinksBeforeAndReturnsTheNewFirst) {
     EXPECT_EQ(a.Insert(&b), &b);
     EXPECT_EQ(chainFrom(&b), (Chain{&b, &a}));
     EXPECT_EQ(b.Insert(&c), &c);
     EXPECT_EQ(chainFrom(&c), (Chain{&c, &b, &a}));
 }
 
-TEST_F(BufferStreamElementTest, InsertDropsWhatWasBehindTheElement) {
+TEST_F(BufferStreamElementTest, InsertUnlinksTheElementsAfterTheInsertedOne) {
     c.Append(&d);
     EXPECT_EQ(a.Insert(&c), &c);
     EXPECT_EQ(chainFrom(&c), (Chain{&c, &a}));
@@ -182,7 +180,7 @@ TEST_F(BufferStreamElementTest, InsertOfNullOrItselfChangesNothing) {
     EXPECT_EQ(chainFrom(&a), (Chain{&a, &b}));
 }
 
-TEST_F(BufferStreamElementTest, InsertOfAnElementOfTheChainMakesNoLoop) {
+TEST_F(BufferStreamElementTest, InsertOfAnElementOfTheChainCreatesNoLoop) {
     a.Append(&b);
     a.Append(&c);
     EXPECT_EQ(a.Insert(&b), &a);
@@ -203,7 +201,7 @@ TEST_F(BufferStreamElementTest, RemoveOfTheOnlyOneReturnsNull) {
     EXPECT_EQ(a.Next(), nullptr);
 }
 
-TEST_F(BufferStreamElementTest, RemoveOfALaterOneLinksPastIt) {
+TEST_F(BufferStreamElementTest, RemoveOfALaterOneLinksItsNeighbors) {
     a.Append(&b);
     a.Append(&c);
     a.Append(&d);
@@ -216,7 +214,7 @@ TEST_F(BufferStreamElementTest, RemoveOfALaterOneLinksPastIt) {
     EXPECT_EQ(chainFrom(&a), (Chain{&a}));
 }
 
-TEST_F(BufferStreamElementTest, RemoveOfNullOrAStrangerChangesNothing) {
+TEST_F(BufferStreamElementTest, RemoveOfNullOrAForeignElementChangesNothing) {
     a.Append(&b);
     c.Append(&d);
     EXPECT_EQ(a.Remove(nullptr), &a);
@@ -225,3 +223,5 @@ TEST_F(BufferStreamElementTest, RemoveOfNullOrAStrangerChangesNothing) {
     EXPECT_EQ(chainFrom(&a), (Chain{&a, &b}));
     EXPECT_EQ(chainFrom(&c), (Chain{&c, &d}));
 }
+
+} // namespace

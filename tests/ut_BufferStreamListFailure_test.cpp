@@ -22,7 +22,7 @@ namespace {
 using utility::BufferStreamList;
 using Lines = std::vector<std::string>;
 
-// The call that fails, for what lies within one object; others in the process go on as ever.
+// The call that fails for the mutex and condition inside one object; calls for other objects work as usual.
 struct {
     const char* call = nullptr;
     const void* object = nullptr;
@@ -65,12 +65,12 @@ std::string logged(const char* function, const std::string& text) {
     return std::string("0 ") + function + ": " + text;
 }
 
-const char* const INIT = "void utility::BufferStreamList::init()";
-const char* const LOCK = "void utility::BufferStreamList::Lock()";
-const char* const UNLOCK = "void utility::BufferStreamList::UnLock()";
-const char* const WAIT = "bool utility::BufferStreamList::Wait(long int)";
-const char* const SIGNAL = "void utility::BufferStreamList::Signal()";
-const char* const BROADCAST = "void utility::BufferStreamList::Broadcast()";
+constexpr const char* INIT = "void utility::BufferStreamList::init()";
+constexpr const char* LOCK = "void utility::BufferStreamList::Lock()";
+constexpr const char* UNLOCK = "void utility::BufferStreamList::UnLock()";
+constexpr const char* WAIT = "bool utility::BufferStreamList::Wait(long int)";
+constexpr const char* SIGNAL = "void utility::BufferStreamList::Signal()";
+constexpr const char* BROADCAST = "void utility::BufferStreamList::Broadcast()";
 
 } // namespace
 
@@ -113,7 +113,7 @@ int pthread_cond_broadcast(pthread_cond_t* condition) noexcept {
 
 } // extern "C"
 
-TEST(BufferStreamListFailure, AFailingInitialisationIsLoggedAndConstructionGoesOn) {
+TEST(BufferStreamListFailure, FailedInitializationIsLoggedAndConstructionContinues) {
     alignas(BufferStreamList) unsigned char place[sizeof(BufferStreamList)];
     test::LogCapture log;
     for (const char* call : {"pthread_mutex_init", "pthread_cond_init"}) {
@@ -126,7 +126,7 @@ TEST(BufferStreamListFailure, AFailingInitialisationIsLoggedAndConstructionGoesO
                                             logged(INIT, "initializing wait condition 11")}));
 }
 
-TEST(BufferStreamListFailure, AFailingLockIsLoggedOnly) {
+TEST(BufferStreamListFailure, FailedLockIsOnlyLogged) {
     test::LogCapture log;
     BufferStreamList list;
     const Failing failure("pthread_mutex_lock", &list, EINVAL);
@@ -134,7 +134,7 @@ TEST(BufferStreamListFailure, AFailingLockIsLoggedOnly) {
     EXPECT_EQ(test::traceLines(log), (Lines{logged(LOCK, "locking consistency mutex 22")}));
 }
 
-TEST(BufferStreamListFailure, AFailingUnlockIsLoggedOnly) {
+TEST(BufferStreamListFailure, FailedUnlockIsOnlyLogged) {
     test::LogCapture log;
     BufferStreamList list;
     {
@@ -147,7 +147,7 @@ TEST(BufferStreamListFailure, AFailingUnlockIsLoggedOnly) {
     EXPECT_EQ(log.count(), 1u);
 }
 
-TEST(BufferStreamListFailure, AFailingWaitIsLoggedAndCountsAsWoken) {
+TEST(BufferStreamListFailure, FailedWaitIsLoggedAndCountsAsWoken) {
     test::LogCapture log;
     BufferStreamList list;
     list.Lock();
@@ -164,7 +164,7 @@ TEST(BufferStreamListFailure, AFailingWaitIsLoggedAndCountsAsWoken) {
               (Lines{logged(WAIT, "Wait condition error 22"), logged(WAIT, "Wait condition error 1")}));
 }
 
-TEST(BufferStreamListFailure, ATimedWaitThatTimesOutIsNoFailure) {
+TEST(BufferStreamListFailure, TimedWaitThatTimesOutIsNotAFailure) {
     test::LogCapture log;
     BufferStreamList list;
     list.Lock();
@@ -174,7 +174,7 @@ TEST(BufferStreamListFailure, ATimedWaitThatTimesOutIsNoFailure) {
     EXPECT_EQ(log.count(), 0u);
 }
 
-TEST(BufferStreamListFailure, FailingWakeUpsAreLoggedOnly) {
+TEST(BufferStreamListFailure, FailedWakeUpsAreOnlyLogged) {
     test::LogCapture log;
     BufferStreamList list;
     {
@@ -189,7 +189,7 @@ TEST(BufferStreamListFailure, FailingWakeUpsAreLoggedOnly) {
               (Lines{logged(SIGNAL, "Signal condition error 22"), logged(BROADCAST, "Broadcast condition error 22")}));
 }
 
-TEST(BufferStreamListFailure, TheDestructorBroadcastsNothing) {
+TEST(BufferStreamListFailure, DestructorDoesNotBroadcast) {
     test::LogCapture log;
     alignas(BufferStreamList) unsigned char place[sizeof(BufferStreamList)];
     const Failing failure("pthread_cond_broadcast", place, EINVAL);

@@ -27,9 +27,9 @@ using utility::BufferStreamList;
 using Chain = std::vector<const BufferStreamElement*>;
 using Lines = std::vector<std::string>;
 
-const char* const WAIT = "bool utility::BufferStreamList::Wait(long int)";
-const unsigned int WAIT_SWITCH = 300;
-const unsigned int WAITER_SWITCH = 2301;
+constexpr const char* WAIT = "bool utility::BufferStreamList::Wait(long int)";
+constexpr unsigned int WAIT_SWITCH = 300;
+constexpr unsigned int WAITER_SWITCH = 2301;
 
 static_assert(!std::is_copy_constructible<BufferStreamList>::value, "a copy would own the same elements");
 
@@ -52,7 +52,7 @@ std::string traced(const std::string& text) {
     return std::string("3 ") + WAIT + ": " + text;
 }
 
-// A thread that waits without limit, and how often it was woken.
+// A thread that waits without limit, and whether it was woken.
 class WaitingThread {
 public:
     explicit WaitingThread(BufferStreamList& list)
@@ -66,7 +66,7 @@ public:
     ~WaitingThread() {
         m_thread.join();
     }
-    /// True once the thread is inside its wait; the lock is free by then.
+    // Returns when the thread waits; it has released the lock by then.
     void untilItWaits(BufferStreamList& list) const {
         while (!m_waits)
             std::this_thread::yield();
@@ -81,8 +81,6 @@ private:
     std::thread m_thread;
 };
 
-} // namespace
-
 TEST(BufferStreamList, UsageExample) {
     BufferStreamList pool(1, 64);
     pool.Lock();
@@ -95,7 +93,7 @@ TEST(BufferStreamList, UsageExample) {
     EXPECT_EQ(pool.Count(), 1);
 }
 
-TEST(BufferStreamList, BeginsEmpty) {
+TEST(BufferStreamList, StartsEmpty) {
     BufferStreamList list;
     EXPECT_EQ(list.Count(), 0);
     EXPECT_EQ(list.Allocate(), nullptr);
@@ -121,7 +119,7 @@ TEST(BufferStreamList, ThreeElementsAreAllocatedAndThenNoMore) {
         delete e;
 }
 
-TEST(BufferStreamList, MakesNoElementsForACountBelowOne) {
+TEST(BufferStreamList, CreatesNoElementsForACountBelowOne) {
     for (const int count : {0, -1, INT_MIN}) {
         test::CountingMemory memory;
         const BufferStreamList list(count, 64);
@@ -130,7 +128,7 @@ TEST(BufferStreamList, MakesNoElementsForACountBelowOne) {
     }
 }
 
-TEST(BufferStreamList, ElementsComeFromTheMemoryObjectAndGoBackWithTheList) {
+TEST(BufferStreamList, ElementsAreAllocatedFromTheMemoryObjectAndReturnedWithTheList) {
     test::CountingMemory memory;
     {
         const BufferStreamList list(3, 64);
@@ -140,7 +138,7 @@ TEST(BufferStreamList, ElementsComeFromTheMemoryObjectAndGoBackWithTheList) {
     EXPECT_TRUE(memory.foreign().empty());
 }
 
-TEST(BufferStreamList, AnElementWithoutStorageIsCode1238AndNothingIsLeftBehind) {
+TEST(BufferStreamList, FailedAllocationOfStorageThrows1238AndLeaksNothing) {
     for (const std::size_t storage : {2u, 4u, 6u}) {
         test::CountingMemory memory;
         memory.refuse(storage);
@@ -149,14 +147,14 @@ TEST(BufferStreamList, AnElementWithoutStorageIsCode1238AndNothingIsLeftBehind) 
     }
 }
 
-TEST(BufferStreamList, AnElementThatCannotBeHadIsMissing) {
+TEST(BufferStreamList, ElementThatCannotBeAllocatedIsMissing) {
     test::CountingMemory memory;
     memory.refuse(1);
     const BufferStreamList list(3, 64);
     EXPECT_EQ(list.Count(), 2);
 }
 
-TEST(BufferStreamList, EveryAllocationMayFailOnce) {
+TEST(BufferStreamList, SurvivesEachFailedAllocation) {
     const unsigned long failures = test::failEachAllocationOnce([] {
         try {
             BufferStreamList list(3, 64);
@@ -167,7 +165,7 @@ TEST(BufferStreamList, EveryAllocationMayFailOnce) {
     EXPECT_EQ(failures, 6u);
 }
 
-TEST(BufferStreamList, NextIsThatOfTheElement) {
+TEST(BufferStreamList, NextReturnsTheElementsSuccessor) {
     BufferStreamList list(2, 8);
     BufferStreamElement* const first = list.Allocate();
     list.Insert(first);
@@ -177,7 +175,7 @@ TEST(BufferStreamList, NextIsThatOfTheElement) {
     EXPECT_EQ(list.Next(nullptr), nullptr);
 }
 
-TEST(BufferStreamList, InsertPutsAtTheHead) {
+TEST(BufferStreamList, InsertLinksAtTheHead) {
     BufferStreamList list;
     auto a = element();
     auto b = element();
@@ -208,7 +206,7 @@ TEST(BufferStreamList, InsertOfNullIntoAnEmptyListDoesNothing) {
     EXPECT_EQ(list.Count(), 0);
 }
 
-TEST(BufferStreamList, AppendPutsAtTheEnd) {
+TEST(BufferStreamList, AppendLinksAtTheEnd) {
     BufferStreamList list;
     auto a = element();
     auto b = element();
@@ -220,7 +218,7 @@ TEST(BufferStreamList, AppendPutsAtTheEnd) {
     EXPECT_EQ(list.Allocate(), b.get());
 }
 
-TEST(BufferStreamList, AppendToAnEmptyListTakesAWholeChain) {
+TEST(BufferStreamList, AppendToAnEmptyListKeepsTheChain) {
     BufferStreamList list;
     auto a = element();
     auto b = element();
@@ -231,7 +229,7 @@ TEST(BufferStreamList, AppendToAnEmptyListTakesAWholeChain) {
     EXPECT_EQ(list.Allocate(), b.get());
 }
 
-TEST(BufferStreamList, AppendBehindAnElementCutsAChainOff) {
+TEST(BufferStreamList, AppendToAListUnlinksTheChain) {
     BufferStreamList list;
     auto a = element();
     auto b = element();
@@ -246,7 +244,7 @@ TEST(BufferStreamList, AppendBehindAnElementCutsAChainOff) {
     EXPECT_EQ(list.Allocate(), nullptr);
 }
 
-TEST(BufferStreamList, RemoveTakesAnElementOut) {
+TEST(BufferStreamList, RemoveUnlinksAnElement) {
     BufferStreamList list;
     auto a = element();
     auto b = element();
@@ -264,7 +262,7 @@ TEST(BufferStreamList, RemoveTakesAnElementOut) {
     EXPECT_EQ(list.Count(), 0);
 }
 
-TEST(BufferStreamList, RemoveOfAStrangerOrNullChangesNothing) {
+TEST(BufferStreamList, RemoveOfNullOrAForeignElementChangesNothing) {
     BufferStreamList list(2, 8);
     auto stranger = element();
     list.Remove(stranger.get());
@@ -273,7 +271,7 @@ TEST(BufferStreamList, RemoveOfAStrangerOrNullChangesNothing) {
     EXPECT_EQ(stranger->Next(), nullptr);
 }
 
-TEST(BufferStreamList, InitForgetsTheElements) {
+TEST(BufferStreamList, InitLeavesTheListEmptyWithoutDeleting) {
     BufferStreamList list;
     auto a = element();
     list.Append(a.get());
@@ -284,7 +282,7 @@ TEST(BufferStreamList, InitForgetsTheElements) {
     list.UnLock();
 }
 
-TEST(BufferStreamList, DestructionDeletesWhatIsInIt) {
+TEST(BufferStreamList, DestructionDeletesTheElements) {
     test::CountingMemory memory;
     BufferStreamElement* kept = nullptr;
     {
@@ -313,7 +311,7 @@ TEST(BufferStreamList, OperationsLogNothing) {
     EXPECT_EQ(log.count(), 0u);
 }
 
-TEST(BufferStreamList, OperationsTakeNoLock) {
+TEST(BufferStreamList, OperationsDoNotLock) {
     BufferStreamList list(2, 8);
     list.Lock();
     BufferStreamElement* const e = list.Allocate();
@@ -342,7 +340,7 @@ TEST(BufferStreamList, TheLockExcludesOtherThreads) {
     EXPECT_EQ(count, 20000);
 }
 
-TEST(BufferStreamList, AWaitTimesOutAtAWholeSecond) {
+TEST(BufferStreamList, WaitTimesOutAtAWholeSecond) {
     for (const long seconds : {1L, 2L}) {
         BufferStreamList list;
         list.Lock();
@@ -355,7 +353,7 @@ TEST(BufferStreamList, AWaitTimesOutAtAWholeSecond) {
     }
 }
 
-TEST(BufferStreamList, ATimeOutMayComeUpToOneSecondEarly) {
+TEST(BufferStreamList, TimeOutMayComeUpToOneSecondEarly) {
     BufferStreamList list;
     double shortest = 10;
     for (int attempt = 0; attempt < 10 && shortest > 0.9; ++attempt) {
@@ -370,7 +368,7 @@ TEST(BufferStreamList, ATimeOutMayComeUpToOneSecondEarly) {
     EXPECT_LE(shortest, 0.9);
 }
 
-TEST(BufferStreamList, AWaitUntilThePastTimesOutAtOnce) {
+TEST(BufferStreamList, WaitUntilThePastTimesOutAtOnce) {
     for (const long seconds : {-1L, -1000000L, LONG_MIN}) {
         BufferStreamList list;
         list.Lock();
@@ -379,7 +377,7 @@ TEST(BufferStreamList, AWaitUntilThePastTimesOutAtOnce) {
     }
 }
 
-TEST(BufferStreamList, AWaitOfTheLongestTimeIsWoken) {
+TEST(BufferStreamList, WaitOfTheLongestTimeIsWoken) {
     BufferStreamList list;
     std::atomic<bool> done{false};
     std::thread waker([&] {
@@ -398,7 +396,7 @@ TEST(BufferStreamList, AWaitOfTheLongestTimeIsWoken) {
     waker.join();
 }
 
-TEST(BufferStreamList, AWaitWithoutLimitIsWokenBySignal) {
+TEST(BufferStreamList, WaitWithoutLimitIsWokenBySignal) {
     BufferStreamList list;
     WaitingThread thread(list);
     thread.untilItWaits(list);
@@ -407,7 +405,7 @@ TEST(BufferStreamList, AWaitWithoutLimitIsWokenBySignal) {
     EXPECT_TRUE(thread.m_result);
 }
 
-TEST(BufferStreamList, ATimedWaitIsWokenBySignal) {
+TEST(BufferStreamList, TimedWaitIsWokenBySignal) {
     BufferStreamList list;
     list.Lock();
     std::thread waker([&] {
@@ -510,3 +508,5 @@ TEST(BufferStreamList, ThreadsShareAPool) {
         thread.join();
     EXPECT_EQ(pool.Count(), 2);
 }
+
+} // namespace

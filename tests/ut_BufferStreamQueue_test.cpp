@@ -77,15 +77,13 @@ void writeRequest(BufferStreamElement& element, unsigned int number) {
 
 bool isRequest(BufferStreamElement& element, unsigned int number) {
     unsigned int readNumber = 0;
-    short cut = 0;
+    short truncated = 0;
     if (!element.GetParmUint32(&readNumber) || readNumber != number)
         return false;
     const char* const text = element.GetParmString();
-    return text && std::string(text) == (number % 2 == 0 ? "create volume" : "") && element.GetParmSint16(&cut) &&
-           cut == static_cast<short>(number) && element.ReadAvailable() == 0;
+    return text && std::string(text) == (number % 2 == 0 ? "create volume" : "") && element.GetParmSint16(&truncated) &&
+           truncated == static_cast<short>(number) && element.ReadAvailable() == 0;
 }
-
-} // namespace
 
 TEST_F(BufferStreamQueueTest, UsageExample) {
     BufferStreamElement* const element = &a;
@@ -96,14 +94,14 @@ TEST_F(BufferStreamQueueTest, UsageExample) {
     EXPECT_EQ(queue.Count(), 1);
 }
 
-TEST_F(BufferStreamQueueTest, AnEmptyQueueGivesNull) {
+TEST_F(BufferStreamQueueTest, EmptyQueueReturnsNull) {
     EXPECT_EQ(queue.Count(), 0);
     EXPECT_EQ(queue.deQueue(), nullptr);
     EXPECT_EQ(queue.deQueue(), nullptr);
     EXPECT_EQ(queue.Count(), 0);
 }
 
-TEST_F(BufferStreamQueueTest, ServesFirstInFirstOut) {
+TEST_F(BufferStreamQueueTest, ReturnsElementsFirstInFirstOut) {
     queue.enQueue(&a);
     queue.enQueue(&b);
     queue.enQueue(&c);
@@ -116,7 +114,7 @@ TEST_F(BufferStreamQueueTest, ServesFirstInFirstOut) {
     EXPECT_EQ(queue.Count(), 0);
 }
 
-TEST_F(BufferStreamQueueTest, ServesWhatWasPutBackFirst) {
+TEST_F(BufferStreamQueueTest, ReturnsRequeuedElementsFirst) {
     queue.enQueue(&a);
     queue.enQueue(&b);
     queue.reQueue(&c);
@@ -137,7 +135,7 @@ TEST_F(BufferStreamQueueTest, NullIsIgnored) {
     EXPECT_EQ(queue.deQueue(), &a);
 }
 
-TEST_F(BufferStreamQueueTest, PuttingBackIntoAnEmptyQueueMakesItTheLastToo) {
+TEST_F(BufferStreamQueueTest, RequeueingIntoAnEmptyQueueSetsHeadAndTail) {
     queue.reQueue(&a);
     EXPECT_EQ(queue.Count(), 1);
     queue.enQueue(&b);
@@ -146,7 +144,7 @@ TEST_F(BufferStreamQueueTest, PuttingBackIntoAnEmptyQueueMakesItTheLastToo) {
     EXPECT_EQ(queue.deQueue(), nullptr);
 }
 
-TEST_F(BufferStreamQueueTest, CanBeUsedAgainAfterItWasEmpty) {
+TEST_F(BufferStreamQueueTest, CanBeReusedAfterItWasEmpty) {
     queue.enQueue(&a);
     EXPECT_EQ(queue.deQueue(), &a);
     queue.enQueue(&b);
@@ -155,7 +153,7 @@ TEST_F(BufferStreamQueueTest, CanBeUsedAgainAfterItWasEmpty) {
     EXPECT_EQ(queue.deQueue(), &a);
 }
 
-TEST_F(BufferStreamQueueTest, QueuedElementsAreChainedAndTakenOnesAreNot) {
+TEST_F(BufferStreamQueueTest, QueuedElementsAreChainedAndRemovedOnesAreNot) {
     queue.enQueue(&a);
     queue.enQueue(&b);
     EXPECT_EQ(a.Next(), &b);
@@ -168,7 +166,7 @@ TEST_F(BufferStreamQueueTest, QueuedElementsAreChainedAndTakenOnesAreNot) {
     EXPECT_EQ(a.Next(), nullptr);
 }
 
-TEST_F(BufferStreamQueueTest, QueueingCutsOffWhatWasBehindTheElement) {
+TEST_F(BufferStreamQueueTest, QueueingUnlinksTheElementsAfterTheQueuedOne) {
     a.Append(&b);
     queue.enQueue(&a);
     EXPECT_EQ(a.Next(), nullptr);
@@ -176,7 +174,7 @@ TEST_F(BufferStreamQueueTest, QueueingCutsOffWhatWasBehindTheElement) {
     EXPECT_EQ(queue.deQueue(), nullptr);
 }
 
-TEST_F(BufferStreamQueueTest, PuttingBackWhatIsQueuedChangesNothing) {
+TEST_F(BufferStreamQueueTest, RequeueingAQueuedElementChangesNothing) {
     queue.enQueue(&a);
     queue.reQueue(&a);
     EXPECT_EQ(queue.Count(), 1);
@@ -195,7 +193,7 @@ TEST_F(BufferStreamQueueTest, PuttingBackWhatIsQueuedChangesNothing) {
     EXPECT_EQ(queue.deQueue(), nullptr);
 }
 
-TEST_F(BufferStreamQueueTest, QueueingWhatIsQueuedChangesNothing) {
+TEST_F(BufferStreamQueueTest, QueueingAQueuedElementChangesNothing) {
     queue.enQueue(&a);
     queue.enQueue(&a);
     EXPECT_EQ(queue.Count(), 1);
@@ -215,7 +213,7 @@ TEST_F(BufferStreamQueueTest, QueueingWhatIsQueuedChangesNothing) {
     EXPECT_EQ(queue.deQueue(), nullptr);
 }
 
-TEST_F(BufferStreamQueueTest, QueueingTheFirstOfAnotherChainTakesItAlone) {
+TEST_F(BufferStreamQueueTest, QueueingTheFirstOfAnotherChainQueuesItAlone) {
     a.Append(&b);
     queue.enQueue(&c);
     queue.enQueue(&a);
@@ -226,7 +224,7 @@ TEST_F(BufferStreamQueueTest, QueueingTheFirstOfAnotherChainTakesItAlone) {
     EXPECT_EQ(queue.deQueue(), nullptr);
 }
 
-TEST_F(BufferStreamQueueTest, PuttingBackTheFirstOfAnotherChainTakesItAlone) {
+TEST_F(BufferStreamQueueTest, RequeueingTheFirstOfAnotherChainQueuesItAlone) {
     a.Append(&b);
     queue.enQueue(&c);
     queue.reQueue(&a);
@@ -237,7 +235,7 @@ TEST_F(BufferStreamQueueTest, PuttingBackTheFirstOfAnotherChainTakesItAlone) {
     EXPECT_EQ(queue.deQueue(), nullptr);
 }
 
-TEST_F(BufferStreamQueueTest, OperationsTakeNoLockAndLogNothing) {
+TEST_F(BufferStreamQueueTest, OperationsNeitherLockNorLog) {
     const test::LogCapture log;
     queue.m_waiter.lock();
     queue.enQueue(&a);
@@ -247,7 +245,7 @@ TEST_F(BufferStreamQueueTest, OperationsTakeNoLockAndLogNothing) {
     EXPECT_EQ(log.count(), 0u);
 }
 
-TEST(BufferStreamQueue, DestructionDeletesWhatIsQueued) {
+TEST(BufferStreamQueue, DestructionDeletesTheQueuedElements) {
     test::CountingMemory memory;
     std::unique_ptr<BufferStreamElement> taken;
     {
@@ -312,3 +310,5 @@ TEST(BufferStreamQueue, AMillionRequestsArriveOnceAndInOrder) {
     EXPECT_EQ(queue.Count(), 0);
     EXPECT_EQ(pool.Count(), 32);
 }
+
+} // namespace

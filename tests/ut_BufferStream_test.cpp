@@ -27,17 +27,15 @@ using utility::GetStream;
 using utility::PutStream;
 using Lines = std::vector<std::string>;
 
-const char* const ALLOC_BUFFER = "void utility::Buffer::allocBuffer()";
-const char* const PUT_C = "void utility::PutStream::PutC(char)";
-const char* const PUT_S = "void utility::PutStream::PutS(const char*)";
+constexpr const char* ALLOC_BUFFER = "void utility::Buffer::allocBuffer()";
+constexpr const char* PUT_C = "void utility::PutStream::PutC(char)";
+constexpr const char* PUT_S = "void utility::PutStream::PutS(const char*)";
 
 static_assert(std::is_base_of<PutStream, BufferStream>::value && std::is_base_of<GetStream, BufferStream>::value,
               "a buffer stream is a writer and a reader");
 static_assert(!std::is_copy_constructible<BufferStream>::value, "a copy would share the storage");
 static_assert(!std::is_convertible<int, BufferStream>::value, "a size is no stream");
 static_assert(!std::is_convertible<const char*, BufferStream>::value, "a path is no stream");
-
-} // namespace
 
 TEST(BufferStream, UsageExample) {
     char text[32];
@@ -74,7 +72,7 @@ TEST(BufferStream, OwnStorageHoldsItsSize) {
     }
 }
 
-TEST(BufferStream, OwnStorageThatCannotBeHadIsCode1238) {
+TEST(BufferStream, FailedAllocationOfStorageThrows1238) {
     EXPECT_FAILURE(test::failNth(1, [] { BufferStream stream(16); }), 1238, "ut_Buffer", ALLOC_BUFFER, "");
     test::CountingMemory memory;
     memory.refuseAll();
@@ -82,12 +80,12 @@ TEST(BufferStream, OwnStorageThatCannotBeHadIsCode1238) {
     EXPECT_EQ(memory.requests(), std::vector<unsigned long>{17});
 }
 
-TEST(BufferStream, ANegativeSizeIsCode1238) {
+TEST(BufferStream, NegativeSizeThrows1238) {
     for (const int size : {-1, -2, INT_MIN})
         EXPECT_FAILURE(BufferStream{size}, 1238, "ut_Buffer", ALLOC_BUFFER, "") << size;
 }
 
-TEST(BufferStream, AStreamOnTheHeapWithoutStorageIsGivenBack) {
+TEST(BufferStream, StreamOnTheHeapIsFreedIfItsStorageCannotBeAllocated) {
     test::CountingMemory memory;
     memory.refuse(2);
     EXPECT_FAILURE(delete new BufferStream(16), 1238, "ut_Buffer", ALLOC_BUFFER, "");
@@ -96,7 +94,7 @@ TEST(BufferStream, AStreamOnTheHeapWithoutStorageIsGivenBack) {
     EXPECT_TRUE(memory.foreign().empty());
 }
 
-TEST(BufferStream, AStreamOnTheHeapThatCannotBeHadIsNull) {
+TEST(BufferStream, FailedNewReturnsNull) {
     BufferStream* stream = nullptr;
     test::failNth(1, [&] { stream = new BufferStream(16); });
     EXPECT_EQ(stream, nullptr);
@@ -128,7 +126,7 @@ TEST(BufferStream, TheLastArgumentIsTheNoThrowFlag) {
     EXPECT_EQ(test::traceLines(log), (Lines{"0 : PutStream::PutS: Didn't fit. remaining=3 msg='ports'"}));
 }
 
-TEST(BufferStream, ANullArrayIsNotWrittenTo) {
+TEST(BufferStream, NullArrayIsNotWrittenTo) {
     for (const int size : {16, 1, 0, -1}) {
         const test::LogCapture log;
         BufferStream stream(nullptr, size, true);
@@ -183,7 +181,7 @@ TEST(BufferStream, ArraysOfOneAndNoBytes) {
     }
 }
 
-TEST(BufferStream, ACallersArrayOutlivesTheStream) {
+TEST(BufferStream, CallersArrayOutlivesTheStream) {
     test::CountingMemory memory;
     char text[16];
     {
@@ -206,7 +204,7 @@ TEST(BufferStream, LoadsAFile) {
     EXPECT_EQ(stream.ReadLine(), nullptr);
 }
 
-TEST(BufferStream, AFileThatCannotBeReadLeavesAnEmptyStream) {
+TEST(BufferStream, FileThatCannotBeReadLeavesAnEmptyStream) {
     const test::TemporaryDirectory directory;
     for (const std::string& path : {directory.path("none"), directory.write("empty", ""), std::string()}) {
         BufferStream stream(path.c_str());
@@ -217,7 +215,7 @@ TEST(BufferStream, AFileThatCannotBeReadLeavesAnEmptyStream) {
     }
 }
 
-TEST(BufferStream, AFileWithoutStorageIsCode1238AndTheStreamIsGivenBack) {
+TEST(BufferStream, LoadingWithoutMemoryThrows1238AndFreesTheStream) {
     const test::TemporaryDirectory directory;
     const std::string path = directory.write("file", "ports");
     test::CountingMemory memory;
@@ -241,7 +239,7 @@ TEST(BufferStream, CanBeDeletedThroughEveryBase) {
     EXPECT_TRUE(memory.foreign().empty());
 }
 
-TEST(BufferStream, WithoutAMemoryObjectNothingIsLeftBehind) {
+TEST(BufferStream, WithoutAMemoryObjectNothingLeaks) {
     for (int i = 0; i < 100; ++i) {
         const std::unique_ptr<BufferStream> stream(new BufferStream(1 << 16));
         stream->PutS("ports");
@@ -262,7 +260,7 @@ TEST(BufferStream, CanBeFilledAndEmptiedAgainAndAgain) {
     }
 }
 
-TEST(BufferStream, BothStartsDiffer) {
+TEST(BufferStream, StartOfOutputAndInputDiffer) {
     BufferStream stream(8);
     stream.PutS("ab");
     stream.GetC(nullptr);
@@ -272,7 +270,7 @@ TEST(BufferStream, BothStartsDiffer) {
     EXPECT_EQ(stream.ReadAvailable(), 0);
 }
 
-TEST(BufferStream, AfterAnOverflowItCanStillBeReadRewoundAndUsed) {
+TEST(BufferStream, CanBeReadRewoundAndUsedAfterAnOverflow) {
     BufferStream stream(4);
     EXPECT_NE(CATCH_FAILURE(stream.PutS("abcdef")), nullptr);
     EXPECT_STREQ(stream.ReadLine(), "abcd");
@@ -287,7 +285,7 @@ TEST(BufferStream, AfterAnOverflowItCanStillBeReadRewoundAndUsed) {
     EXPECT_STREQ(stream.ReadLine(), "xyz");
 }
 
-TEST(BufferStream, AnOverrunStreamIsReadWithinItsStorage) {
+TEST(BufferStream, OverrunStreamIsReadWithinItsStorage) {
     test::GuardedBytes bytes(9);
     BufferStream stream(bytes.array(), 9, false);
     EXPECT_NE(CATCH_FAILURE(stream.SendOutputStream("0123456789ABCDEF", 16)), nullptr);
@@ -308,3 +306,5 @@ TEST(BufferStream, SlotsAreThoseOfItsBases) {
     EXPECT_EQ(test::virtualSlot(&BufferStream::PutB), 11);
     EXPECT_EQ(test::virtualSlot(&BufferStream::Indent), 12);
 }
+
+} // namespace

@@ -27,10 +27,10 @@ namespace {
 using utility::Buffer;
 using Lines = std::vector<std::string>;
 
-const char* const ALLOC_BUFFER = "void utility::Buffer::allocBuffer()";
-const char* const WRITE_ADVANCE = "virtual void utility::Buffer::WriteAdvance(int)";
-const char* const READ_ADVANCE = "virtual void utility::Buffer::ReadAdvance(int)";
-const char* const COPY_FROM = "void utility::Buffer::CopyFrom(utility::Buffer*)";
+constexpr const char* ALLOC_BUFFER = "void utility::Buffer::allocBuffer()";
+constexpr const char* WRITE_ADVANCE = "virtual void utility::Buffer::WriteAdvance(int)";
+constexpr const char* READ_ADVANCE = "virtual void utility::Buffer::ReadAdvance(int)";
+constexpr const char* COPY_FROM = "void utility::Buffer::CopyFrom(utility::Buffer*)";
 
 static_assert(!std::is_copy_constructible<Buffer>::value && !std::is_copy_assignable<Buffer>::value,
               "a copy would share the storage");
@@ -55,7 +55,7 @@ public:
     using Buffer::terminate;
 };
 
-// Counts how often its cursor operations are asked, as a derived stream that pages or flushes would be.
+// Counts the calls of its position operations, which streams that page or flush override.
 class CountedBuffer : public OpenBuffer {
 public:
     using OpenBuffer::OpenBuffer;
@@ -81,7 +81,7 @@ public:
     int read = 0;
 };
 
-// The process's memory object for its life: hands out what `malloc` gives, and keeps no record of it.
+// The process's memory object while it exists; allocates with `malloc` and does not track the allocations.
 class MallocMemory : public framework::Memory {
 public:
     MallocMemory() {
@@ -96,8 +96,8 @@ public:
     void release(const void*) override {}
 };
 
-// Claims more room than its storage has, as a stream does that takes more in several turns.
-class Boaster : public OpenBuffer {
+// Reports more space than its storage has, as a stream does that flushes while it is written to.
+class OverstatedSpace : public OpenBuffer {
 public:
     int WriteRemaining() const override {
         return 1000;
@@ -129,15 +129,13 @@ void expectInvariant(const Buffer& buffer) {
     EXPECT_LE(buffer.WritePosition(), buffer.Size());
 }
 
-} // namespace
-
 TEST(Buffer, UsageExample) {
     utility::BufferStream stream(16);
     stream.PutS("ports");
     EXPECT_EQ(stream.ReadAvailable(), 5);
 }
 
-TEST(Buffer, BeginsWithoutStorage) {
+TEST(Buffer, StartsWithoutStorage) {
     const Buffer buffer;
     EXPECT_EQ(buffer.pBuffer(), nullptr);
     EXPECT_EQ(buffer.pHead(), nullptr);
@@ -149,14 +147,14 @@ TEST(Buffer, BeginsWithoutStorage) {
     expectPositions(buffer, 0, 0);
 }
 
-TEST(Buffer, VirtualOperationsStandInTheirSlots) {
+TEST(Buffer, VirtualOperationsHaveTheirSlots) {
     EXPECT_EQ(test::virtualSlot(&Buffer::WriteRemaining), 2);
     EXPECT_EQ(test::virtualSlot(&Buffer::ReadAvailable), 3);
     EXPECT_EQ(test::virtualSlot(&Buffer::WriteAdvance), 4);
     EXPECT_EQ(test::virtualSlot(&Buffer::ReadAdvance), 5);
 }
 
-TEST(Buffer, TheNoThrowFlagIsTheOwners) {
+TEST(Buffer, NoThrowFlagIsSetByTheOwnerOnly) {
     Buffer buffer;
     buffer.setNoThrow(true);
     EXPECT_TRUE(buffer.isNoThrow());
@@ -164,7 +162,7 @@ TEST(Buffer, TheNoThrowFlagIsTheOwners) {
     EXPECT_FALSE(buffer.isNoThrow());
 }
 
-TEST(Buffer, AllocBufferTakesOneByteMoreThanTheCapacityAndTerminatesBothEnds) {
+TEST(Buffer, AllocBufferAllocatesCapacityPlusOneAndTerminatesBothEnds) {
     test::CountingMemory memory;
     const OpenBuffer buffer(8);
     EXPECT_EQ(memory.requests(), std::vector<unsigned long>{9});
@@ -176,7 +174,7 @@ TEST(Buffer, AllocBufferTakesOneByteMoreThanTheCapacityAndTerminatesBothEnds) {
     EXPECT_EQ(buffer.pTail(), buffer.pBuffer());
 }
 
-TEST(Buffer, AllocBufferWithoutAMemoryObjectTerminatesBothEndsAsWell) {
+TEST(Buffer, AllocBufferWithoutMemoryObjectAlsoTerminatesBothEnds) {
     for (const int size : {0, 1, 2, 100}) {
         OpenBuffer buffer(size);
         ASSERT_NE(buffer.pBuffer(), nullptr);
@@ -189,7 +187,7 @@ TEST(Buffer, AllocBufferWithoutAMemoryObjectTerminatesBothEndsAsWell) {
     }
 }
 
-TEST(Buffer, TheLargestCapacityAsksForItsTerminatorToo) {
+TEST(Buffer, LargestCapacityIncludesItsTerminatorInTheRequest) {
     test::CountingMemory memory;
     memory.refuseAll();
     OpenBuffer buffer;
@@ -198,7 +196,7 @@ TEST(Buffer, TheLargestCapacityAsksForItsTerminatorToo) {
     EXPECT_EQ(memory.requests(), std::vector<unsigned long>{2147483648ul});
 }
 
-TEST(Buffer, ANegativeCapacityCannotBeAllocated) {
+TEST(Buffer, NegativeCapacityCannotBeAllocated) {
     for (const int size : {-1, -2, INT_MIN}) {
         OpenBuffer buffer;
         buffer.setSize(size);
@@ -208,7 +206,7 @@ TEST(Buffer, ANegativeCapacityCannotBeAllocated) {
     }
 }
 
-TEST(Buffer, FailedMallocIsCode1238AndCapacityZero) {
+TEST(Buffer, FailedMallocThrows1238AndSetsCapacityToZero) {
     OpenBuffer buffer;
     buffer.setSize(8);
     EXPECT_FAILURE(test::failNth(1, [&] { buffer.allocBuffer(); }), 1238, "ut_Buffer", ALLOC_BUFFER, "");
@@ -217,7 +215,7 @@ TEST(Buffer, FailedMallocIsCode1238AndCapacityZero) {
     EXPECT_EQ(buffer.WriteRemaining(), 0);
 }
 
-TEST(Buffer, RefusedMemoryIsCode1238AndCapacityZero) {
+TEST(Buffer, RefusedMemoryThrows1238AndSetsCapacityToZero) {
     test::CountingMemory memory;
     {
         OpenBuffer buffer;
@@ -230,7 +228,7 @@ TEST(Buffer, RefusedMemoryIsCode1238AndCapacityZero) {
     EXPECT_EQ(memory.outstanding(), 0u);
 }
 
-TEST(Buffer, WithNoThrowFailedStorageIsLogged) {
+TEST(Buffer, WithNoThrowFailedAllocationIsLogged) {
     test::LogCapture log;
     test::CountingMemory memory;
     memory.refuseAll();
@@ -253,7 +251,7 @@ TEST(Buffer, WithNoThrowFailedMallocIsLogged) {
     EXPECT_EQ(test::traceLines(log), (Lines{std::string("0 ") + ALLOC_BUFFER + ": Buffer was not allocated"}));
 }
 
-TEST(Buffer, AllocationCanBeTriedAgainAfterAFailure) {
+TEST(Buffer, AllocationCanBeRetriedAfterAFailure) {
     OpenBuffer buffer;
     buffer.setSize(8);
     EXPECT_NE(CATCH_FAILURE(test::failNth(1, [&] { buffer.allocBuffer(); })), nullptr);
@@ -263,7 +261,7 @@ TEST(Buffer, AllocationCanBeTriedAgainAfterAFailure) {
     EXPECT_STREQ(buffer.pBuffer(), "port");
 }
 
-TEST(Buffer, StorageFromTheMemoryObjectGoesBackToIt) {
+TEST(Buffer, StorageIsReturnedToItsMemoryObject) {
     test::CountingMemory memory;
     {
         const OpenBuffer buffer(8);
@@ -274,7 +272,7 @@ TEST(Buffer, StorageFromTheMemoryObjectGoesBackToIt) {
     EXPECT_TRUE(memory.foreign().empty());
 }
 
-TEST(Buffer, StorageGoesBackToTheMemoryObjectOfTheTimeOfItsDestruction) {
+TEST(Buffer, StorageIsReturnedToTheMemoryObjectCurrentAtDestruction) {
     const test::CountingMemory first;
     std::optional<OpenBuffer> buffer(8);
     const void* storage = buffer->pBuffer();
@@ -284,7 +282,7 @@ TEST(Buffer, StorageGoesBackToTheMemoryObjectOfTheTimeOfItsDestruction) {
     EXPECT_EQ(second.foreign(), std::vector<const void*>{storage});
 }
 
-TEST(Buffer, StorageFromAMemoryObjectThatIsGoneIsLeftAlone) {
+TEST(Buffer, StorageIsLeakedIfItsMemoryObjectNoLongerExists) {
     test::CountingMemory memory;
     {
         const OpenBuffer buffer(8);
@@ -294,7 +292,7 @@ TEST(Buffer, StorageFromAMemoryObjectThatIsGoneIsLeftAlone) {
     EXPECT_EQ(memory.outstanding(), 1u);
 }
 
-TEST(Buffer, StorageFromMallocIsNotGivenToALaterMemoryObject) {
+TEST(Buffer, StorageFromMallocIsNotReturnedToALaterMemoryObject) {
     std::optional<OpenBuffer> buffer(8);
     const test::CountingMemory memory;
     buffer.reset();
@@ -313,7 +311,7 @@ TEST(Buffer, CallersStorageIsNeverFreed) {
     EXPECT_STREQ(text, "ports");
 }
 
-TEST(Buffer, AnObjectIsExactlyOnePieceOfItsSizeFromTheMemoryObject) {
+TEST(Buffer, NewRequestsExactlyTheObjectSizeFromTheMemoryObject) {
     test::CountingMemory memory;
     auto* const buffer = new OpenBuffer(8);
     EXPECT_EQ(memory.requests(), (std::vector<unsigned long>{sizeof(OpenBuffer), 9}));
@@ -324,7 +322,7 @@ TEST(Buffer, AnObjectIsExactlyOnePieceOfItsSizeFromTheMemoryObject) {
     EXPECT_TRUE(memory.foreign().empty());
 }
 
-TEST(Buffer, AStreamIsExactlyOnePieceOfItsSizeToo) {
+TEST(Buffer, NewOfAStreamRequestsExactlyTheObjectSize) {
     test::CountingMemory memory;
     const std::unique_ptr<utility::BufferStream> stream(new utility::BufferStream(8));
     EXPECT_EQ(memory.requests(), (std::vector<unsigned long>{sizeof(utility::BufferStream), 9}));
@@ -339,7 +337,7 @@ TEST(Buffer, ObjectsComeFromMallocWithoutAMemoryObject) {
     std::free(buffer);
 }
 
-TEST(Buffer, AnObjectThatCannotBeHadIsNull) {
+TEST(Buffer, FailedNewReturnsNull) {
     Buffer* buffer = nullptr;
     test::failNth(1, [&] { buffer = new Buffer; });
     EXPECT_EQ(buffer, nullptr);
@@ -349,7 +347,7 @@ TEST(Buffer, AnObjectThatCannotBeHadIsNull) {
     EXPECT_EQ(memory.requests().size(), 1u);
 }
 
-TEST(Buffer, AnObjectWhoseStorageCannotBeHadIsGivenBack) {
+TEST(Buffer, ObjectIsFreedIfItsStorageCannotBeAllocated) {
     test::CountingMemory memory;
     memory.refuse(2);
     EXPECT_FAILURE(delete new OpenBuffer(8), 1238, "ut_Buffer", ALLOC_BUFFER, "");
@@ -357,7 +355,7 @@ TEST(Buffer, AnObjectWhoseStorageCannotBeHadIsGivenBack) {
     EXPECT_TRUE(memory.foreign().empty());
 }
 
-TEST(Buffer, AnObjectGoesBackToTheMemoryObjectOfTheTimeOfItsDeletion) {
+TEST(Buffer, ObjectIsReturnedToTheMemoryObjectCurrentAtDeletion) {
     Buffer* const early = new Buffer;
     const test::CountingMemory first;
     delete early;
@@ -371,7 +369,7 @@ TEST(Buffer, AnObjectGoesBackToTheMemoryObjectOfTheTimeOfItsDeletion) {
     EXPECT_EQ(second.foreign(), std::vector<const void*>{late});
 }
 
-TEST(Buffer, AnObjectOfAMemoryObjectThatIsGoneIsFreed) {
+TEST(Buffer, ObjectIsFreedIfItsMemoryObjectNoLongerExists) {
     EXPECT_LT(test::heapGrowth([] {
                   Buffer* buffer = nullptr;
                   {
@@ -389,7 +387,7 @@ TEST(Buffer, DeletingNullDoesNothing) {
     EXPECT_TRUE(memory.foreign().empty());
 }
 
-TEST(Buffer, AnswersPositionsAndDifferences) {
+TEST(Buffer, ReportsPositionsAndDifferences) {
     OpenBuffer buffer(10);
     putText(buffer, "volumes");
     buffer.ReadAdvance(3);
@@ -400,7 +398,7 @@ TEST(Buffer, AnswersPositionsAndDifferences) {
     expectPositions(buffer, 7, 3);
 }
 
-TEST(Buffer, WriteAdvanceReachesTheCapacityAndNoFurther) {
+TEST(Buffer, WriteAdvanceMovesAtMostToTheCapacity) {
     OpenBuffer buffer(8);
     buffer.WriteAdvance(0);
     buffer.WriteAdvance(8);
@@ -408,7 +406,7 @@ TEST(Buffer, WriteAdvanceReachesTheCapacityAndNoFurther) {
     EXPECT_FAILURE(buffer.WriteAdvance(1), 1239, "ut_Buffer", WRITE_ADVANCE, "");
 }
 
-TEST(Buffer, ARefusedWriteAdvanceLeavesThePositionMoved) {
+TEST(Buffer, RefusedWriteAdvanceLeavesThePositionMoved) {
     OpenBuffer buffer(8);
     EXPECT_FAILURE(buffer.WriteAdvance(11), 1239, "ut_Buffer", WRITE_ADVANCE, "");
     expectPositions(buffer, 11, 0);
@@ -416,7 +414,7 @@ TEST(Buffer, ARefusedWriteAdvanceLeavesThePositionMoved) {
     EXPECT_EQ(buffer.ReadAvailable(), 11);
 }
 
-TEST(Buffer, ANegativeWriteAdvanceIsRefusedEvenInside) {
+TEST(Buffer, NegativeWriteAdvanceIsRefusedEvenInRange) {
     OpenBuffer buffer(8);
     buffer.WriteAdvance(4);
     EXPECT_FAILURE(buffer.WriteAdvance(-1), 1239, "ut_Buffer", WRITE_ADVANCE, "");
@@ -433,7 +431,7 @@ TEST(Buffer, WithNoThrowWriteAdvanceStopsAtTheCapacity) {
     EXPECT_EQ(log.count(), 0u);
 }
 
-TEST(Buffer, WithNoThrowWriteAdvanceGoesBackNoFurtherThanTheReadPosition) {
+TEST(Buffer, WithNoThrowWriteAdvanceMovesBackAtMostToTheReadPosition) {
     test::LogCapture log;
     OpenBuffer buffer(8, true);
     buffer.WriteAdvance(6);
@@ -447,7 +445,7 @@ TEST(Buffer, WithNoThrowWriteAdvanceGoesBackNoFurtherThanTheReadPosition) {
     EXPECT_EQ(log.count(), 0u);
 }
 
-TEST(Buffer, ReadAdvanceReachesTheWritePositionAndNoFurther) {
+TEST(Buffer, ReadAdvanceMovesAtMostToTheWritePosition) {
     OpenBuffer buffer(8);
     buffer.WriteAdvance(5);
     buffer.ReadAdvance(0);
@@ -458,7 +456,7 @@ TEST(Buffer, ReadAdvanceReachesTheWritePositionAndNoFurther) {
     EXPECT_EQ(buffer.ReadAvailable(), -1);
 }
 
-TEST(Buffer, ANegativeReadAdvanceIsRefusedEvenInside) {
+TEST(Buffer, NegativeReadAdvanceIsRefusedEvenInRange) {
     OpenBuffer buffer(8);
     buffer.WriteAdvance(5);
     buffer.ReadAdvance(3);
@@ -499,7 +497,7 @@ TEST(Buffer, ExtremeAdvancesAreRefused) {
     }
 }
 
-TEST(Buffer, WithNoThrowExtremeAdvancesStayInside) {
+TEST(Buffer, WithNoThrowExtremeAdvancesStayInRange) {
     for (const int n : {INT_MAX, INT_MIN, INT_MIN + 1}) {
         OpenBuffer buffer(8, true);
         buffer.WriteAdvance(5);
@@ -511,7 +509,7 @@ TEST(Buffer, WithNoThrowExtremeAdvancesStayInside) {
     }
 }
 
-TEST(Buffer, AWritePositionIsClampedToTheEndAlsoWhereTheReadPositionIsBehindIt) {
+TEST(Buffer, WritePositionIsClampedToTheCapacityEvenIfTheReadPositionIsPastIt) {
     OpenBuffer buffer(8);
     buffer.WriteAdvance(5);
     EXPECT_NE(CATCH_FAILURE(buffer.ReadAdvance(50)), nullptr);
@@ -520,7 +518,7 @@ TEST(Buffer, AWritePositionIsClampedToTheEndAlsoWhereTheReadPositionIsBehindIt) 
     EXPECT_EQ(buffer.WritePosition(), 8);
 }
 
-TEST(Buffer, AfterARefusedAdvanceItCanBeAskedRewoundAndUsed) {
+TEST(Buffer, CanBeQueriedRewoundAndUsedAfterARefusedAdvance) {
     OpenBuffer buffer(8);
     EXPECT_NE(CATCH_FAILURE(buffer.WriteAdvance(20)), nullptr);
     EXPECT_EQ(buffer.boundedRoom(5), 0);
@@ -533,7 +531,7 @@ TEST(Buffer, AfterARefusedAdvanceItCanBeAskedRewoundAndUsed) {
     EXPECT_EQ(content(buffer), "12345678");
 }
 
-TEST(Buffer, RewindDropsEverything) {
+TEST(Buffer, RewindDiscardsTheContent) {
     OpenBuffer buffer(8);
     putText(buffer, "volume");
     buffer.ReadAdvance(2);
@@ -550,7 +548,7 @@ TEST(Buffer, RewindWithoutStorageResetsThePositions) {
     expectPositions(buffer, 0, 0);
 }
 
-TEST(Buffer, ConsolidateMovesTheUnreadBytesAndWritesNoTerminator) {
+TEST(Buffer, ConsolidateMovesTheUnreadBytesWithoutATerminator) {
     OpenBuffer buffer(8);
     putText(buffer, "abcdefg");
     buffer.ReadAdvance(2);
@@ -585,7 +583,7 @@ TEST(Buffer, ConsolidateWithNothingUnreadRewinds) {
     EXPECT_EQ(buffer.pBuffer()[0], 0);
 }
 
-TEST(Buffer, ConsolidateAfterARefusedAdvanceStaysInside) {
+TEST(Buffer, ConsolidateAfterARefusedAdvanceStaysInBounds) {
     test::GuardedBytes bytes(9);
     OpenBuffer buffer;
     buffer.supplyArray(bytes.array(), bytes.size());
@@ -616,7 +614,7 @@ TEST(Buffer, CopyFromMovesTheReadableBytes) {
     expectPositions(source, 7, 7);
 }
 
-TEST(Buffer, CopyFromFillsTheRoomExactly) {
+TEST(Buffer, CopyFromFillsTheBufferExactly) {
     OpenBuffer source(8);
     putText(source, "volume");
     OpenBuffer target(6);
@@ -671,7 +669,7 @@ TEST(Buffer, CopyFromNullOrWithoutStorageDoesNothing) {
     expectPositions(none, 0, 0);
 }
 
-TEST(Buffer, CopyFromItselfMovesTheBytesBehindThemselves) {
+TEST(Buffer, CopyFromItselfMovesTheBytesAfterThemselves) {
     OpenBuffer buffer(8);
     putText(buffer, "abc");
     buffer.CopyFrom(&buffer);
@@ -679,7 +677,7 @@ TEST(Buffer, CopyFromItselfMovesTheBytesBehindThemselves) {
     EXPECT_EQ(content(buffer), "abc");
 }
 
-TEST(Buffer, CopyFromGoesThroughTheVirtualCursors) {
+TEST(Buffer, CopyFromUsesTheVirtualPositionOperations) {
     CountedBuffer source(8);
     putText(source, "volume");
     CountedBuffer target(8);
@@ -691,7 +689,7 @@ TEST(Buffer, CopyFromGoesThroughTheVirtualCursors) {
     EXPECT_EQ(target.written, 1);
 }
 
-TEST(Buffer, CopyFromAfterARefusedAdvanceStaysInside) {
+TEST(Buffer, CopyFromAfterARefusedAdvanceStaysInBounds) {
     test::GuardedBytes from(9);
     test::GuardedBytes to(9);
     OpenBuffer source;
@@ -722,7 +720,7 @@ TEST(Buffer, CopyFromAfterARefusedAdvanceStaysInside) {
     EXPECT_TRUE(from.areGuardsWhole());
 }
 
-TEST(Buffer, CopyFromReadsNothingBehindTheSourcesStorage) {
+TEST(Buffer, CopyFromDoesNotReadPastTheSourcesStorage) {
     test::GuardedBytes bytes(9);
     OpenBuffer source;
     source.supplyArray(bytes.array(), bytes.size());
@@ -734,11 +732,11 @@ TEST(Buffer, CopyFromReadsNothingBehindTheSourcesStorage) {
     EXPECT_STREQ(target.pBuffer(), "volumes");
 }
 
-TEST(Buffer, CopyFromStaysInsideAlsoWhereMoreRoomIsClaimed) {
+TEST(Buffer, CopyFromStaysInBoundsIfTheSpaceReportedIsTooLarge) {
     test::GuardedBytes bytes(5);
     OpenBuffer source(8);
     putText(source, "volumes");
-    Boaster target;
+    OverstatedSpace target;
     target.supplyArray(bytes.array(), bytes.size());
     target.CopyFrom(&source);
     EXPECT_STREQ(target.pBuffer(), "volu");
@@ -746,7 +744,7 @@ TEST(Buffer, CopyFromStaysInsideAlsoWhereMoreRoomIsClaimed) {
     EXPECT_TRUE(bytes.areGuardsWhole());
 }
 
-TEST(Buffer, TruncatePartialUtf8KeepsAWholeText) {
+TEST(Buffer, TruncatePartialUtf8KeepsACompleteText) {
     test::LogCapture log;
     OpenBuffer buffer(16);
     put(buffer, "caf\xC3\xA9");
@@ -757,7 +755,7 @@ TEST(Buffer, TruncatePartialUtf8KeepsAWholeText) {
     EXPECT_EQ(log.count(), 0u);
 }
 
-TEST(Buffer, TruncatePartialUtf8CutsAnIncompleteCharacter) {
+TEST(Buffer, TruncatePartialUtf8RemovesAnIncompleteCharacter) {
     const test::LogCapture log;
     for (const char* partial : {"\xC3", "\xE2", "\xE2\x82", "\xF0", "\xF0\x9F", "\xF0\x9F\x98"}) {
         OpenBuffer buffer(16);
@@ -768,7 +766,7 @@ TEST(Buffer, TruncatePartialUtf8CutsAnIncompleteCharacter) {
     }
 }
 
-TEST(Buffer, TruncatePartialUtf8CutsAtMostThreeBytes) {
+TEST(Buffer, TruncatePartialUtf8RemovesAtMostThreeBytes) {
     const test::LogCapture log;
     OpenBuffer buffer(16);
     putText(buffer, "ab\xFF\xFF\xFF");
@@ -781,7 +779,7 @@ TEST(Buffer, TruncatePartialUtf8CutsAtMostThreeBytes) {
     EXPECT_STREQ(other.pBuffer(), "ab\xFF\xFF\xFF\xFF");
 }
 
-TEST(Buffer, TruncatePartialUtf8PermitsTabsAndLineEndsOnly) {
+TEST(Buffer, TruncatePartialUtf8PermitsOnlyTabsAndLineEndsAsControls) {
     const test::LogCapture log;
     OpenBuffer buffer(32);
     putText(buffer, "a\tb\r\nc");
@@ -808,7 +806,7 @@ TEST(Buffer, TruncatePartialUtf8OfAnUnprintableTextIsLoggedWithTheStorageText) {
     EXPECT_EQ(test::traceLines(log), expected);
 }
 
-TEST(Buffer, TruncatePartialUtf8OfNothingIsTrue) {
+TEST(Buffer, TruncatePartialUtf8OfAnEmptyTextIsTrue) {
     test::LogCapture log;
     OpenBuffer buffer(4);
     putText(buffer, "ab");
@@ -820,7 +818,7 @@ TEST(Buffer, TruncatePartialUtf8OfNothingIsTrue) {
     EXPECT_EQ(log.count(), 0u);
 }
 
-TEST(Buffer, TruncatePartialUtf8OfFewBytesStopsAtNone) {
+TEST(Buffer, TruncatePartialUtf8OfFewBytesStopsAtTheStart) {
     const test::LogCapture log;
     for (const char* text : {"\xFF", "\xFF\xFF", "\xFF\xFF\xFF"}) {
         OpenBuffer buffer(4);
@@ -831,14 +829,14 @@ TEST(Buffer, TruncatePartialUtf8OfFewBytesStopsAtNone) {
     }
 }
 
-TEST(Buffer, TruncatePartialUtf8OfAFullBufferTerminatesBehindTheCapacity) {
+TEST(Buffer, TruncatePartialUtf8OfAFullBufferTerminatesAfterTheCapacity) {
     OpenBuffer buffer(4);
     put(buffer, "abcd");
     EXPECT_TRUE(buffer.truncatePartialUtf8());
     EXPECT_STREQ(buffer.pBuffer(), "abcd");
 }
 
-TEST(Buffer, TruncatePartialUtf8WithTheWritePositionInFrontIsABug) {
+TEST(Buffer, TruncatePartialUtf8WithWriteBeforeReadPositionLogsABug) {
     test::LogCapture log;
     OpenBuffer buffer(4);
     EXPECT_NE(CATCH_FAILURE(buffer.ReadAdvance(1)), nullptr);
@@ -847,7 +845,7 @@ TEST(Buffer, TruncatePartialUtf8WithTheWritePositionInFrontIsABug) {
     expectPositions(buffer, 0, 1);
 }
 
-TEST(Buffer, TruncatePartialUtf8AfterARefusedAdvanceStaysInside) {
+TEST(Buffer, TruncatePartialUtf8AfterARefusedAdvanceStaysInBounds) {
     const test::LogCapture log;
     test::GuardedBytes bytes(9);
     OpenBuffer buffer;
@@ -862,7 +860,7 @@ TEST(Buffer, TruncatePartialUtf8AfterARefusedAdvanceStaysInside) {
     OpenBuffer().truncatePartialUtf8();
 }
 
-TEST(Buffer, SupplyArrayKeepsTheLastByteForTheTerminator) {
+TEST(Buffer, SupplyArrayReservesTheLastByteForTheTerminator) {
     test::GuardedBytes bytes(8);
     OpenBuffer buffer;
     buffer.supplyArray(bytes.array(), bytes.size());
@@ -871,7 +869,7 @@ TEST(Buffer, SupplyArrayKeepsTheLastByteForTheTerminator) {
     EXPECT_TRUE(bytes.areGuardsWhole());
 }
 
-TEST(Buffer, BoundsWhatIsCopiedByTheStorage) {
+TEST(Buffer, LimitsCopiesToTheStorage) {
     OpenBuffer buffer(8);
     putText(buffer, "abcdef");
     buffer.ReadAdvance(2);
@@ -888,3 +886,5 @@ TEST(Buffer, BoundsWhatIsCopiedByTheStorage) {
     EXPECT_EQ(OpenBuffer().boundedReadable(1), 0);
     EXPECT_FALSE(OpenBuffer().isTerminable());
 }
+
+} // namespace

@@ -42,7 +42,7 @@ TEST(CircularStream, UsageExample) {
     EXPECT_EQ(std::string(text, 7), "DEFGHIJ");
 }
 
-TEST(CircularStream, ReadsBackWhatWasWrittenWhileItFits) {
+TEST(CircularStream, ReadsBackDataThatFits) {
     CircularStream stream(8);
     EXPECT_EQ(stream.ReadAvailable(), 0);
     send(stream, "ABC");
@@ -56,7 +56,7 @@ TEST(CircularStream, ReadsBackWhatWasWrittenWhileItFits) {
     EXPECT_EQ(receive(stream, 20), "ABCDEFG");
 }
 
-TEST(CircularStream, FilledToItsLastByteHasWrappedAndLostItsFirst) {
+TEST(CircularStream, FillingTheLastByteWrapsAndLosesTheFirstByte) {
     CircularStream stream(8);
     send(stream, "ABCDEFGH");
     EXPECT_EQ(stream.WritePosition(), 0);
@@ -75,7 +75,7 @@ TEST(CircularStream, KeepsTheLastBytesOfAWriteManyTimesItsCapacity) {
     EXPECT_EQ(receive(stream, 20), data.substr(993));
 }
 
-TEST(CircularStream, AWriterThatOverrunsTheReaderPushesItToTheOldestByteLeft) {
+TEST(CircularStream, OverrunMovesTheReaderToTheOldestByteLeft) {
     CircularStream stream(8);
     send(stream, "ABCDEF");
     EXPECT_EQ(receive(stream, 4), "ABCD");
@@ -89,7 +89,7 @@ TEST(CircularStream, AWriterThatOverrunsTheReaderPushesItToTheOldestByteLeft) {
     EXPECT_EQ(receive(stream, 20), "HIJKLMN");
 }
 
-TEST(CircularStream, ReadsRoundTheEndInPieces) {
+TEST(CircularStream, ReadsAroundTheEndInPieces) {
     CircularStream stream(8);
     send(stream, "ABCDEFGHIJ");
     EXPECT_EQ(receive(stream, 1), "D");
@@ -98,7 +98,7 @@ TEST(CircularStream, ReadsRoundTheEndInPieces) {
     EXPECT_EQ(receive(stream, 4), "IJ");
 }
 
-TEST(CircularStream, AlwaysHasRoomForItsCapacity) {
+TEST(CircularStream, WriteRemainingIsAlwaysTheCapacity) {
     CircularStream stream(8);
     EXPECT_EQ(stream.WriteRemaining(), 8);
     send(stream, "ABCDE");
@@ -107,7 +107,7 @@ TEST(CircularStream, AlwaysHasRoomForItsCapacity) {
     EXPECT_EQ(stream.WriteRemaining(), 8);
 }
 
-TEST(CircularStream, StartingToReadFoldsAPositionBehindTheLastByteToTheFirst) {
+TEST(CircularStream, StartInputWrapsAPositionPastTheLastByteToTheFirst) {
     CircularStream stream(8);
     send(stream, "ABCDEFGHIJKLMNO");
     EXPECT_EQ(stream.WritePosition(), 7);
@@ -116,7 +116,7 @@ TEST(CircularStream, StartingToReadFoldsAPositionBehindTheLastByteToTheFirst) {
     EXPECT_EQ(receive(stream, 20), "IJKLMNO");
 }
 
-TEST(CircularStream, AStartedOutputStillKnowsThatTheRingOnceWrapped) {
+TEST(CircularStream, StartOutputKeepsTheWrappedState) {
     CircularStream stream(8);
     send(stream, "ABCDEFGHIJ");
     EXPECT_TRUE(stream.StartOutputStream());
@@ -128,7 +128,7 @@ TEST(CircularStream, AStartedOutputStillKnowsThatTheRingOnceWrapped) {
     EXPECT_EQ(receive(stream, 20), "DEFGHxy");
 }
 
-TEST(CircularStream, AStartedOutputOfARingThatNeverWrappedForgetsWhatItHeld) {
+TEST(CircularStream, StartOutputOfARingThatNeverWrappedDiscardsTheContent) {
     CircularStream stream(8);
     send(stream, "ABCDE");
     EXPECT_TRUE(stream.StartOutputStream());
@@ -139,7 +139,7 @@ TEST(CircularStream, AStartedOutputOfARingThatNeverWrappedForgetsWhatItHeld) {
     EXPECT_EQ(receive(stream, 20), "xy");
 }
 
-TEST(CircularStream, AnsweredQuestionsAreThoseOfAStreamThatNeverFails) {
+TEST(CircularStream, StatesAreThoseOfAStreamThatNeverFails) {
     CircularStream stream(4);
     for (int i = 0; i < 3; ++i) {
         EXPECT_TRUE(stream.isOutputStreamOpen());
@@ -171,7 +171,7 @@ TEST(CircularStream, AdvancesBelowOneDoNothing) {
     EXPECT_EQ(stream.ReadPosition(), 0);
 }
 
-TEST(CircularStream, AReadAdvanceIsCutToWhatIsReadable) {
+TEST(CircularStream, ReadAdvanceIsLimitedToTheReadableBytes) {
     CircularStream stream(8);
     send(stream, "ABCDE");
     stream.ReadAdvance(2);
@@ -185,7 +185,7 @@ TEST(CircularStream, AReadAdvanceIsCutToWhatIsReadable) {
     EXPECT_EQ(receive(stream, 20), "IJ");
 }
 
-TEST(CircularStream, AWriteAdvanceByManyRoundsStaysInside) {
+TEST(CircularStream, WriteAdvanceByManyRoundsStaysInRange) {
     for (int start = 0; start < 8; ++start) {
         for (const int n : {8, 9, 20, 1001, INT_MAX}) {
             CircularStream stream(8);
@@ -200,7 +200,7 @@ TEST(CircularStream, AWriteAdvanceByManyRoundsStaysInside) {
     }
 }
 
-/// A ring whose positions are those of the largest capacity. Only for moving them: it has storage for a few bytes.
+// A ring with positions up to the largest capacity, but only a few bytes of storage: only move its positions.
 class LargestRing : public CircularStream {
 public:
     LargestRing() : CircularStream(8) {
@@ -208,7 +208,7 @@ public:
     }
 };
 
-TEST(CircularStream, PositionsOfTheLargestRingMoveRoundItsEnd) {
+TEST(CircularStream, PositionsOfTheLargestRingWrapAroundItsEnd) {
     LargestRing stream;
     stream.WriteAdvance(INT_MAX - 1);
     stream.ReadAdvance(INT_MAX - 1);
@@ -227,7 +227,7 @@ TEST(CircularStream, PositionsOfTheLargestRingMoveRoundItsEnd) {
     EXPECT_EQ(stream.ReadAvailable(), 0);
 }
 
-TEST(CircularStream, OfOneByteTakesEverythingAndYieldsNothing) {
+TEST(CircularStream, CapacityOneAcceptsEverythingAndReturnsNothing) {
     CircularStream stream(1);
     send(stream, "ABC");
     EXPECT_EQ(stream.ReadAvailable(), 0);
@@ -235,7 +235,7 @@ TEST(CircularStream, OfOneByteTakesEverythingAndYieldsNothing) {
     EXPECT_EQ(receive(stream, 5), "");
 }
 
-TEST(CircularStream, OfNoBytesTakesEverythingAndHoldsNothing) {
+TEST(CircularStream, CapacityZeroAcceptsEverythingAndStoresNothing) {
     CircularStream stream(0);
     send(stream, "ABC");
     stream.WriteAdvance(5);
@@ -247,13 +247,13 @@ TEST(CircularStream, OfNoBytesTakesEverythingAndHoldsNothing) {
     EXPECT_TRUE(stream.isInputStreamAtEnd());
 }
 
-TEST(CircularStream, WithoutStorageCannotBeMade) {
+TEST(CircularStream, ConstructionWithoutStorageThrows1238) {
     const char* const allocate = "void utility::Buffer::allocBuffer()";
     EXPECT_FAILURE(CircularStream(-1), 1238, "ut_Buffer", allocate, "");
     EXPECT_FAILURE(test::failNth(1, [] { CircularStream(8); }), 1238, "ut_Buffer", allocate, "");
 }
 
-TEST(CircularStream, NullDataAreTakenAsNoneAndANullBufferTakesNothing) {
+TEST(CircularStream, NullDataWritesNothingAndANullBufferConsumesNothing) {
     CircularStream stream(8);
     EXPECT_TRUE(stream.SendOutputStream(nullptr, 5));
     EXPECT_EQ(stream.ReadAvailable(), 0);
@@ -262,7 +262,7 @@ TEST(CircularStream, NullDataAreTakenAsNoneAndANullBufferTakesNothing) {
     EXPECT_EQ(receive(stream, 5), "ABC");
 }
 
-TEST(CircularStream, TakesNoMemoryAfterItsStorage) {
+TEST(CircularStream, AllocatesOnlyItsStorage) {
     CircularStream stream(8);
     char text[8];
     const unsigned long before = test::allocationCount();
@@ -272,7 +272,7 @@ TEST(CircularStream, TakesNoMemoryAfterItsStorage) {
     EXPECT_EQ(test::allocationCount(), before);
 }
 
-TEST(CircularStream, TakesAWholeTransferFromAnotherRing) {
+TEST(CircularStream, ReceivesATransferFromAnotherRing) {
     CircularStream from(100);
     CircularStream to(8);
     send(from, "ABCDEFGHIJ");
@@ -280,7 +280,7 @@ TEST(CircularStream, TakesAWholeTransferFromAnotherRing) {
     EXPECT_EQ(receive(to, 20), "DEFGHIJ");
 }
 
-/// A ring that counts the advances that the stream's own operations make.
+// A ring that counts the calls of its virtual position operations.
 class CountingRing : public CircularStream {
 public:
     explicit CountingRing(int capacity) : CircularStream(capacity) {}
@@ -303,7 +303,7 @@ public:
     std::vector<int> m_read;
 };
 
-TEST(CircularStream, ATransferFromItselfChangesNothing) {
+TEST(CircularStream, TransferFromItselfChangesNothing) {
     CircularStream ring(8);
     ring.SendOutputStream("ABCDEFGHIJ", 10);
     ring.StartInputStream();
@@ -314,7 +314,7 @@ TEST(CircularStream, ATransferFromItselfChangesNothing) {
     EXPECT_TRUE(ring.TransferFromInputStream(ring));
 }
 
-TEST(CircularStream, BytesMayComeFromItsOwnStorageAndGoThere) {
+TEST(CircularStream, SourceAndDestinationMayBeItsOwnStorage) {
     CircularStream ring(8);
     ring.SendOutputStream("ABCDEF", 6);
     ring.StartOutputStream();
@@ -334,7 +334,7 @@ TEST(CircularStream, ADerivedRingSeesEveryAdvance) {
     EXPECT_GT(ring.m_questions, 0);
 }
 
-/// The same, byte by byte.
+// The expected behavior, modeled byte by byte.
 struct RingModel {
     explicit RingModel(unsigned int capacity) : ring(capacity, '\0') {}
 
@@ -374,7 +374,7 @@ void runAgainstModel(test::RandomRun& random, int steps) {
     const unsigned int capacity = 1 + random.below(40);
     CircularStream stream(static_cast<int>(capacity));
     RingModel model(capacity);
-    // The stream reads bytes that were only advanced over; both begin with known ones.
+    // Advancing makes bytes readable that were not written, so fill the ring and the model with known bytes first.
     send(stream, std::string(capacity, '.'));
     model.send(std::string(capacity, '.'));
     for (int step = 0; step < steps && !testing::Test::HasFailure(); ++step) {

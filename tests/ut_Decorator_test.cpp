@@ -22,7 +22,7 @@ Decorator::DecorationType type(int number) {
     return static_cast<Decorator::DecorationType>(number);
 }
 
-// Renders headings, as streams outside the library do.
+// Renders headings, as streams of callers do.
 class Markup : public utility::BufferStream {
 public:
     Markup() : BufferStream(64) {}
@@ -31,8 +31,6 @@ public:
         PutS(decoration == Heading ? "<h>" : "</h>");
     }
 };
-
-} // namespace
 
 TEST(Decorator, UsageExample) {
     utility::BufferStream stream(32);
@@ -48,7 +46,7 @@ TEST(Decorator, TypesAreNumberedFrom0To35) {
     EXPECT_EQ(Decorator::Cyan, 35);
 }
 
-TEST(Decorator, TypesAreNamedAsTheirTokensAre) {
+TEST(Decorator, TypesAreNamedByTheirTokens) {
     const struct {
         Decorator::DecorationType type;
         const char* text;
@@ -74,7 +72,7 @@ TEST(Decorator, EachTypeHasItsToken) {
     EXPECT_EQ(Decorator::toToken(type(35)), 6944u);
 }
 
-TEST(Decorator, AnUnknownTypeHasTheTokenForUnknown) {
+TEST(Decorator, UnknownTypeHasTheTokenForUnknown) {
     for (const int number : {36, 37, 1000, INT_MAX, -1, -2, INT_MIN})
         EXPECT_EQ(Decorator::toToken(type(number)), 1153u) << number;
 }
@@ -104,7 +102,7 @@ TEST(Decorator, DecoratingABufferStreamChangesNothing) {
     EXPECT_EQ(log.count(), 0u);
 }
 
-TEST(Decorator, APlainDecoratorDoesNothing) {
+TEST(Decorator, PlainDecoratorDoesNothing) {
     Decorator decorator;
     decorator.setDecoration(Decorator::Heading);
     decorator.setDecoration(Decorator::Heading, nullptr);
@@ -120,10 +118,12 @@ TEST(Decorator, StreamsThatRenderAreReachedThroughPutStream) {
     EXPECT_STREQ(markup.pTail(), "<h>Ports</h>");
 }
 
-TEST(Decorator, VirtualOperationsStandInTheirSlots) {
+TEST(Decorator, VirtualOperationsHaveTheirSlots) {
     EXPECT_EQ(test::virtualSlot(static_cast<void (Decorator::*)(Decorator::DecorationType)>(&Decorator::setDecoration)),
               2);
     EXPECT_EQ(test::virtualSlot(static_cast<void (Decorator::*)(Decorator::DecorationType, utility::PutStream*)>(
                   &Decorator::setDecoration)),
               3);
 }
+
+} // namespace

@@ -20,10 +20,10 @@ namespace {
 using utility::DynamicStream;
 using Lines = std::vector<std::string>;
 
-const unsigned int TRACE_SWITCH = 4395;
-const char* const CONSTRUCT = "utility::DynamicStream::DynamicStream(int)";
-const char* const SEND = "virtual bool utility::DynamicStream::SendOutputStream(const char*, unsigned int)";
-const char* const RECEIVE = "virtual int utility::DynamicStream::ReceiveInputStream(char*, unsigned int)";
+constexpr unsigned int TRACE_SWITCH = 4395;
+constexpr const char* CONSTRUCT = "utility::DynamicStream::DynamicStream(int)";
+constexpr const char* SEND = "virtual bool utility::DynamicStream::SendOutputStream(const char*, unsigned int)";
+constexpr const char* RECEIVE = "virtual int utility::DynamicStream::ReceiveInputStream(char*, unsigned int)";
 
 static_assert(!std::is_copy_constructible<DynamicStream>::value, "a copy would share the pages");
 static_assert(!std::is_copy_assignable<DynamicStream>::value, "an assignment would share the pages");
@@ -74,7 +74,7 @@ TEST(DynamicStream, HasOnePageSlotMoreThanTheFullPagesOfItsMaximum) {
     EXPECT_EQ(DynamicStream(INT_MAX).getSize(), footprint(524288, 0));
 }
 
-TEST(DynamicStream, WithAMaximumBelowOneRefusesEveryWrite) {
+TEST(DynamicStream, RefusesEveryWriteIfItsMaximumIsBelowOne) {
     for (const int maxSize : {0, -1, -4097, INT_MIN}) {
         DynamicStream stream(maxSize);
         test::LogCapture log;
@@ -86,7 +86,7 @@ TEST(DynamicStream, WithAMaximumBelowOneRefusesEveryWrite) {
     }
 }
 
-TEST(DynamicStream, AWriteLongerThanTheRoomStoresWhatFitsAndFailsWithoutALogLine) {
+TEST(DynamicStream, WriteLongerThanTheSpaceStoresWhatFitsAndFailsWithoutALogLine) {
     DynamicStream stream(10000);
     const std::string data = patternOf(12000);
     test::LogCapture log;
@@ -97,7 +97,7 @@ TEST(DynamicStream, AWriteLongerThanTheRoomStoresWhatFitsAndFailsWithoutALogLine
     EXPECT_EQ(receive(stream, 20000), data.substr(0, 10000));
 }
 
-TEST(DynamicStream, AWriteIntoAFullStreamIsLogged) {
+TEST(DynamicStream, WriteToAFullStreamIsLogged) {
     DynamicStream stream(5);
     test::LogCapture log;
     EXPECT_TRUE(send(stream, "ports"));
@@ -107,7 +107,7 @@ TEST(DynamicStream, AWriteIntoAFullStreamIsLogged) {
     EXPECT_EQ(receive(stream, 10), "ports");
 }
 
-TEST(DynamicStream, TakesAPageOnlyWhenItsFirstByteIsWritten) {
+TEST(DynamicStream, AllocatesAPageWhenItsFirstByteIsWritten) {
     const long before = framework::Memory::staticOutstanding();
     {
         DynamicStream stream(10000);
@@ -126,7 +126,7 @@ TEST(DynamicStream, TakesAPageOnlyWhenItsFirstByteIsWritten) {
     EXPECT_EQ(framework::Memory::staticOutstanding(), before);
 }
 
-TEST(DynamicStream, AMaximumOfWholePagesFillsThemToTheLastByte) {
+TEST(DynamicStream, MaximumOfWholePagesFillsThemToTheLastByte) {
     DynamicStream stream(8192);
     const std::string data = patternOf(8192);
     EXPECT_TRUE(send(stream, data));
@@ -151,7 +151,7 @@ TEST(DynamicStream, ReadsAcrossPagesInPiecesOfAnySize) {
     }
 }
 
-TEST(DynamicStream, ReceivesMinusOneWhenNothingIsLeftAndZeroWhenNothingIsWanted) {
+TEST(DynamicStream, ReceivesMinusOneAtTheEndAndZeroForASizeOfZero) {
     DynamicStream stream(10);
     char byte = 'z';
     EXPECT_EQ(stream.ReceiveInputStream(&byte, 1), -1);
@@ -165,7 +165,7 @@ TEST(DynamicStream, ReceivesMinusOneWhenNothingIsLeftAndZeroWhenNothingIsWanted)
     EXPECT_EQ(receive(stream, 10), "c");
 }
 
-TEST(DynamicStream, AStartedInputIsReadFromItsFirstByteAgain) {
+TEST(DynamicStream, StartInputReadsFromTheFirstByteAgain) {
     DynamicStream stream(100);
     EXPECT_TRUE(send(stream, "ports"));
     EXPECT_EQ(receive(stream, 3), "por");
@@ -173,7 +173,7 @@ TEST(DynamicStream, AStartedInputIsReadFromItsFirstByteAgain) {
     EXPECT_EQ(receive(stream, 10), "ports");
 }
 
-TEST(DynamicStream, AnEndedInputSkipsWhatWasNotRead) {
+TEST(DynamicStream, EndInputSkipsTheUnreadBytes) {
     DynamicStream stream(100);
     EXPECT_TRUE(send(stream, "ports"));
     EXPECT_EQ(receive(stream, 1), "p");
@@ -186,7 +186,7 @@ TEST(DynamicStream, AnEndedInputSkipsWhatWasNotRead) {
     EXPECT_EQ(stream.GetInputStreamSize(), 6);
 }
 
-TEST(DynamicStream, AStartedOutputWritesFromTheStartAndKeepsThePages) {
+TEST(DynamicStream, StartOutputWritesFromTheStartAndKeepsThePages) {
     DynamicStream stream(10000);
     EXPECT_TRUE(send(stream, patternOf(5000)));
     const long before = framework::Memory::staticOutstanding();
@@ -207,7 +207,7 @@ TEST(DynamicStream, AStartedOutputWritesFromTheStartAndKeepsThePages) {
     EXPECT_EQ(stream.GetInputStreamSize(), 8005);
 }
 
-TEST(DynamicStream, ResetGivesAllPagesBackAndTheStreamGoesOn) {
+TEST(DynamicStream, ResetFreesAllPagesAndTheStreamIsReusable) {
     DynamicStream stream(10000);
     const long before = framework::Memory::staticOutstanding();
     EXPECT_TRUE(send(stream, patternOf(10000)));
@@ -235,7 +235,7 @@ TEST(DynamicStream, IsAlwaysOpenAndNeverInError) {
     }
 }
 
-TEST(DynamicStream, IsAtTheEndOfItsOutputFromTheBeginningAndTakesWhatIsSentAllTheSame) {
+TEST(DynamicStream, OutputIsAtItsEndFromTheStartButAcceptsData) {
     DynamicStream stream(5);
     EXPECT_TRUE(stream.isOutputStreamAtEnd());
     EXPECT_FALSE(stream.isOutputStreamGood());
@@ -245,7 +245,7 @@ TEST(DynamicStream, IsAtTheEndOfItsOutputFromTheBeginningAndTakesWhatIsSentAllTh
     EXPECT_TRUE(stream.isOutputStreamAtEnd());
 }
 
-TEST(DynamicStream, TakesAndGivesAWholeTransfer) {
+TEST(DynamicStream, CanBeTargetAndSourceOfATransfer) {
     DynamicStream from(50000);
     DynamicStream to(50000);
     const std::string data = patternOf(40000);
@@ -262,7 +262,7 @@ TEST(DynamicStream, TakesAndGivesAWholeTransfer) {
     EXPECT_EQ(small.GetInputStreamSize(), 20000);
 }
 
-TEST(DynamicStream, NullDataStoreNothingAndANullBufferTakesNothing) {
+TEST(DynamicStream, NullDataStoresNothingAndANullBufferConsumesNothing) {
     DynamicStream stream(100);
     EXPECT_TRUE(stream.SendOutputStream(nullptr, 0));
     EXPECT_FALSE(stream.SendOutputStream(nullptr, 5));
@@ -319,7 +319,7 @@ TEST(DynamicStream, TracesEachStepOfAReadThatCrossesAPage) {
                      line(3, RECEIVE, "size: 20")}));
 }
 
-TEST(DynamicStream, TracesNothingWhileTheSwitchIsOff) {
+TEST(DynamicStream, TracesNothingIfTheSwitchIsOff) {
     test::LogCapture log;
     DynamicStream stream(5000);
     EXPECT_TRUE(send(stream, patternOf(5000)));
@@ -327,7 +327,7 @@ TEST(DynamicStream, TracesNothingWhileTheSwitchIsOff) {
     EXPECT_EQ(log.count(), 0u);
 }
 
-TEST(DynamicStream, TakesNoMemoryButItsPages) {
+TEST(DynamicStream, AllocatesOnlyItsPages) {
     DynamicStream stream(100000);
     const std::string data = patternOf(50000);
     std::string back(50000, '\0');
@@ -339,7 +339,7 @@ TEST(DynamicStream, TakesNoMemoryButItsPages) {
     EXPECT_EQ(back, data);
 }
 
-TEST(DynamicStream, APageThatCannotBeHadFailsTheWriteAndKeepsWhatWasStored) {
+TEST(DynamicStream, FailedPageAllocationFailsTheWriteAndKeepsTheContent) {
     DynamicStream stream(10000);
     const std::string data = patternOf(10000);
     test::LogCapture log;
@@ -354,7 +354,7 @@ TEST(DynamicStream, APageThatCannotBeHadFailsTheWriteAndKeepsWhatWasStored) {
     EXPECT_EQ(receive(stream, 10000), data);
 }
 
-TEST(DynamicStream, WithoutItsPageTableRefusesEveryWrite) {
+TEST(DynamicStream, RefusesEveryWriteWithoutItsPageTable) {
     const long before = framework::Memory::staticOutstanding();
     {
         test::FailingAllocation failing(1);
@@ -371,7 +371,7 @@ TEST(DynamicStream, WithoutItsPageTableRefusesEveryWrite) {
     EXPECT_EQ(framework::Memory::staticOutstanding(), before);
 }
 
-/// The same over a plain string.
+// The expected behavior, modeled with a string.
 struct DynamicModel {
     std::string stored;
     std::size_t read = 0;

@@ -33,9 +33,9 @@ static_assert(!std::is_copy_constructible<FileInputStream>::value, "a copy would
 static_assert(!std::is_copy_assignable<FileInputStream>::value, "an assignment would close the descriptor twice");
 static_assert(!std::is_convertible<int, FileInputStream>::value, "a number is not a stream by itself");
 
-const unsigned int NONE = 0xFFFFFFFFu;
+constexpr unsigned int NONE = 0xFFFFFFFFu;
 
-/// What one receive of at most `size` bytes gives; "-1" for an error.
+// The bytes of one receive of at most `size` bytes; "-1" for an error.
 std::string receive(FileInputStream& stream, unsigned int size) {
     std::string data(size + 1, '\x7E');
     const int count = stream.ReceiveInputStream(data.data(), size);
@@ -43,11 +43,11 @@ std::string receive(FileInputStream& stream, unsigned int size) {
         return std::to_string(count);
     EXPECT_LE(static_cast<unsigned int>(count), size);
     for (std::size_t i = static_cast<std::size_t>(count); i < data.size(); ++i)
-        EXPECT_EQ(data[i], '\x7E') << "written behind what was received";
+        EXPECT_EQ(data[i], '\x7E') << "written past the bytes received";
     return data.substr(0, static_cast<std::size_t>(count));
 }
 
-/// Nothing here logs, whatever happens.
+// Expects that no test logs anything.
 class FileInputStreamTest : public testing::Test {
 protected:
     ~FileInputStreamTest() override {
@@ -79,7 +79,7 @@ TEST_F(FileInputStreamTest, UsageExample) {
     EXPECT_EQ(file.ReceiveInputStream(block, sizeof block), 0);
 }
 
-TEST_F(FileInputStreamTest, OperationsStandAtThePlacesOfEveryInput) {
+TEST_F(FileInputStreamTest, VirtualOperationsHaveTheirSlots) {
     EXPECT_EQ(test::virtualSlot(&FileInputStream::StartInputStream), 2);
     EXPECT_EQ(test::virtualSlot(&FileInputStream::EndInputStream), 3);
     EXPECT_EQ(test::virtualSlot(&FileInputStream::ReceiveInputStream), 4);
@@ -110,7 +110,7 @@ TEST_F(FileInputStreamTest, OpensForReadingOnlyAndCloseOnExec) {
     EXPECT_TRUE(test::isClosedOnExec(descriptors[0]));
 }
 
-TEST_F(FileInputStreamTest, NeverOpensUnderTheNumberOfAStandardStream) {
+TEST_F(FileInputStreamTest, NeverUsesTheDescriptorOfAStandardStream) {
     const std::string path = m_directory.write("ports", "4");
     const test::ChildResult child = test::runInChild([&] {
         test::closeStandardStreams();
@@ -131,7 +131,7 @@ TEST_F(FileInputStreamTest, NeverOpensUnderTheNumberOfAStandardStream) {
     EXPECT_EQ(child.status, 0) << child.err;
 }
 
-TEST_F(FileInputStreamTest, FailsWhereOnlyTheNumbersOfStandardStreamsAreLeft) {
+TEST_F(FileInputStreamTest, FailsIfOnlyDescriptorsOfStandardStreamsAreLeft) {
     const std::string path = m_directory.write("ports", "4");
     const test::ChildResult child = test::runInChild([&] {
         test::closeStandardStreams();
@@ -143,13 +143,13 @@ TEST_F(FileInputStreamTest, FailsWhereOnlyTheNumbersOfStandardStreamsAreLeft) {
         FileInputStream stream(path.c_str());
         if (stream.isInputStreamOpen() || !test::areStandardStreamsClosed())
             return 2;
-        // The platform says EINVAL where no number that is asked for exists.
+        // F_DUPFD_CLOEXEC fails with EINVAL if its minimum is at or above the limit.
         return stream.errorNumber() == EMFILE || stream.errorNumber() == EINVAL ? 0 : 3;
     });
     EXPECT_EQ(child.status, 0) << child.err;
 }
 
-TEST_F(FileInputStreamTest, ClosesWhatItOpened) {
+TEST_F(FileInputStreamTest, ClosesTheFileItOpened) {
     const std::string path = m_directory.write("ports", "4");
     {
         const FileInputStream stream(path.c_str());
@@ -158,7 +158,7 @@ TEST_F(FileInputStreamTest, ClosesWhatItOpened) {
     EXPECT_EQ(test::descriptorsOf(path).size(), 0u);
 }
 
-TEST_F(FileInputStreamTest, ClosesWhatItOpenedAlsoInError) {
+TEST_F(FileInputStreamTest, ClosesTheFileItOpenedEvenInError) {
     {
         FileInputStream stream(m_directory.path().c_str());
         EXPECT_EQ(receive(stream, 10), "-1");
@@ -210,7 +210,7 @@ TEST_F(FileInputStreamTest, EmptyAndNullPathsAreMissingFiles) {
     expectFailedOpen(null, ENOENT);
 }
 
-TEST_F(FileInputStreamTest, FileThatMayNotBeReadIsAnError) {
+TEST_F(FileInputStreamTest, FileWithoutReadPermissionIsAnError) {
     const std::string path = m_directory.write("ports", "secret");
     ASSERT_EQ(chmod(path.c_str(), 0200), 0);
     ASSERT_EQ(chmod(m_directory.path().c_str(), 0755), 0);
@@ -223,7 +223,7 @@ TEST_F(FileInputStreamTest, FileThatMayNotBeReadIsAnError) {
     EXPECT_EQ(child.status, EACCES) << child.err;
 }
 
-TEST_F(FileInputStreamTest, AdoptedDescriptorIsSoughtToItsStart) {
+TEST_F(FileInputStreamTest, AdoptedDescriptorIsSeekedToItsStart) {
     m_directory.write("ports", "0123456789");
     const test::Descriptor file = openFile("ports", O_RDONLY);
     ASSERT_EQ(lseek(file.number(), 7, SEEK_SET), 7);
@@ -246,7 +246,7 @@ TEST_F(FileInputStreamTest, AdoptedDescriptorStaysOpenAndKeepsItsFlags) {
     EXPECT_EQ(file.readAvailable(), "3456789");
 }
 
-TEST_F(FileInputStreamTest, AdoptedDescriptorIsInErrorForWhoAsksAndFromThenOn) {
+TEST_F(FileInputStreamTest, AskingForTheErrorStateSetsItForAnAdoptedDescriptor) {
     m_directory.write("ports", "0123456789");
     const test::Descriptor file = openFile("ports", O_RDONLY);
     FileInputStream stream(file.number());
@@ -258,7 +258,7 @@ TEST_F(FileInputStreamTest, AdoptedDescriptorIsInErrorForWhoAsksAndFromThenOn) {
     EXPECT_FALSE(stream.StartInputStream());
 }
 
-TEST_F(FileInputStreamTest, AdoptedDescriptorIsNoSourceOfOtherStreamsButItsPathIs) {
+TEST_F(FileInputStreamTest, AdoptedDescriptorIsNotASourceForOtherStreamsButItsPathIs) {
     m_directory.write("ports", "0123456789");
     const test::Descriptor file = openFile("ports", O_RDONLY);
     const std::string path = "/proc/self/fd/" + std::to_string(file.number());
@@ -295,7 +295,7 @@ TEST_F(FileInputStreamTest, AdoptedPipeIsInErrorFromTheStart) {
     EXPECT_EQ(pipe.reader.readAvailable(), "kept");
 }
 
-TEST_F(FileInputStreamTest, AdoptedNumberThatIsNoDescriptorIsInError) {
+TEST_F(FileInputStreamTest, InvalidDescriptorIsInError) {
     FileInputStream stream(-1);
     EXPECT_TRUE(stream.isInputStreamOpen());
     EXPECT_EQ(stream.errorNumber(), EBADF);
@@ -305,7 +305,7 @@ TEST_F(FileInputStreamTest, AdoptedNumberThatIsNoDescriptorIsInError) {
     EXPECT_EQ(stream.GetInode(), NONE);
 }
 
-TEST_F(FileInputStreamTest, ReceivesWhatIsThereUpToTheSize) {
+TEST_F(FileInputStreamTest, ReceivesTheAvailableBytesUpToTheSize) {
     const std::string path = m_directory.write("ports", "0123456789");
     FileInputStream stream(path.c_str());
     EXPECT_EQ(receive(stream, 1), "0");
@@ -323,7 +323,7 @@ TEST_F(FileInputStreamTest, ReceivesBytesOfAnyValue) {
     EXPECT_EQ(receive(stream, 80000), content);
 }
 
-TEST_F(FileInputStreamTest, EndOfTheFileIsNoughtAndAFlagThatStartClears) {
+TEST_F(FileInputStreamTest, EndOfFileReturnsZeroAndSetsAFlagThatStartClears) {
     const std::string path = m_directory.write("ports", "4");
     FileInputStream stream(path.c_str());
     EXPECT_EQ(receive(stream, 10), "4");
@@ -347,7 +347,7 @@ TEST_F(FileInputStreamTest, EmptyFileIsAtItsEndAfterTheFirstReceive) {
     EXPECT_EQ(stream.GetInputStreamSize(), 0);
 }
 
-TEST_F(FileInputStreamTest, FileThatGrowsIsReadOn) {
+TEST_F(FileInputStreamTest, FileThatGrowsCanBeReadFurther) {
     const std::string path = m_directory.write("ports", "4");
     FileInputStream stream(path.c_str());
     EXPECT_EQ(receive(stream, 10), "4");
@@ -357,7 +357,7 @@ TEST_F(FileInputStreamTest, FileThatGrowsIsReadOn) {
     EXPECT_EQ(receive(stream, 10), "2");
 }
 
-TEST_F(FileInputStreamTest, ReceivingNoBytesLooksLikeTheEnd) {
+TEST_F(FileInputStreamTest, ReceivingZeroBytesSetsTheEndState) {
     const std::string path = m_directory.write("ports", "4");
     FileInputStream stream(path.c_str());
     EXPECT_EQ(receive(stream, 0), "");
@@ -365,7 +365,7 @@ TEST_F(FileInputStreamTest, ReceivingNoBytesLooksLikeTheEnd) {
     EXPECT_EQ(receive(stream, 1), "4");
 }
 
-TEST_F(FileInputStreamTest, NullBufferIsRefusedAndNoError) {
+TEST_F(FileInputStreamTest, NullBufferIsRefusedWithoutAnError) {
     const std::string path = m_directory.write("ports", "4");
     FileInputStream stream(path.c_str());
     EXPECT_EQ(stream.ReceiveInputStream(nullptr, 10), -1);
@@ -421,7 +421,7 @@ TEST_F(FileInputStreamTest, OneReceiveIsOneReadOfWhatAPipeHolds) {
     EXPECT_EQ(receive(stream, 10), "5");
 }
 
-TEST_F(FileInputStreamTest, PipeCannotBeSought) {
+TEST_F(FileInputStreamTest, PipeCannotBeSeeked) {
     const std::string path = makeFifo("fifo");
     const test::Descriptor writer = openFile("fifo", O_RDWR);
     FileInputStream stream(path.c_str());
@@ -435,7 +435,7 @@ TEST_F(FileInputStreamTest, PipeCannotBeSought) {
     EXPECT_EQ(receive(stream, 10), "-1");
 }
 
-TEST_F(FileInputStreamTest, PipeHasNoPositionAndAskingIsAnError) {
+TEST_F(FileInputStreamTest, AskingForThePositionOfAPipeIsAnError) {
     const std::string path = makeFifo("fifo");
     const test::Descriptor writer = openFile("fifo", O_RDWR);
     FileInputStream stream(path.c_str());
@@ -446,7 +446,7 @@ TEST_F(FileInputStreamTest, PipeHasNoPositionAndAskingIsAnError) {
     EXPECT_EQ(stream.errorNumber(), ESPIPE);
 }
 
-TEST_F(FileInputStreamTest, PipeWithoutDataThatDoesNotWaitIsAnError) {
+TEST_F(FileInputStreamTest, EmptyNonBlockingPipeIsAnError) {
     const std::string path = makeFifo("fifo");
     const test::Descriptor writer = openFile("fifo", O_RDWR);
     FileInputStream stream(path.c_str());
@@ -474,7 +474,7 @@ TEST_F(FileInputStreamTest, InterruptedReadIsNotRepeated) {
     EXPECT_EQ(child.status, EINTR);
 }
 
-TEST_F(FileInputStreamTest, EndIsAFlagThatStopsNoReceive) {
+TEST_F(FileInputStreamTest, EndStateDoesNotPreventReceives) {
     const std::string path = m_directory.write("ports", "42");
     FileInputStream stream(path.c_str());
     stream.EndInputStream();
@@ -513,7 +513,7 @@ TEST_F(FileInputStreamTest, PositionAtAndBeyondTheEndIsAllowed) {
     EXPECT_FALSE(stream.isInputStreamInError());
 }
 
-TEST_F(FileInputStreamTest, AtIsThePresentOffsetAndClearsTheEnd) {
+TEST_F(FileInputStreamTest, AtReturnsTheCurrentOffsetAndClearsTheEnd) {
     const std::string path = m_directory.write("ports", "0123456789");
     FileInputStream stream(path.c_str());
     EXPECT_EQ(stream.At(), 0u);
@@ -525,7 +525,7 @@ TEST_F(FileInputStreamTest, AtIsThePresentOffsetAndClearsTheEnd) {
     EXPECT_EQ(receive(stream, 3), "345");
 }
 
-TEST_F(FileInputStreamTest, SizeIsThatOfTheFileAndFollowsIt) {
+TEST_F(FileInputStreamTest, SizeFollowsTheFile) {
     const std::string path = m_directory.write("ports", "0123456789");
     FileInputStream stream(path.c_str());
     EXPECT_EQ(stream.GetInputStreamSize(), 10);
@@ -535,7 +535,7 @@ TEST_F(FileInputStreamTest, SizeIsThatOfTheFileAndFollowsIt) {
     EXPECT_EQ(stream.GetInputStreamSize(), 3);
 }
 
-TEST_F(FileInputStreamTest, SizeIsAskedAlsoInError) {
+TEST_F(FileInputStreamTest, SizeIsAvailableInTheErrorState) {
     const std::string path = m_directory.write("ports", "01234");
     FileInputStream stream(path.c_str());
     ASSERT_EQ(unlink(path.c_str()), 0);
@@ -543,7 +543,7 @@ TEST_F(FileInputStreamTest, SizeIsAskedAlsoInError) {
     EXPECT_EQ(stream.GetInputStreamSize(), 5);
 }
 
-TEST_F(FileInputStreamTest, SizeAndInodeOfADescriptorThatWasClosedAreErrorsForGood) {
+TEST_F(FileInputStreamTest, SizeAndInodeOfAClosedDescriptorSetThePermanentErrorState) {
     m_directory.write("ports", "01234");
     for (const bool sizeFirst : {true, false}) {
         test::Descriptor file = openFile("ports", O_RDONLY);
@@ -563,7 +563,7 @@ TEST_F(FileInputStreamTest, SizeAndInodeOfADescriptorThatWasClosedAreErrorsForGo
     }
 }
 
-TEST_F(FileInputStreamTest, SizeThatDoesNotFitIsUnknown) {
+TEST_F(FileInputStreamTest, SizeThatDoesNotFitAnIntIsUnknown) {
     const std::string path = m_directory.write("large", "");
     FileInputStream stream(path.c_str());
     ASSERT_EQ(truncate64(path.c_str(), INT_MAX), 0);
@@ -575,7 +575,7 @@ TEST_F(FileInputStreamTest, SizeThatDoesNotFitIsUnknown) {
     EXPECT_TRUE(stream.isInputStreamGood());
 }
 
-TEST_F(FileInputStreamTest, FileOfMoreThanTwoGiBIsReadAtItsEnd) {
+TEST_F(FileInputStreamTest, FileOfMoreThanTwoGiBCanBeReadAtItsEnd) {
     const std::string path = m_directory.write("large", "first");
     const off64_t place = 3000000000;
     ASSERT_EQ(pwrite64(openFile("large", O_WRONLY | O_LARGEFILE).number(), "last", 4, place), 4);
@@ -605,7 +605,7 @@ TEST_F(FileInputStreamTest, InodeIsThatOfTheOpenFile) {
     EXPECT_NE(FileInputStream::GetInode(path.c_str()), inode);
 }
 
-TEST_F(FileInputStreamTest, InodeIsAskedAlsoInError) {
+TEST_F(FileInputStreamTest, InodeIsAvailableInTheErrorState) {
     const std::string path = m_directory.write("ports", "4");
     FileInputStream stream(path.c_str());
     const unsigned int inode = inodeOf(path);
@@ -614,13 +614,13 @@ TEST_F(FileInputStreamTest, InodeIsAskedAlsoInError) {
     EXPECT_EQ(stream.GetInode(), inode);
 }
 
-TEST_F(FileInputStreamTest, InodeOfAPathThatIsNotThereHasAllBitsSet) {
+TEST_F(FileInputStreamTest, InodeOfAMissingPathHasAllBitsSet) {
     EXPECT_EQ(FileInputStream::GetInode(m_directory.path("missing").c_str()), NONE);
     EXPECT_EQ(FileInputStream::GetInode(static_cast<const char*>(nullptr)), NONE);
     EXPECT_EQ(FileInputStream::GetInode(m_directory.path().c_str()), inodeOf(m_directory.path()));
 }
 
-TEST_F(FileInputStreamTest, RemovedFileIsAnErrorForWhoAsksAndFromThenOn) {
+TEST_F(FileInputStreamTest, AskingForTheErrorStateSetsItForARemovedFile) {
     const std::string path = m_directory.write("ports", "0123456789");
     FileInputStream stream(path.c_str());
     ASSERT_EQ(unlink(path.c_str()), 0);
@@ -634,7 +634,7 @@ TEST_F(FileInputStreamTest, RemovedFileIsAnErrorForWhoAsksAndFromThenOn) {
     EXPECT_TRUE(stream.isInputStreamInError());
 }
 
-TEST_F(FileInputStreamTest, FileThatIsRemovedAfterAnErrorKeepsTheNumberOfThatError) {
+TEST_F(FileInputStreamTest, RemovingTheFileAfterAnErrorKeepsTheErrno) {
     const std::string path = m_directory.path("folder");
     ASSERT_EQ(mkdir(path.c_str(), 0700), 0);
     FileInputStream stream(path.c_str());
@@ -644,7 +644,7 @@ TEST_F(FileInputStreamTest, FileThatIsRemovedAfterAnErrorKeepsTheNumberOfThatErr
     EXPECT_EQ(stream.errorNumber(), EISDIR);
 }
 
-TEST_F(FileInputStreamTest, FileThatWasMovedAwayIsAnError) {
+TEST_F(FileInputStreamTest, MovedFileIsAnError) {
     const std::string path = m_directory.write("ports", "0123456789");
     FileInputStream stream(path.c_str());
     ASSERT_EQ(rename(path.c_str(), m_directory.path("moved").c_str()), 0);
@@ -652,7 +652,7 @@ TEST_F(FileInputStreamTest, FileThatWasMovedAwayIsAnError) {
     EXPECT_TRUE(stream.isInputStreamInError());
 }
 
-TEST_F(FileInputStreamTest, FileThatAnotherReplacedIsReadOn) {
+TEST_F(FileInputStreamTest, ReplacedFileCanBeReadFurther) {
     const std::string path = m_directory.write("ports", "old");
     FileInputStream stream(path.c_str());
     ASSERT_EQ(rename(m_directory.write("new", "new").c_str(), path.c_str()), 0);
@@ -660,7 +660,7 @@ TEST_F(FileInputStreamTest, FileThatAnotherReplacedIsReadOn) {
     EXPECT_EQ(receive(stream, 10), "old");
 }
 
-TEST_F(FileInputStreamTest, ReopenReadsTheFileThatHasThePathNow) {
+TEST_F(FileInputStreamTest, ReopenReadsTheFileThePathNamesNow) {
     const std::string path = m_directory.write("ports", "old");
     FileInputStream stream(path.c_str());
     EXPECT_EQ(receive(stream, 1), "o");
@@ -687,7 +687,7 @@ TEST_F(FileInputStreamTest, ReopenKeepsTheEndFlag) {
     EXPECT_EQ(receive(stream, 10), "4");
 }
 
-TEST_F(FileInputStreamTest, WhatReopenOpenedIsClosedAtTheEnd) {
+TEST_F(FileInputStreamTest, ReopenedFileIsClosedByTheDestructor) {
     const std::string path = m_directory.write("ports", "4");
     {
         FileInputStream stream(path.c_str());
@@ -726,7 +726,7 @@ TEST_F(FileInputStreamTest, ReopenOfAMissingFileClosesTheStream) {
     EXPECT_TRUE(stream.isInputStreamInError()) << "an error stays";
 }
 
-TEST_F(FileInputStreamTest, ReopenOpensAFileThatWasMissingAtFirst) {
+TEST_F(FileInputStreamTest, ReopenOpensAFileThatWasMissingBefore) {
     const std::string path = m_directory.path("ports");
     FileInputStream stream(path.c_str());
     EXPECT_EQ(stream.Reopen(), -1);
@@ -753,7 +753,7 @@ TEST_F(FileInputStreamTest, ReopenClosesAnAdoptedDescriptorToo) {
     EXPECT_FALSE(test::isOpenDescriptor(file.number()));
 }
 
-TEST_F(FileInputStreamTest, ThePathIsKeptAndNotCopied) {
+TEST_F(FileInputStreamTest, PathPointerIsStoredAndNotCopied) {
     m_directory.write("1", "first");
     m_directory.write("2", "second");
     std::string path = m_directory.path("1");
@@ -763,7 +763,7 @@ TEST_F(FileInputStreamTest, ThePathIsKeptAndNotCopied) {
     EXPECT_EQ(receive(stream, 10), "second");
 }
 
-TEST_F(FileInputStreamTest, HasNoModes) {
+TEST_F(FileInputStreamTest, SettingAModeChangesNothing) {
     const std::string path = m_directory.write("ports", "4");
     FileInputStream stream(path.c_str());
     stream.setInputMode(framework::InputStream::INPUT_DEFAULT);

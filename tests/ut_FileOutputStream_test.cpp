@@ -36,7 +36,7 @@ bool send(FileOutputStream& stream, const std::string& data) {
     return stream.SendOutputStream(data.data(), static_cast<unsigned int>(data.size()));
 }
 
-/// Nothing here logs, whatever happens.
+// Expects that no test logs anything.
 class FileOutputStreamTest : public testing::Test {
 protected:
     ~FileOutputStreamTest() override {
@@ -55,16 +55,16 @@ protected:
     test::LogCapture m_log;
 };
 
-/// Lets every permission bit through for its life.
+// Sets the umask to 0 while it exists.
 class NoMask {
 public:
-    NoMask() : m_former(umask(0)) {}
+    NoMask() : m_previous(umask(0)) {}
     ~NoMask() {
-        umask(m_former);
+        umask(m_previous);
     }
 
 private:
-    mode_t m_former;
+    mode_t m_previous;
 };
 
 TEST_F(FileOutputStreamTest, UsageExample) {
@@ -77,7 +77,7 @@ TEST_F(FileOutputStreamTest, UsageExample) {
     EXPECT_EQ(m_directory.read("ports"), "4\n");
 }
 
-TEST_F(FileOutputStreamTest, OperationsStandAtThePlacesOfEveryOutput) {
+TEST_F(FileOutputStreamTest, VirtualOperationsHaveTheirSlots) {
     EXPECT_EQ(test::virtualSlot(&FileOutputStream::StartOutputStream), 2);
     EXPECT_EQ(test::virtualSlot(&FileOutputStream::EndOutputStream), 3);
     EXPECT_EQ(test::virtualSlot(&FileOutputStream::SendOutputStream), 4);
@@ -118,7 +118,7 @@ TEST_F(FileOutputStreamTest, ExistingFileKeepsItsPermissions) {
     EXPECT_EQ(permissionsOf(path), 0644u);
 }
 
-TEST_F(FileOutputStreamTest, EmptiesAnExistingFile) {
+TEST_F(FileOutputStreamTest, TruncatesAnExistingFile) {
     const std::string path = m_directory.write("ports", "a long former content");
     FileOutputStream stream(path.c_str(), false, 0600);
     EXPECT_EQ(m_directory.read("ports"), "");
@@ -135,7 +135,7 @@ TEST_F(FileOutputStreamTest, AppendsToAnExistingFile) {
     EXPECT_EQ(m_directory.read("ports"), "1\n2\n3\n");
 }
 
-TEST_F(FileOutputStreamTest, AppendsAlsoAfterASeekToTheStart) {
+TEST_F(FileOutputStreamTest, AppendsEvenAfterASeekToTheStart) {
     const std::string path = m_directory.write("ports", "1\n");
     FileOutputStream stream(path.c_str(), true, 0600);
     EXPECT_TRUE(stream.StartOutputStream());
@@ -165,7 +165,7 @@ TEST_F(FileOutputStreamTest, OpensCloseOnExec) {
     }
 }
 
-TEST_F(FileOutputStreamTest, NeverOpensUnderTheNumberOfAStandardStream) {
+TEST_F(FileOutputStreamTest, NeverUsesTheDescriptorOfAStandardStream) {
     for (const bool append : {false, true}) {
         const std::string path = m_directory.write(append ? "appended" : "made", append ? "1 " : "former content");
         const test::ChildResult child = test::runInChild([&] {
@@ -177,7 +177,7 @@ TEST_F(FileOutputStreamTest, NeverOpensUnderTheNumberOfAStandardStream) {
                     return 1;
                 if (!test::isClosedOnExec(descriptors[0]))
                     return 2;
-                // Where a file has the number of standard error, this is written into it.
+                // If the file's descriptor were 2, this message would be written to the file.
                 framework::Logger::setSink(nullptr, nullptr);
                 framework::Logger::StaticLog(framework::Logger::LOG_ERROR, "a message");
                 if (!send(stream, "4"))
@@ -190,7 +190,7 @@ TEST_F(FileOutputStreamTest, NeverOpensUnderTheNumberOfAStandardStream) {
     }
 }
 
-TEST_F(FileOutputStreamTest, ClosesWhatItOpened) {
+TEST_F(FileOutputStreamTest, ClosesTheFileItOpened) {
     const std::string path = m_directory.path("ports");
     {
         const FileOutputStream stream(path.c_str(), false, 0600);
@@ -199,7 +199,7 @@ TEST_F(FileOutputStreamTest, ClosesWhatItOpened) {
     EXPECT_EQ(test::descriptorsOf(path).size(), 0u);
 }
 
-TEST_F(FileOutputStreamTest, ClosesWhatItOpenedAlsoInError) {
+TEST_F(FileOutputStreamTest, ClosesTheFileItOpenedEvenInError) {
     const std::string path = m_directory.path("fifo");
     ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
     const test::Descriptor reader = openFile("fifo", O_RDONLY | O_NONBLOCK);
@@ -223,7 +223,7 @@ void expectFailedOpen(FileOutputStream& stream, int error) {
     EXPECT_EQ(stream.errorNumber(), error);
 }
 
-TEST_F(FileOutputStreamTest, PathInAMissingDirectoryIsAnErrorAndEverySendIsDropped) {
+TEST_F(FileOutputStreamTest, PathInAMissingDirectoryIsAnErrorAndSendsAreDiscarded) {
     const std::string path = m_directory.path("missing/ports");
     FileOutputStream stream(path.c_str(), false, 0600);
     expectFailedOpen(stream, ENOENT);
@@ -260,7 +260,7 @@ TEST_F(FileOutputStreamTest, EmptyAndNullPathsAreMissingFiles) {
     expectFailedOpen(null, ENOENT);
 }
 
-TEST_F(FileOutputStreamTest, FileThatMayNotBeWrittenIsAnError) {
+TEST_F(FileOutputStreamTest, FileWithoutWritePermissionIsAnError) {
     const std::string path = m_directory.write("ports", "kept");
     ASSERT_EQ(chmod(path.c_str(), 0444), 0);
     ASSERT_EQ(chmod(m_directory.path().c_str(), 0755), 0);
@@ -274,7 +274,7 @@ TEST_F(FileOutputStreamTest, FileThatMayNotBeWrittenIsAnError) {
     EXPECT_EQ(m_directory.read("ports"), "kept");
 }
 
-TEST_F(FileOutputStreamTest, AdoptedDescriptorIsSoughtToItsStart) {
+TEST_F(FileOutputStreamTest, AdoptedDescriptorIsSeekedToItsStart) {
     m_directory.write("ports", "0123456789");
     const test::Descriptor file = openFile("ports", O_WRONLY);
     ASSERT_EQ(lseek(file.number(), 7, SEEK_SET), 7);
@@ -315,7 +315,7 @@ TEST_F(FileOutputStreamTest, AdoptedDescriptorStaysOpenAndKeepsItsFlags) {
     EXPECT_EQ(m_directory.read("ports"), "42");
 }
 
-TEST_F(FileOutputStreamTest, AdoptedPipeIsInErrorFromTheStartAndDropsAllOutput) {
+TEST_F(FileOutputStreamTest, AdoptedPipeIsInErrorAndDiscardsAllOutput) {
     const test::Pipe pipe;
     FileOutputStream stream(pipe.writer.number());
     EXPECT_TRUE(stream.isOutputStreamOpen());
@@ -327,7 +327,7 @@ TEST_F(FileOutputStreamTest, AdoptedPipeIsInErrorFromTheStartAndDropsAllOutput) 
     EXPECT_EQ(pipe.reader.readAvailable(), "");
 }
 
-TEST_F(FileOutputStreamTest, StandardOutputOnAPipeIsInErrorAndDropsAllOutput) {
+TEST_F(FileOutputStreamTest, StandardOutputOnAPipeIsInErrorAndDiscardsAllOutput) {
     const test::Pipe pipe;
     const test::ChildResult child = test::runInChild([&] {
         dup2(pipe.writer.number(), 1);
@@ -338,7 +338,7 @@ TEST_F(FileOutputStreamTest, StandardOutputOnAPipeIsInErrorAndDropsAllOutput) {
     EXPECT_EQ(pipe.reader.readAvailable(), "");
 }
 
-TEST_F(FileOutputStreamTest, AdoptedTerminalIsInErrorFromTheStartAndDropsAllOutput) {
+TEST_F(FileOutputStreamTest, AdoptedTerminalIsInErrorAndDiscardsAllOutput) {
     int master = -1;
     int slave = -1;
     ASSERT_EQ(openpty(&master, &slave, nullptr, nullptr, nullptr), 0);
@@ -352,7 +352,7 @@ TEST_F(FileOutputStreamTest, AdoptedTerminalIsInErrorFromTheStartAndDropsAllOutp
     EXPECT_EQ(screen.readAvailable(), "");
 }
 
-TEST_F(FileOutputStreamTest, AdoptedNumberThatIsNoDescriptorIsInError) {
+TEST_F(FileOutputStreamTest, InvalidDescriptorIsInError) {
     FileOutputStream stream(-1);
     EXPECT_TRUE(stream.isOutputStreamOpen());
     EXPECT_TRUE(stream.isOutputStreamInError());
@@ -369,7 +369,7 @@ TEST_F(FileOutputStreamTest, StartSeeksToTheFirstByte) {
     EXPECT_EQ(m_directory.read("ports"), "ab345");
 }
 
-TEST_F(FileOutputStreamTest, EndIsAFlagThatStartClearsAndThatStopsNoSend) {
+TEST_F(FileOutputStreamTest, EndStateIsClearedByStartAndDoesNotPreventSends) {
     const std::string path = m_directory.path("ports");
     FileOutputStream stream(path.c_str(), false, 0600);
     stream.EndOutputStream();
@@ -385,7 +385,7 @@ TEST_F(FileOutputStreamTest, EndIsAFlagThatStartClearsAndThatStopsNoSend) {
     EXPECT_TRUE(stream.isOutputStreamGood());
 }
 
-TEST_F(FileOutputStreamTest, EndOfAStreamThatIsNotOpenSetsTheFlagAndStartKeepsIt) {
+TEST_F(FileOutputStreamTest, EndStateOfAStreamThatIsNotOpenIsKeptByStart) {
     const std::string path = m_directory.path("missing/ports");
     FileOutputStream stream(path.c_str(), false, 0600);
     stream.EndOutputStream();
@@ -394,7 +394,7 @@ TEST_F(FileOutputStreamTest, EndOfAStreamThatIsNotOpenSetsTheFlagAndStartKeepsIt
     EXPECT_TRUE(stream.isOutputStreamAtEnd());
 }
 
-TEST_F(FileOutputStreamTest, StartThatCannotSeekFailsForGood) {
+TEST_F(FileOutputStreamTest, FailedSeekOfStartSetsThePermanentErrorState) {
     const std::string path = m_directory.path("fifo");
     ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
     const test::Descriptor reader = openFile("fifo", O_RDONLY | O_NONBLOCK);
@@ -421,7 +421,7 @@ TEST_F(FileOutputStreamTest, SendsAllBytesOfAnyValue) {
     EXPECT_EQ(m_directory.read("ports"), data);
 }
 
-TEST_F(FileOutputStreamTest, SendsSoManyBytesAsAreSaidAndNoTerminator) {
+TEST_F(FileOutputStreamTest, SendsTheGivenNumberOfBytesWithoutATerminator) {
     const std::string path = m_directory.path("ports");
     FileOutputStream stream(path.c_str(), false, 0600);
     EXPECT_TRUE(stream.SendOutputStream("12345", 3));
@@ -430,7 +430,7 @@ TEST_F(FileOutputStreamTest, SendsSoManyBytesAsAreSaidAndNoTerminator) {
     EXPECT_EQ(m_directory.read("ports"), "123");
 }
 
-TEST_F(FileOutputStreamTest, NullDataIsTrueAndWritesNothing) {
+TEST_F(FileOutputStreamTest, SendOfNullReturnsTrueAndWritesNothing) {
     const std::string path = m_directory.path("ports");
     FileOutputStream stream(path.c_str(), false, 0600);
     EXPECT_TRUE(stream.SendOutputStream(nullptr, 5));
@@ -440,7 +440,7 @@ TEST_F(FileOutputStreamTest, NullDataIsTrueAndWritesNothing) {
     EXPECT_EQ(m_directory.read("ports"), "");
 }
 
-TEST_F(FileOutputStreamTest, SendToAFullDiskIsTrueAndInErrorForGood) {
+TEST_F(FileOutputStreamTest, SendToAFullDiskReturnsTrueAndSetsThePermanentErrorState) {
     FileOutputStream stream("/dev/full", false, 0600);
     ASSERT_TRUE(stream.isOutputStreamGood());
     EXPECT_TRUE(send(stream, "lost"));
@@ -454,7 +454,7 @@ TEST_F(FileOutputStreamTest, SendToAFullDiskIsTrueAndInErrorForGood) {
     EXPECT_EQ(stream.errorNumber(), ENOSPC);
 }
 
-TEST_F(FileOutputStreamTest, SendToADescriptorForReadingIsTrueAndInError) {
+TEST_F(FileOutputStreamTest, SendToAReadOnlyDescriptorReturnsTrueAndSetsTheErrorState) {
     m_directory.write("ports", "kept");
     const test::Descriptor file = openFile("ports", O_RDONLY);
     FileOutputStream stream(file.number());
@@ -476,7 +476,7 @@ TEST_F(FileOutputStreamTest, NothingIsWrittenAfterAnError) {
     EXPECT_EQ(m_directory.read("ports"), "");
 }
 
-TEST_F(FileOutputStreamTest, OnlyAShortWriteIsFalseAndItIsNoError) {
+TEST_F(FileOutputStreamTest, OnlyAShortWriteReturnsFalseAndItIsNotAnError) {
     const std::string path = m_directory.path("fifo");
     ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
     const test::Descriptor reader = openFile("fifo", O_RDONLY | O_NONBLOCK);
@@ -504,7 +504,7 @@ TEST_F(FileOutputStreamTest, MoreThanTheLargestIntIsAShortWriteOnEveryPlatform) 
     munmap(nothing, size);
 }
 
-TEST_F(FileOutputStreamTest, WriteBeyondTheFileSizeLimitIsFalseAndTheNextOneAnError) {
+TEST_F(FileOutputStreamTest, WriteAcrossTheFileSizeLimitReturnsFalseAndTheNextOneIsAnError) {
     const std::string path = m_directory.path("ports");
     const test::ChildResult child = test::runInChild([&] {
         FileOutputStream stream(path.c_str(), false, 0600);
@@ -519,7 +519,7 @@ TEST_F(FileOutputStreamTest, WriteBeyondTheFileSizeLimitIsFalseAndTheNextOneAnEr
     EXPECT_EQ(m_directory.read("ports"), std::string(50, 'x'));
 }
 
-TEST_F(FileOutputStreamTest, PipeWithoutAReaderIsTrueAndInError) {
+TEST_F(FileOutputStreamTest, SendToAPipeWithoutReaderReturnsTrueAndSetsTheErrorState) {
     const std::string path = m_directory.path("fifo");
     ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
     const test::ChildResult child = test::runInChild([&] {
@@ -532,7 +532,7 @@ TEST_F(FileOutputStreamTest, PipeWithoutAReaderIsTrueAndInError) {
     EXPECT_EQ(child.status, EPIPE);
 }
 
-TEST_F(FileOutputStreamTest, RemovedFileIsWrittenOn) {
+TEST_F(FileOutputStreamTest, WritesContinueToARemovedFile) {
     const std::string path = m_directory.path("ports");
     FileOutputStream stream(path.c_str(), false, 0600);
     const test::Descriptor reader = openFile("ports", O_RDONLY);
@@ -542,7 +542,7 @@ TEST_F(FileOutputStreamTest, RemovedFileIsWrittenOn) {
     EXPECT_EQ(reader.readAvailable(), "4");
 }
 
-TEST_F(FileOutputStreamTest, MovedFileIsWrittenOnUnderItsNewName) {
+TEST_F(FileOutputStreamTest, WritesContinueToAMovedFile) {
     const std::string path = m_directory.path("ports");
     FileOutputStream stream(path.c_str(), false, 0600);
     ASSERT_EQ(rename(path.c_str(), m_directory.path("moved").c_str()), 0);
@@ -562,7 +562,7 @@ TEST_F(FileOutputStreamTest, FlushDoesNothing) {
     EXPECT_EQ(m_directory.read("ports"), "4");
 }
 
-TEST_F(FileOutputStreamTest, TakesAWholeInput) {
+TEST_F(FileOutputStreamTest, ReceivesAWholeTransfer) {
     const std::string content(40000, 'p');
     const std::string source = m_directory.write("source", content);
     const std::string target = m_directory.path("target");

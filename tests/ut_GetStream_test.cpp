@@ -31,15 +31,15 @@ namespace {
 using utility::GetStream;
 using Lines = std::vector<std::string>;
 
-const char* const AT = "virtual char& utility::GetStream::operator[](unsigned int)";
-const char* const READ_LINE = "char* utility::GetStream::ReadLine()";
-const char* const READ_ADVANCE = "virtual void utility::Buffer::ReadAdvance(int)";
-const char* const ALLOC_BUFFER = "void utility::Buffer::allocBuffer()";
-const unsigned int READ_LINE_SWITCH = 410;
+constexpr const char* AT = "virtual char& utility::GetStream::operator[](unsigned int)";
+constexpr const char* READ_LINE = "char* utility::GetStream::ReadLine()";
+constexpr const char* READ_ADVANCE = "virtual void utility::Buffer::ReadAdvance(int)";
+constexpr const char* ALLOC_BUFFER = "void utility::Buffer::allocBuffer()";
+constexpr unsigned int READ_LINE_SWITCH = 410;
 
 static_assert(std::is_base_of<framework::InputStream, GetStream>::value, "a reader is a source");
 
-// Reads a text that lies in an array of its own, with its terminator's place behind it, between guard bytes.
+// Reads a text in its own array, which has one more byte for the terminator, between guard bytes.
 class Text : public GetStream {
 public:
     explicit Text(const std::string& text) : Text(text, new test::GuardedBytes(text.size() + 1)) {
@@ -107,8 +107,6 @@ std::string pattern(std::size_t size) {
     return bytes;
 }
 
-} // namespace
-
 TEST(GetStream, UsageExample) {
     const test::TemporaryDirectory directory;
     const std::string hosts = directory.write("hosts", "127.0.0.1 localhost\n10.0.0.1 array\n");
@@ -123,7 +121,7 @@ TEST(GetStream, UsageExample) {
     EXPECT_EQ(used, (Lines{"127.0.0.1 localhost", "10.0.0.1 array"}));
 }
 
-TEST(GetStream, BeginsEmpty) {
+TEST(GetStream, StartsEmpty) {
     GetStream in;
     char c = '?';
     char block[4];
@@ -142,7 +140,7 @@ TEST(GetStream, BeginsEmpty) {
     EXPECT_FAILURE(in[0], 1240, "ut_GetStream", AT, "");
 }
 
-TEST(GetStream, VirtualOperationsStandInTheirSlots) {
+TEST(GetStream, VirtualOperationsHaveTheirSlots) {
     EXPECT_EQ(test::virtualSlot(&GetStream::StartInputStream), 2);
     EXPECT_EQ(test::virtualSlot(&GetStream::EndInputStream), 3);
     EXPECT_EQ(test::virtualSlot(&GetStream::ReceiveInputStream), 4);
@@ -177,7 +175,7 @@ TEST(GetStream, ACallersTextIsNeverFreed) {
     EXPECT_STREQ(text, "ports");
 }
 
-TEST(GetStream, ANullTextOrLengthReadsNothing) {
+TEST(GetStream, NullTextOrLengthBelowOneIsEmpty) {
     char text[] = "ports";
     for (const int length : {0, -1, INT_MIN}) {
         GetStream in(text, length);
@@ -216,7 +214,7 @@ TEST(GetStream, GetCReadsByteByByte) {
     EXPECT_EQ(in.ReadPosition(), 3);
 }
 
-TEST(GetStream, GetCIntoNullDropsTheByte) {
+TEST(GetStream, GetCIntoNullDiscardsTheByte) {
     Text in("ab");
     EXPECT_TRUE(in.GetC(nullptr));
     EXPECT_EQ(in.readable(), "b");
@@ -224,7 +222,7 @@ TEST(GetStream, GetCIntoNullDropsTheByte) {
     EXPECT_FALSE(in.GetC(nullptr));
 }
 
-TEST(GetStream, ReadLineHandsOutTheRestAsTheLastLine) {
+TEST(GetStream, ReadLineReturnsTheRestAsTheLastLine) {
     Text in("a\nb");
     EXPECT_STREQ(in.ReadLine(), "a");
     EXPECT_STREQ(in.ReadLine(), "b");
@@ -233,7 +231,7 @@ TEST(GetStream, ReadLineHandsOutTheRestAsTheLastLine) {
     EXPECT_EQ(in.bytes(), std::string("a\0b\0", 4));
 }
 
-TEST(GetStream, GetLineLeavesALastLineWithoutNewline) {
+TEST(GetStream, GetLineDoesNotReturnALastLineWithoutNewline) {
     Text in("a\nb");
     EXPECT_STREQ(in.GetLine(), "a");
     EXPECT_EQ(in.GetLine(), nullptr);
@@ -242,7 +240,7 @@ TEST(GetStream, GetLineLeavesALastLineWithoutNewline) {
     EXPECT_EQ(in.bytes(), std::string("a\0b\x7E", 4));
 }
 
-TEST(GetStream, LinesAreHandedOutInPlace) {
+TEST(GetStream, LinesAreReturnedInPlace) {
     Text in("ab\ncd\n");
     char* const start = in.pTail();
     EXPECT_EQ(in.GetLine(), start);
@@ -260,14 +258,14 @@ TEST(GetStream, EmptyLinesAreLines) {
     EXPECT_EQ(in.GetLine(), nullptr);
 }
 
-TEST(GetStream, ALineEndedByCarriageReturnAndNewlineKeepsTheCarriageReturn) {
+TEST(GetStream, LineEndedByCarriageReturnAndNewlineKeepsTheCarriageReturn) {
     Text in("x\r\ny\r\n");
     EXPECT_STREQ(in.ReadLine(), "x\r");
     EXPECT_STREQ(in.GetLine(), "y\r");
     EXPECT_EQ(in.ReadLine(), nullptr);
 }
 
-TEST(GetStream, ALoneCarriageReturnEndsNoLine) {
+TEST(GetStream, CarriageReturnAloneDoesNotEndALine) {
     Text in("x\ry");
     EXPECT_EQ(in.GetLine(), nullptr);
     EXPECT_STREQ(in.ReadLine(), "x\ry");
@@ -275,7 +273,7 @@ TEST(GetStream, ALoneCarriageReturnEndsNoLine) {
     EXPECT_STREQ(end.ReadLine(), "x\r");
 }
 
-TEST(GetStream, ANewlineBehindTheReadableBytesEndsNoLine) {
+TEST(GetStream, NewlineAfterTheReadableBytesDoesNotEndALine) {
     char text[] = "ab\ncd\n";
     GetStream in(text, 6);
     in.WriteAdvance(2);
@@ -285,7 +283,7 @@ TEST(GetStream, ANewlineBehindTheReadableBytesEndsNoLine) {
     EXPECT_EQ(std::string(text, 6), std::string("ab\0cd\n", 6));
 }
 
-TEST(GetStream, ACarriageReturnAsLastReadableByteStaysInTheLine) {
+TEST(GetStream, CarriageReturnAsLastReadableByteStaysInTheLine) {
     char text[] = "ab\r\n";
     GetStream in(text, 4);
     in.WriteAdvance(3);
@@ -294,7 +292,7 @@ TEST(GetStream, ACarriageReturnAsLastReadableByteStaysInTheLine) {
     EXPECT_EQ(std::string(text, 4), std::string("ab\r\0", 4));
 }
 
-TEST(GetStream, ANewlineAsLastReadableByteEndsTheLine) {
+TEST(GetStream, NewlineAsLastReadableByteEndsTheLine) {
     char text[] = "ab\nX";
     GetStream in(text, 4);
     in.WriteAdvance(3);
@@ -303,7 +301,7 @@ TEST(GetStream, ANewlineAsLastReadableByteEndsTheLine) {
     EXPECT_EQ(text[3], 'X');
 }
 
-TEST(GetStream, ANulAmongTheBytesIsAnOrdinaryByte) {
+TEST(GetStream, NulAmongTheBytesIsAnOrdinaryByte) {
     Text in(std::string("a\0b\nc\0d", 7));
     EXPECT_EQ(std::string(in.GetLine(), 4), std::string("a\0b\0", 4));
     EXPECT_EQ(in.ReadPosition(), 4);
@@ -333,7 +331,7 @@ TEST(GetStream, ReadLineIsTracedOnlyWithItsSwitch) {
               (Lines{tag + "advancing 4, readavailable 6", tag + "advancing 2, readavailable 2"}));
 }
 
-TEST(GetStream, TracingAsksForNoMoreThanReadLineDoesWithout) {
+TEST(GetStream, TracingReadLineDoesNotRefillTheBuffer) {
     test::LogCapture log;
     for (const char* const content : {"ab\ncd", "abcde"}) {
         char plain[8] = "";
@@ -350,7 +348,7 @@ TEST(GetStream, TracingAsksForNoMoreThanReadLineDoesWithout) {
     EXPECT_EQ(log.count(), 2u);
 }
 
-TEST(GetStream, ReadsGoThroughTheVirtualCursors) {
+TEST(GetStream, ReadsUseTheVirtualPositionOperations) {
     char text[] = "ab\ncd\nefgh";
     Counted in(text, 10);
     char c;
@@ -385,13 +383,13 @@ TEST(GetStream, IndexesTheStorageFromReadPositionToWritePosition) {
     EXPECT_EQ(in.readable(), "lXme");
 }
 
-TEST(GetStream, AHugeIndexCountsAsNegative) {
+TEST(GetStream, HugeIndexCountsAsNegative) {
     Text in("volume");
     for (const unsigned int index : {0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFFu})
         EXPECT_FAILURE(in[index], 1240, "ut_GetStream", AT, "");
 }
 
-TEST(GetStream, AnIndexBehindTheStorageThrows) {
+TEST(GetStream, IndexPastTheStorageThrows) {
     char text[] = "ab";
     utility::GetStream none(text, -1);
     EXPECT_FAILURE(none[0], 1240, "ut_GetStream", AT, "");
@@ -402,13 +400,13 @@ TEST(GetStream, AnIndexBehindTheStorageThrows) {
     EXPECT_FAILURE(onlyTheTerminator[1], 1240, "ut_GetStream", AT, "");
 }
 
-TEST(GetStream, AnIndexOutsideThrowsAlsoWithTheNoThrowFlag) {
+TEST(GetStream, IndexOutOfRangeThrowsEvenWithNoThrow) {
     Text in("ab");
     in.setNoThrow(true);
     EXPECT_FAILURE(in[3], 1240, "ut_GetStream", AT, "");
 }
 
-TEST(GetStream, ReceivesAtMostWhatIsReadableAndAskedFor) {
+TEST(GetStream, ReceivesAtMostWhatIsReadableAndRequested) {
     Text in(std::string("ab\0de", 5));
     test::GuardedBytes block(3);
     EXPECT_EQ(in.ReceiveInputStream(block.array(), 0), 0);
@@ -439,13 +437,13 @@ TEST(GetStream, ReceivesWithAHugeSize) {
     }
 }
 
-TEST(GetStream, ReceiveIntoNullTakesNothing) {
+TEST(GetStream, ReceiveIntoNullConsumesNothing) {
     Text in("abc");
     EXPECT_EQ(in.ReceiveInputStream(nullptr, 3), 0);
     EXPECT_EQ(in.readable(), "abc");
 }
 
-TEST(GetStream, StartGoesBackToTheFirstByteAndEndDoesNothing) {
+TEST(GetStream, StartReturnsToTheFirstByteAndEndDoesNothing) {
     Text in("ab");
     char c;
     in.GetC(&c);
@@ -476,7 +474,7 @@ TEST(GetStream, HasTheSizeAndModesOfAnyInput) {
     EXPECT_EQ(in.readable(), "a");
 }
 
-TEST(GetStream, AfterAFailureItCanBeAskedStartedAndRead) {
+TEST(GetStream, CanBeQueriedStartedAndReadAfterAFailure) {
     test::GuardedBytes bytes(9);
     std::memcpy(bytes.array(), "12345678", 9);
     OpenGetStream in(bytes.array(), 8);
@@ -555,7 +553,7 @@ TEST(GetStream, AnEmptyFileLoadsAsAnEmptyStream) {
     EXPECT_EQ(in.ReadLine(), nullptr);
 }
 
-TEST(GetStream, AFileThatCannotBeOpenedIsFalse) {
+TEST(GetStream, LoadingAFileThatCannotBeOpenedReturnsFalse) {
     const test::TemporaryDirectory directory;
     GetStream in;
     EXPECT_FALSE(in.fromFile(directory.path("none").c_str()));
@@ -632,7 +630,7 @@ TEST(GetStream, LoadingClosesTheFile) {
     EXPECT_EQ(lowestFreeDescriptor(), before);
 }
 
-TEST(GetStream, LoadingTakesOneByteMoreThanTheFile) {
+TEST(GetStream, LoadingAllocatesOneByteMoreThanTheFile) {
     const test::TemporaryDirectory directory;
     const std::string path = directory.write("file", "ports");
     test::CountingMemory memory;
@@ -645,7 +643,7 @@ TEST(GetStream, LoadingTakesOneByteMoreThanTheFile) {
     EXPECT_EQ(memory.outstanding(), 0u);
 }
 
-TEST(GetStream, AFileWithoutStorageIsCode1238) {
+TEST(GetStream, LoadingWithoutMemoryThrows1238) {
     const test::TemporaryDirectory directory;
     const std::string path = directory.write("file", "ports");
     test::CountingMemory memory;
@@ -657,7 +655,7 @@ TEST(GetStream, AFileWithoutStorageIsCode1238) {
     EXPECT_FAILURE(GetStream(path.c_str()), 1238, "ut_Buffer", ALLOC_BUFFER, "");
 }
 
-TEST(GetStream, WithNoThrowAFileWithoutStorageIsTrueAndEmpty) {
+TEST(GetStream, WithNoThrowLoadingWithoutMemoryReturnsTrueAndIsEmpty) {
     const test::TemporaryDirectory directory;
     const std::string path = directory.write("file", "ports");
     test::LogCapture log;
@@ -671,7 +669,7 @@ TEST(GetStream, WithNoThrowAFileWithoutStorageIsTrueAndEmpty) {
     EXPECT_EQ(test::traceLines(log), (Lines{std::string("0 ") + ALLOC_BUFFER + ": Buffer was not allocated"}));
 }
 
-TEST(GetStream, EveryAllocationOfLoadingMayFail) {
+TEST(GetStream, LoadingSurvivesEachFailedAllocation) {
     const test::TemporaryDirectory directory;
     const std::string path = directory.write("file", "ports");
     const unsigned long failures = test::failEachAllocationOnce([&] {
@@ -684,3 +682,5 @@ TEST(GetStream, EveryAllocationOfLoadingMayFail) {
     });
     EXPECT_GE(failures, 1u);
 }
+
+} // namespace

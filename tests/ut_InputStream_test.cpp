@@ -51,8 +51,6 @@ private:
     bool* m_destroyed;
 };
 
-} // namespace
-
 TEST(InputStream, UsageExample) {
     Source in;
     char block[512];
@@ -82,14 +80,14 @@ TEST(InputStream, SettingAModeChangesNothing) {
     EXPECT_EQ(source.GetInputStreamSize(), -1);
 }
 
-TEST(InputStream, IsDestroyedThroughTheBase) {
+TEST(InputStream, CanBeDestroyedThroughTheBase) {
     bool destroyed = false;
     InputStream* const source = new Source(&destroyed);
     delete source;
     EXPECT_TRUE(destroyed);
 }
 
-TEST(InputStream, VirtualOperationsStandInTheirSlots) {
+TEST(InputStream, VirtualOperationsHaveTheirSlots) {
     EXPECT_EQ(test::virtualSlot(&InputStream::StartInputStream), 2);
     EXPECT_EQ(test::virtualSlot(&InputStream::EndInputStream), 3);
     EXPECT_EQ(test::virtualSlot(&InputStream::ReceiveInputStream), 4);
@@ -100,3 +98,5 @@ TEST(InputStream, VirtualOperationsStandInTheirSlots) {
     EXPECT_EQ(test::virtualSlot(&InputStream::GetInputStreamSize), 9);
     EXPECT_EQ(test::virtualSlot(&InputStream::setInputMode), 10);
 }
+
+} // namespace

@@ -18,7 +18,7 @@ static_assert(std::is_base_of<framework::InputStream, NullStream>::value, "it is
 static_assert(std::is_base_of<framework::OutputStream, NullStream>::value, "it is written as an output");
 static_assert(!std::is_convertible<unsigned int, NullStream>::value, "a number is not a stream by itself");
 
-/// How many bytes one receive of `size` bytes gives; expects them to be zero and the bytes behind them untouched.
+// The result of one receive of `size` bytes; expects that the bytes are zero and that those after them are unchanged.
 int receive(NullStream& stream, unsigned int size) {
     std::vector<char> data(size + 16, '\x7E');
     const int count = stream.ReceiveInputStream(data.data(), size);
@@ -35,7 +35,7 @@ TEST(NullStream, UsageExample) {
     EXPECT_EQ(sink.outputCount(), 5u);
 }
 
-TEST(NullStream, InputOperationsStandAtThePlacesOfEveryInput) {
+TEST(NullStream, InputOperationsHaveTheirSlots) {
     EXPECT_EQ(test::virtualSlot(&NullStream::StartInputStream), 2);
     EXPECT_EQ(test::virtualSlot(&NullStream::EndInputStream), 3);
     EXPECT_EQ(test::virtualSlot(&NullStream::ReceiveInputStream), 4);
@@ -47,14 +47,14 @@ TEST(NullStream, InputOperationsStandAtThePlacesOfEveryInput) {
     EXPECT_EQ(test::virtualSlot(&NullStream::setInputMode), 10);
 }
 
-TEST(NullStream, IsAnInputInTheFirstPlaceAndAnOutputBehindIt) {
+TEST(NullStream, InputBaseComesBeforeTheOutputBase) {
     NullStream stream(5);
     EXPECT_EQ(static_cast<void*>(static_cast<framework::InputStream*>(&stream)), static_cast<void*>(&stream));
     EXPECT_EQ(reinterpret_cast<char*>(static_cast<framework::OutputStream*>(&stream)),
               reinterpret_cast<char*>(&stream) + sizeof(void*));
 }
 
-TEST(NullStream, IsClosedOnBothSidesAtFirst) {
+TEST(NullStream, InputAndOutputAreClosedAtConstruction) {
     NullStream stream(5);
     EXPECT_FALSE(stream.isInputStreamOpen());
     EXPECT_FALSE(stream.isInputStreamInError());
@@ -68,7 +68,7 @@ TEST(NullStream, IsClosedOnBothSidesAtFirst) {
     EXPECT_EQ(stream.inputCount(), 0u);
 }
 
-TEST(NullStream, GivesItsInputSizeInZeroBytesAndThenNothing) {
+TEST(NullStream, SuppliesItsInputSizeInZeroBytes) {
     NullStream stream(5);
     EXPECT_TRUE(stream.StartInputStream());
     EXPECT_TRUE(stream.isInputStreamGood());
@@ -92,7 +92,7 @@ TEST(NullStream, InputOfExactlyOneReceiveIsAtItsEnd) {
     EXPECT_TRUE(stream.isInputStreamAtEnd());
 }
 
-TEST(NullStream, InputOfNoBytesIsAtItsEndAtOnce) {
+TEST(NullStream, EmptyInputIsAtItsEndAtOnce) {
     NullStream stream(0);
     EXPECT_TRUE(stream.StartInputStream());
     EXPECT_TRUE(stream.isInputStreamOpen());
@@ -101,7 +101,7 @@ TEST(NullStream, InputOfNoBytesIsAtItsEndAtOnce) {
     EXPECT_EQ(stream.inputCount(), 0u);
 }
 
-TEST(NullStream, EveryStartBeginsAPassAndTheCountGoesOn) {
+TEST(NullStream, EveryStartRestoresTheInputAndTheCountContinues) {
     NullStream stream(5);
     stream.StartInputStream();
     EXPECT_EQ(receive(stream, 3), 3);
@@ -125,7 +125,7 @@ TEST(NullStream, InputIsEmptyBeforeItsStartAndAfterItsEnd) {
     EXPECT_EQ(receive(stream, 10), 5);
 }
 
-TEST(NullStream, ReceivingNoBytesTakesNone) {
+TEST(NullStream, ReceivingZeroBytesConsumesNothing) {
     NullStream stream(5);
     stream.StartInputStream();
     EXPECT_EQ(receive(stream, 0), 0);
@@ -133,7 +133,7 @@ TEST(NullStream, ReceivingNoBytesTakesNone) {
     EXPECT_EQ(receive(stream, 10), 5);
 }
 
-TEST(NullStream, NullBufferTakesNothing) {
+TEST(NullStream, NullBufferConsumesNothing) {
     NullStream stream(5);
     stream.StartInputStream();
     EXPECT_EQ(stream.ReceiveInputStream(nullptr, 3), 0);
@@ -141,7 +141,7 @@ TEST(NullStream, NullBufferTakesNothing) {
     EXPECT_EQ(receive(stream, 10), 5);
 }
 
-TEST(NullStream, LargestInputIsGivenInPieces) {
+TEST(NullStream, LargestInputIsReceivedInPieces) {
     NullStream stream(0xFFFFFFFFu);
     stream.StartInputStream();
     EXPECT_EQ(receive(stream, 100000), 100000);
@@ -149,13 +149,13 @@ TEST(NullStream, LargestInputIsGivenInPieces) {
     EXPECT_EQ(stream.inputCount(), 100000u);
 }
 
-TEST(NullStream, SizeOfItsInputIsNotTold) {
+TEST(NullStream, InputSizeIsUnknown) {
     NullStream stream(5);
     stream.StartInputStream();
     EXPECT_EQ(stream.GetInputStreamSize(), -1);
 }
 
-TEST(NullStream, HasNoModes) {
+TEST(NullStream, SettingAModeChangesNothing) {
     NullStream stream(5);
     stream.setInputMode(framework::InputStream::INPUT_DEFAULT);
     stream.StartInputStream();
@@ -179,7 +179,7 @@ TEST(NullStream, CountsOutputOnlyWhileItIsOpen) {
     EXPECT_EQ(stream.outputCount(), 5u);
 }
 
-TEST(NullStream, OutputCountGoesOnAcrossStarts) {
+TEST(NullStream, OutputCountContinuesAcrossStarts) {
     NullStream stream(0);
     stream.StartOutputStream();
     EXPECT_TRUE(stream.SendOutputStream("ports", 5));
@@ -188,7 +188,7 @@ TEST(NullStream, OutputCountGoesOnAcrossStarts) {
     EXPECT_EQ(stream.outputCount(), 7u);
 }
 
-TEST(NullStream, OutputIsNeverReadAndTheCountWrapsRound) {
+TEST(NullStream, OutputIsNeverReadAndTheCountWrapsAround) {
     NullStream stream(0);
     stream.StartOutputStream();
     EXPECT_TRUE(stream.SendOutputStream(nullptr, 0xFFFFFFFFu));
@@ -206,7 +206,7 @@ TEST(NullStream, FlushDoesNothing) {
     EXPECT_EQ(stream.outputCount(), 5u);
 }
 
-TEST(NullStream, TakesItsOwnInputAsOutput) {
+TEST(NullStream, AcceptsItsOwnInputAsOutput) {
     NullStream stream(40000);
     stream.StartInputStream();
     stream.StartOutputStream();
@@ -215,7 +215,7 @@ TEST(NullStream, TakesItsOwnInputAsOutput) {
     EXPECT_EQ(stream.outputCount(), 40000u);
 }
 
-TEST(NullStream, BothSidesAreOpenedAndEndedApart) {
+TEST(NullStream, InputAndOutputAreOpenedAndClosedIndependently) {
     NullStream stream(5);
     stream.StartInputStream();
     EXPECT_FALSE(stream.isOutputStreamOpen());

@@ -78,7 +78,7 @@ public:
     }
 };
 
-// Gives the prepared answers one after the other, and changes its state when they run out.
+// Returns the prepared results in order, and changes its state after the last one.
 class Source : public InputStream {
 public:
     explicit Source(std::vector<int> answers) : m_answers(std::move(answers)) {}
@@ -123,8 +123,6 @@ std::string pattern(std::size_t size) {
     return bytes;
 }
 
-} // namespace
-
 TEST(OutputStream, UsageExample) {
     Sink out;
     Source in({5});
@@ -155,14 +153,14 @@ TEST(OutputStream, FlushDoesNothing) {
     EXPECT_TRUE(sink.sent.empty());
 }
 
-TEST(OutputStream, IsDestroyedThroughTheBase) {
+TEST(OutputStream, CanBeDestroyedThroughTheBase) {
     bool destroyed = false;
     OutputStream* const sink = new Sink(&destroyed);
     delete sink;
     EXPECT_TRUE(destroyed);
 }
 
-TEST(OutputStream, TransferTakesAtMost16384BytesAtATime) {
+TEST(OutputStream, TransferReceivesAtMost16384BytesAtATime) {
     Sink sink;
     Source source({16384, 16384, 1});
     EXPECT_TRUE(sink.TransferFromInputStream(source));
@@ -191,7 +189,7 @@ TEST(OutputStream, TransferFailsOnANegativeCountAndKeepsWhatWasSent) {
     }
 }
 
-TEST(OutputStream, TransferEndsWellOnACountOfZero) {
+TEST(OutputStream, TransferSucceedsOnACountOfZero) {
     Sink sink;
     Source source({4, 0, 5});
     EXPECT_TRUE(sink.TransferFromInputStream(source));
@@ -207,7 +205,7 @@ TEST(OutputStream, TransferOfZeroBytesIsTrueEvenFromAnInputThatIsThenInError) {
     EXPECT_TRUE(sink.sent.empty());
 }
 
-TEST(OutputStream, TransferFailsWhenNotEverythingIsTaken) {
+TEST(OutputStream, TransferFailsIfNotAllBytesAreAccepted) {
     Sink sink;
     sink.refuseSend = 2;
     Source source({4, 4, 4});
@@ -226,7 +224,7 @@ TEST(OutputStream, TransferSucceedsWhenTheInputEnds) {
     }
 }
 
-TEST(OutputStream, TransferFailsWhenTheInputGetsIntoError) {
+TEST(OutputStream, TransferFailsIfTheInputEntersTheErrorState) {
     for (const bool atEnd : {true, false}) {
         Sink sink;
         Source source({4});
@@ -237,7 +235,7 @@ TEST(OutputStream, TransferFailsWhenTheInputGetsIntoError) {
     }
 }
 
-TEST(OutputStream, TransferFailsWhenTheInputClosesBeforeItsEnd) {
+TEST(OutputStream, TransferFailsIfTheInputClosesBeforeItsEnd) {
     Sink sink;
     Source source({4});
     source.openThen = false;
@@ -261,7 +259,7 @@ TEST(OutputStream, TransferFromAnInputThatIsNotGoodReceivesNothing) {
     EXPECT_TRUE(ended.asked.empty() && closed.asked.empty() && broken.asked.empty());
 }
 
-TEST(OutputStream, TransferDoesNotAskTheSinkHowItIs) {
+TEST(OutputStream, TransferDoesNotQueryTheSinksState) {
     Sink sink;
     sink.open = false;
     sink.inError = true;
@@ -271,7 +269,7 @@ TEST(OutputStream, TransferDoesNotAskTheSinkHowItIs) {
     EXPECT_EQ(sink.all(), "aaaa");
 }
 
-TEST(OutputStream, TransferOfMoreThanWasAskedForStaysInItsBlock) {
+TEST(OutputStream, TransferStaysInBoundsIfTheInputReportsTooManyBytes) {
     Sink sink;
     Source source({20000, 2147483647});
     sink.TransferFromInputStream(source);
@@ -279,7 +277,7 @@ TEST(OutputStream, TransferOfMoreThanWasAskedForStaysInItsBlock) {
         EXPECT_LE(piece.size(), 16384u);
 }
 
-TEST(OutputStream, TransfersAWholeFileIntoAStreamAndBack) {
+TEST(OutputStream, TransfersAWholeFileToAStreamAndBack) {
     const test::TemporaryDirectory directory;
     for (const std::size_t size : {1u, 16383u, 16384u, 16385u, 100000u}) {
         const std::string bytes = pattern(size);
@@ -305,14 +303,14 @@ TEST(OutputStream, TransferOfAnEmptyFileIsTrue) {
     EXPECT_TRUE(sink.sent.empty());
 }
 
-TEST(OutputStream, WhatTheSinkThrowsPassesThrough) {
+TEST(OutputStream, ExceptionsOfTheSinkPropagate) {
     utility::BufferStream stream(8);
     Source source({9});
     EXPECT_FAILURE(stream.TransferFromInputStream(source), 1239, "ut_Buffer",
                    "virtual void utility::Buffer::WriteAdvance(int)", "");
 }
 
-TEST(OutputStream, AQuietSinkThatIsTooShortMakesTheTransferFail) {
+TEST(OutputStream, TransferToATooSmallNoThrowSinkFails) {
     char text[9];
     utility::BufferStream stream(text, sizeof text, true);
     Source source({5, 5, 5});
@@ -321,7 +319,7 @@ TEST(OutputStream, AQuietSinkThatIsTooShortMakesTheTransferFail) {
     EXPECT_EQ(source.asked.size(), 2u);
 }
 
-TEST(OutputStream, VirtualOperationsStandInTheirSlots) {
+TEST(OutputStream, VirtualOperationsHaveTheirSlots) {
     EXPECT_EQ(test::virtualSlot(&OutputStream::StartOutputStream), 2);
     EXPECT_EQ(test::virtualSlot(&OutputStream::EndOutputStream), 3);
     EXPECT_EQ(test::virtualSlot(&OutputStream::SendOutputStream), 4);
@@ -332,3 +330,5 @@ TEST(OutputStream, VirtualOperationsStandInTheirSlots) {
     EXPECT_EQ(test::virtualSlot(&OutputStream::isOutputStreamAtEnd), 9);
     EXPECT_EQ(test::virtualSlot(&OutputStream::isOutputStreamGood), 10);
 }
+
+} // namespace

@@ -22,13 +22,13 @@
 
 namespace {
 
-const char* const MESSAGE = "Press any key to continue (Q to quit)";
-const char* const TRANSLATION = "Weiter mit jeder Taste (Q beendet)";
+constexpr const char* MESSAGE = "Press any key to continue (Q to quit)";
+constexpr const char* TRANSLATION = "Weiter mit jeder Taste (Q beendet)";
 bool translating = false;
 
 } // namespace
 
-// In place of the framework's, so that a test can see that the prompt is translated.
+// Replaces the framework's function, so that a test can check that the prompt is translated.
 const char* vx_gettext(const char* message) {
     return translating && std::strcmp(message, MESSAGE) == 0 ? TRANSLATION : message;
 }
@@ -38,13 +38,13 @@ namespace {
 using utility::PagingVirtualPutStream;
 using Lines = std::vector<std::string>;
 
-const unsigned int TRACE_SWITCH = 4679;
-const char* const CONSTRUCT =
+constexpr unsigned int TRACE_SWITCH = 4679;
+constexpr const char* CONSTRUCT =
     "utility::PagingVirtualPutStream::PagingVirtualPutStream(framework::Console&, int, int, int, int)";
-const char* const CONSTRUCT_OVER_ARRAY =
+constexpr const char* CONSTRUCT_OVER_ARRAY =
     "utility::PagingVirtualPutStream::PagingVirtualPutStream(framework::Console&, int, int, char*, int, int)";
-const char* const FLUSH = "virtual void utility::PagingVirtualPutStream::FlushOutputStream()";
-const char* const FLUSH_PAGE = "bool utility::PagingVirtualPutStream::flushPage(int)";
+constexpr const char* FLUSH = "virtual void utility::PagingVirtualPutStream::FlushOutputStream()";
+constexpr const char* FLUSH_PAGE = "bool utility::PagingVirtualPutStream::flushPage(int)";
 
 static_assert(std::is_base_of<utility::VirtualPutStream, PagingVirtualPutStream>::value, "it is written like any text");
 
@@ -61,7 +61,7 @@ std::string held(const PagingVirtualPutStream& stream) {
     return std::string(stream.pTail(), static_cast<std::size_t>(stream.WritePosition() - stream.ReadPosition()));
 }
 
-/// The lines "line <first>" to "line <last>".
+// The lines "line <first>" to "line <last>".
 std::string lines(int first, int last) {
     std::string text;
     for (int i = first; i <= last; ++i)
@@ -73,7 +73,7 @@ std::string shown(const std::string& text) {
     return "send:" + text;
 }
 
-/// The calls for pages with a prompt between them.
+// The calls for pages with a prompt between them.
 Lines pages(const Lines& texts, int width = 80) {
     Lines calls;
     for (const std::string& text : texts) {
@@ -92,7 +92,7 @@ Lines operator+(Lines first, const Lines& second) {
     return first;
 }
 
-/// A stream for pages of 80 by 25 with room for everything.
+// A stream with pages of 80 by 25 and a buffer large enough for every test.
 struct Paging {
     explicit Paging(const std::string& keys = "", int width = 80, int height = 25)
         : console(keys), stream(console, width, height, 8192, 8192) {}
@@ -111,7 +111,7 @@ TEST(PagingVirtualPutStream, UsageExample) {
     EXPECT_EQ(console.calls(), pages({lines(1, 24), lines(25, 30)}));
 }
 
-TEST(PagingVirtualPutStream, OverridesStandAtThePlacesOfEveryOutput) {
+TEST(PagingVirtualPutStream, OverridesHaveTheirSlots) {
     EXPECT_EQ(test::virtualSlot(&PagingVirtualPutStream::SendOutputStream), 4);
     EXPECT_EQ(test::virtualSlot(&PagingVirtualPutStream::FlushOutputStream), 5);
     EXPECT_EQ(test::virtualSlot(&PagingVirtualPutStream::WriteRemaining), 13);
@@ -120,7 +120,7 @@ TEST(PagingVirtualPutStream, OverridesStandAtThePlacesOfEveryOutput) {
 
 // Construction
 
-TEST(PagingVirtualPutStream, BeginsWithNothingHeldAndNothingShown) {
+TEST(PagingVirtualPutStream, StartsEmptyWithNothingShown) {
     Paging paging;
     EXPECT_EQ(paging.stream.Size(), 8192);
     EXPECT_EQ(held(paging.stream), "");
@@ -130,7 +130,7 @@ TEST(PagingVirtualPutStream, BeginsWithNothingHeldAndNothingShown) {
     EXPECT_EQ(paging.console.calls(), Lines{});
 }
 
-TEST(PagingVirtualPutStream, OwnBufferWithoutMemoryIsRefused) {
+TEST(PagingVirtualPutStream, FailedAllocationOfTheBufferThrows1238) {
     test::RecordingConsole console;
     const char* const alloc = "void utility::Buffer::allocBuffer()";
     EXPECT_FAILURE(test::failNth(1, [&] { PagingVirtualPutStream(console, 80, 25, 64, 64); }), 1238, "ut_Buffer", alloc,
@@ -138,7 +138,7 @@ TEST(PagingVirtualPutStream, OwnBufferWithoutMemoryIsRefused) {
     EXPECT_FAILURE(PagingVirtualPutStream(console, 80, 25, -1, 64), 1238, "ut_Buffer", alloc, "");
 }
 
-TEST(PagingVirtualPutStream, CallersArrayKeepsItsLastByteForTheTerminator) {
+TEST(PagingVirtualPutStream, CallersArrayReservesItsLastByteForTheTerminator) {
     test::RecordingConsole console;
     test::GuardedText text(16);
     PagingVirtualPutStream stream(console, 80, 25, text.array(), 16, 16);
@@ -151,7 +151,7 @@ TEST(PagingVirtualPutStream, CallersArrayKeepsItsLastByteForTheTerminator) {
     EXPECT_TRUE(text.isGuardWhole());
 }
 
-TEST(PagingVirtualPutStream, OverACallersArrayPagesAreCutTheSame) {
+TEST(PagingVirtualPutStream, PagesAreTheSameWithACallersArray) {
     test::RecordingConsole console;
     char text[64];
     PagingVirtualPutStream stream(console, 10, 4, text, sizeof text, 60);
@@ -187,7 +187,7 @@ TEST(PagingVirtualPutStream, SmallestArraysAreNeverOverrun) {
 
 // Pages
 
-TEST(PagingVirtualPutStream, ThirtyShortLinesAreOnePageAPromptAndTheRest) {
+TEST(PagingVirtualPutStream, ThirtyShortLinesAreOnePageThenAPromptThenTheRest) {
     Paging paging;
     EXPECT_TRUE(send(paging.stream, lines(1, 30)));
     EXPECT_EQ(paging.console.calls(), pages({lines(1, 24), lines(25, 30)}));
@@ -196,7 +196,7 @@ TEST(PagingVirtualPutStream, ThirtyShortLinesAreOnePageAPromptAndTheRest) {
     EXPECT_FALSE(paging.stream.hasQuit());
 }
 
-TEST(PagingVirtualPutStream, OutputThatFitsThePageHasNoPrompt) {
+TEST(PagingVirtualPutStream, OutputThatFitsThePageIsNotPrompted) {
     for (const int count : {1, 23, 24}) {
         Paging paging;
         EXPECT_TRUE(send(paging.stream, lines(1, count)));
@@ -210,7 +210,7 @@ TEST(PagingVirtualPutStream, OneLineMoreThanThePageHasAPrompt) {
     EXPECT_EQ(paging.console.calls(), pages({lines(1, 24), lines(25, 25)}));
 }
 
-TEST(PagingVirtualPutStream, BeginningOfALineMoreThanThePageHasAPromptToo) {
+TEST(PagingVirtualPutStream, IncompleteLineMoreThanThePageHasAPrompt) {
     Paging paging;
     EXPECT_TRUE(send(paging.stream, lines(1, 24) + "x"));
     EXPECT_EQ(paging.console.calls(), pages({lines(1, 24), "x"}));
@@ -232,7 +232,7 @@ TEST(PagingVirtualPutStream, LinesAreCountedAcrossSends) {
               pages({lines(1, 10)}) + pages({lines(11, 20)}) + pages({lines(21, 24), lines(25, 30)}));
 }
 
-TEST(PagingVirtualPutStream, PageThatASendJustFillsIsCountedAsShown) {
+TEST(PagingVirtualPutStream, PageExactlyFilledByASendCountsAsShown) {
     Paging paging;
     EXPECT_TRUE(send(paging.stream, lines(1, 24)));
     EXPECT_TRUE(send(paging.stream, lines(25, 48)));
@@ -247,7 +247,7 @@ TEST(PagingVirtualPutStream, SendOfNothingShowsNothing) {
     EXPECT_EQ(paging.console.calls(), Lines{});
 }
 
-TEST(PagingVirtualPutStream, SendOfNullIsFalseAndOfNoBytesASendLikeAnyOther) {
+TEST(PagingVirtualPutStream, SendOfNullReturnsFalseUnlessItsSizeIsZero) {
     Paging paging;
     paging.stream.PutS("held\n");
     EXPECT_FALSE(paging.stream.SendOutputStream(nullptr, 1));
@@ -256,14 +256,14 @@ TEST(PagingVirtualPutStream, SendOfNullIsFalseAndOfNoBytesASendLikeAnyOther) {
     EXPECT_EQ(paging.console.calls(), Lines{"send:held\n"});
 }
 
-TEST(PagingVirtualPutStream, LongLineCountsAsTheScreenLinesThatItFills) {
+TEST(PagingVirtualPutStream, LongLineCountsAsSeveralScreenLines) {
     Paging paging;
     const std::string longLine(200, 'x');
     EXPECT_TRUE(send(paging.stream, longLine + "\n" + lines(1, 22)));
     EXPECT_EQ(paging.console.calls(), pages({longLine + "\n" + lines(1, 21), lines(22, 22)}));
 }
 
-TEST(PagingVirtualPutStream, UnfinishedLineDoesNotCountUntilItEnds) {
+TEST(PagingVirtualPutStream, IncompleteLineCountsWhenItEnds) {
     Paging paging;
     const std::string longLine(200, 'x');
     EXPECT_TRUE(send(paging.stream, longLine));
@@ -271,7 +271,7 @@ TEST(PagingVirtualPutStream, UnfinishedLineDoesNotCountUntilItEnds) {
     EXPECT_EQ(paging.console.calls(), pages({longLine}) + pages({"\n" + lines(1, 21), lines(22, 22)}));
 }
 
-TEST(PagingVirtualPutStream, UnfinishedLineGoesOnAtItsColumn) {
+TEST(PagingVirtualPutStream, IncompleteLineContinuesAtItsColumn) {
     Paging paging("", 10, 4);
     EXPECT_TRUE(send(paging.stream, "1234567"));
     EXPECT_TRUE(send(paging.stream, "890abcdefghijklmnopqrstuvw"));
@@ -287,7 +287,7 @@ TEST(PagingVirtualPutStream, ManyPiecesOfOneLineAreOneLine) {
     EXPECT_EQ(paging.console.calls(), expected + pages({"\na\n", "b\n"}));
 }
 
-TEST(PagingVirtualPutStream, NewlineBehindAFullLineIsALineOfItsOwn) {
+TEST(PagingVirtualPutStream, NewlineAfterAFullLineIsASeparateLine) {
     Paging paging("", 10, 4);
     EXPECT_TRUE(send(paging.stream, "1234567890\nx\ny\n"));
     EXPECT_EQ(paging.console.calls(), pages({"1234567890\nx\n", "y\n"}, 10));
@@ -329,13 +329,13 @@ TEST(PagingVirtualPutStream, SizesBelowTwoCountAsTwo) {
     }
 }
 
-TEST(PagingVirtualPutStream, LargestPageHoldsEverything) {
+TEST(PagingVirtualPutStream, LargestPageShowsEverything) {
     Paging paging("", INT_MAX, INT_MAX);
     EXPECT_TRUE(send(paging.stream, lines(1, 500)));
     EXPECT_EQ(paging.console.calls(), pages({lines(1, 500)}));
 }
 
-TEST(PagingVirtualPutStream, NewPageSizeHoldsFromTheNextPageOn) {
+TEST(PagingVirtualPutStream, NewPageSizeAppliesFromTheNextPageOn) {
     Paging paging;
     EXPECT_TRUE(send(paging.stream, lines(1, 3)));
     paging.stream.setPageSize(40, 6);
@@ -343,16 +343,16 @@ TEST(PagingVirtualPutStream, NewPageSizeHoldsFromTheNextPageOn) {
     EXPECT_EQ(paging.console.calls(), pages({lines(1, 3)}) + pages({lines(4, 5), lines(6, 8)}, 40));
 }
 
-TEST(PagingVirtualPutStream, PageThatBecomesSmallerThanWhatItShowsGoesOnWithinItsNewSize) {
+TEST(PagingVirtualPutStream, PageShrunkBelowItsContentContinuesWithinItsNewSize) {
     Paging paging;
     EXPECT_TRUE(send(paging.stream, lines(1, 20) + std::string(13, 'x')));
     paging.stream.setPageSize(5, 7);
-    // Of pages of six lines the 20 leave two shown, of lines of five columns the 13 leave three.
+    // A page shows six lines and the prompt, so line 20 is line 2 of its page; column 13 is column 3 of five.
     EXPECT_TRUE(send(paging.stream, "y\nb\nc\nd\ne\n"));
     EXPECT_EQ(paging.console.calls(), pages({lines(1, 20) + std::string(13, 'x')}) + pages({"y\nb\nc\nd\n", "e\n"}, 5));
 }
 
-TEST(PagingVirtualPutStream, PageThatBecomesSmallerThanWhatItShowsStillShowsEverything) {
+TEST(PagingVirtualPutStream, PageShrunkBelowItsContentStillShowsEverything) {
     Paging paging;
     const std::string start = lines(1, 20) + std::string(70, 'x');
     EXPECT_TRUE(send(paging.stream, start));
@@ -379,7 +379,7 @@ TEST(PagingVirtualPutStream, PromptIsTranslated) {
     EXPECT_EQ(paging.console.calls(), (Lines{"send:a\n", shown(TRANSLATION), "key", "remove:80", "send:b\n"}));
 }
 
-TEST(PagingVirtualPutStream, PromptIsNotCountedAsTransferred) {
+TEST(PagingVirtualPutStream, PromptDoesNotCountAsTransferred) {
     Paging paging("", 80, 2);
     EXPECT_TRUE(send(paging.stream, "a\nb\n"));
     EXPECT_EQ(paging.stream.transferred(), 4);
@@ -398,7 +398,7 @@ TEST(PagingVirtualPutStream, EveryKeyButQShowsTheNextPage) {
     }
 }
 
-TEST(PagingVirtualPutStream, QuitDropsTheRestAndTheNextSendStartsAfresh) {
+TEST(PagingVirtualPutStream, QuitDiscardsTheRestUntilTheNextSend) {
     for (const char* const key : {"q", "Q"}) {
         Paging paging(key);
         EXPECT_FALSE(send(paging.stream, lines(1, 60)));
@@ -412,7 +412,7 @@ TEST(PagingVirtualPutStream, QuitDropsTheRestAndTheNextSendStartsAfresh) {
     }
 }
 
-TEST(PagingVirtualPutStream, QuitAtALaterPageDropsWhatComesBehindIt) {
+TEST(PagingVirtualPutStream, QuitAtALaterPageDiscardsTheRest) {
     Paging paging("  q");
     EXPECT_FALSE(send(paging.stream, lines(1, 100)));
     EXPECT_EQ(paging.console.calls(),
@@ -435,7 +435,7 @@ TEST(PagingVirtualPutStream, LongSendIsShownAtTheThreshold) {
     EXPECT_EQ(console.calls(), pages({"a\nb\n", "c\nd\n"}) + pages({"e\nf\n", "g\n"}));
 }
 
-TEST(PagingVirtualPutStream, QuitInALongSendTakesNoMore) {
+TEST(PagingVirtualPutStream, QuitInALongSendEndsIt) {
     test::RecordingConsole console("q");
     PagingVirtualPutStream stream(console, 80, 3, 8, 8);
     EXPECT_FALSE(send(stream, "a\nb\nc\nd\ne\nf\ng\n"));
@@ -443,7 +443,7 @@ TEST(PagingVirtualPutStream, QuitInALongSendTakesNoMore) {
     EXPECT_EQ(held(stream), "");
 }
 
-TEST(PagingVirtualPutStream, SendOfWhatIsHeldShowsItAgain) {
+TEST(PagingVirtualPutStream, SendOfBytesInTheBufferShowsThemAgain) {
     test::RecordingConsole console;
     PagingVirtualPutStream stream(console, 80, 25, 16, 4);
     stream.PutS("abcdef");
@@ -451,7 +451,7 @@ TEST(PagingVirtualPutStream, SendOfWhatIsHeldShowsItAgain) {
     EXPECT_EQ(console.calls(), (Lines{"send:abcdef", "send:bcdef"}));
 }
 
-TEST(PagingVirtualPutStream, SendForWhichThereIsNoRoomIsFalseAndShowsNothingYet) {
+TEST(PagingVirtualPutStream, SendThatDoesNotFitReturnsFalseAndShowsNothingYet) {
     test::RecordingConsole console;
     PagingVirtualPutStream stream(console, 80, 25, 8, 9);
     EXPECT_FALSE(send(stream, "abcdefghij"));
@@ -459,7 +459,7 @@ TEST(PagingVirtualPutStream, SendForWhichThereIsNoRoomIsFalseAndShowsNothingYet)
     EXPECT_EQ(console.calls(), Lines{});
 }
 
-TEST(PagingVirtualPutStream, SendShowsWhatWasHeldBeforeIt) {
+TEST(PagingVirtualPutStream, SendShowsTheBufferFirst) {
     Paging paging("", 80, 3);
     paging.stream.PutS("a\n");
     paging.stream.PutF("%s\n", "b");
@@ -487,7 +487,7 @@ TEST(PagingVirtualPutStream, FormattedTextIsShownAtTheThreshold) {
     EXPECT_EQ(held(stream), "d\n");
 }
 
-TEST(PagingVirtualPutStream, EndAndStartShowWhatIsHeld) {
+TEST(PagingVirtualPutStream, EndAndStartShowTheBuffer) {
     Paging paging;
     paging.stream.PutS("a\n");
     paging.stream.EndOutputStream();
@@ -508,7 +508,7 @@ TEST(PagingVirtualPutStream, DestructionShowsNothing) {
 
 // Consoles that fail
 
-TEST(PagingVirtualPutStream, RefusedPageEndsTheFlushAndTheSendIsTrue) {
+TEST(PagingVirtualPutStream, RefusedPageEndsTheFlushAndTheSendReturnsTrue) {
     Paging paging;
     paging.console.screen().refusals = 1;
     EXPECT_TRUE(send(paging.stream, lines(1, 30)));
@@ -518,10 +518,10 @@ TEST(PagingVirtualPutStream, RefusedPageEndsTheFlushAndTheSendIsTrue) {
     EXPECT_FALSE(paging.stream.hasQuit());
 }
 
-TEST(PagingVirtualPutStream, RefusedSecondPageDropsTheRest) {
+TEST(PagingVirtualPutStream, RefusedSecondPageDiscardsTheRest) {
     Paging paging;
     int sends = 0;
-    // Behind the first page and its prompt.
+    // Refuse the send after the first page and its prompt.
     paging.console.screen().afterSend = [&] {
         paging.console.screen().refusals = ++sends == 2 ? 1 : 0;
     };
@@ -531,7 +531,7 @@ TEST(PagingVirtualPutStream, RefusedSecondPageDropsTheRest) {
     EXPECT_EQ(held(paging.stream), "");
 }
 
-TEST(PagingVirtualPutStream, RefusedPromptIsStillAnswered) {
+TEST(PagingVirtualPutStream, RefusedPromptStillReadsAKey) {
     Paging paging;
     int sends = 0;
     paging.console.screen().afterSend = [&] {
@@ -542,7 +542,7 @@ TEST(PagingVirtualPutStream, RefusedPromptIsStillAnswered) {
                                              shown(lines(25, 30))}));
 }
 
-TEST(PagingVirtualPutStream, SendToADeadConsoleIsFalseAndHoldsNothing) {
+TEST(PagingVirtualPutStream, SendToADeadConsoleReturnsFalseAndBuffersNothing) {
     for (const bool closed : {false, true}) {
         Paging paging;
         paging.console.screen().open = !closed;
@@ -554,7 +554,7 @@ TEST(PagingVirtualPutStream, SendToADeadConsoleIsFalseAndHoldsNothing) {
     }
 }
 
-TEST(PagingVirtualPutStream, WhatIsHeldForADeadConsoleIsDropped) {
+TEST(PagingVirtualPutStream, BufferForADeadConsoleIsDiscarded) {
     Paging paging;
     paging.stream.PutS("lost\n");
     paging.console.screen().error = true;
@@ -565,7 +565,7 @@ TEST(PagingVirtualPutStream, WhatIsHeldForADeadConsoleIsDropped) {
     EXPECT_EQ(paging.console.calls(), Lines{"send:shown\n"});
 }
 
-TEST(PagingVirtualPutStream, ConsoleThatDiesBetweenPagesTakesTheRestOfTheFlush) {
+TEST(PagingVirtualPutStream, ConsoleThatDiesBetweenPagesStillGetsTheRestOfTheFlush) {
     Paging paging;
     paging.console.screen().afterSend = [&] {
         paging.console.screen().error = true;
@@ -588,7 +588,7 @@ TEST(PagingVirtualPutStream, ConsoleThatDiesInALongSendEndsIt) {
 
 // One page by hand
 
-TEST(PagingVirtualPutStream, FlushPageShowsSoManyBytesAndPromptsForTheRest) {
+TEST(PagingVirtualPutStream, FlushPageShowsTheGivenBytesAndPromptsForTheRest) {
     Paging paging(" q");
     paging.stream.PutS("abcdef");
     EXPECT_TRUE(paging.stream.flushPage(2));
@@ -604,7 +604,7 @@ TEST(PagingVirtualPutStream, FlushPageShowsSoManyBytesAndPromptsForTheRest) {
                                              "key", "remove:80", "send:ef"}));
 }
 
-TEST(PagingVirtualPutStream, FlushPageThatIsRefusedKeepsWhatIsHeld) {
+TEST(PagingVirtualPutStream, RefusedFlushPageKeepsTheBuffer) {
     Paging paging;
     paging.console.screen().refusals = 1;
     paging.stream.PutS("abc");
@@ -613,7 +613,7 @@ TEST(PagingVirtualPutStream, FlushPageThatIsRefusedKeepsWhatIsHeld) {
     EXPECT_EQ(paging.stream.transferred(), 0);
 }
 
-TEST(PagingVirtualPutStream, FlushPageOfMoreThanIsHeldShowsAll) {
+TEST(PagingVirtualPutStream, FlushPageOfMoreThanTheBufferShowsAll) {
     Paging paging;
     paging.stream.PutS("abc");
     EXPECT_FALSE(paging.stream.flushPage(100));
@@ -632,7 +632,7 @@ TEST(PagingVirtualPutStream, FlushPageOfANegativeLengthShowsNoText) {
 
 // Any text on any page
 
-/// How pages are cut, written down once more.
+// An independent model of how text is divided into pages.
 class PagingModel {
 public:
     PagingModel(int width, int height, std::size_t capacity, std::size_t threshold, const std::string& keys)
@@ -702,7 +702,7 @@ private:
     int m_line = 0;
 };
 
-TEST(PagingVirtualPutStream, CutsAnyTextIntoPagesAsWrittenDown) {
+TEST(PagingVirtualPutStream, DividesAnyTextIntoPagesAsTheModelDoes) {
     test::RandomRun random;
     for (int run = 0; run < 300 && !testing::Test::HasFailure(); ++run) {
         const int width = static_cast<int>(2 + random.below(12));
@@ -781,7 +781,7 @@ TEST(PagingVirtualPutStream, TracesFlushesThatShowNothing) {
     EXPECT_EQ(test::traceLines(log), Lines(4, line(FLUSH, "discarding virtual stream output\n")));
 }
 
-TEST(PagingVirtualPutStream, WritesNoTracesWithTheSwitchOff) {
+TEST(PagingVirtualPutStream, TracesNothingIfTheSwitchIsOff) {
     test::LogCapture log;
     Paging paging("q", 80, 2);
     EXPECT_FALSE(send(paging.stream, "a\nb\n"));

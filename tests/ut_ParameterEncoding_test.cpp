@@ -36,12 +36,13 @@ using utility::UIntArray;
 using utility::UShortArray;
 using Lines = std::vector<std::string>;
 
-const char* const WRITE_ADVANCE = "virtual void utility::Buffer::WriteAdvance(int)";
-const char* const READ_ADVANCE = "virtual void utility::Buffer::ReadAdvance(int)";
-const char* const PUT_S = "void utility::PutStream::PutS(const char*)";
-const unsigned int SLACK = 65535;
-// More than any array gets out of the few bytes of a hostile message. Room for them beforehand, as growing takes long.
-const unsigned int MOST_READ = 66000;
+constexpr const char* WRITE_ADVANCE = "virtual void utility::Buffer::WriteAdvance(int)";
+constexpr const char* READ_ADVANCE = "virtual void utility::Buffer::ReadAdvance(int)";
+constexpr const char* PUT_S = "void utility::PutStream::PutS(const char*)";
+constexpr unsigned int SLACK = 65535;
+// More elements than a hostile message of a few bytes can produce; the arrays reserve this capacity, as growing is
+// slow.
+constexpr unsigned int MOST_READ = 66000;
 
 std::string writer(const std::string& signature) {
     return "void utility::PutStream::" + signature;
@@ -59,7 +60,7 @@ std::string memoryOf(Value value) {
     return std::string(reinterpret_cast<const char*>(&value), sizeof value);
 }
 
-// A stream over an array of its own for `capacity` bytes, between guard bytes.
+// A stream of `capacity` bytes with its own array between guard bytes.
 class Stream {
 public:
     explicit Stream(int capacity, bool noThrow = false)
@@ -109,7 +110,7 @@ std::vector<std::string> textsOf(const StringArray& array) {
     return texts;
 }
 
-// What the four numeric array forms have of their own.
+// The differences between the four numeric array encodings.
 struct Uint16 {
     using Array = UShortArray;
     using Value = unsigned short;
@@ -175,8 +176,6 @@ protected:
 using Forms = testing::Types<Uint16, Uint32, Sint16, Sint32>;
 TYPED_TEST_SUITE(ParameterArray, Forms);
 
-} // namespace
-
 TEST(ParameterEncoding, UsageExample) {
     char message[64];
     BufferStream stream(message, sizeof message, false);
@@ -189,7 +188,7 @@ TEST(ParameterEncoding, UsageExample) {
     EXPECT_STREQ(stream.GetParmString(), "ports");
 }
 
-TEST(ParameterEncoding, NumbersLieAsTheyDoInMemoryWithoutPadding) {
+TEST(ParameterEncoding, NumbersAreWrittenInMemoryOrderWithoutPadding) {
     Stream stream(64);
     stream->PutParmUint16(0x1234);
     stream->PutParmUint32(0x89ABCDEFu);
@@ -198,7 +197,7 @@ TEST(ParameterEncoding, NumbersLieAsTheyDoInMemoryWithoutPadding) {
     EXPECT_EQ(stream.readable(), bytes({0x34, 0x12, 0xEF, 0xCD, 0xAB, 0x89, 0xFE, 0xFF, 0xFD, 0xFF, 0xFF, 0xFF}));
 }
 
-TEST(ParameterEncoding, NumbersComeBackAtTheirLimits) {
+TEST(ParameterEncoding, NumbersRoundTripAtTheirLimits) {
     Stream stream(256);
     for (const int value : {0, 1, 0x7FFF, 0x8000, 0xFFFF})
         stream->PutParmUint16(static_cast<std::uint16_t>(value));
@@ -231,7 +230,7 @@ TEST(ParameterEncoding, NumbersComeBackAtTheirLimits) {
     EXPECT_EQ(stream->ReadAvailable(), 0);
 }
 
-TEST(ParameterEncoding, TwoBytesAreA16BitNumberButNoLongerOne) {
+TEST(ParameterEncoding, TwoBytesAreA16BitNumberButNotA32BitOne) {
     Stream stream(bytes({1, 0}));
     unsigned int longer = 77;
     int signedLonger = 77;
@@ -267,7 +266,7 @@ TEST(ParameterEncoding, TooFewBytesAreNotConsumed) {
     }
 }
 
-TEST(ParameterEncoding, NumbersFillTheRoomExactly) {
+TEST(ParameterEncoding, NumbersFillTheSpaceExactly) {
     Stream narrow(2);
     narrow->PutParmUint16(1);
     EXPECT_EQ(narrow.readable(), memoryOf<std::uint16_t>(1));
@@ -282,10 +281,10 @@ TEST(ParameterEncoding, NumbersFillTheRoomExactly) {
     EXPECT_EQ(signedWide.readable(), memoryOf<std::int32_t>(-1));
 }
 
-TEST(ParameterEncoding, NumbersWithoutRoomThrowAndWriteNothing) {
-    for (int room = 0; room < 4; ++room) {
-        Stream stream(room);
-        if (room < 2) {
+TEST(ParameterEncoding, NumbersThatDoNotFitThrowAndWriteNothing) {
+    for (int space = 0; space < 4; ++space) {
+        Stream stream(space);
+        if (space < 2) {
             EXPECT_FAILURE(stream->PutParmUint16(1), 1239, "ut_PutStream", writer("PutParmUint16(uint16_t)"), "");
             EXPECT_FAILURE(stream->PutParmSint16(1), 1239, "ut_PutStream", writer("PutParmSint16(int16_t)"), "");
         }
@@ -295,7 +294,7 @@ TEST(ParameterEncoding, NumbersWithoutRoomThrowAndWriteNothing) {
     }
 }
 
-TEST(ParameterEncoding, WithNoThrowNumbersWithoutRoomAreDroppedSilently) {
+TEST(ParameterEncoding, WithNoThrowNumbersThatDoNotFitAreDroppedSilently) {
     test::LogCapture log;
     Stream stream(3, true);
     stream->PutParmUint32(1);
@@ -323,7 +322,7 @@ TEST(ParameterEncoding, TextsAreTheirBytesAndATerminator) {
     EXPECT_EQ(stream->ReadAvailable(), 0);
 }
 
-TEST(ParameterEncoding, ANullTextWritesNothingSoTheNextFieldIsReadAsTheText) {
+TEST(ParameterEncoding, NullTextWritesNothingSoTheNextFieldIsReadAsTheText) {
     Stream stream(16);
     stream->PutParmString(nullptr);
     EXPECT_EQ(stream->WritePosition(), 0);
@@ -332,14 +331,14 @@ TEST(ParameterEncoding, ANullTextWritesNothingSoTheNextFieldIsReadAsTheText) {
     EXPECT_EQ(stream->GetParmString(), nullptr);
 }
 
-TEST(ParameterEncoding, ATextAndItsTerminatorFillTheRoomExactly) {
+TEST(ParameterEncoding, TextAndItsTerminatorFillTheSpaceExactly) {
     Stream stream(6);
     stream->PutParmString("ports");
     EXPECT_EQ(stream.readable(), bytes({'p', 'o', 'r', 't', 's', 0}));
     EXPECT_EQ(stream->WriteRemaining(), 0);
 }
 
-TEST(ParameterEncoding, ATextWithoutRoomForItsTerminatorIsRefusedByTheWritePosition) {
+TEST(ParameterEncoding, TextWithoutSpaceForItsTerminatorIsRefusedByTheWritePosition) {
     Stream stream(5);
     EXPECT_FAILURE(stream->PutParmString("ports"), 1239, "ut_Buffer", WRITE_ADVANCE, "");
     stream->Rewind();
@@ -349,7 +348,7 @@ TEST(ParameterEncoding, ATextWithoutRoomForItsTerminatorIsRefusedByTheWritePosit
     EXPECT_FAILURE(stream->PutParmString(""), 1239, "ut_Buffer", WRITE_ADVANCE, "");
 }
 
-TEST(ParameterEncoding, WithNoThrowATextWithoutRoomForItsTerminatorFallsBackToTheReadPosition) {
+TEST(ParameterEncoding, WithNoThrowATextWithoutSpaceForItsTerminatorMovesBackToTheReadPosition) {
     test::LogCapture log;
     Stream stream(5, true);
     stream->PutParmString("ports");
@@ -357,7 +356,7 @@ TEST(ParameterEncoding, WithNoThrowATextWithoutRoomForItsTerminatorFallsBackToTh
     EXPECT_EQ(log.count(), 0u);
 }
 
-TEST(ParameterEncoding, WithNoThrowATooLongTextIsCutAndItsTerminatorDropped) {
+TEST(ParameterEncoding, WithNoThrowATooLongTextIsTruncatedAndItsTerminatorDropped) {
     test::LogCapture log;
     Stream stream(5, true);
     stream->PutParmString("volume");
@@ -367,7 +366,7 @@ TEST(ParameterEncoding, WithNoThrowATooLongTextIsCutAndItsTerminatorDropped) {
     EXPECT_EQ(stream->ReadAvailable(), 0);
 }
 
-TEST(ParameterEncoding, ATextEndsAtTheWritePositionAtTheLatest) {
+TEST(ParameterEncoding, TextEndsAtTheWritePositionAtTheLatest) {
     for (const bool noThrow : {false, true}) {
         Stream stream(std::string("abc"), noThrow);
         EXPECT_STREQ(stream->GetParmString(), "abc");
@@ -381,7 +380,7 @@ TEST(ParameterEncoding, ATextEndsAtTheWritePositionAtTheLatest) {
     EXPECT_EQ(in.ReadPosition(), 3);
 }
 
-TEST(ParameterEncoding, ATextIsReadFromConstantStorageThatEndsInItsTerminator) {
+TEST(ParameterEncoding, TextIsReadFromConstantStorageThatEndsInItsTerminator) {
     static const char text[] = "abc";
     utility::GetStream in(text, 3);
     in.WriteAdvance(3);
@@ -404,7 +403,7 @@ TEST(ParameterEncoding, BlocksAreTheirLengthAndTheirBytes) {
     EXPECT_TRUE(read.areGuardsWhole());
 }
 
-TEST(ParameterEncoding, ABlockFillsTheRoomExactly) {
+TEST(ParameterEncoding, BlockFillsTheSpaceExactly) {
     char block[] = "0123456789";
     Stream stream(14);
     stream->PutParmBuf(block, 10);
@@ -414,11 +413,11 @@ TEST(ParameterEncoding, ABlockFillsTheRoomExactly) {
     EXPECT_EQ(four.readable(), bytes({0, 0, 0, 0}));
 }
 
-TEST(ParameterEncoding, ABlockWithoutRoomThrowsAndWritesNothing) {
+TEST(ParameterEncoding, BlockThatDoesNotFitThrowsAndWritesNothing) {
     char block[] = "0123456789";
     const std::string signature = writer("PutParmBuf(char*, int)");
-    for (const int room : {0, 1, 3, 4, 5, 13}) {
-        Stream stream(room);
+    for (const int space : {0, 1, 3, 4, 5, 13}) {
+        Stream stream(space);
         EXPECT_FAILURE(stream->PutParmBuf(block, 10), 1239, "ut_PutStream", signature, "");
         EXPECT_EQ(stream->WritePosition(), 0);
     }
@@ -427,7 +426,7 @@ TEST(ParameterEncoding, ABlockWithoutRoomThrowsAndWritesNothing) {
     EXPECT_FAILURE(stream->PutParmBuf(block, INT_MAX), 1239, "ut_PutStream", signature, "");
 }
 
-TEST(ParameterEncoding, WithNoThrowABlockIsCutAndItsLengthIsThatOfTheCutBlock) {
+TEST(ParameterEncoding, WithNoThrowABlockIsTruncatedAndTheTruncatedLengthIsWritten) {
     test::LogCapture log;
     char block[] = "0123456789";
     Stream stream(8, true);
@@ -436,8 +435,8 @@ TEST(ParameterEncoding, WithNoThrowABlockIsCutAndItsLengthIsThatOfTheCutBlock) {
     Stream four(4, true);
     four->PutParmBuf(block, 10);
     EXPECT_EQ(four.readable(), bytes({0, 0, 0, 0}));
-    for (const int room : {0, 1, 2, 3}) {
-        Stream none(room, true);
+    for (const int space : {0, 1, 2, 3}) {
+        Stream none(space, true);
         none->PutParmBuf(block, 10);
         none->PutParmBuf(block, 0);
         EXPECT_EQ(none->WritePosition(), 0);
@@ -445,7 +444,7 @@ TEST(ParameterEncoding, WithNoThrowABlockIsCutAndItsLengthIsThatOfTheCutBlock) {
     EXPECT_EQ(log.count(), 0u);
 }
 
-TEST(ParameterEncoding, ANullBlockOrANegativeLengthIsAnEmptyBlock) {
+TEST(ParameterEncoding, NullBlockOrNegativeLengthIsAnEmptyBlock) {
     char block[] = "01";
     for (const bool noThrow : {false, true}) {
         Stream stream(16, noThrow);
@@ -456,7 +455,7 @@ TEST(ParameterEncoding, ANullBlockOrANegativeLengthIsAnEmptyBlock) {
     }
 }
 
-TEST(ParameterEncoding, ABlockLongerThanTheMaximumIsCutButConsumed) {
+TEST(ParameterEncoding, BlockLongerThanTheMaximumIsTruncatedButConsumed) {
     Stream stream(bytes({6, 0, 0, 0}) + "012345" + bytes({7, 0}));
     test::GuardedBytes read(4);
     EXPECT_EQ(stream->GetParmBuf(read.array(), 4), 6);
@@ -467,7 +466,7 @@ TEST(ParameterEncoding, ABlockLongerThanTheMaximumIsCutButConsumed) {
     EXPECT_EQ(next, 7);
 }
 
-TEST(ParameterEncoding, ABlockIsReadIntoTheStreamsOwnStorage) {
+TEST(ParameterEncoding, BlockIsReadIntoTheStreamsOwnStorage) {
     Stream stream(bytes({6, 0, 0, 0}) + "012345" + bytes({7, 0}));
     EXPECT_EQ(stream->GetParmBuf(stream->pBuffer() + 2, 6), 6);
     EXPECT_EQ(std::string(stream->pBuffer() + 2, 6), "012345");
@@ -476,7 +475,7 @@ TEST(ParameterEncoding, ABlockIsReadIntoTheStreamsOwnStorage) {
     EXPECT_EQ(next, 7);
 }
 
-TEST(ParameterEncoding, ABlockIsReadIntoNoBytes) {
+TEST(ParameterEncoding, BlockIsReadIntoZeroBytes) {
     for (const int maximum : {0, -1, INT_MIN}) {
         Stream stream(bytes({2, 0, 0, 0, 'a', 'b', 'c'}));
         test::GuardedBytes read(4);
@@ -489,7 +488,7 @@ TEST(ParameterEncoding, ABlockIsReadIntoNoBytes) {
     EXPECT_EQ(stream.readable(), "c");
 }
 
-TEST(ParameterEncoding, ABlockWithoutItsLengthIsZero) {
+TEST(ParameterEncoding, BlockWithoutItsLengthReturnsZero) {
     for (const std::size_t count : {0u, 1u, 2u, 3u}) {
         Stream stream(std::string(count, '\1'));
         test::GuardedBytes read(4);
@@ -499,7 +498,7 @@ TEST(ParameterEncoding, ABlockWithoutItsLengthIsZero) {
     }
 }
 
-TEST(ParameterEncoding, ABlockWhoseLengthExceedsTheContentCopiesWhatThereIsAndThrowsFromBuffer) {
+TEST(ParameterEncoding, BlockLengthPastTheContentCopiesTheRestAndThrowsFromBuffer) {
     for (const int length : {4, 100, INT_MAX - 8, INT_MAX}) {
         Stream stream(memoryOf<std::int32_t>(length) + "abc");
         test::GuardedBytes read(8);
@@ -514,7 +513,7 @@ TEST(ParameterEncoding, ABlockWhoseLengthExceedsTheContentCopiesWhatThereIsAndTh
     }
 }
 
-TEST(ParameterEncoding, WithNoThrowABlockWhoseLengthExceedsTheContentConsumesWhatThereIs) {
+TEST(ParameterEncoding, WithNoThrowABlockLengthPastTheContentConsumesTheRest) {
     test::LogCapture log;
     for (const int length : {4, 100, INT_MAX - 8, INT_MAX}) {
         Stream stream(memoryOf<std::int32_t>(length) + "abc", true);
@@ -528,7 +527,7 @@ TEST(ParameterEncoding, WithNoThrowABlockWhoseLengthExceedsTheContentConsumesWha
     EXPECT_EQ(log.count(), 0u);
 }
 
-TEST(ParameterEncoding, ABlockOfNegativeLengthCopiesNothingAndThrowsFromBuffer) {
+TEST(ParameterEncoding, BlockOfNegativeLengthCopiesNothingAndThrowsFromBuffer) {
     for (const int length : {-1, -4, -100, INT_MIN}) {
         Stream stream(memoryOf<std::int32_t>(length) + "abc");
         test::GuardedBytes read(8);
@@ -540,7 +539,7 @@ TEST(ParameterEncoding, ABlockOfNegativeLengthCopiesNothingAndThrowsFromBuffer) 
     }
 }
 
-TEST(ParameterEncoding, WithNoThrowABlockOfNegativeLengthGoesBackAtMostToTheStart) {
+TEST(ParameterEncoding, WithNoThrowABlockOfNegativeLengthMovesBackAtMostToTheStart) {
     for (const int length : {-1, -4, -100, INT_MIN}) {
         Stream stream(memoryOf<std::int32_t>(length) + "abc", true);
         test::GuardedBytes read(8);
@@ -562,7 +561,7 @@ TYPED_TEST(ParameterArray, IsItsCountAndItsElements) {
     EXPECT_EQ(stream->ReadAvailable(), 0);
 }
 
-TYPED_TEST(ParameterArray, AnEmptyOneIsACountOfZero) {
+TYPED_TEST(ParameterArray, EmptyArrayIsACountOfZero) {
     typename TestFixture::Array array(0);
     Stream stream(4);
     this->put(stream, array);
@@ -571,7 +570,7 @@ TYPED_TEST(ParameterArray, AnEmptyOneIsACountOfZero) {
     EXPECT_EQ(array.length(), 0u);
 }
 
-TYPED_TEST(ParameterArray, IsAppendedToWhatTheReaderHolds) {
+TYPED_TEST(ParameterArray, IsAppendedToTheReadersArray) {
     Stream stream(this->encoded(this->someValues()));
     typename TestFixture::Array read(1);
     read.Append(9);
@@ -581,7 +580,7 @@ TYPED_TEST(ParameterArray, IsAppendedToWhatTheReaderHolds) {
     EXPECT_EQ(read[1], 1);
 }
 
-TYPED_TEST(ParameterArray, FillsTheRoomExactly) {
+TYPED_TEST(ParameterArray, FillsTheSpaceExactly) {
     typename TestFixture::Array array(0);
     fill(array, this->someValues());
     Stream stream(4 + 4 * this->width);
@@ -589,12 +588,12 @@ TYPED_TEST(ParameterArray, FillsTheRoomExactly) {
     EXPECT_EQ(stream.readable(), this->encoded(this->someValues()));
 }
 
-TYPED_TEST(ParameterArray, WithoutRoomThrowsAndWritesNothing) {
+TYPED_TEST(ParameterArray, ThatDoesNotFitThrowsAndWritesNothing) {
     typename TestFixture::Array array(0);
     fill(array, this->someValues());
-    for (const int room : {0, 3, 4, 5, 3 + 4 * this->width}) {
-        Stream stream(room);
-        EXPECT_FAILURE(this->put(stream, array), 1239, "ut_PutStream", TypeParam::signature(), "") << room;
+    for (const int space : {0, 3, 4, 5, 3 + 4 * this->width}) {
+        Stream stream(space);
+        EXPECT_FAILURE(this->put(stream, array), 1239, "ut_PutStream", TypeParam::signature(), "") << space;
         EXPECT_EQ(stream->WritePosition(), 0);
     }
     typename TestFixture::Array empty(0);
@@ -614,15 +613,15 @@ TYPED_TEST(ParameterArray, WithNoThrowTheCountIsFullAndLaterElementsAreDropped) 
             EXPECT_EQ(stream.readable(), whole.substr(0, static_cast<std::size_t>(4 + elements * this->width)));
         }
     }
-    for (int room = 0; room < 4; ++room) {
-        Stream stream(room, true);
+    for (int space = 0; space < 4; ++space) {
+        Stream stream(space, true);
         this->put(stream, array);
         EXPECT_EQ(stream->WritePosition(), 0);
     }
     EXPECT_EQ(log.count(), 0u);
 }
 
-TYPED_TEST(ParameterArray, WhatWasDroppedIsReadAsTheLastElementAgain) {
+TYPED_TEST(ParameterArray, DroppedElementsAreReadAsTheLastElement) {
     typename TestFixture::Array array(0);
     fill(array, std::vector<typename TestFixture::Value>{5, 6, 7, 8});
     Stream stream(4 + 2 * this->width, true);
@@ -632,14 +631,14 @@ TYPED_TEST(ParameterArray, WhatWasDroppedIsReadAsTheLastElementAgain) {
     EXPECT_EQ(contentOf(read), (std::vector<typename TestFixture::Value>{5, 6, 6, 6}));
 }
 
-TYPED_TEST(ParameterArray, WhereNothingWasReadMissingElementsAreZero) {
+TYPED_TEST(ParameterArray, MissingElementsAreZeroIfNoneWasRead) {
     Stream stream(memoryOf<std::uint32_t>(3));
     typename TestFixture::Array read(0);
     EXPECT_TRUE(this->get(stream, read));
     EXPECT_EQ(contentOf(read), (std::vector<typename TestFixture::Value>{0, 0, 0}));
 }
 
-TYPED_TEST(ParameterArray, AnIncompleteElementIsNotConsumed) {
+TYPED_TEST(ParameterArray, IncompleteElementIsNotConsumed) {
     Stream stream(memoryOf<std::uint32_t>(2) + memoryOf(static_cast<typename TestFixture::Value>(5)) + "x");
     typename TestFixture::Array read(0);
     EXPECT_TRUE(this->get(stream, read));
@@ -647,7 +646,7 @@ TYPED_TEST(ParameterArray, AnIncompleteElementIsNotConsumed) {
     EXPECT_EQ(stream.readable(), "x");
 }
 
-TYPED_TEST(ParameterArray, WithoutItsCountIsFalse) {
+TYPED_TEST(ParameterArray, ReturnsFalseWithoutItsCount) {
     for (const std::size_t count : {0u, 1u, 3u}) {
         Stream stream(std::string(count, '\1'));
         typename TestFixture::Array read(0);
@@ -658,7 +657,7 @@ TYPED_TEST(ParameterArray, WithoutItsCountIsFalse) {
     }
 }
 
-TYPED_TEST(ParameterArray, ACountOf65535ElementsTooManyIsReadAndOneMoreIsRefused) {
+TYPED_TEST(ParameterArray, CountOf65535ElementsTooManyIsReadAndOneMoreIsRefused) {
     for (unsigned int held = 0; held < 3; ++held) {
         const std::string elements =
             this->encoded(this->someValues()).substr(4, held * sizeof(typename TypeParam::Value));
@@ -676,7 +675,7 @@ TYPED_TEST(ParameterArray, ACountOf65535ElementsTooManyIsReadAndOneMoreIsRefused
     }
 }
 
-TYPED_TEST(ParameterArray, AHugeCountIsRefused) {
+TYPED_TEST(ParameterArray, HugeCountIsRefused) {
     for (const std::uint32_t count : {0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFFu, 0x40000001u}) {
         Stream stream(memoryOf(count) + "abcdefgh");
         typename TestFixture::Array read(0);
@@ -685,7 +684,7 @@ TYPED_TEST(ParameterArray, AHugeCountIsRefused) {
     }
 }
 
-TEST(ParameterEncoding, AnEmptyArrayOfTextsIsFourZeroBytes) {
+TEST(ParameterEncoding, EmptyArrayOfTextsIsFourZeroBytes) {
     StringArray array(0);
     Stream stream(4);
     stream->PutParmStringArray(array);
@@ -694,7 +693,7 @@ TEST(ParameterEncoding, AnEmptyArrayOfTextsIsFourZeroBytes) {
     EXPECT_EQ(array.length(), 0u);
 }
 
-TEST(ParameterEncoding, AnArrayOfTextsIsItsCountAndItsTexts) {
+TEST(ParameterEncoding, ArrayOfTextsIsItsCountAndItsTexts) {
     StringArray array(0);
     array.Append("ab");
     array.Append("");
@@ -708,7 +707,7 @@ TEST(ParameterEncoding, AnArrayOfTextsIsItsCountAndItsTexts) {
     EXPECT_EQ(stream->ReadAvailable(), 0);
 }
 
-TEST(ParameterEncoding, ANullElementWritesNothing) {
+TEST(ParameterEncoding, NullElementWritesNothing) {
     StringArray array(0);
     array.Append("a");
     array.Append(nullptr);
@@ -721,22 +720,22 @@ TEST(ParameterEncoding, ANullElementWritesNothing) {
     EXPECT_EQ(textsOf(read), (Lines{"a", "b", "<null>"}));
 }
 
-TEST(ParameterEncoding, AnArrayOfTextsWithoutRoomForItsCountThrows) {
+TEST(ParameterEncoding, ArrayOfTextsWithoutSpaceForItsCountThrows) {
     StringArray array(0);
-    for (int room = 0; room < 4; ++room) {
-        Stream stream(room);
+    for (int space = 0; space < 4; ++space) {
+        Stream stream(space);
         EXPECT_FAILURE(stream->PutParmStringArray(array), 1239, "ut_PutStream",
                        writer("PutParmStringArray(utility::StringArray&)"), "");
         EXPECT_EQ(stream->WritePosition(), 0);
         test::LogCapture log;
-        Stream quiet(room, true);
+        Stream quiet(space, true);
         quiet->PutParmStringArray(array);
         EXPECT_EQ(quiet->WritePosition(), 0);
         EXPECT_EQ(log.count(), 0u);
     }
 }
 
-TEST(ParameterEncoding, AnArrayOfTextsLeavesTheTextsThatFit) {
+TEST(ParameterEncoding, ArrayOfTextsKeepsTheTextsThatFit) {
     StringArray array(0);
     array.Append("ab");
     array.Append("volume");
@@ -752,7 +751,7 @@ TEST(ParameterEncoding, AnArrayOfTextsLeavesTheTextsThatFit) {
     EXPECT_EQ(countOnly.readable(), bytes({2, 0, 0, 0}));
 }
 
-TEST(ParameterEncoding, WithNoThrowTheLastTextOfAnArrayIsCut) {
+TEST(ParameterEncoding, WithNoThrowTheLastTextOfAnArrayIsTruncated) {
     test::LogCapture log;
     StringArray array(0);
     array.Append("ab");
@@ -776,7 +775,7 @@ TEST(ParameterEncoding, MissingTextsAreNull) {
     EXPECT_EQ(textsOf(read), (Lines{"a", "b", "<null>", "<null>"}));
 }
 
-TEST(ParameterEncoding, AnArrayOfTextsWithoutItsCountIsFalse) {
+TEST(ParameterEncoding, ArrayOfTextsWithoutItsCountReturnsFalse) {
     for (const std::size_t count : {0u, 1u, 3u}) {
         Stream stream(std::string(count, '\1'));
         StringArray read(0);
@@ -787,7 +786,7 @@ TEST(ParameterEncoding, AnArrayOfTextsWithoutItsCountIsFalse) {
     }
 }
 
-TEST(ParameterEncoding, ACountOf65535TextsTooManyIsReadAndOneMoreIsRefused) {
+TEST(ParameterEncoding, CountOf65535TextsTooManyIsReadAndOneMoreIsRefused) {
     Stream just(memoryOf<std::uint32_t>(2 + SLACK) + bytes({0, 0}));
     StringArray read(0);
     EXPECT_TRUE(just->GetParmStringArray(read));
@@ -803,7 +802,7 @@ TEST(ParameterEncoding, ACountOf65535TextsTooManyIsReadAndOneMoreIsRefused) {
     EXPECT_FALSE(huge->GetParmStringArray(refused));
 }
 
-TEST(ParameterEncoding, AfterAFailureNothingIsReadAndARewoundStreamWorks) {
+TEST(ParameterEncoding, NothingIsReadAfterAFailureUntilARewind) {
     Stream stream(memoryOf<std::int32_t>(1000) + "abc");
     char block[4];
     EXPECT_NE(CATCH_FAILURE(stream->GetParmBuf(block, 4)), nullptr);
@@ -827,7 +826,7 @@ TEST(ParameterEncoding, AfterAFailureNothingIsReadAndARewoundStreamWorks) {
     EXPECT_EQ(uint32, 7u);
 }
 
-TEST(ParameterEncoding, AfterAnOverrunEveryWriterRefuses) {
+TEST(ParameterEncoding, EveryWriterRefusesAfterAnOverrun) {
     Stream stream(8);
     EXPECT_NE(CATCH_FAILURE(stream->WriteAdvance(100)), nullptr);
     char block[] = "abc";
@@ -844,9 +843,7 @@ TEST(ParameterEncoding, AfterAnOverrunEveryWriterRefuses) {
     EXPECT_STREQ(stream->GetParmString(), "ports");
 }
 
-namespace {
-
-// One value of the encoding: its kind, how it is written and read, and the bytes that it must become.
+// One value of the encoding: how it is written, how it is read back, and its expected bytes.
 class Field {
 public:
     virtual ~Field() = default;
@@ -1047,7 +1044,7 @@ std::string encoded(const std::vector<std::unique_ptr<Field>>& fields) {
     return text;
 }
 
-// Reads a value of a random kind; what it is does not matter, only that it stays inside and the stream stays usable.
+// Reads a value of a random kind. The value is not checked: only that reads stay in bounds.
 void readAnything(test::RandomRun& random, BufferStream& stream) {
     unsigned short uint16 = 0;
     short sint16 = 0;
@@ -1112,7 +1109,7 @@ void readAnything(test::RandomRun& random, BufferStream& stream) {
     }
 }
 
-// Bytes in which lengths and counts are often small, often wild.
+// Bytes that contain both small and extreme lengths and counts.
 std::string hostileBytes(test::RandomRun& random) {
     std::string text;
     for (unsigned int pieces = random.below(12); pieces > 0; --pieces)
@@ -1121,9 +1118,7 @@ std::string hostileBytes(test::RandomRun& random) {
     return text;
 }
 
-} // namespace
-
-TEST(ParameterEncoding, RandomFieldsComeBackFromExactlyTheirBytes) {
+TEST(ParameterEncoding, RandomFieldsRoundTripInExactlyTheirBytes) {
     test::RandomRun random;
     while (random.steps(2000)) {
         const auto fields = anyFields(random, 12);
@@ -1146,8 +1141,8 @@ TEST(ParameterEncoding, RandomFieldsThatDoNotFitThrow) {
         const std::string expected = encoded(fields);
         if (expected.empty())
             continue;
-        const unsigned int room = random.below(static_cast<unsigned int>(expected.size()));
-        Stream stream(static_cast<int>(room));
+        const unsigned int space = random.below(static_cast<unsigned int>(expected.size()));
+        Stream stream(static_cast<int>(space));
         const auto failure = CATCH_FAILURE({
             for (const std::unique_ptr<Field>& field : fields)
                 field->write(*stream);
@@ -1155,11 +1150,11 @@ TEST(ParameterEncoding, RandomFieldsThatDoNotFitThrow) {
         ASSERT_NE(failure, nullptr);
         ASSERT_EQ(failure->code(), 1239u);
         stream->Rewind();
-        ASSERT_EQ(stream->WriteRemaining(), static_cast<int>(room));
+        ASSERT_EQ(stream->WriteRemaining(), static_cast<int>(space));
     }
 }
 
-TEST(ParameterEncoding, WithNoThrowRandomFieldsThatDoNotFitStayInside) {
+TEST(ParameterEncoding, WithNoThrowRandomFieldsThatDoNotFitStayInBounds) {
     const test::LogCapture log;
     test::RandomRun random;
     while (random.steps(1000)) {
@@ -1192,3 +1187,5 @@ TEST(ParameterEncoding, HostileBytesAreReadWithinTheirBounds) {
         ASSERT_EQ(stream->ReadAvailable(), 0);
     }
 }
+
+} // namespace

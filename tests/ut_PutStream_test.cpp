@@ -28,11 +28,11 @@ namespace {
 using utility::PutStream;
 using Lines = std::vector<std::string>;
 
-const char* const PUT_C = "void utility::PutStream::PutC(char)";
-const char* const PUT_B = "virtual void utility::PutStream::PutB(const char*, int)";
-const char* const PUT_S = "void utility::PutStream::PutS(const char*)";
-const char* const PUT_F = "void utility::PutStream::PutF(const char*, ...)";
-const char* const WRITE_ADVANCE = "virtual void utility::Buffer::WriteAdvance(int)";
+constexpr const char* PUT_C = "void utility::PutStream::PutC(char)";
+constexpr const char* PUT_B = "virtual void utility::PutStream::PutB(const char*, int)";
+constexpr const char* PUT_S = "void utility::PutStream::PutS(const char*)";
+constexpr const char* PUT_F = "void utility::PutStream::PutF(const char*, ...)";
+constexpr const char* WRITE_ADVANCE = "virtual void utility::Buffer::WriteAdvance(int)";
 
 static_assert(std::is_base_of<framework::OutputStream, PutStream>::value, "a writer is a sink");
 static_assert(std::is_base_of<utility::Decorator, PutStream>::value, "a writer can be decorated");
@@ -68,7 +68,7 @@ void putV(PutStream& out, const char* format, ...) {
     va_end(arguments);
 }
 
-// A stream of `capacity` characters over an array of its own, between guard bytes.
+// A stream of `capacity` characters with its own array between guard bytes.
 class Text : public PutStream {
 public:
     explicit Text(int capacity, bool noThrow = false) : Text(new test::GuardedBytes(arraySize(capacity)), noThrow) {}
@@ -101,7 +101,7 @@ private:
     std::unique_ptr<test::GuardedBytes> m_bytes;
 };
 
-// Counts how often the room is asked for, and takes what was written away when there is none left.
+// Counts the calls of `WriteRemaining`, and drains the buffer when it is full.
 class Draining : public PutStream {
 public:
     Draining() : PutStream(m_array, sizeof m_array) {}
@@ -125,8 +125,8 @@ private:
     char m_array[5];
 };
 
-// Claims more room than it has.
-class Boaster : public Text {
+// Reports more space than it has.
+class OverstatedSpace : public Text {
 public:
     using Text::Text;
     int WriteRemaining() const override {
@@ -134,7 +134,7 @@ public:
     }
 };
 
-// Marks the place behind what was written, as a stream that moves its bytes while it advances leaves any byte there.
+// Overwrites the byte at the write position, as a stream may that moves its content in `WriteAdvance`.
 class Marking : public Text {
 public:
     using Text::Text;
@@ -144,8 +144,8 @@ public:
     }
 };
 
-// Has no room when it is asked for the first time, as over a target that does not take everything at once.
-class Hesitant : public Text {
+// Reports no space in the first call only, as a stream does after its target refused a flush.
+class FullAtFirst : public Text {
 public:
     using Text::Text;
     int WriteRemaining() const override {
@@ -164,21 +164,19 @@ int lowestFreeDescriptor() {
     return descriptor;
 }
 
-// Lets every permission bit through.
+// Sets the umask to 0 while it exists.
 class NoMask {
 public:
-    NoMask() : m_former(umask(0)) {}
+    NoMask() : m_previous(umask(0)) {}
     NoMask(const NoMask&) = delete;
     NoMask& operator=(const NoMask&) = delete;
     ~NoMask() {
-        umask(m_former);
+        umask(m_previous);
     }
 
 private:
-    mode_t m_former;
+    mode_t m_previous;
 };
-
-} // namespace
 
 TEST(PutStream, UsageExample) {
     char text[64];
@@ -187,7 +185,7 @@ TEST(PutStream, UsageExample) {
     EXPECT_STREQ(text, "ports=4");
 }
 
-TEST(PutStream, BeginsEmptyAndUndecorated) {
+TEST(PutStream, StartsEmptyAndUndecorated) {
     struct Plain : PutStream {
         using PutStream::m_decorating;
     };
@@ -200,7 +198,7 @@ TEST(PutStream, BeginsEmptyAndUndecorated) {
     EXPECT_EQ(plain.WriteRemaining(), 0);
 }
 
-TEST(PutStream, KeepsTheLastByteOfTheArrayForTheTerminator) {
+TEST(PutStream, ReservesTheLastByteOfTheArrayForTheTerminator) {
     test::GuardedBytes bytes(8);
     const PutStream out(bytes.array(), bytes.size());
     EXPECT_EQ(out.Size(), 7);
@@ -248,7 +246,7 @@ TEST(PutStream, WithoutStorageNothingFits) {
     EXPECT_FALSE(out.isOutputStreamGood());
 }
 
-TEST(PutStream, ANullArrayTakesNothing) {
+TEST(PutStream, NothingFitsANullArray) {
     PutStream out(nullptr, 8);
     EXPECT_EQ(out.Size(), 7);
     EXPECT_NE(CATCH_FAILURE(out.PutC('a')), nullptr);
@@ -262,7 +260,7 @@ TEST(PutStream, ANullArrayTakesNothing) {
     EXPECT_EQ(out.ReadAvailable(), 0);
 }
 
-TEST(PutStream, WithNoThrowANullArrayTakesNothingQuietly) {
+TEST(PutStream, WithNoThrowNothingFitsANullArraySilently) {
     const test::LogCapture log;
     PutStream out(nullptr, 8);
     out.setNoThrow(true);
@@ -280,7 +278,7 @@ TEST(PutStream, WithNoThrowANullArrayTakesNothingQuietly) {
     EXPECT_EQ(out.pBuffer(), nullptr);
 }
 
-TEST(PutStream, VirtualOperationsStandInTheirSlots) {
+TEST(PutStream, VirtualOperationsHaveTheirSlots) {
     EXPECT_EQ(test::virtualSlot(&PutStream::StartOutputStream), 2);
     EXPECT_EQ(test::virtualSlot(&PutStream::EndOutputStream), 3);
     EXPECT_EQ(test::virtualSlot(&PutStream::SendOutputStream), 4);
@@ -291,7 +289,7 @@ TEST(PutStream, VirtualOperationsStandInTheirSlots) {
     EXPECT_EQ(test::virtualSlot(&PutStream::Indent), 12);
 }
 
-TEST(PutStream, IsTakenFromTheMemoryObject) {
+TEST(PutStream, IsAllocatedFromTheMemoryObject) {
     char text[8];
     test::CountingMemory memory;
     PutStream* const out = new PutStream(text, sizeof text);
@@ -339,7 +337,7 @@ TEST(PutStream, PutBCopiesWithoutATerminator) {
     EXPECT_EQ(out.WritePosition(), 4);
 }
 
-TEST(PutStream, PutBFillsTheRoomExactly) {
+TEST(PutStream, PutBFillsTheSpaceExactly) {
     Text out(4);
     out.PutB("abcd", 4);
     EXPECT_EQ(out.readable(), "abcd");
@@ -356,7 +354,7 @@ TEST(PutStream, PutBOfOneByteTooManyThrowsAndWritesNothing) {
     EXPECT_EQ(out.bytes(), std::string("x\0\x7E\x7E\0", 5));
 }
 
-TEST(PutStream, PutBShowsAtMost90BytesOfTheBlockInItsMessage) {
+TEST(PutStream, PutBShowsAtMost90BytesOfTheDataInItsMessage) {
     Text out(4);
     const std::string block = std::string(90, 'a') + "b";
     EXPECT_FAILURE(out.PutB(block.data(), 90), 1239, "ut_PutStream", PUT_B,
@@ -365,7 +363,7 @@ TEST(PutStream, PutBShowsAtMost90BytesOfTheBlockInItsMessage) {
                    "Didn't fit. size=91 remaining=4 msg='" + std::string(90, 'a') + "'");
 }
 
-TEST(PutStream, PutBShowsNoByteBehindTheBlock) {
+TEST(PutStream, PutBShowsNoByteAfterTheData) {
     const std::vector<char> block(5, 'a');
     test::LogCapture log;
     Text out(4);
@@ -377,7 +375,7 @@ TEST(PutStream, PutBShowsNoByteBehindTheBlock) {
     EXPECT_EQ(test::traceLines(log), (Lines{logged("PutStream::PutB: Didn't fit. size=5 remaining=4 msg='aaaaa'")}));
 }
 
-TEST(PutStream, WithNoThrowPutBIsCutAndLogged) {
+TEST(PutStream, WithNoThrowPutBTruncatesAndLogs) {
     test::LogCapture log;
     Text out(6, true);
     out.PutS("ab");
@@ -387,7 +385,7 @@ TEST(PutStream, WithNoThrowPutBIsCutAndLogged) {
     EXPECT_EQ(test::traceLines(log), (Lines{logged("PutStream::PutB: Didn't fit. size=6 remaining=4 msg='cdefgh'")}));
 }
 
-TEST(PutStream, WithNoThrowPutBIsCutAtAWholeCharacter) {
+TEST(PutStream, WithNoThrowPutBTruncatesAfterACompleteCharacter) {
     test::LogCapture log;
     Text out(4, true);
     out.PutB("ab\xE2\x82\xAC", 5);
@@ -397,7 +395,7 @@ TEST(PutStream, WithNoThrowPutBIsCutAtAWholeCharacter) {
     EXPECT_EQ(test::traceLines(log)[0], logged("PutStream::PutB: Didn't fit. size=5 remaining=4 msg='ab\xE2\x82\xAC'"));
 }
 
-TEST(PutStream, WithNoThrowPutBLogsAtMost200BytesOfTheBlock) {
+TEST(PutStream, WithNoThrowPutBLogsAtMost200BytesOfTheData) {
     test::LogCapture log;
     Text out(2, true);
     out.PutB(std::string(250, 'x').data(), 250);
@@ -452,7 +450,7 @@ TEST(PutStream, PutSWritesATextAndTerminates) {
     EXPECT_EQ(out.WritePosition(), 6);
 }
 
-TEST(PutStream, PutSOfATextOneShorterThanTheRoomFits) {
+TEST(PutStream, PutSOfATextOneByteShorterThanTheSpaceFits) {
     Text out(6);
     out.PutS("ports");
     EXPECT_EQ(out.readable(), "ports");
@@ -460,7 +458,7 @@ TEST(PutStream, PutSOfATextOneShorterThanTheRoomFits) {
     EXPECT_EQ(out.WriteRemaining(), 1);
 }
 
-TEST(PutStream, PutSOfATextExactlyAsLongAsTheRoomThrowsFromBuffer) {
+TEST(PutStream, PutSOfATextExactlyAsLongAsTheSpaceThrowsFromBuffer) {
     Text out(6);
     out.PutC('x');
     EXPECT_FAILURE(out.PutS("ports"), 1239, "ut_Buffer", WRITE_ADVANCE, "");
@@ -476,7 +474,7 @@ TEST(PutStream, PutSOfTheEmptyTextToAFullStreamThrowsFromBuffer) {
     EXPECT_EQ(out.WritePosition(), -1);
 }
 
-TEST(PutStream, WithNoThrowPutSOfATextExactlyAsLongAsTheRoomFallsBackToTheReadPosition) {
+TEST(PutStream, WithNoThrowPutSOfATextExactlyAsLongAsTheSpaceMovesBackToTheReadPosition) {
     test::LogCapture log;
     Text out(6, true);
     out.PutS("ab");
@@ -489,7 +487,7 @@ TEST(PutStream, WithNoThrowPutSOfATextExactlyAsLongAsTheRoomFallsBackToTheReadPo
     EXPECT_EQ(out.readable(), "xyz");
 }
 
-TEST(PutStream, AfterAnExactTextTheStreamCanBeAskedRewoundAndUsed) {
+TEST(PutStream, CanBeQueriedRewoundAndUsedAfterAnExactText) {
     const test::LogCapture log;
     Text out(4);
     EXPECT_NE(CATCH_FAILURE(out.PutS("abcd")), nullptr);
@@ -511,7 +509,7 @@ TEST(PutStream, AfterAnExactTextTheStreamCanBeAskedRewoundAndUsed) {
     EXPECT_EQ(out.readable(), "abc");
 }
 
-TEST(PutStream, AfterAnOverrunTheStreamCanBeAskedRewoundAndUsed) {
+TEST(PutStream, CanBeQueriedRewoundAndUsedAfterAnOverrun) {
     const test::LogCapture log;
     Text out(4);
     EXPECT_NE(CATCH_FAILURE(out.WriteAdvance(50)), nullptr);
@@ -544,7 +542,7 @@ TEST(PutStream, AfterAnOverrunTheStreamCanBeAskedRewoundAndUsed) {
     EXPECT_EQ(out.readable(), "abc");
 }
 
-TEST(PutStream, PutSOfATooLongTextLeavesWhatFitsAndThrows) {
+TEST(PutStream, PutSOfATooLongTextWritesWhatFitsAndThrows) {
     Text out(6);
     out.PutC('x');
     EXPECT_FAILURE(out.PutS("volume"), 1239, "ut_PutStream", PUT_S, "Didn't fit. remaining=5 msg='volume'");
@@ -559,7 +557,7 @@ TEST(PutStream, PutSShowsAtMost90BytesInItsMessage) {
                    "Didn't fit. remaining=4 msg='" + std::string(90, 'a') + "'");
 }
 
-TEST(PutStream, WithNoThrowPutSIsCutAtAWholeCharacterAndLogged) {
+TEST(PutStream, WithNoThrowPutSTruncatesAfterACompleteCharacterAndLogs) {
     test::LogCapture log;
     Text out(5, true);
     out.PutC('x');
@@ -581,7 +579,7 @@ TEST(PutStream, WithNoThrowPutSLogsAtMost200Bytes) {
               (Lines{logged("PutStream::PutS: Didn't fit. remaining=1 msg='" + std::string(200, 'a') + "'")}));
 }
 
-TEST(PutStream, WithNoThrowAnUnprintableTextIsCutInTheMiddleAndLogged) {
+TEST(PutStream, WithNoThrowAnUnprintableTextIsTruncatedAtAnyByteAndLogged) {
     test::LogCapture log;
     Text out(6, true);
     out.PutS("a\x01"
@@ -602,7 +600,7 @@ TEST(PutStream, PutFWritesFormattedText) {
     EXPECT_TRUE(out.isTerminated());
 }
 
-TEST(PutStream, PutFFillsTheRoomExactly) {
+TEST(PutStream, PutFFillsTheSpaceExactly) {
     Text out(6);
     out.PutC('x');
     out.PutF("%s", "ports");
@@ -612,7 +610,7 @@ TEST(PutStream, PutFFillsTheRoomExactly) {
     EXPECT_EQ(out.readable(), "xports");
 }
 
-TEST(PutStream, PutFOfOneCharacterTooManyLeavesWhatFitsAndThrows) {
+TEST(PutStream, PutFOfOneCharacterTooManyWritesWhatFitsAndThrows) {
     Text out(6);
     out.PutC('x');
     EXPECT_FAILURE(out.PutF("%s!", "ports"), 1239, "ut_PutStream", PUT_F, "Didn't fit. wrote=6 remaining=5 msg='%s!'");
@@ -628,7 +626,7 @@ TEST(PutStream, PutFShowsAtMost90BytesOfTheFormat) {
     EXPECT_EQ(out.readable(), "ffff");
 }
 
-TEST(PutStream, WithNoThrowPutFIsCutAtAWholeCharacterAndLogged) {
+TEST(PutStream, WithNoThrowPutFTruncatesAfterACompleteCharacterAndLogs) {
     test::LogCapture log;
     Text out(5, true);
     out.PutF("%s", "abcdefg");
@@ -654,7 +652,7 @@ TEST(PutStream, PutVBehavesAsPutF) {
     EXPECT_TRUE(out.isTerminated());
 }
 
-TEST(PutStream, PutVTerminatesBehindTheAdvanceAndPutFDoesNot) {
+TEST(PutStream, PutVTerminatesAfterTheAdvanceAndPutFDoesNot) {
     Marking out(8);
     putV(out, "%s", "ab");
     EXPECT_STREQ(out.pBuffer(), "ab");
@@ -663,7 +661,7 @@ TEST(PutStream, PutVTerminatesBehindTheAdvanceAndPutFDoesNot) {
     EXPECT_EQ(out.bytes().substr(0, 3), "ab!");
 }
 
-TEST(PutStream, WithNoThrowPutVIsCutAtAWholeCharacterAndLogged) {
+TEST(PutStream, WithNoThrowPutVTruncatesAfterACompleteCharacterAndLogs) {
     test::LogCapture log;
     Text out(3, true);
     putV(out, "%s", "ab\xC3\xA9");
@@ -685,14 +683,14 @@ TEST(PutStream, WithNoThrowPutFLogsAtMost200BytesOfTheFormat) {
                                                    std::string(198, 'f') + "'")}));
 }
 
-TEST(PutStream, PutFOfALongTextNeedsNoBlockOfItsOwn) {
+TEST(PutStream, PutFOfALongTextAllocatesNoMemory) {
     const std::string text(100000, 'v');
     Text out(100000);
     out.PutF("%s", text.c_str());
     EXPECT_EQ(out.readable(), text);
 }
 
-TEST(PutStream, PutFThatCannotConvertStaysInside) {
+TEST(PutStream, PutFThatCannotConvertStaysInBounds) {
     Text out(8);
     out.PutS("ab");
     const wchar_t unconvertible[] = {static_cast<wchar_t>(0x20AC), 0};
@@ -704,7 +702,7 @@ TEST(PutStream, PutFThatCannotConvertStaysInside) {
     EXPECT_EQ(out.readable(), "ab");
 }
 
-TEST(PutStream, WhatAFormatThatCannotBeCarriedOutWroteIsNotShown) {
+TEST(PutStream, OutputOfAFailedFormatIsDiscarded) {
     const test::LogCapture log;
     const wchar_t unconvertible[] = {static_cast<wchar_t>(0x20AC), 0};
     for (const bool noThrow : {false, true}) {
@@ -741,15 +739,15 @@ TEST(PutStream, IndentOfTooManyBlanksWritesThoseThatFit) {
     EXPECT_EQ(log.count(), 0u);
 }
 
-TEST(PutStream, IndentRefusesTheBlankThatFindsNoRoomWithoutAskingAgain) {
-    Hesitant out(4);
+TEST(PutStream, IndentThrowsForABlankThatDoesNotFitWithoutAskingAgain) {
+    FullAtFirst out(4);
     EXPECT_FAILURE(out.Indent(3), 1239, "ut_PutStream", PUT_C, "");
     EXPECT_EQ(out.asked, 1);
     EXPECT_EQ(out.WritePosition(), 0);
 }
 
-TEST(PutStream, WithNoThrowIndentDropsTheBlankThatFindsNoRoomAndWritesTheOthers) {
-    Hesitant out(4, true);
+TEST(PutStream, WithNoThrowIndentDropsABlankThatDoesNotFitAndWritesTheOthers) {
+    FullAtFirst out(4, true);
     out.Indent(3);
     EXPECT_EQ(out.readable(), "  ");
     EXPECT_EQ(out.asked, 3);
@@ -767,7 +765,7 @@ TEST(PutStream, IndentOfANegativeCountWritesUntilTheOverflow) {
     }
 }
 
-TEST(PutStream, SendTakesAllThatFits) {
+TEST(PutStream, SendWritesAllThatFits) {
     Text out(5);
     EXPECT_TRUE(out.SendOutputStream("ab\0c", 4));
     EXPECT_EQ(out.bytes(), std::string("ab\0c\0\0", 6));
@@ -777,7 +775,7 @@ TEST(PutStream, SendTakesAllThatFits) {
     EXPECT_TRUE(out.SendOutputStream("x", 0));
 }
 
-TEST(PutStream, SendOfTooMuchMovesByTheFullCountAndThrowsFromBuffer) {
+TEST(PutStream, SendOfTooMuchAdvancesByTheFullCountAndThrowsFromBuffer) {
     Text out(5);
     out.PutC('x');
     EXPECT_FAILURE(out.SendOutputStream("abcdef", 6), 1239, "ut_Buffer", WRITE_ADVANCE, "");
@@ -796,7 +794,7 @@ TEST(PutStream, WithNoThrowSendOfTooMuchFillsTheStream) {
     EXPECT_EQ(log.count(), 0u);
 }
 
-TEST(PutStream, SendOfAHugeCountStaysInside) {
+TEST(PutStream, SendOfAHugeCountStaysInBounds) {
     const std::string data(16, 'd');
     for (const unsigned int count : {UINT_MAX, 0x80000000u, 0x7FFFFFFFu, 0xFFFFFFF0u}) {
         Text out(5);
@@ -810,7 +808,7 @@ TEST(PutStream, SendOfAHugeCountStaysInside) {
     }
 }
 
-TEST(PutStream, SendOfNullTakesNothing) {
+TEST(PutStream, SendOfNullWritesNothing) {
     for (const bool noThrow : {false, true}) {
         Text out(5, noThrow);
         EXPECT_TRUE(out.SendOutputStream(nullptr, 0));
@@ -834,7 +832,7 @@ TEST(PutStream, StartRewindsAndEndDoesNothing) {
     EXPECT_EQ(out.readable(), "");
 }
 
-TEST(PutStream, IsOpenWhileThereIsRoomAndThenInErrorAndAtTheEnd) {
+TEST(PutStream, IsOpenWhileSpaceIsLeftAndThenInErrorAndAtTheEnd) {
     Text out(2);
     out.PutC('a');
     EXPECT_TRUE(out.isOutputStreamOpen());
@@ -848,7 +846,7 @@ TEST(PutStream, IsOpenWhileThereIsRoomAndThenInErrorAndAtTheEnd) {
     EXPECT_FALSE(out.isOutputStreamGood());
 }
 
-TEST(PutStream, EachWriteAsksForTheRoomOnce) {
+TEST(PutStream, EachWriteCallsWriteRemainingOnce) {
     Draining out;
     const auto asked = [&](auto&& write) {
         out.Rewind();
@@ -865,7 +863,7 @@ TEST(PutStream, EachWriteAsksForTheRoomOnce) {
     EXPECT_EQ(asked([&] { out.SendOutputStream("ab", 2); }), 1);
 }
 
-TEST(PutStream, AStreamThatMakesRoomTakesMoreThanItsBuffer) {
+TEST(PutStream, StreamThatDrainsItsBufferAcceptsMoreThanItsSize) {
     Draining out;
     for (const char c : std::string("0123456789"))
         out.PutC(c);
@@ -873,10 +871,10 @@ TEST(PutStream, AStreamThatMakesRoomTakesMoreThanItsBuffer) {
     EXPECT_STREQ(out.pTail(), "89");
 }
 
-TEST(PutStream, AStreamThatClaimsTooMuchRoomStaysInside) {
+TEST(PutStream, StreamThatReportsTooMuchSpaceStaysInBounds) {
     const test::LogCapture log;
     for (const bool noThrow : {false, true}) {
-        Boaster out(4, noThrow);
+        OverstatedSpace out(4, noThrow);
         for (int i = 0; i < 10; ++i)
             CATCH_FAILURE(out.PutC('x'));
         out.Rewind();
@@ -925,7 +923,7 @@ TEST(PutStream, ToFileIsTrueForOneByteOnly) {
     }
 }
 
-TEST(PutStream, ToFileMakesAFileThatAllMayReadAndWriteButForTheMask) {
+TEST(PutStream, ToFileCreatesAFileWithMode0666LessTheUmask) {
     const test::TemporaryDirectory directory;
     Text out(4);
     out.PutC('x');
@@ -960,7 +958,7 @@ TEST(PutStream, ToFileThatCannotBeOpenedIsFalse) {
     EXPECT_EQ(out.readable(), "x");
 }
 
-TEST(PutStream, ToFileOnAFullDeviceAnswersAsTheFileStreamDoes) {
+TEST(PutStream, ToFileOnAFullDeviceReturnsTheFileStreamsResult) {
     Text out(4);
     out.PutC('x');
     EXPECT_TRUE(out.ToFile("/dev/full"));
@@ -968,7 +966,7 @@ TEST(PutStream, ToFileOnAFullDeviceAnswersAsTheFileStreamDoes) {
     EXPECT_FALSE(out.ToFile("/dev/full"));
 }
 
-TEST(PutStream, ToFileWithoutStorageOrAfterAFailureWritesNothingOutside) {
+TEST(PutStream, ToFileWithoutStorageOrAfterAFailureStaysInBounds) {
     const test::TemporaryDirectory directory;
     const std::string path = directory.path("text");
     PutStream none;
@@ -983,3 +981,5 @@ TEST(PutStream, ToFileWithoutStorageOrAfterAFailureWritesNothingOutside) {
     out.ToFile(path.c_str());
     EXPECT_LE(directory.read("text").size(), 5u);
 }
+
+} // namespace

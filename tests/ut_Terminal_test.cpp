@@ -32,7 +32,7 @@ std::string sizeOf(const Terminal& terminal) {
     return std::to_string(terminal.width()) + "x" + std::to_string(terminal.height());
 }
 
-/// A pseudo-terminal of a given size.
+// A pseudo-terminal of a given size.
 class PseudoTerminal {
 public:
     PseudoTerminal(unsigned short columns, unsigned short rows) {
@@ -55,7 +55,7 @@ public:
         if (ioctl(m_master, TIOCSWINSZ, &size) != 0)
             throw std::runtime_error("cannot resize a pseudo-terminal");
     }
-    /// Makes it the terminal of this process, which then gets its signals; its end is not to end the process.
+    // Makes it the controlling terminal, which sends this process its signals; ignores SIGHUP when it closes.
     void control() const {
         std::signal(SIGHUP, SIG_IGN);
         if (setsid() < 0 || ioctl(m_slave, TIOCSCTTY, 0) != 0)
@@ -67,11 +67,11 @@ private:
     int m_slave = -1;
 };
 
-/// Puts descriptor 0, 1 or 2 on another one; -1 puts it on nothing that is a terminal.
+// Redirects descriptor `number` (0, 1 or 2) to `fd`, or to /dev/null if `fd` is -1.
 void put(int number, int fd) {
     const int null = open("/dev/null", O_RDWR);
     if (dup2(fd >= 0 ? fd : null, number) != number)
-        throw std::runtime_error("cannot put a descriptor");
+        throw std::runtime_error("cannot redirect a descriptor");
     close(null);
 }
 
@@ -81,7 +81,7 @@ void put012(int in, int out, int error) {
     put(2, error);
 }
 
-/// What `body` returns in a child process of its own, whose terminal it may change at will.
+// The result of `body`, run in a child process so that it can change its descriptors and terminal.
 template<class Body>
 std::string inChild(Body body) {
     const test::ChildResult child = test::runInChild([&] {
@@ -122,7 +122,7 @@ TEST(Terminal, IsEightyByTwentyFiveUntilItIsUpdated) {
               "80x25 132x50");
 }
 
-TEST(Terminal, InstanceIsMadeOnFirstUseAndKept) {
+TEST(Terminal, InstanceIsCreatedOnFirstUseAndKept) {
     EXPECT_EQ(inChild([] {
                   const bool none = Terminal::o_instance == nullptr;
                   Terminal* const first = Terminal::instance();
@@ -132,7 +132,7 @@ TEST(Terminal, InstanceIsMadeOnFirstUseAndKept) {
               "kept");
 }
 
-TEST(Terminal, InstanceTakesTheSizeOnceAndNotAtEachUse) {
+TEST(Terminal, InstanceReadsTheSizeOnceAndNotAtEachUse) {
     EXPECT_EQ(inChild([] {
                   const PseudoTerminal terminal(132, 50);
                   put(1, terminal.slave());
@@ -143,7 +143,7 @@ TEST(Terminal, InstanceTakesTheSizeOnceAndNotAtEachUse) {
               "132x50 132x50");
 }
 
-TEST(Terminal, DescriptorOneIsAskedFirstThenTwoThenNought) {
+TEST(Terminal, QueriesDescriptorOneThenTwoThenZero) {
     EXPECT_EQ(inChild([] {
                   const PseudoTerminal in(10, 11);
                   const PseudoTerminal out(20, 21);
@@ -164,7 +164,7 @@ TEST(Terminal, DescriptorOneIsAskedFirstThenTwoThenNought) {
               "10x11");
 }
 
-TEST(Terminal, WithoutATerminalItIsEightyByTwentyFive) {
+TEST(Terminal, IsEightyByTwentyFiveWithoutATerminal) {
     EXPECT_EQ(inChild([] { return instanceSizeOn(-1, -1, -1); }), "80x25");
     EXPECT_EQ(inChild([] {
                   close(0);
@@ -175,7 +175,7 @@ TEST(Terminal, WithoutATerminalItIsEightyByTwentyFive) {
               "80x25");
 }
 
-TEST(Terminal, TerminalThatReportsNoColumnsIsEightyByTwentyFive) {
+TEST(Terminal, TerminalWithZeroColumnsIsEightyByTwentyFive) {
     EXPECT_EQ(inChild([] {
                   const PseudoTerminal in(10, 11);
                   const PseudoTerminal out(0, 50);
@@ -185,7 +185,7 @@ TEST(Terminal, TerminalThatReportsNoColumnsIsEightyByTwentyFive) {
         << "the next descriptor is asked only when asking fails";
 }
 
-TEST(Terminal, TerminalThatReportsNoRowsHasNone) {
+TEST(Terminal, TerminalWithZeroRowsHasHeightZero) {
     EXPECT_EQ(inChild([] {
                   const PseudoTerminal out(132, 0);
                   return instanceSizeOn(-1, out.slave(), -1);
@@ -193,7 +193,7 @@ TEST(Terminal, TerminalThatReportsNoRowsHasNone) {
               "132x0");
 }
 
-TEST(Terminal, SmallestAndLargestSizesAreKept) {
+TEST(Terminal, SmallestAndLargestSizesAreReported) {
     EXPECT_EQ(inChild([] {
                   const PseudoTerminal out(1, 1);
                   return instanceSizeOn(-1, out.slave(), -1);
@@ -206,7 +206,7 @@ TEST(Terminal, SmallestAndLargestSizesAreKept) {
               "65535x65535");
 }
 
-TEST(Terminal, UpdateReadsTheSizeAgainAndFallsBackWhenTheTerminalIsGone) {
+TEST(Terminal, UpdateReadsTheSizeAgainAndFallsBackWithoutATerminal) {
     EXPECT_EQ(inChild([] {
                   const PseudoTerminal out(132, 50);
                   std::string sizes = instanceSizeOn(-1, out.slave(), -1);
@@ -233,7 +233,7 @@ TEST(Terminal, InitInstallsTheHandler) {
               "installed");
 }
 
-TEST(Terminal, InitOfATerminalOfItsOwnReadsTheSizeAndInstallsTheHandler) {
+TEST(Terminal, InitOfASeparateObjectReadsTheSizeAndInstallsTheHandler) {
     EXPECT_EQ(inChild([] {
                   const PseudoTerminal out(132, 50);
                   put012(-1, out.slave(), -1);
@@ -247,7 +247,7 @@ TEST(Terminal, InitOfATerminalOfItsOwnReadsTheSizeAndInstallsTheHandler) {
               "132x50 installed");
 }
 
-TEST(Terminal, UpdateAloneInstallsNothing) {
+TEST(Terminal, UpdateDoesNotInstallTheHandler) {
     EXPECT_EQ(inChild([] {
                   Terminal own;
                   own.update();
@@ -276,7 +276,7 @@ TEST(Terminal, ResizingTheWindowChangesTheSize) {
         << "every time, not only the first";
 }
 
-TEST(Terminal, SignalSentByHandChangesTheSizeToo) {
+TEST(Terminal, RaisedSignalAlsoUpdatesTheSize) {
     EXPECT_EQ(inChild([] {
                   const PseudoTerminal terminal(132, 50);
                   std::string sizes = instanceSizeOn(-1, terminal.slave(), -1);
@@ -301,7 +301,7 @@ TEST(Terminal, WindowResizeIgnoresOtherSignals) {
               "132x50 132x50 100x40");
 }
 
-TEST(Terminal, WindowResizeLeavesErrnoToWhatItInterrupted) {
+TEST(Terminal, WindowResizePreservesErrno) {
     EXPECT_EQ(inChild([] {
                   std::string size = instanceSizeOn(-1, -1, -1);
                   errno = ERANGE;
@@ -311,7 +311,7 @@ TEST(Terminal, WindowResizeLeavesErrnoToWhatItInterrupted) {
               "80x25 kept");
 }
 
-TEST(Terminal, WindowResizeMakesTheInstanceWhenThereIsNone) {
+TEST(Terminal, WindowResizeCreatesTheInstanceIfThereIsNone) {
     EXPECT_EQ(inChild([] {
                   const PseudoTerminal terminal(132, 50);
                   put(1, terminal.slave());

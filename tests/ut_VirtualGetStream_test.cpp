@@ -26,11 +26,11 @@ using utility::VirtualGetStream;
 using Lines = std::vector<std::string>;
 using Sizes = std::vector<unsigned int>;
 
-const char* const ALLOC = "void utility::Buffer::allocBuffer()";
-const char* const LOAD = "void utility::VirtualGetStream::load()";
-const char* const RECEIVE = "virtual int utility::VirtualGetStream::ReceiveInputStream(char*, unsigned int)";
-const char* const INDEX = "virtual char& utility::VirtualGetStream::operator[](unsigned int)";
-const char* const MOVE_TO = "void utility::VirtualGetStream::MoveTo(unsigned int)";
+constexpr const char* ALLOC = "void utility::Buffer::allocBuffer()";
+constexpr const char* LOAD = "void utility::VirtualGetStream::load()";
+constexpr const char* RECEIVE = "virtual int utility::VirtualGetStream::ReceiveInputStream(char*, unsigned int)";
+constexpr const char* INDEX = "virtual char& utility::VirtualGetStream::operator[](unsigned int)";
+constexpr const char* MOVE_TO = "void utility::VirtualGetStream::MoveTo(unsigned int)";
 
 static_assert(std::is_base_of<utility::GetStream, VirtualGetStream>::value, "it is read like any text");
 
@@ -47,7 +47,7 @@ std::string receive(VirtualGetStream& stream, unsigned int size) {
     return std::string(data.data(), static_cast<std::size_t>(count));
 }
 
-/// What is held, asked without a refill.
+// The unread bytes in the buffer, read without a refill.
 std::string held(const VirtualGetStream& stream) {
     return std::string(stream.pTail(), static_cast<std::size_t>(stream.WritePosition() - stream.ReadPosition()));
 }
@@ -69,7 +69,7 @@ TEST(VirtualGetStream, UsageExample) {
     EXPECT_EQ(read, content);
 }
 
-TEST(VirtualGetStream, OperationsStandAtTheirPlaces) {
+TEST(VirtualGetStream, VirtualOperationsHaveTheirSlots) {
     EXPECT_EQ(test::virtualSlot(&VirtualGetStream::StartInputStream), 2);
     EXPECT_EQ(test::virtualSlot(&VirtualGetStream::EndInputStream), 3);
     EXPECT_EQ(test::virtualSlot(&VirtualGetStream::ReceiveInputStream), 4);
@@ -84,7 +84,7 @@ TEST(VirtualGetStream, OperationsStandAtTheirPlaces) {
 
 // Construction
 
-TEST(VirtualGetStream, OwnStorageHoldsItsWholeSizeAndAsksNothingYet) {
+TEST(VirtualGetStream, OwnStorageHasItsFullSizeAndReceivesNothingYet) {
     test::ScriptedInput source;
     source.give("ports");
     const VirtualGetStream stream(source, 16, 0, 0, nullptr);
@@ -98,7 +98,7 @@ TEST(VirtualGetStream, OwnStorageHoldsItsWholeSizeAndAsksNothingYet) {
     EXPECT_EQ(source.startCount, 0);
 }
 
-TEST(VirtualGetStream, OwnStorageWithoutMemoryIsRefused) {
+TEST(VirtualGetStream, FailedAllocationOfStorageThrows1238) {
     test::ScriptedInput source;
     EXPECT_FAILURE(test::failNth(1, [&] { VirtualGetStream(source, 16, 0, 0, nullptr); }), 1238, "ut_Buffer", ALLOC,
                    "");
@@ -106,7 +106,7 @@ TEST(VirtualGetStream, OwnStorageWithoutMemoryIsRefused) {
     EXPECT_FAILURE(VirtualGetStream(source, INT_MIN, 0, 0, nullptr), 1238, "ut_Buffer", ALLOC, "");
 }
 
-TEST(VirtualGetStream, CallersArrayIsUsedWholeAndNeverOverrun) {
+TEST(VirtualGetStream, CallersArrayIsUsedCompletelyAndNeverOverrun) {
     test::ScriptedInput source;
     source.give("abcdefghijklmnop");
     test::GuardedText text(8);
@@ -151,7 +151,7 @@ TEST(VirtualGetStream, SmallestArraysAreNeverOverrun) {
     }
 }
 
-TEST(VirtualGetStream, ArrayOfOneByteGivesTheInputByteByByte) {
+TEST(VirtualGetStream, ArrayOfOneByteReadsTheInputByteByByte) {
     test::ScriptedInput source;
     source.give("abc");
     test::GuardedText text(1);
@@ -165,7 +165,7 @@ TEST(VirtualGetStream, ArrayOfOneByteGivesTheInputByteByByte) {
     EXPECT_TRUE(text.isGuardWhole());
 }
 
-TEST(VirtualGetStream, LastLineInAFullCallersArrayLeavesTheByteBehindItAlone) {
+TEST(VirtualGetStream, LastLineInAFullCallersArrayDoesNotChangeTheByteAfterIt) {
     test::ScriptedInput source;
     source.give("abcdefgh");
     test::GuardedText text(8);
@@ -193,7 +193,7 @@ TEST(VirtualGetStream, WithoutASourceIsClosedAndEmpty) {
     stream.EndInputStream();
 }
 
-TEST(VirtualGetStream, ADerivedStreamGivesItselfASource) {
+TEST(VirtualGetStream, DerivedStreamSetsItsOwnSource) {
     struct DerivedStream : public VirtualGetStream {
         DerivedStream() : VirtualGetStream(0, 0) {
             setSize(8);
@@ -211,7 +211,7 @@ TEST(VirtualGetStream, ADerivedStreamGivesItselfASource) {
     EXPECT_TRUE(stream.StartInputStream());
     EXPECT_TRUE(stream.isInputStreamOpen());
     EXPECT_EQ(receive(stream, 2), "po");
-    // What is held stays, and offsets count on.
+    // The unread bytes stay, and offsets continue.
     stream.setSource(&second);
     stream.load();
     EXPECT_EQ(held(stream), "rts and ");
@@ -237,7 +237,7 @@ TEST(VirtualGetStream, StartStartsTheSourceAndFillsTheBufferOnce) {
     EXPECT_EQ(stream.received(), 3);
 }
 
-TEST(VirtualGetStream, StartThatTheSourceRefusesReceivesNothing) {
+TEST(VirtualGetStream, StartRefusedByTheSourceReceivesNothing) {
     test::ScriptedInput source;
     source.give("abc");
     source.starts = false;
@@ -247,7 +247,7 @@ TEST(VirtualGetStream, StartThatTheSourceRefusesReceivesNothing) {
     EXPECT_EQ(source.asked, Sizes{});
 }
 
-TEST(VirtualGetStream, StartOfASourceThatIsNotGoodIsTrueAndHoldsNothing) {
+TEST(VirtualGetStream, StartOfASourceThatIsNotGoodReturnsTrueAndReceivesNothing) {
     test::ScriptedInput source;
     VirtualGetStream stream(source, 16, 0, 0, nullptr);
     EXPECT_TRUE(stream.StartInputStream());
@@ -255,7 +255,7 @@ TEST(VirtualGetStream, StartOfASourceThatIsNotGoodIsTrueAndHoldsNothing) {
     EXPECT_EQ(held(stream), "");
 }
 
-TEST(VirtualGetStream, SecondStartCountsAfreshAndKeepsWhatIsHeld) {
+TEST(VirtualGetStream, SecondStartResetsTheCountAndKeepsTheBuffer) {
     test::ScriptedInput source;
     source.give("abc").give("de");
     VirtualGetStream stream(source, 16, 0, 0, nullptr);
@@ -265,7 +265,7 @@ TEST(VirtualGetStream, SecondStartCountsAfreshAndKeepsWhatIsHeld) {
     EXPECT_EQ(stream.received(), 2);
 }
 
-TEST(VirtualGetStream, EndEndsTheSourceAndDropsWhatIsHeld) {
+TEST(VirtualGetStream, EndEndsTheSourceAndDiscardsTheBuffer) {
     test::ScriptedInput source;
     source.give("abcdef").give("ghijkl");
     VirtualGetStream stream(source, 6, 0, 0, nullptr);
@@ -282,7 +282,7 @@ TEST(VirtualGetStream, EndEndsTheSourceAndDropsWhatIsHeld) {
     EXPECT_EQ(receive(stream, 6), "kl");
 }
 
-TEST(VirtualGetStream, EndForgetsTheHighestOffset) {
+TEST(VirtualGetStream, EndResetsTheHighestOffset) {
     test::ScriptedInput source;
     source.give("abcdef").give("ghijkl").give("mnopqr");
     VirtualGetStream stream(source, 6, 0, 0, nullptr);
@@ -294,7 +294,7 @@ TEST(VirtualGetStream, EndForgetsTheHighestOffset) {
     EXPECT_EQ(held(stream), "ghijkl") << "nothing was dropped";
 }
 
-TEST(VirtualGetStream, StatesAreTheSourcesButTheEndWaitsForWhatIsHeld) {
+TEST(VirtualGetStream, StatesAreTheSourcesButTheEndComesAfterTheUnreadBytes) {
     test::ScriptedInput source;
     source.give("ab");
     VirtualGetStream stream(source, 16, 0, 0, nullptr);
@@ -321,7 +321,7 @@ TEST(VirtualGetStream, StatesAreTheSourcesButTheEndWaitsForWhatIsHeld) {
 
 // Refilling
 
-TEST(VirtualGetStream, LoadReceivesOnceForTheWholeRoom) {
+TEST(VirtualGetStream, LoadReceivesOnceForAllFreeSpace) {
     test::ScriptedInput source;
     source.give("abc").give("def").give("ghi");
     VirtualGetStream stream(source, 8, 0, 0, nullptr);
@@ -337,7 +337,7 @@ TEST(VirtualGetStream, LoadReceivesOnceForTheWholeRoom) {
     EXPECT_EQ(source.asked.size(), 3u) << "a full buffer asks for nothing";
 }
 
-TEST(VirtualGetStream, LoadMovesWhatIsUnreadToTheFront) {
+TEST(VirtualGetStream, LoadMovesTheUnreadBytesToTheFront) {
     test::ScriptedInput source;
     source.give("abcdefgh").give("ijklmnop");
     VirtualGetStream stream(source, 8, 0, 0, nullptr);
@@ -350,7 +350,7 @@ TEST(VirtualGetStream, LoadMovesWhatIsUnreadToTheFront) {
     EXPECT_EQ(stream[12], 'm');
 }
 
-TEST(VirtualGetStream, LoadAsksNothingOfASourceThatIsNotGood) {
+TEST(VirtualGetStream, LoadDoesNotReceiveFromASourceThatIsNotGood) {
     test::ScriptedInput source;
     source.give("abc");
     VirtualGetStream stream(source, 8, 0, 0, nullptr);
@@ -368,7 +368,7 @@ TEST(VirtualGetStream, LoadAsksNothingOfASourceThatIsNotGood) {
     EXPECT_EQ(source.asked, Sizes{8});
 }
 
-TEST(VirtualGetStream, SourceThatGivesNothingIsWaitedFor) {
+TEST(VirtualGetStream, ReceiveOfZeroBytesIsRepeated) {
     test::ScriptedInput source;
     source.answer(0).answer(0).answer(0).give("abc");
     test::LogCapture log;
@@ -394,7 +394,7 @@ TEST(VirtualGetStream, WaitingEndsWhenTheSourceIsNoLongerGood) {
     EXPECT_EQ(log.count(), 0u);
 }
 
-TEST(VirtualGetStream, WithoutWaitingASourceThatGivesNothingEndsTheInput) {
+TEST(VirtualGetStream, WithoutWaitingAReceiveOfZeroBytesEndsTheInput) {
     test::ScriptedInput source;
     source.answer(0).give("late");
     test::LogCapture log;
@@ -409,7 +409,7 @@ TEST(VirtualGetStream, WithoutWaitingASourceThatGivesNothingEndsTheInput) {
     EXPECT_EQ(held(stream), "");
 }
 
-TEST(VirtualGetStream, TimeOutKeepsWhatWasHeld) {
+TEST(VirtualGetStream, TimeOutKeepsTheUnreadBytes) {
     test::ScriptedInput source;
     source.give("abc").answer(0).give("late");
     test::LogCapture log;
@@ -437,7 +437,7 @@ TEST(VirtualGetStream, FailedReceiveIsRepeatedWhileTheSourceIsGood) {
     }
 }
 
-TEST(VirtualGetStream, WithoutWaitingASourceThatFailsForEverIsGivenUp) {
+TEST(VirtualGetStream, WithoutWaitingFailedReceivesAreRepeatedAtMost1000Times) {
     struct Failing : test::ScriptedInput {
         int ReceiveInputStream(char*, unsigned int) override {
             ++receives;
@@ -471,7 +471,7 @@ TEST(VirtualGetStream, FailedReceiveOfASourceInErrorIsNotRepeated) {
     EXPECT_EQ(held(stream), "");
 }
 
-TEST(VirtualGetStream, SourceThatClaimsMoreThanTheRoomIsRefused) {
+TEST(VirtualGetStream, SourceThatReportsTooManyBytesIsRefused) {
     struct Boasting : test::ScriptedInput {
         int ReceiveInputStream(char*, unsigned int size) override {
             return static_cast<int>(size) + 1;
@@ -488,7 +488,7 @@ TEST(VirtualGetStream, SourceThatClaimsMoreThanTheRoomIsRefused) {
     EXPECT_TRUE(text.isGuardWhole());
 }
 
-TEST(VirtualGetStream, AskingWhatIsReadableRefillsBelowTheLowWaterMark) {
+TEST(VirtualGetStream, ReadAvailableRefillsBelowTheLowWaterMark) {
     test::ScriptedInput source;
     source.give("abcde").give("fgh").give("ij");
     VirtualGetStream stream(source, 16, 0, 3, nullptr);
@@ -503,7 +503,7 @@ TEST(VirtualGetStream, AskingWhatIsReadableRefillsBelowTheLowWaterMark) {
     EXPECT_EQ(source.asked.size(), 2u);
 }
 
-TEST(VirtualGetStream, AskingWhatIsReadableRefillsNothingFromAClosedSource) {
+TEST(VirtualGetStream, ReadAvailableDoesNotRefillFromAClosedSource) {
     test::ScriptedInput source;
     source.give("abcde");
     source.open = false;
@@ -512,7 +512,7 @@ TEST(VirtualGetStream, AskingWhatIsReadableRefillsNothingFromAClosedSource) {
     EXPECT_EQ(source.asked, Sizes{});
 }
 
-TEST(VirtualGetStream, MarkOfNoughtNeverRefillsByAsking) {
+TEST(VirtualGetStream, LowWaterMarkOfZeroNeverRefillsInReadAvailable) {
     test::ScriptedInput source;
     source.give("abcde");
     VirtualGetStream stream(source, 16, 0, 0, nullptr);
@@ -522,7 +522,7 @@ TEST(VirtualGetStream, MarkOfNoughtNeverRefillsByAsking) {
 
 // Receiving
 
-TEST(VirtualGetStream, ReceiveOfWhatIsHeldAsksNothing) {
+TEST(VirtualGetStream, ReceiveOfBytesInTheBufferDoesNotRefill) {
     test::ScriptedInput source;
     source.give("abcd").give("efgh");
     VirtualGetStream stream(source, 16, 0, 10, nullptr);
@@ -533,7 +533,7 @@ TEST(VirtualGetStream, ReceiveOfWhatIsHeldAsksNothing) {
     EXPECT_EQ(source.asked.size(), 1u);
 }
 
-TEST(VirtualGetStream, ReceiveOfMoreThanIsHeldRefillsOnce) {
+TEST(VirtualGetStream, ReceiveOfMoreThanTheBufferRefillsOnce) {
     test::ScriptedInput source;
     source.give("abcd").give("efgh").give("ijkl");
     VirtualGetStream stream(source, 16, 0, 0, nullptr);
@@ -544,7 +544,7 @@ TEST(VirtualGetStream, ReceiveOfMoreThanIsHeldRefillsOnce) {
     EXPECT_EQ(source.asked.size(), 3u);
 }
 
-TEST(VirtualGetStream, OneReceiveDeliversAtMostOneBufferFull) {
+TEST(VirtualGetStream, OneReceiveReturnsAtMostOneBuffer) {
     test::ScriptedInput source;
     source.give("abcdefghijklmnopqrst");
     VirtualGetStream stream(source, 8, 0, 0, nullptr);
@@ -567,7 +567,7 @@ TEST(VirtualGetStream, ReceivesIntoItsOwnBuffer) {
     EXPECT_EQ(receive(stream, 8), "gh");
 }
 
-TEST(VirtualGetStream, ReceiveFromAnExhaustedSourceIsNought) {
+TEST(VirtualGetStream, ReceiveFromAnExhaustedSourceReturnsZero) {
     test::ScriptedInput source;
     VirtualGetStream stream(source, 8, 0, 0, nullptr);
     EXPECT_EQ(receive(stream, 10), "");
@@ -575,7 +575,7 @@ TEST(VirtualGetStream, ReceiveFromAnExhaustedSourceIsNought) {
     EXPECT_EQ(receive(stream, 10), "");
 }
 
-TEST(VirtualGetStream, AnyMixOfReadsGivesTheInputInOrder) {
+TEST(VirtualGetStream, AnyMixOfReadsReturnsTheInputInOrder) {
     test::RandomRun random;
     for (int run = 0; run < 50 && !testing::Test::HasFailure(); ++run) {
         test::ScriptedInput source;
@@ -609,9 +609,9 @@ TEST(VirtualGetStream, AnyMixOfReadsGivesTheInputInOrder) {
     }
 }
 
-// Looking at bytes by their offset
+// Access by offset
 
-TEST(VirtualGetStream, IndexGivesTheByteAtItsOffsetOfTheWholeInput) {
+TEST(VirtualGetStream, IndexReturnsTheByteAtItsOffsetInTheWholeInput) {
     test::ScriptedInput source;
     source.give("abcdefgh").give("ijklmnop");
     VirtualGetStream stream(source, 8, 0, 0, nullptr);
@@ -624,7 +624,7 @@ TEST(VirtualGetStream, IndexGivesTheByteAtItsOffsetOfTheWholeInput) {
     EXPECT_EQ(receive(stream, 8), "abcXefgh");
 }
 
-TEST(VirtualGetStream, IndexRefillsBelowTheLowWaterMarkBehindTheHighestOffset) {
+TEST(VirtualGetStream, IndexRefillsBelowTheLowWaterMarkAfterTheHighestOffset) {
     test::ScriptedInput source;
     source.give("abcdefgh").give("ijklmnop");
     VirtualGetStream stream(source, 8, 2, 4, nullptr);
@@ -638,7 +638,7 @@ TEST(VirtualGetStream, IndexRefillsBelowTheLowWaterMarkBehindTheHighestOffset) {
     EXPECT_EQ(source.asked.size(), 2u) << "the highest offset counts";
 }
 
-TEST(VirtualGetStream, IndexThatWasDroppedIsRefused) {
+TEST(VirtualGetStream, IndexOfADiscardedByteIsRefused) {
     test::ScriptedInput source;
     source.give("abcdefgh").give("ijklmnop");
     VirtualGetStream stream(source, 8, 2, 4, nullptr);
@@ -651,7 +651,7 @@ TEST(VirtualGetStream, IndexThatWasDroppedIsRefused) {
     EXPECT_EQ(stream[3], 'd');
 }
 
-TEST(VirtualGetStream, IndexThatWasReadIsRefused) {
+TEST(VirtualGetStream, IndexOfAByteThatWasReadIsRefused) {
     test::ScriptedInput source;
     source.give("abcdefgh");
     VirtualGetStream stream(source, 16, 0, 0, nullptr);
@@ -663,7 +663,7 @@ TEST(VirtualGetStream, IndexThatWasReadIsRefused) {
     EXPECT_EQ(stream[3], 'd');
 }
 
-TEST(VirtualGetStream, IndexAtTheWritePositionIsANulAndOneBehindItIsRefused) {
+TEST(VirtualGetStream, IndexAtTheWritePositionIsANulAndTheNextOneIsRefused) {
     test::ScriptedInput source;
     source.give("abc");
     VirtualGetStream stream(source, 8, 0, 0, nullptr);
@@ -690,7 +690,7 @@ TEST(VirtualGetStream, IndexAtTheEndOfAFullCallersArrayIsANul) {
     EXPECT_TRUE(text.isGuardWhole());
 }
 
-TEST(VirtualGetStream, IndexAsksNothingOfASourceThatIsClosedOrAtItsEnd) {
+TEST(VirtualGetStream, IndexDoesNotReceiveFromASourceThatIsClosedOrAtItsEnd) {
     test::ScriptedInput source;
     source.give("abcdefgh").give("ijkl");
     VirtualGetStream stream(source, 16, 0, 4, nullptr);
@@ -706,7 +706,7 @@ TEST(VirtualGetStream, IndexAsksNothingOfASourceThatIsClosedOrAtItsEnd) {
     EXPECT_EQ(source.asked.size(), 2u);
 }
 
-TEST(VirtualGetStream, IndexFarAheadDropsAllThatIsHeldAndIsRefused) {
+TEST(VirtualGetStream, IndexFarAheadDiscardsTheBufferAndIsRefused) {
     test::ScriptedInput source;
     source.give("abcdefghijklmnopqrstuvwxyz");
     VirtualGetStream stream(source, 8, 0, 0, nullptr);
@@ -718,7 +718,7 @@ TEST(VirtualGetStream, IndexFarAheadDropsAllThatIsHeldAndIsRefused) {
     EXPECT_EQ(stream.received(), 16);
 }
 
-TEST(VirtualGetStream, BytesKeptBehindAreCountedFromTheHighestOffset) {
+TEST(VirtualGetStream, KeptBytesAreCountedBackFromTheHighestOffset) {
     test::ScriptedInput source;
     source.give("abcdefgh").give("ijklmnop");
     VirtualGetStream stream(source, 8, 5, 0, nullptr);
@@ -730,7 +730,7 @@ TEST(VirtualGetStream, BytesKeptBehindAreCountedFromTheHighestOffset) {
     EXPECT_EQ(stream[9], 'j');
 }
 
-TEST(VirtualGetStream, OneByteTooManyBehindTheHighestOffsetIsDropped) {
+TEST(VirtualGetStream, OneByteMoreThanTheKeptBytesIsDiscarded) {
     test::ScriptedInput source;
     source.give("abcdefgh").give("ijklmnop");
     VirtualGetStream stream(source, 8, 4, 0, nullptr);
@@ -740,7 +740,7 @@ TEST(VirtualGetStream, OneByteTooManyBehindTheHighestOffsetIsDropped) {
     EXPECT_EQ(held(stream), "bcdefghi");
 }
 
-TEST(VirtualGetStream, BytesAlreadyReadDoNotCountAsDropped) {
+TEST(VirtualGetStream, BytesAlreadyReadDoNotCountAsDiscarded) {
     test::ScriptedInput source;
     source.give("abcdefgh").give("ijklmnop");
     VirtualGetStream stream(source, 8, 2, 0, nullptr);
@@ -768,7 +768,7 @@ TEST(VirtualGetStream, HighestOffsetIsRememberedAcrossRefills) {
     EXPECT_EQ(held(stream), "defghijk");
 }
 
-TEST(VirtualGetStream, FewerBytesThanAreKeptBehindAreNotDropped) {
+TEST(VirtualGetStream, FewerBytesThanTheKeptBytesAreNotDiscarded) {
     test::ScriptedInput source;
     source.give("abcd").give("efgh");
     VirtualGetStream stream(source, 8, 3, 0, nullptr);
@@ -778,7 +778,7 @@ TEST(VirtualGetStream, FewerBytesThanAreKeptBehindAreNotDropped) {
     EXPECT_EQ(held(stream), "abcdefgh");
 }
 
-TEST(VirtualGetStream, ExtremeNumbersDoNoHarm) {
+TEST(VirtualGetStream, ExtremeArgumentsStayInBounds) {
     for (const int keepBehind : {INT_MIN, -1, 0, INT_MAX}) {
         for (const int lowWater : {INT_MIN, -1, 0, INT_MAX}) {
             test::ScriptedInput source;
@@ -807,9 +807,9 @@ TEST(VirtualGetStream, NegativeIndexIsRefused) {
     EXPECT_EQ(log.texts(), Lines{"accessing offset -1, index -1 from base 0 [0/3], ReadAvail: 3, WriteRemain: 5"});
 }
 
-// Moving on
+// Moving the origin
 
-TEST(VirtualGetStream, MoveToDropsWhatLiesBeforeAndCountsAfreshFromThere) {
+TEST(VirtualGetStream, MoveToDiscardsEarlierBytesAndCountsFromThere) {
     test::ScriptedInput source;
     source.give("abcdefgh");
     VirtualGetStream stream(source, 8, 0, 0, nullptr);
@@ -825,7 +825,7 @@ TEST(VirtualGetStream, MoveToDropsWhatLiesBeforeAndCountsAfreshFromThere) {
     EXPECT_EQ(receive(stream, 8), "efgh");
 }
 
-TEST(VirtualGetStream, MoveToCountsFromWhatWasDropped) {
+TEST(VirtualGetStream, MoveToUsesOffsetsOfTheWholeInput) {
     test::ScriptedInput source;
     source.give("abcdefgh").give("ijklmnop");
     VirtualGetStream stream(source, 8, 0, 0, nullptr);
@@ -838,7 +838,7 @@ TEST(VirtualGetStream, MoveToCountsFromWhatWasDropped) {
     EXPECT_EQ(stream[0], 'h');
 }
 
-TEST(VirtualGetStream, MoveToTheWritePositionLeavesNothingHeld) {
+TEST(VirtualGetStream, MoveToTheWritePositionDiscardsAllBytes) {
     test::ScriptedInput source;
     source.give("abcdefgh").give("ij");
     VirtualGetStream stream(source, 8, 0, 0, nullptr);
@@ -874,7 +874,7 @@ TEST(VirtualGetStream, MoveBackIsRefused) {
     EXPECT_EQ(held(stream), "defgh");
 }
 
-TEST(VirtualGetStream, MoveToNowhereMakesTheReadPositionTheOrigin) {
+TEST(VirtualGetStream, MoveToWithoutOffsetMakesTheReadPositionTheOrigin) {
     test::ScriptedInput source;
     source.give("abcdefgh").give("ijklmnop");
     VirtualGetStream stream(source, 8, 0, 0, nullptr);
@@ -967,7 +967,7 @@ TEST(VirtualGetStream, TracesAnIndex) {
     EXPECT_EQ(test::traceLines(log), Lines{line(INDEX, "[2]")});
 }
 
-TEST(VirtualGetStream, TracesNumbersAsSignedOnes) {
+TEST(VirtualGetStream, TracesSignedNumbers) {
     test::ScriptedInput source;
     source.give("abc");
     VirtualGetStream stream(source, 8, 0, 0, nullptr);
@@ -1014,7 +1014,7 @@ TEST(VirtualGetStream, TracesAMove) {
     EXPECT_EQ(test::traceLines(log), (Lines{line(MOVE_TO, "[1]"), line(MOVE_TO, "at: 2 read 6 write")}));
 }
 
-TEST(VirtualGetStream, WritesNoTracesUnlessToldTo) {
+TEST(VirtualGetStream, TracesNothingByDefault) {
     test::ScriptedInput source;
     source.give("abcdefgh").give("ijkl");
     test::LogCapture log;

@@ -34,11 +34,11 @@ using framework::Logger;
 using utility::VirtualPutStream;
 using Lines = std::vector<std::string>;
 
-const char* const ALLOC = "void utility::Buffer::allocBuffer()";
-const char* const PUT_B = "virtual void utility::VirtualPutStream::PutB(const char*, int)";
-const char* const PUT_F = "void utility::PutStream::PutF(const char*, ...)";
-const char* const FLUSH = "virtual void utility::VirtualPutStream::FlushOutputStream()";
-const char* const DESTROY = "virtual utility::VirtualPutStream::~VirtualPutStream()";
+constexpr const char* ALLOC = "void utility::Buffer::allocBuffer()";
+constexpr const char* PUT_B = "virtual void utility::VirtualPutStream::PutB(const char*, int)";
+constexpr const char* PUT_F = "void utility::PutStream::PutF(const char*, ...)";
+constexpr const char* FLUSH = "virtual void utility::VirtualPutStream::FlushOutputStream()";
+constexpr const char* DESTROY = "virtual utility::VirtualPutStream::~VirtualPutStream()";
 
 static_assert(std::is_base_of<utility::PutStream, VirtualPutStream>::value, "it is written like any text");
 static_assert(!std::is_convertible<int, VirtualPutStream>::value, "a number is not a stream by itself");
@@ -48,7 +48,7 @@ std::string line(const char* function, const std::string& text) {
 }
 
 void put(VirtualPutStream& stream, const std::string& data) {
-    // An exact copy shows to the sanitizer that nothing behind it is read.
+    // An exact copy, so that a sanitizer detects a read past its end.
     const std::vector<char> bytes(data.begin(), data.end());
     stream.PutB(bytes.data(), static_cast<int>(bytes.size()));
 }
@@ -62,7 +62,7 @@ std::string held(const VirtualPutStream& stream) {
     return std::string(stream.pTail(), static_cast<std::size_t>(stream.ReadAvailable()));
 }
 
-/// A thread without a record, whose number in the traces is 0.
+// Runs `body` in a thread without a record; the traces show its number as 0.
 template<class Body>
 void inNewThread(Body body) {
     std::thread thread(body);
@@ -85,7 +85,7 @@ TEST(VirtualPutStream, UsageExample) {
     EXPECT_EQ(directory.read("ports"), expected);
 }
 
-TEST(VirtualPutStream, OperationsStandAtTheirPlaces) {
+TEST(VirtualPutStream, VirtualOperationsHaveTheirSlots) {
     EXPECT_EQ(test::virtualSlot(&VirtualPutStream::StartOutputStream), 2);
     EXPECT_EQ(test::virtualSlot(&VirtualPutStream::EndOutputStream), 3);
     EXPECT_EQ(test::virtualSlot(&VirtualPutStream::SendOutputStream), 4);
@@ -102,7 +102,7 @@ TEST(VirtualPutStream, OperationsStandAtTheirPlaces) {
 
 // Construction
 
-TEST(VirtualPutStream, OwnBufferHoldsItsWholeSize) {
+TEST(VirtualPutStream, OwnBufferHasItsFullSize) {
     test::RecordingOutput target;
     const VirtualPutStream stream(target, 16, 100);
     EXPECT_EQ(stream.Size(), 16);
@@ -115,14 +115,14 @@ TEST(VirtualPutStream, OwnBufferHoldsItsWholeSize) {
     EXPECT_EQ(target.calls, Lines{});
 }
 
-TEST(VirtualPutStream, OwnBufferWithoutMemoryIsRefused) {
+TEST(VirtualPutStream, FailedAllocationOfTheBufferThrows1238) {
     test::RecordingOutput target;
     EXPECT_FAILURE(test::failNth(1, [&] { VirtualPutStream(target, 16, 100); }), 1238, "ut_Buffer", ALLOC, "");
     EXPECT_FAILURE(VirtualPutStream(target, -5, 1), 1238, "ut_Buffer", ALLOC, "");
     EXPECT_FAILURE(VirtualPutStream(target, INT_MIN, 1), 1238, "ut_Buffer", ALLOC, "");
 }
 
-TEST(VirtualPutStream, CallersArrayKeepsItsLastByteForTheTerminator) {
+TEST(VirtualPutStream, CallersArrayReservesItsLastByteForTheTerminator) {
     test::RecordingOutput target;
     test::GuardedText text(16);
     {
@@ -160,7 +160,7 @@ TEST(VirtualPutStream, SmallestArraysAreNeverOverrun) {
     }
 }
 
-TEST(VirtualPutStream, ArrayOfTwoBytesPassesEverythingOn) {
+TEST(VirtualPutStream, ArrayOfTwoBytesPassesAllOutputOn) {
     test::RecordingOutput target;
     test::GuardedText text(2);
     VirtualPutStream stream(target, text.array(), 2, 1);
@@ -169,7 +169,7 @@ TEST(VirtualPutStream, ArrayOfTwoBytesPassesEverythingOn) {
     EXPECT_TRUE(text.isGuardWhole());
 }
 
-TEST(VirtualPutStream, ArrayThatHoldsNothingRefusesAWrite) {
+TEST(VirtualPutStream, ArrayWithoutCapacityRefusesAWrite) {
     for (const int size : {-1, 0, 1}) {
         test::RecordingOutput target;
         test::GuardedText text(1);
@@ -181,7 +181,7 @@ TEST(VirtualPutStream, ArrayThatHoldsNothingRefusesAWrite) {
     }
 }
 
-TEST(VirtualPutStream, OverACallersArrayBeginsAsOverItsOwnBuffer) {
+TEST(VirtualPutStream, StartsInTheSameStateWithACallersArray) {
     test::RecordingOutput target;
     test::LogCapture log;
     {
@@ -197,7 +197,7 @@ TEST(VirtualPutStream, OverACallersArrayBeginsAsOverItsOwnBuffer) {
     EXPECT_EQ(log.count(), 0u);
 }
 
-TEST(VirtualPutStream, WithoutATargetIsClosedAndTakesNothing) {
+TEST(VirtualPutStream, WithoutATargetIsClosedAndRefusesSends) {
     VirtualPutStream stream(1);
     EXPECT_FALSE(stream.isOutputStreamOpen());
     EXPECT_FALSE(stream.isOutputStreamGood());
@@ -217,7 +217,7 @@ TEST(VirtualPutStream, WithoutATargetIsClosedAndTakesNothing) {
 
 // The threshold
 
-TEST(VirtualPutStream, BytesBelowTheThresholdAreHeld) {
+TEST(VirtualPutStream, BytesBelowTheThresholdStayInTheBuffer) {
     test::RecordingOutput target;
     VirtualPutStream stream(target, 256, 100);
     put(stream, std::string(99, 'x'));
@@ -226,7 +226,7 @@ TEST(VirtualPutStream, BytesBelowTheThresholdAreHeld) {
     EXPECT_EQ(target.calls, Lines{});
 }
 
-TEST(VirtualPutStream, ByteAtTheThresholdIsFlushedByTheNextQuestionForRoom) {
+TEST(VirtualPutStream, ByteAtTheThresholdIsFlushedByTheNextWriteRemaining) {
     test::RecordingOutput target;
     VirtualPutStream stream(target, 256, 100);
     put(stream, std::string(99, 'x'));
@@ -239,7 +239,7 @@ TEST(VirtualPutStream, ByteAtTheThresholdIsFlushedByTheNextQuestionForRoom) {
     EXPECT_EQ(stream.transferred(), 100);
 }
 
-TEST(VirtualPutStream, PutBAsksForRoomBehindEachPiece) {
+TEST(VirtualPutStream, PutBCallsWriteRemainingAfterEachPiece) {
     test::RecordingOutput target;
     VirtualPutStream stream(target, 256, 100);
     put(stream, std::string(100, 'x'));
@@ -247,7 +247,7 @@ TEST(VirtualPutStream, PutBAsksForRoomBehindEachPiece) {
     EXPECT_EQ(stream.ReadAvailable(), 0);
 }
 
-TEST(VirtualPutStream, PutBAsksForRoomBeforeItsFirstPiece) {
+TEST(VirtualPutStream, PutBCallsWriteRemainingBeforeItsFirstPiece) {
     test::RecordingOutput target;
     VirtualPutStream stream(target, 8, 4);
     stream.PutS("1234");
@@ -277,7 +277,7 @@ TEST(VirtualPutStream, PutBOfANegativeLengthWritesNothing) {
     EXPECT_EQ(held(stream), "");
 }
 
-TEST(VirtualPutStream, LongOutputGoesThroughInBuffersFull) {
+TEST(VirtualPutStream, LongOutputIsSentInFullBuffers) {
     test::RecordingOutput target;
     VirtualPutStream stream(target, 8, 8);
     put(stream, "abcdefghijklmnopqrst");
@@ -286,7 +286,7 @@ TEST(VirtualPutStream, LongOutputGoesThroughInBuffersFull) {
     EXPECT_EQ(stream.transferred(), 16);
 }
 
-TEST(VirtualPutStream, TakesWhatItsOwnBufferHolds) {
+TEST(VirtualPutStream, AcceptsDataFromItsOwnBuffer) {
     test::RecordingOutput target;
     VirtualPutStream stream(target, 16, 4);
     stream.setHoldOutput(true);
@@ -298,7 +298,7 @@ TEST(VirtualPutStream, TakesWhatItsOwnBufferHolds) {
     EXPECT_EQ(target.text(), "abcdefbcdefuvwxyzvwxyz");
 }
 
-TEST(VirtualPutStream, RestAtTheThresholdIsFlushedToo) {
+TEST(VirtualPutStream, RestAtTheThresholdIsAlsoFlushed) {
     test::RecordingOutput target;
     VirtualPutStream stream(target, 8, 4);
     put(stream, "abcdefghijklmnopqrst");
@@ -306,7 +306,7 @@ TEST(VirtualPutStream, RestAtTheThresholdIsFlushedToo) {
     EXPECT_EQ(held(stream), "");
 }
 
-TEST(VirtualPutStream, ThresholdOfNoughtFlushesAtEveryQuestion) {
+TEST(VirtualPutStream, ThresholdOfZeroFlushesAtEveryWriteRemaining) {
     for (const int threshold : {0, -1, INT_MIN}) {
         test::RecordingOutput target;
         VirtualPutStream stream(target, 8, threshold);
@@ -316,7 +316,7 @@ TEST(VirtualPutStream, ThresholdOfNoughtFlushesAtEveryQuestion) {
     }
 }
 
-TEST(VirtualPutStream, TextsAskForRoomOnceAndMustFit) {
+TEST(VirtualPutStream, TextsCallWriteRemainingOnceAndMustFit) {
     test::RecordingOutput target;
     VirtualPutStream stream(target, 8, 6);
     stream.PutF("%d", 12345);
@@ -327,7 +327,7 @@ TEST(VirtualPutStream, TextsAskForRoomOnceAndMustFit) {
     EXPECT_EQ(held(stream), "next");
 }
 
-TEST(VirtualPutStream, TextsThatDoNotFitAQuietStreamAreCut) {
+TEST(VirtualPutStream, WithNoThrowTextsThatDoNotFitAreTruncated) {
     test::RecordingOutput target;
     VirtualPutStream stream(target, 8, 6);
     stream.setNoThrow(true);
@@ -338,7 +338,7 @@ TEST(VirtualPutStream, TextsThatDoNotFitAQuietStreamAreCut) {
     EXPECT_EQ(log.texts(), Lines{"PutStream::PutF: Didn't fit. wrote=5 remaining=3 msg='%s'"});
 }
 
-TEST(VirtualPutStream, CharactersAndBlanksOfAnyNumberGoThrough) {
+TEST(VirtualPutStream, AnyNumberOfCharactersAndBlanksIsSent) {
     test::RecordingOutput target;
     VirtualPutStream stream(target, 4, 2);
     for (int i = 0; i < 10; ++i)
@@ -385,7 +385,7 @@ TEST(VirtualPutStream, AnyMixOfWritesArrivesInOrder) {
 
 // What does not fit
 
-TEST(VirtualPutStream, LiveTargetThatIsNeverFlushedLeavesNoRoom) {
+TEST(VirtualPutStream, UsableTargetThatIsNeverFlushedLeavesTheBufferFull) {
     test::RecordingOutput target;
     VirtualPutStream stream(target, 10, 11);
     EXPECT_FAILURE(put(stream, "abcdefghijklmno"), 1239, "ut_VirtualPutStream", PUT_B,
@@ -394,7 +394,7 @@ TEST(VirtualPutStream, LiveTargetThatIsNeverFlushedLeavesNoRoom) {
     EXPECT_EQ(target.calls, Lines{});
 }
 
-TEST(VirtualPutStream, OneByteThatIsLeftOverIsRefusedLikeMany) {
+TEST(VirtualPutStream, OneByteLeftOverIsRefusedLikeMany) {
     test::RecordingOutput target;
     VirtualPutStream stream(target, 10, 11);
     EXPECT_FAILURE(put(stream, "abcdefghijk"), 1239, "ut_VirtualPutStream", PUT_B,
@@ -402,7 +402,7 @@ TEST(VirtualPutStream, OneByteThatIsLeftOverIsRefusedLikeMany) {
     EXPECT_EQ(held(stream), "abcdefghij");
 }
 
-TEST(VirtualPutStream, DeadTargetThatIsNeverFlushedLeavesNoRoom) {
+TEST(VirtualPutStream, DeadTargetThatIsNeverFlushedLeavesTheBufferFull) {
     for (const bool closed : {false, true}) {
         test::RecordingOutput target;
         target.open = !closed;
@@ -415,7 +415,7 @@ TEST(VirtualPutStream, DeadTargetThatIsNeverFlushedLeavesNoRoom) {
     }
 }
 
-TEST(VirtualPutStream, TargetThatRefusesTwiceInARowLeavesNoRoom) {
+TEST(VirtualPutStream, TargetThatRefusesTwiceInARowThrows) {
     test::RecordingOutput target;
     target.refusals = 100;
     VirtualPutStream stream(target, 10, 5);
@@ -425,7 +425,7 @@ TEST(VirtualPutStream, TargetThatRefusesTwiceInARowLeavesNoRoom) {
     EXPECT_EQ(held(stream), "abcdefghij") << "what a live target refuses stays queued";
 }
 
-TEST(VirtualPutStream, TargetThatRefusesOnceIsAskedAgain) {
+TEST(VirtualPutStream, TargetThatRefusesOnceGetsTheBufferAgain) {
     test::RecordingOutput target;
     target.refusals = 1;
     VirtualPutStream stream(target, 10, 5);
@@ -434,7 +434,7 @@ TEST(VirtualPutStream, TargetThatRefusesOnceIsAskedAgain) {
     EXPECT_EQ(held(stream), "klm");
 }
 
-TEST(VirtualPutStream, BufferOfOneByteAsksATargetThatRefusesOnceAgainToo) {
+TEST(VirtualPutStream, BufferOfOneByteIsAlsoSentAgainToATargetThatRefusesOnce) {
     test::RecordingOutput target;
     target.refusals = 1;
     VirtualPutStream stream(target, 1, 1);
@@ -442,7 +442,7 @@ TEST(VirtualPutStream, BufferOfOneByteAsksATargetThatRefusesOnceAgainToo) {
     EXPECT_EQ(target.calls, (Lines{"refused:1", "send:1", "send:2"}));
 }
 
-TEST(VirtualPutStream, TargetThatRefusesIsAskedOnceWhenNoBytesAreLeft) {
+TEST(VirtualPutStream, TargetThatRefusesGetsOneSendIfNoBytesAreLeftOver) {
     test::RecordingOutput target;
     target.refusals = 100;
     VirtualPutStream stream(target, 10, 5);
@@ -451,7 +451,7 @@ TEST(VirtualPutStream, TargetThatRefusesIsAskedOnceWhenNoBytesAreLeft) {
     EXPECT_EQ(held(stream), "abcdefghij");
 }
 
-TEST(VirtualPutStream, TargetThatDiesBetweenTheTwoQuestionsTakesNothing) {
+TEST(VirtualPutStream, TargetThatDiesBetweenTheTwoFlushesGetsNothing) {
     test::RecordingOutput target;
     target.refusals = 100;
     target.afterSend = [&] {
@@ -463,7 +463,7 @@ TEST(VirtualPutStream, TargetThatDiesBetweenTheTwoQuestionsTakesNothing) {
     EXPECT_EQ(target.calls, Lines{"refused:abcdefghij"});
 }
 
-TEST(VirtualPutStream, QuietStreamLogsWhatDoesNotFitAndDropsIt) {
+TEST(VirtualPutStream, WithNoThrowDataThatDoesNotFitIsLoggedAndDiscarded) {
     test::RecordingOutput target;
     VirtualPutStream stream(target, 10, 11);
     stream.setNoThrow(true);
@@ -473,7 +473,7 @@ TEST(VirtualPutStream, QuietStreamLogsWhatDoesNotFitAndDropsIt) {
     EXPECT_EQ(held(stream), "abcdefghij");
 }
 
-TEST(VirtualPutStream, LongRestIsCutInTheMessage) {
+TEST(VirtualPutStream, LongRestIsTruncatedInTheMessage) {
     test::RecordingOutput target;
     VirtualPutStream stream(target, 10, 11);
     const std::string data(310, 'x');
@@ -494,7 +494,7 @@ TEST(VirtualPutStream, MessageEndsAtANulOfTheRest) {
                    "Didn't fit. size=4 remaining=0 msg='bc'");
 }
 
-TEST(VirtualPutStream, OutputForADeadTargetIsThrownAwayAndBlocksNobody) {
+TEST(VirtualPutStream, OutputToADeadTargetIsDiscardedWithoutBlocking) {
     for (const bool closed : {false, true}) {
         test::RecordingOutput target;
         target.open = !closed;
@@ -509,7 +509,7 @@ TEST(VirtualPutStream, OutputForADeadTargetIsThrownAwayAndBlocksNobody) {
     }
 }
 
-TEST(VirtualPutStream, OutputIsThrownAwayFromTheMomentTheTargetDies) {
+TEST(VirtualPutStream, OutputIsDiscardedAsSoonAsTheTargetDies) {
     test::RecordingOutput target;
     target.afterSend = [&] {
         target.open = false;
@@ -523,7 +523,7 @@ TEST(VirtualPutStream, OutputIsThrownAwayFromTheMomentTheTargetDies) {
 
 // Flushing
 
-TEST(VirtualPutStream, FlushHandsOverWhatIsHeldAtOnce) {
+TEST(VirtualPutStream, FlushSendsTheBufferAtOnce) {
     test::RecordingOutput target;
     VirtualPutStream stream(target, 16, 100);
     stream.PutS("one ");
@@ -541,7 +541,7 @@ TEST(VirtualPutStream, FlushHandsOverWhatIsHeldAtOnce) {
     EXPECT_EQ(stream.transferred(), 12);
 }
 
-TEST(VirtualPutStream, FlushHandsOverOnlyWhatWasNotRead) {
+TEST(VirtualPutStream, FlushSendsOnlyTheUnreadBytes) {
     test::RecordingOutput target;
     VirtualPutStream stream(target, 16, 100);
     stream.PutS("abcdef");
@@ -552,7 +552,7 @@ TEST(VirtualPutStream, FlushHandsOverOnlyWhatWasNotRead) {
     EXPECT_EQ(stream.WritePosition(), 0);
 }
 
-TEST(VirtualPutStream, RefusedFlushKeepsItsBytesForALaterOne) {
+TEST(VirtualPutStream, RefusedFlushKeepsItsBytesForALaterFlush) {
     test::RecordingOutput target;
     target.refusals = 1;
     VirtualPutStream stream(target, 16, 100);
@@ -566,7 +566,7 @@ TEST(VirtualPutStream, RefusedFlushKeepsItsBytesForALaterOne) {
     EXPECT_EQ(stream.transferred(), 6);
 }
 
-/// A FIFO whose writer does not wait, with a capacity of one page.
+// A FIFO with a capacity of one page and a non-blocking writer.
 class SmallFifo {
 public:
     SmallFifo()
@@ -585,7 +585,7 @@ public:
     int writer() const {
         return m_writer.number();
     }
-    /// Rounds `size` up to whole pages; the new capacity.
+    // Sets the capacity to `size`, rounded up to whole pages, and returns it.
     std::size_t setCapacity(std::size_t size) const {
         return static_cast<std::size_t>(fcntl(m_writer.number(), F_SETPIPE_SZ, static_cast<int>(size)));
     }
@@ -605,7 +605,7 @@ private:
     test::Descriptor m_writer;
 };
 
-/// Bytes of which no two pieces are alike.
+// A text of consecutive numbers, in which a repeated or missing piece shows.
 std::string numbers(std::size_t size) {
     std::string text;
     for (int i = 0; text.size() < size; ++i)
@@ -614,7 +614,7 @@ std::string numbers(std::size_t size) {
     return text;
 }
 
-TEST(VirtualPutStream, WhatATargetTookOfARefusedSendIsSentAgain) {
+TEST(VirtualPutStream, BytesAcceptedFromARefusedSendAreSentAgain) {
     const SmallFifo fifo;
     utility::FileOutputStream file(fifo.path().c_str(), false, 0600);
     for (const int fd : test::descriptorsOf(fifo.path()))
@@ -636,7 +636,7 @@ TEST(VirtualPutStream, WhatATargetTookOfARefusedSendIsSentAgain) {
     EXPECT_EQ(stream.transferred(), static_cast<int>(text.size()));
 }
 
-/// Repeats short writes until a send is complete; an error ends it for good.
+// Repeats short writes until a send is complete; an error ends it permanently.
 class CompletingOutput : public framework::OutputStream {
 public:
     explicit CompletingOutput(int fd) : m_fd(fd) {}
@@ -699,7 +699,7 @@ TEST(VirtualPutStream, TargetThatCompletesEachSendGetsNoByteTwice) {
     EXPECT_GE(target.writes, 20);
 }
 
-TEST(VirtualPutStream, FlushToADeadTargetDropsWhatIsHeld) {
+TEST(VirtualPutStream, FlushToADeadTargetDiscardsTheBuffer) {
     test::RecordingOutput target;
     VirtualPutStream stream(target, 16, 100);
     stream.PutS("ports");
@@ -712,7 +712,7 @@ TEST(VirtualPutStream, FlushToADeadTargetDropsWhatIsHeld) {
     EXPECT_EQ(stream.transferred(), 0);
 }
 
-TEST(VirtualPutStream, FlushOfADerivedStreamIsTheOneThatTheThresholdCalls) {
+TEST(VirtualPutStream, ThresholdCallsTheFlushOfADerivedStream) {
     struct Counting : VirtualPutStream {
         using VirtualPutStream::VirtualPutStream;
         void FlushOutputStream() override {
@@ -741,7 +741,7 @@ TEST(VirtualPutStream, DestructionDoesNotFlush) {
 
 // Sending
 
-TEST(VirtualPutStream, SendPassesTheBufferByWhenNothingIsHeld) {
+TEST(VirtualPutStream, SendBypassesAnEmptyBuffer) {
     test::RecordingOutput target;
     VirtualPutStream stream(target, 8, 4);
     EXPECT_TRUE(send(stream, "abcdefghijklmno"));
@@ -751,7 +751,7 @@ TEST(VirtualPutStream, SendPassesTheBufferByWhenNothingIsHeld) {
     EXPECT_EQ(held(stream), "");
 }
 
-TEST(VirtualPutStream, SendThatPassesByGivesTheTargetsAnswer) {
+TEST(VirtualPutStream, SendThatBypassesTheBufferReturnsTheTargetsResult) {
     test::RecordingOutput target;
     target.refusals = 1;
     VirtualPutStream stream(target, 8, 4);
@@ -760,7 +760,7 @@ TEST(VirtualPutStream, SendThatPassesByGivesTheTargetsAnswer) {
     EXPECT_EQ(held(stream), "");
 }
 
-TEST(VirtualPutStream, SendToADeadTargetIsFalseAndHoldsNothing) {
+TEST(VirtualPutStream, SendToADeadTargetReturnsFalseAndBuffersNothing) {
     test::RecordingOutput target;
     VirtualPutStream stream(target, 8, 4);
     target.error = true;
@@ -773,7 +773,7 @@ TEST(VirtualPutStream, SendToADeadTargetIsFalseAndHoldsNothing) {
     EXPECT_EQ(target.calls, Lines{});
 }
 
-TEST(VirtualPutStream, SendOfNullIsFalseAndOfNoBytesIsASendLikeAnyOther) {
+TEST(VirtualPutStream, SendOfNullReturnsFalseUnlessItsSizeIsZero) {
     test::RecordingOutput target;
     VirtualPutStream stream(target, 8, 4);
     EXPECT_FALSE(stream.SendOutputStream(nullptr, 1));
@@ -784,11 +784,11 @@ TEST(VirtualPutStream, SendOfNullIsFalseAndOfNoBytesIsASendLikeAnyOther) {
     EXPECT_FALSE(stream.SendOutputStream(nullptr, 5));
     EXPECT_EQ(target.calls, Lines{});
     EXPECT_TRUE(stream.SendOutputStream(nullptr, 0));
-    EXPECT_EQ(target.calls, Lines{"send:1234"}) << "a send asks for room at its end";
+    EXPECT_EQ(target.calls, Lines{"send:1234"}) << "a send calls WriteRemaining at its end";
     EXPECT_EQ(held(stream), "");
 }
 
-TEST(VirtualPutStream, SendGoesBehindWhatIsHeld) {
+TEST(VirtualPutStream, SendGoesAfterTheBytesInTheBuffer) {
     test::RecordingOutput target;
     VirtualPutStream stream(target, 8, 6);
     stream.PutS("12");
@@ -802,7 +802,7 @@ TEST(VirtualPutStream, SendGoesBehindWhatIsHeld) {
     EXPECT_EQ(target.calls, (Lines{"send:123456", "send:7"})) << "nothing was held";
 }
 
-TEST(VirtualPutStream, SendIsHeldWhenOutputIsToBeHeld) {
+TEST(VirtualPutStream, SendIsBufferedIfOutputIsHeld) {
     test::RecordingOutput target;
     VirtualPutStream stream(target, 8, 6);
     stream.setHoldOutput(true);
@@ -813,7 +813,7 @@ TEST(VirtualPutStream, SendIsHeldWhenOutputIsToBeHeld) {
     EXPECT_EQ(target.calls, Lines{"send:123456"});
 }
 
-TEST(VirtualPutStream, LongSendIsHeldInBuffersFull) {
+TEST(VirtualPutStream, LongSendIsBufferedInFullBuffers) {
     test::RecordingOutput target;
     VirtualPutStream stream(target, 8, 8);
     stream.setHoldOutput(true);
@@ -824,7 +824,7 @@ TEST(VirtualPutStream, LongSendIsHeldInBuffersFull) {
     EXPECT_EQ(target.calls, (Lines{"send:abcdefgh", "send:ijklmnop", "send:qrstuvwx"}));
 }
 
-TEST(VirtualPutStream, SendForWhichThereIsNoRoomIsFalseAndKeepsWhatFitted) {
+TEST(VirtualPutStream, SendThatDoesNotFitReturnsFalseAndKeepsWhatFits) {
     test::RecordingOutput target;
     VirtualPutStream stream(target, 8, 9);
     stream.setHoldOutput(true);
@@ -838,7 +838,7 @@ TEST(VirtualPutStream, SendForWhichThereIsNoRoomIsFalseAndKeepsWhatFitted) {
     EXPECT_EQ(log.count(), 0u);
 }
 
-TEST(VirtualPutStream, SendThatTheTargetRefusesIsFalseOnceTheBufferIsFull) {
+TEST(VirtualPutStream, RefusedSendReturnsFalseOnceTheBufferIsFull) {
     test::RecordingOutput target;
     target.refusals = 100;
     VirtualPutStream stream(target, 8, 4);
@@ -852,7 +852,7 @@ TEST(VirtualPutStream, SendThatTheTargetRefusesIsFalseOnceTheBufferIsFull) {
     EXPECT_EQ(held(stream), "i");
 }
 
-TEST(VirtualPutStream, SendToATargetThatDiesMidwayIsFalseAndTheRestIsDropped) {
+TEST(VirtualPutStream, SendToATargetThatDiesMidwayReturnsFalseAndDiscardsTheRest) {
     test::RecordingOutput target;
     target.afterSend = [&] {
         target.error = true;
@@ -865,7 +865,7 @@ TEST(VirtualPutStream, SendToATargetThatDiesMidwayIsFalseAndTheRestIsDropped) {
     EXPECT_EQ(stream.transferred(), 8);
 }
 
-TEST(VirtualPutStream, HeldSendToADeadTargetIsFalseAndDropsWhatIsHeldAtTheThreshold) {
+TEST(VirtualPutStream, BufferedSendToADeadTargetReturnsFalseAndDiscardsTheBufferAtTheThreshold) {
     test::RecordingOutput target;
     VirtualPutStream stream(target, 8, 4);
     stream.setHoldOutput(true);
@@ -880,7 +880,7 @@ TEST(VirtualPutStream, HeldSendToADeadTargetIsFalseAndDropsWhatIsHeldAtTheThresh
     EXPECT_EQ(target.calls, Lines{});
 }
 
-TEST(VirtualPutStream, TakesAWholeInput) {
+TEST(VirtualPutStream, ReceivesAWholeTransfer) {
     test::RecordingOutput target;
     utility::NullStream input(40000);
     input.StartInputStream();
@@ -904,7 +904,7 @@ TEST(VirtualPutStream, StartFlushesAndEndsAnEarlierUse) {
     EXPECT_EQ(held(stream), "");
 }
 
-TEST(VirtualPutStream, StartDropsWhatTheTargetRefused) {
+TEST(VirtualPutStream, StartDiscardsWhatTheTargetRefused) {
     test::RecordingOutput target;
     target.refusals = 1;
     VirtualPutStream stream(target, 16, 100);
@@ -915,7 +915,7 @@ TEST(VirtualPutStream, StartDropsWhatTheTargetRefused) {
     EXPECT_EQ(stream.pBuffer()[0], 0);
 }
 
-TEST(VirtualPutStream, StartGivesTheTargetsAnswer) {
+TEST(VirtualPutStream, StartReturnsTheTargetsResult) {
     test::RecordingOutput target;
     target.starts = false;
     VirtualPutStream stream(target, 16, 100);
@@ -962,7 +962,7 @@ TEST(VirtualPutStream, StateOfAFullBufferIsStillTheTargets) {
 
 // Traces
 
-TEST(VirtualPutStream, TracesAFlushThatWasTaken) {
+TEST(VirtualPutStream, TracesAnAcceptedFlush) {
     inNewThread([] {
         test::LogCapture log;
         test::RecordingOutput target;
@@ -975,7 +975,7 @@ TEST(VirtualPutStream, TracesAFlushThatWasTaken) {
     });
 }
 
-TEST(VirtualPutStream, TracesAFlushOfNothing) {
+TEST(VirtualPutStream, TracesAFlushOfAnEmptyBuffer) {
     inNewThread([] {
         test::LogCapture log;
         test::RecordingOutput target;
@@ -989,7 +989,7 @@ TEST(VirtualPutStream, TracesAFlushOfNothing) {
     });
 }
 
-TEST(VirtualPutStream, TracesWhatItThrowsAway) {
+TEST(VirtualPutStream, TracesDiscardedOutput) {
     inNewThread([] {
         test::LogCapture log;
         test::RecordingOutput target;
@@ -1031,7 +1031,7 @@ TEST(VirtualPutStream, TracesARefusedFlushWithTheStateOfTheTarget) {
     });
 }
 
-TEST(VirtualPutStream, TracesWhatWasTransferredAtItsEnd) {
+TEST(VirtualPutStream, DestructionTracesTheBytesTransferred) {
     inNewThread([] {
         test::RecordingOutput target;
         test::LogCapture log;
@@ -1046,7 +1046,7 @@ TEST(VirtualPutStream, TracesWhatWasTransferredAtItsEnd) {
     });
 }
 
-TEST(VirtualPutStream, TracesCarryTheNumberOfTheThread) {
+TEST(VirtualPutStream, TracesContainTheThreadNumber) {
     inNewThread([] {
         const std::string number = std::to_string(framework::ThreadInfo::MyThreadInfo()->getNum());
         test::RecordingOutput target;
@@ -1065,7 +1065,7 @@ TEST(VirtualPutStream, TracesCarryTheNumberOfTheThread) {
     });
 }
 
-TEST(VirtualPutStream, WritesNoTracesUnlessToldTo) {
+TEST(VirtualPutStream, TracesNothingByDefault) {
     test::RecordingOutput target;
     test::LogCapture log;
     {
