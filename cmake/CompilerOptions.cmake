@@ -3,6 +3,8 @@
 if(VXUT_SANITIZE)
     add_compile_options(-fsanitize=${VXUT_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     add_link_options(-fsanitize=${VXUT_SANITIZE})
+    # The standard library checks its preconditions too, such as an index against the size.
+    add_compile_definitions(_GLIBCXX_ASSERTIONS)
 endif()
 # Source paths are told relative to the source tree, in messages and in debug information; a compiler cache may have
 # made them relative to the build tree first.
@@ -20,16 +22,29 @@ function(vxut_warnings target)
     target_compile_definitions(${target} PRIVATE _FILE_OFFSET_BITS=64)
 endfunction()
 
+# Hardening that not every platform has: for 32-bit ARM, GCC has no stack probes and no branch protection.
+include(CheckCXXCompilerFlag)
+set(VXUT_PLATFORM_HARDENING "")
+if(CMAKE_SYSTEM_PROCESSOR STREQUAL "x86_64")
+    foreach(option IN ITEMS -fstack-clash-protection -fcf-protection)
+        string(MAKE_C_IDENTIFIER "VXUT_HAS${option}" has_option)
+        check_cxx_compiler_flag(${option} ${has_option})
+        if(${has_option})
+            list(APPEND VXUT_PLATFORM_HARDENING ${option})
+        endif()
+    endforeach()
+endif()
+
 # Hardening of what is shipped: the two libraries and the console.
 function(vxut_hardening target)
-    target_compile_options(${target} PRIVATE -fstack-protector-strong)
+    target_compile_options(${target} PRIVATE -fstack-protector-strong ${VXUT_PLATFORM_HARDENING})
     target_link_options(${target} PRIVATE LINKER:-z,relro LINKER:-z,now)
     if(VXUT_SANITIZE)
         # A sanitizer defines what it intercepts, which would make the library behind it look unneeded.
         target_link_options(${target} PRIVATE LINKER:--no-as-needed)
     else()
         # Debian's compiler may define it already; without optimisation it only warns.
-        target_compile_options(${target} PRIVATE $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2>)
+        target_compile_options(${target} PRIVATE $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3>)
         target_link_options(${target} PRIVATE LINKER:--as-needed)
     endif()
 endfunction()
