@@ -6,10 +6,11 @@
 
 namespace utility {
 
-/// What `Map`, `MapEntity` and `StringMap` return for an absent key, and what `First` and `Next` of the two pointer
-/// maps return at the end: −1 as a pointer.
+/// Returns −1 as a pointer: the value that `Map`, `MapEntity` and `StringMap` return for an absent key, and that
+/// `First` and `Next` of `Map` and `MapEntity` return at the end.
 ///
-/// Unlike null it should be neither a key nor a value, because then it cannot be told from an absent one.
+/// Unlike null, this pointer should not be used as a key or value, because it cannot be distinguished from an absent
+/// one.
 ///
 ///     if (names.Lookup(&port) == utility::absentEntry()) addName(port);
 inline void* absentEntry() {

@@ -6,10 +6,10 @@
 
 namespace utility {
 
-/// The growable block of equal slots under every typed array of the library.
+/// Base class of the typed arrays: a growable block of slots of equal size.
 ///
-/// The typed arrays own the block: they take it with `realloc` and free it; the base only counts. One thread at a time.
-/// A block that cannot be had throws code 1230 and leaves the array as it was.
+/// The typed array owns the block: it allocates the block with `realloc` and frees it; the base class only keeps the
+/// length and capacity. Not thread-safe. A failed allocation throws code 1230 and leaves the array unchanged.
 ///
 ///     utility::IntArray ports(5);
 ///     for (int port = 0; port < 6; ++port) ports.Append(port);
@@ -18,33 +18,40 @@ namespace utility {
 ///     ports.length();   // 2
 class VXUT_EXPORT Array {
 public:
-    /// An empty array without a block. The argument is ignored: typed arrays take their first block themselves.
+    /// Creates an empty array without a block: typed arrays allocate their first block themselves. The argument is
+    /// ignored.
     explicit Array(unsigned int ignored);
     Array(const Array&) = delete;
     Array& operator=(const Array&) = delete;
-    /// Frees nothing: typed arrays free their block themselves.
+    /// Does not free the block: typed arrays free it in their own destructors.
     virtual ~Array();
 
-    /// Sorts the elements where the typed array says so, and does nothing everywhere else.
+    /// Does nothing, unless the typed array overrides it to sort its elements.
     virtual void sort();
 
-    /// How many elements are in use.
+    /// Returns the number of elements.
     unsigned int length() const {
         return m_length;
     }
-    /// How many elements the block has slots for.
+    /// Returns the capacity: the number of slots in the block.
     unsigned int size() const {
         return m_size;
     }
-    /// Cuts the array to `length` elements; a greater `length` changes nothing. The block stays as it is, and arrays
-    /// that own what their slots point to do not release what is cut off: callers who need it gone release it first.
+    /// Reduces the length to `length`; does nothing if `length` is greater. The capacity stays. The objects that the
+    /// removed slots point to are not released, even by arrays that own their elements: release them first.
     void truncate(unsigned int length);
 
-    /// Moves `old`, a block of `*size` slots of `elementSize` bytes, to a new block with `grow` more slots, 20 more
-    /// when `grow` is 0, and frees it. The new slots are zero, except those of a first block (`old` null), which hold
-    /// no meaningful value. Returns the new block, which the caller frees with `framework::Memory::StaticFree`, and
-    /// sets `*size`. No memory, or more slots or bytes than can be counted: throws code 1230, with `old` and `*size` as
-    /// before.
+    /// Moves the contents of a block to a larger block and frees the old one. Returns the new block, which the caller
+    /// frees with `framework::Memory::StaticFree`.
+    ///
+    /// - `old`: the old block of `*size` slots, or null to allocate a first block.
+    /// - `size`: set to the new number of slots.
+    /// - `grow`: the number of slots to add; 0 means 20.
+    /// - `elementSize`: the size of a slot in bytes.
+    ///
+    /// The added slots are zero; the contents of a first block are indeterminate.
+    /// Throws code 1230 if the allocation fails, or if the number of slots or bytes overflows; `old` and `*size` are
+    /// then unchanged.
     static void* realloc(void* old, unsigned int* size, unsigned int grow, size_t elementSize);
 
 protected:

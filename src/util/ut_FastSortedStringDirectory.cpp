@@ -4,7 +4,7 @@ namespace utility {
 
 namespace {
 
-/// Gives the string at a sorted position.
+// Returns the string at a sorted position.
 struct SortedStrings {
     const StringArray& strings;
 
@@ -39,7 +39,7 @@ void FastSortedStringDirectory::Delete(const char* s) {
     const int position = m_index.findFirst(s, SortedStrings{m_strings});
     if (position < 0)
         return;
-    // `s` may be the very string that goes.
+    // `s` may be the string to be deleted: read its first byte now.
     const unsigned char byte = FirstByteIndex::firstByte(s);
     m_strings.DeleteAt(static_cast<unsigned int>(position));
     m_index.removed(byte, position);

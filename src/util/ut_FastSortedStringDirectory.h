@@ -6,10 +6,10 @@
 
 namespace utility {
 
-/// Strings in ascending order of their bytes, found by halving the range of their first byte.
+/// Strings in ascending order of their bytes, found by binary search among the strings with the same first byte.
 ///
-/// Holds at most 32,767 strings; duplicates are kept. Ownership, threads and failures are those of `StringDirectory`.
-/// The index of an element changes when others are added or deleted before it.
+/// Contains at most 32,767 strings; duplicates are kept. Ownership, threads and failures are those of
+/// `StringDirectory`. The index of an element changes when others are added or deleted before it.
 ///
 ///     utility::FastSortedStringDirectory names(0);
 ///     names.Add("b");     // 0
@@ -18,16 +18,16 @@ namespace utility {
 ///     names.Find("b");    // 2
 class VXUT_EXPORT FastSortedStringDirectory : public StringDirectory {
 public:
-    /// An empty directory with room for `initialCapacity` strings, for 20 when that is below 1.
+    /// Creates an empty directory with space for `initialCapacity` strings, or for 20 if that is less than 1.
     explicit FastSortedStringDirectory(int initialCapacity);
     ~FastSortedStringDirectory() override;
 
-    /// Inserts a copy of `s` behind its equals and returns its index; -1 for null, when 32,767 strings are held, and
-    /// when no memory is left for the copy.
+    /// Inserts a copy of `s` in order, after its equals, and returns its index. Returns -1 if `s` is null, if the
+    /// directory contains 32,767 strings, or if memory for the copy cannot be allocated.
     int Add(const char* s) override;
     /// Deletes the first element equal to `s`, if there is one.
     void Delete(const char* s) override;
-    /// The index of an element equal to `s`, or -1.
+    /// Returns the index of an element equal to `s`, or -1 if there is none.
     int Find(const char* s) override;
 
 private:

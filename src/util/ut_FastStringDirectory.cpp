@@ -11,7 +11,7 @@ namespace {
 
 const int noSlot = -1;
 
-// A free slot holds the number of the next one where a taken slot holds its string.
+// The free slots form a linked list: a free slot contains the number of the next free slot in place of its string.
 char* linkTo(int slot) {
     return reinterpret_cast<char*>(static_cast<std::intptr_t>(slot));
 }
@@ -22,7 +22,7 @@ int linkedSlot(const char* value) {
 
 } // namespace
 
-/// Gives the string at a sorted position.
+// Returns the string at a sorted position.
 struct FastStringDirectory::SortedStrings {
     const FastStringDirectory& directory;
 
@@ -55,7 +55,7 @@ int FastStringDirectory::Add(const char* s) {
     try {
         m_sorted.InsertAt(static_cast<unsigned int>(position), static_cast<short>(slot));
     } catch (...) {
-        // Only a new slot can need a longer table: for one that was free there is room from before.
+        // Only a new slot can make `m_sorted` grow, so the string is the last one: remove it.
         m_strings.DeleteAt(static_cast<unsigned int>(slot));
         throw;
     }
@@ -89,7 +89,7 @@ void FastStringDirectory::Delete(const char* s) {
     const int position = m_index.findFirst(s, SortedStrings{*this});
     if (position < 0)
         return;
-    // `s` may be the very string that goes.
+    // `s` may be the string to be deleted: read its first byte now.
     const unsigned char byte = FirstByteIndex::firstByte(s);
     const unsigned int entry = static_cast<unsigned int>(position);
     freeSlot(m_sorted[entry]);

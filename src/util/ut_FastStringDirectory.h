@@ -7,12 +7,12 @@
 
 namespace utility {
 
-/// Strings that stay in the slot where they were added, found by halving the range of their first byte.
+/// Strings with stable slot numbers, found by binary search among the strings with the same first byte.
 ///
-/// A slot number is a stable handle: it stays the string's until the string is deleted, and then goes to the next
-/// string added. Slot numbers have 16 bits: a directory of 32,767 strings is full, and `Add` returns -1 until one is
-/// deleted. Duplicates are kept. Ownership, threads and failures are those of
-/// `StringDirectory`, whose `NumElements` counts free slots too.
+/// A slot number is a stable handle of its string until the string is deleted; the next string added reuses the slot.
+/// Slot numbers have 16 bits: a directory of 32,767 strings is full, and `Add` returns -1 until one is deleted.
+/// Duplicates are kept. Ownership, threads and failures are those of `StringDirectory`. The inherited `NumElements`
+/// counts free slots too.
 ///
 ///     utility::FastStringDirectory names(0);
 ///     names.Add("a");         // slot 0
@@ -22,18 +22,18 @@ namespace utility {
 ///     names.Add("c");         // slot 0
 class VXUT_EXPORT FastStringDirectory : public StringDirectory {
 public:
-    /// An empty directory with room for `initialCapacity` strings, for 20 when that is below 1.
+    /// Creates an empty directory with space for `initialCapacity` strings, or for 20 if that is less than 1.
     explicit FastStringDirectory(int initialCapacity);
     ~FastStringDirectory() override;
 
-    /// Puts a copy of `s` in the slot freed last, or in a new one, and returns the slot number; -1 for null, when
-    /// 32,767 slots are taken, and when no memory is left for the copy.
+    /// Stores a copy of `s` in the slot freed last, or in a new slot if none is free, and returns the slot number.
+    /// Returns -1 if `s` is null, if 32,767 slots are in use, or if memory for the copy cannot be allocated.
     int Add(const char* s) override;
     /// Deletes the element equal to `s` that was added first, if there is one, and frees its slot.
     void Delete(const char* s) override;
-    /// The slot of an element equal to `s`, or -1.
+    /// Returns the slot of an element equal to `s`, or -1 if there is none.
     int Find(const char* s) override;
-    /// The string in slot `slot`, or null for a free slot and out of range. The directory keeps it.
+    /// Returns the string in `slot`, or null if the slot is free or out of range. The directory keeps ownership.
     const char* ElementAt(int slot) override;
 
 private:

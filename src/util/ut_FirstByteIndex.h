@@ -7,12 +7,13 @@
 
 namespace utility {
 
-/// Where in a sorted sequence of names those that begin with a given byte stand, and the searches that start there.
+/// Index of a sorted sequence of names by their first byte, with the searches that use it.
 ///
-/// The index holds no names: it counts what its owner says was added and removed, and asks the owner's function for the
-/// name at a position. Names are ordered as `strcmp` orders them, so by bytes from 0 to 255 on every platform. At most
-/// 32,767 names can be counted; the owner asks `isFull` first. One thread at a time. Nothing is thrown.
-/// For the directories of the library; their callers have no use for it.
+/// For each byte, the index keeps the position of the first name that begins with it. It does not store names: its
+/// owner reports each name added or removed, and the searches call a function of the owner to get the name at a
+/// position. Names are in the order of `strcmp`: by bytes from 0 to 255 on every platform. At most 32,767 names can be
+/// counted: the owner checks `isFull` before adding one. Not thread-safe. Does not throw. Internal to the library's
+/// directories.
 ///
 ///     utility::FirstByteIndex index;
 ///     const char* names[] = {"a", "ab", "b"};
@@ -23,36 +24,40 @@ class FirstByteIndex {
 public:
     FirstByteIndex() : m_entries() {}
 
-    /// The first byte of `name`; that of an empty text when `name` is null.
+    /// Returns the first byte of `name`, or 0 if `name` is null.
     static unsigned char firstByte(const char* name) {
         return static_cast<unsigned char>(name != nullptr ? *name : 0);
     }
 
-    /// The position of the first name that begins with `byte` or a greater one; the count of names for 256.
+    /// Returns the position of the first name that begins with `byte` or a greater byte. `entry(256)` is the number of
+    /// names.
     int entry(int byte) const {
         return m_entries[byte];
     }
+    /// Returns whether the index counts 32,767 names, the maximum.
     bool isFull() const {
         return m_entries[BYTES] == INT16_MAX;
     }
 
-    /// Counts a name that begins with `byte`.
+    /// Counts a name that begins with `byte`. The index must not be full.
     void added(unsigned char byte) {
         for (int above = byte + 1; above <= BYTES; ++above)
             ++m_entries[above];
     }
-    /// Takes the name that stood at `position` and began with `byte` off the count.
+    /// Removes the name that was at `position`, and begins with `byte`, from the counts.
     void removed(unsigned char byte, int position) {
         for (int above = byte + 1; above <= BYTES; ++above) {
             if (m_entries[above] > position)
                 --m_entries[above];
         }
     }
+    /// Resets the index to no names.
     void clear() {
         std::memset(m_entries, 0, sizeof m_entries);
     }
 
-    /// The position of a name equal to `name`, or -1. Halves the range of the first byte, with one comparison each.
+    /// Returns the position of a name equal to `name`, or -1. Binary search in the range of the first byte, with one
+    /// comparison per step. `nameAt(position)` returns the name at `position`.
     template<class NameAt>
     int find(const char* name, NameAt nameAt) const {
         const unsigned char byte = firstByte(name);
@@ -71,7 +76,7 @@ public:
         return -1;
     }
 
-    /// The position of the first name equal to `name`, or -1.
+    /// Returns the position of the first name equal to `name`, or -1. Linear search in the range of the first byte.
     template<class NameAt>
     int findFirst(const char* name, NameAt nameAt) const {
         const unsigned char byte = firstByte(name);
@@ -83,7 +88,8 @@ public:
         return -1;
     }
 
-    /// The position of the first name that is greater than `name`: where it goes, behind its equals.
+    /// Returns the position of the first name greater than `name`, which is where `name` is to be inserted: after its
+    /// equals.
     template<class NameAt>
     int insertionPoint(const char* name, NameAt nameAt) const {
         const unsigned char byte = firstByte(name);
@@ -100,7 +106,7 @@ public:
     }
 
 private:
-    static const int BYTES = 256;
+    static constexpr int BYTES = 256;
 
     std::int16_t m_entries[BYTES + 1];
 };

@@ -5,15 +5,15 @@
 #include <cstdint>
 #include <cstring>
 
-// What the hash maps have in common. Not for callers of the library.
+// The implementation shared by the hash maps. Internal to the library.
 
 namespace utility {
 
-/// Opaque pointers as keys, in the order of their numbers.
+/// Key traits of opaque pointers, which are in the order of their addresses.
 struct PointerKeys {
     typedef void* Key;
 
-    /// Negative, 0 or positive, as `left` is before, the same as, or behind `right`.
+    /// Returns a negative number, 0 or a positive number if `left` is less than, equal to or greater than `right`.
     static int compare(const void* left, const void* right) {
         if (left == right)
             return 0;
@@ -27,15 +27,15 @@ struct PointerKeys {
     static void reportAppended(const void* key, unsigned int bucket);
 };
 
-/// Texts as keys, in the order of their bytes as 0 to 255.
+/// Key traits of texts, which are in the order of `strcmp`: by bytes from 0 to 255.
 struct TextKeys {
     typedef const char* Key;
 
-    /// Negative, 0 or positive, as `left` is before, the same as, or behind `right`.
+    /// Returns a negative number, 0 or a positive number if `left` is less than, equal to or greater than `right`.
     static int compare(const char* left, const char* right) {
         return std::strcmp(left, right);
     }
-    /// The sum of the bytes less 32 each.
+    /// Returns the sum of the bytes, less 32 each.
     static unsigned int hash(const char* key) {
         unsigned int sum = 0;
         for (; *key; ++key)
@@ -47,8 +47,8 @@ struct TextKeys {
     static void reportAppended(const char* key, unsigned int bucket);
 };
 
-/// A table of chains, each in ascending order of its keys. Where nodes and table come from, and when they are released,
-/// is up to the map. Without a table nothing is found and nothing is added.
+/// A hash table with separate chaining; the keys of a chain are in ascending order. The map allocates and releases
+/// nodes and table. Without a table, no key is found or added.
 template<class Keys>
 struct HashChains {
     typedef typename Keys::Key Key;
@@ -65,16 +65,17 @@ struct HashChains {
     Node** table = nullptr;
     bool placementTrace = false;
 
-    /// Whether a table may have `buckets` chains: a power of two from 2 to 65,536.
+    /// Returns whether `buckets` is a power of two from 2 to 65,536.
     static bool isBucketCount(unsigned int buckets) {
         return buckets >= 2 && buckets <= 65536 && (buckets & (buckets - 1)) == 0;
     }
 
+    /// Returns the size in bytes of a table of `buckets` buckets.
     static unsigned long tableSize(unsigned int buckets) {
         return buckets * sizeof(void*);
     }
 
-    /// Takes `storage` of `tableSize(buckets)` bytes as its table; null leaves it without one.
+    /// Uses `storage`, `tableSize(buckets)` bytes, as the table. Does nothing if `storage` is null.
     void useTable(void* storage, unsigned int buckets) {
         if (!storage)
             return;
@@ -84,11 +85,12 @@ struct HashChains {
         hashMask = buckets - 1;
     }
 
+    /// Returns the bucket of `key`.
     unsigned int bucketOf(Key key) const {
         return Keys::hash(key) & hashMask;
     }
 
-    /// The node of `key` in the chain of `bucket`; null when there is none.
+    /// Returns the node of `key` in `bucket`, or null if there is none.
     const Node* find(unsigned int bucket, Key key) const {
         for (const Node* node = table ? table[bucket] : nullptr; node; node = node->next) {
             const int order = Keys::compare(node->key, key);
@@ -98,7 +100,7 @@ struct HashChains {
         return nullptr;
     }
 
-    /// The first node from the chain of `bucket` on; null when there is none.
+    /// Returns the first node of `bucket` or of the first bucket in use after it, or null if there is none.
     const Node* firstFrom(unsigned int bucket) const {
         for (; bucket < numBuckets; ++bucket) {
             if (table[bucket])
@@ -107,13 +109,13 @@ struct HashChains {
         return nullptr;
     }
 
-    /// The node behind `node`, which is in the chain of `bucket`.
+    /// Returns the node after `node`, which is in `bucket`, or null if it is the last of the table.
     const Node* after(const Node* node, unsigned int bucket) const {
         return node->next ? node->next : firstFrom(bucket + 1);
     }
 
-    /// Gives an existing `key` the new value, or links in what `makeNode` gives, whose key is set; false when nothing
-    /// was linked in.
+    /// Adds the node returned by `makeNode`, with its `key` set, and returns true. Returns false if `key` was present,
+    /// after replacing its value, or if `makeNode` returns null.
     template<class MakeNode>
     bool add(unsigned int bucket, Key key, void* value, MakeNode makeNode) {
         if (!table)
@@ -136,7 +138,7 @@ struct HashChains {
         return true;
     }
 
-    /// Takes the node at `link` out of its chain.
+    /// Removes the node that `link` points to from its chain and returns it.
     Node* unlink(Node** link) {
         Node* node = *link;
         *link = node->next;
@@ -144,7 +146,7 @@ struct HashChains {
         return node;
     }
 
-    /// Hands every node to `release`. The count stays.
+    /// Removes all nodes and passes each to `release`. Does not reset `count`.
     template<class Release>
     void clear(Release release) {
         for (unsigned int bucket = 0; bucket < numBuckets; ++bucket) {
@@ -158,7 +160,8 @@ struct HashChains {
         }
     }
 
-    /// The link in the chain of `bucket` that leads to the first node whose key is not before `key`, or to the end.
+    /// Returns the link in the chain of `bucket` to the first node with a key not less than `key`, or the null link at
+    /// the end.
     Node** linkTo(unsigned int bucket, Key key) const {
         Node** link = &table[bucket];
         while (*link && Keys::compare((*link)->key, key) < 0)

@@ -10,9 +10,9 @@ namespace utility {
 
 /// A growable array of signed 64-bit numbers.
 ///
-/// The array owns its block, and the values in it are plain. One thread at a time. An index outside the array throws
-/// code 1229, no memory code 1230; either leaves the array as it was.
-/// Traces show a value as unsigned, and name it before its index.
+/// The array owns its block; the elements are plain values. Not thread-safe. An index out of range throws code 1229, a
+/// failed allocation code 1230; either leaves the array unchanged.
+/// Traces show a value as unsigned, and before its index.
 ///
 ///     utility::Int64Array offsets(4);
 ///     offsets.Append(-4096);
@@ -20,24 +20,26 @@ namespace utility {
 ///     offsets[1];   // 4294967296
 class VXUT_EXPORT Int64Array : public Array {
 public:
-    /// An empty array with room for `capacity` elements, for 20 when `capacity` is 0.
+    /// Creates an empty array with space for `capacity` elements, or for 20 if `capacity` is 0.
+    /// Throws code 1230 if the allocation fails.
     explicit Int64Array(unsigned int capacity);
-    /// A copy with the capacity of `other`.
+    /// Copies the elements and the capacity of `other`.
     Int64Array(const Int64Array& other);
     Int64Array& operator=(const Int64Array&) = delete;
     ~Int64Array() override;
 
     /// Adds `value` at the end.
     void Append(int64_t value);
-    /// Puts `value` before the element at `index`, or at the end when `index` is the length. A greater `index` throws
-    /// code 1229.
+    /// Inserts `value` before the element at `index`, or at the end if `index == length()`.
+    /// Throws code 1229 if `index > length()`.
     void InsertAt(unsigned int index, int64_t value);
-    /// Replaces the element at `index`. From the length on, throws code 1229.
+    /// Replaces the element at `index`. Throws code 1229 if `index >= length()`.
     void SetAt(unsigned int index, int64_t value);
-    /// Takes out the element at `index`; those behind it move up. From the length on, throws code 1229.
+    /// Removes the element at `index`; the elements after it move down by one. Throws code 1229 if `index >= length()`.
     void DeleteAt(unsigned int index);
-    /// The element at `index`, valid until the array next grows. From the length on, throws code 1229.
+    /// Returns the element at `index`. Valid until the array grows. Throws code 1229 if `index >= length()`.
     int64_t& operator[](unsigned int index);
+    /// The same for a constant array.
     const int64_t& operator[](unsigned int index) const;
 
 private:

@@ -11,9 +11,9 @@ namespace utility {
 
 /// A growable array of pointers to items.
 ///
-/// The array owns its block and never an item: items must outlive their time in the array, and null is an element like
-/// any other. One thread at a time. An index outside the array throws code 1229, no memory code 1230; either leaves the
-/// array as it was.
+/// The array owns its block but not the items, which must live as long as they are in the array. Null elements are
+/// allowed. Not thread-safe. An index out of range throws code 1229, a failed allocation code 1230; either leaves the
+/// array unchanged.
 ///
 ///     framework::Item volume;
 ///     utility::ItemArray items(4);
@@ -21,29 +21,31 @@ namespace utility {
 ///     items.Find(&volume);   // 0
 class VXUT_EXPORT ItemArray : public Array {
 public:
-    /// An empty array with room for `capacity` elements, for 20 when `capacity` is 0.
+    /// Creates an empty array with space for `capacity` elements, or for 20 if `capacity` is 0.
+    /// Throws code 1230 if the allocation fails.
     explicit ItemArray(unsigned int capacity);
-    /// The same items, with the capacity of `other`.
+    /// Copies the pointers and the capacity of `other`, not the items.
     ItemArray(const ItemArray& other);
     ItemArray& operator=(const ItemArray&) = delete;
     ~ItemArray() override;
 
     /// Adds `item` at the end.
     void Append(framework::Item* item);
-    /// Puts `item` before the element at `index`, or at the end when `index` is the length. A greater `index` throws
-    /// code 1229.
+    /// Inserts `item` before the element at `index`, or at the end if `index == length()`.
+    /// Throws code 1229 if `index > length()`.
     void InsertAt(unsigned int index, framework::Item* item);
-    /// Replaces the element at `index`. From the length on, throws code 1229.
+    /// Replaces the element at `index`. Throws code 1229 if `index >= length()`.
     void SetAt(unsigned int index, framework::Item* item);
-    /// Takes out the element at `index`; those behind it move up. From the length on, throws code 1229.
+    /// Removes the element at `index`; the elements after it move down by one. Throws code 1229 if `index >= length()`.
     void DeleteAt(unsigned int index);
-    /// The element at `index`, valid until the array next grows. From the length on, throws code 1229.
+    /// Returns the element at `index`. Valid until the array grows. Throws code 1229 if `index >= length()`.
     framework::Item*& operator[](unsigned int index);
+    /// The same for a constant array.
     framework::Item* const& operator[](unsigned int index) const;
 
-    /// Adds the items of `other` at the end, in order. An array given to itself doubles.
+    /// Adds the items of `other` at the end, in order; an array appended to itself doubles.
     void Append(ItemArray& other);
-    /// The index of the first element that is `item`, or 0xFFFFFFFF.
+    /// Returns the index of the first element equal to the pointer `item`, or 0xFFFFFFFF if there is none.
     unsigned int Find(framework::Item* item) const;
 
 private:

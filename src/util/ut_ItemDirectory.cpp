@@ -20,7 +20,7 @@ const char* textOf(stringtoken token) {
 
 } // namespace
 
-/// Gives the name at a sorted position.
+// Returns the name at a sorted position.
 struct ItemDirectory::SortedNames {
     const ItemDirectory& directory;
 
@@ -100,8 +100,8 @@ void ItemDirectory::removeAll() {
 }
 
 void ItemDirectory::deleteAll() {
-    forgetRepeatedItems();
-    // An item that takes itself out of the directory when it is deleted finds nothing any more.
+    clearRepeatedItems();
+    // Clear the index first, so that an item that removes itself in its destructor is not found.
     m_index.clear();
     m_sorted.truncate(0);
     for (unsigned int position = 0; position < m_items.length(); ++position)
@@ -109,7 +109,7 @@ void ItemDirectory::deleteAll() {
     removeAll();
 }
 
-void ItemDirectory::forgetRepeatedItems() {
+void ItemDirectory::clearRepeatedItems() {
     if (m_sorted.length() < 2)
         return;
     unsigned short* const positions = &m_sorted[0];

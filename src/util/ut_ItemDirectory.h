@@ -12,12 +12,14 @@ class Item;
 
 namespace utility {
 
-/// Items by name, found by halving the range of the name's first byte.
+/// Items by name, found by binary search among the items with the same first byte of the name.
 ///
-/// The name of an item is its `getNameString`, a null one counting as the empty text; it must not change while the item
-/// is held. The directory keeps the items' pointers and owns none; only `deleteAll` deletes them. Holds at most 32,767
-/// items. One thread at a time. Misses are -1 or null; only a table that cannot grow throws, code 1230 of "ut_Array",
-/// and leaves the directory as it was.
+/// - The name of an item is its `getNameString`; null means the empty name. It must not change while the item is in the
+///   directory.
+/// - The directory does not own the items; only `deleteAll` deletes them. It contains at most 32,767 items.
+/// - Not thread-safe.
+/// - A search that fails returns -1 or null. If a table cannot grow, code 1230 of "ut_Array" is thrown and the
+///   directory is unchanged.
 ///
 ///     utility::ItemDirectory items(0);
 ///     framework::Item volume;                   // its name is the text "Entity"
@@ -25,39 +27,41 @@ namespace utility {
 ///     items.get(volume.getName()) == &volume;   // true
 class VXUT_EXPORT ItemDirectory {
 public:
-    /// An empty directory with room for `initialCapacity` items, for 20 when that is 0.
+    /// Creates an empty directory with space for `initialCapacity` items, or for 20 if that is 0.
     explicit ItemDirectory(unsigned int initialCapacity);
     ItemDirectory(const ItemDirectory&) = delete;
     ItemDirectory& operator=(const ItemDirectory&) = delete;
     virtual ~ItemDirectory();
 
-    /// Adds `item` and returns its position; -1 for null, and when 32,767 items are held. It must stay alive while it
-    /// is held.
+    /// Adds `item`, which must live as long as it is in the directory, and returns its position. Returns -1 if `item`
+    /// is null or the directory contains 32,767 items.
     virtual int add(framework::Item* item);
-    /// Takes out the first item named `nameToken`, if there is one, without deleting it. The positions of those added
-    /// after it go down by one.
+    /// Removes the first item named `nameToken`, if there is one, without deleting it. The positions of the items added
+    /// after it decrease by one.
     virtual void remove(stringtoken nameToken);
-    /// Puts `item` in the place of the item named `nameToken`, which is not deleted. A null item, or a name that is not
-    /// held, does nothing. Nothing is sorted anew: callers give an item of the same name.
+    /// Replaces the item named `nameToken`, which is not deleted, by `item`. Does nothing if `item` is null or no item
+    /// has that name. Does not sort again: `item` must have the same name.
     virtual void replace(stringtoken nameToken, framework::Item* item);
-    /// The position of an item named `nameToken`, or -1. A token without a text stands for the empty name.
+    /// Returns the position of an item named `nameToken`, or -1 if there is none. A token without a text means the
+    /// empty name.
     virtual int find(stringtoken nameToken) const;
-    /// The item named `nameToken`, or null.
+    /// Returns the item named `nameToken`, or null if there is none.
     virtual framework::Item* get(stringtoken nameToken) const;
-    /// How many items are held.
+    /// Returns the number of items.
     virtual unsigned int length() const;
-    /// The item at `i` in the order of names, those of one name in the order added; null from the length on.
+    /// Returns the item at index `i` in the order of names, or null if `i >= length()`. Items with the same name are in
+    /// the order added.
     virtual framework::Item* getSorted(unsigned int i) const;
 
-    /// Takes every item out without deleting it.
+    /// Removes all items without deleting them.
     void removeAll();
-    /// Deletes every item, each once, and takes it out.
+    /// Removes all items and deletes each of them once.
     void deleteAll();
 
 private:
     struct SortedNames;
 
-    void forgetRepeatedItems();
+    void clearRepeatedItems();
 
     ItemArray m_items;
     UShortArray m_sorted;

@@ -15,7 +15,7 @@ namespace utility {
 
 namespace {
 
-/// Tells elements apart, also one that was deleted.
+// Identifies an element, even after it was deleted.
 std::uintptr_t addressOf(const ListContainable* element) {
     return reinterpret_cast<std::uintptr_t>(element);
 }
@@ -65,7 +65,7 @@ void List::addFirst(ListContainable* e) {
     if (!e)
         return;
     const WriteLockGuard guard(m_lock);
-    if (!isWelcome(e))
+    if (!accepts(e))
         return;
     ListEntry* first = m_first;
     ListEntry* entry = first ? first->insertBefore(e) : new (std::nothrow) ListEntry(e);
@@ -81,7 +81,7 @@ void List::addLast(ListContainable* e) {
     if (!e)
         return;
     const WriteLockGuard guard(m_lock);
-    if (!isWelcome(e))
+    if (!accepts(e))
         return;
     ListEntry* entry = m_last ? m_last->insertAfter(e) : new (std::nothrow) ListEntry(e);
     if (!entry)
@@ -96,7 +96,7 @@ void List::add(int index, ListContainable* e) {
     if (!e)
         return;
     const WriteLockGuard guard(m_lock);
-    if (!isWelcome(e))
+    if (!accepts(e))
         return;
     if (index == 0)
         return addFirst(e);
@@ -225,11 +225,11 @@ bool List::isEmpty() const {
     return m_first == nullptr;
 }
 
-bool List::isWelcome(const ListContainable* e) const {
+bool List::accepts(const ListContainable* e) const {
     return m_allowDuplicates || !getEntry(e);
 }
 
-// Under the waiter's lock, so that the signal cannot fall between a consumer's look at the list and its waiting.
+// Signals under the waiter's lock to avoid a lost wake-up.
 void List::announce() {
     ++m_count;
     m_waiter.lock();
@@ -237,7 +237,8 @@ void List::announce() {
     m_waiter.unlock();
 }
 
-// Takes the waiter's lock before it looks, and no lock of the list below it: those who signal hold the list's lock.
+// Checks the list again under the waiter's lock to avoid a lost wake-up. Must not lock the list here: threads that
+// signal lock the list first and the waiter second, so the reverse order would deadlock.
 void List::waitForElement() {
     m_waiter.lock();
     if (isEmpty())
@@ -258,7 +259,7 @@ void List::deleteAndRemove(const ListEntry* entry) {
         return;
     const std::uintptr_t deleted = addressOf(entry->element());
     delete entry->element();
-    // An element that took itself out when it was deleted took its entry along, and may have put something in since.
+    // The destructor may have removed the element, which destroys `entry`, and added others: look for `entry` again.
     const ListEntry* held = m_first;
     while (held && held != entry)
         held = held->next();

@@ -13,13 +13,14 @@ namespace utility {
 class ListContainable;
 class ListIterator;
 
-/// A list that any thread may change, and in which a thread can wait for the next element: a simple work queue.
+/// A thread-safe list in which consumers can wait for the next element: a simple work queue.
 ///
-/// Elements belong to the caller and must outlive their stay in the list; only the `removeAndDelete` operations delete
-/// them. Elements are the same when `ListContainable::equals` says so, wherever they lie in memory.
-/// Any thread may call any operation; one writes at a time, and none writes while an iterator lives. A thread that has
-/// an iterator must not write to the same list. Only `getEntry` and `removeEntry` take no lock. Nothing is thrown: an
-/// element for which there is no memory is not added, which leaves the list as it was.
+/// - Ownership: elements belong to the caller and must live as long as they are in the list; only the `removeAndDelete`
+///   operations delete them.
+/// - Equality: two elements are equal if `ListContainable::equals` returns true; their addresses are not compared.
+/// - Threads: all operations except `getEntry` and `removeEntry` lock the list. One thread writes at a time, and none
+///   while an iterator exists. A thread that has an iterator must not write to the same list.
+/// - Failures: does not throw. If memory allocation fails, an element is not added and the list is unchanged.
 ///
 ///     utility::List queue(true);
 ///     std::thread consumer([&queue] { delete queue.removeFirst(true); });
@@ -27,31 +28,32 @@ class ListIterator;
 ///     consumer.join();
 class VXUT_EXPORT List {
 public:
-    /// One place in a list. It does not own its element.
+    /// A node of a list. It does not own its element.
     class ListEntry {
     public:
-        /// An entry without neighbours.
+        /// Creates an entry without neighbors.
         explicit ListEntry(ListContainable* element);
         ListEntry(const ListEntry&) = delete;
         ListEntry& operator=(const ListEntry&) = delete;
-        /// Joins the neighbours to each other.
+        /// Links the neighbors to each other.
         virtual ~ListEntry();
 
-        /// A new entry for `element` between this one and its predecessor, or null, with nothing changed, when there is
-        /// no memory.
+        /// Inserts and returns a new entry for `element` before this one.
+        /// Returns null, with nothing changed, if the allocation fails.
         ListEntry* insertBefore(ListContainable* element);
-        /// A new entry for `element` between this one and its successor, or null, with nothing changed, when there is
-        /// no memory.
+        /// Inserts and returns a new entry for `element` after this one.
+        /// Returns null, with nothing changed, if the allocation fails.
         ListEntry* insertAfter(ListContainable* element);
 
+        /// Returns the element.
         ListContainable* element() const {
             return m_element;
         }
-        /// Null at the beginning.
+        /// Returns the previous entry, or null if this is the first.
         ListEntry* previous() const {
             return m_previous;
         }
-        /// Null at the end.
+        /// Returns the next entry, or null if this is the last.
         ListEntry* next() const {
             return m_next;
         }
@@ -62,82 +64,91 @@ public:
         ListEntry* m_next;
     };
 
-    /// An empty list. Without `allowDuplicates`, an element that is equal to one in the list is not added.
+    /// Creates an empty list. If `allowDuplicates` is false, an element equal to a stored one is not added.
     explicit List(bool allowDuplicates = false);
     List(const List&) = delete;
     List& operator=(const List&) = delete;
     /// Deletes no element. No thread may be using the list.
     ~List();
 
-    /// Puts `e` in front and wakes one waiting consumer. A null `e`, or one that is not to be added, wakes nobody.
+    /// Adds `e` at the beginning and wakes one waiting consumer. If `e` is null or a rejected duplicate, does nothing
+    /// and wakes no consumer.
     void addFirst(ListContainable* e);
-    /// Puts `e` at the end and wakes one waiting consumer. A null `e`, or one that is not to be added, wakes nobody.
+    /// Adds `e` at the end and wakes one waiting consumer. If `e` is null or a rejected duplicate, does nothing and
+    /// wakes no consumer.
     void addLast(ListContainable* e);
-    /// Adds like `addFirst` at index 0 and like `addLast` at a negative index or one from `count()` on. In between, `e`
-    /// gets the position `index`, but is not counted and wakes nobody: callers rely on `count()` telling only what came
-    /// in at the ends, less everything removed.
+    /// Adds `e` at a position:
+    ///
+    /// - `index` 0: the same as `addFirst`.
+    /// - `index` negative or at least `count()`: the same as `addLast`.
+    /// - Otherwise: inserts `e` at position `index`, does not count it and wakes no consumer. Callers rely on `count()`
+    ///   including only elements added at the ends.
     void add(int index, ListContainable* e);
 
-    /// The element at the beginning; null when the list is empty.
+    /// Returns the first element, or null if the list is empty.
     ListContainable* getFirst() const;
-    /// The element at the end; null when the list is empty.
+    /// Returns the last element, or null if the list is empty.
     ListContainable* getLast() const;
-    /// The element at `index`, counted from 0; null outside the list. Every element has a position, counted or not.
+    /// Returns the element at position `index`, counted from 0, or null if `index` is out of range. Elements that
+    /// `count()` does not include have positions too.
     ListContainable* get(int index) const;
-    /// The position of the first element equal to `e`; −1 when there is none, and for null.
+    /// Returns the position of the first element equal to `e`, or −1 if there is none or `e` is null.
     int indexOf(const ListContainable* e) const;
-    /// How many were added at the ends, less how many were removed: not the number of elements, and possibly negative,
-    /// once `add` has put one in between.
+    /// Returns the number of elements added at the ends minus the number of elements removed. After `add` has inserted
+    /// an element in between, this is not the number of elements and can be negative.
     int count() const;
 
-    /// Takes out the first element; null when the list is empty. With `wait`, an empty list is first waited on until
-    /// something is added or `wakeAll` is called, once: null when another consumer was faster, or nothing was added.
+    /// Removes and returns the first element, or returns null if the list is empty. If `wait` is true and the list is
+    /// empty, first blocks, once, until an element is added or `wakeAll` is called; returns null if the list is empty
+    /// after that.
     ListContainable* removeFirst(bool wait);
-    /// Takes out the last element; null when the list is empty.
+    /// Removes and returns the last element, or returns null if the list is empty.
     ListContainable* removeLast();
-    /// Takes out the element at `index`; null outside the list.
+    /// Removes and returns the element at `index`, or returns null if `index` is out of range.
     ListContainable* remove(int index);
-    /// Takes out the first element equal to `e`, if there is one.
+    /// Removes the first element equal to `e`, if there is one.
     void remove(const ListContainable* e);
-    /// Deletes the element at `index`, if there is one, and takes it out. It is still in the list when it is deleted,
-    /// and may take itself out then. One that stands in the list more than once must not be deleted so.
+    /// Deletes the element at `index`, if there is one, and removes it. The element is still in the list while its
+    /// destructor runs, and may remove itself there. An element that is in the list more than once must not be deleted
+    /// this way.
     void removeAndDelete(int index);
-    /// The same with the first element equal to `e`, if there is one; that need not be `e` itself.
+    /// Deletes the first element equal to `e`, if there is one, as `removeAndDelete(int)` does. That element need not
+    /// be `e` itself.
     void removeAndDelete(ListContainable* e);
-    /// Takes out all elements without deleting them.
+    /// Removes all elements without deleting them.
     void removeAll();
-    /// The same with all elements, from the first.
+    /// Deletes and removes all elements, starting with the first, as `removeAndDelete(int)` does.
     void removeAndDeleteAll();
 
-    /// Wakes every consumer that is blocked in `removeFirst(true)`. One that is only about to wait is not woken, so a
-    /// shutdown repeats the call until its consumers have ended.
+    /// Wakes all consumers blocked in `removeFirst(true)`. Does not wake a consumer that is about to block: at
+    /// shutdown, repeat the call until all consumers have ended.
     void wakeAll() const;
 
-    /// A new iterator, which the caller deletes in this same thread; until then writers to the list wait. Null, with
-    /// nothing locked, when there is no memory.
+    /// Returns a new iterator, which the caller deletes in the same thread; writers wait until then. Returns null, with
+    /// the list unlocked, if the allocation fails.
     ListIterator* iterator(SortOrder order) const;
 
-    /// `getEntry` and `removeEntry` take no lock: use them only while no other thread uses the list. An iterator keeps
-    /// writers away, which is enough for `getEntry`.
-    ///
-    /// The entry at `index`; null outside the list.
+    /// Returns the entry at `index`, or null if `index` is out of range. Does not lock the list: call it only while no
+    /// other thread writes to the list, for example while an iterator exists.
     ListEntry* getEntry(int index) const;
-    /// The first entry whose element equals `e`; null when there is none, and for null.
+    /// Returns the first entry with an element equal to `e`, or null if there is none or `e` is null. Does not lock the
+    /// list, like `getEntry(int)`.
     ListEntry* getEntry(const ListContainable* e) const;
-    /// Takes out and destroys `entry`, which must be an entry of this list, but not its element; null does nothing.
+    /// Removes and destroys `entry`, an entry of this list, but not its element. Does nothing if `entry` is null. Does
+    /// not lock the list: call it only while no other thread uses the list.
     void removeEntry(const ListEntry* entry);
 
 private:
     friend class ListIterator;
 
     bool isEmpty() const;
-    bool isWelcome(const ListContainable* e) const;
+    bool accepts(const ListContainable* e) const;
     void announce();
     void waitForElement();
     ListContainable* takeOut(const ListEntry* entry);
     void deleteAndRemove(const ListEntry* entry);
 
-    // Written under the write lock. A consumer reads it without the lock, before it waits.
+    // Written with the write lock held. A consumer reads it without the lock before it waits.
     std::atomic<ListEntry*> m_first;
     ListEntry* m_last;
     int m_count;

@@ -4,10 +4,10 @@
 
 namespace utility {
 
-/// What an object implements so that a `List` can hold it.
+/// Interface of the elements of a `List`.
 ///
-/// It holds nothing; who owns an element is up to the list's user. Lists ask it from whichever thread works on them,
-/// under their own lock. It does not fail.
+/// The user of the list decides who owns an element. A list calls `equals` in the thread that called the list, with the
+/// list locked. `equals` must not throw.
 ///
 ///     struct Port : public utility::ListContainable {
 ///         explicit Port(int assigned) : number(assigned) {}
@@ -18,10 +18,11 @@ namespace utility {
 ///     };
 class VXUT_EXPORT ListContainable {
 public:
+    /// Allows a list to delete its elements.
     virtual ~ListContainable();
 
-    /// Whether a list is to treat `other` as this same element. Lists ask the element they are given, with each element
-    /// that they hold in turn; `other` is never null then.
+    /// Returns whether a list is to treat `other` as the same element. Lists call this on the element passed to them,
+    /// once for each stored element as `other`; `other` is never null.
     virtual bool equals(const ListContainable* other) const = 0;
 };
 

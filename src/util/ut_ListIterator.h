@@ -8,25 +8,26 @@ namespace utility {
 
 class ListContainable;
 
-/// A walk through a list, which stays as it is meanwhile.
+/// Iterates over a list, which is read-locked for the iterator's lifetime.
 ///
-/// It owns nothing and must not outlive its list. It holds the list's read lock all its life: other threads may read
-/// the list, those that write wait. It is made, used and destroyed by one thread, which must not write to the list
-/// meanwhile. It does not fail.
+/// The iterator must not outlive its list. While it exists, other threads can read the list; threads that write to it
+/// wait. Create, use and destroy an iterator in one thread, which must not write to the list in between. Does not
+/// throw.
 ///
 ///     utility::ListIterator walk(list, utility::LAST_TO_FIRST);
 ///     while (utility::ListContainable* element = walk.next())
 ///         show(*element);
 class VXUT_EXPORT ListIterator {
 public:
-    /// Waits until nobody writes to `list`, and starts at its first element, or at its last for every order but 0.
+    /// Waits until no thread writes to `list`, then read-locks it. Starts at the first element if `order` is 0,
+    /// otherwise at the last.
     ListIterator(const List& list, SortOrder order);
     ListIterator(const ListIterator&) = delete;
     ListIterator& operator=(const ListIterator&) = delete;
-    /// Lets writers go on.
+    /// Releases the read lock.
     ~ListIterator();
 
-    /// The next element, which stays the caller's; null when the walk is over, however often it is asked.
+    /// Returns the next element, which the iterator does not own, or null at the end and on every later call.
     ListContainable* next();
 
 private:

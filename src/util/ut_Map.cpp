@@ -22,7 +22,7 @@ Node* makeNode(void* key) {
     return storage ? new (storage) Node{nullptr, key, nullptr} : nullptr;
 }
 
-// "(null)" for a key that is no token, as the platform prints a null text.
+// Returns "(null)", as glibc prints a null text, if `key` is not a token.
 const char* tokenText(const void* key) {
     const auto number = reinterpret_cast<std::uintptr_t>(key);
     if (number > std::numeric_limits<stringtoken>::max())

@@ -11,48 +11,50 @@ class Memory;
 
 namespace utility {
 
-/// A hash map from opaque pointers to opaque pointers that takes its memory from an entity's pool.
+/// A hash map from opaque pointers to opaque pointers that allocates its memory from an entity's pool.
 ///
-/// It behaves as `Map` does. It owns its entries and its table, which it takes from and gives back to the memory object
-/// it was made with, but neither keys nor values. One thread at a time. Nothing is thrown: without memory an entry is
-/// not added. A map whose bucket count was refused, or for which there was no memory, stays empty whatever is added.
+/// Behaves like `Map`. The map owns its entries and its table, which it allocates from and releases to the memory
+/// object passed to the constructor, but not the keys or values. Not thread-safe. Does not throw: if memory allocation
+/// fails, an entry is not added. A map with an invalid bucket count, or for which memory allocation failed, stays
+/// empty.
 ///
 ///     framework::FSUMemory pool(4096, 4);
 ///     utility::MapEntity sizes(64, &pool);
 ///     sizes.Add(&volume, size);
 class VXUT_EXPORT MapEntity : public virtual framework::Entity {
 public:
-    /// `numBuckets` is 2, 4, 8, ... or 65,536; any other count is refused and logged at level 0. `memory` is kept, not
-    /// owned, and must outlive the map; null means the process's memory.
+    /// Creates an empty map. `numBuckets` must be 2, 4, 8, ... or 65,536; any other count is logged at level 0, and the
+    /// map stays empty. `memory` is not owned and must outlive the map; null means the process's memory.
     MapEntity(unsigned int numBuckets, framework::Memory* memory);
     MapEntity(const MapEntity&) = delete;
     MapEntity& operator=(const MapEntity&) = delete;
     ~MapEntity() override;
 
-    /// True when an entry was made; false when `key` was there, which now has the new value, and when there is no
-    /// memory, which leaves the map as it was.
+    /// Returns true if an entry was added. Returns false if `key` was present, after replacing its value, or if memory
+    /// allocation failed, with the map unchanged.
     bool Add(void* key, void* value);
-    /// Takes out the entry of `key`. False only when an absent key meets a greater one in its bucket: callers rely on
-    /// true for an absent key behind all others, although nothing was taken out.
+    /// Removes the entry of `key`. Returns false if `key` is absent and its bucket contains a greater key, or if the
+    /// map was constructed without a table. Callers rely on true for an absent key that is greater than all keys of its
+    /// bucket, although no entry is removed.
     bool Delete(void* key);
-    /// The value of `key`, or `absentEntry()` when it is absent.
+    /// Returns the value of `key`, or `absentEntry()` if `key` is absent.
     void* Lookup(void* key);
-    /// The key of the first entry in bucket order, and its value in `value`; `absentEntry()`, with `value` left alone,
-    /// when the map is empty.
+    /// Returns the key of the first entry in bucket order and sets `value` to its value. Returns `absentEntry()`, with
+    /// `value` unchanged, if the map is empty.
     void* First(void*& value);
-    /// The key behind `key` in the same order, and its value in `value`; `absentEntry()`, with `value` left alone, when
-    /// `key` is absent or the last.
+    /// Returns the key after `key` in the order of `First` and sets `value` to its value. Returns `absentEntry()`, with
+    /// `value` unchanged, if `key` is absent or the last.
     void* Next(void* key, void*& value);
-    /// Takes out every entry. Leaves `count()` as it was: callers rely on reading there how many there were.
+    /// Removes all entries. Does not reset `count()`: callers rely on it still being the number of entries before.
     void DeleteAll();
-    /// Prints the chains to standard output, a line for each bucket in use.
+    /// Prints the chains to standard output, one line per bucket in use.
     void dump();
 
-    /// How many entries were made less how many were deleted one by one.
+    /// Returns the number of entries added minus the number removed by `Delete`.
     unsigned int count() const {
         return m_chains.count;
     }
-    /// Has `Add` tell on standard output where each new entry goes; off at first.
+    /// If `on`, `Add` prints to standard output where it places each new entry. Off by default.
     void setPlacementTrace(bool on) {
         m_chains.placementTrace = on;
     }

@@ -21,8 +21,8 @@ const size_t slotWidth = sizeof(void*);
 const unsigned int notFound = 0xFFFFFFFF;
 
 void deleteAddress(PortAddress* address) {
-    // The destructor is not virtual, which the compiler warns of. Every kind is trivially destructible, and the class's
-    // own delete operator needs no size: so nothing is lost.
+    // Safe although the destructor of `PortAddress` is not virtual: every subclass is trivially destructible, and the
+    // class's own operator delete does not use the size.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wdelete-non-virtual-dtor"
     delete address;
@@ -35,7 +35,7 @@ PortAddressArray::PortAddressArray(unsigned int capacity) : Array(growth) {
     m_block = realloc(nullptr, &m_size, capacity, slotWidth);
 }
 
-// The other constructor completes the object, so that a clone that fails ends in the destructor.
+// Delegates to the other constructor, so that the destructor releases the clones if a later clone fails.
 PortAddressArray::PortAddressArray(const PortAddressArray& other) : PortAddressArray(other.size()) {
     for (; m_length < other.m_length; ++m_length) {
         const PortAddress* const address = other.slots()[m_length];

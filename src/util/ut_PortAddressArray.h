@@ -10,9 +10,9 @@ class PutStream;
 
 /// A growable array of pointers to port addresses, which owns them.
 ///
-/// The array deletes its addresses at its end and in `DeleteAll`; a copy has clones of its own. What is replaced, taken
-/// out or cut off is not deleted: it is the caller's again. Null is an element like any other. One thread at a time. An
-/// index outside the array throws code 1229, no memory code 1230; either leaves the array as it was.
+/// The destructor and `DeleteAll` delete the addresses; a copy clones them. An address that is replaced, removed or
+/// truncated is not deleted: it belongs to the caller again. Null elements are allowed. Not thread-safe. An index out
+/// of range throws code 1229, a failed allocation code 1230; either leaves the array unchanged.
 ///
 ///     utility::IPV4Address address("10.1.2.3");
 ///     utility::PortAddressArray ports(4);
@@ -23,41 +23,45 @@ class PutStream;
 ///     ports.toPutStream(out);   // "500a09818d5f1234,10.1.2.3:3260[tgt1]"
 class VXUT_EXPORT PortAddressArray : public Array {
 public:
-    /// An empty array with room for `capacity` elements, for 20 when `capacity` is 0.
+    /// Creates an empty array with space for `capacity` elements, or for 20 if `capacity` is 0.
+    /// Throws code 1230 if the allocation fails.
     explicit PortAddressArray(unsigned int capacity);
-    /// Clones of the addresses, with the capacity of `other`. Throws as well what `PortAddress::clone` throws.
+    /// Clones the addresses and copies the capacity of `other`. Also throws what `PortAddress::clone` throws.
     PortAddressArray(const PortAddressArray& other);
-    /// Deletes the addresses and takes clones of those of `other`, and its capacity; an array given to itself changes
-    /// nothing. Throws as the copy does, and then leaves the array as it was. The old block goes back through the
-    /// global delete operator: callers who count the framework's memory see one piece too many outstanding ever after.
+    /// Deletes the addresses, and takes clones of the addresses of `other` and its capacity; self-assignment does
+    /// nothing. Throws what the copy constructor throws, with the array unchanged. Releases the old block with the
+    /// global delete operator: callers see `framework::Memory::staticOutstanding()` one too high from then on.
     PortAddressArray& operator=(const PortAddressArray& other);
     ~PortAddressArray() override;
 
-    /// Adds `address` at the end and takes it over.
+    /// Adds `address` at the end. The array takes ownership unless the call throws.
     void Append(PortAddress* address);
-    /// Puts `address` before the element at `index`, or at the end when `index` is the length, and takes it over. A
-    /// greater `index` throws code 1229, with `address` still the caller's.
+    /// Inserts `address` before the element at `index`, or at the end if `index == length()`. The array takes ownership
+    /// unless the call throws.
+    /// Throws code 1229 if `index > length()`.
     void InsertAt(unsigned int index, PortAddress* address);
-    /// Puts `address` in the place of the element at `index`, which is the caller's from then on. From the length on,
-    /// throws code 1229.
+    /// Replaces the element at `index` by `address`. The array takes ownership unless the call throws; the replaced
+    /// element then belongs to the caller. Throws code 1229 if `index >= length()`.
     void SetAt(unsigned int index, PortAddress* address);
-    /// Takes out the element at `index`, which is the caller's from then on; those behind it move up. From the length
-    /// on, throws code 1229.
+    /// Removes the element at `index`, which then belongs to the caller; the elements after it move down by one.
+    /// Throws code 1229 if `index >= length()`.
     void DeleteAt(unsigned int index);
-    /// The element at `index`, valid until the array next grows. From the length on, throws code 1229.
+    /// Returns the element at `index`. Valid until the array grows. Throws code 1229 if `index >= length()`.
     PortAddress*& operator[](unsigned int index);
+    /// The same for a constant array.
     PortAddress* const& operator[](unsigned int index) const;
-    /// The element at `index`, or null from the length on.
+    /// Returns the element at `index`, or null if `index >= length()`. The array keeps ownership.
     PortAddress* ElementAt(unsigned int index) const;
 
-    /// Adds the pointers of `other` at the end, in order; an array given to itself doubles. The addresses are not
-    /// cloned, deliberately: callers cut one of the places off again (`truncate`) before both would delete them.
+    /// Adds the pointers of `other` at the end, in order; an array appended to itself doubles. The addresses are not
+    /// cloned: callers rely on the pointers being shared, and use `truncate` to remove them from one of the two places
+    /// before both would delete them.
     void Append(PortAddressArray& other);
-    /// The index of the first element that is `address`, or 0xFFFFFFFF.
+    /// Returns the index of the first element equal to the pointer `address`, or 0xFFFFFFFF if there is none.
     unsigned int Find(PortAddress* address) const;
-    /// Deletes the addresses, the last one first; the array is empty then and keeps its block.
+    /// Deletes the addresses from the last to the first, and leaves an empty array with the same capacity.
     void DeleteAll();
-    /// Writes the addresses with "," before every element but the first; callers see the commas of null elements too.
+    /// Writes the addresses with "," before each element except the first. Callers rely on the commas of null elements.
     void toPutStream(PutStream& out) const;
 
 private:

@@ -9,42 +9,46 @@ class SerialNumber;
 
 /// A growable array of pointers to array serial numbers, which owns them.
 ///
-/// The array deletes its elements at its end. What is replaced, taken out or cut off is not deleted: it is the caller's
-/// again. Null is an element like any other. One thread at a time. An index outside the array throws code 1229, no
-/// memory code 1230; either leaves the array as it was.
+/// The destructor deletes the elements. An element that is replaced, removed or truncated is not deleted: it belongs to
+/// the caller again. Null elements are allowed. Not thread-safe. An index out of range throws code 1229, a failed
+/// allocation code 1230; either leaves the array unchanged.
 ///
 ///     utility::SerialNumberArray numbers(4);
 ///     numbers.Append(new utility::SerialNumber("00c0ff112233aabb4455667788000000"));
 ///     numbers[0]->isValid();   // true
 class VXUT_EXPORT SerialNumberArray : public Array {
 public:
-    /// An empty array with room for `capacity` elements, for 20 when `capacity` is 0.
+    /// Creates an empty array with space for `capacity` elements, or for 20 if `capacity` is 0.
+    /// Throws code 1230 if the allocation fails.
     explicit SerialNumberArray(unsigned int capacity);
-    /// The same pointers, with the capacity of `other`. The elements are not copied, deliberately: callers cut them off
-    /// one of the two arrays (`truncate`) before both would delete them.
+    /// Copies the pointers and the capacity of `other`. The elements are not copied: callers rely on the pointers being
+    /// shared, and use `truncate` to remove them from one of the two arrays before both would delete them.
     SerialNumberArray(const SerialNumberArray& other);
     SerialNumberArray& operator=(const SerialNumberArray&) = delete;
     ~SerialNumberArray() override;
 
-    /// Adds `number` at the end and takes it over.
+    /// Adds `number` at the end. The array takes ownership unless the call throws.
     void Append(SerialNumber* number);
-    /// Puts `number` before the element at `index`, or at the end when `index` is the length, and takes it over. A
-    /// greater `index` throws code 1229, with `number` still the caller's.
+    /// Inserts `number` before the element at `index`, or at the end if `index == length()`. The array takes ownership
+    /// unless the call throws.
+    /// Throws code 1229 if `index > length()`.
     void InsertAt(unsigned int index, SerialNumber* number);
-    /// Puts `number` in the place of the element at `index`, which is the caller's from then on. From the length on,
-    /// throws code 1229.
+    /// Replaces the element at `index` by `number`. The array takes ownership unless the call throws; the replaced
+    /// element then belongs to the caller. Throws code 1229 if `index >= length()`.
     void SetAt(unsigned int index, SerialNumber* number);
-    /// Takes out the element at `index`, which is the caller's from then on; those behind it move up. From the length
-    /// on, throws code 1229.
+    /// Removes the element at `index`, which then belongs to the caller; the elements after it move down by one.
+    /// Throws code 1229 if `index >= length()`.
     void DeleteAt(unsigned int index);
-    /// The element at `index`, valid until the array next grows. From the length on, throws code 1229.
+    /// Returns the element at `index`. Valid until the array grows. Throws code 1229 if `index >= length()`.
     SerialNumber*& operator[](unsigned int index);
+    /// The same for a constant array.
     SerialNumber* const& operator[](unsigned int index) const;
 
-    /// Adds the pointers of `other` at the end, in order; an array given to itself doubles. The elements are not
-    /// copied, deliberately: callers cut one of the places off again (`truncate`) before both would delete them.
+    /// Adds the pointers of `other` at the end, in order; an array appended to itself doubles. The elements are not
+    /// copied: callers rely on the pointers being shared, and use `truncate` to remove them from one of the two places
+    /// before both would delete them.
     void Append(SerialNumberArray& other);
-    /// The index of the first element that is `number`, or 0xFFFFFFFF.
+    /// Returns the index of the first element equal to the pointer `number`, or 0xFFFFFFFF if there is none.
     unsigned int Find(SerialNumber* number) const;
 
 private:

@@ -7,8 +7,8 @@ namespace utility {
 
 /// A growable array of `short`.
 ///
-/// The array owns its block, and the values in it are plain. One thread at a time. An index outside the array throws
-/// code 1229, no memory code 1230; either leaves the array as it was.
+/// The array owns its block; the elements are plain values. Not thread-safe. An index out of range throws code 1229, a
+/// failed allocation code 1230; either leaves the array unchanged.
 ///
 ///     utility::ShortArray deltas(4);
 ///     deltas.Append(-3);
@@ -16,26 +16,28 @@ namespace utility {
 ///     deltas.ElementAt(1);   // 0
 class VXUT_EXPORT ShortArray : public Array {
 public:
-    /// An empty array with room for `capacity` elements, for 20 when `capacity` is 0.
+    /// Creates an empty array with space for `capacity` elements, or for 20 if `capacity` is 0.
+    /// Throws code 1230 if the allocation fails.
     explicit ShortArray(unsigned int capacity);
-    /// A copy with the capacity of `other`.
+    /// Copies the elements and the capacity of `other`.
     ShortArray(const ShortArray& other);
     ShortArray& operator=(const ShortArray&) = delete;
     ~ShortArray() override;
 
     /// Adds `value` at the end.
     void Append(short value);
-    /// Puts `value` before the element at `index`, or at the end when `index` is the length. A greater `index` throws
-    /// code 1229.
+    /// Inserts `value` before the element at `index`, or at the end if `index == length()`.
+    /// Throws code 1229 if `index > length()`.
     void InsertAt(unsigned int index, short value);
-    /// Replaces the element at `index`. From the length on, throws code 1229.
+    /// Replaces the element at `index`. Throws code 1229 if `index >= length()`.
     void SetAt(unsigned int index, short value);
-    /// Takes out the element at `index`; those behind it move up. From the length on, throws code 1229.
+    /// Removes the element at `index`; the elements after it move down by one. Throws code 1229 if `index >= length()`.
     void DeleteAt(unsigned int index);
-    /// The element at `index`, valid until the array next grows. From the length on, throws code 1229.
+    /// Returns the element at `index`. Valid until the array grows. Throws code 1229 if `index >= length()`.
     short& operator[](unsigned int index);
+    /// The same for a constant array.
     const short& operator[](unsigned int index) const;
-    /// The element at `index`, or 0 from the length on.
+    /// Returns the element at `index`, or 0 if `index >= length()`.
     short ElementAt(unsigned int index) const;
 
 private:

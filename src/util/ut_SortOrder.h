@@ -4,7 +4,8 @@
 
 namespace utility {
 
-/// The direction in which a list is walked. Any number is a valid order: all but 0 walk from the last to the first.
+/// The direction of iteration over a list. Any number is valid: every order except 0 runs from the last element to the
+/// first.
 enum SortOrder : int { FIRST_TO_LAST = 0, LAST_TO_FIRST = 1 };
 
 } // namespace utility

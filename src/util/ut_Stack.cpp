@@ -39,6 +39,6 @@ const void* Stack::topObj() const {
 }
 
 Stack::StackNode* Stack::topNode() const {
-    // `push` makes every node non-const; only the links between them are const.
+    // Safe: `push` creates every node as non-const; only the links are const.
     return const_cast<StackNode*>(m_top);
 }

@@ -6,8 +6,8 @@
 
 /// A stack of names, each with an object.
 ///
-/// The stack owns its nodes, never the names and objects, which must outlive their place in it. One thread at a time.
-/// Nothing is thrown.
+/// The stack owns its nodes but not the names and objects, which must live as long as they are on the stack. Not
+/// thread-safe. Does not throw.
 ///
 ///     std::string name = "volume";
 ///     Stack stack;
@@ -17,22 +17,25 @@
 ///     stack.pop();      // null
 class VXUT_EXPORT Stack {
 public:
-    /// A name, its object, and the node beneath.
+    /// A name, its object and a link to the node below.
     class StackNode {
     public:
+        /// Creates a node on top of `next`, which may be null. The node owns none of the three.
         StackNode(const std::string* name, const void* object, const StackNode* next);
 
+        /// Returns the name, which may be null.
         const std::string* Name() const {
             return m_name;
         }
+        /// Returns the object, which may be null.
         const void* Obj() const {
             return m_object;
         }
-        /// The node beneath, or null.
+        /// Returns the node below, or null.
         const StackNode* Next() const {
             return m_next;
         }
-        /// Sets the node beneath; it is kept, not owned.
+        /// Sets the node below, which is not owned by this node.
         void Next(const StackNode* next) {
             m_next = next;
         }
@@ -43,23 +46,25 @@ public:
         const StackNode* m_next;
     };
 
-    /// An empty stack.
+    /// Creates an empty stack.
     Stack();
     Stack(const Stack&) = delete;
     Stack& operator=(const Stack&) = delete;
     ~Stack();
 
-    /// Puts a name and an object on top; either may be null. False, with the stack unchanged, when no memory is left.
+    /// Pushes a name and an object; either may be null. Returns false, with the stack unchanged, if memory allocation
+    /// fails.
     bool push(const std::string* name, const void* object);
-    /// Takes the top off and returns its name; null when the stack is empty. The node is gone then: a pointer that
-    /// `topNode` gave ends here.
+    /// Removes the top node and returns its name, or returns null if the stack is empty. A pointer to the node returned
+    /// by `topNode` is then invalid.
     const std::string* pop();
-    /// The name on top; the stack should not be empty: then it is null.
+    /// Returns the top name. The stack should not be empty; if it is, returns null.
     const std::string* top() const;
-    /// The object on top; the stack should not be empty: then it is null.
+    /// Returns the top object. The stack should not be empty; if it is, returns null.
     const void* topObj() const;
-    /// The node on top, or null. Valid until it is taken off. `Next(node)` on it changes the stack: `node` and those
-    /// beneath it then belong to the stack, which deletes them, and those that were beneath before to the caller.
+    /// Returns the top node, or null if the stack is empty. The pointer is valid until the node is removed.
+    /// `Next(node)` on it changes the stack: the stack then owns and deletes `node` and the nodes below it, and the
+    /// caller owns the nodes that were below before.
     StackNode* topNode() const;
 
 private:

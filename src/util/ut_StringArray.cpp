@@ -65,7 +65,7 @@ void StringArray::SetAt(unsigned int index, const char* text) {
     char*& slot = slots()[index];
     if (isSameText(slot, text))
         return;
-    // The new text may lie inside the former one.
+    // `text` may point into the text that it replaces: copy before freeing.
     char* const former = slot;
     slot = framework::Memory::StaticAllocString(text);
     framework::Memory::StaticFreeString(former);

@@ -7,10 +7,9 @@ namespace utility {
 
 /// A growable array of texts: the library's common list of strings.
 ///
-/// The array owns its block and a private copy of every text; null is an element like any other. Copies come from
-/// `framework::Memory::StaticAllocString`; where there is no memory for one, the element is null. The array doubles
-/// when it is full. One thread at a time. An index outside the array throws code 1229, no memory for the block code
-/// 1230; either leaves the array as it was.
+/// The array owns its block and a copy of every text. Copies are made with `framework::Memory::StaticAllocString`; if
+/// that fails, the element is null. Null elements are allowed. A full array doubles its capacity. Not thread-safe. An
+/// index out of range throws code 1229, a failed allocation of the block code 1230; either leaves the array unchanged.
 ///
 ///     utility::StringArray names(0);
 ///     names.Append("volume");
@@ -19,34 +18,42 @@ namespace utility {
 ///     names.ElementAt(2);   // null
 class VXUT_EXPORT StringArray : public Array {
 public:
-    /// An empty array with room for `capacity` texts, for 20 when `capacity` is 0.
+    /// Creates an empty array with space for `capacity` texts, or for 20 if `capacity` is 0.
+    /// Throws code 1230 if the allocation fails.
     explicit StringArray(unsigned int capacity);
-    /// Copies of the texts of `other`, with its capacity.
+    /// Copies the texts and the capacity of `other`.
     StringArray(const StringArray& other);
     StringArray& operator=(const StringArray&) = delete;
     ~StringArray() override;
 
-    /// Adds a copy of `text` at the end; null adds a null element.
+    /// Adds a copy of `text` at the end, or a null element if `text` is null.
     void Append(const char* text);
-    /// Adds a copy of the first `length` characters of `text`, of all when it is shorter; null adds a null element.
+    /// Adds a copy of at most the first `length` characters of `text` at the end, or a null element if `text` is null.
+    /// Does not read past `length` characters or a NUL, so `text` need not be NUL-terminated.
     void Append(const char* text, unsigned int length);
-    /// Puts a copy of `text` before the element at `index`, or at the end when `index` is the length; null makes a null
-    /// element. A greater `index` throws code 1229.
+    /// Inserts a copy of `text`, or a null element if `text` is null, before the element at `index`, or at the end if
+    /// `index == length()`.
+    /// Throws code 1229 if `index > length()`.
     void InsertAt(unsigned int index, const char* text);
-    /// Replaces the element at `index` by a copy of `text`, or by null, and frees the former copy. An equal text
-    /// changes nothing: callers rely on pointers to the element staying valid. `text` may be a text of this array, or
-    /// lie inside one. From the length on, throws code 1229.
+    /// Replaces the element at `index` by a copy of `text`, or by null if `text` is null, and frees the previous text.
+    /// Does nothing if the texts are equal: callers rely on pointers to the element staying valid. `text` may point
+    /// into a text of this array.
+    /// Throws code 1229 if `index >= length()`.
     void SetAt(unsigned int index, const char* text);
-    /// Frees the element at `index`; those behind it move up. From the length on, throws code 1229.
+    /// Frees the element at `index` and removes it; the elements after it move down by one.
+    /// Throws code 1229 if `index >= length()`.
     void DeleteAt(unsigned int index);
-    /// Frees all elements and keeps the block.
+    /// Frees and removes all elements; the capacity stays.
     void DeleteAll();
-    /// The text at `index`, or null from the length on. The array keeps it.
+    /// Returns the text at `index`, or null if `index >= length()`. The array keeps ownership.
     char* ElementAt(unsigned int index) const;
-    /// The slot at `index`, valid until the array next grows. The array frees what the slot points to with
-    /// `framework::Memory::StaticFreeString`: a text put into it must come from `StaticAllocString`, and the caller
-    /// frees the one it replaces. From the length on, throws code 1229.
+    /// Returns the slot at `index`. Valid until the array grows.
+    /// Throws code 1229 if `index >= length()`.
+    ///
+    /// The array frees the text of each slot with `framework::Memory::StaticFreeString`. A text assigned to the slot
+    /// must come from `StaticAllocString`, and the caller frees the text that it replaces.
     char*& operator[](unsigned int index);
+    /// The same for a constant array.
     char* const& operator[](unsigned int index) const;
 
 private:

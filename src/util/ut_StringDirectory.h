@@ -7,10 +7,10 @@ namespace utility {
 
 class BufferStream;
 
-/// A list of strings, in the order added: the plain base of the directories that search by name.
+/// A list of strings, in the order added: the base class of the directories that search by name.
 ///
-/// The directory owns a copy of every string. One thread at a time. Misses are -1 or null; only a table that cannot
-/// grow throws, code 1230 of "ut_Array", and leaves the directory as it was.
+/// The directory owns a copy of every string. Not thread-safe. A search that fails returns -1 or null. If the table
+/// cannot grow, code 1230 of "ut_Array" is thrown and the directory is unchanged.
 ///
 ///     utility::StringDirectory names(0);
 ///     names.Add("volume");    // 0
@@ -18,28 +18,29 @@ class BufferStream;
 ///     names.ElementAt(1);     // "port"
 class VXUT_EXPORT StringDirectory {
 public:
-    /// An empty directory with room for `initialCapacity` strings, for 20 when that is below 1.
+    /// Creates an empty directory with space for `initialCapacity` strings, or for 20 if that is less than 1.
     explicit StringDirectory(int initialCapacity);
     StringDirectory(const StringDirectory&) = delete;
     StringDirectory& operator=(const StringDirectory&) = delete;
     virtual ~StringDirectory();
 
-    /// Appends a copy of `s` and returns its index; -1 for null, and when no memory is left for the copy.
+    /// Adds a copy of `s` at the end and returns its index. Returns -1 if `s` is null or memory for the copy cannot be
+    /// allocated.
     virtual int Add(const char* s);
     /// Deletes the element at `Find(s)`, if there is one.
     virtual void Delete(const char* s);
-    /// The element at `Find(s)`, or null. The directory keeps it.
+    /// Returns the element at `Find(s)`, or null if there is none. The directory keeps ownership.
     virtual const char* Lookup(const char* s);
-    /// The index of the first element that differs from `s`, or -1: in this base, callers see `Find`, `Lookup` and
-    /// `Delete` address the first element that is not the key.
+    /// Returns the index of the first element that differs from `s`, or -1 if there is none or `s` is null. Callers
+    /// rely on `Find`, `Lookup` and `Delete` of this class using the first element that is not the key.
     virtual int Find(const char* s);
-    /// How many elements there are.
+    /// Returns the number of elements.
     virtual int NumElements();
-    /// The element at index `i`, or null out of range. The directory keeps it.
+    /// Returns the element at index `i`, or null if `i` is out of range. The directory keeps ownership.
     virtual const char* ElementAt(int i);
 
-    /// Rewinds `out` and writes each element, "-null-" for a null one, with a line feed behind it. What does not fit
-    /// throws code 1239, or is cut when `out` has the no-throw flag.
+    /// Rewinds `out` and writes each element followed by a newline, "-null-" for a null element. If the text does not
+    /// fit, throws code 1239, or truncates it if `out` has the no-throw flag.
     void ToBuffer(BufferStream& out);
 
 protected:

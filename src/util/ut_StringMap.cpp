@@ -29,7 +29,7 @@ Node* makeNode(const char* key) {
     return nullptr;
 }
 
-// What `hash` gives, but calling it only for its traces: look-ups have no call to spare.
+// Calls `hash` only if it is to be traced: the call would slow every lookup.
 unsigned int bucketOf(StringMap& map, const HashChains<TextKeys>& chains, const char* key) {
     return Debug::isDebugOn(stringMapSwitch) ? map.hash(key) : chains.bucketOf(key);
 }
@@ -87,7 +87,7 @@ bool StringMap::Delete(const char* key) {
     const int order = std::strcmp(key, (*link)->key);
     if (order == 0)
         releaseNode(m_chains.unlink(link));
-    // Before the first key of an ascending chain, the walk meets nothing but greater keys and runs off the end.
+    // If `key` is less than the first key, all keys of the bucket are greater.
     return order <= 0;
 }
 

@@ -11,13 +11,14 @@ namespace utility {
 
 /// A hash map from texts to opaque pointers with a fixed number of buckets.
 ///
-/// It owns its entries and a copy of each key, but not the values, which it never follows. The sum of a key's bytes
-/// chooses the bucket, within which keys ascend by their bytes as 0 to 255. One thread at a time. Nothing is thrown:
-/// without memory an entry is not added. A map whose bucket count was refused, or for which there was no memory, stays
-/// empty whatever is added; a null key is found nowhere. Debug switch 5859 traces the hashing.
+/// The map owns its entries and a copy of each key, but not the values, which it never dereferences. The sum of a key's
+/// bytes selects its bucket; the keys of a bucket are in the order of `strcmp`, by bytes from 0 to 255. A null key is
+/// always absent and never added. Not thread-safe. Does not throw: if memory allocation fails, an entry is not added. A
+/// map with an invalid bucket count, or for which memory allocation failed, stays empty. Debug switch 5859 traces the
+/// hashing.
 ///
-/// Use it for some hundred keys. Similar keys share few buckets, however many there are: "port00000" to "port99999"
-/// use 46, and every search walks a chain. For more keys, use the slots of a `FastStringDirectory` as indexes into an
+/// Use it for a few hundred keys. Similar keys collide: "port00000" to "port99999" use only 46 buckets, and every
+/// lookup is a linear search in one bucket. For more keys, use the slots of a `FastStringDirectory` as indexes into an
 /// array of values (up to 32,767 keys), or `std::unordered_map`.
 ///
 ///     utility::StringMap ports(64);
@@ -25,40 +26,42 @@ namespace utility {
 ///     if (ports.Lookup("CL1-A") == &port) show(port);
 class VXUT_EXPORT StringMap {
 public:
-    /// `numBuckets` is 2, 4, 8, ... or 65,536; any other count is refused and logged at level 0.
+    /// Creates an empty map. `numBuckets` must be 2, 4, 8, ... or 65,536; any other count is logged at level 0, and the
+    /// map stays empty.
     explicit StringMap(unsigned int numBuckets);
     StringMap(const StringMap&) = delete;
     StringMap& operator=(const StringMap&) = delete;
     ~StringMap();
 
-    /// The bucket of `key`: the sum of its bytes less 32 each, below the number of buckets. Callers rely on texts of
-    /// the same bytes in another order sharing a bucket. 0 for null.
+    /// Returns the bucket of `key`: the sum of its bytes, less 32 each, modulo the number of buckets; 0 for null.
+    /// Callers rely on texts that contain the same bytes in another order having the same bucket.
     uint32_t hash(const char* key);
-    /// True when an entry was made for a copy of `key`; false when `key` was there, which now has the new value, and
-    /// when there is no memory, which leaves the map as it was.
+    /// Returns true if an entry with a copy of `key` was added. Returns false if `key` was present, after replacing its
+    /// value, or if memory allocation failed, with the map unchanged.
     bool Add(const char* key, void* value);
-    /// Takes out the entry of `key` when it is the first of its bucket. False, with nothing changed, when a smaller key
-    /// is in its bucket: callers rely on an entry behind another one staying. True also when every key there is
-    /// greater.
+    /// Removes the entry of `key` if it is the first of its bucket. Returns false, with the map unchanged, if the
+    /// bucket contains a smaller key: callers rely on an entry after another one staying. Also returns false if `key`
+    /// is null or the map was constructed without a table. Returns true, with the map unchanged, if all keys of the
+    /// bucket are greater.
     bool Delete(const char* key);
-    /// The value of `key`, or `absentEntry()` when it is absent.
+    /// Returns the value of `key`, or `absentEntry()` if `key` is absent.
     void* Lookup(const char* key);
-    /// The map's copy of the first key in bucket order, and its value in `value`; null, with `value` left alone, when
-    /// the map is empty.
+    /// Returns the map's copy of the first key in bucket order and sets `value` to its value. Returns null, with
+    /// `value` unchanged, if the map is empty.
     const char* First(void*& value);
-    /// The map's copy of the key behind `key` in the same order, and its value in `value`; null, with `value` left
-    /// alone, when `key` is absent or the last.
+    /// Returns the map's copy of the key after `key` in the order of `First` and sets `value` to its value. Returns
+    /// null, with `value` unchanged, if `key` is absent or the last.
     const char* Next(const char* key, void*& value);
-    /// Takes out every entry. Leaves `count()` as it was: callers rely on reading there how many there were.
+    /// Removes all entries. Does not reset `count()`: callers rely on it still being the number of entries before.
     void DeleteAll();
-    /// Prints the chains to standard output, a line for each bucket in use.
+    /// Prints the chains to standard output, one line per bucket in use.
     void dump();
 
-    /// How many entries were made less how many were deleted one by one.
+    /// Returns the number of entries added minus the number removed by `Delete`.
     unsigned int count() const {
         return m_chains.count;
     }
-    /// Has `Add` tell on standard output where each new entry goes; off at first.
+    /// If `on`, `Add` prints to standard output where it places each new entry. Off by default.
     void setPlacementTrace(bool on) {
         m_chains.placementTrace = on;
     }

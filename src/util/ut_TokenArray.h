@@ -8,40 +8,46 @@ namespace utility {
 
 /// A growable array of string tokens, in the order given, duplicates included.
 ///
-/// The array owns its block, and the tokens in it are plain. One thread at a time. An index outside the array throws
-/// code 1229, no memory code 1230; either leaves the array as it was.
+/// The array owns its block; the tokens are plain values. Not thread-safe. An index out of range throws code 1229, a
+/// failed allocation code 1230; either leaves the array unchanged.
 ///
 ///     utility::TokenArray names("volume,port,volume", 0);
 ///     names.length();         // 3
 ///     names[0] == names[2];   // true
 class VXUT_EXPORT TokenArray : public Array {
 public:
-    /// An empty array with room for `capacity` tokens, for 20 when `capacity` is 0.
+    /// Creates an empty array with space for `capacity` tokens, or for 20 if `capacity` is 0.
+    /// Throws code 1230 if the allocation fails.
     explicit TokenArray(unsigned int capacity);
-    /// The same, filled with `SetFromStringList`.
+    /// Creates an array with space for `capacity` tokens, or for 20 if `capacity` is 0, and calls
+    /// `SetFromStringList(list)`.
     TokenArray(const char* list, unsigned int capacity);
-    /// A copy with the capacity of `other`.
+    /// Copies the tokens and the capacity of `other`.
     TokenArray(const TokenArray& other);
     TokenArray& operator=(const TokenArray&) = delete;
     ~TokenArray() override;
 
-    /// Replaces all tokens by those of the names in `list`, which are separated by commas. Empty names are passed over,
-    /// and what lies behind the 50th name or the 8192nd byte is left out. Null is an empty list. Where no memory is
-    /// left for a new name its token is 0; where none is left for the array, throws code 1230 with the tokens before it
-    /// in place.
+    /// Replaces all tokens by the tokens of the names in `list`, which are separated by commas.
+    ///
+    /// - Null is an empty list.
+    /// - Empty names are skipped.
+    /// - Names after the 50th, and bytes after the 8192nd, are ignored.
+    /// - A new name for which memory allocation fails gets the token 0.
+    /// - Throws code 1230 if the array cannot grow; the tokens before the failure are then in the array.
     void SetFromStringList(const char* list);
 
     /// Adds `token` at the end.
     void Append(stringtoken token);
-    /// Puts `token` before the one at `index`, or at the end when `index` is the length. A greater `index` throws code
-    /// 1229.
+    /// Inserts `token` before the token at `index`, or at the end if `index == length()`.
+    /// Throws code 1229 if `index > length()`.
     void InsertAt(unsigned int index, stringtoken token);
-    /// Replaces the token at `index`. From the length on, throws code 1229.
+    /// Replaces the token at `index`. Throws code 1229 if `index >= length()`.
     void SetAt(unsigned int index, stringtoken token);
-    /// Takes out the token at `index`; those behind it move up. From the length on, throws code 1229.
+    /// Removes the token at `index`; the tokens after it move down by one. Throws code 1229 if `index >= length()`.
     void DeleteAt(unsigned int index);
-    /// The token at `index`, valid until the array next grows. From the length on, throws code 1229.
+    /// Returns the token at `index`. Valid until the array grows. Throws code 1229 if `index >= length()`.
     stringtoken& operator[](unsigned int index);
+    /// The same for a constant array.
     const stringtoken& operator[](unsigned int index) const;
 
 private:

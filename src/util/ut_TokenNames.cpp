@@ -12,7 +12,7 @@ TokenNames::TokenNames(const char* list) : m_names(), m_count(0) {
     m_text[maxBytes] = 0;
     memccpy(m_text, list, 0, maxBytes);
     Misc::parseTokens(m_names, maxNames, m_text, ",");
-    // The result of the split does not count the last name when there are as many as fit.
+    // Count the names here: the result of `parseTokens` omits the last one if the array is full.
     while (m_count < maxNames && m_names[m_count] != nullptr)
         ++m_count;
 }

@@ -6,11 +6,11 @@
 
 namespace utility {
 
-/// String tokens without duplicates, in ascending order of their numbers.
+/// A set of string tokens, in ascending order of their numbers.
 ///
-/// The set owns its block, and the tokens in it are plain. One thread at a time. An index outside the set throws code
-/// 1229, no memory code 1230; either leaves the set as it was. `append`, `insertAt` and `setAt` are the building blocks
-/// of the set operations and keep no order by themselves: whoever uses them keeps it.
+/// The set owns its block; the tokens are plain values. Not thread-safe. An index out of range throws code 1229, a
+/// failed allocation code 1230; either leaves the set unchanged. `append`, `insertAt` and `setAt` check neither order
+/// nor duplicates: their callers keep the set sorted and unique.
 ///
 ///     utility::TokenSet names("volume,port,volume", 0);
 ///     names.length();                               // 2
@@ -18,48 +18,57 @@ namespace utility {
 ///     names.inSet(strings::GS.toToken("console"));  // false
 class VXUT_EXPORT TokenSet : public Array {
 public:
-    /// An empty set with room for `capacity` tokens, for 20 when `capacity` is 0.
+    /// Creates an empty set with space for `capacity` tokens, or for 20 if `capacity` is 0.
+    /// Throws code 1230 if the allocation fails.
     explicit TokenSet(unsigned int capacity);
-    /// The same, filled with `SetFromStringList`.
+    /// Creates a set with space for `capacity` tokens, or for 20 if `capacity` is 0, and calls
+    /// `SetFromStringList(list)`.
     TokenSet(const char* list, unsigned int capacity);
-    /// A copy with the capacity of `other`.
+    /// Copies the tokens and the capacity of `other`.
     TokenSet(const TokenSet& other);
     TokenSet& operator=(const TokenSet&) = delete;
     ~TokenSet() override;
 
-    /// Replaces all tokens by those of the names in `list`, which are separated by commas. Empty names are passed over,
-    /// and what lies behind the 50th name or the 8192nd byte is left out. Null is an empty list. Where no memory is
-    /// left for a new name its token is 0; where none is left for the set, throws code 1230 with the tokens before it
-    /// in place.
+    /// Replaces all tokens by the tokens of the names in `list`, which are separated by commas.
+    ///
+    /// - Null is an empty list.
+    /// - Empty names are skipped.
+    /// - Names after the 50th, and bytes after the 8192nd, are ignored.
+    /// - A new name for which memory allocation fails gets the token 0.
+    /// - Throws code 1230 if the set cannot grow; the tokens before the failure are then in the set.
     void SetFromStringList(const char* list);
-    /// Writes the names of the tokens, in order, to `buffer` of `size` bytes, as a terminated text. The names stand
-    /// without anything between them, with one comma behind the last: callers rely on that form. An empty set is the
-    /// empty text; a token without a name adds nothing. What does not fit throws code 1239.
+    /// Writes the names of the tokens, in order, to `buffer` of `size` bytes as NUL-terminated text. There is nothing
+    /// between two names and one comma after the last: callers rely on that form. An empty set is the empty text; a
+    /// token without a name adds nothing.
+    /// Throws code 1239 if the text does not fit.
     void toStringList(char* buffer, unsigned int size) const;
 
-    /// Adds `token` where it belongs, unless it is there.
+    /// Inserts `token` in order, unless it is in the set.
     void set(stringtoken token);
-    /// Takes `token` out if it is the smallest of the set: callers rely on every other member staying.
+    /// Removes `token` if it is the smallest token of the set; otherwise does nothing. Callers rely on every other
+    /// token staying.
     void unset(stringtoken token);
+    /// Returns whether `token` is in the set.
     bool inSet(stringtoken token) const;
-    /// Adds the tokens of this set to `other`: callers rely on the argument being the one that changes.
+    /// Adds the tokens of this set to `other`: callers rely on the argument being the set that changes.
     void mergeSet(TokenSet& other) const;
-    /// Takes everything out and keeps the block.
+    /// Removes all tokens; the capacity stays.
     void clearSet();
-    /// Whether both hold the same tokens.
+    /// Returns whether both sets contain the same tokens.
     bool operator==(const TokenSet& other) const;
 
     /// Adds `token` at the end.
     void append(stringtoken token);
-    /// Puts `token` before the one at `index`, or at the end when `index` is the length. A greater `index` throws code
-    /// 1229.
+    /// Inserts `token` before the token at `index`, or at the end if `index == length()`.
+    /// Throws code 1229 if `index > length()`.
     void insertAt(unsigned int index, stringtoken token);
-    /// Replaces the token at `index`. From the length on, throws code 1229.
+    /// Replaces the token at `index`. Throws code 1229 if `index >= length()`.
     void setAt(unsigned int index, stringtoken token);
-    /// Takes out the token at `index`; those behind it move up. From the length on, throws code 1229.
+    /// Removes the token at `index`; the tokens after it move down by one. Throws code 1229 if `index >= length()`.
     void deleteAt(unsigned int index);
-    /// The token at `index`, valid until the set next grows. From the length on, throws code 1229.
+    /// Returns the token at `index`. Valid until the set grows. Throws code 1229 if `index >= length()`.
     stringtoken& operator[](unsigned int index);
+    /// The same for a constant set.
     const stringtoken& operator[](unsigned int index) const;
 
 private:

@@ -7,9 +7,9 @@ namespace utility {
 
 /// A growable array of unsigned 64-bit numbers.
 ///
-/// The array owns its block, and the values in it are plain. One thread at a time. An index outside the array throws
-/// code 1229, no memory code 1230; either leaves the array as it was.
-/// Traces name a value before its index.
+/// The array owns its block; the elements are plain values. Not thread-safe. An index out of range throws code 1229, a
+/// failed allocation code 1230; either leaves the array unchanged.
+/// Traces show a value before its index.
 ///
 ///     utility::UInt64Array blocks(4);
 ///     blocks.Append(0xFFFFFFFFFFFFFFFF);
@@ -17,24 +17,26 @@ namespace utility {
 ///     blocks[0];   // 512
 class VXUT_EXPORT UInt64Array : public Array {
 public:
-    /// An empty array with room for `capacity` elements, for 20 when `capacity` is 0.
+    /// Creates an empty array with space for `capacity` elements, or for 20 if `capacity` is 0.
+    /// Throws code 1230 if the allocation fails.
     explicit UInt64Array(unsigned int capacity);
-    /// A copy with the capacity of `other`.
+    /// Copies the elements and the capacity of `other`.
     UInt64Array(const UInt64Array& other);
     UInt64Array& operator=(const UInt64Array&) = delete;
     ~UInt64Array() override;
 
     /// Adds `value` at the end.
     void Append(unsigned long long value);
-    /// Puts `value` before the element at `index`, or at the end when `index` is the length. A greater `index` throws
-    /// code 1229.
+    /// Inserts `value` before the element at `index`, or at the end if `index == length()`.
+    /// Throws code 1229 if `index > length()`.
     void InsertAt(unsigned int index, unsigned long long value);
-    /// Replaces the element at `index`. From the length on, throws code 1229.
+    /// Replaces the element at `index`. Throws code 1229 if `index >= length()`.
     void SetAt(unsigned int index, unsigned long long value);
-    /// Takes out the element at `index`; those behind it move up. From the length on, throws code 1229.
+    /// Removes the element at `index`; the elements after it move down by one. Throws code 1229 if `index >= length()`.
     void DeleteAt(unsigned int index);
-    /// The element at `index`, valid until the array next grows. From the length on, throws code 1229.
+    /// Returns the element at `index`. Valid until the array grows. Throws code 1229 if `index >= length()`.
     unsigned long long& operator[](unsigned int index);
+    /// The same for a constant array.
     const unsigned long long& operator[](unsigned int index) const;
 
 private:

@@ -7,8 +7,8 @@ namespace utility {
 
 /// A growable array of `unsigned int`.
 ///
-/// The array owns its block, and the values in it are plain. One thread at a time. An index outside the array throws
-/// code 1229, no memory code 1230; either leaves the array as it was.
+/// The array owns its block; the elements are plain values. Not thread-safe. An index out of range throws code 1229, a
+/// failed allocation code 1230; either leaves the array unchanged.
 ///
 ///     utility::UIntArray tokens(4);
 ///     tokens.Append(0xFFFFFFFF);
@@ -17,29 +17,31 @@ namespace utility {
 ///     tokens[0];   // 1
 class VXUT_EXPORT UIntArray : public Array {
 public:
-    /// An empty array with room for `capacity` elements, for 20 when `capacity` is 0.
+    /// Creates an empty array with space for `capacity` elements, or for 20 if `capacity` is 0.
+    /// Throws code 1230 if the allocation fails.
     explicit UIntArray(unsigned int capacity);
-    /// A copy with the capacity of `other`.
+    /// Copies the elements and the capacity of `other`.
     UIntArray(const UIntArray& other);
     UIntArray& operator=(const UIntArray&) = delete;
     ~UIntArray() override;
 
     /// Adds `value` at the end.
     void Append(unsigned int value);
-    /// Puts `value` before the element at `index`, or at the end when `index` is the length. A greater `index` throws
-    /// code 1229.
+    /// Inserts `value` before the element at `index`, or at the end if `index == length()`.
+    /// Throws code 1229 if `index > length()`.
     void InsertAt(unsigned int index, unsigned int value);
-    /// Replaces the element at `index`. From the length on, throws code 1229.
+    /// Replaces the element at `index`. Throws code 1229 if `index >= length()`.
     void SetAt(unsigned int index, unsigned int value);
-    /// Takes out the element at `index`; those behind it move up. From the length on, throws code 1229.
+    /// Removes the element at `index`; the elements after it move down by one. Throws code 1229 if `index >= length()`.
     void DeleteAt(unsigned int index);
-    /// The element at `index`, valid until the array next grows. From the length on, throws code 1229.
+    /// Returns the element at `index`. Valid until the array grows. Throws code 1229 if `index >= length()`.
     unsigned int& operator[](unsigned int index);
+    /// The same for a constant array.
     const unsigned int& operator[](unsigned int index) const;
 
-    /// Sorts ascending.
+    /// Sorts the elements in ascending order.
     void sort() override;
-    /// Orders the two `unsigned int` pointed to, as `qsort` wants it: -1, 0 or 1.
+    /// Comparison function for `qsort`: returns -1, 0 or 1 for the two `unsigned int` that `left` and `right` point to.
     static int compare(const void* left, const void* right);
 
 private:

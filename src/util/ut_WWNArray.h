@@ -9,9 +9,9 @@ class WWN;
 
 /// A growable array of pointers to World Wide Names, which owns them.
 ///
-/// The array deletes its elements at its end. What is replaced, taken out or cut off is not deleted: it is the caller's
-/// again. Null is an element like any other. One thread at a time. An index outside the array throws code 1229, no
-/// memory code 1230; either leaves the array as it was.
+/// The destructor deletes the elements. An element that is replaced, removed or truncated is not deleted: it belongs to
+/// the caller again. Null elements are allowed. Not thread-safe. An index out of range throws code 1229, a failed
+/// allocation code 1230; either leaves the array unchanged.
 ///
 ///     utility::WWNArray names(4);
 ///     names.Append(new utility::WWN("500a09818d5f1234"));
@@ -19,33 +19,37 @@ class WWN;
 ///     names[0]->toBuffer(text, sizeof text);   // "500a09818d5f1234"
 class VXUT_EXPORT WWNArray : public Array {
 public:
-    /// An empty array with room for `capacity` elements, for 20 when `capacity` is 0.
+    /// Creates an empty array with space for `capacity` elements, or for 20 if `capacity` is 0.
+    /// Throws code 1230 if the allocation fails.
     explicit WWNArray(unsigned int capacity);
-    /// The same pointers, with the capacity of `other`. The elements are not copied, deliberately: callers cut them off
-    /// one of the two arrays (`truncate`) before both would delete them.
+    /// Copies the pointers and the capacity of `other`. The elements are not copied: callers rely on the pointers being
+    /// shared, and use `truncate` to remove them from one of the two arrays before both would delete them.
     WWNArray(const WWNArray& other);
     WWNArray& operator=(const WWNArray&) = delete;
     ~WWNArray() override;
 
-    /// Adds `name` at the end and takes it over.
+    /// Adds `name` at the end. The array takes ownership unless the call throws.
     void Append(WWN* name);
-    /// Puts `name` before the element at `index`, or at the end when `index` is the length, and takes it over. A
-    /// greater `index` throws code 1229, with `name` still the caller's.
+    /// Inserts `name` before the element at `index`, or at the end if `index == length()`. The array takes ownership
+    /// unless the call throws.
+    /// Throws code 1229 if `index > length()`.
     void InsertAt(unsigned int index, WWN* name);
-    /// Puts `name` in the place of the element at `index`, which is the caller's from then on. From the length on,
-    /// throws code 1229.
+    /// Replaces the element at `index` by `name`. The array takes ownership unless the call throws; the replaced
+    /// element then belongs to the caller. Throws code 1229 if `index >= length()`.
     void SetAt(unsigned int index, WWN* name);
-    /// Takes out the element at `index`, which is the caller's from then on; those behind it move up. From the length
-    /// on, throws code 1229.
+    /// Removes the element at `index`, which then belongs to the caller; the elements after it move down by one.
+    /// Throws code 1229 if `index >= length()`.
     void DeleteAt(unsigned int index);
-    /// The element at `index`, valid until the array next grows. From the length on, throws code 1229.
+    /// Returns the element at `index`. Valid until the array grows. Throws code 1229 if `index >= length()`.
     WWN*& operator[](unsigned int index);
+    /// The same for a constant array.
     WWN* const& operator[](unsigned int index) const;
 
-    /// Adds the pointers of `other` at the end, in order; an array given to itself doubles. The elements are not
-    /// copied, deliberately: callers cut one of the places off again (`truncate`) before both would delete them.
+    /// Adds the pointers of `other` at the end, in order; an array appended to itself doubles. The elements are not
+    /// copied: callers rely on the pointers being shared, and use `truncate` to remove them from one of the two places
+    /// before both would delete them.
     void Append(WWNArray& other);
-    /// The index of the first element that is `name`, or 0xFFFFFFFF.
+    /// Returns the index of the first element equal to the pointer `name`, or 0xFFFFFFFF if there is none.
     unsigned int Find(WWN* name) const;
 
 private:
