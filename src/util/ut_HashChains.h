@@ -38,7 +38,7 @@ struct TextKeys {
     /// Returns the sum of the bytes, less 32 each.
     static unsigned int hash(const char* key) {
         unsigned int sum = 0;
-        for (; *key; ++key)
+        for (; *key != 0; ++key)
             sum += static_cast<unsigned char>(*key) - 32u;
         return sum;
     }
@@ -77,7 +77,7 @@ struct HashChains {
 
     /// Uses `storage`, `tableSize(buckets)` bytes, as the table. Does nothing if `storage` is null.
     void useTable(void* storage, unsigned int buckets) {
-        if (!storage)
+        if (storage == nullptr)
             return;
         std::memset(storage, 0, tableSize(buckets));
         table = static_cast<Node**>(storage);
@@ -92,7 +92,7 @@ struct HashChains {
 
     /// Returns the node of `key` in `bucket`, or null if there is none.
     const Node* find(unsigned int bucket, Key key) const {
-        for (const Node* node = table ? table[bucket] : nullptr; node; node = node->next) {
+        for (const Node* node = table != nullptr ? table[bucket] : nullptr; node != nullptr; node = node->next) {
             const int order = Keys::compare(node->key, key);
             if (order >= 0)
                 return order == 0 ? node : nullptr;
@@ -103,7 +103,7 @@ struct HashChains {
     /// Returns the first node of `bucket` or of the first bucket in use after it, or null if there is none.
     const Node* firstFrom(unsigned int bucket) const {
         for (; bucket < numBuckets; ++bucket) {
-            if (table[bucket])
+            if (table[bucket] != nullptr)
                 return table[bucket];
         }
         return nullptr;
@@ -111,23 +111,23 @@ struct HashChains {
 
     /// Returns the node after `node`, which is in `bucket`, or null if it is the last of the table.
     const Node* after(const Node* node, unsigned int bucket) const {
-        return node->next ? node->next : firstFrom(bucket + 1);
+        return node->next != nullptr ? node->next : firstFrom(bucket + 1);
     }
 
     /// Adds the node returned by `makeNode`, with its `key` set, and returns true. Returns false if `key` was present,
     /// after replacing its value, or if `makeNode` returns null.
     template<class MakeNode>
     bool add(unsigned int bucket, Key key, void* value, MakeNode makeNode) {
-        if (!table)
+        if (table == nullptr)
             return false;
         Node** link = linkTo(bucket, key);
         Node* next = *link;
-        if (next && Keys::compare(next->key, key) == 0) {
+        if (next != nullptr && Keys::compare(next->key, key) == 0) {
             next->value = value;
             return false;
         }
         Node* node = makeNode();
-        if (!node)
+        if (node == nullptr)
             return false;
         if (placementTrace)
             report(link, bucket, key);
@@ -152,7 +152,7 @@ struct HashChains {
         for (unsigned int bucket = 0; bucket < numBuckets; ++bucket) {
             Node* node = table[bucket];
             table[bucket] = nullptr;
-            while (node) {
+            while (node != nullptr) {
                 Node* next = node->next;
                 release(node);
                 node = next;
@@ -164,16 +164,16 @@ struct HashChains {
     /// the end.
     Node** linkTo(unsigned int bucket, Key key) const {
         Node** link = &table[bucket];
-        while (*link && Keys::compare((*link)->key, key) < 0)
+        while (*link != nullptr && Keys::compare((*link)->key, key) < 0)
             link = &(*link)->next;
         return link;
     }
 
 private:
     void report(Node* const* link, unsigned int bucket, Key key) const {
-        if (!table[bucket])
+        if (table[bucket] == nullptr)
             Keys::reportPlaced(key, bucket);
-        else if (*link)
+        else if (*link != nullptr)
             Keys::reportInserted(key, bucket, (*link)->key);
         else
             Keys::reportAppended(key, bucket);

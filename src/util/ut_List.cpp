@@ -25,19 +25,19 @@ std::uintptr_t addressOf(const ListContainable* element) {
 List::ListEntry::ListEntry(ListContainable* element) : m_element(element), m_previous(nullptr), m_next(nullptr) {}
 
 List::ListEntry::~ListEntry() {
-    if (m_previous)
+    if (m_previous != nullptr)
         m_previous->m_next = m_next;
-    if (m_next)
+    if (m_next != nullptr)
         m_next->m_previous = m_previous;
 }
 
 List::ListEntry* List::ListEntry::insertBefore(ListContainable* element) {
     auto* entry = new (std::nothrow) ListEntry(element);
-    if (!entry)
+    if (entry == nullptr)
         return nullptr;
     entry->m_previous = m_previous;
     entry->m_next = this;
-    if (m_previous)
+    if (m_previous != nullptr)
         m_previous->m_next = entry;
     m_previous = entry;
     return entry;
@@ -45,11 +45,11 @@ List::ListEntry* List::ListEntry::insertBefore(ListContainable* element) {
 
 List::ListEntry* List::ListEntry::insertAfter(ListContainable* element) {
     auto* entry = new (std::nothrow) ListEntry(element);
-    if (!entry)
+    if (entry == nullptr)
         return nullptr;
     entry->m_previous = this;
     entry->m_next = m_next;
-    if (m_next)
+    if (m_next != nullptr)
         m_next->m_previous = entry;
     m_next = entry;
     return entry;
@@ -62,29 +62,29 @@ List::~List() {
 }
 
 void List::addFirst(ListContainable* e) {
-    if (!e)
+    if (e == nullptr)
         return;
     const WriteLockGuard guard(m_lock);
     if (!accepts(e))
         return;
     ListEntry* first = m_first;
-    ListEntry* entry = first ? first->insertBefore(e) : new (std::nothrow) ListEntry(e);
-    if (!entry)
+    ListEntry* entry = first != nullptr ? first->insertBefore(e) : new (std::nothrow) ListEntry(e);
+    if (entry == nullptr)
         return;
     m_first = entry;
-    if (!m_last)
+    if (m_last == nullptr)
         m_last = entry;
     announce();
 }
 
 void List::addLast(ListContainable* e) {
-    if (!e)
+    if (e == nullptr)
         return;
     const WriteLockGuard guard(m_lock);
     if (!accepts(e))
         return;
-    ListEntry* entry = m_last ? m_last->insertAfter(e) : new (std::nothrow) ListEntry(e);
-    if (!entry)
+    ListEntry* entry = m_last != nullptr ? m_last->insertAfter(e) : new (std::nothrow) ListEntry(e);
+    if (entry == nullptr)
         return;
     m_last = entry;
     if (isEmpty())
@@ -93,7 +93,7 @@ void List::addLast(ListContainable* e) {
 }
 
 void List::add(int index, ListContainable* e) {
-    if (!e)
+    if (e == nullptr)
         return;
     const WriteLockGuard guard(m_lock);
     if (!accepts(e))
@@ -101,7 +101,7 @@ void List::add(int index, ListContainable* e) {
     if (index == 0)
         return addFirst(e);
     ListEntry* entry = index < m_count ? getEntry(index) : nullptr;
-    if (!entry)
+    if (entry == nullptr)
         return addLast(e);
     entry->insertBefore(e);
 }
@@ -109,26 +109,26 @@ void List::add(int index, ListContainable* e) {
 ListContainable* List::getFirst() const {
     const ReadLockGuard guard(m_lock);
     const ListEntry* first = m_first;
-    return first ? first->element() : nullptr;
+    return first != nullptr ? first->element() : nullptr;
 }
 
 ListContainable* List::getLast() const {
     const ReadLockGuard guard(m_lock);
-    return m_last ? m_last->element() : nullptr;
+    return m_last != nullptr ? m_last->element() : nullptr;
 }
 
 ListContainable* List::get(int index) const {
     const ReadLockGuard guard(m_lock);
     const ListEntry* entry = getEntry(index);
-    return entry ? entry->element() : nullptr;
+    return entry != nullptr ? entry->element() : nullptr;
 }
 
 int List::indexOf(const ListContainable* e) const {
-    if (!e)
+    if (e == nullptr)
         return -1;
     const ReadLockGuard guard(m_lock);
     int index = 0;
-    for (const ListEntry* entry = m_first; entry; entry = entry->next(), ++index) {
+    for (const ListEntry* entry = m_first; entry != nullptr; entry = entry->next(), ++index) {
         if (e->equals(entry->element()))
             return index;
     }
@@ -196,22 +196,22 @@ List::ListEntry* List::getEntry(int index) const {
     if (index < 0)
         return nullptr;
     ListEntry* entry = m_first;
-    for (; entry && index > 0; --index)
+    for (; entry != nullptr && index > 0; --index)
         entry = entry->next();
     return entry;
 }
 
 List::ListEntry* List::getEntry(const ListContainable* e) const {
-    if (!e)
+    if (e == nullptr)
         return nullptr;
     ListEntry* entry = m_first;
-    while (entry && !e->equals(entry->element()))
+    while (entry != nullptr && !e->equals(entry->element()))
         entry = entry->next();
     return entry;
 }
 
 void List::removeEntry(const ListEntry* entry) {
-    if (!entry)
+    if (entry == nullptr)
         return;
     if (entry == m_first)
         m_first = entry->next();
@@ -226,7 +226,7 @@ bool List::isEmpty() const {
 }
 
 bool List::accepts(const ListContainable* e) const {
-    return m_allowDuplicates || !getEntry(e);
+    return m_allowDuplicates || getEntry(e) == nullptr;
 }
 
 // Signals under the waiter's lock to avoid a lost wake-up.
@@ -247,7 +247,7 @@ void List::waitForElement() {
 }
 
 ListContainable* List::takeOut(const ListEntry* entry) {
-    if (!entry)
+    if (entry == nullptr)
         return nullptr;
     ListContainable* element = entry->element();
     removeEntry(entry);
@@ -255,15 +255,15 @@ ListContainable* List::takeOut(const ListEntry* entry) {
 }
 
 void List::deleteAndRemove(const ListEntry* entry) {
-    if (!entry)
+    if (entry == nullptr)
         return;
     const std::uintptr_t deleted = addressOf(entry->element());
     delete entry->element();
     // The destructor may have removed the element, which destroys `entry`, and added others: look for `entry` again.
     const ListEntry* held = m_first;
-    while (held && held != entry)
+    while (held != nullptr && held != entry)
         held = held->next();
-    if (held && addressOf(held->element()) == deleted)
+    if (held != nullptr && addressOf(held->element()) == deleted)
         removeEntry(held);
 }
 

@@ -12,7 +12,7 @@ ListIterator::~ListIterator() {
 }
 
 ListContainable* ListIterator::next() {
-    if (!m_current)
+    if (m_current == nullptr)
         return nullptr;
     ListContainable* element = m_current->element();
     m_current = m_order == FIRST_TO_LAST ? m_current->next() : m_current->previous();

@@ -19,7 +19,7 @@ typedef HashChains<PointerKeys>::Node Node;
 
 Node* makeNode(void* key) {
     void* storage = Memory::StaticAlloc(sizeof(Node));
-    return storage ? new (storage) Node{nullptr, key, nullptr} : nullptr;
+    return storage != nullptr ? new (storage) Node{nullptr, key, nullptr} : nullptr;
 }
 
 // Returns "(null)", as glibc prints a null text, if `key` is not a token.
@@ -28,7 +28,7 @@ const char* tokenText(const void* key) {
     if (number > std::numeric_limits<stringtoken>::max())
         return "(null)";
     const char* text = strings::StringRepository::toString(static_cast<stringtoken>(number));
-    return text ? text : "(null)";
+    return text != nullptr ? text : "(null)";
 }
 
 } // namespace
@@ -52,10 +52,10 @@ bool Map::Add(void* key, void* value) {
 }
 
 bool Map::Delete(void* key) {
-    if (!m_chains.table)
+    if (m_chains.table == nullptr)
         return false;
     Node** link = m_chains.linkTo(m_chains.bucketOf(key), key);
-    if (!*link)
+    if (*link == nullptr)
         return true;
     if ((*link)->key != key)
         return false;
@@ -65,12 +65,12 @@ bool Map::Delete(void* key) {
 
 void* Map::Lookup(void* key) const {
     const Node* node = m_chains.find(m_chains.bucketOf(key), key);
-    return node ? node->value : absentEntry();
+    return node != nullptr ? node->value : absentEntry();
 }
 
 void* Map::First(void*& value) const {
     const Node* node = m_chains.firstFrom(0);
-    if (!node)
+    if (node == nullptr)
         return absentEntry();
     value = node->value;
     return node->key;
@@ -79,9 +79,9 @@ void* Map::First(void*& value) const {
 void* Map::Next(void* key, void*& value) const {
     const unsigned int bucket = m_chains.bucketOf(key);
     const Node* node = m_chains.find(bucket, key);
-    if (node)
+    if (node != nullptr)
         node = m_chains.after(node, bucket);
-    if (!node)
+    if (node == nullptr)
         return absentEntry();
     value = node->value;
     return node->key;
@@ -94,10 +94,10 @@ void Map::DeleteAll() {
 void Map::dump() {
     for (unsigned int bucket = 0; bucket < m_chains.numBuckets; ++bucket) {
         const Node* node = m_chains.table[bucket];
-        if (!node)
+        if (node == nullptr)
             continue;
         std::printf("bucket %u: ", bucket);
-        for (; node; node = node->next)
+        for (; node != nullptr; node = node->next)
             std::printf("%p[%s] ", node->key, tokenText(node->key));
         std::printf("\n");
     }

@@ -20,10 +20,10 @@ typedef HashChains<TextKeys>::Node Node;
 
 Node* makeNode(const char* key) {
     void* storage = Memory::StaticAlloc(sizeof(Node));
-    if (!storage)
+    if (storage == nullptr)
         return nullptr;
     const char* copy = Memory::StaticAllocString(key);
-    if (copy)
+    if (copy != nullptr)
         return new (storage) Node{nullptr, copy, nullptr};
     Memory::StaticFree(storage);
     return nullptr;
@@ -57,13 +57,13 @@ StringMap::~StringMap() {
 }
 
 uint32_t StringMap::hash(const char* key) {
-    if (!key)
+    if (key == nullptr)
         return 0;
     const uint32_t bucket = m_chains.bucketOf(key);
     if (!Debug::isDebugOn(stringMapSwitch))
         return bucket;
     VXUT_LOG(framework::Logger::LOG_DEBUG, "string to hash: %s, length=%d", key, static_cast<int>(std::strlen(key)));
-    for (const char* at = key; *at; ++at)
+    for (const char* at = key; *at != 0; ++at)
         VXUT_LOG(framework::Logger::LOG_DEBUG, "hash char %c", *at);
     VXUT_LOG(framework::Logger::LOG_DEBUG, "result = %d", static_cast<int>(TextKeys::hash(key)));
     VXUT_LOG(framework::Logger::LOG_DEBUG, "numBuckets = %d", static_cast<int>(m_chains.numBuckets));
@@ -73,16 +73,16 @@ uint32_t StringMap::hash(const char* key) {
 }
 
 bool StringMap::Add(const char* key, void* value) {
-    if (!key)
+    if (key == nullptr)
         return false;
     return m_chains.add(bucketOf(*this, m_chains, key), key, value, [key] { return makeNode(key); });
 }
 
 bool StringMap::Delete(const char* key) {
-    if (!key || !m_chains.table)
+    if (key == nullptr || m_chains.table == nullptr)
         return false;
     Node** link = &m_chains.table[bucketOf(*this, m_chains, key)];
-    if (!*link)
+    if (*link == nullptr)
         return true;
     const int order = std::strcmp(key, (*link)->key);
     if (order == 0)
@@ -92,26 +92,26 @@ bool StringMap::Delete(const char* key) {
 }
 
 void* StringMap::Lookup(const char* key) {
-    const Node* node = key ? m_chains.find(bucketOf(*this, m_chains, key), key) : nullptr;
-    return node ? node->value : absentEntry();
+    const Node* node = key != nullptr ? m_chains.find(bucketOf(*this, m_chains, key), key) : nullptr;
+    return node != nullptr ? node->value : absentEntry();
 }
 
 const char* StringMap::First(void*& value) {
     const Node* node = m_chains.firstFrom(0);
-    if (!node)
+    if (node == nullptr)
         return nullptr;
     value = node->value;
     return node->key;
 }
 
 const char* StringMap::Next(const char* key, void*& value) {
-    if (!key)
+    if (key == nullptr)
         return nullptr;
     const unsigned int bucket = bucketOf(*this, m_chains, key);
     const Node* node = m_chains.find(bucket, key);
-    if (node)
+    if (node != nullptr)
         node = m_chains.after(node, bucket);
-    if (!node)
+    if (node == nullptr)
         return nullptr;
     value = node->value;
     return node->key;
@@ -124,10 +124,10 @@ void StringMap::DeleteAll() {
 void StringMap::dump() {
     for (unsigned int bucket = 0; bucket < m_chains.numBuckets; ++bucket) {
         const Node* node = m_chains.table[bucket];
-        if (!node)
+        if (node == nullptr)
             continue;
         std::printf("%u: ", bucket);
-        for (; node; node = node->next)
+        for (; node != nullptr; node = node->next)
             std::printf("%s ", node->key);
         std::printf("\n");
     }
