@@ -42,17 +42,17 @@ void expectAbsentEntryAtTheEnd(MapType& map) {
     EXPECT_EQ(found, &value);
 }
 
-TEST(AbsentEntry, IsWhatAMapAnswers) {
+TEST(AbsentEntry, IsReturnedByMap) {
     utility::Map map(64);
     expectAbsentEntryAtTheEnd(map);
 }
 
-TEST(AbsentEntry, IsWhatAMapEntityAnswers) {
+TEST(AbsentEntry, IsReturnedByMapEntity) {
     utility::MapEntity map(64, nullptr);
     expectAbsentEntryAtTheEnd(map);
 }
 
-TEST(AbsentEntry, IsWhatAStringMapAnswersToLookUpAlone) {
+TEST(AbsentEntry, IsReturnedByStringMapOnlyFromLookup) {
     utility::StringMap map(64);
     void* found = nullptr;
     EXPECT_EQ(map.Lookup("CL1-A"), absentEntry());

@@ -27,7 +27,7 @@ using Lines = std::vector<std::string>;
 const unsigned int TRACE_SWITCH = 292;
 const char* const REALLOC = "static void* utility::Array::realloc(void*, unsigned int*, unsigned int, size_t)";
 
-static_assert(std::has_virtual_destructor<Array>::value, "arrays are deleted through their base");
+static_assert(std::has_virtual_destructor<Array>::value, "arrays must be deletable through the base class");
 static_assert(!std::is_copy_constructible<Array>::value && !std::is_copy_assignable<Array>::value,
               "the base does not know how to copy elements");
 
@@ -58,7 +58,7 @@ TEST(Array, UsageExample) {
     EXPECT_EQ(ports.length(), 2u);
 }
 
-TEST(Array, IsEmptyAndHasNoBlockWhateverItIsMadeWith) {
+TEST(Array, ANewArrayIsEmptyAndHasNoBlockWhateverTheArgument) {
     const Array none(0);
     EXPECT_EQ(none.length(), 0u);
     EXPECT_EQ(none.size(), 0u);
@@ -70,7 +70,7 @@ TEST(Array, IsEmptyAndHasNoBlockWhateverItIsMadeWith) {
     EXPECT_EQ(OpenArray().m_block, nullptr);
 }
 
-TEST(Array, KeepsLengthSizeAndBlockInThisOrderBehindTheOperations) {
+TEST(Array, TheMembersAreLengthSizeAndBlockInThisOrderAfterTheVirtualTable) {
     OpenArray array;
     const char* start = reinterpret_cast<const char*>(&array);
     EXPECT_EQ(reinterpret_cast<const char*>(&array.m_length) - start, static_cast<std::ptrdiff_t>(sizeof(void*)));
@@ -79,15 +79,15 @@ TEST(Array, KeepsLengthSizeAndBlockInThisOrderBehindTheOperations) {
     EXPECT_EQ(sizeof(Array), 2 * sizeof(void*) + 8);
 }
 
-TEST(Array, KeepsSortBehindTheDestructorsInItsTableOfOperations) {
+TEST(Array, SortIsAfterTheDestructorsInTheVirtualTable) {
     void (Array::*sort)() = &Array::sort;
     std::uintptr_t offset = 0;
     std::memcpy(&offset, &sort, sizeof offset);
-    // One of the two words of a pointer to a virtual operation is odd, on x86 this one.
+    // Clear the lowest bit, which marks a pointer to a virtual member function on x86.
     EXPECT_EQ(offset & ~std::uintptr_t{1}, 2 * sizeof(void*));
 }
 
-TEST(Array, TruncateOnlyEverShortensAndNeverTouchesTheBlock) {
+TEST(Array, TruncateNeverLengthensAndKeepsTheBlock) {
     OpenArray array;
     array.m_length = 5;
     array.m_size = 8;
@@ -113,7 +113,7 @@ TEST(Array, SortDoesNothing) {
     EXPECT_EQ(array.length(), 3u);
 }
 
-TEST(Array, ReallocGivesAFirstBlockOfTheGrowthOrTwentySlots) {
+TEST(Array, ReallocAllocatesAFirstBlockOfTheGrowthOrTwentySlots) {
     unsigned int size = 0;
     void* block = Array::realloc(nullptr, &size, 3, 8);
     EXPECT_EQ(size, 3u);
@@ -178,7 +178,7 @@ TEST(Array, ReallocTracesGrowthCopyAndClearing) {
     framework::Memory::StaticFree(block);
 }
 
-TEST(Array, ReallocTracesNothingWhileItsSwitchIsOff) {
+TEST(Array, ReallocDoesNotTraceWithItsSwitchOff) {
     const test::LogCapture log;
     unsigned int size = 0;
     void* block = Array::realloc(nullptr, &size, 5, 4);
@@ -222,7 +222,7 @@ TEST(Array, ReallocTracesTheFailedGrowthBeforeItThrows) {
               (Lines{std::string("3 ") + REALLOC + ": growing array from 0 to 20, old [(nil)], new [(nil)]"}));
 }
 
-TEST(Array, MoreSlotsThanCanBeCountedThrowAndChangeNothing) {
+TEST(Array, AnOverflowOfTheSlotCountThrowsAndChangesNothing) {
     const unsigned long before = test::allocationCount();
     unsigned int size = 0xFFFFFFFF;
     std::unique_ptr<framework::Exception> one = CATCH_FAILURE(Array::realloc(nullptr, &size, 1, 1));
@@ -235,7 +235,7 @@ TEST(Array, MoreSlotsThanCanBeCountedThrowAndChangeNothing) {
     EXPECT_TRUE(test::isFailure(twenty.get(), 1230, "ut_Array", REALLOC, "", true));
 }
 
-TEST(Array, MoreBytesThanCanBeCountedThrowAndChangeNothing) {
+TEST(Array, AnOverflowOfTheByteCountThrowsAndChangesNothing) {
     unsigned int size = 0;
     void* block = Array::realloc(nullptr, &size, 1, 4);
     std::memset(block, 0x5A, 4);
@@ -245,7 +245,7 @@ TEST(Array, MoreBytesThanCanBeCountedThrowAndChangeNothing) {
     framework::Memory::StaticFree(block);
 }
 
-TEST(Array, MoreBytesThanThePlatformHasThrowAndChangeNothing) {
+TEST(Array, AnImpossibleAllocationThrowsAndChangesNothing) {
     unsigned int size = 0;
     EXPECT_FAILURE(Array::realloc(nullptr, &size, 4, SIZE_MAX / 4), 1230, "ut_Array", REALLOC, "");
     EXPECT_EQ(size, 0u);

@@ -45,7 +45,7 @@ TEST(FastSortedStringDirectory, UsageExample) {
     EXPECT_EQ(names.Find("b"), 2);
 }
 
-TEST(FastSortedStringDirectory, HoldsItsStringsInAscendingOrder) {
+TEST(FastSortedStringDirectory, KeepsItsStringsInAscendingOrder) {
     FastSortedStringDirectory directory(1);
     fill(directory, {"b", "a", "ab", "", "zz", "A"});
     EXPECT_EQ(contentOf(directory), (Names{"", "A", "a", "ab", "b", "zz"}));
@@ -55,7 +55,7 @@ TEST(FastSortedStringDirectory, HoldsItsStringsInAscendingOrder) {
     }
 }
 
-TEST(FastSortedStringDirectory, AbsentStringsAreFoundNowhere) {
+TEST(FastSortedStringDirectory, AbsentStringsAreNotFound) {
     FastSortedStringDirectory directory(0);
     EXPECT_EQ(directory.Find("a"), -1);
     fill(directory, {"ab", "c", "ad"});
@@ -65,7 +65,7 @@ TEST(FastSortedStringDirectory, AbsentStringsAreFoundNowhere) {
     }
 }
 
-TEST(FastSortedStringDirectory, FindsNothingInAnEmptyRangeWithoutComparing) {
+TEST(FastSortedStringDirectory, FindDoesNotCompareIfTheRangeIsEmpty) {
     FastSortedStringDirectory directory(0);
     EXPECT_EQ(test::comparisonsToFind(directory, "a", -1), 0u);
     fill(directory, {"a", "c", "\x7f", "\xff"});
@@ -73,13 +73,13 @@ TEST(FastSortedStringDirectory, FindsNothingInAnEmptyRangeWithoutComparing) {
         EXPECT_EQ(test::comparisonsToFind(directory, absent, -1), 0u) << absent;
 }
 
-TEST(FastSortedStringDirectory, ComparesOnceForEachHalvingOfTheRangeOfTheFirstByte) {
+TEST(FastSortedStringDirectory, FindComparesOncePerStepOfTheBinarySearch) {
     FastSortedStringDirectory directory(0);
     for (int i = 0; i < 1000; ++i)
         directory.Add(("a" + std::to_string(1000 + i)).c_str());
     for (int i = 0; i < 7; ++i)
         directory.Add(("b" + std::to_string(i)).c_str());
-    // 1000 halve to none in 10 steps, 7 in 3, whatever stands before and behind them.
+    // A binary search takes at most 10 steps in a range of 1000 names and 3 steps in a range of 7.
     for (int i = 0; i < 7; ++i) {
         const std::string name = "b" + std::to_string(i);
         EXPECT_LE(test::comparisonsToFind(directory, name, 1000 + i), 3u);
@@ -93,7 +93,7 @@ TEST(FastSortedStringDirectory, ComparesOnceForEachHalvingOfTheRangeOfTheFirstBy
     }
 }
 
-TEST(FastSortedStringDirectory, ANullStringIsFoundNowhereAndAddedNowhere) {
+TEST(FastSortedStringDirectory, ANullStringIsNeitherFoundNorAdded) {
     FastSortedStringDirectory directory(0);
     fill(directory, {"", "a"});
     EXPECT_EQ(directory.Add(nullptr), -1);
@@ -103,7 +103,7 @@ TEST(FastSortedStringDirectory, ANullStringIsFoundNowhereAndAddedNowhere) {
     EXPECT_EQ(contentOf(directory), (Names{"", "a"}));
 }
 
-TEST(FastSortedStringDirectory, DuplicatesAreKeptBehindTheirEquals) {
+TEST(FastSortedStringDirectory, DuplicatesAreInsertedAfterTheirEquals) {
     FastSortedStringDirectory directory(0);
     fill(directory, {"a", "b", "c"});
     const char* const first = directory.ElementAt(1);
@@ -116,7 +116,7 @@ TEST(FastSortedStringDirectory, DuplicatesAreKeptBehindTheirEquals) {
     EXPECT_EQ(contentOf(directory), (Names{"a", "b", "b", "c"}));
 }
 
-TEST(FastSortedStringDirectory, DeleteTakesOutTheEqualStringAndNoOther) {
+TEST(FastSortedStringDirectory, DeleteRemovesOnlyTheEqualString) {
     FastSortedStringDirectory directory(0);
     fill(directory, {"a", "ab", "b", "c"});
     directory.Delete("abc");
@@ -134,7 +134,7 @@ TEST(FastSortedStringDirectory, DeleteTakesOutTheEqualStringAndNoOther) {
     EXPECT_EQ(directory.Find("b"), 0);
 }
 
-TEST(FastSortedStringDirectory, ItsOwnStringsMayBeGivenBackToIt) {
+TEST(FastSortedStringDirectory, AnArgumentMayBeAStringOfTheDirectory) {
     FastSortedStringDirectory directory(1);
     fill(directory, {"a", "b"});
     EXPECT_EQ(directory.Add(directory.ElementAt(0)), 1);
@@ -145,7 +145,7 @@ TEST(FastSortedStringDirectory, ItsOwnStringsMayBeGivenBackToIt) {
     EXPECT_EQ(directory.Add("c"), 1);
 }
 
-TEST(FastSortedStringDirectory, SortsBytesAbove127BehindTheOthers) {
+TEST(FastSortedStringDirectory, BytesAbove127SortAfterTheOthers) {
     FastSortedStringDirectory directory(0);
     fill(directory, {"\xff", "z", "\x80", "\x7f", "a\xff", "a\x7f", "\xc3\xa4"});
     EXPECT_EQ(contentOf(directory), (Names{"a\x7f", "a\xff", "z", "\x7f", "\x80", "\xc3\xa4", "\xff"}));
@@ -156,7 +156,7 @@ TEST(FastSortedStringDirectory, SortsBytesAbove127BehindTheOthers) {
     EXPECT_EQ(directory.Find("\x80"), -1);
 }
 
-TEST(FastSortedStringDirectory, HoldsTheEmptyNameAndOneOf100000Characters) {
+TEST(FastSortedStringDirectory, AcceptsTheEmptyNameAndOneOf100000Characters) {
     FastSortedStringDirectory directory(0);
     const std::string longName(100000, 'x');
     fill(directory, {longName + "y", "", longName});
@@ -169,7 +169,7 @@ TEST(FastSortedStringDirectory, HoldsTheEmptyNameAndOneOf100000Characters) {
     EXPECT_EQ(contentOf(directory), Names{longName + "y"});
 }
 
-TEST(FastSortedStringDirectory, RefusesThe32768thStringAndChangesNothing) {
+TEST(FastSortedStringDirectory, RejectsThe32768thStringAndChangesNothing) {
     FastSortedStringDirectory directory(40000);
     for (int i = 0; i < 32767; ++i)
         ASSERT_EQ(directory.Add(std::to_string(100000 + i).c_str()), i);
@@ -194,7 +194,7 @@ TEST(FastSortedStringDirectory, ToBufferWritesItsStringsInOrder) {
     EXPECT_STREQ(out.pBuffer(), "a\nb\n");
 }
 
-TEST(FastSortedStringDirectory, ACopyThatCannotBeHadIsMinusOneAndATableThatCannotGrowThrows) {
+TEST(FastSortedStringDirectory, AddReturnsMinusOneWithoutMemoryForTheCopyAndThrowsWithoutMemoryForTheTable) {
     const long before = framework::Memory::staticOutstanding();
     {
         FastSortedStringDirectory directory(2);
@@ -215,7 +215,7 @@ TEST(FastSortedStringDirectory, ACopyThatCannotBeHadIsMinusOneAndATableThatCanno
     EXPECT_EQ(framework::Memory::staticOutstanding(), before);
 }
 
-TEST(FastSortedStringDirectory, AnEntryCostsNoMemoryButItsCopyAndSearchingCostsNone) {
+TEST(FastSortedStringDirectory, AddAllocatesOnlyTheCopyAndSearchesAllocateNothing) {
     FastSortedStringDirectory directory(100);
     const unsigned long before = test::allocationCount();
     EXPECT_EQ(directory.Add("b"), 0);
@@ -236,19 +236,19 @@ TEST(FastSortedStringDirectory, BehavesAsASortedVectorUnderRandomOperations) {
             const std::string name = random.text(2, "ab\x7f\x80\xff");
             const auto range = std::equal_range(model.begin(), model.end(), name);
             const int first = static_cast<int>(range.first - model.begin());
-            const int behind = static_cast<int>(range.second - model.begin());
+            const int end = static_cast<int>(range.second - model.begin());
             const int found = directory.Find(name.c_str());
-            if (first == behind) {
+            if (first == end) {
                 ASSERT_EQ(found, -1);
             } else {
-                ASSERT_TRUE(found >= first && found < behind) << found;
+                ASSERT_TRUE(found >= first && found < end) << found;
             }
             if (random.below(100) < (model.size() > 60 ? 40u : 60u)) {
-                ASSERT_EQ(directory.Add(name.c_str()), behind);
+                ASSERT_EQ(directory.Add(name.c_str()), end);
                 model.insert(range.second, name);
             } else {
                 directory.Delete(name.c_str());
-                if (first != behind)
+                if (first != end)
                     model.erase(range.first);
             }
             ASSERT_EQ(contentOf(directory), model);

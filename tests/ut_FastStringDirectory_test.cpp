@@ -53,7 +53,7 @@ TEST(FastStringDirectory, UsageExample) {
     EXPECT_EQ(names.Add("c"), 0);
 }
 
-TEST(FastStringDirectory, HoldsItsSlotArrayItsFirstFreeSlotAndItsIndexInThisOrder) {
+TEST(FastStringDirectory, TheMembersAreTheSlotArrayTheFirstFreeSlotAndTheIndex) {
     struct Tail {
         int firstFree;
         std::int16_t index[257];
@@ -76,7 +76,7 @@ TEST(FastStringDirectory, HoldsItsSlotArrayItsFirstFreeSlotAndItsIndexInThisOrde
     EXPECT_EQ(tail().index[256], 2);
 }
 
-TEST(FastStringDirectory, AStringTakesTheSlotThatWasFreed) {
+TEST(FastStringDirectory, AddReusesAFreedSlot) {
     FastStringDirectory directory(0);
     EXPECT_EQ(directory.Add("a"), 0);
     EXPECT_EQ(directory.Add("b"), 1);
@@ -89,7 +89,7 @@ TEST(FastStringDirectory, AStringTakesTheSlotThatWasFreed) {
     EXPECT_EQ(directory.NumElements(), 2);
 }
 
-TEST(FastStringDirectory, StringsStayInTheSlotWhereTheyWereAdded) {
+TEST(FastStringDirectory, StringsKeepTheirSlots) {
     FastStringDirectory directory(1);
     fill(directory, {"d", "b", "a", "c", ""});
     EXPECT_EQ(contentOf(directory), (Names{"d", "b", "a", "c", ""}));
@@ -102,7 +102,7 @@ TEST(FastStringDirectory, StringsStayInTheSlotWhereTheyWereAdded) {
     EXPECT_EQ(directory.Lookup("e"), nullptr);
 }
 
-TEST(FastStringDirectory, TheSlotFreedLastIsTakenFirst) {
+TEST(FastStringDirectory, TheSlotFreedLastIsReusedFirst) {
     FastStringDirectory directory(0);
     fill(directory, {"a", "b", "c", "d"});
     directory.Delete("c");
@@ -127,7 +127,7 @@ TEST(FastStringDirectory, FreeSlotsAndSlotsOutOfRangeAreNull) {
         EXPECT_EQ(directory.ElementAt(slot), nullptr) << slot;
 }
 
-TEST(FastStringDirectory, OfDuplicatesTheOneAddedFirstIsDeletedFirst) {
+TEST(FastStringDirectory, DeleteRemovesTheDuplicateAddedFirst) {
     FastStringDirectory directory(0);
     fill(directory, {"a", "b", "a", "a"});
     directory.Delete("a");
@@ -142,7 +142,7 @@ TEST(FastStringDirectory, OfDuplicatesTheOneAddedFirstIsDeletedFirst) {
     EXPECT_EQ(directory.Find("a"), -1);
 }
 
-TEST(FastStringDirectory, FindsNothingInAnEmptyRangeWithoutComparing) {
+TEST(FastStringDirectory, FindDoesNotCompareIfTheRangeIsEmpty) {
     FastStringDirectory directory(0);
     EXPECT_EQ(test::comparisonsToFind(directory, "a", -1), 0u);
     fill(directory, {"a", "c", "\x7f", "\xff"});
@@ -150,13 +150,13 @@ TEST(FastStringDirectory, FindsNothingInAnEmptyRangeWithoutComparing) {
         EXPECT_EQ(test::comparisonsToFind(directory, absent, -1), 0u) << absent;
 }
 
-TEST(FastStringDirectory, ComparesOnceForEachHalvingOfTheRangeOfTheFirstByte) {
+TEST(FastStringDirectory, FindComparesOncePerStepOfTheBinarySearch) {
     FastStringDirectory directory(0);
     for (int i = 0; i < 1000; ++i)
         directory.Add(("a" + std::to_string(i)).c_str());
     for (int i = 0; i < 7; ++i)
         directory.Add(("b" + std::to_string(i)).c_str());
-    // 1000 halve to none in 10 steps, 7 in 3, whatever stands before and behind them.
+    // A binary search takes at most 10 steps in a range of 1000 names and 3 steps in a range of 7.
     for (int i = 0; i < 7; ++i) {
         const std::string name = "b" + std::to_string(i);
         EXPECT_LE(test::comparisonsToFind(directory, name, 1000 + i), 3u);
@@ -170,7 +170,7 @@ TEST(FastStringDirectory, ComparesOnceForEachHalvingOfTheRangeOfTheFirstByte) {
     }
 }
 
-TEST(FastStringDirectory, ANullStringIsNeverAddedAndFoundNowhere) {
+TEST(FastStringDirectory, ANullStringIsNeitherAddedNorFound) {
     FastStringDirectory directory(0);
     fill(directory, {"", "a"});
     EXPECT_EQ(directory.Add(nullptr), -1);
@@ -182,7 +182,7 @@ TEST(FastStringDirectory, ANullStringIsNeverAddedAndFoundNowhere) {
     EXPECT_EQ(contentOf(directory), (Names{FREE_SLOT, "a"}));
 }
 
-TEST(FastStringDirectory, ItsOwnStringsMayBeGivenBackToIt) {
+TEST(FastStringDirectory, AnArgumentMayBeAStringOfTheDirectory) {
     FastStringDirectory directory(1);
     fill(directory, {"b", "a"});
     EXPECT_EQ(directory.Add(directory.ElementAt(0)), 2);
@@ -191,7 +191,7 @@ TEST(FastStringDirectory, ItsOwnStringsMayBeGivenBackToIt) {
     EXPECT_EQ(contentOf(directory), (Names{"b", "b", "b"}));
 }
 
-TEST(FastStringDirectory, SortsBytesAbove127BehindTheOthers) {
+TEST(FastStringDirectory, BytesAbove127SortAfterTheOthers) {
     FastStringDirectory directory(0);
     const Names names = {"\xff", "z", "\x80", "\x7f", "a\xff", "a\x7f", "\xc3\xa4"};
     fill(directory, names);
@@ -202,7 +202,7 @@ TEST(FastStringDirectory, SortsBytesAbove127BehindTheOthers) {
     EXPECT_EQ(directory.Find("\xff"), 0);
 }
 
-TEST(FastStringDirectory, HoldsTheEmptyNameAndOneOf100000Characters) {
+TEST(FastStringDirectory, AcceptsTheEmptyNameAndOneOf100000Characters) {
     FastStringDirectory directory(0);
     const std::string longName(100000, 'x');
     fill(directory, {longName + "y", "", longName});
@@ -213,7 +213,7 @@ TEST(FastStringDirectory, HoldsTheEmptyNameAndOneOf100000Characters) {
     EXPECT_EQ(directory.Add(longName.c_str()), 0);
 }
 
-TEST(FastStringDirectory, RefusesThe32768thStringAndChangesNothing) {
+TEST(FastStringDirectory, RejectsThe32768thStringAndChangesNothing) {
     FastStringDirectory directory(40000);
     for (int i = 0; i < 32767; ++i)
         ASSERT_EQ(directory.Add(std::to_string(100000 + i).c_str()), i);
@@ -232,7 +232,7 @@ TEST(FastStringDirectory, ANegativeCapacityIsTheDefault) {
     EXPECT_EQ(directory.Add("a"), 0);
 }
 
-TEST(FastStringDirectory, ToBufferWritesTheSlotsWithFreeOnesAsNull) {
+TEST(FastStringDirectory, ToBufferWritesFreeSlotsAsNull) {
     FastStringDirectory directory(0);
     fill(directory, {"b", "a", "c"});
     directory.Delete("b");
@@ -242,7 +242,7 @@ TEST(FastStringDirectory, ToBufferWritesTheSlotsWithFreeOnesAsNull) {
     EXPECT_STREQ(out.pBuffer(), "-null-\na\n-null-\n");
 }
 
-TEST(FastStringDirectory, WithoutMemoryAnAddIsMinusOneOrThrowsAndChangesNothing) {
+TEST(FastStringDirectory, WithoutMemoryAddReturnsMinusOneOrThrowsAndChangesNothing) {
     const long before = framework::Memory::staticOutstanding();
     {
         FastStringDirectory directory(2);
@@ -254,7 +254,7 @@ TEST(FastStringDirectory, WithoutMemoryAnAddIsMinusOneOrThrowsAndChangesNothing)
             EXPECT_EQ(directory.Add("b"), -1);
         }
         EXPECT_EQ(contentOf(directory), (Names{"a", "c"}));
-        // The table of strings has grown by now; that of slot numbers has not.
+        // By now the table of strings has grown and the table of slot numbers has not.
         EXPECT_FAILURE(test::failNth(2, [&] { directory.Add("b"); }), 1230, "ut_Array", REALLOC, "");
         EXPECT_EQ(contentOf(directory), (Names{"a", "c"}));
         EXPECT_EQ(directory.Find("b"), -1);
@@ -265,7 +265,7 @@ TEST(FastStringDirectory, WithoutMemoryAnAddIsMinusOneOrThrowsAndChangesNothing)
     EXPECT_EQ(framework::Memory::staticOutstanding(), before);
 }
 
-TEST(FastStringDirectory, WithoutMemoryAFreeSlotStaysFree) {
+TEST(FastStringDirectory, AFreeSlotStaysFreeWithoutMemory) {
     const long before = framework::Memory::staticOutstanding();
     {
         FastStringDirectory directory(0);
@@ -285,7 +285,7 @@ TEST(FastStringDirectory, WithoutMemoryAFreeSlotStaysFree) {
     EXPECT_EQ(framework::Memory::staticOutstanding(), before);
 }
 
-TEST(FastStringDirectory, CannotBeMadeWithoutItsTables) {
+TEST(FastStringDirectory, ConstructionThrowsWithoutMemory) {
     const long before = framework::Memory::staticOutstanding();
     for (const unsigned long nth : {1ul, 2ul}) {
         EXPECT_FAILURE(test::failNth(nth, [&] { FastStringDirectory(5); }), 1230, "ut_Array", REALLOC, "");
@@ -293,7 +293,7 @@ TEST(FastStringDirectory, CannotBeMadeWithoutItsTables) {
     EXPECT_EQ(framework::Memory::staticOutstanding(), before);
 }
 
-TEST(FastStringDirectory, AnEntryCostsNoMemoryButItsCopyAndSearchingCostsNone) {
+TEST(FastStringDirectory, AddAllocatesOnlyTheCopyAndSearchesAllocateNothing) {
     FastStringDirectory directory(100);
     const unsigned long before = test::allocationCount();
     EXPECT_EQ(directory.Add("b"), 0);
@@ -304,7 +304,7 @@ TEST(FastStringDirectory, AnEntryCostsNoMemoryButItsCopyAndSearchingCostsNone) {
     EXPECT_EQ(test::allocationCount() - before, 2u);
 }
 
-/// The same over a map of names to slots and a stack of free ones.
+// Reference implementation with a map of names to slots and a stack of free slots.
 struct SlotModel {
     int add(const std::string& name) {
         int slot = static_cast<int>(slots.size());

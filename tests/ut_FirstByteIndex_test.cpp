@@ -13,7 +13,7 @@ namespace {
 using utility::FirstByteIndex;
 using Names = std::vector<std::string>;
 
-/// An index over names, and a count of how often it asked for one.
+// An index over names that counts how often the index reads a name.
 struct Indexed {
     explicit Indexed(const Names& given) : names(given) {
         std::sort(names.begin(), names.end());
@@ -55,14 +55,14 @@ TEST(FirstByteIndex, UsageExample) {
     EXPECT_EQ(index.find("ab", [&](int position) { return names[position]; }), 1);
 }
 
-TEST(FirstByteIndex, IsAllZeroAtFirst) {
+TEST(FirstByteIndex, ANewIndexIsAllZero) {
     const FirstByteIndex index;
     for (int byte = 0; byte <= 256; ++byte)
         EXPECT_EQ(index.entry(byte), 0);
     EXPECT_FALSE(index.isFull());
 }
 
-TEST(FirstByteIndex, AnEntryIsThePositionOfTheFirstNameThatBeginsThereOrLater) {
+TEST(FirstByteIndex, EntryIsThePositionOfTheFirstNameWithThatOrAGreaterByte) {
     const Indexed names({"b", "a", "ab"});
     EXPECT_EQ(names.index.entry(0), 0);
     EXPECT_EQ(names.index.entry('a'), 0);
@@ -82,7 +82,7 @@ TEST(FirstByteIndex, BytesAbove127ComeLastOnEveryPlatform) {
     EXPECT_EQ(names.index.entry(256), 4);
 }
 
-TEST(FirstByteIndex, ANullNameStandsWithTheEmptyOnes) {
+TEST(FirstByteIndex, ANullNameCountsAsEmpty) {
     EXPECT_EQ(FirstByteIndex::firstByte(nullptr), 0);
     EXPECT_EQ(FirstByteIndex::firstByte(""), 0);
     const Indexed names({"", "a"});
@@ -90,7 +90,7 @@ TEST(FirstByteIndex, ANullNameStandsWithTheEmptyOnes) {
     EXPECT_EQ(names.index.entry(1), 1);
 }
 
-TEST(FirstByteIndex, ARemovedNameMovesTheLaterEntriesDown) {
+TEST(FirstByteIndex, RemovedMovesTheLaterEntriesDown) {
     Indexed names({"a", "ab", "b", "c"});
     names.index.removed('a', 1);
     EXPECT_EQ(names.index.entry('a'), 0);
@@ -104,7 +104,7 @@ TEST(FirstByteIndex, ARemovedNameMovesTheLaterEntriesDown) {
     EXPECT_EQ(names.index.entry(256), 0);
 }
 
-TEST(FirstByteIndex, FindsNothingInAnEmptyRangeWithoutAskingForAName) {
+TEST(FirstByteIndex, FindReadsNoNameIfTheRangeIsEmpty) {
     Indexed names({"a", "c"});
     EXPECT_EQ(names.find("b"), -1);
     EXPECT_EQ(names.find(""), -1);
@@ -114,7 +114,7 @@ TEST(FirstByteIndex, FindsNothingInAnEmptyRangeWithoutAskingForAName) {
     EXPECT_EQ(names.asked, 0);
 }
 
-TEST(FirstByteIndex, AsksForOneNameForEachHalvingOfTheRange) {
+TEST(FirstByteIndex, FindReadsOneNamePerStepOfTheBinarySearch) {
     Names given = {"a", "b", "y", "z"};
     for (int i = 0; i < 1000; ++i)
         given.push_back("name" + std::to_string(1000 + i));
@@ -125,7 +125,7 @@ TEST(FirstByteIndex, AsksForOneNameForEachHalvingOfTheRange) {
         EXPECT_EQ(names.find("name" + std::to_string(1000 + i) + "x"), -1);
         EXPECT_LE(names.asked, 10);
     }
-    // A range of 1000 halves at 500, a range of 500 at 250, and so on.
+    // The search in a range of 1000 names compares position 500 first, then 250, and so on.
     EXPECT_EQ(names.find(names.names[2 + 500]), 2 + 500);
     EXPECT_EQ(names.asked, 1);
     EXPECT_EQ(names.find(names.names[2 + 250]), 2 + 250);
@@ -146,7 +146,7 @@ TEST(FirstByteIndex, IsFullAt32767Names) {
     EXPECT_FALSE(index.isFull());
 }
 
-TEST(FirstByteIndex, SearchesAsTheStandardAlgorithmsDo) {
+TEST(FirstByteIndex, SearchesLikeTheStandardAlgorithms) {
     test::RandomRun random;
     while (random.steps(300)) {
         Names given;

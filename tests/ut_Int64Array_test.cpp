@@ -27,8 +27,8 @@ using Lines = std::vector<std::string>;
 const unsigned int TRACE_SWITCH = 441;
 const char* const REALLOC = "static void* utility::Array::realloc(void*, unsigned int*, unsigned int, size_t)";
 
-static_assert(!std::is_copy_assignable<Int64Array>::value, "an assignment would share the block");
-static_assert(!std::is_convertible<unsigned int, Int64Array>::value, "a capacity is no array");
+static_assert(!std::is_copy_assignable<Int64Array>::value, "assignment would share the block");
+static_assert(!std::is_convertible<unsigned int, Int64Array>::value, "the constructor must be explicit");
 
 Content contentOf(const Int64Array& array) {
     Content content;
@@ -68,7 +68,7 @@ TEST(Int64Array, GrowsByTwentySlotsWhenFullAndKeepsItsElements) {
     EXPECT_EQ(array.size(), 45u);
 }
 
-TEST(Int64Array, KeepsTheExtremesOfItsElements) {
+TEST(Int64Array, KeepsTheExtremeValues) {
     Int64Array array(1);
     array.Append(std::numeric_limits<int64_t>::min());
     array.InsertAt(0, std::numeric_limits<int64_t>::max());
@@ -104,7 +104,7 @@ TEST(Int64Array, SetAtReplacesAndDeleteAtClosesTheGap) {
     EXPECT_EQ(array.size(), 4u);
 }
 
-TEST(Int64Array, TheIndexOperatorGivesTheSlotItself) {
+TEST(Int64Array, TheIndexOperatorReturnsAReferenceToTheSlot) {
     Int64Array array(4);
     fill(array, 2);
     array[1] = -1;
@@ -155,7 +155,7 @@ TEST(Int64Array, ACopyHasTheSameCapacityAndItsOwnElements) {
     EXPECT_EQ(contentOf(copy), (Content{-1, 1, 2}));
 }
 
-TEST(Int64Array, TruncateOnlyEverShortens) {
+TEST(Int64Array, TruncateNeverLengthens) {
     Int64Array array(4);
     fill(array, 3);
     array.truncate(4);
@@ -170,7 +170,7 @@ TEST(Int64Array, TruncateOnlyEverShortens) {
     EXPECT_EQ(array.length(), 0u);
 }
 
-TEST(Int64Array, SortLeavesTheOrderAlone) {
+TEST(Int64Array, SortDoesNotChangeTheOrder) {
     Int64Array array(4);
     array.Append(9);
     array.Append(2);
@@ -204,7 +204,7 @@ TEST(Int64Array, InsertAtTracesEachMoveFromTheTopDown) {
                      "3 void utility::Int64Array::InsertAt(unsigned int, int64_t): setting 42 = 1"}));
 }
 
-TEST(Int64Array, ARefusedInsertAtTracesItsEntryAlone) {
+TEST(Int64Array, ARejectedInsertAtTracesOnlyItsEntry) {
     Int64Array array(4);
     const test::DebugSwitch traced(TRACE_SWITCH);
     const test::LogCapture log;
@@ -212,7 +212,7 @@ TEST(Int64Array, ARefusedInsertAtTracesItsEntryAlone) {
     EXPECT_EQ(test::traceLines(log), (Lines{"4 void utility::Int64Array::InsertAt(unsigned int, int64_t): Enter"}));
 }
 
-TEST(Int64Array, EverythingElseTracesNothing) {
+TEST(Int64Array, OtherOperationsDoNotTrace) {
     Int64Array array(4);
     array.Append(7);
     const test::DebugSwitch traced(TRACE_SWITCH);
@@ -227,7 +227,7 @@ TEST(Int64Array, EverythingElseTracesNothing) {
     EXPECT_EQ(test::traceLines(log), Lines());
 }
 
-TEST(Int64Array, TracesNothingWhileItsSwitchIsOff) {
+TEST(Int64Array, DoesNotTraceWithItsSwitchOff) {
     const test::LogCapture log;
     Int64Array array(1);
     fill(array, 2);
@@ -254,7 +254,7 @@ TEST(Int64Array, GrowthIsTracedBeforeTheElement) {
     EXPECT_EQ(texts.back(), "Appending [18446744073709551615] at 1");
 }
 
-TEST(Int64Array, FreesItsBlockAlsoThroughItsBase) {
+TEST(Int64Array, TheDestructorFreesTheBlockAlsoThroughTheBaseClass) {
     const long before = framework::Memory::staticOutstanding();
     {
         Int64Array array(2);
@@ -301,7 +301,7 @@ TEST(Int64Array, WithoutMemoryEveryOperationThrowsAndChangesNothing) {
     EXPECT_EQ(framework::Memory::staticOutstanding(), before);
 }
 
-TEST(Int64Array, OperationsThatNeedNoNewBlockTakeNoMemory) {
+TEST(Int64Array, OperationsThatNeedNoNewBlockDoNotAllocate) {
     Int64Array array(4);
     const unsigned long before = test::allocationCount();
     array.Append(7);

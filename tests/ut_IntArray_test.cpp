@@ -26,8 +26,8 @@ using Lines = std::vector<std::string>;
 const unsigned int TRACE_SWITCH = 442;
 const char* const REALLOC = "static void* utility::Array::realloc(void*, unsigned int*, unsigned int, size_t)";
 
-static_assert(!std::is_copy_assignable<IntArray>::value, "an assignment would share the block");
-static_assert(!std::is_convertible<unsigned int, IntArray>::value, "a capacity is no array");
+static_assert(!std::is_copy_assignable<IntArray>::value, "assignment would share the block");
+static_assert(!std::is_convertible<unsigned int, IntArray>::value, "the constructor must be explicit");
 
 Content contentOf(const IntArray& array) {
     Content content;
@@ -67,7 +67,7 @@ TEST(IntArray, GrowsByTwentySlotsWhenFullAndKeepsItsElements) {
     EXPECT_EQ(array.size(), 45u);
 }
 
-TEST(IntArray, KeepsTheExtremesOfItsElements) {
+TEST(IntArray, KeepsTheExtremeValues) {
     IntArray array(1);
     array.Append(std::numeric_limits<int>::min());
     array.InsertAt(0, std::numeric_limits<int>::max());
@@ -103,7 +103,7 @@ TEST(IntArray, SetAtReplacesAndDeleteAtClosesTheGap) {
     EXPECT_EQ(array.size(), 4u);
 }
 
-TEST(IntArray, TheIndexOperatorGivesTheSlotItself) {
+TEST(IntArray, TheIndexOperatorReturnsAReferenceToTheSlot) {
     IntArray array(4);
     fill(array, 2);
     array[1] = -3;
@@ -152,7 +152,7 @@ TEST(IntArray, ACopyHasTheSameCapacityAndItsOwnElements) {
     EXPECT_EQ(contentOf(copy), (Content{-3, 1, 2}));
 }
 
-TEST(IntArray, TruncateOnlyEverShortens) {
+TEST(IntArray, TruncateNeverLengthens) {
     IntArray array(4);
     fill(array, 3);
     array.truncate(4);
@@ -167,7 +167,7 @@ TEST(IntArray, TruncateOnlyEverShortens) {
     EXPECT_EQ(array.length(), 0u);
 }
 
-TEST(IntArray, SortLeavesTheOrderAlone) {
+TEST(IntArray, SortDoesNotChangeTheOrder) {
     IntArray array(4);
     array.Append(9);
     array.Append(2);
@@ -199,7 +199,7 @@ TEST(IntArray, InsertAtTracesEachMoveFromTheTopDown) {
                                             "3 void utility::IntArray::InsertAt(unsigned int, int): setting 1 = 42"}));
 }
 
-TEST(IntArray, ARefusedInsertAtTracesItsEntryAlone) {
+TEST(IntArray, ARejectedInsertAtTracesOnlyItsEntry) {
     IntArray array(4);
     const test::DebugSwitch traced(TRACE_SWITCH);
     const test::LogCapture log;
@@ -207,7 +207,7 @@ TEST(IntArray, ARefusedInsertAtTracesItsEntryAlone) {
     EXPECT_EQ(test::traceLines(log), (Lines{"4 void utility::IntArray::InsertAt(unsigned int, int): Enter"}));
 }
 
-TEST(IntArray, EverythingElseTracesNothing) {
+TEST(IntArray, OtherOperationsDoNotTrace) {
     IntArray array(4);
     array.Append(7);
     const test::DebugSwitch traced(TRACE_SWITCH);
@@ -222,7 +222,7 @@ TEST(IntArray, EverythingElseTracesNothing) {
     EXPECT_EQ(test::traceLines(log), Lines());
 }
 
-TEST(IntArray, TracesNothingWhileItsSwitchIsOff) {
+TEST(IntArray, DoesNotTraceWithItsSwitchOff) {
     const test::LogCapture log;
     IntArray array(1);
     fill(array, 2);
@@ -249,7 +249,7 @@ TEST(IntArray, GrowthIsTracedBeforeTheElement) {
     EXPECT_EQ(texts.back(), "Appending [-3] at 1");
 }
 
-TEST(IntArray, FreesItsBlockAlsoThroughItsBase) {
+TEST(IntArray, TheDestructorFreesTheBlockAlsoThroughTheBaseClass) {
     const long before = framework::Memory::staticOutstanding();
     {
         IntArray array(2);
@@ -296,7 +296,7 @@ TEST(IntArray, WithoutMemoryEveryOperationThrowsAndChangesNothing) {
     EXPECT_EQ(framework::Memory::staticOutstanding(), before);
 }
 
-TEST(IntArray, OperationsThatNeedNoNewBlockTakeNoMemory) {
+TEST(IntArray, OperationsThatNeedNoNewBlockDoNotAllocate) {
     IntArray array(4);
     const unsigned long before = test::allocationCount();
     array.Append(7);

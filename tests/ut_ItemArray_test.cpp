@@ -35,8 +35,8 @@ const char* const DELETE_AT = "void utility::ItemArray::DeleteAt(unsigned int)";
 const char* const AT = "framework::Item*& utility::ItemArray::operator[](unsigned int)";
 const char* const AT_CONST = "framework::Item* const& utility::ItemArray::operator[](unsigned int) const";
 
-static_assert(!std::is_copy_assignable<ItemArray>::value, "an assignment would share the block");
-static_assert(!std::is_convertible<unsigned int, ItemArray>::value, "a capacity is no array");
+static_assert(!std::is_copy_assignable<ItemArray>::value, "assignment would share the block");
+static_assert(!std::is_convertible<unsigned int, ItemArray>::value, "the constructor must be explicit");
 
 Content contentOf(const ItemArray& array) {
     Content content;
@@ -111,7 +111,7 @@ TEST_F(ItemArrayTest, SetAtReplacesAndDeleteAtClosesTheGap) {
     EXPECT_EQ(array.length(), 0u);
 }
 
-TEST_F(ItemArrayTest, TheIndexOperatorGivesTheSlotItself) {
+TEST_F(ItemArrayTest, TheIndexOperatorReturnsAReferenceToTheSlot) {
     ItemArray array(2);
     fill(array, 2, &a);
     array[1] = &b;
@@ -134,7 +134,7 @@ TEST_F(ItemArrayTest, BadIndicesThrowAndChangeNothing) {
     EXPECT_EQ(array.size(), 2u);
 }
 
-TEST_F(ItemArrayTest, ACopyHoldsTheSameItemsAndHasTheSameCapacity) {
+TEST_F(ItemArrayTest, ACopyHasTheSameItemsAndCapacity) {
     ItemArray array(7);
     array.Append(&a);
     array.Append(nullptr);
@@ -170,7 +170,7 @@ TEST_F(ItemArrayTest, NeverDeletesItsItems) {
     EXPECT_EQ(deleted, 0);
 }
 
-TEST_F(ItemArrayTest, FindGivesTheFirstIndexOfAnItem) {
+TEST_F(ItemArrayTest, FindReturnsTheFirstIndexOfAnItem) {
     ItemArray array(4);
     EXPECT_EQ(array.Find(&a), NOT_FOUND);
     EXPECT_EQ(array.Find(nullptr), NOT_FOUND);
@@ -217,7 +217,7 @@ TEST_F(ItemArrayTest, AppendOfAnArrayGrowsOnceAsSoonAsItWouldBeFull) {
     EXPECT_EQ(exact.size(), 40u);
 }
 
-TEST_F(ItemArrayTest, AppendOfAnArrayGrowsByItsLengthWhenThatIsMoreThanTwenty) {
+TEST_F(ItemArrayTest, AppendOfAnArrayGrowsByItsLengthIfMoreThanTwenty) {
     ItemArray many(30);
     ItemArray array(5);
     fill(array, 5, &a);
@@ -283,7 +283,7 @@ TEST_F(ItemArrayTest, InsertAtTracesEachMoveFromTheTopDown) {
                                             start + "moving from 1 to 2", start + "setting 1 = " + text(&b)}));
 }
 
-TEST_F(ItemArrayTest, ARefusedInsertAtTracesItsEntryAlone) {
+TEST_F(ItemArrayTest, ARejectedInsertAtTracesOnlyItsEntry) {
     ItemArray array(4);
     const test::DebugSwitch traced(TRACE_SWITCH);
     const test::LogCapture log;
@@ -291,7 +291,7 @@ TEST_F(ItemArrayTest, ARefusedInsertAtTracesItsEntryAlone) {
     EXPECT_EQ(test::traceLines(log), (Lines{std::string("4 ") + INSERT_AT + ": Enter"}));
 }
 
-TEST_F(ItemArrayTest, EverythingElseTracesNothing) {
+TEST_F(ItemArrayTest, OtherOperationsDoNotTrace) {
     ItemArray array(4);
     array.Append(&a);
     const test::DebugSwitch traced(TRACE_SWITCH);
@@ -306,7 +306,7 @@ TEST_F(ItemArrayTest, EverythingElseTracesNothing) {
     EXPECT_EQ(test::traceLines(log), Lines());
 }
 
-TEST_F(ItemArrayTest, TracesNothingWhileItsSwitchIsOff) {
+TEST_F(ItemArrayTest, DoesNotTraceWithItsSwitchOff) {
     const test::LogCapture log;
     ItemArray array(1);
     fill(array, 2, &a);
@@ -316,7 +316,7 @@ TEST_F(ItemArrayTest, TracesNothingWhileItsSwitchIsOff) {
     EXPECT_EQ(test::traceLines(log), Lines());
 }
 
-TEST_F(ItemArrayTest, FreesItsBlockAlsoThroughItsBase) {
+TEST_F(ItemArrayTest, TheDestructorFreesTheBlockAlsoThroughTheBaseClass) {
     const long before = framework::Memory::staticOutstanding();
     {
         ItemArray array(2);
@@ -353,7 +353,7 @@ TEST_F(ItemArrayTest, WithoutMemoryEveryOperationThrowsAndChangesNothing) {
     EXPECT_EQ(framework::Memory::staticOutstanding(), before);
 }
 
-TEST_F(ItemArrayTest, WithoutMemoryAFullArrayTakesNoFurtherItem) {
+TEST_F(ItemArrayTest, WithoutMemoryAFullArrayStaysUnchanged) {
     ItemArray array(1);
     array.Append(&a);
     std::unique_ptr<framework::Exception> failure;

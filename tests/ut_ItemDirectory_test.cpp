@@ -31,15 +31,15 @@ stringtoken token(const std::string& name) {
     return strings::GS.toToken(name.c_str());
 }
 
-/// An item with a name of its own that counts how often items were asked for their names and deleted.
+// An item with its own name; counts the calls of `getNameString` and the deletions of all items.
 class NamedItem : public framework::Item {
 public:
     explicit NamedItem(const std::string& name) : m_text(strings::StringRepository::toString(token(name))) {}
     explicit NamedItem(std::nullptr_t) : m_text(nullptr) {}
     ~NamedItem() override {
         ++deleted;
-        if (m_atEnd)
-            m_atEnd();
+        if (m_onDestruction)
+            m_onDestruction();
     }
 
     stringtoken getName() const override {
@@ -49,8 +49,8 @@ public:
         ++asked;
         return m_text;
     }
-    void atEnd(const std::function<void()>& action) {
-        m_atEnd = action;
+    void onDestruction(const std::function<void()>& action) {
+        m_onDestruction = action;
     }
 
     static int asked;
@@ -58,7 +58,7 @@ public:
 
 private:
     const char* m_text;
-    std::function<void()> m_atEnd;
+    std::function<void()> m_onDestruction;
 };
 
 int NamedItem::asked = 0;
@@ -80,7 +80,7 @@ TEST(ItemDirectory, UsageExample) {
     EXPECT_TRUE(items.get(volume.getName()) == &volume);
 }
 
-TEST(ItemDirectory, FindsItsItemsByNameAndGivesTheirPositions) {
+TEST(ItemDirectory, FindReturnsThePositionOfAnItemByName) {
     NamedItem b("b"), a("a"), ab("ab");
     ItemDirectory directory(1);
     EXPECT_EQ(directory.add(&b), 0);
@@ -96,7 +96,7 @@ TEST(ItemDirectory, FindsItsItemsByNameAndGivesTheirPositions) {
     EXPECT_EQ(sortedOf(directory), (Items{&a, &ab, &b}));
 }
 
-TEST(ItemDirectory, BehindTheLastItemThereIsNull) {
+TEST(ItemDirectory, GetSortedIsNullAfterTheLastItem) {
     NamedItem a("a");
     ItemDirectory directory(0);
     EXPECT_EQ(directory.getSorted(0), nullptr);
@@ -105,7 +105,7 @@ TEST(ItemDirectory, BehindTheLastItemThereIsNull) {
     EXPECT_EQ(directory.getSorted(0xFFFFFFFF), nullptr);
 }
 
-TEST(ItemDirectory, ItemsOfOneNameStandInTheOrderAdded) {
+TEST(ItemDirectory, ItemsWithTheSameNameAreInTheOrderAdded) {
     NamedItem first("same"), second("same"), third("same"), other("other");
     ItemDirectory directory(0);
     directory.add(&first);
@@ -117,13 +117,13 @@ TEST(ItemDirectory, ItemsOfOneNameStandInTheOrderAdded) {
     EXPECT_EQ(sortedOf(directory), (Items{&other, &second, &third}));
 }
 
-TEST(ItemDirectory, ANullItemIsNeverAdded) {
+TEST(ItemDirectory, AddIgnoresANullItem) {
     ItemDirectory directory(0);
     EXPECT_EQ(directory.add(nullptr), -1);
     EXPECT_EQ(directory.length(), 0u);
 }
 
-TEST(ItemDirectory, ANullNameIsTheEmptyOne) {
+TEST(ItemDirectory, ANullNameMeansTheEmptyName) {
     NamedItem nameless(nullptr), a("a"), empty("");
     ItemDirectory directory(0);
     directory.add(&a);
@@ -138,7 +138,7 @@ TEST(ItemDirectory, ANullNameIsTheEmptyOne) {
     EXPECT_EQ(sortedOf(directory), (Items{&empty, &a}));
 }
 
-TEST(ItemDirectory, ATokenWithoutATextIsFoundNowhereWhenNoNameIsEmpty) {
+TEST(ItemDirectory, ATokenWithoutATextIsNotFoundIfNoNameIsEmpty) {
     NamedItem a("a");
     ItemDirectory directory(0);
     EXPECT_EQ(directory.find(0), -1);
@@ -171,7 +171,7 @@ TEST(ItemDirectory, ReplaceByNullOrOfAnAbsentNameDoesNothing) {
     EXPECT_EQ(sortedOf(directory), Items{&a});
 }
 
-TEST(ItemDirectory, RemoveMovesThePositionsBehindDownAndDeletesNothing) {
+TEST(ItemDirectory, RemoveDecreasesTheLaterPositionsAndDeletesNothing) {
     NamedItem d("d"), b("b"), a("a"), c("c");
     ItemDirectory directory(0);
     for (NamedItem* item : {&d, &b, &a, &c})
@@ -195,7 +195,7 @@ TEST(ItemDirectory, RemoveMovesThePositionsBehindDownAndDeletesNothing) {
     EXPECT_EQ(NamedItem::deleted, 0);
 }
 
-TEST(ItemDirectory, RemoveAllForgetsTheItemsAndDeletesNone) {
+TEST(ItemDirectory, RemoveAllRemovesAllItemsAndDeletesNone) {
     NamedItem a("a"), b("b");
     ItemDirectory directory(0);
     directory.add(&a);
@@ -222,7 +222,7 @@ TEST(ItemDirectory, DeleteAllDeletesEveryItemOnce) {
     EXPECT_EQ(NamedItem::deleted, 50);
 }
 
-TEST(ItemDirectory, DeleteAllDeletesAnItemThatWasAddedTwiceOnlyOnce) {
+TEST(ItemDirectory, DeleteAllDeletesARepeatedItemOnce) {
     ItemDirectory directory(0);
     NamedItem* const a = new NamedItem("a");
     NamedItem* const b = new NamedItem("b");
@@ -234,12 +234,12 @@ TEST(ItemDirectory, DeleteAllDeletesAnItemThatWasAddedTwiceOnlyOnce) {
     EXPECT_EQ(directory.length(), 0u);
 }
 
-TEST(ItemDirectory, AnItemMayTakeItselfOutWhileAllAreDeleted) {
+TEST(ItemDirectory, AnItemMayRemoveItselfInItsDestructor) {
     ItemDirectory directory(0);
     for (int i = 0; i < 5; ++i) {
         const std::string name = "item" + std::to_string(i);
         NamedItem* const item = new NamedItem(name);
-        item->atEnd([&directory, name] { directory.remove(token(name)); });
+        item->onDestruction([&directory, name] { directory.remove(token(name)); });
         directory.add(item);
     }
     NamedItem::deleted = 0;
@@ -258,7 +258,7 @@ TEST(ItemDirectory, DoesNotOwnItsItems) {
     EXPECT_EQ(NamedItem::deleted, 0);
 }
 
-TEST(ItemDirectory, FindsNothingInAnEmptyRangeWithoutAskingAnItem) {
+TEST(ItemDirectory, FindReadsNoNameIfTheRangeIsEmpty) {
     NamedItem a("a"), c("c");
     ItemDirectory directory(0);
     directory.add(&a);
@@ -269,7 +269,7 @@ TEST(ItemDirectory, FindsNothingInAnEmptyRangeWithoutAskingAnItem) {
     EXPECT_EQ(NamedItem::asked, 0);
 }
 
-TEST(ItemDirectory, AsksOneItemForEachHalvingOfTheRange) {
+TEST(ItemDirectory, FindReadsOneNamePerStepOfTheBinarySearch) {
     ItemDirectory directory(0);
     for (int i = 0; i < 1000; ++i)
         directory.add(new NamedItem("item" + std::to_string(1000 + i)));
@@ -282,7 +282,7 @@ TEST(ItemDirectory, AsksOneItemForEachHalvingOfTheRange) {
     directory.deleteAll();
 }
 
-TEST(ItemDirectory, SortsBytesAbove127BehindTheOthers) {
+TEST(ItemDirectory, BytesAbove127SortAfterTheOthers) {
     NamedItem last("\xff"), z("z"), high("\x80"), ax("a\xff"), a("a");
     ItemDirectory directory(0);
     for (NamedItem* item : {&last, &z, &high, &ax, &a})
@@ -293,7 +293,7 @@ TEST(ItemDirectory, SortsBytesAbove127BehindTheOthers) {
     EXPECT_EQ(directory.get(token("\xff")), &last);
 }
 
-TEST(ItemDirectory, HoldsANameOf100000Characters) {
+TEST(ItemDirectory, AcceptsANameOf100000Characters) {
     const std::string longName(100000, 'x');
     NamedItem item(longName), other(longName + "y");
     ItemDirectory directory(0);
@@ -303,7 +303,7 @@ TEST(ItemDirectory, HoldsANameOf100000Characters) {
     EXPECT_EQ(directory.find(token(longName + "y")), 0);
 }
 
-TEST(ItemDirectory, RefusesThe32768thItemAndChangesNothing) {
+TEST(ItemDirectory, RejectsThe32768thItemAndChangesNothing) {
     NamedItem a("a"), b("b");
     ItemDirectory directory(40000);
     for (int i = 0; i < 32767; ++i)
@@ -329,7 +329,7 @@ TEST(ItemDirectory, ATableThatCannotGrowThrowsAndChangesNothing) {
         EXPECT_FAILURE(test::failNth(2, [&] { directory.add(&a); }), 1230, "ut_Array", REALLOC, "");
         EXPECT_EQ(sortedOf(directory), Items{&b});
         {
-            // Not even the failure finds memory.
+            // The allocation of the exception fails too.
             test::FailingAllocation failing(test::failAll);
             EXPECT_THROW(directory.add(&a), std::bad_alloc);
         }
@@ -345,7 +345,7 @@ TEST(ItemDirectory, ATableThatCannotGrowThrowsAndChangesNothing) {
     EXPECT_EQ(framework::Memory::staticOutstanding(), before);
 }
 
-TEST(ItemDirectory, AnEntryCostsNoMemoryOfItsOwn) {
+TEST(ItemDirectory, AddDoesNotAllocatePerEntry) {
     NamedItem a("a"), b("b");
     ItemDirectory directory(10);
     const stringtoken name = token("b");
@@ -357,7 +357,7 @@ TEST(ItemDirectory, AnEntryCostsNoMemoryOfItsOwn) {
     EXPECT_EQ(test::allocationCount(), before);
 }
 
-/// The same over a vector.
+// Reference implementation with a vector.
 struct ItemModel {
     static std::string nameOf(const framework::Item* item) {
         return item->getNameString();
@@ -406,7 +406,7 @@ TEST(ItemDirectory, BehavesAsAVectorUnderRandomOperations) {
             ASSERT_EQ(directory.add(item), static_cast<int>(model.items.size()));
             model.items.push_back(item);
         } else {
-            // Of several items of one name the one that stands first is taken out.
+            // Of several items with the same name, `remove` removes the first.
             directory.remove(nameToken);
             if (first != model.items.end())
                 model.items.erase(first);

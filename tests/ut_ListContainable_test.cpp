@@ -15,8 +15,6 @@ struct Port : public utility::ListContainable {
     int number;
 };
 
-} // namespace
-
 TEST(ListContainable, UsageExample) {
     Port four(4);
     const Port another(4);
@@ -25,10 +23,12 @@ TEST(ListContainable, UsageExample) {
     EXPECT_EQ(ports.indexOf(&another), 0);
 }
 
-TEST(ListContainable, IsDeletedThroughTheInterface) {
+TEST(ListContainable, CanBeDeletedThroughTheInterface) {
     const int before = test::ListNumber::alive;
     utility::ListContainable* element = new test::ListNumber(1);
     EXPECT_EQ(test::ListNumber::alive, before + 1);
     delete element;
     EXPECT_EQ(test::ListNumber::alive, before);
 }
+
+} // namespace

@@ -19,7 +19,7 @@ using utility::SortOrder;
 
 namespace {
 
-const std::chrono::milliseconds aWhile(100);
+const std::chrono::milliseconds shortDelay(100);
 
 std::vector<int> walk(ListIterator& iterator) {
     std::vector<int> values;
@@ -42,8 +42,6 @@ protected:
     List list;
 };
 
-} // namespace
-
 TEST_F(ListIteratorTest, UsageExample) {
     std::vector<const utility::ListContainable*> shown;
     const auto show = [&shown](const utility::ListContainable& element) {
@@ -57,26 +55,26 @@ TEST_F(ListIteratorTest, UsageExample) {
     EXPECT_EQ(shown, (std::vector<const utility::ListContainable*>{&c, &b, &a}));
 }
 
-TEST_F(ListIteratorTest, OrderZeroWalksFromTheFirst) {
+TEST_F(ListIteratorTest, OrderZeroStartsAtTheFirstElement) {
     ListIterator iterator(list, static_cast<SortOrder>(0));
     EXPECT_EQ(walk(iterator), (std::vector<int>{1, 2, 3}));
 }
 
-TEST_F(ListIteratorTest, EveryOtherOrderWalksFromTheLast) {
+TEST_F(ListIteratorTest, EveryOtherOrderStartsAtTheLastElement) {
     for (const int order : {1, 2, -1, 7, 2147483647}) {
         ListIterator iterator(list, static_cast<SortOrder>(order));
         EXPECT_EQ(walk(iterator), (std::vector<int>{3, 2, 1})) << order;
     }
 }
 
-TEST_F(ListIteratorTest, StaysAtTheEnd) {
+TEST_F(ListIteratorTest, NextStaysNullAtTheEnd) {
     ListIterator iterator(list, utility::FIRST_TO_LAST);
     walk(iterator);
     EXPECT_EQ(iterator.next(), nullptr);
     EXPECT_EQ(iterator.next(), nullptr);
 }
 
-TEST_F(ListIteratorTest, FindsNothingInAnEmptyList) {
+TEST_F(ListIteratorTest, NextReturnsNullForAnEmptyList) {
     const List empty;
     for (const SortOrder order : {utility::FIRST_TO_LAST, utility::LAST_TO_FIRST}) {
         ListIterator iterator(empty, order);
@@ -84,7 +82,7 @@ TEST_F(ListIteratorTest, FindsNothingInAnEmptyList) {
     }
 }
 
-TEST_F(ListIteratorTest, SeesWhatWasPutInBetweenUncounted) {
+TEST_F(ListIteratorTest, IteratesOverUncountedElementsToo) {
     list.add(1, &d);
     ASSERT_EQ(list.count(), 3);
     ListIterator forward(list, utility::FIRST_TO_LAST);
@@ -93,7 +91,7 @@ TEST_F(ListIteratorTest, SeesWhatWasPutInBetweenUncounted) {
     EXPECT_EQ(walk(backward), (std::vector<int>{3, 2, 4, 1}));
 }
 
-TEST_F(ListIteratorTest, FromTheListItIsTheCallersToDelete) {
+TEST_F(ListIteratorTest, TheCallerDeletesAnIteratorReturnedByAList) {
     for (const SortOrder order : {utility::FIRST_TO_LAST, utility::LAST_TO_FIRST}) {
         const std::unique_ptr<ListIterator> iterator(list.iterator(order));
         ASSERT_NE(iterator, nullptr);
@@ -103,7 +101,7 @@ TEST_F(ListIteratorTest, FromTheListItIsTheCallersToDelete) {
     EXPECT_EQ(list.count(), 4);
 }
 
-TEST_F(ListIteratorTest, OtherThreadsReadMeanwhile) {
+TEST_F(ListIteratorTest, OtherThreadsCanRead) {
     ListIterator iterator(list, utility::FIRST_TO_LAST);
     std::thread reader([this] {
         EXPECT_EQ(list.getFirst(), &a);
@@ -117,13 +115,13 @@ TEST_F(ListIteratorTest, OtherThreadsReadMeanwhile) {
     EXPECT_EQ(walk(iterator), (std::vector<int>{1, 2, 3}));
 }
 
-TEST_F(ListIteratorTest, WritersWaitUntilItIsDestroyed) {
+TEST_F(ListIteratorTest, WritersWaitUntilTheIteratorIsDestroyed) {
     auto iterator = std::make_unique<ListIterator>(list, utility::FIRST_TO_LAST);
     std::vector<std::future<void>> writers;
     writers.push_back(std::async(std::launch::async, [this] { list.addLast(&d); }));
     writers.push_back(std::async(std::launch::async, [this] { list.remove(&b); }));
     writers.push_back(std::async(std::launch::async, [this] { list.removeFirst(true); }));
-    std::this_thread::sleep_for(aWhile);
+    std::this_thread::sleep_for(shortDelay);
     for (const std::future<void>& writer : writers)
         EXPECT_EQ(writer.wait_for(std::chrono::seconds(0)), std::future_status::timeout);
     EXPECT_EQ(walk(*iterator), (std::vector<int>{1, 2, 3}));
@@ -136,7 +134,7 @@ TEST_F(ListIteratorTest, WritersWaitUntilItIsDestroyed) {
     EXPECT_EQ(list.getLast(), &d);
 }
 
-TEST_F(ListIteratorTest, StaysValidWhileOthersTryToWrite) {
+TEST_F(ListIteratorTest, StaysValidWhileOtherThreadsTryToWrite) {
     std::atomic<bool> done(false);
     std::thread writer([this, &done] {
         while (!done) {
@@ -158,3 +156,5 @@ TEST_F(ListIteratorTest, StaysValidWhileOthersTryToWrite) {
     done = true;
     writer.join();
 }
+
+} // namespace

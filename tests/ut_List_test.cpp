@@ -32,8 +32,8 @@ using utility::ListIterator;
 
 namespace {
 
-const std::chrono::milliseconds aWhile(50);
-const std::chrono::seconds longEnough(60);
+const std::chrono::milliseconds shortDelay(50);
+const std::chrono::seconds timeout(60);
 const unsigned int waiterSwitch = 2301;
 
 typedef std::vector<ListContainable*> Elements;
@@ -62,7 +62,7 @@ std::future<ListContainable*> startConsumer(List& list) {
     return std::async(std::launch::async, [&list] { return list.removeFirst(true); });
 }
 
-/// How often a waiter was signalled, as its traces tell.
+// Returns how often a waiter was signaled, according to its traces.
 std::ptrdiff_t signalCount(const test::LogCapture& log) {
     const std::vector<std::string> texts = log.texts();
     return std::count(texts.begin(), texts.end(), "Signal");
@@ -83,8 +83,6 @@ protected:
     List list;
 };
 
-} // namespace
-
 TEST(List, UsageExample) {
     struct Port : public ListNumber {
         using ListNumber::ListNumber;
@@ -100,7 +98,7 @@ TEST(List, UsageExample) {
     EXPECT_EQ(ListNumber::alive, alive);
 }
 
-TEST_F(ListTest, IsEmptyAtFirst) {
+TEST_F(ListTest, ANewListIsEmpty) {
     EXPECT_EQ(list.count(), 0);
     EXPECT_EQ(list.getFirst(), nullptr);
     EXPECT_EQ(list.getLast(), nullptr);
@@ -116,7 +114,7 @@ TEST_F(ListTest, IsEmptyAtFirst) {
     EXPECT_EQ(list.count(), 0);
 }
 
-TEST_F(ListTest, AddFirstPutsInFrontAndAddLastAtTheEnd) {
+TEST_F(ListTest, AddFirstPrependsAndAddLastAppends) {
     list.addFirst(&b);
     list.addFirst(&a);
     list.addLast(&c);
@@ -127,7 +125,7 @@ TEST_F(ListTest, AddFirstPutsInFrontAndAddLastAtTheEnd) {
     EXPECT_EQ(list.getLast(), &c);
 }
 
-TEST_F(ListTest, AddsNoNullAndSignalsNobody) {
+TEST_F(ListTest, NullIsNeitherAddedNorSignaled) {
     const test::DebugSwitch traces(waiterSwitch);
     const test::LogCapture log;
     list.addFirst(nullptr);
@@ -139,7 +137,7 @@ TEST_F(ListTest, AddsNoNullAndSignalsNobody) {
     EXPECT_EQ(log.count(), 0u);
 }
 
-TEST_F(ListTest, EachElementAddedAtAnEndSignalsOnce) {
+TEST_F(ListTest, AddingAtAnEndSignalsOnce) {
     const test::DebugSwitch traces(waiterSwitch);
     const test::LogCapture log;
     list.addFirst(&b);
@@ -152,7 +150,7 @@ TEST_F(ListTest, EachElementAddedAtAnEndSignalsOnce) {
     EXPECT_EQ(signalCount(log), 4);
 }
 
-TEST_F(ListTest, AnElementEqualToAStoredOneIsIgnoredAndSignalsNobody) {
+TEST_F(ListTest, ADuplicateIsNeitherAddedNorSignaled) {
     fill();
     const test::DebugSwitch traces(waiterSwitch);
     const test::LogCapture log;
@@ -176,7 +174,7 @@ TEST_F(ListTest, EqualElementsAreStoredWhenDuplicatesAreAllowed) {
     EXPECT_EQ(duplicates.indexOf(&anotherB), 0);
 }
 
-TEST_F(ListTest, AsksTheElementItIsGivenWithEachStoredOneInTurn) {
+TEST_F(ListTest, CallsEqualsOnTheGivenElementWithEachStoredOne) {
     struct Asked : public ListContainable {
         bool equals(const ListContainable* other) const override {
             askedWith.push_back(const_cast<ListContainable*>(other));
@@ -238,14 +236,14 @@ TEST_F(ListTest, AddAtIndexZeroPrepends) {
     EXPECT_EQ(list.count(), 4);
 }
 
-TEST_F(ListTest, AddAtIndexZeroOfAnEmptyListMakesItsOnlyElement) {
+TEST_F(ListTest, AddAtIndexZeroOfAnEmptyListAddsItsOnlyElement) {
     list.add(0, &a);
     EXPECT_EQ(list.getFirst(), &a);
     EXPECT_EQ(list.getLast(), &a);
     EXPECT_EQ(list.count(), 1);
 }
 
-TEST_F(ListTest, AddInBetweenIsNeitherCountedNorSignalled) {
+TEST_F(ListTest, AddInBetweenDoesNotCountOrSignal) {
     fill();
     const test::DebugSwitch traces(waiterSwitch);
     const test::LogCapture log;
@@ -269,7 +267,7 @@ TEST_F(ListTest, AddAtTheLastCountedPositionGoesBeforeItsElement) {
     list.removeAll();
 }
 
-TEST_F(ListTest, CountFallsBelowZeroWhenMoreIsRemovedThanWasCounted) {
+TEST_F(ListTest, CountBecomesNegativeIfMoreIsRemovedThanCounted) {
     fill();
     list.add(1, &d);
     list.removeAll();
@@ -284,7 +282,7 @@ TEST_F(ListTest, CountFallsBelowZeroWhenMoreIsRemovedThanWasCounted) {
     EXPECT_EQ(content(list), (Elements{&a, &b}));
 }
 
-TEST_F(ListTest, AnElementIsTakenFromAListThatCountsNone) {
+TEST_F(ListTest, AnElementIsRemovedFromAListWithACountOfZero) {
     fill();
     list.add(1, &d);
     for (int element = 0; element < 3; ++element)
@@ -300,7 +298,7 @@ TEST_F(ListTest, GetCountsFromZero) {
     EXPECT_EQ(list.get(2), &c);
 }
 
-TEST_F(ListTest, PositionsOutsideFindNothing) {
+TEST_F(ListTest, PositionsOutOfRangeReturnNull) {
     fill();
     for (const int index : {-1, INT_MIN, 3, INT_MAX}) {
         EXPECT_EQ(list.get(index), nullptr) << index;
@@ -389,12 +387,12 @@ TEST_F(ListTest, RemoveAndDeleteDeletesTheStoredElementNotTheOneGiven) {
     EXPECT_EQ(content(list), (Elements{&a}));
 }
 
-TEST_F(ListTest, AnElementIsDeletedBeforeItIsTakenOut) {
+TEST_F(ListTest, AnElementIsDeletedBeforeItIsRemoved) {
     struct Watching : public ListContainable {
         explicit Watching(const List& watched) : list(watched) {}
         Watching(const Watching&) = delete;
         Watching& operator=(const Watching&) = delete;
-        // The writing thread may read the list again.
+        // The thread that holds the write lock may read the list.
         ~Watching() override {
             countAtEnd = list.count();
         }
@@ -414,7 +412,7 @@ TEST_F(ListTest, AnElementIsDeletedBeforeItIsTakenOut) {
     EXPECT_EQ(list.count(), 0);
 }
 
-TEST_F(ListTest, AnElementMayTakeItselfOutWhileItIsDeleted) {
+TEST_F(ListTest, AnElementMayRemoveItselfInItsDestructor) {
     struct Leaving : public ListNumber {
         Leaving(int number, List& left, ListContainable* put) : ListNumber(number), list(left), successor(put) {}
         Leaving(const Leaving&) = delete;
@@ -459,7 +457,7 @@ TEST_F(ListTest, RemoveAllDeletesNoElement) {
     EXPECT_EQ(list.count(), 0);
 }
 
-TEST_F(ListTest, RemoveAndDeleteAllDeletesEveryElementFromTheFirst) {
+TEST_F(ListTest, RemoveAndDeleteAllDeletesEveryElementInOrder) {
     struct Ordered : public ListContainable {
         Ordered(int given, std::vector<int>& record) : number(given), deleted(record) {}
         Ordered(const Ordered&) = delete;
@@ -483,7 +481,7 @@ TEST_F(ListTest, RemoveAndDeleteAllDeletesEveryElementFromTheFirst) {
     EXPECT_EQ(list.count(), -1);
 }
 
-TEST_F(ListTest, ItsDestructionDeletesNoElement) {
+TEST_F(ListTest, TheDestructorDeletesNoElement) {
     const int alive = ListNumber::alive;
     {
         List other;
@@ -493,14 +491,14 @@ TEST_F(ListTest, ItsDestructionDeletesNoElement) {
     EXPECT_EQ(ListNumber::alive, alive);
 }
 
-TEST_F(ListTest, RemoveFirstFromAnEmptyListReturnsAtOnceWithoutWaiting) {
+TEST_F(ListTest, RemoveFirstWithoutWaitReturnsNullAtOnceIfTheListIsEmpty) {
     const test::DebugSwitch traces(waiterSwitch);
     const test::LogCapture log;
     EXPECT_EQ(list.removeFirst(false), nullptr);
     EXPECT_EQ(log.count(), 0u);
 }
 
-TEST_F(ListTest, RemoveFirstDoesNotWaitWhenSomethingIsThere) {
+TEST_F(ListTest, RemoveFirstDoesNotWaitIfTheListIsNotEmpty) {
     fill();
     const test::DebugSwitch traces(waiterSwitch);
     const test::LogCapture log;
@@ -508,7 +506,7 @@ TEST_F(ListTest, RemoveFirstDoesNotWaitWhenSomethingIsThere) {
     EXPECT_EQ(log.count(), 0u);
 }
 
-TEST_F(ListTest, RemoveFirstWaitsWithoutLimitAndWithoutTheListsLock) {
+TEST_F(ListTest, RemoveFirstWaitsWithoutATimeoutAndWithTheListUnlocked) {
     const test::DebugSwitch traces(waiterSwitch);
     const test::LogCapture log;
     std::future<ListContainable*> consumer = startConsumer(list);
@@ -521,7 +519,7 @@ TEST_F(ListTest, RemoveFirstWaitsWithoutLimitAndWithoutTheListsLock) {
     EXPECT_EQ(consumer.get(), &a);
 }
 
-TEST_F(ListTest, RemoveFirstBlocksUntilSomethingIsAdded) {
+TEST_F(ListTest, RemoveFirstBlocksUntilAnElementIsAdded) {
     const std::function<void(ListContainable*)> additions[] = {
         [this](ListContainable* element) { list.addFirst(element); },
         [this](ListContainable* element) { list.addLast(element); },
@@ -530,7 +528,7 @@ TEST_F(ListTest, RemoveFirstBlocksUntilSomethingIsAdded) {
     };
     for (const auto& addition : additions) {
         std::future<ListContainable*> consumer = startConsumer(list);
-        std::this_thread::sleep_for(aWhile);
+        std::this_thread::sleep_for(shortDelay);
         EXPECT_FALSE(isReady(consumer));
         addition(&a);
         EXPECT_EQ(consumer.get(), &a);
@@ -538,11 +536,11 @@ TEST_F(ListTest, RemoveFirstBlocksUntilSomethingIsAdded) {
     }
 }
 
-TEST_F(ListTest, WakeAllWakesEveryConsumerWithNothing) {
+TEST_F(ListTest, WakeAllMakesEveryConsumerReturnNull) {
     std::vector<std::future<ListContainable*>> consumers;
     for (int consumer = 0; consumer < 4; ++consumer)
         consumers.push_back(startConsumer(list));
-    std::this_thread::sleep_for(aWhile);
+    std::this_thread::sleep_for(shortDelay);
     for (const std::future<ListContainable*>& consumer : consumers)
         EXPECT_FALSE(isReady(consumer));
     for (std::future<ListContainable*>& consumer : consumers) {
@@ -554,13 +552,13 @@ TEST_F(ListTest, WakeAllWakesEveryConsumerWithNothing) {
     }
 }
 
-TEST_F(ListTest, OneWakeAllWakesEveryConsumerThatIsBlocked) {
+TEST_F(ListTest, OneWakeAllWakesEveryBlockedConsumer) {
     const test::DebugSwitch traces(waiterSwitch);
     const test::LogCapture log;
     std::vector<std::future<ListContainable*>> consumers;
     for (int consumer = 0; consumer < 4; ++consumer)
         consumers.push_back(startConsumer(list));
-    // The last one says so just before it waits; it could do so because those before it gave the lock up in waiting.
+    // The last consumer logs this just before it waits. It has the lock, so the others have released it by waiting.
     while (!log.contains(framework::Logger::LOG_DEBUG, "Wait .... (4 waiters)"))
         std::this_thread::yield();
     const auto readyCount = [&consumers] {
@@ -569,7 +567,7 @@ TEST_F(ListTest, OneWakeAllWakesEveryConsumerThatIsBlocked) {
     EXPECT_EQ(readyCount(), 0);
 
     list.wakeAll();
-    const auto end = std::chrono::steady_clock::now() + longEnough;
+    const auto end = std::chrono::steady_clock::now() + timeout;
     while (readyCount() < 3 && std::chrono::steady_clock::now() < end)
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     EXPECT_GE(readyCount(), 3);
@@ -584,15 +582,13 @@ TEST_F(ListTest, OneWakeAllWakesEveryConsumerThatIsBlocked) {
 TEST_F(ListTest, WakeAllWithoutConsumersIsNotRemembered) {
     list.wakeAll();
     std::future<ListContainable*> consumer = startConsumer(list);
-    std::this_thread::sleep_for(aWhile);
+    std::this_thread::sleep_for(shortDelay);
     EXPECT_FALSE(isReady(consumer));
     list.addLast(&a);
     EXPECT_EQ(consumer.get(), &a);
 }
 
-namespace {
-
-/// Runs something once, in the thread that logs `text` and while it does so; switches the traces off before.
+// Runs `action` once, in the thread that logs `text`, from within the log call and with the traces switched off.
 class Interruption {
 public:
     Interruption(const char* text, std::function<void()> action) : m_text(text), m_action(std::move(action)) {
@@ -621,18 +617,16 @@ private:
     bool m_done = false;
 };
 
-/// What the consumer got in the end; null when it had to be woken.
+// Returns the element that the consumer removed, or null if only `wakeAll` could end its wait.
 ListContainable* resultOf(std::future<ListContainable*>& consumer, List& list) {
-    if (consumer.wait_for(longEnough) == std::future_status::ready)
+    if (consumer.wait_for(timeout) == std::future_status::ready)
         return consumer.get();
     while (!isReady(consumer))
         list.wakeAll();
     return nullptr;
 }
 
-} // namespace
-
-TEST_F(ListTest, AnElementAddedJustBeforeAConsumerWaitsIsTaken) {
+TEST_F(ListTest, AnElementAddedJustBeforeAConsumerWaitsIsRemoved) {
     const Interruption interruption("Locking .....", [this] {
         std::thread producer([this] { list.addLast(&a); });
         producer.join();
@@ -641,11 +635,11 @@ TEST_F(ListTest, AnElementAddedJustBeforeAConsumerWaitsIsTaken) {
     EXPECT_EQ(resultOf(consumer, list), &a);
 }
 
-TEST_F(ListTest, AnElementAddedWhileAConsumerBeginsToWaitIsTaken) {
+TEST_F(ListTest, AnElementAddedWhileAConsumerBeginsToWaitIsRemoved) {
     std::thread producer;
     const Interruption interruption("Wait .... (1 waiters)", [this, &producer] {
         producer = std::thread([this] { list.addLast(&a); });
-        std::this_thread::sleep_for(aWhile);
+        std::this_thread::sleep_for(shortDelay);
     });
     std::future<ListContainable*> consumer = startConsumer(list);
     EXPECT_EQ(resultOf(consumer, list), &a);
@@ -662,7 +656,7 @@ TEST_F(ListTest, AnEntryIsOneAllocation) {
     EXPECT_EQ(test::allocationCount() - before, 3u);
 }
 
-TEST_F(ListTest, WithoutMemoryNothingIsAddedAndNobodySignalled) {
+TEST_F(ListTest, WithoutMemoryAddDoesNotAddOrSignal) {
     const std::function<void()> additions[] = {
         [this] { list.addFirst(&d); }, [this] { list.addLast(&d); }, [this] { list.add(0, &d); },
         [this] { list.add(1, &d); },   [this] { list.add(-1, &d); },
@@ -690,7 +684,7 @@ TEST_F(ListTest, WithoutMemoryNothingIsAddedAndNobodySignalled) {
     EXPECT_EQ(list.getLast(), &d);
 }
 
-TEST_F(ListTest, ReadingAndRemovingTakeNoMemory) {
+TEST_F(ListTest, ReadingAndRemovingDoNotAllocate) {
     fill();
     list.addLast(new ListNumber(20));
     list.addLast(new ListNumber(21));
@@ -709,7 +703,7 @@ TEST_F(ListTest, ReadingAndRemovingTakeNoMemory) {
     EXPECT_EQ(failing.failures(), 0u);
 }
 
-TEST_F(ListTest, WithoutMemoryThereIsNoIteratorAndNothingIsLocked) {
+TEST_F(ListTest, WithoutMemoryIteratorReturnsNullAndLeavesTheListUnlocked) {
     fill();
     {
         const test::FailingAllocation failing(test::failAll);
@@ -721,7 +715,7 @@ TEST_F(ListTest, WithoutMemoryThereIsNoIteratorAndNothingIsLocked) {
     EXPECT_EQ(list.count(), 4);
 }
 
-TEST(ListEntry, HasNoNeighboursAtFirst) {
+TEST(ListEntry, ANewEntryHasNoNeighbors) {
     ListNumber a(1);
     const List::ListEntry entry(&a);
     EXPECT_EQ(entry.element(), &a);
@@ -729,7 +723,7 @@ TEST(ListEntry, HasNoNeighboursAtFirst) {
     EXPECT_EQ(entry.next(), nullptr);
 }
 
-TEST(ListEntry, InsertsBetweenItsNeighboursAndUnlinksAtItsEnd) {
+TEST(ListEntry, InsertLinksTheNeighborsAndTheDestructorUnlinksThem) {
     ListNumber a(1);
     ListNumber b(2);
     ListNumber c(3);
@@ -768,7 +762,7 @@ TEST(ListEntry, InsertsBetweenItsNeighboursAndUnlinksAtItsEnd) {
     EXPECT_EQ(middle.next(), nullptr);
 }
 
-TEST(ListEntry, InsertsNothingWithoutMemory) {
+TEST(ListEntry, InsertReturnsNullWithoutMemory) {
     ListNumber a(1);
     List::ListEntry entry(&a);
     {
@@ -780,7 +774,7 @@ TEST(ListEntry, InsertsNothingWithoutMemory) {
     EXPECT_EQ(entry.next(), nullptr);
 }
 
-TEST(ListEntries, AreFoundAndRemovedByCallers) {
+TEST(ListEntries, CallersCanGetAndRemoveEntries) {
     ListNumber a(1);
     ListNumber b(2);
     ListNumber c(3);
@@ -806,9 +800,7 @@ TEST(ListEntries, AreFoundAndRemovedByCallers) {
     EXPECT_EQ(list.count(), 0);
 }
 
-namespace {
-
-/// What a list shows, kept in a vector: what is put in between is not counted.
+// Reference implementation with a vector; elements inserted in between are not counted.
 class ListModel {
 public:
     ListModel(unsigned int seed, bool allowDuplicates)
@@ -871,13 +863,13 @@ private:
             return add([this, index](ListContainable* element) { m_list.add(index, element); }, index);
         }
         case 10:
-            return expectTaken(m_list.removeFirst(!m_model.empty()), 0);
+            return expectRemoved(m_list.removeFirst(!m_model.empty()), 0);
         case 11:
-            return expectTaken(m_list.removeLast(), static_cast<int>(m_model.size()) - 1);
+            return expectRemoved(m_list.removeLast(), static_cast<int>(m_model.size()) - 1);
         case 12:
         case 13: {
             const int index = someIndex();
-            return expectTaken(m_list.remove(index), index);
+            return expectRemoved(m_list.remove(index), index);
         }
         case 14:
             return removeEqual();
@@ -922,9 +914,9 @@ private:
             ++m_count;
     }
 
-    void expectTaken(ListContainable* taken, int index) {
-        ASSERT_EQ(taken, isInside(index) ? m_model[static_cast<std::size_t>(index)] : nullptr);
-        delete taken;
+    void expectRemoved(ListContainable* removed, int index) {
+        ASSERT_EQ(removed, isInside(index) ? m_model[static_cast<std::size_t>(index)] : nullptr);
+        delete removed;
         forget(index);
     }
 
@@ -966,9 +958,7 @@ private:
     int m_count = 0;
 };
 
-} // namespace
-
-TEST(List, ShowsWhatAVectorWouldAfterRandomOperations) {
+TEST(List, BehavesAsAVectorUnderRandomOperations) {
     for (const bool allowDuplicates : {false, true}) {
         const unsigned int seed = test::randomSeed();
         SCOPED_TRACE(test::repeatWith(seed));
@@ -976,18 +966,18 @@ TEST(List, ShowsWhatAVectorWouldAfterRandomOperations) {
     }
 }
 
-TEST(List, HandsEachOfAMillionElementsFromEightProducersToOneOfEightConsumers) {
+TEST(List, EachOfAMillionElementsFromEightProducersReachesOneOfEightConsumers) {
     struct Parcel : public ListContainable {
         bool equals(const ListContainable* other) const override {
             return this == other;
         }
-        std::atomic<unsigned int> taken{0};
+        std::atomic<unsigned int> removed{0};
     };
     const std::size_t perProducer = 125000;
     const std::size_t total = 8 * perProducer;
     std::vector<Parcel> parcels(total);
     List queue(true);
-    std::atomic<std::size_t> taken(0);
+    std::atomic<std::size_t> removed(0);
     std::atomic<bool> closing(false);
 
     std::vector<std::future<void>> consumers;
@@ -996,8 +986,8 @@ TEST(List, HandsEachOfAMillionElementsFromEightProducersToOneOfEightConsumers) {
             for (;;) {
                 ListContainable* element = queue.removeFirst(true);
                 if (element) {
-                    ++static_cast<Parcel*>(element)->taken;
-                    ++taken;
+                    ++static_cast<Parcel*>(element)->removed;
+                    ++removed;
                 } else if (closing) {
                     return;
                 }
@@ -1013,21 +1003,23 @@ TEST(List, HandsEachOfAMillionElementsFromEightProducersToOneOfEightConsumers) {
         producer.join();
 
     std::size_t seen = 0;
-    auto end = std::chrono::steady_clock::now() + longEnough;
-    while (taken < total && std::chrono::steady_clock::now() < end) {
+    auto end = std::chrono::steady_clock::now() + timeout;
+    while (removed < total && std::chrono::steady_clock::now() < end) {
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        if (taken != seen) {
-            seen = taken;
-            end = std::chrono::steady_clock::now() + longEnough;
+        if (removed != seen) {
+            seen = removed;
+            end = std::chrono::steady_clock::now() + timeout;
         }
     }
-    EXPECT_EQ(taken, total) << "before anyone was woken without an element";
+    EXPECT_EQ(removed, total) << "before anyone was woken without an element";
 
     closing = true;
     for (const std::future<void>& consumer : consumers)
         while (consumer.wait_for(std::chrono::milliseconds(1)) != std::future_status::ready)
             queue.wakeAll();
-    EXPECT_TRUE(std::all_of(parcels.begin(), parcels.end(), [](const Parcel& parcel) { return parcel.taken == 1; }));
+    EXPECT_TRUE(std::all_of(parcels.begin(), parcels.end(), [](const Parcel& parcel) { return parcel.removed == 1; }));
     EXPECT_EQ(queue.getFirst(), nullptr);
     EXPECT_EQ(queue.count(), 0);
 }
+
+} // namespace

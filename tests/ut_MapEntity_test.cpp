@@ -24,7 +24,7 @@ using utility::MapEntity;
 
 namespace {
 
-/// Memory that knows what it gave, and can be told to give nothing.
+// A memory object that records its allocations and fails on request.
 class WatchedMemory : public framework::Memory {
 public:
     ~WatchedMemory() override {
@@ -50,7 +50,7 @@ public:
     bool exhausted = false;
 };
 
-void expectEmptyWhateverIsDone(MapEntity& map) {
+void expectStaysEmpty(MapEntity& map) {
     void* value = &map;
     EXPECT_FALSE(map.Add(pointer(16), pointer(1)));
     EXPECT_EQ(map.Lookup(pointer(16)), absent());
@@ -65,8 +65,6 @@ void expectEmptyWhateverIsDone(MapEntity& map) {
     EXPECT_EQ(map.count(), 0u);
 }
 
-} // namespace
-
 TEST(MapEntity, UsageExample) {
     int volume = 0;
     int bytes = 1024;
@@ -79,7 +77,7 @@ TEST(MapEntity, UsageExample) {
     EXPECT_EQ(sizes.Lookup(&volume), size);
 }
 
-TEST(MapEntity, TakesItsTableAndEachEntryFromTheMemoryGiven) {
+TEST(MapEntity, AllocatesTableAndEntriesFromTheGivenMemory) {
     WatchedMemory memory;
     const long outstanding = framework::Memory::staticOutstanding();
     {
@@ -101,7 +99,7 @@ TEST(MapEntity, TakesItsTableAndEachEntryFromTheMemoryGiven) {
     EXPECT_TRUE(memory.held.empty());
 }
 
-TEST(MapEntity, WithoutAMemoryObjectTakesTheProcesssMemory) {
+TEST(MapEntity, WithoutAMemoryObjectUsesTheProcessMemory) {
     const long outstanding = framework::Memory::staticOutstanding();
     const unsigned long before = test::allocationCount();
     {
@@ -124,7 +122,7 @@ TEST(MapEntity, IsAnEntity) {
     EXPECT_TRUE(memory.held.empty());
 }
 
-TEST(MapEntity, RefusesBucketCountsThatAreNoPowerOfTwoFrom2To65536) {
+TEST(MapEntity, RejectsBucketCountsOtherThanPowersOfTwoFrom2To65536) {
     for (const unsigned int buckets : {0u, 1u, 3u, 1000u, 65535u, 65537u, 131072u, 0x80000000u, 0xFFFFFFFFu}) {
         WatchedMemory memory;
         const test::LogCapture log;
@@ -135,11 +133,11 @@ TEST(MapEntity, RefusesBucketCountsThatAreNoPowerOfTwoFrom2To65536) {
         EXPECT_EQ(log.count(), 1u);
         EXPECT_TRUE(memory.sizes.empty());
         EXPECT_FALSE(map.inError());
-        expectEmptyWhateverIsDone(map);
+        expectStaysEmpty(map);
     }
 }
 
-TEST(MapEntity, TakesEveryPowerOfTwoFrom2To65536) {
+TEST(MapEntity, AcceptsEveryPowerOfTwoFrom2To65536) {
     const test::LogCapture log;
     for (unsigned int buckets = 2; buckets <= 65536; buckets *= 2) {
         MapEntity map(buckets, nullptr);
@@ -151,7 +149,7 @@ TEST(MapEntity, TakesEveryPowerOfTwoFrom2To65536) {
     EXPECT_EQ(log.count(), 0u);
 }
 
-TEST(MapEntity, KeepsTheKeysOfABucketAscending) {
+TEST(MapEntity, TheKeysOfABucketAreAscending) {
     MapEntity map(4096, nullptr);
     map.Add(pointer(0x1000), pointer(1));
     map.Add(pointer(0x3000), pointer(3));
@@ -161,7 +159,7 @@ TEST(MapEntity, KeepsTheKeysOfABucketAscending) {
         (PointerEntries{{pointer(0x1000), pointer(1)}, {pointer(0x2000), pointer(2)}, {pointer(0x3000), pointer(3)}}));
 }
 
-TEST(MapEntity, DeleteOfAnAbsentKeyIsFalseOnlyBeforeAGreaterOneInItsBucket) {
+TEST(MapEntity, DeleteOfAnAbsentKeyIsFalseOnlyIfItsBucketHasAGreaterOne) {
     MapEntity map(4, nullptr);
     EXPECT_TRUE(map.Delete(pointer(8)));
     map.Add(pointer(8), nullptr);
@@ -175,7 +173,7 @@ TEST(MapEntity, DeleteOfAnAbsentKeyIsFalseOnlyBeforeAGreaterOneInItsBucket) {
     EXPECT_EQ(map.count(), 0u);
 }
 
-TEST(MapEntity, DeleteAllEmptiesItAndLeavesTheCount) {
+TEST(MapEntity, DeleteAllRemovesAllEntriesAndKeepsTheCount) {
     MapEntity map(4, nullptr);
     map.Add(pointer(8), nullptr);
     map.Add(nullptr, nullptr);
@@ -195,7 +193,7 @@ TEST(MapEntity, DumpPrintsALineForEachBucketInUse) {
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "0: 0x400 \n1023: 0x3ff 0x7ff \n");
 }
 
-TEST(MapEntity, TellsWhereNewEntriesGoWhenAsked) {
+TEST(MapEntity, PlacementTracePrintsWhereNewEntriesGo) {
     MapEntity map(16, nullptr);
     testing::internal::CaptureStdout();
     map.Add(pointer(0x25), nullptr);
@@ -209,7 +207,7 @@ TEST(MapEntity, TellsWhereNewEntriesGoWhenAsked) {
                                                       "insert: 0x23 @ 3, before 0x33\n");
 }
 
-TEST(MapEntity, LookingUpTakesNoMemory) {
+TEST(MapEntity, LookupDoesNotAllocate) {
     MapEntity map(256, nullptr);
     for (std::uintptr_t key = 0; key < 1000; ++key)
         map.Add(pointer(key), pointer(key));
@@ -220,7 +218,7 @@ TEST(MapEntity, LookingUpTakesNoMemory) {
     EXPECT_EQ(failing.failures(), 0u);
 }
 
-TEST(MapEntity, WithoutMemoryForAnEntryItStaysAsItWas) {
+TEST(MapEntity, WithoutMemoryForAnEntryAddChangesNothing) {
     WatchedMemory memory;
     MapEntity map(2, &memory);
     for (const std::uintptr_t present : {0x20, 0x10}) {
@@ -235,21 +233,21 @@ TEST(MapEntity, WithoutMemoryForAnEntryItStaysAsItWas) {
     }
 }
 
-TEST(MapEntity, WithoutMemoryForItsTableItStaysEmpty) {
+TEST(MapEntity, WithoutMemoryForItsTableAMapStaysEmpty) {
     WatchedMemory memory;
     memory.exhausted = true;
     MapEntity map(64, &memory);
     memory.exhausted = false;
-    expectEmptyWhateverIsDone(map);
+    expectStaysEmpty(map);
 
     test::FailingAllocation failing(1);
     MapEntity processMap(64, nullptr);
     failing.stop();
     EXPECT_EQ(failing.failures(), 1u);
-    expectEmptyWhateverIsDone(processMap);
+    expectStaysEmpty(processMap);
 }
 
-TEST(MapEntity, AnswersAsAnOrderedMapWouldAfterRandomOperations) {
+TEST(MapEntity, BehavesAsAnOrderedMapUnderRandomOperations) {
     for (const unsigned int buckets : {2u, 16u, 128u}) {
         const unsigned int seed = test::randomSeed();
         SCOPED_TRACE(test::repeatWith(seed));
@@ -258,3 +256,5 @@ TEST(MapEntity, AnswersAsAnOrderedMapWouldAfterRandomOperations) {
         test::PointerMapModel<MapEntity>(seed, map, buckets).run(100000);
     }
 }
+
+} // namespace

@@ -27,7 +27,7 @@ std::string text(void* key) {
     return buffer;
 }
 
-void expectEmptyWhateverIsDone(Map& map) {
+void expectStaysEmpty(Map& map) {
     void* value = &map;
     EXPECT_FALSE(map.Add(pointer(16), pointer(1)));
     EXPECT_EQ(map.Lookup(pointer(16)), absent());
@@ -43,8 +43,6 @@ void expectEmptyWhateverIsDone(Map& map) {
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
     EXPECT_EQ(map.count(), 0u);
 }
-
-} // namespace
 
 TEST(Map, UsageExample) {
     int port = 0;
@@ -63,11 +61,11 @@ TEST(Map, UsageExample) {
     EXPECT_EQ(names.Lookup(&port), name);
 }
 
-TEST(Map, TakesPowersOfTwoFrom2To65536AsBucketCount) {
+TEST(Map, AcceptsPowersOfTwoFrom2To65536AsBucketCount) {
     const test::LogCapture log;
     for (unsigned int buckets = 2; buckets <= 65536; buckets *= 2) {
         Map map(buckets);
-        // The bucket is what is left of the key below the bucket count: 0 for the count itself, the last for one less.
+        // The bucket is the key modulo the bucket count: 0 for the count itself, the last bucket for one less.
         EXPECT_TRUE(map.Add(pointer(buckets - 1), pointer(1))) << buckets;
         EXPECT_TRUE(map.Add(pointer(buckets), pointer(2))) << buckets;
         EXPECT_EQ(entriesOf(map), (PointerEntries{{pointer(buckets), pointer(2)}, {pointer(buckets - 1), pointer(1)}}));
@@ -76,7 +74,7 @@ TEST(Map, TakesPowersOfTwoFrom2To65536AsBucketCount) {
     EXPECT_EQ(log.count(), 0u);
 }
 
-TEST(Map, RefusesEveryOtherBucketCount) {
+TEST(Map, RejectsEveryOtherBucketCount) {
     for (const unsigned int buckets :
          {0u, 1u, 3u, 6u, 1000u, 65535u, 65537u, 131072u, 0x40000000u, 0x80000000u, 0xFFFFFFFFu}) {
         const long outstanding = framework::Memory::staticOutstanding();
@@ -86,7 +84,7 @@ TEST(Map, RefusesEveryOtherBucketCount) {
                                  "need to use num buckets at power of 2 instead of " + std::to_string(buckets) + "\n"));
         EXPECT_EQ(log.count(), 1u);
         EXPECT_EQ(framework::Memory::staticOutstanding(), outstanding);
-        expectEmptyWhateverIsDone(map);
+        expectStaysEmpty(map);
     }
 }
 
@@ -101,7 +99,7 @@ TEST(Map, With1024BucketsUsesTheLowTenBitsOfTheKey) {
                                                       "bucket 1023: 0x3ff[(null)] 0x7ff[(null)] \n");
 }
 
-TEST(Map, KeepsTheKeysOfABucketAscending) {
+TEST(Map, TheKeysOfABucketAreAscending) {
     for (const unsigned int buckets : {2u, 1024u, 4096u}) {
         Map map(buckets);
         EXPECT_TRUE(map.Add(pointer(0x1000), pointer(1)));
@@ -114,7 +112,7 @@ TEST(Map, KeepsTheKeysOfABucketAscending) {
     }
 }
 
-TEST(Map, ComparesKeysWithoutSign) {
+TEST(Map, KeysAreComparedAsUnsigned) {
     Map map(16);
     const std::uintptr_t high = ~std::uintptr_t{0} << 4;
     map.Add(pointer(high), pointer(2));
@@ -122,7 +120,7 @@ TEST(Map, ComparesKeysWithoutSign) {
     EXPECT_EQ(entriesOf(map), (PointerEntries{{pointer(0x10), pointer(1)}, {pointer(high), pointer(2)}}));
 }
 
-TEST(Map, AddOfAPresentKeyReplacesItsValueAndIsFalse) {
+TEST(Map, AddOfAPresentKeyReplacesItsValueAndReturnsFalse) {
     Map map(64);
     EXPECT_TRUE(map.Add(pointer(8), pointer(1)));
     EXPECT_FALSE(map.Add(pointer(8), pointer(2)));
@@ -130,12 +128,12 @@ TEST(Map, AddOfAPresentKeyReplacesItsValueAndIsFalse) {
     EXPECT_EQ(map.count(), 1u);
 }
 
-TEST(Map, LookupOfAnAbsentKeyIsMinusOneAndNeverNull) {
+TEST(Map, LookupOfAnAbsentKeyReturnsMinusOneAndNotNull) {
     Map map(4);
     EXPECT_EQ(map.Lookup(pointer(4)), absent());
     map.Add(pointer(8), nullptr);
-    EXPECT_EQ(map.Lookup(pointer(4)), absent());  // before all in its bucket
-    EXPECT_EQ(map.Lookup(pointer(12)), absent()); // behind all in its bucket
+    EXPECT_EQ(map.Lookup(pointer(4)), absent());  // less than all keys of its bucket
+    EXPECT_EQ(map.Lookup(pointer(12)), absent()); // greater than all keys of its bucket
     EXPECT_EQ(map.Lookup(pointer(8)), nullptr);
 }
 
@@ -150,7 +148,7 @@ TEST(Map, NullIsAKeyLikeAnyOther) {
     EXPECT_EQ(map.Lookup(nullptr), absent());
 }
 
-TEST(Map, DeleteOfAPresentKeyIsTrueAndTakesItOut) {
+TEST(Map, DeleteOfAPresentKeyRemovesItAndReturnsTrue) {
     Map map(4);
     for (const std::uintptr_t key : {4, 8, 12})
         map.Add(pointer(key), pointer(key));
@@ -163,7 +161,7 @@ TEST(Map, DeleteOfAPresentKeyIsTrueAndTakesItOut) {
     EXPECT_TRUE(entriesOf(map).empty());
 }
 
-TEST(Map, DeleteOfAnAbsentKeyIsFalseOnlyBeforeAGreaterOneInItsBucket) {
+TEST(Map, DeleteOfAnAbsentKeyIsFalseOnlyIfItsBucketHasAGreaterOne) {
     Map map(4);
     EXPECT_TRUE(map.Delete(pointer(8))); // the bucket is empty
     map.Add(pointer(8), nullptr);
@@ -175,7 +173,7 @@ TEST(Map, DeleteOfAnAbsentKeyIsFalseOnlyBeforeAGreaterOneInItsBucket) {
     EXPECT_EQ(entriesOf(map).size(), 2u);
 }
 
-TEST(Map, FirstAndNextWalkTheBucketsInOrder) {
+TEST(Map, FirstAndNextIterateInBucketOrder) {
     Map map(4);
     void* value = &map;
     EXPECT_EQ(map.First(value), absent());
@@ -192,12 +190,12 @@ TEST(Map, FirstAndNextWalkTheBucketsInOrder) {
     value = &map;
     EXPECT_EQ(map.Next(pointer(3), value), absent()); // the last
     EXPECT_EQ(map.Next(pointer(2), value), absent()); // its bucket is empty
-    EXPECT_EQ(map.Next(pointer(7), value), absent()); // behind all in its bucket
+    EXPECT_EQ(map.Next(pointer(7), value), absent()); // greater than all keys of its bucket
     EXPECT_EQ(map.Next(nullptr, value), absent());
     EXPECT_EQ(value, &map);
 }
 
-TEST(Map, DeleteAllEmptiesItAndLeavesTheCount) {
+TEST(Map, DeleteAllRemovesAllEntriesAndKeepsTheCount) {
     const long outstanding = framework::Memory::staticOutstanding();
     {
         Map map(64);
@@ -230,7 +228,7 @@ TEST(Map, DumpShowsTheTextOfKeysThatAreStringTokens) {
 }
 
 #if UINTPTR_MAX > UINT32_MAX
-TEST(Map, DumpTakesNoKeyBeyond32BitsForAToken) {
+TEST(Map, DumpDoesNotTreatAKeyBeyond32BitsAsAToken) {
     Map map(2);
     void* key = pointer((std::uintptr_t{1} << 32) + 630);
     map.Add(key, nullptr);
@@ -247,10 +245,10 @@ TEST(Map, DumpOfAnEmptyMapPrintsNothing) {
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
 }
 
-TEST(Map, TellsWhereNewEntriesGoWhenAsked) {
+TEST(Map, PlacementTracePrintsWhereNewEntriesGo) {
     Map map(16);
     testing::internal::CaptureStdout();
-    map.Add(pointer(0x25), nullptr); // not asked yet
+    map.Add(pointer(0x25), nullptr); // not traced yet
     map.setPlacementTrace(true);
     map.Add(pointer(0x13), nullptr);
     map.Add(pointer(0x33), nullptr);
@@ -265,7 +263,7 @@ TEST(Map, TellsWhereNewEntriesGoWhenAsked) {
                                                       "insert: 0x3 @ 3, before 0x13\n");
 }
 
-TEST(Map, AnEntryIsOneAllocationAndLookingUpIsNone) {
+TEST(Map, AddAllocatesOnceAndLookupNever) {
     Map map(256);
     const unsigned long before = test::allocationCount();
     for (std::uintptr_t key = 0; key < 1000; ++key)
@@ -286,7 +284,7 @@ TEST(Map, AnEntryIsOneAllocationAndLookingUpIsNone) {
     EXPECT_EQ(failing.failures(), 0u);
 }
 
-TEST(Map, WithoutMemoryForAnEntryItStaysAsItWas) {
+TEST(Map, WithoutMemoryForAnEntryAddChangesNothing) {
     Map map(2);
     map.setPlacementTrace(true);
     testing::internal::CaptureStdout();
@@ -305,19 +303,19 @@ TEST(Map, WithoutMemoryForAnEntryItStaysAsItWas) {
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "place: 0x20 @ 0\ninsert: 0x10 @ 0, before 0x20\n");
 }
 
-TEST(Map, WithoutMemoryForItsTableItStaysEmpty) {
+TEST(Map, WithoutMemoryForItsTableAMapStaysEmpty) {
     const long outstanding = framework::Memory::staticOutstanding();
     {
         test::FailingAllocation failing(1);
         Map map(64);
         EXPECT_EQ(failing.failures(), 1u);
         failing.stop();
-        expectEmptyWhateverIsDone(map);
+        expectStaysEmpty(map);
     }
     EXPECT_EQ(framework::Memory::staticOutstanding(), outstanding);
 }
 
-TEST(Map, AnswersAsAnOrderedMapWouldAfterRandomOperations) {
+TEST(Map, BehavesAsAnOrderedMapUnderRandomOperations) {
     for (const unsigned int buckets : {2u, 16u, 128u, 65536u}) {
         const unsigned int seed = test::randomSeed();
         SCOPED_TRACE(test::repeatWith(seed));
@@ -325,3 +323,5 @@ TEST(Map, AnswersAsAnOrderedMapWouldAfterRandomOperations) {
         test::PointerMapModel<Map>(seed, map, buckets).run(buckets == 65536 ? 2000 : 100000);
     }
 }
+
+} // namespace

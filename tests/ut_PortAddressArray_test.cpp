@@ -42,9 +42,9 @@ const char* const DELETE_AT = "void utility::PortAddressArray::DeleteAt(unsigned
 const char* const AT = "utility::PortAddress*& utility::PortAddressArray::operator[](unsigned int)";
 const char* const AT_CONST = "utility::PortAddress* const& utility::PortAddressArray::operator[](unsigned int) const";
 
-static_assert(!std::is_convertible<unsigned int, PortAddressArray>::value, "a capacity is no array");
+static_assert(!std::is_convertible<unsigned int, PortAddressArray>::value, "the constructor must be explicit");
 
-/// The same without the deleting, for elements that stand where they are.
+// An array that does not delete its elements.
 class Unowned : public PortAddressArray {
 public:
     using PortAddressArray::PortAddressArray;
@@ -85,7 +85,7 @@ std::string textOf(const PortAddressArray& array) {
     return stream.pBuffer();
 }
 
-// The same kinds in the same order, as objects of their own.
+// Expects that the elements are equal, but not the same objects.
 void expectClones(const PortAddressArray& copy, const PortAddressArray& original) {
     ASSERT_EQ(copy.length(), original.length());
     for (unsigned int index = 0; index < copy.length(); ++index) {
@@ -164,7 +164,7 @@ TEST_F(PortAddressArrayTest, SetAtReplacesAndDeleteAtClosesTheGap) {
     EXPECT_EQ(array.length(), 0u);
 }
 
-TEST_F(PortAddressArrayTest, TheIndexOperatorGivesTheSlotItself) {
+TEST_F(PortAddressArrayTest, TheIndexOperatorReturnsAReferenceToTheSlot) {
     Unowned array(2);
     fill(array, 2, &a);
     array[1] = &b;
@@ -187,7 +187,7 @@ TEST_F(PortAddressArrayTest, BadIndicesThrowAndChangeNothing) {
     EXPECT_EQ(array.size(), 2u);
 }
 
-TEST_F(PortAddressArrayTest, ElementAtIsNullFromTheLengthOn) {
+TEST_F(PortAddressArrayTest, ElementAtIsNullOutOfRange) {
     Unowned array(4);
     fill(array, 2, &a);
     EXPECT_EQ(array.ElementAt(0), &a);
@@ -196,7 +196,7 @@ TEST_F(PortAddressArrayTest, ElementAtIsNullFromTheLengthOn) {
     EXPECT_EQ(array.ElementAt(0xFFFFFFFF), nullptr);
 }
 
-TEST_F(PortAddressArrayTest, ACopyHasClonesOfItsOwnAndTheSameCapacity) {
+TEST_F(PortAddressArrayTest, ACopyClonesTheElementsAndHasTheSameCapacity) {
     PortAddressArray array(7);
     fillWithBothKinds(array);
     const PortAddressArray copy(array);
@@ -229,7 +229,7 @@ TEST_F(PortAddressArrayTest, AnAssignmentReplacesTheElementsByClones) {
     EXPECT_EQ(assigned.size(), 7u);
 }
 
-TEST_F(PortAddressArrayTest, AnArrayAssignedToItselfStaysAsItIs) {
+TEST_F(PortAddressArrayTest, SelfAssignmentChangesNothing) {
     PortAddressArray array(7);
     fillWithBothKinds(array);
     const Content before = contentOf(array);
@@ -239,7 +239,7 @@ TEST_F(PortAddressArrayTest, AnArrayAssignedToItselfStaysAsItIs) {
     EXPECT_EQ(array.size(), 7u);
 }
 
-TEST_F(PortAddressArrayTest, AnAssignedBlockIsNotCountedAsReturned) {
+TEST_F(PortAddressArrayTest, AssignmentLeavesTheOldBlockCountedAsOutstanding) {
     const long before = framework::Memory::staticOutstanding();
     {
         PortAddressArray array(7);
@@ -250,7 +250,7 @@ TEST_F(PortAddressArrayTest, AnAssignedBlockIsNotCountedAsReturned) {
     EXPECT_EQ(framework::Memory::staticOutstanding(), before + 1);
 }
 
-TEST_F(PortAddressArrayTest, CopiesAssignmentsAndDeletionsLeakNothing) {
+TEST_F(PortAddressArrayTest, CopyAssignmentAndDeletionDoNotLeak) {
     EXPECT_LT(test::heapGrowth([this] {
                   PortAddressArray array(2);
                   fillWithBothKinds(array);
@@ -277,7 +277,7 @@ TEST_F(PortAddressArrayTest, DeleteAllEmptiesTheArrayAndKeepsItsBlock) {
     EXPECT_EQ(textOf(array), BOTH_KINDS);
 }
 
-TEST_F(PortAddressArrayTest, WhatIsReplacedTakenOutOrCutOffIsTheCallersAgain) {
+TEST_F(PortAddressArrayTest, ReplacedRemovedAndTruncatedElementsAreNotDeleted) {
     PortAddressArray array(4);
     array.Append(&a);
     array.Append(&b);
@@ -309,7 +309,7 @@ TEST_F(PortAddressArrayTest, WritesTheCommasOfNullElementsToo) {
     EXPECT_EQ(textOf(array), ",,0100000000000000,");
 }
 
-TEST_F(PortAddressArrayTest, AStreamWithoutRoomForACommaThrows) {
+TEST_F(PortAddressArrayTest, AStreamWithoutSpaceForACommaThrows) {
     Unowned array(4);
     fill(array, 2, &a);
     utility::BufferStream stream(16);
@@ -317,7 +317,7 @@ TEST_F(PortAddressArrayTest, AStreamWithoutRoomForACommaThrows) {
     EXPECT_STREQ(stream.pBuffer(), "0100000000000000");
 }
 
-TEST_F(PortAddressArrayTest, FindGivesTheFirstIndexOfAnElement) {
+TEST_F(PortAddressArrayTest, FindReturnsTheFirstIndexOfAnElement) {
     Unowned array(4);
     EXPECT_EQ(array.Find(&a), NOT_FOUND);
     EXPECT_EQ(array.Find(nullptr), NOT_FOUND);
@@ -364,7 +364,7 @@ TEST_F(PortAddressArrayTest, AppendOfAnArrayGrowsOnceAsSoonAsItWouldBeFull) {
     EXPECT_EQ(exact.size(), 40u);
 }
 
-TEST_F(PortAddressArrayTest, AppendOfAnArrayGrowsByItsLengthWhenThatIsMoreThanTwenty) {
+TEST_F(PortAddressArrayTest, AppendOfAnArrayGrowsByItsLengthIfMoreThanTwenty) {
     Unowned many(30);
     Unowned array(5);
     fill(array, 5, &a);
@@ -430,7 +430,7 @@ TEST_F(PortAddressArrayTest, InsertAtTracesEachMoveFromTheTopDown) {
                                             start + "moving from 1 to 2", start + "setting 1 = " + text(&b)}));
 }
 
-TEST_F(PortAddressArrayTest, ARefusedInsertAtTracesItsEntryAlone) {
+TEST_F(PortAddressArrayTest, ARejectedInsertAtTracesOnlyItsEntry) {
     Unowned array(4);
     const test::DebugSwitch traced(TRACE_SWITCH);
     const test::LogCapture log;
@@ -438,7 +438,7 @@ TEST_F(PortAddressArrayTest, ARefusedInsertAtTracesItsEntryAlone) {
     EXPECT_EQ(test::traceLines(log), (Lines{std::string("4 ") + INSERT_AT + ": Enter"}));
 }
 
-TEST_F(PortAddressArrayTest, EverythingElseTracesNothing) {
+TEST_F(PortAddressArrayTest, OtherOperationsDoNotTrace) {
     Unowned array(4);
     array.Append(&a);
     const test::DebugSwitch traced(TRACE_SWITCH);
@@ -455,7 +455,7 @@ TEST_F(PortAddressArrayTest, EverythingElseTracesNothing) {
     EXPECT_EQ(test::traceLines(log), Lines());
 }
 
-TEST_F(PortAddressArrayTest, TracesNothingWhileItsSwitchIsOff) {
+TEST_F(PortAddressArrayTest, DoesNotTraceWithItsSwitchOff) {
     const test::LogCapture log;
     Unowned array(1);
     fill(array, 2, &a);
@@ -465,7 +465,7 @@ TEST_F(PortAddressArrayTest, TracesNothingWhileItsSwitchIsOff) {
     EXPECT_EQ(test::traceLines(log), Lines());
 }
 
-TEST_F(PortAddressArrayTest, FreesItsBlockAlsoThroughItsBase) {
+TEST_F(PortAddressArrayTest, TheDestructorFreesTheBlockAlsoThroughTheBaseClass) {
     const long before = framework::Memory::staticOutstanding();
     {
         Unowned array(2);
@@ -500,7 +500,7 @@ TEST_F(PortAddressArrayTest, WithoutMemoryEveryOperationThrowsAndChangesNothing)
     EXPECT_EQ(framework::Memory::staticOutstanding(), before);
 }
 
-TEST_F(PortAddressArrayTest, WithoutMemoryThereIsNoCopyAndNothingLeaks) {
+TEST_F(PortAddressArrayTest, WithoutMemoryCopyThrowsAndDoesNotLeak) {
     PortAddressArray array(4);
     fillWithBothKinds(array);
     PortAddressArray assigned(3);
@@ -534,7 +534,7 @@ TEST_F(PortAddressArrayTest, WithoutMemoryThereIsNoCopyAndNothingLeaks) {
     EXPECT_EQ(textOf(assigned), BOTH_KINDS);
 }
 
-TEST_F(PortAddressArrayTest, WithoutMemoryAFullArrayTakesNoFurtherElement) {
+TEST_F(PortAddressArrayTest, WithoutMemoryAFullArrayStaysUnchanged) {
     Unowned array(1);
     array.Append(&a);
     std::unique_ptr<framework::Exception> failure;

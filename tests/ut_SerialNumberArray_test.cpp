@@ -37,10 +37,10 @@ const char* const DELETE_AT = "void utility::SerialNumberArray::DeleteAt(unsigne
 const char* const AT = "utility::SerialNumber*& utility::SerialNumberArray::operator[](unsigned int)";
 const char* const AT_CONST = "utility::SerialNumber* const& utility::SerialNumberArray::operator[](unsigned int) const";
 
-static_assert(!std::is_copy_assignable<SerialNumberArray>::value, "an assignment would share the block");
-static_assert(!std::is_convertible<unsigned int, SerialNumberArray>::value, "a capacity is no array");
+static_assert(!std::is_copy_assignable<SerialNumberArray>::value, "assignment would share the block");
+static_assert(!std::is_convertible<unsigned int, SerialNumberArray>::value, "the constructor must be explicit");
 
-/// The same without the deleting, for elements that stand where they are.
+// An array that does not delete its elements.
 class Unowned : public SerialNumberArray {
 public:
     using SerialNumberArray::SerialNumberArray;
@@ -125,7 +125,7 @@ TEST_F(SerialNumberArrayTest, SetAtReplacesAndDeleteAtClosesTheGap) {
     EXPECT_EQ(array.length(), 0u);
 }
 
-TEST_F(SerialNumberArrayTest, TheIndexOperatorGivesTheSlotItself) {
+TEST_F(SerialNumberArrayTest, TheIndexOperatorReturnsAReferenceToTheSlot) {
     Unowned array(2);
     fill(array, 2, &a);
     array[1] = &b;
@@ -148,7 +148,7 @@ TEST_F(SerialNumberArrayTest, BadIndicesThrowAndChangeNothing) {
     EXPECT_EQ(array.size(), 2u);
 }
 
-TEST_F(SerialNumberArrayTest, ACopyHoldsTheSameElementsAndHasTheSameCapacity) {
+TEST_F(SerialNumberArrayTest, ACopyHasTheSameElementsAndCapacity) {
     Unowned array(7);
     array.Append(&a);
     array.Append(nullptr);
@@ -160,7 +160,7 @@ TEST_F(SerialNumberArrayTest, ACopyHoldsTheSameElementsAndHasTheSameCapacity) {
     EXPECT_EQ(array[0], &a);
 }
 
-TEST_F(SerialNumberArrayTest, DeletesItsElementsAtItsEnd) {
+TEST_F(SerialNumberArrayTest, TheDestructorDeletesTheElements) {
     EXPECT_LT(test::heapGrowth([] {
                   SerialNumberArray array(2);
                   array.Append(new SerialNumber(TEXT));
@@ -170,7 +170,7 @@ TEST_F(SerialNumberArrayTest, DeletesItsElementsAtItsEnd) {
               8000u);
 }
 
-TEST_F(SerialNumberArrayTest, DeletesItsElementsThroughItsBase) {
+TEST_F(SerialNumberArrayTest, TheDestructorDeletesTheElementsThroughTheBaseClass) {
     EXPECT_LT(test::heapGrowth([] {
                   auto array = std::make_unique<SerialNumberArray>(2);
                   array->Append(new SerialNumber(TEXT));
@@ -179,7 +179,7 @@ TEST_F(SerialNumberArrayTest, DeletesItsElementsThroughItsBase) {
               8000u);
 }
 
-TEST_F(SerialNumberArrayTest, WhatIsReplacedTakenOutOrCutOffIsTheCallersAgain) {
+TEST_F(SerialNumberArrayTest, ReplacedRemovedAndTruncatedElementsAreNotDeleted) {
     std::unique_ptr<SerialNumber> first(new SerialNumber(TEXT));
     std::unique_ptr<SerialNumber> second(new SerialNumber(TEXT));
     std::unique_ptr<SerialNumber> third(new SerialNumber(TEXT));
@@ -198,7 +198,7 @@ TEST_F(SerialNumberArrayTest, WhatIsReplacedTakenOutOrCutOffIsTheCallersAgain) {
     EXPECT_TRUE(*third == expected);
 }
 
-TEST_F(SerialNumberArrayTest, ACopyIsADeleterOfTheSameElementsUnlessTheyAreCutOff) {
+TEST_F(SerialNumberArrayTest, ACopyDeletesTheSameElementsUnlessTheyAreTruncated) {
     SerialNumberArray array(4);
     array.Append(new SerialNumber(TEXT));
     SerialNumberArray copy(array);
@@ -207,7 +207,7 @@ TEST_F(SerialNumberArrayTest, ACopyIsADeleterOfTheSameElementsUnlessTheyAreCutOf
     EXPECT_TRUE(*copy[0] == SerialNumber(TEXT));
 }
 
-TEST_F(SerialNumberArrayTest, FindGivesTheFirstIndexOfAnElement) {
+TEST_F(SerialNumberArrayTest, FindReturnsTheFirstIndexOfAnElement) {
     Unowned array(4);
     EXPECT_EQ(array.Find(&a), NOT_FOUND);
     EXPECT_EQ(array.Find(nullptr), NOT_FOUND);
@@ -254,7 +254,7 @@ TEST_F(SerialNumberArrayTest, AppendOfAnArrayGrowsOnceAsSoonAsItWouldBeFull) {
     EXPECT_EQ(exact.size(), 40u);
 }
 
-TEST_F(SerialNumberArrayTest, AppendOfAnArrayGrowsByItsLengthWhenThatIsMoreThanTwenty) {
+TEST_F(SerialNumberArrayTest, AppendOfAnArrayGrowsByItsLengthIfMoreThanTwenty) {
     Unowned many(30);
     Unowned array(5);
     fill(array, 5, &a);
@@ -320,7 +320,7 @@ TEST_F(SerialNumberArrayTest, InsertAtTracesEachMoveFromTheTopDown) {
                                             start + "moving from 1 to 2", start + "setting 1 = " + text(&b)}));
 }
 
-TEST_F(SerialNumberArrayTest, ARefusedInsertAtTracesItsEntryAlone) {
+TEST_F(SerialNumberArrayTest, ARejectedInsertAtTracesOnlyItsEntry) {
     Unowned array(4);
     const test::DebugSwitch traced(TRACE_SWITCH);
     const test::LogCapture log;
@@ -328,7 +328,7 @@ TEST_F(SerialNumberArrayTest, ARefusedInsertAtTracesItsEntryAlone) {
     EXPECT_EQ(test::traceLines(log), (Lines{std::string("4 ") + INSERT_AT + ": Enter"}));
 }
 
-TEST_F(SerialNumberArrayTest, EverythingElseTracesNothing) {
+TEST_F(SerialNumberArrayTest, OtherOperationsDoNotTrace) {
     Unowned array(4);
     array.Append(&a);
     const test::DebugSwitch traced(TRACE_SWITCH);
@@ -343,7 +343,7 @@ TEST_F(SerialNumberArrayTest, EverythingElseTracesNothing) {
     EXPECT_EQ(test::traceLines(log), Lines());
 }
 
-TEST_F(SerialNumberArrayTest, TracesNothingWhileItsSwitchIsOff) {
+TEST_F(SerialNumberArrayTest, DoesNotTraceWithItsSwitchOff) {
     const test::LogCapture log;
     Unowned array(1);
     fill(array, 2, &a);
@@ -353,7 +353,7 @@ TEST_F(SerialNumberArrayTest, TracesNothingWhileItsSwitchIsOff) {
     EXPECT_EQ(test::traceLines(log), Lines());
 }
 
-TEST_F(SerialNumberArrayTest, FreesItsBlockAlsoThroughItsBase) {
+TEST_F(SerialNumberArrayTest, TheDestructorFreesTheBlockAlsoThroughTheBaseClass) {
     const long before = framework::Memory::staticOutstanding();
     {
         Unowned array(2);
@@ -390,7 +390,7 @@ TEST_F(SerialNumberArrayTest, WithoutMemoryEveryOperationThrowsAndChangesNothing
     EXPECT_EQ(framework::Memory::staticOutstanding(), before);
 }
 
-TEST_F(SerialNumberArrayTest, WithoutMemoryAFullArrayTakesNoFurtherElement) {
+TEST_F(SerialNumberArrayTest, WithoutMemoryAFullArrayStaysUnchanged) {
     Unowned array(1);
     array.Append(&a);
     std::unique_ptr<framework::Exception> failure;

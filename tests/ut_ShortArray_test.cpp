@@ -26,8 +26,8 @@ using Lines = std::vector<std::string>;
 const unsigned int TRACE_SWITCH = 566;
 const char* const REALLOC = "static void* utility::Array::realloc(void*, unsigned int*, unsigned int, size_t)";
 
-static_assert(!std::is_copy_assignable<ShortArray>::value, "an assignment would share the block");
-static_assert(!std::is_convertible<unsigned int, ShortArray>::value, "a capacity is no array");
+static_assert(!std::is_copy_assignable<ShortArray>::value, "assignment would share the block");
+static_assert(!std::is_convertible<unsigned int, ShortArray>::value, "the constructor must be explicit");
 
 Content contentOf(const ShortArray& array) {
     Content content;
@@ -67,7 +67,7 @@ TEST(ShortArray, GrowsByTwentySlotsWhenFullAndKeepsItsElements) {
     EXPECT_EQ(array.size(), 45u);
 }
 
-TEST(ShortArray, KeepsTheExtremesOfItsElements) {
+TEST(ShortArray, KeepsTheExtremeValues) {
     ShortArray array(1);
     array.Append(std::numeric_limits<short>::min());
     array.InsertAt(0, std::numeric_limits<short>::max());
@@ -103,7 +103,7 @@ TEST(ShortArray, SetAtReplacesAndDeleteAtClosesTheGap) {
     EXPECT_EQ(array.size(), 4u);
 }
 
-TEST(ShortArray, TheIndexOperatorGivesTheSlotItself) {
+TEST(ShortArray, TheIndexOperatorReturnsAReferenceToTheSlot) {
     ShortArray array(4);
     fill(array, 2);
     array[1] = -3;
@@ -154,7 +154,7 @@ TEST(ShortArray, ACopyHasTheSameCapacityAndItsOwnElements) {
     EXPECT_EQ(contentOf(copy), (Content{-3, 1, 2}));
 }
 
-TEST(ShortArray, TruncateOnlyEverShortens) {
+TEST(ShortArray, TruncateNeverLengthens) {
     ShortArray array(4);
     fill(array, 3);
     array.truncate(4);
@@ -169,7 +169,7 @@ TEST(ShortArray, TruncateOnlyEverShortens) {
     EXPECT_EQ(array.length(), 0u);
 }
 
-TEST(ShortArray, ElementAtIsZeroFromTheLengthOn) {
+TEST(ShortArray, ElementAtIsZeroOutOfRange) {
     ShortArray array(4);
     array.Append(7);
     array.Append(-3);
@@ -179,7 +179,7 @@ TEST(ShortArray, ElementAtIsZeroFromTheLengthOn) {
     EXPECT_EQ(array.ElementAt(0xFFFFFFFF), 0);
 }
 
-TEST(ShortArray, SortLeavesTheOrderAlone) {
+TEST(ShortArray, SortDoesNotChangeTheOrder) {
     ShortArray array(4);
     array.Append(9);
     array.Append(2);
@@ -214,7 +214,7 @@ TEST(ShortArray, InsertAtTracesEachMoveFromTheTopDown) {
                      "3 void utility::ShortArray::InsertAt(unsigned int, short int): setting 1 = 42"}));
 }
 
-TEST(ShortArray, ARefusedInsertAtTracesItsEntryAlone) {
+TEST(ShortArray, ARejectedInsertAtTracesOnlyItsEntry) {
     ShortArray array(4);
     const test::DebugSwitch traced(TRACE_SWITCH);
     const test::LogCapture log;
@@ -223,7 +223,7 @@ TEST(ShortArray, ARefusedInsertAtTracesItsEntryAlone) {
               (Lines{"4 void utility::ShortArray::InsertAt(unsigned int, short int): 1, 32767"}));
 }
 
-TEST(ShortArray, EverythingElseTracesNothing) {
+TEST(ShortArray, OtherOperationsDoNotTrace) {
     ShortArray array(4);
     array.Append(7);
     const test::DebugSwitch traced(TRACE_SWITCH);
@@ -238,7 +238,7 @@ TEST(ShortArray, EverythingElseTracesNothing) {
     EXPECT_EQ(test::traceLines(log), Lines());
 }
 
-TEST(ShortArray, TracesNothingWhileItsSwitchIsOff) {
+TEST(ShortArray, DoesNotTraceWithItsSwitchOff) {
     const test::LogCapture log;
     ShortArray array(1);
     fill(array, 2);
@@ -265,7 +265,7 @@ TEST(ShortArray, GrowthIsTracedBeforeTheElement) {
     EXPECT_EQ(texts.back(), "Appending [-3] at 1");
 }
 
-TEST(ShortArray, FreesItsBlockAlsoThroughItsBase) {
+TEST(ShortArray, TheDestructorFreesTheBlockAlsoThroughTheBaseClass) {
     const long before = framework::Memory::staticOutstanding();
     {
         ShortArray array(2);
@@ -312,7 +312,7 @@ TEST(ShortArray, WithoutMemoryEveryOperationThrowsAndChangesNothing) {
     EXPECT_EQ(framework::Memory::staticOutstanding(), before);
 }
 
-TEST(ShortArray, OperationsThatNeedNoNewBlockTakeNoMemory) {
+TEST(ShortArray, OperationsThatNeedNoNewBlockDoNotAllocate) {
     ShortArray array(4);
     const unsigned long before = test::allocationCount();
     array.Append(7);

@@ -25,13 +25,13 @@ TEST(Stack, UsageExample) {
     EXPECT_EQ(stack.pop(), nullptr);
 }
 
-TEST(Stack, IsEmptyAtFirst) {
+TEST(Stack, ANewListIsEmpty) {
     Stack stack;
     EXPECT_EQ(stack.topNode(), nullptr);
     EXPECT_EQ(stack.pop(), nullptr);
 }
 
-TEST(Stack, GivesBackInReverseOrder) {
+TEST(Stack, PopReturnsNamesInReverseOrder) {
     const std::string names[] = {"a", "b", "c"};
     Stack stack;
     for (const std::string& name : names)
@@ -48,7 +48,7 @@ TEST(Stack, GivesBackInReverseOrder) {
     EXPECT_EQ(stack.pop(), &names[1]);
 }
 
-TEST(Stack, ItsNodesLeadFromTheTopToTheBottom) {
+TEST(Stack, NextLeadsFromTheTopToTheBottom) {
     const std::string names[] = {"a", "b"};
     const int objects[] = {1, 2};
     Stack stack;
@@ -63,7 +63,7 @@ TEST(Stack, ItsNodesLeadFromTheTopToTheBottom) {
     EXPECT_EQ(node->Next(), nullptr);
 }
 
-TEST(Stack, ItsTopNodeCanBeGivenAnotherNext) {
+TEST(Stack, NextOfTheTopNodeCanBeSet) {
     const std::string names[] = {"a", "b", "c"};
     Stack stack;
     for (const std::string& name : names)
@@ -77,7 +77,7 @@ TEST(Stack, ItsTopNodeCanBeGivenAnotherNext) {
     EXPECT_EQ(stack.pop(), nullptr);
 }
 
-TEST(Stack, ANodeCanBeGivenAnotherNext) {
+TEST(Stack, NextOfANodeCanBeSet) {
     const std::string name = "a";
     const Stack::StackNode bottom(nullptr, nullptr, nullptr);
     Stack::StackNode node(&name, &bottom, nullptr);
@@ -98,13 +98,13 @@ TEST(Stack, KeepsNullNamesAndObjects) {
     EXPECT_EQ(stack.pop(), &name);
 }
 
-TEST(Stack, AnEmptyStackHasNoNameAndNoObjectOnTop) {
+TEST(Stack, TopAndTopObjOfAnEmptyStackAreNull) {
     const Stack stack;
     EXPECT_EQ(stack.top(), nullptr);
     EXPECT_EQ(stack.topObj(), nullptr);
 }
 
-TEST(Stack, APushWithoutMemoryIsFalseAndChangesNothing) {
+TEST(Stack, PushWithoutMemoryReturnsFalseAndChangesNothing) {
     const std::string names[] = {"a", "b"};
     Stack stack;
     EXPECT_TRUE(stack.push(&names[0], nullptr));
@@ -116,7 +116,7 @@ TEST(Stack, APushWithoutMemoryIsFalseAndChangesNothing) {
     EXPECT_EQ(stack.topNode()->Next(), nullptr);
 }
 
-TEST(Stack, OfAMillionEndsWithoutDeepCalls) {
+TEST(Stack, AStackOfAMillionIsDestroyedWithoutRecursion) {
     const std::string name = "a";
     Stack stack;
     for (int i = 0; i < 1000000; ++i)

@@ -32,8 +32,8 @@ const char* const AT = "char*& utility::StringArray::operator[](unsigned int)";
 const char* const AT_CONST = "char* const& utility::StringArray::operator[](unsigned int) const";
 const unsigned int GROWTH_SWITCH = 292;
 
-static_assert(!std::is_copy_assignable<StringArray>::value, "an assignment would share the texts");
-static_assert(!std::is_convertible<unsigned int, StringArray>::value, "a capacity is no array");
+static_assert(!std::is_copy_assignable<StringArray>::value, "assignment would share the texts");
+static_assert(!std::is_convertible<unsigned int, StringArray>::value, "the constructor must be explicit");
 
 class OpenStringArray : public StringArray {
 public:
@@ -91,7 +91,7 @@ TEST(StringArray, DoublesWhenFull) {
     EXPECT_STREQ(array[21], "0");
 }
 
-TEST(StringArray, DoublesFromTheCapacityItWasMadeWith) {
+TEST(StringArray, DoublesTheCapacityGivenToTheConstructor) {
     StringArray array(3);
     fill(array, 3);
     EXPECT_EQ(array.size(), 3u);
@@ -117,7 +117,7 @@ TEST(StringArray, KeepsPrivateCopies) {
     EXPECT_NE(array[0], array[1]);
 }
 
-TEST(StringArray, AppendWithALengthTakesAtMostTheWholeText) {
+TEST(StringArray, AppendWithALengthStopsAtTheNul) {
     StringArray array(4);
     array.Append("volume", 0);
     array.Append("volume", 5);
@@ -128,7 +128,7 @@ TEST(StringArray, AppendWithALengthTakesAtMostTheWholeText) {
     EXPECT_EQ(contentOf(array), (Content{"", "volum", "volume", "volume", "volume", ""}));
 }
 
-TEST(StringArray, AppendWithALengthNeedsNoTerminator) {
+TEST(StringArray, AppendWithALengthDoesNotReadPastTheLength) {
     const char text[3] = {'a', 'b', 'c'};
     StringArray array(4);
     array.Append(text, 3);
@@ -167,7 +167,7 @@ TEST(StringArray, SetAtReplacesTheText) {
     EXPECT_EQ(framework::Memory::staticOutstanding(), before);
 }
 
-TEST(StringArray, SetAtOfAnEqualTextKeepsTheCopy) {
+TEST(StringArray, SetAtOfAnEqualTextKeepsThePointer) {
     StringArray array(4);
     array.Append("volume");
     const char* const copy = array[0];
@@ -181,7 +181,7 @@ TEST(StringArray, SetAtOfAnEqualTextKeepsTheCopy) {
     EXPECT_STREQ(copy, "volume");
 }
 
-TEST(StringArray, SetAtOfNullFreesTheTextAndLeavesNull) {
+TEST(StringArray, SetAtOfNullFreesTheTextAndStoresNull) {
     StringArray array(4);
     array.Append("volume");
     const long before = framework::Memory::staticOutstanding();
@@ -196,7 +196,7 @@ TEST(StringArray, SetAtOfNullFreesTheTextAndLeavesNull) {
     EXPECT_EQ(framework::Memory::staticOutstanding(), before);
 }
 
-TEST(StringArray, TakesTextsOfItsOwn) {
+TEST(StringArray, AcceptsItsOwnTextsAsArguments) {
     StringArray array(2);
     array.Append("volume");
     array.Append("portal");
@@ -210,7 +210,7 @@ TEST(StringArray, TakesTextsOfItsOwn) {
     EXPECT_NE(array[1], array[2]);
 }
 
-TEST(StringArray, TakesTextsOfItsOwnWhileItGrows) {
+TEST(StringArray, AcceptsItsOwnTextsAsArgumentsWhileItGrows) {
     StringArray array(1);
     array.Append("volume");
     array.Append(array[0]);
@@ -258,7 +258,7 @@ TEST(StringArray, DeleteAllFreesEveryTextAndKeepsTheBlock) {
     EXPECT_EQ(contentOf(array), (Content{"again"}));
 }
 
-TEST(StringArray, TruncateLeavesTheTextsToTheCaller) {
+TEST(StringArray, TruncateDoesNotFreeTheTexts) {
     const long before = framework::Memory::staticOutstanding();
     char* rest = nullptr;
     {
@@ -275,7 +275,7 @@ TEST(StringArray, TruncateLeavesTheTextsToTheCaller) {
     framework::Memory::StaticFreeString(rest);
 }
 
-TEST(StringArray, ElementAtIsNullFromTheLengthOn) {
+TEST(StringArray, ElementAtIsNullOutOfRange) {
     StringArray array(4);
     array.Append("volume");
     EXPECT_STREQ(array.ElementAt(0), "volume");
@@ -289,7 +289,7 @@ TEST(StringArray, ElementAtIsNullFromTheLengthOn) {
     framework::Memory::StaticFreeString(rest);
 }
 
-TEST(StringArray, TheIndexOperatorGivesTheSlotItself) {
+TEST(StringArray, TheIndexOperatorReturnsAReferenceToTheSlot) {
     const long before = framework::Memory::staticOutstanding();
     {
         StringArray array(4);
@@ -338,7 +338,7 @@ TEST(StringArray, ACopyOfAFullArrayIsFull) {
     EXPECT_EQ(contentOf(copy), contentOf(array));
 }
 
-TEST(StringArray, SortLeavesTheOrderAlone) {
+TEST(StringArray, SortDoesNotChangeTheOrder) {
     StringArray array(4);
     array.Append("b");
     array.Append("a");
@@ -346,7 +346,7 @@ TEST(StringArray, SortLeavesTheOrderAlone) {
     EXPECT_EQ(contentOf(array), (Content{"b", "a"}));
 }
 
-TEST(StringArray, TracesNothingWhateverSwitchIsOn) {
+TEST(StringArray, DoesNotTraceWithAnySwitchOn) {
     for (unsigned int number = 0; number < 8192; ++number) {
         if (number != GROWTH_SWITCH)
             utility::Debug::setDebugOn(number);
@@ -365,7 +365,7 @@ TEST(StringArray, TracesNothingWhateverSwitchIsOn) {
         utility::Debug::setDebugOff(number);
 }
 
-TEST(StringArray, FreesItsTextsAndItsBlockAlsoThroughItsBase) {
+TEST(StringArray, TheDestructorFreesTextsAndBlockAlsoThroughTheBaseClass) {
     const long before = framework::Memory::staticOutstanding();
     {
         StringArray array(2);
@@ -405,7 +405,7 @@ TEST(StringArray, WithoutMemoryForABlockItThrowsAndForATextTheElementIsNull) {
     EXPECT_EQ(framework::Memory::staticOutstanding(), before);
 }
 
-TEST(StringArray, EveryOperationTakesWhatItNeedsAndNoMore) {
+TEST(StringArray, EveryOperationAllocatesOnlyWhatItNeeds) {
     StringArray array(2);
     const auto allocations = [](auto&& operation) {
         const unsigned long before = test::allocationCount();
@@ -422,7 +422,7 @@ TEST(StringArray, EveryOperationTakesWhatItNeedsAndNoMore) {
     EXPECT_EQ(allocations([&] { array.DeleteAll(); }), 0u);
 }
 
-TEST(StringArray, WithoutMemorySetAtLeavesNull) {
+TEST(StringArray, WithoutMemorySetAtStoresNull) {
     const long before = framework::Memory::staticOutstanding();
     {
         StringArray array(2);
@@ -436,7 +436,7 @@ TEST(StringArray, WithoutMemorySetAtLeavesNull) {
     EXPECT_EQ(framework::Memory::staticOutstanding(), before);
 }
 
-TEST(StringArray, WithoutMemoryThereIsNoArrayAndNoBlockLeft) {
+TEST(StringArray, WithoutMemoryConstructionThrowsAndDoesNotLeak) {
     StringArray array(2);
     fill(array, 2);
     const long before = framework::Memory::staticOutstanding();
@@ -451,7 +451,7 @@ TEST(StringArray, WithoutMemoryThereIsNoArrayAndNoBlockLeft) {
     EXPECT_EQ(failures, 1);
 }
 
-TEST(StringArray, WithoutMemoryACopyThrowsForTheBlockAndHasNullForATextOfItsOwn) {
+TEST(StringArray, WithoutMemoryACopyThrowsForTheBlockAndHasNullForAText) {
     StringArray array(2);
     fill(array, 2);
     const long before = framework::Memory::staticOutstanding();

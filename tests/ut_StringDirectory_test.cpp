@@ -56,13 +56,13 @@ TEST(StringDirectory, KeepsCopiesInTheOrderAdded) {
     EXPECT_EQ(contentOf(directory), (Names{"b", "a", "a"}));
 }
 
-TEST(StringDirectory, AddsNoNull) {
+TEST(StringDirectory, AddIgnoresNull) {
     StringDirectory directory(0);
     EXPECT_EQ(directory.Add(nullptr), -1);
     EXPECT_EQ(directory.NumElements(), 0);
 }
 
-TEST(StringDirectory, FindAndLookupAddressTheFirstElementThatIsNotTheKey) {
+TEST(StringDirectory, FindAndLookupReturnTheFirstElementThatIsNotTheKey) {
     StringDirectory directory(0);
     fill(directory, {"x", "y"});
     EXPECT_EQ(directory.Find("x"), 1);
@@ -73,7 +73,7 @@ TEST(StringDirectory, FindAndLookupAddressTheFirstElementThatIsNotTheKey) {
     EXPECT_STREQ(directory.Lookup("absent"), "x");
 }
 
-TEST(StringDirectory, FindsNothingWhenEveryElementIsTheKey) {
+TEST(StringDirectory, FindReturnsMinusOneIfEveryElementIsTheKey) {
     StringDirectory directory(0);
     EXPECT_EQ(directory.Find("x"), -1);
     EXPECT_EQ(directory.Lookup("x"), nullptr);
@@ -84,7 +84,7 @@ TEST(StringDirectory, FindsNothingWhenEveryElementIsTheKey) {
     EXPECT_EQ(contentOf(directory), (Names{"x", "x"}));
 }
 
-TEST(StringDirectory, DeleteTakesOutTheFirstElementThatIsNotTheKey) {
+TEST(StringDirectory, DeleteRemovesTheFirstElementThatIsNotTheKey) {
     StringDirectory directory(0);
     fill(directory, {"x", "y", "z"});
     directory.Delete("x");
@@ -93,7 +93,7 @@ TEST(StringDirectory, DeleteTakesOutTheFirstElementThatIsNotTheKey) {
     EXPECT_EQ(contentOf(directory), (Names{"z"}));
 }
 
-TEST(StringDirectory, ANullKeyIsFoundNowhere) {
+TEST(StringDirectory, ANullKeyIsNotFound) {
     StringDirectory directory(0);
     fill(directory, {"x"});
     EXPECT_EQ(directory.Find(nullptr), -1);
@@ -111,7 +111,7 @@ TEST(StringDirectory, ElementsOutOfRangeAreNull) {
     EXPECT_EQ(directory.ElementAt(INT_MAX), nullptr);
 }
 
-TEST(StringDirectory, ItsOwnStringsMayBeGivenBackToIt) {
+TEST(StringDirectory, AnArgumentMayBeAStringOfTheDirectory) {
     StringDirectory directory(1);
     fill(directory, {"x", "y"});
     EXPECT_EQ(directory.Add(directory.ElementAt(0)), 2);
@@ -119,7 +119,7 @@ TEST(StringDirectory, ItsOwnStringsMayBeGivenBackToIt) {
     EXPECT_EQ(contentOf(directory), (Names{"y", "x"}));
 }
 
-TEST(StringDirectory, HoldsTheEmptyNameAndOneOf100000Characters) {
+TEST(StringDirectory, AcceptsTheEmptyNameAndOneOf100000Characters) {
     StringDirectory directory(0);
     const std::string longName(100000, 'x');
     fill(directory, {"", longName});
@@ -135,7 +135,7 @@ TEST(StringDirectory, ANegativeCapacityIsTheDefault) {
     }
 }
 
-TEST(StringDirectory, ToBufferWritesALineForEachElementIntoARewoundStream) {
+TEST(StringDirectory, ToBufferRewindsTheStreamAndWritesALinePerElement) {
     StringDirectory directory(0);
     BufferStream out(100);
     out.PutS("before");
@@ -148,7 +148,7 @@ TEST(StringDirectory, ToBufferWritesALineForEachElementIntoARewoundStream) {
     EXPECT_EQ(out.ReadAvailable(), 5);
 }
 
-/// A directory with a null element, which only a derived class can have.
+// A directory with a null element, which only a derived class can contain.
 class WithNull : public StringDirectory {
 public:
     WithNull() : StringDirectory(0) {
@@ -156,7 +156,7 @@ public:
     }
 };
 
-TEST(StringDirectory, ANullElementIsWrittenAsSuchAndDiffersFromEveryKey) {
+TEST(StringDirectory, ANullElementIsWrittenAsNullAndDiffersFromEveryKey) {
     WithNull directory;
     directory.Add("x");
     BufferStream out(100);
@@ -168,7 +168,7 @@ TEST(StringDirectory, ANullElementIsWrittenAsSuchAndDiffersFromEveryKey) {
     EXPECT_EQ(contentOf(directory), Names{"x"});
 }
 
-TEST(StringDirectory, AStreamThatIsTooSmallThrowsOrIsCut) {
+TEST(StringDirectory, ATextThatDoesNotFitThrowsOrIsTruncated) {
     StringDirectory directory(0);
     fill(directory, {"xx", "yy"});
     BufferStream exact(6);
@@ -188,7 +188,7 @@ TEST(StringDirectory, AStreamThatIsTooSmallThrowsOrIsCut) {
     EXPECT_EQ(std::string(text + 5, 2), "##");
 }
 
-TEST(StringDirectory, ACopyThatCannotBeHadIsMinusOneAndATableThatCannotGrowThrows) {
+TEST(StringDirectory, AddReturnsMinusOneWithoutMemoryForTheCopyAndThrowsWithoutMemoryForTheTable) {
     const long before = framework::Memory::staticOutstanding();
     {
         StringDirectory directory(1);
@@ -207,7 +207,7 @@ TEST(StringDirectory, ACopyThatCannotBeHadIsMinusOneAndATableThatCannotGrowThrow
     EXPECT_EQ(framework::Memory::staticOutstanding(), before);
 }
 
-TEST(StringDirectory, SearchesAndDeletesWithoutMemory) {
+TEST(StringDirectory, SearchesAndDeletionsDoNotAllocate) {
     StringDirectory directory(0);
     fill(directory, {"x", "y"});
     test::FailingAllocation failing(test::failAll);

@@ -44,7 +44,7 @@ std::string dumpOf(StringMap& map) {
     return testing::internal::GetCapturedStdout();
 }
 
-void expectEmptyWhateverIsDone(StringMap& map) {
+void expectStaysEmpty(StringMap& map) {
     void* value = &map;
     EXPECT_FALSE(map.Add("a", pointer(1)));
     EXPECT_EQ(map.Lookup("a"), absent());
@@ -56,8 +56,6 @@ void expectEmptyWhateverIsDone(StringMap& map) {
     EXPECT_EQ(dumpOf(map), "");
     EXPECT_EQ(map.count(), 0u);
 }
-
-} // namespace
 
 TEST(StringMap, UsageExample) {
     int port = 0;
@@ -74,7 +72,7 @@ TEST(StringMap, UsageExample) {
     EXPECT_EQ(shown, 1);
 }
 
-TEST(StringMap, TakesPowersOfTwoFrom2To65536AsBucketCount) {
+TEST(StringMap, AcceptsPowersOfTwoFrom2To65536AsBucketCount) {
     const test::LogCapture log;
     for (unsigned int buckets = 2; buckets <= 65536; buckets *= 2) {
         StringMap map(buckets);
@@ -84,7 +82,7 @@ TEST(StringMap, TakesPowersOfTwoFrom2To65536AsBucketCount) {
     EXPECT_EQ(log.count(), 0u);
 }
 
-TEST(StringMap, RefusesEveryOtherBucketCount) {
+TEST(StringMap, RejectsEveryOtherBucketCount) {
     for (const unsigned int buckets :
          {0u, 1u, 3u, 6u, 1000u, 65535u, 65537u, 131072u, 0x40000000u, 0x80000000u, 0xFFFFFFFFu}) {
         const long outstanding = framework::Memory::staticOutstanding();
@@ -96,7 +94,7 @@ TEST(StringMap, RefusesEveryOtherBucketCount) {
                                             "power of 2 instead of " +
                                             std::to_string(static_cast<int>(buckets)) + "\n"}));
         EXPECT_EQ(framework::Memory::staticOutstanding(), outstanding);
-        expectEmptyWhateverIsDone(map);
+        expectStaysEmpty(map);
         EXPECT_EQ(map.hash("ab"), 0u);
     }
 }
@@ -161,7 +159,7 @@ TEST(StringMap, HashTracesEachStep) {
                                         start + "hashMask = 15", start + "final value=3"}));
 }
 
-TEST(StringMap, EveryOperationThatTakesAKeyTracesItsHash) {
+TEST(StringMap, EveryOperationWithAKeyTracesItsHash) {
     StringMap map(16);
     const test::DebugSwitch traces(stringMapSwitch);
     test::LogCapture log;
@@ -181,7 +179,7 @@ TEST(StringMap, EveryOperationThatTakesAKeyTracesItsHash) {
     EXPECT_TRUE(linesOf([&] { map.First(value); }).empty());
 }
 
-TEST(StringMap, LogsNothingWhileItsSwitchIsOff) {
+TEST(StringMap, DoesNotLogWithItsSwitchOff) {
     const test::LogCapture log;
     StringMap map(16);
     map.Add("a", nullptr);
@@ -202,7 +200,7 @@ TEST(StringMap, KeepsItsOwnCopyOfAKey) {
     EXPECT_NE(map.First(value), key);
 }
 
-TEST(StringMap, AddOfAPresentKeyReplacesItsValueAndIsFalse) {
+TEST(StringMap, AddOfAPresentKeyReplacesItsValueAndReturnsFalse) {
     StringMap map(16);
     EXPECT_TRUE(map.Add("a", pointer(1)));
     EXPECT_FALSE(map.Add("a", pointer(2)));
@@ -210,13 +208,13 @@ TEST(StringMap, AddOfAPresentKeyReplacesItsValueAndIsFalse) {
     EXPECT_EQ(map.count(), 1u);
 }
 
-TEST(StringMap, LookupOfAnAbsentKeyIsMinusOneAndNeverNull) {
+TEST(StringMap, LookupOfAnAbsentKeyReturnsMinusOneAndNotNull) {
     StringMap map(2);
     EXPECT_EQ(map.Lookup("b"), absent());
     map.Add("b", nullptr);
     EXPECT_EQ(map.Lookup("b"), nullptr);
-    EXPECT_EQ(map.Lookup("B"), absent()); // before
-    EXPECT_EQ(map.Lookup("d"), absent()); // behind
+    EXPECT_EQ(map.Lookup("B"), absent()); // less than the key
+    EXPECT_EQ(map.Lookup("d"), absent()); // greater than the key
     EXPECT_EQ(map.Lookup("bb"), absent());
 }
 
@@ -230,7 +228,7 @@ TEST(StringMap, TheEmptyTextIsAKeyLikeAnyOther) {
     EXPECT_EQ(map.Lookup(""), absent());
 }
 
-TEST(StringMap, TakesKeysOf100000Bytes) {
+TEST(StringMap, AcceptsKeysOf100000Bytes) {
     StringMap map(64);
     const std::string name(100000, 'n');
     const std::string longer = name + "m";
@@ -241,7 +239,7 @@ TEST(StringMap, TakesKeysOf100000Bytes) {
     EXPECT_EQ(map.hash(name.c_str()), (100000u * ('n' - 32u)) & 63u);
 }
 
-TEST(StringMap, ANullKeyIsFoundNowhereAndAddedNowhere) {
+TEST(StringMap, ANullKeyIsNeitherFoundNorAdded) {
     StringMap map(2);
     map.Add("b", pointer(2));
     void* value = &map;
@@ -254,7 +252,7 @@ TEST(StringMap, ANullKeyIsFoundNowhereAndAddedNowhere) {
     EXPECT_EQ(map.count(), 1u);
 }
 
-TEST(StringMap, DeleteReachesOnlyTheFirstKeyOfABucket) {
+TEST(StringMap, DeleteRemovesOnlyTheFirstKeyOfABucket) {
     StringMap map(2);
     map.Add("c", pointer(2)); // 67: the same bucket as "a", 65
     map.Add("a", pointer(1));
@@ -269,7 +267,7 @@ TEST(StringMap, DeleteReachesOnlyTheFirstKeyOfABucket) {
     EXPECT_TRUE(entriesOf(map).empty());
 }
 
-TEST(StringMap, DeleteOfTheSecondOfTwoKeysInABucketLeavesItThere) {
+TEST(StringMap, DeleteDoesNotRemoveTheSecondKeyOfABucket) {
     StringMap map(4096);
     map.Add("a\x02", pointer(1)); // the same sum as "b\x01"
     map.Add("b\x01", pointer(2));
@@ -280,7 +278,7 @@ TEST(StringMap, DeleteOfTheSecondOfTwoKeysInABucketLeavesItThere) {
     EXPECT_EQ(map.Lookup("a\x02"), absent());
 }
 
-TEST(StringMap, DeleteOfAnAbsentKeyIsTrueUnlessASmallerOneIsInItsBucket) {
+TEST(StringMap, DeleteOfAnAbsentKeyIsTrueUnlessItsBucketHasASmallerOne) {
     StringMap map(2);
     EXPECT_TRUE(map.Delete("c")); // the bucket is empty
     map.Add("c", nullptr);
@@ -292,7 +290,7 @@ TEST(StringMap, DeleteOfAnAbsentKeyIsTrueUnlessASmallerOneIsInItsBucket) {
     EXPECT_EQ(entriesOf(map).size(), 2u);
 }
 
-TEST(StringMap, FirstAndNextWalkTheBucketsInOrder) {
+TEST(StringMap, FirstAndNextIterateInBucketOrder) {
     StringMap map(4);
     void* value = &map;
     EXPECT_EQ(map.First(value), nullptr);
@@ -309,7 +307,7 @@ TEST(StringMap, FirstAndNextWalkTheBucketsInOrder) {
     EXPECT_EQ(value, &map);
 }
 
-TEST(StringMap, DeleteAllEmptiesItAndLeavesTheCount) {
+TEST(StringMap, DeleteAllRemovesAllEntriesAndKeepsTheCount) {
     const long outstanding = framework::Memory::staticOutstanding();
     {
         StringMap map(16);
@@ -346,10 +344,10 @@ TEST(StringMap, DumpPrintsALineForEachBucketInUse) {
     EXPECT_EQ(dumpOf(map), "1: ! \n3: ab ba \n");
 }
 
-TEST(StringMap, TellsWhereNewEntriesGoWhenAsked) {
+TEST(StringMap, PlacementTracePrintsWhereNewEntriesGo) {
     StringMap map(2);
     testing::internal::CaptureStdout();
-    map.Add("b", nullptr); // not asked yet
+    map.Add("b", nullptr); // not traced yet
     map.setPlacementTrace(true);
     map.Add("c", nullptr);
     map.Add("g", nullptr);
@@ -364,7 +362,7 @@ TEST(StringMap, TellsWhereNewEntriesGoWhenAsked) {
                                                       "insert: a @ 1, before c\n");
 }
 
-TEST(StringMap, LookingUpTakesNoMemory) {
+TEST(StringMap, LookupDoesNotAllocate) {
     StringMap map(16);
     for (int number = 0; number < 200; ++number)
         map.Add(std::to_string(number).c_str(), pointer(static_cast<std::uintptr_t>(number)));
@@ -383,7 +381,7 @@ TEST(StringMap, LookingUpTakesNoMemory) {
     EXPECT_EQ(failing.failures(), 0u);
 }
 
-TEST(StringMap, WithoutMemoryForEntryOrKeyItStaysAsItWas) {
+TEST(StringMap, WithoutMemoryForEntryOrKeyAddChangesNothing) {
     StringMap map(2);
     for (const char* present : {"g", "c"}) {
         const Entries before = entriesOf(map);
@@ -403,22 +401,20 @@ TEST(StringMap, WithoutMemoryForEntryOrKeyItStaysAsItWas) {
     }
 }
 
-TEST(StringMap, WithoutMemoryForItsTableItStaysEmpty) {
+TEST(StringMap, WithoutMemoryForItsTableAMapStaysEmpty) {
     const long outstanding = framework::Memory::staticOutstanding();
     {
         test::FailingAllocation failing(1);
         StringMap map(64);
         EXPECT_EQ(failing.failures(), 1u);
         failing.stop();
-        expectEmptyWhateverIsDone(map);
+        expectStaysEmpty(map);
     }
     EXPECT_EQ(framework::Memory::staticOutstanding(), outstanding);
 }
 
-namespace {
-
-/// What a string map shows, kept in an ordered map: deleting takes out only the first key of a bucket, and deleting all
-/// leaves the count.
+// Reference implementation with an ordered map: `Delete` removes only the first key of a bucket, and `DeleteAll` does
+// not reset the count.
 class StringMapModel {
 public:
     StringMapModel(unsigned int seed, unsigned int buckets) : m_random(seed), m_map(buckets), m_mask(buckets - 1) {}
@@ -521,9 +517,7 @@ private:
     unsigned int m_count = 0;
 };
 
-} // namespace
-
-TEST(StringMap, AnswersAsAnOrderedMapWouldAfterRandomOperations) {
+TEST(StringMap, BehavesAsAnOrderedMapUnderRandomOperations) {
     const long outstanding = framework::Memory::staticOutstanding();
     for (const unsigned int buckets : {2u, 64u, 1024u}) {
         const unsigned int seed = test::randomSeed();
@@ -532,3 +526,5 @@ TEST(StringMap, AnswersAsAnOrderedMapWouldAfterRandomOperations) {
     }
     EXPECT_EQ(framework::Memory::staticOutstanding(), outstanding);
 }
+
+} // namespace

@@ -32,8 +32,8 @@ const char* const DELETE_AT = "void utility::TokenArray::DeleteAt(unsigned int)"
 const char* const INDEX = "strings::stringtoken& utility::TokenArray::operator[](unsigned int)";
 const char* const CONST_INDEX = "const strings::stringtoken& utility::TokenArray::operator[](unsigned int) const";
 
-static_assert(!std::is_copy_assignable<TokenArray>::value, "an assignment would share the block");
-static_assert(!std::is_convertible<unsigned int, TokenArray>::value, "a capacity is no array");
+static_assert(!std::is_copy_assignable<TokenArray>::value, "assignment would share the block");
+static_assert(!std::is_convertible<unsigned int, TokenArray>::value, "the constructor must be explicit");
 
 Tokens contentOf(const TokenArray& array) {
     Tokens content;
@@ -63,7 +63,7 @@ TEST(TokenArray, KeepsTheOrderAndTheDuplicatesOfAList) {
     EXPECT_EQ(TokenArray("a", 3).size(), 3u);
 }
 
-TEST(TokenArray, ANewListReplacesTheFormerTokens) {
+TEST(TokenArray, ANewListReplacesAllTokens) {
     TokenArray array("a,b,c", 2);
     EXPECT_EQ(array.size(), 22u);
     array.SetFromStringList("c");
@@ -73,7 +73,7 @@ TEST(TokenArray, ANewListReplacesTheFormerTokens) {
     EXPECT_EQ(array.length(), 0u);
 }
 
-TEST(TokenArray, EmptyNamesInAListArePassedOver) {
+TEST(TokenArray, EmptyNamesInAListAreSkipped) {
     const TokenArray array(",,a,,b c,", 0);
     EXPECT_EQ(contentOf(array), (Tokens{token("a"), token("b c")}));
     EXPECT_EQ(TokenArray(",,,", 0).length(), 0u);
@@ -81,7 +81,7 @@ TEST(TokenArray, EmptyNamesInAListArePassedOver) {
     EXPECT_EQ(TokenArray(nullptr, 0).length(), 0u);
 }
 
-TEST(TokenArray, NamesBehindTheFiftiethAreLeftOut) {
+TEST(TokenArray, NamesAfterTheFiftiethAreIgnored) {
     for (const int count : {49, 50, 51, 60}) {
         std::string list;
         Tokens expected;
@@ -95,7 +95,7 @@ TEST(TokenArray, NamesBehindTheFiftiethAreLeftOut) {
     }
 }
 
-TEST(TokenArray, BytesBehindThe8192ndAreLeftOut) {
+TEST(TokenArray, BytesAfterThe8192ndAreIgnored) {
     const std::string first(8189, 'x');
     EXPECT_EQ(contentOf(TokenArray((first + ",ab").c_str(), 0)), (Tokens{token(first), token("ab")}));
     EXPECT_EQ(contentOf(TokenArray((first + ",abc").c_str(), 0)), (Tokens{token(first), token("ab")}));
@@ -155,7 +155,7 @@ TEST(TokenArray, ACopyHasTheSameCapacityAndItsOwnTokens) {
     EXPECT_EQ(contentOf(copy), (Tokens{token("a"), token("b")}));
 }
 
-TEST(TokenArray, TracesEachStepOfItsChanges) {
+TEST(TokenArray, TracesEachStepOfAChange) {
     test::DebugSwitch trace(TRACE_SWITCH);
     test::LogCapture log;
     TokenArray array(4);
@@ -173,14 +173,14 @@ TEST(TokenArray, TracesEachStepOfItsChanges) {
     EXPECT_EQ(test::traceLines(log), Lines{line(4, INSERT_AT, "Enter")});
 }
 
-TEST(TokenArray, TracesNothingWhileTheSwitchIsOff) {
+TEST(TokenArray, DoesNotTraceWithItsSwitchOff) {
     test::LogCapture log;
     TokenArray array("a,b", 1);
     array.InsertAt(0, 9);
     EXPECT_EQ(log.count(), 0u);
 }
 
-TEST(TokenArray, WithoutMemoryThrowsAndStaysAsItWas) {
+TEST(TokenArray, WithoutMemoryThrowsAndChangesNothing) {
     const long before = framework::Memory::staticOutstanding();
     {
         TokenArray array(2);
@@ -196,7 +196,7 @@ TEST(TokenArray, WithoutMemoryThrowsAndStaysAsItWas) {
     EXPECT_EQ(framework::Memory::staticOutstanding(), before);
 }
 
-TEST(TokenArray, AListThatCannotGrowThrowsAndLeaksNothing) {
+TEST(TokenArray, AListThatDoesNotFitThrowsWithoutMemoryAndDoesNotLeak) {
     const stringtoken tokens[] = {token("a"), token("b")};
     const long before = framework::Memory::staticOutstanding();
     EXPECT_FAILURE(test::failNth(2, [&] { TokenArray("a,b", 1); }), 1230, "ut_Array", REALLOC, "");
@@ -206,7 +206,7 @@ TEST(TokenArray, AListThatCannotGrowThrowsAndLeaksNothing) {
     EXPECT_EQ(contentOf(array), Tokens{tokens[0]});
 }
 
-TEST(TokenArray, ANewNameWithoutMemoryHasTheTokenZero) {
+TEST(TokenArray, ANewNameWithoutMemoryGetsTheTokenZero) {
     TokenArray array(4);
     {
         test::FailingAllocation failing(test::failAll);
@@ -215,7 +215,7 @@ TEST(TokenArray, ANewNameWithoutMemoryHasTheTokenZero) {
     EXPECT_EQ(contentOf(array), Tokens{0});
 }
 
-/// The same over a vector; an index outside changes nothing and is told by the throw.
+// Reference implementation with a vector; an index out of range throws.
 void takeRandomStep(test::RandomRun& random, TokenArray& array, Tokens& model) {
     const unsigned int length = array.length();
     const unsigned int index = random.below(length + 2);

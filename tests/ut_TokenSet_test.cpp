@@ -33,8 +33,8 @@ const char* const DELETE_AT = "void utility::TokenSet::deleteAt(unsigned int)";
 const char* const INDEX = "strings::stringtoken& utility::TokenSet::operator[](unsigned int)";
 const char* const CONST_INDEX = "const strings::stringtoken& utility::TokenSet::operator[](unsigned int) const";
 
-static_assert(!std::is_copy_assignable<TokenSet>::value, "an assignment would share the block");
-static_assert(!std::is_convertible<unsigned int, TokenSet>::value, "a capacity is no set");
+static_assert(!std::is_copy_assignable<TokenSet>::value, "assignment would share the block");
+static_assert(!std::is_convertible<unsigned int, TokenSet>::value, "the constructor must be explicit");
 
 Tokens contentOf(const TokenSet& set) {
     Tokens content;
@@ -63,7 +63,7 @@ TEST(TokenSet, UsageExample) {
     EXPECT_FALSE(names.inSet(strings::GS.toToken("console")));
 }
 
-TEST(TokenSet, HoldsEachNameOfAListOnceInAscendingOrderOfTokens) {
+TEST(TokenSet, ContainsEachNameOfAListOnceInAscendingOrderOfTokens) {
     const stringtoken a = token("a");
     const stringtoken b = token("b");
     EXPECT_EQ(contentOf(TokenSet("a,b,a", 0)), (Tokens{std::min(a, b), std::max(a, b)}));
@@ -74,14 +74,14 @@ TEST(TokenSet, HoldsEachNameOfAListOnceInAscendingOrderOfTokens) {
     EXPECT_EQ(TokenSet(nullptr, 0).length(), 0u);
 }
 
-TEST(TokenSet, ANewListReplacesTheFormerTokens) {
+TEST(TokenSet, ANewListReplacesAllTokens) {
     TokenSet set("a,b,c", 2);
     set.SetFromStringList("c");
     EXPECT_EQ(contentOf(set), Tokens{token("c")});
     EXPECT_EQ(set.size(), 22u);
 }
 
-TEST(TokenSet, NamesBehindTheFiftiethAndBytesBehindThe8192ndAreLeftOut) {
+TEST(TokenSet, NamesAfterTheFiftiethAndBytesAfterThe8192ndAreIgnored) {
     std::string list = "name0";
     for (int i = 1; i < 60; ++i)
         list += ",name" + std::to_string(i);
@@ -96,7 +96,7 @@ TEST(TokenSet, NamesBehindTheFiftiethAndBytesBehindThe8192ndAreLeftOut) {
     EXPECT_TRUE(cut.inSet(token("ab")));
 }
 
-TEST(TokenSet, SettingTwiceLeavesOneCopyInSetsOfAnySize) {
+TEST(TokenSet, SetOfAPresentTokenChangesNothing) {
     for (stringtoken count = 0; count < 12; ++count) {
         TokenSet set(0);
         for (int round = 0; round < 2; ++round) {
@@ -118,7 +118,7 @@ TEST(TokenSet, KeepsAscendingOrderWhereverATokenGoes) {
     EXPECT_EQ(set.size(), 21u);
 }
 
-TEST(TokenSet, UnsetTakesOutTheSmallestMemberOnly) {
+TEST(TokenSet, UnsetRemovesOnlyTheSmallestToken) {
     TokenSet set(0);
     fill(set, {3, 7, 9});
     set.unset(7);
@@ -147,7 +147,7 @@ TEST(TokenSet, MergingChangesTheArgumentAndNotTheSetItself) {
     EXPECT_EQ(contentOf(a), (Tokens{3, 7}));
 }
 
-TEST(TokenSet, MergingAnUnorderedSetIntoItselfEnds) {
+TEST(TokenSet, MergingAnUnorderedSetIntoItselfTerminates) {
     TokenSet set(1);
     for (stringtoken t = 100; t > 0; --t)
         set.append(t);
@@ -155,7 +155,7 @@ TEST(TokenSet, MergingAnUnorderedSetIntoItselfEnds) {
     EXPECT_LE(set.length(), 200u);
 }
 
-TEST(TokenSet, ClearedHoldsNothingAndKeepsItsBlock) {
+TEST(TokenSet, ClearSetRemovesAllTokensAndKeepsTheBlock) {
     TokenSet set(0);
     for (stringtoken t = 0; t < 30; ++t)
         set.set(t);
@@ -180,7 +180,7 @@ TEST(TokenSet, EqualsASetOfTheSameTokens) {
     EXPECT_FALSE(a == b);
 }
 
-TEST(TokenSet, WritesItsNamesWithoutSeparatorAndOneCommaBehindTheLast) {
+TEST(TokenSet, WritesItsNamesWithoutSeparatorsAndOneCommaAtTheEnd) {
     token("x");
     token("y");
     char text[16];
@@ -231,7 +231,7 @@ TEST(TokenSet, ATextThatDoesNotFitThrowsAndWritesNothingOutsideItsBuffer) {
     EXPECT_NE(CATCH_FAILURE(set.toStringList(nullptr, 100)), nullptr);
 }
 
-TEST(TokenSet, TheBuildingBlocksKeepNoOrder) {
+TEST(TokenSet, AppendInsertAtAndSetAtDoNotCheckTheOrder) {
     TokenSet set(2);
     set.append(5);
     set.append(3);
@@ -246,7 +246,7 @@ TEST(TokenSet, TheBuildingBlocksKeepNoOrder) {
     EXPECT_EQ(contentOf(set), (Tokens{1, 3, 4}));
 }
 
-TEST(TokenSet, UnsetOfADescendingSetPassesTheGreaterMembers) {
+TEST(TokenSet, UnsetInADescendingSetSkipsGreaterTokens) {
     TokenSet set(0);
     for (const stringtoken t : {9u, 7u, 3u})
         set.append(t);
@@ -277,7 +277,7 @@ TEST(TokenSet, ACopyHasTheSameCapacityAndItsOwnTokens) {
     EXPECT_EQ(contentOf(copy), (Tokens{3, 7}));
 }
 
-TEST(TokenSet, TracesEachStepOfItsChanges) {
+TEST(TokenSet, TracesEachStepOfAChange) {
     test::DebugSwitch trace(TRACE_SWITCH);
     test::LogCapture log;
     TokenSet set(4);
@@ -290,14 +290,14 @@ TEST(TokenSet, TracesEachStepOfItsChanges) {
                      line(3, INSERT_AT, "moving from 0 to 1"), line(3, INSERT_AT, "setting 0 = 5")}));
 }
 
-TEST(TokenSet, TracesNothingWhileTheSwitchIsOff) {
+TEST(TokenSet, DoesNotTraceWithItsSwitchOff) {
     test::LogCapture log;
     TokenSet set("a,b,c", 1);
     set.set(1);
     EXPECT_EQ(log.count(), 0u);
 }
 
-TEST(TokenSet, WithoutMemoryThrowsAndStaysAsItWas) {
+TEST(TokenSet, WithoutMemoryThrowsAndChangesNothing) {
     const long before = framework::Memory::staticOutstanding();
     {
         TokenSet set(2);
@@ -319,7 +319,7 @@ TEST(TokenSet, WithoutMemoryThrowsAndStaysAsItWas) {
     EXPECT_EQ(framework::Memory::staticOutstanding(), before);
 }
 
-TEST(TokenSet, AListThatCannotGrowThrowsAndLeaksNothing) {
+TEST(TokenSet, AListThatDoesNotFitThrowsWithoutMemoryAndDoesNotLeak) {
     token("a");
     token("b");
     const long before = framework::Memory::staticOutstanding();
@@ -327,7 +327,7 @@ TEST(TokenSet, AListThatCannotGrowThrowsAndLeaksNothing) {
     EXPECT_EQ(framework::Memory::staticOutstanding(), before);
 }
 
-/// The names of `model` as the set writes them.
+// Returns the names of `model` as the set writes them.
 std::string listOf(const std::set<stringtoken>& model) {
     std::string list;
     for (const stringtoken t : model)

@@ -27,8 +27,8 @@ using Lines = std::vector<std::string>;
 const unsigned int TRACE_SWITCH = 628;
 const char* const REALLOC = "static void* utility::Array::realloc(void*, unsigned int*, unsigned int, size_t)";
 
-static_assert(!std::is_copy_assignable<UInt64Array>::value, "an assignment would share the block");
-static_assert(!std::is_convertible<unsigned int, UInt64Array>::value, "a capacity is no array");
+static_assert(!std::is_copy_assignable<UInt64Array>::value, "assignment would share the block");
+static_assert(!std::is_convertible<unsigned int, UInt64Array>::value, "the constructor must be explicit");
 
 Content contentOf(const UInt64Array& array) {
     Content content;
@@ -68,7 +68,7 @@ TEST(UInt64Array, GrowsByTwentySlotsWhenFullAndKeepsItsElements) {
     EXPECT_EQ(array.size(), 45u);
 }
 
-TEST(UInt64Array, KeepsTheExtremesOfItsElements) {
+TEST(UInt64Array, KeepsTheExtremeValues) {
     UInt64Array array(1);
     array.Append(std::numeric_limits<unsigned long long>::min());
     array.InsertAt(0, std::numeric_limits<unsigned long long>::max());
@@ -105,7 +105,7 @@ TEST(UInt64Array, SetAtReplacesAndDeleteAtClosesTheGap) {
     EXPECT_EQ(array.size(), 4u);
 }
 
-TEST(UInt64Array, TheIndexOperatorGivesTheSlotItself) {
+TEST(UInt64Array, TheIndexOperatorReturnsAReferenceToTheSlot) {
     UInt64Array array(4);
     fill(array, 2);
     array[1] = 0xFFFFFFFFFFFFFFFFu;
@@ -158,7 +158,7 @@ TEST(UInt64Array, ACopyHasTheSameCapacityAndItsOwnElements) {
     EXPECT_EQ(contentOf(copy), (Content{0xFFFFFFFFFFFFFFFFu, 1, 2}));
 }
 
-TEST(UInt64Array, TruncateOnlyEverShortens) {
+TEST(UInt64Array, TruncateNeverLengthens) {
     UInt64Array array(4);
     fill(array, 3);
     array.truncate(4);
@@ -174,7 +174,7 @@ TEST(UInt64Array, TruncateOnlyEverShortens) {
     EXPECT_EQ(array.length(), 0u);
 }
 
-TEST(UInt64Array, SortLeavesTheOrderAlone) {
+TEST(UInt64Array, SortDoesNotChangeTheOrder) {
     UInt64Array array(4);
     array.Append(9);
     array.Append(2);
@@ -209,7 +209,7 @@ TEST(UInt64Array, InsertAtTracesEachMoveFromTheTopDown) {
                      "3 void utility::UInt64Array::InsertAt(unsigned int, long long unsigned int): setting 42 = 1"}));
 }
 
-TEST(UInt64Array, ARefusedInsertAtTracesItsEntryAlone) {
+TEST(UInt64Array, ARejectedInsertAtTracesOnlyItsEntry) {
     UInt64Array array(4);
     const test::DebugSwitch traced(TRACE_SWITCH);
     const test::LogCapture log;
@@ -218,7 +218,7 @@ TEST(UInt64Array, ARefusedInsertAtTracesItsEntryAlone) {
               (Lines{"4 void utility::UInt64Array::InsertAt(unsigned int, long long unsigned int): Enter"}));
 }
 
-TEST(UInt64Array, EverythingElseTracesNothing) {
+TEST(UInt64Array, OtherOperationsDoNotTrace) {
     UInt64Array array(4);
     array.Append(7u);
     const test::DebugSwitch traced(TRACE_SWITCH);
@@ -233,7 +233,7 @@ TEST(UInt64Array, EverythingElseTracesNothing) {
     EXPECT_EQ(test::traceLines(log), Lines());
 }
 
-TEST(UInt64Array, TracesNothingWhileItsSwitchIsOff) {
+TEST(UInt64Array, DoesNotTraceWithItsSwitchOff) {
     const test::LogCapture log;
     UInt64Array array(1);
     fill(array, 2);
@@ -260,7 +260,7 @@ TEST(UInt64Array, GrowthIsTracedBeforeTheElement) {
     EXPECT_EQ(texts.back(), "Appending [18446744073709551615] at 1");
 }
 
-TEST(UInt64Array, FreesItsBlockAlsoThroughItsBase) {
+TEST(UInt64Array, TheDestructorFreesTheBlockAlsoThroughTheBaseClass) {
     const long before = framework::Memory::staticOutstanding();
     {
         UInt64Array array(2);
@@ -307,7 +307,7 @@ TEST(UInt64Array, WithoutMemoryEveryOperationThrowsAndChangesNothing) {
     EXPECT_EQ(framework::Memory::staticOutstanding(), before);
 }
 
-TEST(UInt64Array, OperationsThatNeedNoNewBlockTakeNoMemory) {
+TEST(UInt64Array, OperationsThatNeedNoNewBlockDoNotAllocate) {
     UInt64Array array(4);
     const unsigned long before = test::allocationCount();
     array.Append(7u);

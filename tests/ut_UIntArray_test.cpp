@@ -27,8 +27,8 @@ using Lines = std::vector<std::string>;
 const unsigned int TRACE_SWITCH = 629;
 const char* const REALLOC = "static void* utility::Array::realloc(void*, unsigned int*, unsigned int, size_t)";
 
-static_assert(!std::is_copy_assignable<UIntArray>::value, "an assignment would share the block");
-static_assert(!std::is_convertible<unsigned int, UIntArray>::value, "a capacity is no array");
+static_assert(!std::is_copy_assignable<UIntArray>::value, "assignment would share the block");
+static_assert(!std::is_convertible<unsigned int, UIntArray>::value, "the constructor must be explicit");
 
 Content contentOf(const UIntArray& array) {
     Content content;
@@ -69,7 +69,7 @@ TEST(UIntArray, GrowsByTwentySlotsWhenFullAndKeepsItsElements) {
     EXPECT_EQ(array.size(), 45u);
 }
 
-TEST(UIntArray, KeepsTheExtremesOfItsElements) {
+TEST(UIntArray, KeepsTheExtremeValues) {
     UIntArray array(1);
     array.Append(std::numeric_limits<unsigned int>::min());
     array.InsertAt(0, std::numeric_limits<unsigned int>::max());
@@ -106,7 +106,7 @@ TEST(UIntArray, SetAtReplacesAndDeleteAtClosesTheGap) {
     EXPECT_EQ(array.size(), 4u);
 }
 
-TEST(UIntArray, TheIndexOperatorGivesTheSlotItself) {
+TEST(UIntArray, TheIndexOperatorReturnsAReferenceToTheSlot) {
     UIntArray array(4);
     fill(array, 2);
     array[1] = 0xFFFFFFFFu;
@@ -157,7 +157,7 @@ TEST(UIntArray, ACopyHasTheSameCapacityAndItsOwnElements) {
     EXPECT_EQ(contentOf(copy), (Content{0xFFFFFFFFu, 1, 2}));
 }
 
-TEST(UIntArray, TruncateOnlyEverShortens) {
+TEST(UIntArray, TruncateNeverLengthens) {
     UIntArray array(4);
     fill(array, 3);
     array.truncate(4);
@@ -172,7 +172,7 @@ TEST(UIntArray, TruncateOnlyEverShortens) {
     EXPECT_EQ(array.length(), 0u);
 }
 
-TEST(UIntArray, SortsAscendingWithoutSignAlsoThroughItsBase) {
+TEST(UIntArray, SortIsAscendingAndUnsignedAlsoThroughTheBaseClass) {
     UIntArray array(8);
     for (const unsigned int value : {0x80000000u, 3u, 0xFFFFFFFFu, 0u, 3u, 0x7FFFFFFFu})
         array.Append(value);
@@ -205,7 +205,7 @@ TEST(UIntArray, SortAgreesWithTheStandardSortOnRandomArrays) {
     }
 }
 
-TEST(UIntArray, CompareOrdersWithoutSign) {
+TEST(UIntArray, CompareIsUnsigned) {
     const unsigned int small = 1;
     const unsigned int great = 0x80000000u;
     const unsigned int same = 1;
@@ -239,7 +239,7 @@ TEST(UIntArray, InsertAtTracesEachMoveFromTheTopDown) {
                      "3 void utility::UIntArray::InsertAt(unsigned int, unsigned int): setting 1 = 42"}));
 }
 
-TEST(UIntArray, ARefusedInsertAtTracesItsEntryAlone) {
+TEST(UIntArray, ARejectedInsertAtTracesOnlyItsEntry) {
     UIntArray array(4);
     const test::DebugSwitch traced(TRACE_SWITCH);
     const test::LogCapture log;
@@ -247,7 +247,7 @@ TEST(UIntArray, ARefusedInsertAtTracesItsEntryAlone) {
     EXPECT_EQ(test::traceLines(log), (Lines{"4 void utility::UIntArray::InsertAt(unsigned int, unsigned int): Enter"}));
 }
 
-TEST(UIntArray, EverythingElseTracesNothing) {
+TEST(UIntArray, OtherOperationsDoNotTrace) {
     UIntArray array(4);
     array.Append(7u);
     const test::DebugSwitch traced(TRACE_SWITCH);
@@ -262,7 +262,7 @@ TEST(UIntArray, EverythingElseTracesNothing) {
     EXPECT_EQ(test::traceLines(log), Lines());
 }
 
-TEST(UIntArray, TracesNothingWhileItsSwitchIsOff) {
+TEST(UIntArray, DoesNotTraceWithItsSwitchOff) {
     const test::LogCapture log;
     UIntArray array(1);
     fill(array, 2);
@@ -289,7 +289,7 @@ TEST(UIntArray, GrowthIsTracedBeforeTheElement) {
     EXPECT_EQ(texts.back(), "Appending [-1] at 1");
 }
 
-TEST(UIntArray, FreesItsBlockAlsoThroughItsBase) {
+TEST(UIntArray, TheDestructorFreesTheBlockAlsoThroughTheBaseClass) {
     const long before = framework::Memory::staticOutstanding();
     {
         UIntArray array(2);
@@ -336,7 +336,7 @@ TEST(UIntArray, WithoutMemoryEveryOperationThrowsAndChangesNothing) {
     EXPECT_EQ(framework::Memory::staticOutstanding(), before);
 }
 
-TEST(UIntArray, OperationsThatNeedNoNewBlockTakeNoMemory) {
+TEST(UIntArray, OperationsThatNeedNoNewBlockDoNotAllocate) {
     UIntArray array(4);
     const unsigned long before = test::allocationCount();
     array.Append(7u);

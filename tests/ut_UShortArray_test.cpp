@@ -27,8 +27,8 @@ using Lines = std::vector<std::string>;
 const unsigned int TRACE_SWITCH = 634;
 const char* const REALLOC = "static void* utility::Array::realloc(void*, unsigned int*, unsigned int, size_t)";
 
-static_assert(!std::is_copy_assignable<UShortArray>::value, "an assignment would share the block");
-static_assert(!std::is_convertible<unsigned int, UShortArray>::value, "a capacity is no array");
+static_assert(!std::is_copy_assignable<UShortArray>::value, "assignment would share the block");
+static_assert(!std::is_convertible<unsigned int, UShortArray>::value, "the constructor must be explicit");
 
 Content contentOf(const UShortArray& array) {
     Content content;
@@ -69,7 +69,7 @@ TEST(UShortArray, GrowsByTwentySlotsWhenFullAndKeepsItsElements) {
     EXPECT_EQ(array.size(), 45u);
 }
 
-TEST(UShortArray, KeepsTheExtremesOfItsElements) {
+TEST(UShortArray, KeepsTheExtremeValues) {
     UShortArray array(1);
     array.Append(std::numeric_limits<unsigned short>::min());
     array.InsertAt(0, std::numeric_limits<unsigned short>::max());
@@ -106,7 +106,7 @@ TEST(UShortArray, SetAtReplacesAndDeleteAtClosesTheGap) {
     EXPECT_EQ(array.size(), 4u);
 }
 
-TEST(UShortArray, TheIndexOperatorGivesTheSlotItself) {
+TEST(UShortArray, TheIndexOperatorReturnsAReferenceToTheSlot) {
     UShortArray array(4);
     fill(array, 2);
     array[1] = 65535u;
@@ -159,7 +159,7 @@ TEST(UShortArray, ACopyHasTheSameCapacityAndItsOwnElements) {
     EXPECT_EQ(contentOf(copy), (Content{65535u, 1, 2}));
 }
 
-TEST(UShortArray, TruncateOnlyEverShortens) {
+TEST(UShortArray, TruncateNeverLengthens) {
     UShortArray array(4);
     fill(array, 3);
     array.truncate(4);
@@ -175,7 +175,7 @@ TEST(UShortArray, TruncateOnlyEverShortens) {
     EXPECT_EQ(array.length(), 0u);
 }
 
-TEST(UShortArray, ElementAtIsZeroFromTheLengthOn) {
+TEST(UShortArray, ElementAtIsZeroOutOfRange) {
     UShortArray array(4);
     array.Append(7u);
     array.Append(65535u);
@@ -185,7 +185,7 @@ TEST(UShortArray, ElementAtIsZeroFromTheLengthOn) {
     EXPECT_EQ(array.ElementAt(0xFFFFFFFF), 0);
 }
 
-TEST(UShortArray, TheVirtualSortLeavesTheOrderAlone) {
+TEST(UShortArray, TheVirtualSortDoesNotChangeTheOrder) {
     UShortArray array(4);
     array.Append(9);
     array.Append(2);
@@ -203,7 +203,7 @@ TEST(UShortArray, SortSortsAscending) {
     EXPECT_EQ(contentOf(array), (Content{0, 1, 3, 3, 40000, 40000, 65535}));
 }
 
-TEST(UShortArray, SortLeavesFewerThanTwoElementsAlone) {
+TEST(UShortArray, SortLeavesFewerThanTwoElementsUnchanged) {
     UShortArray array(2);
     array.Sort();
     EXPECT_EQ(array.length(), 0u);
@@ -266,7 +266,7 @@ TEST(UShortArray, InsertAtTracesEachMoveFromTheTopDown) {
                      "3 void utility::UShortArray::InsertAt(unsigned int, short unsigned int): setting 1 = 42"}));
 }
 
-TEST(UShortArray, ARefusedInsertAtTracesItsEntryAlone) {
+TEST(UShortArray, ARejectedInsertAtTracesOnlyItsEntry) {
     UShortArray array(4);
     const test::DebugSwitch traced(TRACE_SWITCH);
     const test::LogCapture log;
@@ -275,7 +275,7 @@ TEST(UShortArray, ARefusedInsertAtTracesItsEntryAlone) {
               (Lines{"4 void utility::UShortArray::InsertAt(unsigned int, short unsigned int): 1, 32768"}));
 }
 
-TEST(UShortArray, SetAtAndDeleteAtTraceTheirArgumentsAlsoWhenTheyFail) {
+TEST(UShortArray, SetAtAndDeleteAtTraceTheirArgumentsEvenIfTheyFail) {
     UShortArray array(4);
     array.Append(7u);
     const test::DebugSwitch traced(TRACE_SWITCH);
@@ -291,7 +291,7 @@ TEST(UShortArray, SetAtAndDeleteAtTraceTheirArgumentsAlsoWhenTheyFail) {
                      "4 void utility::UShortArray::DeleteAt(unsigned int): 7"}));
 }
 
-TEST(UShortArray, ReadingCopyingCuttingAndSortingTraceNothing) {
+TEST(UShortArray, ReadCopyTruncateAndSortDoNotTrace) {
     UShortArray array(4);
     array.Append(7u);
     const test::DebugSwitch traced(TRACE_SWITCH);
@@ -304,7 +304,7 @@ TEST(UShortArray, ReadingCopyingCuttingAndSortingTraceNothing) {
     EXPECT_EQ(test::traceLines(log), Lines());
 }
 
-TEST(UShortArray, TracesNothingWhileItsSwitchIsOff) {
+TEST(UShortArray, DoesNotTraceWithItsSwitchOff) {
     const test::LogCapture log;
     UShortArray array(1);
     fill(array, 2);
@@ -331,7 +331,7 @@ TEST(UShortArray, GrowthIsTracedBeforeTheElement) {
     EXPECT_EQ(texts.back(), "Appending [65535] at 1");
 }
 
-TEST(UShortArray, FreesItsBlockAlsoThroughItsBase) {
+TEST(UShortArray, TheDestructorFreesTheBlockAlsoThroughTheBaseClass) {
     const long before = framework::Memory::staticOutstanding();
     {
         UShortArray array(2);
@@ -378,7 +378,7 @@ TEST(UShortArray, WithoutMemoryEveryOperationThrowsAndChangesNothing) {
     EXPECT_EQ(framework::Memory::staticOutstanding(), before);
 }
 
-TEST(UShortArray, OperationsThatNeedNoNewBlockTakeNoMemory) {
+TEST(UShortArray, OperationsThatNeedNoNewBlockDoNotAllocate) {
     UShortArray array(4);
     const unsigned long before = test::allocationCount();
     array.Append(7u);

@@ -38,10 +38,10 @@ const char* const DELETE_AT = "void utility::WWNArray::DeleteAt(unsigned int)";
 const char* const AT = "utility::WWN*& utility::WWNArray::operator[](unsigned int)";
 const char* const AT_CONST = "utility::WWN* const& utility::WWNArray::operator[](unsigned int) const";
 
-static_assert(!std::is_copy_assignable<WWNArray>::value, "an assignment would share the block");
-static_assert(!std::is_convertible<unsigned int, WWNArray>::value, "a capacity is no array");
+static_assert(!std::is_copy_assignable<WWNArray>::value, "assignment would share the block");
+static_assert(!std::is_convertible<unsigned int, WWNArray>::value, "the constructor must be explicit");
 
-/// The same without the deleting, for elements that stand where they are.
+// An array that does not delete its elements.
 class Unowned : public WWNArray {
 public:
     using WWNArray::WWNArray;
@@ -125,7 +125,7 @@ TEST_F(WWNArrayTest, SetAtReplacesAndDeleteAtClosesTheGap) {
     EXPECT_EQ(array.length(), 0u);
 }
 
-TEST_F(WWNArrayTest, TheIndexOperatorGivesTheSlotItself) {
+TEST_F(WWNArrayTest, TheIndexOperatorReturnsAReferenceToTheSlot) {
     Unowned array(2);
     fill(array, 2, &a);
     array[1] = &b;
@@ -148,7 +148,7 @@ TEST_F(WWNArrayTest, BadIndicesThrowAndChangeNothing) {
     EXPECT_EQ(array.size(), 2u);
 }
 
-TEST_F(WWNArrayTest, ACopyHoldsTheSameElementsAndHasTheSameCapacity) {
+TEST_F(WWNArrayTest, ACopyHasTheSameElementsAndCapacity) {
     Unowned array(7);
     array.Append(&a);
     array.Append(nullptr);
@@ -160,7 +160,7 @@ TEST_F(WWNArrayTest, ACopyHoldsTheSameElementsAndHasTheSameCapacity) {
     EXPECT_EQ(array[0], &a);
 }
 
-TEST_F(WWNArrayTest, DeletesItsElementsAtItsEnd) {
+TEST_F(WWNArrayTest, TheDestructorDeletesTheElements) {
     EXPECT_LT(test::heapGrowth([] {
                   WWNArray array(2);
                   array.Append(new WWN(TEXT));
@@ -170,7 +170,7 @@ TEST_F(WWNArrayTest, DeletesItsElementsAtItsEnd) {
               8000u);
 }
 
-TEST_F(WWNArrayTest, DeletesItsElementsThroughItsBase) {
+TEST_F(WWNArrayTest, TheDestructorDeletesTheElementsThroughTheBaseClass) {
     EXPECT_LT(test::heapGrowth([] {
                   auto array = std::make_unique<WWNArray>(2);
                   array->Append(new WWN(TEXT));
@@ -179,7 +179,7 @@ TEST_F(WWNArrayTest, DeletesItsElementsThroughItsBase) {
               8000u);
 }
 
-TEST_F(WWNArrayTest, WhatIsReplacedTakenOutOrCutOffIsTheCallersAgain) {
+TEST_F(WWNArrayTest, ReplacedRemovedAndTruncatedElementsAreNotDeleted) {
     std::unique_ptr<WWN> first(new WWN(TEXT));
     std::unique_ptr<WWN> second(new WWN(TEXT));
     std::unique_ptr<WWN> third(new WWN(TEXT));
@@ -198,7 +198,7 @@ TEST_F(WWNArrayTest, WhatIsReplacedTakenOutOrCutOffIsTheCallersAgain) {
     EXPECT_TRUE(*third == expected);
 }
 
-TEST_F(WWNArrayTest, ACopyIsADeleterOfTheSameElementsUnlessTheyAreCutOff) {
+TEST_F(WWNArrayTest, ACopyDeletesTheSameElementsUnlessTheyAreTruncated) {
     WWNArray array(4);
     array.Append(new WWN(TEXT));
     WWNArray copy(array);
@@ -207,7 +207,7 @@ TEST_F(WWNArrayTest, ACopyIsADeleterOfTheSameElementsUnlessTheyAreCutOff) {
     EXPECT_TRUE(*copy[0] == WWN(TEXT));
 }
 
-TEST_F(WWNArrayTest, FindGivesTheFirstIndexOfAnElement) {
+TEST_F(WWNArrayTest, FindReturnsTheFirstIndexOfAnElement) {
     Unowned array(4);
     EXPECT_EQ(array.Find(&a), NOT_FOUND);
     EXPECT_EQ(array.Find(nullptr), NOT_FOUND);
@@ -254,7 +254,7 @@ TEST_F(WWNArrayTest, AppendOfAnArrayGrowsOnceAsSoonAsItWouldBeFull) {
     EXPECT_EQ(exact.size(), 40u);
 }
 
-TEST_F(WWNArrayTest, AppendOfAnArrayGrowsByItsLengthWhenThatIsMoreThanTwenty) {
+TEST_F(WWNArrayTest, AppendOfAnArrayGrowsByItsLengthIfMoreThanTwenty) {
     Unowned many(30);
     Unowned array(5);
     fill(array, 5, &a);
@@ -320,7 +320,7 @@ TEST_F(WWNArrayTest, InsertAtTracesEachMoveFromTheTopDown) {
                                             start + "moving from 1 to 2", start + "setting 1 = " + text(&b)}));
 }
 
-TEST_F(WWNArrayTest, ARefusedInsertAtTracesItsEntryAlone) {
+TEST_F(WWNArrayTest, ARejectedInsertAtTracesOnlyItsEntry) {
     Unowned array(4);
     const test::DebugSwitch traced(TRACE_SWITCH);
     const test::LogCapture log;
@@ -328,7 +328,7 @@ TEST_F(WWNArrayTest, ARefusedInsertAtTracesItsEntryAlone) {
     EXPECT_EQ(test::traceLines(log), (Lines{std::string("4 ") + INSERT_AT + ": Enter"}));
 }
 
-TEST_F(WWNArrayTest, EverythingElseTracesNothing) {
+TEST_F(WWNArrayTest, OtherOperationsDoNotTrace) {
     Unowned array(4);
     array.Append(&a);
     const test::DebugSwitch traced(TRACE_SWITCH);
@@ -343,7 +343,7 @@ TEST_F(WWNArrayTest, EverythingElseTracesNothing) {
     EXPECT_EQ(test::traceLines(log), Lines());
 }
 
-TEST_F(WWNArrayTest, TracesNothingWhileItsSwitchIsOff) {
+TEST_F(WWNArrayTest, DoesNotTraceWithItsSwitchOff) {
     const test::LogCapture log;
     Unowned array(1);
     fill(array, 2, &a);
@@ -353,7 +353,7 @@ TEST_F(WWNArrayTest, TracesNothingWhileItsSwitchIsOff) {
     EXPECT_EQ(test::traceLines(log), Lines());
 }
 
-TEST_F(WWNArrayTest, FreesItsBlockAlsoThroughItsBase) {
+TEST_F(WWNArrayTest, TheDestructorFreesTheBlockAlsoThroughTheBaseClass) {
     const long before = framework::Memory::staticOutstanding();
     {
         Unowned array(2);
@@ -390,7 +390,7 @@ TEST_F(WWNArrayTest, WithoutMemoryEveryOperationThrowsAndChangesNothing) {
     EXPECT_EQ(framework::Memory::staticOutstanding(), before);
 }
 
-TEST_F(WWNArrayTest, WithoutMemoryAFullArrayTakesNoFurtherElement) {
+TEST_F(WWNArrayTest, WithoutMemoryAFullArrayStaysUnchanged) {
     Unowned array(1);
     array.Append(&a);
     std::unique_ptr<framework::Exception> failure;
