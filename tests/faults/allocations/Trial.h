@@ -57,6 +57,9 @@ struct Row {
     std::function<void(Trial& trial)> body;
     /// Why pieces stay allocated after the row, such as a text that the process keeps for good; null when none does.
     const char* keeps = nullptr;
+    /// Why the count of the static services is wrong after the row, though nothing stays allocated; null when it is
+    /// not.
+    const char* miscounts = nullptr;
 };
 
 constexpr const char* ALLOCATES_NOTHING = nullptr;

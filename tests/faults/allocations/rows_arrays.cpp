@@ -230,6 +230,7 @@ std::vector<Row> portRows() {
              FAULTS_EXPECT(array.length() == (trial.failed() ? 1 : 2));
              FAULTS_EXPECT(!trial.failed() || array[0] == before);
          },
+         nullptr,
          "the block is released with the global delete operator, so the static services count one piece too many"},
         {"PortAddressArray: DeleteAll, ElementAt, toPutStream", ALLOCATES_NOTHING,
          [](Trial& trial) {
