@@ -53,23 +53,39 @@ __attribute__((constructor)) void exerciseBackTrace() {
     backtrace(&address, 1);
 }
 
-/// Room for a report, neither on a small signal stack nor from an allocator that may have crashed.
+// Where the platform has no memory left, one report at a time is still written.
+char reserve[reportSize];
+std::atomic_flag isReserveTaken = ATOMIC_FLAG_INIT;
+
+/// Memory for a report, neither on a small signal stack nor from an allocator that may have crashed.
 class ReportMemory {
 public:
-    ReportMemory() : m_memory(mmap(nullptr, reportSize, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0)) {}
+    ReportMemory() : m_text(map()), m_isMapped(m_text != nullptr) {
+        if (!m_isMapped && !isReserveTaken.test_and_set(std::memory_order_acquire))
+            m_text = reserve;
+    }
     ReportMemory(const ReportMemory&) = delete;
     ReportMemory& operator=(const ReportMemory&) = delete;
     ~ReportMemory() {
-        if (m_memory != MAP_FAILED)
-            munmap(m_memory, reportSize);
+        if (m_isMapped)
+            munmap(m_text, reportSize);
+        else if (m_text != nullptr)
+            isReserveTaken.clear(std::memory_order_release);
     }
 
+    /// `reportSize` bytes; null if there is no memory and the reserve is in use.
     char* text() const {
-        return m_memory != MAP_FAILED ? static_cast<char*>(m_memory) : nullptr;
+        return m_text;
     }
 
 private:
-    void* m_memory;
+    static char* map() {
+        void* const memory = mmap(nullptr, reportSize, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        return memory != MAP_FAILED ? static_cast<char*>(memory) : nullptr;
+    }
+
+    char* m_text;
+    bool m_isMapped;
 };
 
 /// The name of a symbol as a programmer wrote it, or as it is where that cannot be had; "--" for none.
@@ -157,13 +173,14 @@ bool writeContext(const char* name, const char* text, unsigned int size) {
     const int fd = openFile(name, O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY, 0666);
     if (fd < 0)
         return true;
-    const bool isContext = fstat(fd, &status) == 0 && isFileWithOneLink(status);
+    const bool isKnown = fstat(fd, &status) == 0;
+    const bool isContext = isKnown && isFileWithOneLink(status);
     if (isContext && ftruncate(fd, 0) == 0) {
         FileOutputStream file(fd);
         file.SendOutputStream(text, size);
     }
     close(fd);
-    return isContext;
+    return isContext || !isKnown;
 }
 
 void endHungReport(int) {
@@ -389,7 +406,7 @@ void Debug::SymbolName(void* address, char* buffer, unsigned int size) {
 
 void Debug::MaybeEnableCoreDump() {
     char pattern[132] = "";
-    const int fd = open("/proc/sys/kernel/core_pattern", O_RDONLY | O_CLOEXEC);
+    const int fd = openFile("/proc/sys/kernel/core_pattern", O_RDONLY);
     if (fd >= 0) {
         const ssize_t count = read(fd, pattern, sizeof pattern - 1);
         pattern[std::max<ssize_t>(count, 0)] = 0;
