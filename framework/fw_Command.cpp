@@ -194,8 +194,8 @@ public:
     Traffic(InputStream* in, Descriptor& toChild, OutputStream* out, Descriptor& fromChild)
         : m_in(in), m_toChild(toChild), m_out(out), m_fromChild(fromChild) {}
 
-    // Returns false if `poll` fails. Both pipes are closed then, so that neither the child nor its parent waits for
-    // more.
+    // Returns false if `poll` or a transfer fails. The pipes are closed then, so that neither the child nor its parent
+    // waits for more.
     bool run() {
         while (m_toChild.isOpen() || m_fromChild.isOpen()) {
             // Closed ones have number -1 and are passed over.
@@ -210,7 +210,7 @@ public:
             if (ends[1].revents != 0)
                 drain();
         }
-        return true;
+        return !m_hasFailed;
     }
 
 private:
@@ -227,6 +227,8 @@ private:
         if (isForLater(written))
             return;
         if (written < 0) {
+            // The child need not read its input to the end.
+            m_hasFailed = m_hasFailed || errno != EPIPE;
             m_toChild.close();
             return;
         }
@@ -250,6 +252,7 @@ private:
         if (isForLater(count))
             return;
         if (count <= 0) {
+            m_hasFailed = m_hasFailed || count < 0;
             m_fromChild.close();
             return;
         }
@@ -265,6 +268,7 @@ private:
     char m_input[16384];
     std::size_t m_sent = 0;
     std::size_t m_held = 0;
+    bool m_hasFailed = false;
 };
 
 bool isSpace(char character) {
