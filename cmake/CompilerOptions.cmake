@@ -63,6 +63,10 @@ function(vxut_library_options target)
     if(NOT (VXUT_SANITIZE AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang"))
         target_link_options(${target} PRIVATE LINKER:-z,defs)
     endif()
+    if(VXUT_COVERAGE)
+        target_compile_options(${target} PRIVATE --coverage -fprofile-update=atomic)
+        target_link_options(${target} PRIVATE --coverage)
+    endif()
     target_compile_features(${target} PUBLIC cxx_std_17)
     set_target_properties(${target} PROPERTIES
         VERSION ${PROJECT_VERSION}

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cwchar>
 #include <string>
 
 #include "support/FailingAllocation.h"
@@ -39,4 +40,11 @@ TEST(Config, FailedAllocationIsNull) {
     char* const name = Config::generateNameString("%s", "/etc/passwd");
     failing.stop();
     EXPECT_EQ(name, nullptr);
+}
+
+TEST(Config, NoNameWithoutAFormatThatCanBeCarriedOut) {
+    const char* const none = nullptr;
+    EXPECT_EQ(Config::generateNameString(none), nullptr);
+    // No character has this code.
+    EXPECT_EQ(Config::generateNameString("%lc", static_cast<wint_t>(0x7fffffff)), nullptr);
 }

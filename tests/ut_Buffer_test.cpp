@@ -147,6 +147,12 @@ TEST(Buffer, StartsWithoutStorage) {
     expectPositions(buffer, 0, 0);
 }
 
+TEST(Buffer, DeleteOperatorReleasesNothingForNull) {
+    const test::CountingMemory memory;
+    Buffer::operator delete(nullptr);
+    EXPECT_TRUE(memory.foreign().empty());
+}
+
 TEST(Buffer, VirtualOperationsHaveTheirSlots) {
     EXPECT_EQ(test::virtualSlot(&Buffer::WriteRemaining), 2);
     EXPECT_EQ(test::virtualSlot(&Buffer::ReadAvailable), 3);
