@@ -7,13 +7,13 @@ namespace framework {
 
 /// Holds the command line of the process.
 ///
-/// A program makes one in `main` and keeps it to its end. The holder owns the words.
+/// A program constructs one in `main` that lives until the process ends. It owns the words.
 ///
 ///     framework::ApplicationArguments arguments(argc, argv);
 ///     framework::ApplicationArguments::getArgs()->ArgValue(0);   // the command name
 class ApplicationArguments {
 public:
-    /// Copies the words and becomes the holder of the process.
+    /// Copies the words and becomes the one that `getArgs` uses.
     ApplicationArguments(int argc, char** argv) : m_arguments(argc, argv) {
         m_singleton = this;
     }
@@ -24,7 +24,7 @@ public:
             m_singleton = nullptr;
     }
 
-    /// The words, or null when the program has no holder.
+    /// Returns the words, or null if no object was constructed. Owned by that object.
     VXFW_EXPORT static utility::Arguments* getArgs() {
         return m_singleton ? &m_singleton->m_arguments : nullptr;
     }

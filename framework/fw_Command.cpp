@@ -72,7 +72,7 @@ bool setNonBlocking(const Descriptor& descriptor) {
     return flags >= 0 && fcntl(descriptor.get(), F_SETFL, flags | O_NONBLOCK) == 0;
 }
 
-// A program that does not read its input to the end is no failure of the process that runs it.
+// A program that does not read all its input must not end this process by SIGPIPE.
 class BrokenPipeGuard {
 public:
     BrokenPipeGuard() {
@@ -125,7 +125,7 @@ public:
     bool setError() {
         return keep(STDERR_FILENO);
     }
-    // A program expects its signals as a shell would give them, whatever this thread blocks.
+    // A program expects the signal mask that a shell would give it, whatever this thread blocks.
     bool setSignals() {
         sigset_t none;
         sigset_t brokenPipe;
@@ -141,7 +141,7 @@ public:
     }
 
 private:
-    // Where this process has no such stream, a file that the program opens would become it, and take its messages.
+    // If the stream is closed here, the first file that the program opens would get its number and its messages.
     bool keep(int stream) {
         const int flags = fcntl(stream, F_GETFD);
         const bool isOpen = flags >= 0 && (flags & FD_CLOEXEC) == 0;
@@ -185,7 +185,7 @@ private:
     pid_t m_id = 0;
 };
 
-// The sanitizer's look at the type of a stream needs the library that holds it, which stands above this one.
+// The sanitizer's check of a stream's type needs the utility library, which this one does not link.
 #define TYPE_UNCHECKED __attribute__((no_sanitize("vptr")))
 
 // What goes through the two pipes while the child runs.
@@ -198,7 +198,7 @@ public:
     // waits for more.
     bool run() {
         while (m_toChild.isOpen() || m_fromChild.isOpen()) {
-            // Closed ones have number -1 and are passed over.
+            // `poll` ignores descriptor -1, which a closed end has.
             pollfd ends[] = {{m_toChild.get(), POLLOUT, 0}, {m_fromChild.get(), POLLIN, 0}};
             if (poll(ends, 2, -1) < 0 && errno != EINTR) {
                 m_toChild.close();
@@ -256,7 +256,7 @@ private:
             m_fromChild.close();
             return;
         }
-        // What the stream refuses is dropped, so that the program can go on to its end.
+        // Output that the stream refuses is discarded, so that the program can finish.
         if (m_out != nullptr)
             m_out->SendOutputStream(output, static_cast<unsigned int>(count));
     }

@@ -10,7 +10,7 @@ namespace framework {
 ///     framework::Memory::StaticFreeString(name);
 class VXFW_EXPORT Config {
 public:
-    /// The formatted text, of any length, or null when no memory was left. The caller releases it with
+    /// Returns the formatted text, of any length, or null if an allocation fails. The caller releases it with
     /// `Memory::StaticFreeString`.
     static char* generateNameString(const char* format, ...) VXFW_PRINTF(1, 2);
 };

@@ -46,7 +46,7 @@ bool Container::spawn(const char* command, utility::GetStream* in, utility::PutS
 
 void Container::dumpApplication(int sig) {
     raiseByDefault(sig);
-    // Still here: the signal stops nothing by default, or is none.
+    // Still running: the default action of the signal is not to end the process, or `sig` is not a signal.
     raiseByDefault(SIGABRT);
     std::abort();
 }

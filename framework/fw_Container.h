@@ -11,25 +11,25 @@ namespace framework {
 
 class Memory;
 
-/// The process: its memory object, its end, and the commands that it runs.
+/// The process: its memory object, its shutdown, and the commands that it runs.
 ///
-/// A program makes at most one container, early, and keeps it to its end. `m_pMemory` is kept, not owned. The static
-/// operations are safe from any thread once the container stands.
+/// A program constructs at most one container, early, which lives until the process ends. `m_pMemory` is not owned. The
+/// static operations may be called from any thread once the container is constructed.
 ///
 ///     framework::Container::spawn("cp passwd.new passwd", nullptr, nullptr);
 class VXFW_EXPORT Container {
 public:
-    /// Becomes the container of the process (`m_pMe`).
+    /// Registers this object as the container of the process (`m_pMe`).
     Container();
     Container(const Container&) = delete;
     Container& operator=(const Container&) = delete;
     virtual ~Container();
 
-    /// The container, or null when the program made none.
+    /// Returns the container, or null if none was constructed.
     static Container* getContainer() {
         return m_pMe;
     }
-    /// The memory object of the process, or null: then storage comes from `malloc`.
+    /// Returns the memory object of the process, or null, in which case storage comes from `malloc`.
     static Memory* getMemory() {
         return m_pMemory;
     }
@@ -50,17 +50,18 @@ public:
     ///   its input: the result is false. A program that does not read its input to the end is not a failure.
     static bool spawn(const char* command, utility::GetStream* in, utility::PutStream* out);
 
-    /// Ends the process by the default action of `sig`, with a dump where that action dumps. Never returns.
+    /// Ends the process by the default action of `sig`, which may write a core file. Never returns.
     [[noreturn]] static void dumpApplication(int sig);
 
-    /// Ends the process through `shutdown` of the container; without a container with status 0 when `clean`, else 1.
+    /// Ends the process through the container's `shutdown`, or, without a container, by `exit` with 0 if `clean` is
+    /// true, else with 1.
     static void shutdownApplication(bool clean);
 
     static Memory* m_pMemory;
     static Container* m_pMe;
 
 protected:
-    /// The end of the process; a program may override it to end otherwise. Here: `exit` with 0 when `clean`, else 1.
+    /// Ends the process. A program may override it. The default calls `exit` with 0 if `clean` is true, else with 1.
     virtual void shutdown(bool clean);
 };
 

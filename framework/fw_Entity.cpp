@@ -55,14 +55,14 @@ void Entity::setError(const char* format, ...) {
 }
 
 void Entity::setErrorFrom(const char* format, va_list arguments) {
-    // Formatted before the former text goes: that may be one of the arguments.
+    // Format before freeing the old text, which may be one of the arguments.
     const char* text = formatText(format ? format : noMessage, arguments);
     dropErrorMessage();
     m_errorMessage = text ? text : messageWithoutMemory;
     m_inError = 1;
 }
 
-// The text comes from the process, so that it outlives any change of the entity's memory.
+// The text is allocated from the process, so that it survives a change of the entity's memory object.
 void Entity::dropErrorMessage() {
     if (m_errorMessage != noMessage && m_errorMessage != messageWithoutMemory)
         Memory::StaticFreeString(m_errorMessage);

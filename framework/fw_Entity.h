@@ -16,10 +16,10 @@ namespace framework {
 class FSUMemory;
 class Memory;
 
-/// The base of everything that has a name, an error state and memory of its own. Always inherited virtually.
+/// The base class of objects with a class name, an error state and a memory source. Always inherited virtually.
 ///
-/// An entity takes its memory from its memory object, or from the process when it has none; it owns its error text and
-/// the pool that `setResources` makes, never an object given to `setMemory`. One thread at a time. Nothing is thrown.
+/// An entity allocates from its memory object, or from the process if it has none. It owns its error text and the pool
+/// that `setResources` creates, but not an object passed to `setMemory`. One thread at a time. Nothing is thrown.
 ///
 ///     class Volume : public virtual framework::Entity { ... };
 ///     volume.setError("volume %s is offline", name);
@@ -27,55 +27,56 @@ class Memory;
 class VXFW_EXPORT Entity {
 public:
     Entity();
-    /// A copy takes over the memory object given to `setMemory`, but neither error state nor pool.
+    /// Copies the pointer to the memory object that was passed to `setMemory`, but neither error state nor pool.
     Entity(const Entity& other);
-    /// Changes nothing: memory and error state belong to each entity.
+    /// Does nothing: memory source and error state are not assigned.
     Entity& operator=(const Entity& other);
     virtual ~Entity();
 
-    /// The token of the class name.
+    /// Returns the token of the class name.
     virtual stringtoken getName() const {
         return 367;
     }
-    /// The class name, interned.
+    /// Returns the class name, an interned text that is never freed.
     virtual const char* getNameString() const {
         return pGSEntity;
     }
-    /// Writes what there is to know; nothing for a plain entity.
+    /// Writes a description of the object. The base class writes nothing.
     virtual void information(utility::PutStream& /*out*/, int /*indent*/, bool /*flag*/) const {}
-    /// A copy on the heap that the caller owns, or null for what cannot be cloned.
+    /// Returns a copy on the heap that the caller owns, or null if the class cannot be cloned, as this one cannot.
     virtual Entity* clone() const {
         return nullptr;
     }
-    /// Whether an error was set and not cleared.
+    /// Returns true if an error was set and not cleared.
     virtual bool inError() const {
         return m_inError != 0;
     }
-    /// The text of the last error; empty when there is none, never null. Valid until the next change.
+    /// Returns the text of the last error, empty if there is none, never null. Valid until the error changes.
     virtual const char* ErrorMessage() const {
         return m_errorMessage;
     }
     /// Clears the error flag and text.
     virtual void ClearError();
-    /// Gives the entity a pool of its own, which lives as long as the entity. Does nothing when it has memory already.
-    /// What was taken before must be freed before.
+    /// Creates a memory pool that the entity owns. Does nothing if the entity has a memory object. Free what was
+    /// allocated earlier first.
     virtual void setResources();
     /// Sets the error flag and text.
     virtual void setError(const char* format, ...) VXFW_PRINTF(2, 3);
 
-    /// Makes `memory` the source of what the entity takes from now on; null means the process. Kept, not owned: it must
-    /// outlive the entity, and what was taken before must be freed before.
+    /// Allocates from `memory` from now on; null means the process. `memory` is not owned and must outlive the entity.
+    /// Free what was allocated earlier first.
     void setMemory(Memory* memory);
-    /// `size` bytes that the entity's owner frees with `Free`, or null.
+    /// Returns `size` bytes, to be freed with `Free` of the same entity, or null if the allocation fails.
     void* Alloc(unsigned long size) const;
-    /// Frees what `Alloc` gave; null does nothing.
+    /// Frees what `Alloc` returned; null is ignored.
     void Free(const void* piece) const;
-    /// A terminated copy of `text`, freed with `FreeString`; null for a null text or a failure.
+    /// Returns a NUL-terminated copy of `text`, to be freed with `FreeString`, or null if `text` is null or the
+    /// allocation fails.
     char* AllocString(const char* text) const;
-    /// A terminated copy of the first `length` characters of `text`, or of all when it is shorter.
-    /// Null for a null text or a failure.
+    /// Returns a NUL-terminated copy of at most `length` bytes of `text`, or null if `text` is null or the allocation
+    /// fails.
     char* AllocString(const char* text, unsigned int length) const;
-    /// Frees what `AllocString` gave; null does nothing.
+    /// Frees what `AllocString` returned; null is ignored.
     void FreeString(const void* text) const;
 
     /// Logs a trace (type 3) tagged with the caller's signature text and line. Not gated by a switch.
@@ -84,7 +85,7 @@ public:
     void LogMethodError(const char* function, int line, const char* format, ...) const VXFW_PRINTF(4, 5);
 
 protected:
-    /// What `setError` does, for classes that override it.
+    /// Implements `setError`, for derived classes.
     void setErrorFrom(const char* format, va_list arguments) VXFW_PRINTF(2, 0);
 
 private:

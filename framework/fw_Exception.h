@@ -10,10 +10,10 @@
 
 namespace framework {
 
-/// The one exception of the stack.
+/// The exception that both libraries throw.
 ///
-/// It is thrown as a pointer to a newly allocated object; who catches the pointer owns it and deletes it. The object
-/// holds its texts itself, so a copy is whole and independent. A text longer than 255 characters is cut.
+/// It is thrown as a pointer to a newly allocated object. The code that catches the pointer owns the object and deletes
+/// it. The object contains its texts, so a copy is independent. A text longer than 255 bytes is truncated.
 ///
 ///     try {
 ///         stream.PutC('x');
@@ -24,7 +24,7 @@ namespace framework {
 ///     }
 class VXFW_EXPORT Exception : public std::exception {
 public:
-    /// What `code()` returns. The whole stack shares these codes; their numbers never change.
+    /// The values of `code()`. They never change.
     enum FailureCode : unsigned int {
         FAILURE_INDEX = 1229,          ///< index out of range in an array, a token set or the environment
         FAILURE_ARRAY_STORAGE = 1230,  ///< no memory for an array
@@ -34,7 +34,8 @@ public:
         FAILURE_DATE = 3591            ///< invalid date
     };
 
-    /// `file` is the bare source file name, `function` the full signature text. Null texts count as empty.
+    /// `file` is the source file name without folder and extension, `function` the full signature text. A null text
+    /// counts as empty.
     Exception(unsigned int code, const char* file, int line, const char* function, const char* message, bool flag);
 
     // Both are emitted by every library that includes this header: the utility library exports them as well.
@@ -48,28 +49,28 @@ public:
 
     Exception& operator=(const Exception&) = delete;
 
-    /// The message; never null.
+    /// Returns the message; never null.
     const char* what() const noexcept override;
 
-    /// What failed: a `FailureCode`, or another number that client code gave.
+    /// Returns a `FailureCode`, or another number if client code threw the exception.
     unsigned int code() const {
         return m_words[0];
     }
-    /// The bare name of the source file that threw; the empty text when it is not known.
+    /// Returns the name of the source file that threw, without folder and extension, empty if it is not known.
     const char* file() const;
-    /// The line that threw.
+    /// Returns the line that threw.
     int line() const {
         return static_cast<int>(m_words[2]);
     }
-    /// The signature text of the operation that threw; never null.
+    /// Returns the signature text of the operation that threw; never null.
     const char* function() const {
         return m_function;
     }
-    /// The message; never null, often empty.
+    /// Returns the message; never null, often empty.
     const char* message() const {
         return m_message;
     }
-    /// False only for failures that a user's input causes (dates), true for all others.
+    /// Returns false for failures that a user's input causes (dates), true for all others.
     bool flag() const {
         return m_words[3] != 0;
     }

@@ -6,8 +6,8 @@
 #error "VXut needs C++17 or later: compile with -std=c++17"
 #endif
 
-/// Marks what the shared library offers; everything else stays hidden.
+/// Marks an exported symbol; all others are hidden.
 #define VXFW_EXPORT __attribute__((visibility("default")))
 
-/// Lets the compiler check printf-like arguments; the places count from 1, `this` included.
+/// Has the compiler check printf-like arguments. Positions count from 1, including `this`.
 #define VXFW_PRINTF(formatPlace, firstPlace) __attribute__((format(printf, formatPlace, firstPlace)))

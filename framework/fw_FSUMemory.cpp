@@ -61,7 +61,7 @@ void* FSUMemory::Alloc(unsigned long size) {
     if (!block)
         return nullptr;
     if (ownBlock && m_blocks) {
-        // Behind the current block, whose room is still good for smaller pieces.
+        // Insert after the current block, which still has space for smaller pieces.
         block->next = m_blocks->next;
         m_blocks->next = block;
     } else {

@@ -4,32 +4,33 @@
 
 namespace framework {
 
-/// A pool whose pieces are freed all at once.
+/// A memory pool that frees all its pieces at once.
 ///
-/// The pool owns every piece until `reset` or its destruction. One thread at a time. A failure is null.
+/// The pool owns every piece until `reset` or its destruction. One thread at a time. A failed allocation returns null.
 ///
 ///     framework::FSUMemory pool(2048, 20);
 ///     char* copy = pool.AllocString("volume");   // lives as long as the pool
 class VXFW_EXPORT FSUMemory : public Memory {
 public:
-    /// Hints for growth: the bytes of a block and how many blocks are expected. Any size and count of pieces works.
+    /// Both numbers are hints for growth, the bytes of a block and the expected number of blocks. Any size and number
+    /// of pieces works.
     FSUMemory(unsigned int blockSize, unsigned int blockCount);
     FSUMemory(const FSUMemory&) = delete;
     FSUMemory& operator=(const FSUMemory&) = delete;
     ~FSUMemory() override;
 
-    /// `size` bytes aligned for any type, or null.
+    /// Returns `size` bytes aligned for any type, or null if the allocation fails.
     void* Alloc(unsigned long size);
-    /// A terminated copy of `text`; null for a null text or a failure.
+    /// Returns a NUL-terminated copy of `text`, or null if `text` is null or the allocation fails.
     char* AllocString(const char* text);
-    /// A terminated copy of the first `length` characters of `text`, or of all when it is shorter.
-    /// Null for a null text or a failure.
+    /// Returns a NUL-terminated copy of at most `length` bytes of `text`, or null if `text` is null or the allocation
+    /// fails.
     char* AllocString(const char* text, unsigned int length);
-    /// Frees every piece; the pool can be used again.
+    /// Frees every piece. The pool can be used again.
     void reset();
 
     void* allocate(unsigned long size) override;
-    /// Does nothing: a piece goes with its pool.
+    /// Does nothing: pieces are freed with the pool.
     void release(const void* piece) override;
 
 private:

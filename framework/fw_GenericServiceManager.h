@@ -4,7 +4,7 @@
 
 namespace framework {
 
-/// Reaches the threads of the process.
+/// Signals the threads of the process.
 ///
 ///     framework::GenericServiceManager::SignalAllThreads(SIGUSR2);
 class VXFW_EXPORT GenericServiceManager {

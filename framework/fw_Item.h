@@ -10,10 +10,10 @@ class XMLDocument;
 
 namespace framework {
 
-/// An entity that can be kept: written to and read from streams and files.
+/// An entity that can be written to and read from streams and files.
 ///
-/// A plain item keeps nothing: each of its stream operations changes nothing and answers false, and it is never
-/// changed. Derived classes override `getName` and `getNameString` at least. One thread at a time.
+/// In the base class each stream operation does nothing and returns false. Derived classes override at least `getName`
+/// and `getNameString`. One thread at a time.
 ///
 ///     class Volume : public framework::Item { ... };
 class VXFW_EXPORT Item : public virtual Entity {
@@ -25,17 +25,17 @@ public:
     const char* getNameString() const override;
     void information(utility::PutStream& out, int indent, bool flag) const override;
     Entity* clone() const override;
-    /// The access that the item allows; 0 for a plain item.
+    /// Returns the access that the item allows; 0 in the base class.
     virtual unsigned int getAccess() const;
-    /// Whether the item differs from what is kept; false for a plain item.
+    /// Returns true if the item differs from its stored form; false in the base class.
     virtual bool isChanged() const;
     virtual void setChanged();
     virtual void clearChanged();
     virtual void discardChanged();
-    /// Writes the item; false when it cannot be written.
+    /// Writes the item. Returns false if it cannot be written.
     virtual bool toStream(utility::PutStream& out) const;
     virtual bool toFile(const char* path) const;
-    /// Reads the item; false when it cannot be read.
+    /// Reads the item. Returns false if it cannot be read.
     virtual bool fromStream(utility::GetStream& in);
     virtual bool fromFile(const char* path);
     virtual bool fromXML(utility::XMLDocument& document);

@@ -15,7 +15,7 @@ struct KnownString {
     const char* text;
 };
 
-// The texts that code names directly; the table holds these very pointers.
+// The texts that code refers to by name; the table holds these very pointers.
 constexpr char textArguments[] = "Arguments";
 constexpr char textEnter[] = "Enter";
 constexpr char textEntity[] = "Entity";
@@ -68,7 +68,7 @@ constexpr KnownString knownStrings[] = {
     {4679, "PagingVirtualPutStream"},
     {5154, "WWNArray"},
     {5859, "StringMap"},
-    // The files that throw: their names are there also when a failure leaves no memory to make them.
+    // The source files that throw: an exception for lack of memory must not allocate its file name.
     {6801, "ut_Array"},
     {6802, "ut_Buffer"},
     {6803, "ut_DateTime"},

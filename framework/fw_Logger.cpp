@@ -17,18 +17,18 @@ namespace framework {
 
 namespace {
 
-// Writers first: a process that logs without a pause must not keep `setSink` waiting for ever.
+// Prefer writers: a process that logs constantly must not starve `setSink`.
 pthread_rwlock_t sinkLock = PTHREAD_RWLOCK_WRITER_NONRECURSIVE_INITIALIZER_NP;
 Logger::Sink currentSink = nullptr;
 void* currentContext = nullptr;
 
-// Set while the thread takes, holds or gives back the lock, so that a signal handler that interrupts it there does not
-// ask for the lock again. The model keeps the access free of allocation.
+// Set while the thread takes, holds or releases the lock, so that a signal handler that interrupts it there does not
+// take the lock again. The TLS model ensures access without an allocation.
 __attribute__((tls_model("initial-exec"))) thread_local bool busy = false;
-// Set while the thread is inside the sink and so a reader of the lock.
+// Set while the thread is inside the sink, and therefore holds the read lock.
 __attribute__((tls_model("initial-exec"))) thread_local bool inside = false;
 
-// In a forked child, the threads that were inside the sink are gone and would hold the lock for ever.
+// In a forked child, threads that were inside the sink no longer exist and would never release the lock.
 void renewLockInChild() {
     if (busy && !inside)
         return;
@@ -147,8 +147,8 @@ void writeToStandardError(Logger::LogType type, const char* function, int line, 
     writeAll(pieces, sizeof pieces / sizeof *pieces);
 }
 
-// Whether the sink took the message. What it throws ends here: a diagnostic must not become a failure of its caller.
-// A cancelled thread unwinds with an exception that has no object, which the sanitizer takes for a null reference.
+// Returns true if the sink returned normally. An exception is caught here: a diagnostic must not fail its caller.
+// Thread cancellation unwinds with an exception without an object, which the sanitizer reports as a null reference.
 __attribute__((no_sanitize("undefined"))) bool callSink(Logger::Sink sink, void* context, Logger::LogType type,
                                                         const char* function, int line, const char* text) {
     try {

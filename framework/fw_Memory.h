@@ -4,10 +4,10 @@
 
 namespace framework {
 
-/// A source of memory, and the memory services of the whole process.
+/// A source of memory, and the memory services of the process.
 ///
-/// Who takes a piece gives it back to the same source. The static services are safe from any thread and never throw: a
-/// failure is null. They count what is outstanding, so that a test can show that nothing leaks.
+/// A piece is released to the source that allocated it. The static services may be called from any thread and return
+/// null on failure. They count the outstanding pieces, so that a test can detect a leak.
 ///
 ///     char* copy = framework::Memory::StaticAllocString("volume");
 ///     framework::Memory::StaticFreeString(copy);
@@ -15,25 +15,26 @@ class VXFW_EXPORT Memory {
 public:
     virtual ~Memory();
 
-    /// `size` bytes aligned for any type, or null.
+    /// Returns `size` bytes aligned for any type, or null if the allocation fails.
     virtual void* allocate(unsigned long size) = 0;
-    /// Takes back a piece that `allocate` gave; null does nothing.
+    /// Releases a piece that `allocate` returned; null is ignored.
     virtual void release(const void* piece) = 0;
 
-    /// `size` bytes from the process, or null. They may also be released with the global delete operator; the count of
-    /// outstanding pieces then stays one too high.
+    /// Returns `size` bytes, or null if the allocation fails. A caller may also release them with the global delete
+    /// operator, but the count of outstanding pieces then stays one too high.
     static void* StaticAlloc(unsigned long size);
-    /// Releases what `StaticAlloc` gave; null does nothing.
+    /// Releases what `StaticAlloc` returned; null is ignored.
     static void StaticFree(const void* piece);
-    /// A terminated copy of `text`; null for a null text or a failure. Released with `StaticFreeString`.
+    /// Returns a NUL-terminated copy of `text`, to be released with `StaticFreeString`, or null if `text` is null or
+    /// the allocation fails.
     static char* StaticAllocString(const char* text);
-    /// A terminated copy of the first `length` characters of `text`, or of all when it is shorter.
-    /// Null for a null text or a failure.
+    /// Returns a NUL-terminated copy of at most `length` bytes of `text`, or null if `text` is null or the allocation
+    /// fails.
     static char* StaticAllocString(const char* text, unsigned int length);
-    /// Releases what `StaticAllocString` gave; null does nothing.
+    /// Releases what `StaticAllocString` returned; null is ignored.
     static void StaticFreeString(const void* text);
 
-    /// How many pieces and strings of the static services are not yet released.
+    /// Returns the number of pieces and strings of the static services that are not released yet.
     static long staticOutstanding();
 };
 

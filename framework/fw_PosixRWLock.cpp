@@ -13,11 +13,11 @@ namespace thread {
 
 namespace {
 
-// Its address is another one in each thread.
+// Its address identifies the thread.
 __attribute__((tls_model("initial-exec"))) thread_local char self;
 
-// EAGAIN: the platform cannot count a further holder at the moment. Callers do not look at a result, so returning
-// without the lock would let them change what it protects.
+// EAGAIN: the maximum number of read locks is reached. Callers have no result to check, so returning without the lock
+// would let them access the protected data.
 int tryAgain(int (*take)(pthread_rwlock_t*), pthread_rwlock_t* lock) {
     const timespec pause = {0, 1000000};
     int error = EAGAIN;

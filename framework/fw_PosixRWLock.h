@@ -11,11 +11,11 @@
 namespace framework {
 namespace thread {
 
-/// A read-write lock over the platform's own.
+/// A read-write lock on top of `pthread_rwlock_t`.
 ///
-/// The thread that holds it for writing may take it again, for reading or writing; each taking needs its `unlock`. A
-/// thread that holds it for reading must not ask to write. A failing POSIX call is logged at level 0. A lock refused
-/// with EAGAIN (too many readers) is logged once and tried again every millisecond until the thread holds it.
+/// The thread that holds the write lock may lock again, for reading or writing; each lock needs its own `unlock`. A
+/// thread that holds the read lock must not ask for the write lock. A failing POSIX call is logged at level 0. EAGAIN
+/// (too many readers) is logged once, and the call is repeated every millisecond until it succeeds.
 ///
 ///     framework::thread::PosixRWLock lock;
 ///     lock.writeLock();

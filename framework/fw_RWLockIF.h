@@ -5,18 +5,18 @@
 namespace framework {
 namespace thread {
 
-/// A lock that many readers or one writer hold.
+/// A lock that is held either by any number of readers or by one writer.
 ///
 ///     framework::thread::WriteLockGuard guard(lock);
 class VXFW_EXPORT RWLockIF {
 public:
     virtual ~RWLockIF();
 
-    /// Waits until no other thread writes, then holds the lock for reading.
+    /// Waits until no other thread holds the write lock, then takes the read lock.
     virtual void readLock() = 0;
-    /// Waits until no other thread reads or writes, then holds the lock for writing.
+    /// Waits until no other thread holds the lock, then takes the write lock.
     virtual void writeLock() = 0;
-    /// Gives back what the calling thread took last.
+    /// Releases the lock that the calling thread took last.
     virtual void unlock() = 0;
 };
 

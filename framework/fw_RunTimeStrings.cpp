@@ -11,8 +11,8 @@ namespace strings {
 
 namespace {
 
-// A node of the tree in which texts are found: two bits of the hash choose among its children. Nodes are added and
-// never changed or freed, so that a search needs no lock; all are reachable from the root to the end of the process.
+// A node of the hash tree: two bits of the hash select a child. Nodes are added but never changed or freed, so that a
+// look-up needs no lock. All stay reachable from the root until the process ends.
 struct Node {
     std::atomic<Node*> children[4];
     stringtoken token;
@@ -25,7 +25,7 @@ constexpr unsigned int blockCount = 24;
 
 typedef std::atomic<const char*> Slot;
 
-// All constant-initialised and trivially destroyed: texts are interned before and after everything else in the process.
+// Constant-initialized and trivially destructible: texts are interned in static constructors and destructors too.
 std::atomic<Node*> root{nullptr};
 std::atomic<Slot*> blocks[blockCount] = {};
 stringtoken nextToken = firstRunTimeToken;
@@ -56,7 +56,7 @@ std::uint64_t hashOf(const char* text) {
     return hash;
 }
 
-// The link that holds `text`, or the empty one where it belongs.
+// Returns the link to the node of `text`, or the null link where that node is to be added.
 std::atomic<Node*>* linkFor(const char* text) {
     std::atomic<Node*>* link = &root;
     std::uint64_t hash = hashOf(text);
@@ -80,7 +80,7 @@ Place placeOf(stringtoken token) {
     return {bits - firstBlockBits, static_cast<std::uint32_t>(number - (std::uint64_t{1} << bits))};
 }
 
-// Null when there is no memory for it, or no number left.
+// Returns null if the allocation fails or no number is left.
 Slot* slotFor(stringtoken token) {
     const Place place = placeOf(token);
     if (place.block >= blockCount)

@@ -5,11 +5,11 @@
 
 namespace strings {
 
-/// Interns texts: equal texts get the same number, from any thread, for the life of the process.
+/// Interns texts: equal texts get the same number for the lifetime of the process. Thread-safe.
 ///
-/// The texts of the stack have fixed numbers (`fw_KnownStrings.cpp`); every other text gets the next free number,
-/// upward from 6945, so that the first names made at run time are still usable as debug switches up to 8191. A text
-/// given in is copied, never kept. Nothing is thrown.
+/// Known texts have fixed numbers (`fw_KnownStrings.cpp`). Every other text gets the next free number, from 6945
+/// upward, so that the first names made at run time can be used as debug switches, which end at 8191. Texts are copied.
+/// Nothing is thrown.
 ///
 ///     stringtoken token = strings::GS.toToken("volume");
 ///     strings::StringRepository::toString(token);   // "volume"
@@ -17,11 +17,11 @@ class VXFW_EXPORT StableStringRepository : public StringRepository {
 public:
     constexpr StableStringRepository() = default;
 
-    /// The number of `text`, made on first use. 0 when `text` is null or no memory was left.
+    /// Returns the number of `text`, which is assigned on first use, or 0 if `text` is null or an allocation fails.
     stringtoken toToken(const char* text);
 };
 
-/// The one repository of the process; usable from the first constructor to the last destructor.
+/// The repository of the process. It can be used from the first static constructor to the last static destructor.
 extern VXFW_EXPORT StableStringRepository GS;
 
 } // namespace strings

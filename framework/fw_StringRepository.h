@@ -5,14 +5,14 @@
 
 namespace strings {
 
-/// Turns the number of an interned text back into the text.
+/// Maps the number of an interned text to the text.
 ///
-/// The texts belong to the repository and live as long as the process. Any thread may ask at any time.
+/// The texts belong to the repository and live as long as the process. Thread-safe.
 ///
 ///     const char* name = strings::StringRepository::toString(630);   // "URL"
 class VXFW_EXPORT StringRepository {
 public:
-    /// The text of `token`, or null when no text has that number. Never freed by the caller.
+    /// Returns the text of `token`, or null if no text has that number. The caller must not free it.
     static const char* toString(stringtoken token);
 
 protected:

@@ -8,8 +8,8 @@
 
 #include "internal/fw_ThreadRecords.h"
 
-// A record lies in its thread's own storage and is found through it, so that a signal handler can ask for it and even
-// make it. The model keeps the access free of allocation.
+// A record is in thread-local storage, so that a signal handler can find and even create it. The TLS model ensures
+// access without an allocation.
 #define IN_THREAD __attribute__((tls_model("initial-exec"))) thread_local
 
 namespace framework {
@@ -27,7 +27,7 @@ bool prepared = false;
 pthread_key_t endOfThread;
 sigset_t formerSignals;
 
-// All signals are blocked meanwhile: a handler that asks for a record must not meet its own thread in here.
+// Block all signals: a handler that asks for a record must not deadlock with its own thread.
 void lock() {
     sigset_t all, former;
     sigfillset(&all);
@@ -81,10 +81,10 @@ void ThreadInfo::setThreadName(const char* name) {
 
 ThreadInfo* ThreadRecords::make() {
     const RecordsGuard guard;
-    // A signal handler may have made it in the meantime.
+    // A signal handler may have created it since.
     if (myself)
         return myself;
-    // After the platform's last round of thread-end calls nobody would take a new record off the list.
+    // After the last round of thread-exit destructors nothing would remove a new record from the list.
     if (removals == PTHREAD_DESTRUCTOR_ITERATIONS - 1 || !prepare())
         return nullptr;
     if (pthread_setspecific(endOfThread, storage) != 0)
@@ -118,7 +118,7 @@ void ThreadRecords::signalAll(int sig) {
         pthread_kill(record->m_thread, sig);
 }
 
-// The other threads do not live on in the child.
+// The other threads do not exist in the child.
 void ThreadRecords::keepOnlyMine() {
     records = myself;
     if (myself)

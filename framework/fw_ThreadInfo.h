@@ -8,28 +8,28 @@ namespace framework {
 
 /// The record of a thread: its number and its name.
 ///
-/// A thread has a record from its first `MyThreadInfo` to its end; the record belongs to the framework and dies with
-/// the thread. Numbers count upward from 1 and are not given twice. Safe from any thread.
+/// A thread gets its record at its first `MyThreadInfo` and keeps it until the thread ends. The framework owns the
+/// record. Numbers count upward from 1 and are not reused. Thread-safe.
 ///
 ///     framework::ThreadInfo::MyThreadInfo()->setThreadName("worker");
 class VXFW_EXPORT ThreadInfo {
 public:
-    /// The calling thread's record, or null when it has none. Safe in a signal handler.
+    /// Returns the calling thread's record, or null if there is none yet. Async-signal-safe.
     static ThreadInfo* getMyself();
-    /// The calling thread's record, made on first use without taking memory, also in a signal handler. Null only when
-    /// the platform has no key left, or when the thread is so near its end that nothing could remove the record any
-    /// more.
+    /// Returns the calling thread's record, which is created on first use without an allocation, also in a signal
+    /// handler. Null only if the platform has no thread-specific key left, or if the thread is past its last
+    /// thread-exit destructor, where nothing could remove the record.
     static ThreadInfo* MyThreadInfo();
 
-    /// The thread's number.
+    /// Returns the thread's number.
     int getNum() const {
         return m_number;
     }
-    /// The thread's name, never null; a slash in what was set is shown as a low line.
+    /// Returns the thread's name, never null. Each slash of the name that was set is an underscore.
     const char* getThreadName() const {
         return m_name;
     }
-    /// Names the thread; at most 31 bytes are kept. Null counts as empty.
+    /// Names the thread. The name is truncated to 31 bytes; null counts as empty.
     void setThreadName(const char* name);
 
 private:

@@ -3,7 +3,7 @@
 #include <libintl.h>
 
 const char* vx_gettext(const char* message) {
-    // The empty text would give a catalogue's head instead of a translation.
+    // `gettext("")` returns the catalog's header entry.
     if (!message || *message == '\0')
         return message;
     return gettext(message);

@@ -2,6 +2,6 @@
 
 #include "fw_Export.h"
 
-/// The text to show for `message` in the user's language: `message` itself where no catalogue has another. Whoever
-/// owned the text before still owns it; null gives null.
+/// Returns the text of `message` in the user's language, or `message` itself if the message catalog has no translation.
+/// Ownership does not change. Null returns null.
 extern "C" VXFW_EXPORT const char* vx_gettext(const char* message);

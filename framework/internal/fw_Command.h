@@ -14,11 +14,11 @@ public:
     CommandWords& operator=(const CommandWords&) = delete;
     ~CommandWords();
 
-    /// Whether there is at least one; not when no memory was left.
+    /// Returns true if there is at least one word; false if an allocation failed.
     bool any() const {
         return m_words && *m_words;
     }
-    /// The words, with a null pointer behind the last; null when no memory was left.
+    /// Returns the words, followed by a null pointer, or null if an allocation failed.
     char* const* get() const {
         return m_words;
     }
@@ -30,8 +30,8 @@ private:
     char** m_words;
 };
 
-/// Runs a program without a shell and waits for it. Returns whether it ran and ended with status 0. What a stream
-/// throws passes through, after the program was killed.
+/// Runs a program without a shell and waits for it. Returns true if it ran and exited with status 0. If a stream
+/// throws, the program is killed and the exception passes through.
 bool runCommand(char* const* words, InputStream* in, OutputStream* out);
 
 } // namespace framework

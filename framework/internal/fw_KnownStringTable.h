@@ -4,10 +4,10 @@
 
 namespace strings {
 
-/// The fixed number of `text`, or 0.
+/// Returns the fixed number of `text`, or 0 if it has none.
 stringtoken knownToken(const char* text);
 
-/// The text with the fixed number `token`, or null.
+/// Returns the text with the fixed number `token`, or null.
 const char* knownText(stringtoken token);
 
 } // namespace strings

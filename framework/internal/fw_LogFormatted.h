@@ -6,7 +6,7 @@
 
 namespace framework {
 
-/// What every log call comes to; `function` may be null.
+/// Implements every log call; `function` may be null.
 void logFormatted(Logger::LogType type, const char* function, int line, const char* format, va_list arguments)
     VXFW_PRINTF(4, 0);
 

@@ -4,13 +4,13 @@
 
 namespace strings {
 
-/// The lowest number that a text made at run time can get.
+/// The lowest number of a text made at run time.
 constexpr stringtoken firstRunTimeToken = 6945;
 
-/// The number of a text without a fixed one, made on first use; 0 when no memory was left.
+/// Returns the number of a text without a fixed one, assigned on first use, or 0 if an allocation fails.
 stringtoken runTimeToken(const char* text);
 
-/// The text with the number `token` of run time, or null.
+/// Returns the text with the run-time number `token`, or null.
 const char* runTimeText(stringtoken token);
 
 } // namespace strings

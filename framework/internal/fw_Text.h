@@ -7,8 +7,8 @@
 
 namespace framework {
 
-/// A terminated copy of at most `limit` characters of `text`, in what `allocate` gives for a size; null for a null text
-/// or when it gives null.
+/// Returns a NUL-terminated copy of at most `limit` bytes of `text`, in storage that `allocate(size)` returns, or null
+/// if `text` or the storage is null.
 template<class Allocate>
 char* copyText(const char* text, unsigned long limit, Allocate allocate) {
     if (!text)
@@ -25,7 +25,7 @@ char* copyText(const char* text, unsigned long limit, Allocate allocate) {
 /// The limit for a copy of the whole text.
 constexpr unsigned long wholeText = static_cast<unsigned long>(-1) / 2;
 
-/// The formatted text, of any length, from `Memory::StaticAlloc`; null when it cannot be had.
+/// Returns the formatted text, of any length, allocated by `Memory::StaticAlloc`, or null on failure.
 char* formatText(const char* format, va_list arguments) VXFW_PRINTF(1, 0);
 
 } // namespace framework

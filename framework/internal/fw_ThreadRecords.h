@@ -7,7 +7,8 @@ class ThreadInfo;
 /// The records of all threads that have one.
 class ThreadRecords {
 public:
-    /// Makes the record of the calling thread, which has none; null when the platform cannot tell its end.
+    /// Creates the record of the calling thread, which must not have one. Null if the platform cannot report the
+    /// thread's end.
     static ThreadInfo* make();
     /// Sends `sig` to every thread that has a record.
     static void signalAll(int sig);

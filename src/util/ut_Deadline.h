@@ -2,15 +2,14 @@
 
 #include <ctime>
 
-// The absolute times at which timed waits end. Not for callers of the library.
+// The absolute times at which timed waits end. Internal.
 
 namespace utility {
 
-/// The whole second `seconds` after the present one: its sub-second part is dropped. A time that the platform cannot
-/// express is the nearest that it can.
+/// Returns the current time plus `seconds`, truncated to a whole second. Saturates at the ends of `time_t`.
 timespec deadlineAfterSeconds(long seconds);
 
-/// The second `microseconds` / 1000000 after the present one; its sub-second part is that of `microseconds` alone.
+/// Returns the current whole second plus `microseconds` / 1000000, with the sub-second part of `microseconds`.
 timespec deadlineAfterMicroseconds(unsigned long long microseconds);
 
 } // namespace utility

@@ -126,7 +126,7 @@ bool isGraphic(unsigned char byte) {
     return byte >= 33 && byte <= 126;
 }
 
-/// A stream for a dump; null, and logged, when there is no memory for it.
+// Returns a stream for a dump, or null, which is logged, if an allocation fails.
 std::unique_ptr<BufferStream> makeDumpStream(int size) {
     std::unique_ptr<BufferStream> stream;
     try {
@@ -134,7 +134,7 @@ std::unique_ptr<BufferStream> makeDumpStream(int size) {
     } catch (framework::Exception* failure) {
         delete failure;
     } catch (const std::bad_alloc&) {
-        // There was no memory for the failure either.
+        // The exception could not be allocated either.
     }
     if (stream == nullptr)
         framework::Logger::StaticLog(framework::Logger::LOG_ERROR, "failure to allocate buffer");

@@ -20,12 +20,12 @@ class FileOutputStream;
 class PutStream;
 class StringArray;
 
-/// Debug switches, readable renderings of memory, and what a process leaves behind when it crashes.
+/// Debug switches, hex dumps, and crash reports.
 ///
-/// All state belongs to the process. The switches are not locked: any thread may ask at any time and may see a change
-/// late, and two threads that change neighbouring switches at once may lose a change. The signal handlers are for
-/// client code to install; they log and take memory, which is accepted because the process is about to end or to be
-/// looked at. Nothing is thrown, except by the streams that are given in and by `hexDumpFormatted`.
+/// All state is process-wide. The switches are not locked: any thread may query them at any time and may see a change
+/// late, and two threads that change neighboring switches at once may lose a change. Client code installs the signal
+/// handlers. They log and may allocate, which is accepted because the process is about to end or is being examined.
+/// Nothing is thrown, except by the streams that are passed in and by `hexDumpFormatted`.
 ///
 /// A switch has the number of the string token of its name; 0 to 8191 can be set.
 ///
@@ -33,50 +33,51 @@ class StringArray;
 ///     utility::Debug::isDebugOn(2301);   // true
 class VXUT_EXPORT Debug {
 public:
-    /// Whether switch `n` is on; false for a number above 8191. Cheap enough for copy loops.
+    /// Returns true if switch `n` is on; false for a number above 8191. Cheap enough for inner loops.
     static bool isDebugOn(unsigned int n) {
         return n < m_bits.size() && m_bits[n];
     }
     /// The same by name, through a token look-up; false for null.
     static bool isDebugOn(const char* name);
-    /// Turn switch `n` on or off; a number above 8191 changes nothing.
+    /// Turns switch `n` on or off; a number above 8191 is ignored.
     static void setDebugOn(unsigned int n);
     static void setDebugOff(unsigned int n);
-    /// Turns the named switch on; null changes nothing.
+    /// Turns the named switch on; null is ignored.
     static void setDebugOn(const char* name);
     /// Turns the named switch ON, like `setDebugOn`: clients switch a named switch off with `setDebugValue(name,
     /// false)` or by number, and rely on this form not to.
     static void setDebugOff(const char* name);
-    /// Apply the operation by name to each element in order; null does nothing.
+    /// Apply the operation by name to each element in order; a null array is ignored.
     static void setDebugOn(const StringArray* names);
     static void setDebugOff(const StringArray* names);
-    /// Turns the named switch on or off; null changes nothing.
+    /// Turns the named switch on or off; null is ignored.
     static void setDebugValue(const char* name, bool on);
-    /// Writes the name of every switch that is on, in ascending order of number, each followed by a blank. Null does
-    /// nothing.
+    /// Writes the name of every switch that is on, in ascending order of number, each followed by a blank. A null
+    /// stream is ignored.
     static void debugState(PutStream* out);
 
     /// The digit of `v`: '0' to '9' and 'a' to 'f' for 0 to 15, '0' for anything else.
     static char hexChar(char v);
     /// The value of the digit `c`, either case: 0 to 15, and 255 for anything else.
     static char hexFromChar(char c);
-    /// Writes the `n` bytes of `s` with C escapes; a null `s` or `out` writes nothing.
+    /// Writes the `n` bytes of `s` with C escapes. Does nothing if `s` or `out` is null.
     static void readableString(const char* s, BufferStream* out, int n);
-    /// Logs `size` bytes in lines of 64, hexadecimal over readable, as one message (level 3); a dump of more than 1 MiB
-    /// of text goes on in a further message. Null or a negative size dumps no bytes.
+    /// Logs `size` bytes in lines of 64, hexadecimal above readable, as one message (level 3). A dump of more than 1
+    /// MiB of text continues in further messages. Null or a negative size counts as 0 bytes.
     static void hexDump(const char* data, int size);
-    /// Logs `size` bytes (level 3), one message for each 1,024. `bufferKiB` is the room for one message: code 1239 is
-    /// thrown when it is too small, 1238 when it cannot be had. `bytesPerLine` of 0 counts as 16; null dumps nothing.
+    /// Logs `size` bytes (level 3), one message for each 1,024. `bufferKiB` is the capacity for one message in KiB:
+    /// throws code 1239 if it is too small and 1238 if it cannot be allocated. `bytesPerLine` of 0 counts as 16; null
+    /// counts as 0 bytes.
     static void hexDumpFormatted(const char* data, unsigned int size, unsigned int bufferKiB,
                                  unsigned int bytesPerLine);
     /// Prints `size` bytes to standard output in lines of 16, the last bytes first.
     static void reverseHexDump(const char* data, int size);
 
-    /// Signal handler: logs the signal and the context, allows a core dump, and ends the process with a dump.
+    /// Signal handler: logs the signal and the back trace, enables core dumps, and ends the process with a core dump.
     static void SignalCrash(int sig);
-    /// Signal handler: logs the signal and the context, and shuts the application down cleanly.
+    /// Signal handler: logs the signal and the back trace, and shuts the application down cleanly.
     static void SignalExit(int sig);
-    /// Signal handler that does nothing, for signals that must be caught and ignored. Debug switch 350 logs the signal.
+    /// Signal handler that ignores the signal. With debug switch 350 on, it logs the signal.
     static void SignalNull(int sig);
     /// Signal handler: makes the context directory and sends signal 12 (SIGUSR2) to every thread that has a record.
     static void SignalThreads(int sig);
@@ -84,7 +85,7 @@ public:
     /// "$VX_MEM/<process>Context". Leaves alone what has the file's name and is not a regular file with one link, and
     /// logs one line (level 0); a file that cannot be opened or written is not reported.
     static void SignalContext(int sig);
-    /// The name of a signal, "unknown" for one without a name here. Never null.
+    /// Returns the name of a signal, "unknown" for others. Never null.
     static const char* signalName(int sig);
 
     /// Logs the calling thread's back trace (level 0).
@@ -99,11 +100,11 @@ public:
     static void SymbolPath(void* address, char* buffer, unsigned int size);
     /// Writes the symbol name alone.
     static void SymbolName(void* address, char* buffer, unsigned int size);
-    /// Lifts the limit on core dumps when the system writes them to a path.
+    /// Raises the limit on core files if the kernel writes them to a path.
     static void MaybeEnableCoreDump();
 
 private:
-    /// At load: has the lock renewed in each forked child.
+    /// Runs at load time: registers a fork handler that renews the lock in each child.
     __attribute__((constructor, visibility("hidden"))) static void watchForks();
 
     static std::bitset<8192> m_bits;

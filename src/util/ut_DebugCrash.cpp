@@ -27,9 +27,9 @@
 #include "ut_FileDescriptor.h"
 #include "ut_FileOutputStream.h"
 
-// The platform's demangler in the form that takes no memory: a handler may have interrupted the allocator. It gives the
-// name piece by piece and 0, or another value for what is no mangled name. No header declares it, and only the static
-// library of the run time has it.
+// The demangler of libsupc++ in the form that does not allocate: a handler may have interrupted the allocator. It
+// passes the name to the callback piece by piece and returns 0, or another value if `symbol` is not a mangled name. No
+// header declares it, and only the static library contains it.
 extern "C" int __gcclibcxx_demangle_callback( // NOLINT(bugprone-reserved-identifier)
     const char* symbol, void (*take)(const char* text, std::size_t length, void* context), void* context);
 
@@ -47,7 +47,7 @@ const std::size_t longestDemangled = 2047;
 
 std::atomic<int> crashSignal(0);
 
-// The first back trace of a process loads libraries, which a handler must not.
+// The first `backtrace()` call loads libgcc, which is not async-signal-safe: make it at load time.
 __attribute__((constructor)) void exerciseBackTrace() {
     void* address = nullptr;
     backtrace(&address, 1);
@@ -57,7 +57,7 @@ __attribute__((constructor)) void exerciseBackTrace() {
 char reserve[reportSize];
 std::atomic_flag isReserveTaken = ATOMIC_FLAG_INIT;
 
-/// Memory for a report, neither on a small signal stack nor from an allocator that may have crashed.
+// Storage for a report: a signal stack may be too small, and the allocator may be what crashed.
 class ReportMemory {
 public:
     ReportMemory() : m_text(map()), m_isMapped(m_text != nullptr) {
@@ -88,7 +88,7 @@ private:
     bool m_isMapped;
 };
 
-/// The name of a symbol as a programmer wrote it, or as it is where that cannot be had; "--" for none.
+// The demangled name of a symbol, or the symbol itself if it cannot be demangled; "--" for null.
 class ReadableName {
 public:
     explicit ReadableName(const char* symbol)
@@ -102,7 +102,7 @@ public:
     const char* text() const {
         return m_text;
     }
-    /// The same, but a demangled name of more than `longest` bytes counts as one that cannot be had.
+    // The same, but the symbol itself if the demangled name has more than `longest` bytes.
     const char* text(std::size_t longest) const {
         return std::strlen(m_text) <= longest ? m_text : m_symbol;
     }
@@ -121,7 +121,7 @@ private:
     std::size_t m_length;
 };
 
-/// How far `address` is behind its symbol, or behind the start of its object when it has none.
+// Returns the offset of `address` from its symbol, or from the start of its object if it has none.
 long distanceFrom(const Dl_info& object, const void* address) {
     const void* start = object.dli_saddr != nullptr ? object.dli_saddr : object.dli_fbase;
     return static_cast<long>(reinterpret_cast<std::intptr_t>(address) - reinterpret_cast<std::intptr_t>(start));
@@ -187,7 +187,7 @@ void endHungReport(int) {
     framework::Container::dumpApplication(crashSignal);
 }
 
-/// Ends the process in the midst of a report that hangs, because it crashed where a lock is held that the report needs.
+// Ends the process if a report hangs, because the crash happened while a lock was held that the report needs.
 void limitReport(int sig) {
     crashSignal = sig;
     struct sigaction action = {};
@@ -201,7 +201,7 @@ void limitReport(int sig) {
     alarm(longestReportSeconds);
 }
 
-/// Puts errno back when a handler returns to what it interrupted.
+// Restores errno when a handler returns to the interrupted code.
 class InterruptedError {
 public:
     InterruptedError() : m_error(errno) {}
@@ -413,7 +413,7 @@ void Debug::MaybeEnableCoreDump() {
         close(fd);
     }
     pattern[std::strcspn(pattern, "\n")] = 0;
-    // A pattern that begins with a bar names a program that takes the dump, whatever the limit.
+    // A pattern that begins with '|' names a program that receives the core dump regardless of the limit.
     if (pattern[0] == '|' || std::strchr(pattern, '/') == nullptr)
         return;
     framework::Logger::StaticLog(framework::Logger::LOG_NOTICE, "Enabling Core Dump...\n");

@@ -23,7 +23,7 @@ public:
 
     void lock() const;
     void unlock() const;
-    /// Whether the lock was free and is now held. Never waits and never logs.
+    /// Returns true if the lock was free and is now held by the caller. Never waits and never logs.
     bool trylock() const;
 
 private:

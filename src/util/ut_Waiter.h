@@ -9,12 +9,11 @@
 
 namespace utility {
 
-/// A mutex and a condition on which threads wait for one another, with time-outs.
+/// A mutex and a condition variable with time-outs.
 ///
-/// Any thread may use it; it must not be destroyed while a thread may still begin to wait. A wake-up may come without a
-/// signal, so a thread that waits for something of its own tests it again after each true result.
-/// A failing POSIX call is logged at level 0 with its error number; nothing is thrown. Debug switch 2301 traces each
-/// step.
+/// Any thread may use it. It must not be destroyed while a thread may still begin to wait. Wake-ups can be spurious:
+/// test the condition again after each true result. A failing POSIX call is logged at level 0 with its error number;
+/// nothing is thrown. Debug switch 2301 traces each step.
 ///
 ///     waiter.lock();
 ///     while (queue.Count() == 0) waiter.wait(0);
@@ -30,13 +29,14 @@ public:
 
     void lock() const;
     void unlock() const;
-    /// Waits to be woken; the caller holds the lock. 0 seconds waits without limit. The time-out falls on a whole
-    /// second: callers see it up to one second early. True when woken, also by an error; false on a time-out.
+    /// Waits to be woken. The caller must hold the lock. 0 seconds waits without limit. The time-out is rounded down to
+    /// a whole second, so it can come up to one second early. Returns true if woken, also by an error; false on a
+    /// time-out.
     bool wait(long seconds) const;
-    /// The same in microseconds. The sub-second part of the time-out replaces that of the present time, so callers see
-    /// it up to one second early.
+    /// The same in microseconds. The sub-second part of the time-out replaces that of the current time, so it can come
+    /// up to one second early.
     bool waitMicroseconds(unsigned long long microseconds) const;
-    /// The same for a caller that does not hold the lock: takes it, waits, and gives it back.
+    /// The same for a caller that does not hold the lock: locks, waits, and unlocks.
     bool waitNoLock(long seconds);
     bool waitMicrosecondsNoLock(unsigned long long microseconds);
     /// Wakes one waiting thread.

@@ -6,7 +6,7 @@
 namespace framework {
 namespace thread {
 
-/// Holds a read-write lock for writing from here to the end of the scope, exceptions included.
+/// Holds the write lock of a read-write lock until the end of the scope, also if an exception leaves it.
 ///
 /// The lock must outlive the guard.
 ///
