@@ -560,16 +560,16 @@ void waiterLock() {
     waiter.reset();
 }
 
-/// Signals a waiter until it is gone.
+/// Signals a waiter every 100 ms until it is gone. A wait with a deadline in the past ends before the first signal.
 class Signaller {
 public:
     explicit Signaller(utility::Waiter& waiter)
         : m_thread([this, &waiter] {
               while (!m_isDone) {
+                  std::this_thread::sleep_for(std::chrono::milliseconds(100));
                   waiter.lock();
                   waiter.signal();
                   waiter.unlock();
-                  std::this_thread::sleep_for(std::chrono::milliseconds(1));
               }
           }) {}
     ~Signaller() {
