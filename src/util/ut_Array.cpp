@@ -1,5 +1,7 @@
 #include "ut_Array.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <cstring>
 
 #include "fw_Memory.h"
@@ -10,8 +12,8 @@ namespace utility {
 
 namespace {
 
-const unsigned int traceSwitch = 292;
-const unsigned int defaultGrowth = 20;
+constexpr unsigned int traceSwitch = 292;
+constexpr unsigned int growthStep = 20;
 
 bool isCountable(unsigned int size, unsigned int grow, size_t elementSize) {
     unsigned int slots = 0;
@@ -32,9 +34,28 @@ void Array::truncate(unsigned int length) {
         m_length = length;
 }
 
+void Array::allocateBlock(unsigned int capacity, std::size_t elementSize) {
+    m_block = realloc(nullptr, &m_size, capacity, elementSize);
+}
+
+void Array::copyBlock(const Array& other, std::size_t elementSize) {
+    allocateBlock(other.m_size, elementSize);
+    std::memcpy(m_block, other.m_block, other.m_length * elementSize);
+    m_length = other.m_length;
+}
+
+void Array::growBlock(std::size_t elementSize, unsigned int count) {
+    if (std::uint64_t{m_length} + count >= m_size)
+        m_block = realloc(m_block, &m_size, std::max(growthStep, count), elementSize);
+}
+
+void Array::freeBlock() {
+    framework::Memory::StaticFree(m_block);
+}
+
 void* Array::realloc(void* old, unsigned int* size, unsigned int grow, size_t elementSize) {
     if (grow == 0)
-        grow = defaultGrowth;
+        grow = growthStep;
     if (!isCountable(*size, grow, elementSize))
         VXUT_THROW(FAILURE_ARRAY_STORAGE, "");
 

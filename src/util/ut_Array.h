@@ -55,6 +55,18 @@ public:
     static void* realloc(void* old, unsigned int* size, unsigned int grow, size_t elementSize);
 
 protected:
+    // The storage functions of the typed arrays. Only the library calls them.
+
+    /// Allocates the first block, with `capacity` slots, or with 20 if `capacity` is 0.
+    VXUT_HIDDEN void allocateBlock(unsigned int capacity, std::size_t elementSize);
+    /// Allocates the first block, with the capacity of `other`, and copies the elements of `other` byte by byte.
+    VXUT_HIDDEN void copyBlock(const Array& other, std::size_t elementSize);
+    /// Grows the block if it is full, or if `count` more elements would fill it. Adds 20 slots, or `count` if that is
+    /// greater.
+    VXUT_HIDDEN void growBlock(std::size_t elementSize, unsigned int count = 0);
+    /// Frees the block.
+    VXUT_HIDDEN void freeBlock();
+
     unsigned int m_length;
     unsigned int m_size;
     void* m_block;

@@ -46,3 +46,10 @@ struct SourceFileName {
         ::utility::throwFailure(::framework::Exception::code, sourceFileName.text, __LINE__, __PRETTY_FUNCTION__,      \
                                 message, flag);                                                                        \
     } while (false)
+
+/// Throws FAILURE_INDEX from here unless `condition`, such as `index < m_length`, is true.
+#define VXUT_CHECK_INDEX(condition)                                                                                    \
+    do {                                                                                                               \
+        if (!(condition))                                                                                              \
+            VXUT_THROW(FAILURE_INDEX, "");                                                                             \
+    } while (false)

@@ -46,7 +46,6 @@ private:
     int64_t* slots() const {
         return static_cast<int64_t*>(m_block);
     }
-    void growWhenFull();
 };
 
 } // namespace utility

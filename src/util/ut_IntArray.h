@@ -42,7 +42,6 @@ private:
     int* slots() const {
         return static_cast<int*>(m_block);
     }
-    void growWhenFull();
 };
 
 } // namespace utility

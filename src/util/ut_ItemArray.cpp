@@ -1,12 +1,7 @@
 #include "ut_ItemArray.h"
 
-#include <algorithm>
-#include <cstdint>
-#include <cstring>
-
 #include "fw_Item.h"
 #include "fw_KnownStrings.h"
-#include "fw_Memory.h"
 #include "ut_Failure.h"
 #include "ut_Trace.h"
 
@@ -14,33 +9,25 @@ namespace utility {
 
 namespace {
 
-const unsigned int traceSwitch = 444;
-const unsigned int growth = 20;
-const unsigned int notFound = 0xFFFFFFFF;
+constexpr unsigned int traceSwitch = 444;
+constexpr unsigned int notFound = 0xFFFFFFFF;
 
 } // namespace
 
-ItemArray::ItemArray(unsigned int capacity) : Array(growth) {
-    m_block = realloc(nullptr, &m_size, capacity, sizeof(framework::Item*));
+ItemArray::ItemArray(unsigned int capacity) : Array(capacity) {
+    allocateBlock(capacity, sizeof(framework::Item*));
 }
 
-ItemArray::ItemArray(const ItemArray& other) : Array(growth) {
-    m_block = realloc(nullptr, &m_size, other.size(), sizeof(framework::Item*));
-    std::memcpy(m_block, other.m_block, other.length() * sizeof(framework::Item*));
-    m_length = other.length();
+ItemArray::ItemArray(const ItemArray& other) : Array(other.size()) {
+    copyBlock(other, sizeof(framework::Item*));
 }
 
 ItemArray::~ItemArray() {
-    framework::Memory::StaticFree(m_block);
-}
-
-void ItemArray::growWhenFull() {
-    if (m_length >= m_size)
-        m_block = realloc(m_block, &m_size, growth, sizeof(framework::Item*));
+    freeBlock();
 }
 
 void ItemArray::Append(framework::Item* item) {
-    growWhenFull();
+    growBlock(sizeof(framework::Item*));
     VXUT_TRACE(traceSwitch, "Appending [%p] at %d", static_cast<void*>(item), m_length);
     slots()[m_length] = item;
     ++m_length;
@@ -48,9 +35,8 @@ void ItemArray::Append(framework::Item* item) {
 
 void ItemArray::InsertAt(unsigned int index, framework::Item* item) {
     VXUT_TRACE_ENTER(traceSwitch);
-    if (index > m_length)
-        VXUT_THROW(FAILURE_INDEX, "");
-    growWhenFull();
+    VXUT_CHECK_INDEX(index <= m_length);
+    growBlock(sizeof(framework::Item*));
     for (unsigned int to = m_length; to > index; --to) {
         VXUT_TRACE(traceSwitch, "moving from %d to %d", to - 1, to);
         slots()[to] = slots()[to - 1];
@@ -61,35 +47,30 @@ void ItemArray::InsertAt(unsigned int index, framework::Item* item) {
 }
 
 void ItemArray::SetAt(unsigned int index, framework::Item* item) {
-    if (index >= m_length)
-        VXUT_THROW(FAILURE_INDEX, "");
+    VXUT_CHECK_INDEX(index < m_length);
     slots()[index] = item;
 }
 
 void ItemArray::DeleteAt(unsigned int index) {
-    if (index >= m_length)
-        VXUT_THROW(FAILURE_INDEX, "");
+    VXUT_CHECK_INDEX(index < m_length);
     --m_length;
     for (unsigned int to = index; to < m_length; ++to)
         slots()[to] = slots()[to + 1];
 }
 
 framework::Item*& ItemArray::operator[](unsigned int index) {
-    if (index >= m_length)
-        VXUT_THROW(FAILURE_INDEX, "");
+    VXUT_CHECK_INDEX(index < m_length);
     return slots()[index];
 }
 
 framework::Item* const& ItemArray::operator[](unsigned int index) const {
-    if (index >= m_length)
-        VXUT_THROW(FAILURE_INDEX, "");
+    VXUT_CHECK_INDEX(index < m_length);
     return slots()[index];
 }
 
 void ItemArray::Append(ItemArray& other) {
     const unsigned int count = other.length();
-    if (uint64_t{m_length} + count >= m_size)
-        m_block = realloc(m_block, &m_size, std::max(growth, count), sizeof(framework::Item*));
+    growBlock(sizeof(framework::Item*), count);
     for (unsigned int index = 0; index < count; ++index)
         Append(other.slots()[index]);
 }

@@ -52,7 +52,6 @@ private:
     framework::Item** slots() const {
         return static_cast<framework::Item**>(m_block);
     }
-    void growWhenFull();
 };
 
 } // namespace utility

@@ -1,11 +1,8 @@
 #include "ut_PortAddressArray.h"
 
-#include <algorithm>
-#include <cstdint>
 #include <new>
 
 #include "fw_KnownStrings.h"
-#include "fw_Memory.h"
 #include "ut_Failure.h"
 #include "ut_PortAddress.h"
 #include "ut_PutStream.h"
@@ -15,10 +12,9 @@ namespace utility {
 
 namespace {
 
-const unsigned int traceSwitch = 4500;
-const unsigned int growth = 20;
-const size_t slotWidth = sizeof(void*);
-const unsigned int notFound = 0xFFFFFFFF;
+constexpr unsigned int traceSwitch = 4500;
+constexpr size_t slotWidth = sizeof(void*);
+constexpr unsigned int notFound = 0xFFFFFFFF;
 
 void deleteAddress(PortAddress* address) {
     // Safe although the destructor of `PortAddress` is not virtual: every subclass is trivially destructible, and the
@@ -31,8 +27,8 @@ void deleteAddress(PortAddress* address) {
 
 } // namespace
 
-PortAddressArray::PortAddressArray(unsigned int capacity) : Array(growth) {
-    m_block = realloc(nullptr, &m_size, capacity, slotWidth);
+PortAddressArray::PortAddressArray(unsigned int capacity) : Array(capacity) {
+    allocateBlock(capacity, slotWidth);
 }
 
 // Delegates to the other constructor, so that the destructor releases the clones if a later clone fails.
@@ -59,16 +55,11 @@ PortAddressArray& PortAddressArray::operator=(const PortAddressArray& other) {
 
 PortAddressArray::~PortAddressArray() {
     DeleteAll();
-    framework::Memory::StaticFree(m_block);
-}
-
-void PortAddressArray::growWhenFull() {
-    if (m_length >= m_size)
-        m_block = realloc(m_block, &m_size, growth, slotWidth);
+    freeBlock();
 }
 
 void PortAddressArray::Append(PortAddress* address) {
-    growWhenFull();
+    growBlock(slotWidth);
     VXUT_TRACE(traceSwitch, "Appending [%p] at %d", static_cast<void*>(address), m_length);
     slots()[m_length] = address;
     ++m_length;
@@ -76,9 +67,8 @@ void PortAddressArray::Append(PortAddress* address) {
 
 void PortAddressArray::InsertAt(unsigned int index, PortAddress* address) {
     VXUT_TRACE_ENTER(traceSwitch);
-    if (index > m_length)
-        VXUT_THROW(FAILURE_INDEX, "");
-    growWhenFull();
+    VXUT_CHECK_INDEX(index <= m_length);
+    growBlock(slotWidth);
     for (unsigned int to = m_length; to > index; --to) {
         VXUT_TRACE(traceSwitch, "moving from %d to %d", to - 1, to);
         slots()[to] = slots()[to - 1];
@@ -89,28 +79,24 @@ void PortAddressArray::InsertAt(unsigned int index, PortAddress* address) {
 }
 
 void PortAddressArray::SetAt(unsigned int index, PortAddress* address) {
-    if (index >= m_length)
-        VXUT_THROW(FAILURE_INDEX, "");
+    VXUT_CHECK_INDEX(index < m_length);
     slots()[index] = address;
 }
 
 void PortAddressArray::DeleteAt(unsigned int index) {
-    if (index >= m_length)
-        VXUT_THROW(FAILURE_INDEX, "");
+    VXUT_CHECK_INDEX(index < m_length);
     --m_length;
     for (unsigned int to = index; to < m_length; ++to)
         slots()[to] = slots()[to + 1];
 }
 
 PortAddress*& PortAddressArray::operator[](unsigned int index) {
-    if (index >= m_length)
-        VXUT_THROW(FAILURE_INDEX, "");
+    VXUT_CHECK_INDEX(index < m_length);
     return slots()[index];
 }
 
 PortAddress* const& PortAddressArray::operator[](unsigned int index) const {
-    if (index >= m_length)
-        VXUT_THROW(FAILURE_INDEX, "");
+    VXUT_CHECK_INDEX(index < m_length);
     return slots()[index];
 }
 
@@ -120,8 +106,7 @@ PortAddress* PortAddressArray::ElementAt(unsigned int index) const {
 
 void PortAddressArray::Append(PortAddressArray& other) {
     const unsigned int count = other.length();
-    if (uint64_t{m_length} + count >= m_size)
-        m_block = realloc(m_block, &m_size, std::max(growth, count), slotWidth);
+    growBlock(slotWidth, count);
     for (unsigned int index = 0; index < count; ++index)
         Append(other.slots()[index]);
 }

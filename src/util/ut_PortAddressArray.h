@@ -68,7 +68,6 @@ private:
     PortAddress** slots() const {
         return static_cast<PortAddress**>(m_block);
     }
-    void growWhenFull();
 };
 
 } // namespace utility

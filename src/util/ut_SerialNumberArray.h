@@ -55,7 +55,6 @@ private:
     SerialNumber** slots() const {
         return static_cast<SerialNumber**>(m_block);
     }
-    void growWhenFull();
 };
 
 } // namespace utility

@@ -44,7 +44,6 @@ private:
     short* slots() const {
         return static_cast<short*>(m_block);
     }
-    void growWhenFull();
 };
 
 } // namespace utility

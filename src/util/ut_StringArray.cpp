@@ -9,27 +9,25 @@ namespace utility {
 
 namespace {
 
-const unsigned int growth = 20;
-
 bool isSameText(const char* left, const char* right) {
     return left != nullptr && right != nullptr && std::strcmp(left, right) == 0;
 }
 
 } // namespace
 
-StringArray::StringArray(unsigned int capacity) : Array(growth) {
-    m_block = realloc(nullptr, &m_size, capacity, sizeof(char*));
+StringArray::StringArray(unsigned int capacity) : Array(capacity) {
+    allocateBlock(capacity, sizeof(char*));
 }
 
-StringArray::StringArray(const StringArray& other) : Array(growth) {
-    m_block = realloc(nullptr, &m_size, other.size(), sizeof(char*));
+StringArray::StringArray(const StringArray& other) : Array(other.size()) {
+    allocateBlock(other.size(), sizeof(char*));
     for (unsigned int index = 0; index < other.length(); ++index)
         Append(other.slots()[index]);
 }
 
 StringArray::~StringArray() {
     DeleteAll();
-    framework::Memory::StaticFree(m_block);
+    freeBlock();
 }
 
 void StringArray::growWhenFull() {
@@ -50,8 +48,7 @@ void StringArray::Append(const char* text, unsigned int length) {
 }
 
 void StringArray::InsertAt(unsigned int index, const char* text) {
-    if (index > m_length)
-        VXUT_THROW(FAILURE_INDEX, "");
+    VXUT_CHECK_INDEX(index <= m_length);
     growWhenFull();
     for (unsigned int to = m_length; to > index; --to)
         slots()[to] = slots()[to - 1];
@@ -60,8 +57,7 @@ void StringArray::InsertAt(unsigned int index, const char* text) {
 }
 
 void StringArray::SetAt(unsigned int index, const char* text) {
-    if (index >= m_length)
-        VXUT_THROW(FAILURE_INDEX, "");
+    VXUT_CHECK_INDEX(index < m_length);
     char*& slot = slots()[index];
     if (isSameText(slot, text))
         return;
@@ -72,8 +68,7 @@ void StringArray::SetAt(unsigned int index, const char* text) {
 }
 
 void StringArray::DeleteAt(unsigned int index) {
-    if (index >= m_length)
-        VXUT_THROW(FAILURE_INDEX, "");
+    VXUT_CHECK_INDEX(index < m_length);
     framework::Memory::StaticFreeString(slots()[index]);
     --m_length;
     for (unsigned int to = index; to < m_length; ++to)
@@ -94,14 +89,12 @@ char* StringArray::ElementAt(unsigned int index) const {
 }
 
 char*& StringArray::operator[](unsigned int index) {
-    if (index >= m_length)
-        VXUT_THROW(FAILURE_INDEX, "");
+    VXUT_CHECK_INDEX(index < m_length);
     return slots()[index];
 }
 
 char* const& StringArray::operator[](unsigned int index) const {
-    if (index >= m_length)
-        VXUT_THROW(FAILURE_INDEX, "");
+    VXUT_CHECK_INDEX(index < m_length);
     return slots()[index];
 }
 

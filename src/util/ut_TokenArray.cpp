@@ -1,9 +1,6 @@
 #include "ut_TokenArray.h"
 
-#include <cstring>
-
 #include "fw_KnownStrings.h"
-#include "fw_Memory.h"
 #include "fw_StableStringRepository.h"
 #include "ut_Failure.h"
 #include "ut_TokenNames.h"
@@ -13,27 +10,24 @@ namespace utility {
 
 namespace {
 
-const unsigned int traceSwitch = 624;
-const unsigned int growth = 20;
+constexpr unsigned int traceSwitch = 624;
 
 } // namespace
 
-TokenArray::TokenArray(unsigned int capacity) : Array(growth) {
-    m_block = realloc(nullptr, &m_size, capacity, sizeof(stringtoken));
+TokenArray::TokenArray(unsigned int capacity) : Array(capacity) {
+    allocateBlock(capacity, sizeof(stringtoken));
 }
 
 TokenArray::TokenArray(const char* list, unsigned int capacity) : TokenArray(capacity) {
     SetFromStringList(list);
 }
 
-TokenArray::TokenArray(const TokenArray& other) : Array(growth) {
-    m_block = realloc(nullptr, &m_size, other.size(), sizeof(stringtoken));
-    std::memcpy(m_block, other.m_block, other.length() * sizeof(stringtoken));
-    m_length = other.length();
+TokenArray::TokenArray(const TokenArray& other) : Array(other.size()) {
+    copyBlock(other, sizeof(stringtoken));
 }
 
 TokenArray::~TokenArray() {
-    framework::Memory::StaticFree(m_block);
+    freeBlock();
 }
 
 void TokenArray::SetFromStringList(const char* list) {
@@ -43,13 +37,8 @@ void TokenArray::SetFromStringList(const char* list) {
         Append(strings::GS.toToken(name));
 }
 
-void TokenArray::growWhenFull() {
-    if (m_length >= m_size)
-        m_block = realloc(m_block, &m_size, growth, sizeof(stringtoken));
-}
-
 void TokenArray::Append(stringtoken token) {
-    growWhenFull();
+    growBlock(sizeof(stringtoken));
     VXUT_TRACE(traceSwitch, "Appending [%d] at %d", token, m_length);
     slots()[m_length] = token;
     ++m_length;
@@ -57,9 +46,8 @@ void TokenArray::Append(stringtoken token) {
 
 void TokenArray::InsertAt(unsigned int index, stringtoken token) {
     VXUT_TRACE_ENTER(traceSwitch);
-    if (index > m_length)
-        VXUT_THROW(FAILURE_INDEX, "");
-    growWhenFull();
+    VXUT_CHECK_INDEX(index <= m_length);
+    growBlock(sizeof(stringtoken));
     for (unsigned int to = m_length; to > index; --to) {
         VXUT_TRACE(traceSwitch, "moving from %d to %d", to - 1, to);
         slots()[to] = slots()[to - 1];
@@ -70,28 +58,24 @@ void TokenArray::InsertAt(unsigned int index, stringtoken token) {
 }
 
 void TokenArray::SetAt(unsigned int index, stringtoken token) {
-    if (index >= m_length)
-        VXUT_THROW(FAILURE_INDEX, "");
+    VXUT_CHECK_INDEX(index < m_length);
     slots()[index] = token;
 }
 
 void TokenArray::DeleteAt(unsigned int index) {
-    if (index >= m_length)
-        VXUT_THROW(FAILURE_INDEX, "");
+    VXUT_CHECK_INDEX(index < m_length);
     --m_length;
     for (unsigned int to = index; to < m_length; ++to)
         slots()[to] = slots()[to + 1];
 }
 
 stringtoken& TokenArray::operator[](unsigned int index) {
-    if (index >= m_length)
-        VXUT_THROW(FAILURE_INDEX, "");
+    VXUT_CHECK_INDEX(index < m_length);
     return slots()[index];
 }
 
 const stringtoken& TokenArray::operator[](unsigned int index) const {
-    if (index >= m_length)
-        VXUT_THROW(FAILURE_INDEX, "");
+    VXUT_CHECK_INDEX(index < m_length);
     return slots()[index];
 }
 

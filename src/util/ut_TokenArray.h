@@ -54,7 +54,6 @@ private:
     stringtoken* slots() const {
         return static_cast<stringtoken*>(m_block);
     }
-    void growWhenFull();
 };
 
 } // namespace utility

@@ -2,10 +2,8 @@
 
 #include <algorithm>
 #include <climits>
-#include <cstring>
 
 #include "fw_KnownStrings.h"
-#include "fw_Memory.h"
 #include "fw_StableStringRepository.h"
 #include "ut_BufferStream.h"
 #include "ut_Failure.h"
@@ -16,28 +14,25 @@ namespace utility {
 
 namespace {
 
-const unsigned int traceSwitch = 625;
-const unsigned int growth = 20;
-const unsigned int fewestToHalve = 6;
+constexpr unsigned int traceSwitch = 625;
+constexpr unsigned int fewestToHalve = 6;
 
 } // namespace
 
-TokenSet::TokenSet(unsigned int capacity) : Array(growth) {
-    m_block = realloc(nullptr, &m_size, capacity, sizeof(stringtoken));
+TokenSet::TokenSet(unsigned int capacity) : Array(capacity) {
+    allocateBlock(capacity, sizeof(stringtoken));
 }
 
 TokenSet::TokenSet(const char* list, unsigned int capacity) : TokenSet(capacity) {
     SetFromStringList(list);
 }
 
-TokenSet::TokenSet(const TokenSet& other) : Array(growth) {
-    m_block = realloc(nullptr, &m_size, other.size(), sizeof(stringtoken));
-    std::memcpy(m_block, other.m_block, other.length() * sizeof(stringtoken));
-    m_length = other.length();
+TokenSet::TokenSet(const TokenSet& other) : Array(other.size()) {
+    copyBlock(other, sizeof(stringtoken));
 }
 
 TokenSet::~TokenSet() {
-    framework::Memory::StaticFree(m_block);
+    freeBlock();
 }
 
 void TokenSet::SetFromStringList(const char* list) {
@@ -102,13 +97,8 @@ bool TokenSet::operator==(const TokenSet& other) const {
     return std::equal(slots(), slots() + m_length, other.slots(), other.slots() + other.m_length);
 }
 
-void TokenSet::growWhenFull() {
-    if (m_length >= m_size)
-        m_block = realloc(m_block, &m_size, growth, sizeof(stringtoken));
-}
-
 void TokenSet::append(stringtoken token) {
-    growWhenFull();
+    growBlock(sizeof(stringtoken));
     VXUT_TRACE(traceSwitch, "Appending [%d] at %d", token, m_length);
     slots()[m_length] = token;
     ++m_length;
@@ -116,9 +106,8 @@ void TokenSet::append(stringtoken token) {
 
 void TokenSet::insertAt(unsigned int index, stringtoken token) {
     VXUT_TRACE_ENTER(traceSwitch);
-    if (index > m_length)
-        VXUT_THROW(FAILURE_INDEX, "");
-    growWhenFull();
+    VXUT_CHECK_INDEX(index <= m_length);
+    growBlock(sizeof(stringtoken));
     for (unsigned int to = m_length; to > index; --to) {
         VXUT_TRACE(traceSwitch, "moving from %d to %d", to - 1, to);
         slots()[to] = slots()[to - 1];
@@ -129,28 +118,24 @@ void TokenSet::insertAt(unsigned int index, stringtoken token) {
 }
 
 void TokenSet::setAt(unsigned int index, stringtoken token) {
-    if (index >= m_length)
-        VXUT_THROW(FAILURE_INDEX, "");
+    VXUT_CHECK_INDEX(index < m_length);
     slots()[index] = token;
 }
 
 void TokenSet::deleteAt(unsigned int index) {
-    if (index >= m_length)
-        VXUT_THROW(FAILURE_INDEX, "");
+    VXUT_CHECK_INDEX(index < m_length);
     --m_length;
     for (unsigned int to = index; to < m_length; ++to)
         slots()[to] = slots()[to + 1];
 }
 
 stringtoken& TokenSet::operator[](unsigned int index) {
-    if (index >= m_length)
-        VXUT_THROW(FAILURE_INDEX, "");
+    VXUT_CHECK_INDEX(index < m_length);
     return slots()[index];
 }
 
 const stringtoken& TokenSet::operator[](unsigned int index) const {
-    if (index >= m_length)
-        VXUT_THROW(FAILURE_INDEX, "");
+    VXUT_CHECK_INDEX(index < m_length);
     return slots()[index];
 }
 

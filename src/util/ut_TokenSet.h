@@ -75,7 +75,6 @@ private:
     stringtoken* slots() const {
         return static_cast<stringtoken*>(m_block);
     }
-    void growWhenFull();
     bool isInShortSet(stringtoken token) const;
 };
 

@@ -1,9 +1,6 @@
 #include "ut_UInt64Array.h"
 
-#include <cstring>
-
 #include "fw_KnownStrings.h"
-#include "fw_Memory.h"
 #include "ut_Failure.h"
 #include "ut_Trace.h"
 
@@ -11,32 +8,24 @@ namespace utility {
 
 namespace {
 
-const unsigned int traceSwitch = 628;
-const unsigned int growth = 20;
+constexpr unsigned int traceSwitch = 628;
 
 } // namespace
 
-UInt64Array::UInt64Array(unsigned int capacity) : Array(growth) {
-    m_block = realloc(nullptr, &m_size, capacity, sizeof(unsigned long long));
+UInt64Array::UInt64Array(unsigned int capacity) : Array(capacity) {
+    allocateBlock(capacity, sizeof(unsigned long long));
 }
 
-UInt64Array::UInt64Array(const UInt64Array& other) : Array(growth) {
-    m_block = realloc(nullptr, &m_size, other.size(), sizeof(unsigned long long));
-    std::memcpy(m_block, other.m_block, other.length() * sizeof(unsigned long long));
-    m_length = other.length();
+UInt64Array::UInt64Array(const UInt64Array& other) : Array(other.size()) {
+    copyBlock(other, sizeof(unsigned long long));
 }
 
 UInt64Array::~UInt64Array() {
-    framework::Memory::StaticFree(m_block);
-}
-
-void UInt64Array::growWhenFull() {
-    if (m_length >= m_size)
-        m_block = realloc(m_block, &m_size, growth, sizeof(unsigned long long));
+    freeBlock();
 }
 
 void UInt64Array::Append(unsigned long long value) {
-    growWhenFull();
+    growBlock(sizeof(unsigned long long));
     VXUT_TRACE(traceSwitch, "Appending [%llu] at %d", value, m_length);
     slots()[m_length] = value;
     ++m_length;
@@ -44,9 +33,8 @@ void UInt64Array::Append(unsigned long long value) {
 
 void UInt64Array::InsertAt(unsigned int index, unsigned long long value) {
     VXUT_TRACE_ENTER(traceSwitch);
-    if (index > m_length)
-        VXUT_THROW(FAILURE_INDEX, "");
-    growWhenFull();
+    VXUT_CHECK_INDEX(index <= m_length);
+    growBlock(sizeof(unsigned long long));
     for (unsigned int to = m_length; to > index; --to) {
         VXUT_TRACE(traceSwitch, "moving from %d to %d", to - 1, to);
         slots()[to] = slots()[to - 1];
@@ -57,28 +45,24 @@ void UInt64Array::InsertAt(unsigned int index, unsigned long long value) {
 }
 
 void UInt64Array::SetAt(unsigned int index, unsigned long long value) {
-    if (index >= m_length)
-        VXUT_THROW(FAILURE_INDEX, "");
+    VXUT_CHECK_INDEX(index < m_length);
     slots()[index] = value;
 }
 
 void UInt64Array::DeleteAt(unsigned int index) {
-    if (index >= m_length)
-        VXUT_THROW(FAILURE_INDEX, "");
+    VXUT_CHECK_INDEX(index < m_length);
     --m_length;
     for (unsigned int to = index; to < m_length; ++to)
         slots()[to] = slots()[to + 1];
 }
 
 unsigned long long& UInt64Array::operator[](unsigned int index) {
-    if (index >= m_length)
-        VXUT_THROW(FAILURE_INDEX, "");
+    VXUT_CHECK_INDEX(index < m_length);
     return slots()[index];
 }
 
 const unsigned long long& UInt64Array::operator[](unsigned int index) const {
-    if (index >= m_length)
-        VXUT_THROW(FAILURE_INDEX, "");
+    VXUT_CHECK_INDEX(index < m_length);
     return slots()[index];
 }
 

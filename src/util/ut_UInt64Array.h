@@ -43,7 +43,6 @@ private:
     unsigned long long* slots() const {
         return static_cast<unsigned long long*>(m_block);
     }
-    void growWhenFull();
 };
 
 } // namespace utility

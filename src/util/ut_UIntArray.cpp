@@ -1,10 +1,8 @@
 #include "ut_UIntArray.h"
 
 #include <cstdlib>
-#include <cstring>
 
 #include "fw_KnownStrings.h"
-#include "fw_Memory.h"
 #include "ut_Failure.h"
 #include "ut_Trace.h"
 
@@ -12,32 +10,24 @@ namespace utility {
 
 namespace {
 
-const unsigned int traceSwitch = 629;
-const unsigned int growth = 20;
+constexpr unsigned int traceSwitch = 629;
 
 } // namespace
 
-UIntArray::UIntArray(unsigned int capacity) : Array(growth) {
-    m_block = realloc(nullptr, &m_size, capacity, sizeof(unsigned int));
+UIntArray::UIntArray(unsigned int capacity) : Array(capacity) {
+    allocateBlock(capacity, sizeof(unsigned int));
 }
 
-UIntArray::UIntArray(const UIntArray& other) : Array(growth) {
-    m_block = realloc(nullptr, &m_size, other.size(), sizeof(unsigned int));
-    std::memcpy(m_block, other.m_block, other.length() * sizeof(unsigned int));
-    m_length = other.length();
+UIntArray::UIntArray(const UIntArray& other) : Array(other.size()) {
+    copyBlock(other, sizeof(unsigned int));
 }
 
 UIntArray::~UIntArray() {
-    framework::Memory::StaticFree(m_block);
-}
-
-void UIntArray::growWhenFull() {
-    if (m_length >= m_size)
-        m_block = realloc(m_block, &m_size, growth, sizeof(unsigned int));
+    freeBlock();
 }
 
 void UIntArray::Append(unsigned int value) {
-    growWhenFull();
+    growBlock(sizeof(unsigned int));
     VXUT_TRACE(traceSwitch, "Appending [%d] at %d", value, m_length);
     slots()[m_length] = value;
     ++m_length;
@@ -45,9 +35,8 @@ void UIntArray::Append(unsigned int value) {
 
 void UIntArray::InsertAt(unsigned int index, unsigned int value) {
     VXUT_TRACE_ENTER(traceSwitch);
-    if (index > m_length)
-        VXUT_THROW(FAILURE_INDEX, "");
-    growWhenFull();
+    VXUT_CHECK_INDEX(index <= m_length);
+    growBlock(sizeof(unsigned int));
     for (unsigned int to = m_length; to > index; --to) {
         VXUT_TRACE(traceSwitch, "moving from %d to %d", to - 1, to);
         slots()[to] = slots()[to - 1];
@@ -58,28 +47,24 @@ void UIntArray::InsertAt(unsigned int index, unsigned int value) {
 }
 
 void UIntArray::SetAt(unsigned int index, unsigned int value) {
-    if (index >= m_length)
-        VXUT_THROW(FAILURE_INDEX, "");
+    VXUT_CHECK_INDEX(index < m_length);
     slots()[index] = value;
 }
 
 void UIntArray::DeleteAt(unsigned int index) {
-    if (index >= m_length)
-        VXUT_THROW(FAILURE_INDEX, "");
+    VXUT_CHECK_INDEX(index < m_length);
     --m_length;
     for (unsigned int to = index; to < m_length; ++to)
         slots()[to] = slots()[to + 1];
 }
 
 unsigned int& UIntArray::operator[](unsigned int index) {
-    if (index >= m_length)
-        VXUT_THROW(FAILURE_INDEX, "");
+    VXUT_CHECK_INDEX(index < m_length);
     return slots()[index];
 }
 
 const unsigned int& UIntArray::operator[](unsigned int index) const {
-    if (index >= m_length)
-        VXUT_THROW(FAILURE_INDEX, "");
+    VXUT_CHECK_INDEX(index < m_length);
     return slots()[index];
 }
 

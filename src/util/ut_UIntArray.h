@@ -48,7 +48,6 @@ private:
     unsigned int* slots() const {
         return static_cast<unsigned int*>(m_block);
     }
-    void growWhenFull();
 };
 
 } // namespace utility

@@ -1,10 +1,8 @@
 #include "ut_UShortArray.h"
 
-#include <cstring>
 #include <utility>
 
 #include "fw_KnownStrings.h"
-#include "fw_Memory.h"
 #include "ut_Failure.h"
 #include "ut_Trace.h"
 
@@ -12,34 +10,26 @@ namespace utility {
 
 namespace {
 
-const unsigned int traceSwitch = 634;
-const unsigned int growth = 20;
+constexpr unsigned int traceSwitch = 634;
 
 } // namespace
 
-UShortArray::UShortArray(unsigned int capacity) : Array(growth) {
-    m_block = realloc(nullptr, &m_size, capacity, sizeof(unsigned short));
+UShortArray::UShortArray(unsigned int capacity) : Array(capacity) {
+    allocateBlock(capacity, sizeof(unsigned short));
 }
 
-UShortArray::UShortArray(const UShortArray& other) : Array(growth) {
-    m_block = realloc(nullptr, &m_size, other.size(), sizeof(unsigned short));
-    std::memcpy(m_block, other.m_block, other.length() * sizeof(unsigned short));
-    m_length = other.length();
+UShortArray::UShortArray(const UShortArray& other) : Array(other.size()) {
+    copyBlock(other, sizeof(unsigned short));
 }
 
 UShortArray::~UShortArray() {
-    framework::Memory::StaticFree(m_block);
-}
-
-void UShortArray::growWhenFull() {
-    if (m_length >= m_size)
-        m_block = realloc(m_block, &m_size, growth, sizeof(unsigned short));
+    freeBlock();
 }
 
 void UShortArray::Append(unsigned short value) {
     if (Debug::isDebugOn(traceSwitch))
         VXUT_LOG(framework::Logger::LOG_ENTER, "%d", value);
-    growWhenFull();
+    growBlock(sizeof(unsigned short));
     VXUT_TRACE(traceSwitch, "Appending [%d] at %d", value, m_length);
     slots()[m_length] = value;
     ++m_length;
@@ -48,9 +38,8 @@ void UShortArray::Append(unsigned short value) {
 void UShortArray::InsertAt(unsigned int index, unsigned short value) {
     if (Debug::isDebugOn(traceSwitch))
         VXUT_LOG(framework::Logger::LOG_ENTER, "%d, %d", index, value);
-    if (index > m_length)
-        VXUT_THROW(FAILURE_INDEX, "");
-    growWhenFull();
+    VXUT_CHECK_INDEX(index <= m_length);
+    growBlock(sizeof(unsigned short));
     for (unsigned int to = m_length; to > index; --to) {
         VXUT_TRACE(traceSwitch, "moving from %d to %d", to - 1, to);
         slots()[to] = slots()[to - 1];
@@ -63,30 +52,26 @@ void UShortArray::InsertAt(unsigned int index, unsigned short value) {
 void UShortArray::SetAt(unsigned int index, unsigned short value) {
     if (Debug::isDebugOn(traceSwitch))
         VXUT_LOG(framework::Logger::LOG_ENTER, "%d, %d", index, value);
-    if (index >= m_length)
-        VXUT_THROW(FAILURE_INDEX, "");
+    VXUT_CHECK_INDEX(index < m_length);
     slots()[index] = value;
 }
 
 void UShortArray::DeleteAt(unsigned int index) {
     if (Debug::isDebugOn(traceSwitch))
         VXUT_LOG(framework::Logger::LOG_ENTER, "%d", index);
-    if (index >= m_length)
-        VXUT_THROW(FAILURE_INDEX, "");
+    VXUT_CHECK_INDEX(index < m_length);
     --m_length;
     for (unsigned int to = index; to < m_length; ++to)
         slots()[to] = slots()[to + 1];
 }
 
 unsigned short& UShortArray::operator[](unsigned int index) {
-    if (index >= m_length)
-        VXUT_THROW(FAILURE_INDEX, "");
+    VXUT_CHECK_INDEX(index < m_length);
     return slots()[index];
 }
 
 const unsigned short& UShortArray::operator[](unsigned int index) const {
-    if (index >= m_length)
-        VXUT_THROW(FAILURE_INDEX, "");
+    VXUT_CHECK_INDEX(index < m_length);
     return slots()[index];
 }
 

@@ -48,7 +48,6 @@ private:
     unsigned short* slots() const {
         return static_cast<unsigned short*>(m_block);
     }
-    void growWhenFull();
     unsigned int smallestFrom(unsigned int index) const;
 };
 

@@ -56,7 +56,6 @@ private:
     WWN** slots() const {
         return static_cast<WWN**>(m_block);
     }
-    void growWhenFull();
 };
 
 } // namespace utility
