@@ -111,6 +111,28 @@ private:
     bool m_armed = false;
 };
 
+/// While it lives, and if it is asked to, pieces that are allocated are no leaks to the sanitizer.
+class UnwatchedLeaks {
+public:
+    explicit UnwatchedLeaks([[maybe_unused]] bool wanted) {
+#if defined(__SANITIZE_ADDRESS__)
+        if (m_wanted = wanted; m_wanted)
+            __lsan_disable();
+#endif
+    }
+    UnwatchedLeaks(const UnwatchedLeaks&) = delete;
+    UnwatchedLeaks& operator=(const UnwatchedLeaks&) = delete;
+    ~UnwatchedLeaks() {
+#if defined(__SANITIZE_ADDRESS__)
+        if (m_wanted)
+            __lsan_enable();
+#endif
+    }
+
+private:
+    [[maybe_unused]] bool m_wanted = false;
+};
+
 // Where findings go: the operations that print to standard output print to nowhere.
 std::FILE* output = nullptr;
 
@@ -265,7 +287,10 @@ void Runner::runOnce(Door door, unsigned long nth, bool all) {
     const long services = framework::Memory::staticOutstanding();
     const unsigned long taken = m_memory.outstanding();
     const long pieces = test::outstandingAllocations();
-    m_row->body(m_trial);
+    {
+        const UnwatchedLeaks unwatched(m_row->keeps != nullptr);
+        m_row->body(m_trial);
+    }
     const long left = test::outstandingAllocations() - pieces;
     framework::Container::m_pMemory = nullptr;
     ++m_trials;
@@ -325,7 +350,10 @@ void Runner::runRow(const Row& row) {
     // Fills the caches of the platform, and those that a process fills once.
     framework::Container::m_pMemory = nullptr;
     m_door = HEAP;
-    row.body(m_trial);
+    {
+        const UnwatchedLeaks unwatched(row.keeps != nullptr);
+        row.body(m_trial);
+    }
     m_watching = m_entered != nullptr;
     runOnce(HEAP, 0, false);
     m_watching = false;
