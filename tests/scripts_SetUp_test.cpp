@@ -37,14 +37,15 @@ public:
              {"bash",    "cat",   "chmod", "cut",      "dirname", "dpkg",    "env", "flock", "getent", "grep", "id",
               "install", "mkdir", "nproc", "readlink", "rm",      "setpriv", "sh",  "sleep", "tee",    "test", "touch"})
             fs::create_symlink(findTool(tool), path("bin/") + tool);
-        const std::string wait =
-            "echo $$ >" + path("pid") + "\nwhile [ -e " + path("hold") + " ]; do sleep 0.05; done\n";
+        // First, so that the file exists as soon as the program has printed anything.
+        const std::string announce = "echo $$ >" + path("pid") + "\n";
+        const std::string wait = "while [ -e " + path("hold") + " ]; do sleep 0.05; done\n";
         program("dpkg-query", "[ ! -e " + path("installed") + " ] || echo 'installed all'\n");
-        program("apt-get", "echo 'Get:1 http://deb.debian.org cmake'\n" + wait +
+        program("apt-get", announce + "echo 'Get:1 http://mirror.example cmake'\n" + wait +
                                "echo 'Unpacking cmake (3.25) ...'\necho $* >" + path("installed") + "\n");
-        program("cmake", "if [ $1 = --preset ]; then mkdir -p build/release; exit; fi\n"
-                         "echo '[0/2] Re-checking globbed directories...'\n"
-                         "echo '[1/2] Building CXX object main.cpp.o'\n" +
+        program("cmake", "if [ $1 = --preset ]; then mkdir -p build/release; exit; fi\n" + announce +
+                             "echo '[0/2] Re-checking globbed directories...'\n"
+                             "echo '[1/2] Building CXX object main.cpp.o'\n" +
                              wait + "mkdir -p " + path("build/release/examples/console") + "\ncd " +
                              path("build/release/examples/console") +
                              "\nrm -f vxconsole\n"
@@ -165,7 +166,7 @@ TEST(SetUp, ShowsItsProgressOnAPipeOnce) {
     EXPECT_EQ(first.status, 0);
     EXPECT_EQ(first.out, answerOf(geteuid()));
     EXPECT_EQ(first.err, "Installing cmake ninja-build g++ libcrypt-dev googletest\n"
-                         "Get:1 http://deb.debian.org cmake\n"
+                         "Get:1 http://mirror.example cmake\n"
                          "Unpacking cmake (3.25) ...\n"
                          "Building vxconsole\n"
                          "[1/2] Building CXX object main.cpp.o\n"
