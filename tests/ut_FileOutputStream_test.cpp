@@ -190,6 +190,34 @@ TEST_F(FileOutputStreamTest, NeverUsesTheDescriptorOfAStandardStream) {
     }
 }
 
+TEST_F(FileOutputStreamTest, AThreadThatWritesToAClosedStandardStreamNeverReachesTheFile) {
+    const std::string path = m_directory.path("ports");
+    const test::ChildResult child = test::runInChild([&] {
+        close(STDERR_FILENO);
+        std::atomic<bool> isDone(false);
+        int unexpectedErrors = 0;
+        std::thread writer([&] {
+            while (!isDone) {
+                if (write(STDERR_FILENO, "x", 1) != -1 || errno != EBADF)
+                    ++unexpectedErrors;
+            }
+        });
+        off_t written = 0;
+        for (int i = 0; i < 5000; ++i) {
+            const FileOutputStream stream(path.c_str(), false, 0600);
+            struct stat status = {};
+            if (stat(path.c_str(), &status) == 0)
+                written += status.st_size;
+        }
+        isDone = true;
+        writer.join();
+        if (fcntl(STDERR_FILENO, F_GETFD) != -1)
+            return 3;
+        return written != 0 ? 1 : unexpectedErrors != 0 ? 2 : 0;
+    });
+    EXPECT_EQ(child.status, 0);
+}
+
 TEST_F(FileOutputStreamTest, ClosesTheFileItOpened) {
     const std::string path = m_directory.path("ports");
     {

@@ -16,9 +16,7 @@ namespace utility {
 /// are no users. Debug switch 484 traces.
 ///
 /// A rewrite (`putUser`, `delUser`) has four steps:
-/// 1. Write all entries to "<file>.new". Only its owner can open it, and its permissions are not wider than those of
-/// the
-///    file.
+/// 1. Write all entries to "<file>.new". Only its owner can open it, with no wider permissions than the file has.
 /// 2. Sync the new file and its folder to disk.
 /// 3. Copy the new file over the file with the command `cp`.
 /// 4. Leave the new file in place.
@@ -55,9 +53,7 @@ public:
     static void delUser(PW* user);
     /// Writes the "$1$" hash (MD5-based) of `plain` to `out`, truncated to `outSize` bytes including the terminator,
     /// and returns `out`. The salt is derived from the current time.
-    /// - `plain`: may overlap `out`; if it is null or the platform cannot hash it, or if memory is exhausted, the
-    /// result
-    ///   is empty
+    /// - `plain`: may overlap `out`. If it is null, cannot be hashed, or memory is exhausted, the result is empty.
     /// - `out`: nothing is written if it is null or `outSize` is 0
     static char* encryptPassword(const char* plain, char* out, unsigned int outSize);
 
