@@ -268,6 +268,9 @@ TEST(Logger, DefaultFillsAPipeThatTakesOnlyPartOfTheMessage) {
 }
 
 TEST(Logger, DefaultContinuesAfterASignalCutTheMessage) {
+#ifdef __SANITIZE_THREAD__
+    GTEST_SKIP() << "the thread sanitizer holds signals back while a thread waits in write";
+#endif
     int ends[2];
     ASSERT_EQ(pipe(ends), 0);
     ASSERT_EQ(pipe(interruptions), 0);

@@ -191,6 +191,10 @@ TEST_F(FileOutputStreamTest, NeverUsesTheDescriptorOfAStandardStream) {
 }
 
 TEST_F(FileOutputStreamTest, AThreadThatWritesToAClosedStandardStreamNeverReachesTheFile) {
+#ifdef __SANITIZE_THREAD__
+    GTEST_SKIP()
+        << "the thread sanitizer reports that a thread uses a descriptor which another one closes, as it must here";
+#endif
     const std::string path = m_directory.path("ports");
     const test::ChildResult child = test::runInChild([&] {
         close(STDERR_FILENO);
