@@ -1,49 +1,23 @@
 #include "ut_WriteLockGuard.h"
 
-#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <atomic>
 #include <chrono>
-#include <stdexcept>
-#include <string>
 #include <thread>
-#include <type_traits>
 #include <vector>
 
+#include "LockGuardSuite.h"
 #include "fw_PosixRWLock.h"
 
 namespace {
 
 using framework::thread::WriteLockGuard;
-using Calls = std::vector<std::string>;
 
-static_assert(!std::is_polymorphic<WriteLockGuard>::value, "it has no virtual operation");
-static_assert(sizeof(WriteLockGuard) == sizeof(void*), "it is a reference and nothing else");
-static_assert(!std::is_copy_constructible<WriteLockGuard>::value, "a copy would unlock twice");
-static_assert(!std::is_copy_assignable<WriteLockGuard>::value, "an assignment would unlock twice");
-
-/// Keeps what is asked of it.
-class RecordingLock : public framework::thread::RWLockIF {
-public:
-    void readLock() override {
-        calls.push_back("readLock");
-    }
-    void writeLock() override {
-        calls.push_back("writeLock");
-    }
-    void unlock() override {
-        calls.push_back("unlock");
-    }
-
-    Calls calls;
-};
-
-class RefusingLock : public RecordingLock {
-public:
-    void writeLock() override {
-        throw std::runtime_error("refused");
-    }
+struct WriteGuards {
+    typedef WriteLockGuard Guard;
+    static constexpr const char* TAKES = "writeLock";
+    static constexpr const char* MANGLED = "_ZN9framework6thread14WriteLockGuard";
 };
 
 TEST(WriteLockGuard, UsageExample) {
@@ -51,50 +25,6 @@ TEST(WriteLockGuard, UsageExample) {
     { framework::thread::WriteLockGuard guard(lock); }
     lock.writeLock();
     lock.unlock();
-}
-
-TEST(WriteLockGuard, LocksWhenMadeAndUnlocksOnceAtTheEndOfTheScope) {
-    RecordingLock lock;
-    {
-        const WriteLockGuard guard(lock);
-        EXPECT_EQ(lock.calls, Calls{"writeLock"});
-    }
-    EXPECT_EQ(lock.calls, (Calls{"writeLock", "unlock"}));
-}
-
-TEST(WriteLockGuard, UnlocksWhenTheScopeIsLeftByAnException) {
-    RecordingLock lock;
-    EXPECT_THROW(
-        {
-            const WriteLockGuard guard(lock);
-            throw std::runtime_error("left");
-        },
-        std::runtime_error);
-    EXPECT_EQ(lock.calls, (Calls{"writeLock", "unlock"}));
-}
-
-TEST(WriteLockGuard, DoesNotUnlockWhatItDidNotGet) {
-    RefusingLock lock;
-    EXPECT_THROW(WriteLockGuard guard(lock), std::runtime_error);
-    EXPECT_EQ(lock.calls, Calls{});
-}
-
-TEST(WriteLockGuard, NestedGuardsUnlockOncePerGuard) {
-    RecordingLock lock;
-    {
-        const WriteLockGuard outer(lock);
-        const WriteLockGuard inner(lock);
-    }
-    EXPECT_EQ(lock.calls, (Calls{"writeLock", "writeLock", "unlock", "unlock"}));
-}
-
-TEST(WriteLockGuard, EachGuardUnlocksItsOwnLock) {
-    RecordingLock first;
-    RecordingLock second;
-    const WriteLockGuard outer(first);
-    { const WriteLockGuard inner(second); }
-    EXPECT_EQ(first.calls, Calls{"writeLock"});
-    EXPECT_EQ(second.calls, (Calls{"writeLock", "unlock"}));
 }
 
 TEST(WriteLockGuard, KeepsReadersAndWritersOut) {
@@ -138,15 +68,8 @@ TEST(WriteLockGuard, LetsOneThreadInAtATime) {
     EXPECT_EQ(count, 8000);
 }
 
-TEST(WriteLockGuard, IsExportedByTheLibrary) {
-    void* const library = dlopen("libVXut.so.1", RTLD_NOW);
-    ASSERT_NE(library, nullptr);
-    const std::string name = "_ZN9framework6thread14WriteLockGuard";
-    EXPECT_NE(dlsym(library, (name + "C1ERNS0_8RWLockIFE").c_str()), nullptr);
-    EXPECT_NE(dlsym(library, (name + "C2ERNS0_8RWLockIFE").c_str()), nullptr);
-    EXPECT_NE(dlsym(library, (name + "D1Ev").c_str()), nullptr);
-    EXPECT_NE(dlsym(library, (name + "D2Ev").c_str()), nullptr);
-    dlclose(library);
-}
-
 } // namespace
+
+namespace test {
+INSTANTIATE_TYPED_TEST_SUITE_P(WriteLockGuard, LockGuardTest, WriteGuards);
+} // namespace test
