@@ -5,6 +5,7 @@
 #include <cstdarg>
 
 #include "fw_KnownStrings.h"
+#include "fw_KnownTokens.h"
 #include "fw_StringToken.h"
 
 namespace utility {
@@ -35,7 +36,7 @@ public:
 
     /// Returns the token of the class name.
     virtual stringtoken getName() const {
-        return 367;
+        return strings::TOKEN_ENTITY;
     }
     /// Returns the class name, an interned text that is never freed.
     virtual const char* getNameString() const {

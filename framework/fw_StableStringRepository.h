@@ -7,7 +7,7 @@ namespace strings {
 
 /// Interns texts: equal texts get the same number for the lifetime of the process. Thread-safe.
 ///
-/// Known texts have fixed numbers (`fw_KnownStrings.cpp`). Every other text gets the next free number, from 6945
+/// Known texts have fixed numbers (`strings::KnownToken`). Every other text gets the next free number, from 6945
 /// upward, so that the first names made at run time can be used as debug switches, which end at 8191. Texts are copied.
 /// Nothing is thrown.
 ///

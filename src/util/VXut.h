@@ -13,6 +13,7 @@
 #include "fw_GenericServiceManager.h"
 #include "fw_Item.h"
 #include "fw_KnownStrings.h"
+#include "fw_KnownTokens.h"
 #include "fw_Logger.h"
 #include "fw_Memory.h"
 #include "fw_PosixRWLock.h"

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "fw_Item.h"
+#include "fw_KnownTokens.h"
 #include "ut_Export.h"
 #include "ut_StringArray.h"
 
@@ -29,7 +30,7 @@ public:
     ~Arguments() override;
 
     stringtoken getName() const override {
-        return 291;
+        return strings::TOKEN_ARGUMENTS;
     }
     const char* getNameString() const override {
         return pGSArguments;

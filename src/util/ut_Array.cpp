@@ -12,7 +12,6 @@ namespace utility {
 
 namespace {
 
-constexpr unsigned int traceSwitch = 292;
 constexpr unsigned int growthStep = 20;
 
 bool isCountable(unsigned int size, unsigned int grow, size_t elementSize) {
@@ -63,17 +62,17 @@ void* Array::realloc(void* old, unsigned int* size, unsigned int grow, size_t el
     const size_t oldBytes = *size * elementSize;
     const size_t newBytes = newSize * elementSize;
     char* const block = static_cast<char*>(framework::Memory::StaticAlloc(newBytes));
-    VXUT_TRACE(traceSwitch, "growing array from %d to %d, old [%p], new [%p]", static_cast<int>(oldBytes),
+    VXUT_TRACE(TOKEN_ARRAY, "growing array from %d to %d, old [%p], new [%p]", static_cast<int>(oldBytes),
                static_cast<int>(newBytes), old, static_cast<void*>(block));
     if (block == nullptr)
         VXUT_THROW(FAILURE_ARRAY_STORAGE, "");
 
     if (old != nullptr) {
-        VXUT_TRACE(traceSwitch, "copy from [%p] to [%p] of %d bytes", old, static_cast<void*>(block),
+        VXUT_TRACE(TOKEN_ARRAY, "copy from [%p] to [%p] of %d bytes", old, static_cast<void*>(block),
                    static_cast<int>(oldBytes));
         std::memcpy(block, old, oldBytes);
         const size_t clearBytes = grow * elementSize;
-        VXUT_TRACE(traceSwitch, "clear memory at [%p], %d bytes", static_cast<void*>(block + oldBytes),
+        VXUT_TRACE(TOKEN_ARRAY, "clear memory at [%p], %d bytes", static_cast<void*>(block + oldBytes),
                    static_cast<int>(clearBytes));
         std::memset(block + oldBytes, 0, clearBytes);
         framework::Memory::StaticFree(old);

@@ -8,12 +8,6 @@
 
 namespace utility {
 
-namespace {
-
-constexpr unsigned int listSwitch = 300;
-
-} // namespace
-
 BufferStreamList::BufferStreamList() {
     init();
 }
@@ -94,11 +88,11 @@ bool BufferStreamList::Wait(long seconds) {
     ++m_waiters;
     int error = 0;
     if (seconds == 0) {
-        VXUT_TRACE(listSwitch, "Wait .... (%d waiters)", m_waiters);
+        VXUT_TRACE(TOKEN_BUFFER_STREAM_LIST, "Wait .... (%d waiters)", m_waiters);
         error = pthread_cond_wait(&m_condition, &m_mutex);
     } else {
         const timespec deadline = deadlineAfterSeconds(seconds);
-        VXUT_TRACE(listSwitch, "timed Wait .... (%d waiters)", m_waiters);
+        VXUT_TRACE(TOKEN_BUFFER_STREAM_LIST, "timed Wait .... (%d waiters)", m_waiters);
         error = pthread_cond_timedwait(&m_condition, &m_mutex, &deadline);
         if (error == ETIMEDOUT) {
             --m_waiters;

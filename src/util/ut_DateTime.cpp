@@ -33,7 +33,6 @@ const char* const DateTime::DT_ErrorMessages[3] = {"No Error", "Invalid Time Zon
 
 namespace {
 
-constexpr stringtoken traceSwitch = 348;
 constexpr time_t invalidTime = -1;
 constexpr int firstTmYear = 1900;
 constexpr int monthsPerYear = 12;
@@ -376,7 +375,7 @@ DateTime::DateTime(const char* text) : m_time(0) {
         return;
     VXUT_REQUIRE_DATE(fields.isComplete());
     const WrittenFields written = fields.written();
-    VXUT_TRACE(traceSwitch, "DateTime: Year %d Month %d Day %d Hour %d Minute %d Seconds %d", written.year,
+    VXUT_TRACE(TOKEN_DATE_TIME, "DateTime: Year %d Month %d Day %d Hour %d Minute %d Seconds %d", written.year,
                written.month, written.day, written.hour, written.minute, written.second);
     m_time = localSeconds(written);
     VXUT_REQUIRE_DATE(m_time != invalidTime);

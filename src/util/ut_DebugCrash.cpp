@@ -20,6 +20,7 @@
 #include "fw_ApplicationArguments.h"
 #include "fw_Container.h"
 #include "fw_GenericServiceManager.h"
+#include "fw_KnownTokens.h"
 #include "fw_Logger.h"
 #include "fw_ThreadInfo.h"
 #include "ut_BufferStream.h"
@@ -37,7 +38,6 @@ namespace utility {
 
 namespace {
 
-const unsigned int signalNullSwitch = 350;
 const int contextSignal = 12; // SIGUSR2
 const unsigned int deepestBackTrace = 40;
 const unsigned int skippedFrames = 2;
@@ -256,7 +256,7 @@ void Debug::SignalExit(int sig) {
 }
 
 void Debug::SignalNull(int sig) {
-    if (!isDebugOn(signalNullSwitch))
+    if (!isDebugOn(strings::TOKEN_DEBUG))
         return;
     const InterruptedError interrupted;
     framework::Logger::StaticLog(framework::Logger::LOG_DEBUG, "\n\r%s: Received SIGNAL %s(%d)\n\r",

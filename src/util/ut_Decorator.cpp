@@ -1,10 +1,20 @@
 #include "ut_Decorator.h"
 
+#include "fw_KnownTokens.h"
+
 namespace utility {
 
-const stringtoken Decorator::m_toToken[36] = {1200, 6911, 6912, 6913, 6914, 1867, 6915, 6916, 6917, 6918, 6919, 6920,
-                                              6921, 6922, 6923, 6924, 6925, 6926, 6927, 6928, 6929, 6930, 6931, 6932,
-                                              6933, 6934, 6935, 6936, 6937, 6938, 6939, 6940, 6941, 6942, 6943, 6944};
+const stringtoken Decorator::m_toToken[36] = {
+    strings::TOKEN_NORMAL,        strings::TOKEN_EMPHASIS,   strings::TOKEN_STRONG,      strings::TOKEN_UNDERLINED,
+    strings::TOKEN_INVERSE,       strings::TOKEN_HEADING,    strings::TOKEN_SUBHEADING,  strings::TOKEN_TITLE,
+    strings::TOKEN_SUBTITLE,      strings::TOKEN_PARAGRAPH,  strings::TOKEN_QUOTATION,   strings::TOKEN_LIST_ITEM,
+    strings::TOKEN_TABLE_HEADING, strings::TOKEN_TABLE_CELL, strings::TOKEN_TABLE_TOTAL, strings::TOKEN_SEPARATOR,
+    strings::TOKEN_LABEL,         strings::TOKEN_VALUE,      strings::TOKEN_UNIT,        strings::TOKEN_LINK,
+    strings::TOKEN_COMMAND,       strings::TOKEN_OPTION,     strings::TOKEN_PROMPT,      strings::TOKEN_SELECTION,
+    strings::TOKEN_DISABLED,      strings::TOKEN_COMMENT,    strings::TOKEN_SUCCESS,     strings::TOKEN_WARNING,
+    strings::TOKEN_FAILURE,       strings::TOKEN_CRITICAL,   strings::TOKEN_RED,         strings::TOKEN_GREEN,
+    strings::TOKEN_YELLOW,        strings::TOKEN_BLUE,       strings::TOKEN_MAGENTA,     strings::TOKEN_CYAN,
+};
 
 Decorator::Decorator() = default;
 
@@ -15,8 +25,7 @@ void Decorator::setDecoration(DecorationType) {}
 void Decorator::setDecoration(DecorationType, PutStream*) {}
 
 stringtoken Decorator::toToken(DecorationType type) {
-    const stringtoken undefined = 1153;
-    return type >= Normal && type <= Cyan ? m_toToken[type] : undefined;
+    return type >= Normal && type <= Cyan ? m_toToken[type] : strings::TOKEN_UNDEFINED;
 }
 
 } // namespace utility

@@ -12,8 +12,6 @@ namespace utility {
 
 namespace {
 
-constexpr unsigned int dirIteratorSwitch = 353;
-
 int classify(mode_t mode) {
     if (S_ISDIR(mode))
         return 3;
@@ -49,7 +47,7 @@ DirIterator::~DirIterator() {
 bool DirIterator::open() {
     close();
     m_pDir = openDirectory(getPath());
-    VXUT_TRACE_ENTITY(dirIteratorSwitch, "opendir %s returned [%p]", getPath(), static_cast<void*>(m_pDir));
+    VXUT_TRACE_ENTITY(TOKEN_DIR_ITERATOR, "opendir %s returned [%p]", getPath(), static_cast<void*>(m_pDir));
     if (m_pDir == nullptr)
         reportError();
     return m_pDir != nullptr;
@@ -64,9 +62,9 @@ void DirIterator::reportError() {
 void DirIterator::close() {
     if (m_pDir == nullptr)
         return;
-    VXUT_TRACE_ENTITY(dirIteratorSwitch, "closedir m_pDir");
+    VXUT_TRACE_ENTITY(TOKEN_DIR_ITERATOR, "closedir m_pDir");
     closedir(m_pDir);
-    VXUT_TRACE_ENTITY(dirIteratorSwitch, "closedir m_pDir");
+    VXUT_TRACE_ENTITY(TOKEN_DIR_ITERATOR, "closedir m_pDir");
     m_pDir = nullptr;
     end();
 }
@@ -97,15 +95,15 @@ const char* DirIterator::nextMatch(const char* function) {
     // `readdir` returns null for both a failure and the end of the directory; only `errno` distinguishes them.
     for (errno = 0; (m_entry = readdir(m_pDir)) != nullptr; errno = 0) {
         const char* name = m_entry->d_name;
-        VXUT_TRACE_ENTITY_AS(function, dirIteratorSwitch, "match name %s to pattern %s", name,
+        VXUT_TRACE_ENTITY_AS(function, TOKEN_DIR_ITERATOR, "match name %s to pattern %s", name,
                              m_pattern != nullptr ? m_pattern : "(null)");
         const int result = m_pattern != nullptr ? fnmatch(m_pattern, name, 0) : FNM_NOMATCH;
-        VXUT_TRACE_ENTITY_AS(function, dirIteratorSwitch, "match returned %d", result);
+        VXUT_TRACE_ENTITY_AS(function, TOKEN_DIR_ITERATOR, "match returned %d", result);
         if (result != 0)
             continue;
         ++m_index;
         setFullFile(name);
-        VXUT_TRACE_ENTITY_AS(function, dirIteratorSwitch, "returning value %s", name);
+        VXUT_TRACE_ENTITY_AS(function, TOKEN_DIR_ITERATOR, "returning value %s", name);
         return name;
     }
     if (errno != 0)

@@ -10,7 +10,6 @@ namespace utility {
 
 namespace {
 
-constexpr unsigned int traceSwitch = 4395;
 constexpr unsigned int pageShift = 12;
 constexpr unsigned int bytesPerPage = 1U << pageShift;
 
@@ -33,7 +32,7 @@ DynamicStream::DynamicStream(int maxSize)
       m_pageCount(0),
       m_outputCount(0),
       m_inputCount(0) {
-    VXUT_TRACE(traceSwitch, "maxPages: %d", m_maxPages);
+    VXUT_TRACE(TOKEN_DYNAMIC_STREAM, "maxPages: %d", m_maxPages);
     m_pages = static_cast<char**>(framework::Memory::StaticAlloc(m_maxPages * sizeof(char*)));
     if (m_pages == nullptr)
         m_maxPages = 0;
@@ -67,7 +66,7 @@ bool DynamicStream::StartOutputStream() {
 void DynamicStream::EndOutputStream() {}
 
 bool DynamicStream::SendOutputStream(const char* data, unsigned int size) {
-    VXUT_TRACE(traceSwitch, "size: %d", size);
+    VXUT_TRACE(TOKEN_DYNAMIC_STREAM, "size: %d", size);
     if (m_outputCount >= m_maxSize) {
         VXUT_LOG(framework::Logger::LOG_ERROR, "not enough room");
         return false;
@@ -77,12 +76,12 @@ bool DynamicStream::SendOutputStream(const char* data, unsigned int size) {
 
     while (size > 0) {
         const unsigned int available = m_maxSize - m_outputCount;
-        VXUT_TRACE(traceSwitch, "available: %d", available);
+        VXUT_TRACE(TOKEN_DYNAMIC_STREAM, "available: %d", available);
         if (available == 0)
             return false;
 
         const Place at(m_outputCount);
-        VXUT_TRACE(traceSwitch, "page: %d, offset: %d, length: %d", at.page, at.offset, at.length);
+        VXUT_TRACE(TOKEN_DYNAMIC_STREAM, "page: %d, offset: %d, length: %d", at.page, at.offset, at.length);
         if (m_pageCount < at.page) {
             VXUT_LOG(framework::Logger::LOG_ERROR, "out of bounds on dynamic stream");
             return false;
@@ -92,7 +91,7 @@ bool DynamicStream::SendOutputStream(const char* data, unsigned int size) {
                 VXUT_LOG(framework::Logger::LOG_ERROR, "tried to write past the end of the max for a dynamic stream");
                 return false;
             }
-            VXUT_TRACE(traceSwitch, "allocating page: %d", m_pageCount);
+            VXUT_TRACE(TOKEN_DYNAMIC_STREAM, "allocating page: %d", m_pageCount);
             if (!allocatePage()) {
                 VXUT_LOG(framework::Logger::LOG_ERROR, "no memory for page: %d", m_pageCount);
                 return false;
@@ -107,7 +106,7 @@ bool DynamicStream::SendOutputStream(const char* data, unsigned int size) {
                      at.page, at.offset, at.length, size, m_inputCount, m_outputCount);
             return false;
         }
-        VXUT_TRACE(traceSwitch,
+        VXUT_TRACE(TOKEN_DYNAMIC_STREAM,
                    "transfer: %d, page: %d, offset: %d, length: %d, size: %d, inputCount: %d, outputCount: %d", count,
                    at.page, at.offset, at.length, size, m_inputCount, m_outputCount);
         std::memcpy(m_pages[at.page] + at.offset, data, count);
@@ -149,7 +148,7 @@ void DynamicStream::EndInputStream() {
 }
 
 int DynamicStream::ReceiveInputStream(char* buffer, unsigned int size) {
-    VXUT_TRACE(traceSwitch, "size: %d", size);
+    VXUT_TRACE(TOKEN_DYNAMIC_STREAM, "size: %d", size);
     if (m_inputCount >= m_outputCount)
         return -1;
     if (buffer == nullptr)
@@ -159,7 +158,7 @@ int DynamicStream::ReceiveInputStream(char* buffer, unsigned int size) {
     while (size > 0 && m_inputCount < m_outputCount) {
         const unsigned int unread = m_outputCount - m_inputCount;
         const Place at(m_inputCount);
-        VXUT_TRACE(traceSwitch, "page: %d, offset: %d, length: %d", at.page, at.offset, at.length);
+        VXUT_TRACE(TOKEN_DYNAMIC_STREAM, "page: %d, offset: %d, length: %d", at.page, at.offset, at.length);
         const unsigned int count = std::min(at.length, std::min(size, unread));
         // Without progress, the loop would never end.
         if (count == 0) {
@@ -168,7 +167,7 @@ int DynamicStream::ReceiveInputStream(char* buffer, unsigned int size) {
                      at.page, at.offset, at.length, size, m_inputCount, m_outputCount);
             return -1;
         }
-        VXUT_TRACE(traceSwitch,
+        VXUT_TRACE(TOKEN_DYNAMIC_STREAM,
                    "transfer: %d, page: %d, offset: %d, length: %d, size: %d, inputCount: %d, outputCount: %d", count,
                    at.page, at.offset, at.length, size, m_inputCount, m_outputCount);
         std::memcpy(buffer, m_pages[at.page] + at.offset, count);

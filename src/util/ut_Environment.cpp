@@ -16,7 +16,6 @@ namespace utility {
 
 namespace {
 
-constexpr unsigned int environmentSwitch = 368;
 constexpr unsigned int initialCapacity = 20;
 
 // Appends a pair, or nothing if memory is exhausted. The table has an even number of slots, so only the first of the
@@ -66,8 +65,8 @@ int Environment::find(const char* name) const {
         return -1;
     for (unsigned int i = 0; i < m_variables->length(); i += 2) {
         const char* stored = m_variables->ElementAt(i);
-        VXUT_TRACE(environmentSwitch, "check %u", i);
-        VXUT_TRACE(environmentSwitch, "%s == %s", name, stored);
+        VXUT_TRACE(TOKEN_ENVIRONMENT, "check %u", i);
+        VXUT_TRACE(TOKEN_ENVIRONMENT, "%s == %s", name, stored);
         if (stored != nullptr && std::strcmp(name, stored) == 0)
             return static_cast<int>(i);
     }

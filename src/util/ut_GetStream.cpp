@@ -16,8 +16,6 @@ namespace utility {
 
 namespace {
 
-constexpr unsigned int getStreamSwitch = 410;
-
 // How many missing elements of an array are replaced by the last value. A count with more missing elements does not
 // come from a truncated array but from hostile data.
 constexpr unsigned int maxMissingElements = 65535;
@@ -93,7 +91,7 @@ char* GetStream::ReadLine() {
     }
     const int advance = static_cast<int>(next - start);
     // Trace the earlier count: `ReadAvailable` would refill the buffer of a stream with a source.
-    VXUT_TRACE(getStreamSwitch, "advancing %d, readavailable %d", advance, available);
+    VXUT_TRACE(TOKEN_GET_STREAM, "advancing %d, readavailable %d", advance, available);
     ReadAdvance(advance);
     return start;
 }

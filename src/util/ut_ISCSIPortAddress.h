@@ -4,6 +4,7 @@
 
 #include <cstdint>
 
+#include "fw_KnownTokens.h"
 #include "ut_IPV4Address.h"
 #include "ut_IPV6Address.h"
 #include "ut_PortAddress.h"
@@ -26,7 +27,7 @@ namespace utility {
 class VXUT_EXPORT ISCSIPortAddress : public PortAddress {
 public:
     /// The kinds of IP addresses.
-    enum IPType : uint32_t { IP_V4 = 1358, IP_V6 = 1359 };
+    enum IPType : uint32_t { IP_V4 = strings::TOKEN_IPV4, IP_V6 = strings::TOKEN_IPV6 };
 
     /// Copies an IPv4 address, a port and a name.
     /// - `port`: TCP port; 0: no port

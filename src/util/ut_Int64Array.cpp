@@ -6,12 +6,6 @@
 
 namespace utility {
 
-namespace {
-
-constexpr unsigned int traceSwitch = 441;
-
-} // namespace
-
 Int64Array::Int64Array(unsigned int capacity) : Array(capacity) {
     allocateBlock(capacity, sizeof(int64_t));
 }
@@ -26,20 +20,20 @@ Int64Array::~Int64Array() {
 
 void Int64Array::Append(int64_t value) {
     growBlock(sizeof(int64_t));
-    VXUT_TRACE(traceSwitch, "Appending [%llu] at %d", static_cast<unsigned long long>(value), m_length);
+    VXUT_TRACE(TOKEN_INT64_ARRAY, "Appending [%llu] at %d", static_cast<unsigned long long>(value), m_length);
     slots()[m_length] = value;
     ++m_length;
 }
 
 void Int64Array::InsertAt(unsigned int index, int64_t value) {
-    VXUT_TRACE_ENTER(traceSwitch);
+    VXUT_TRACE_ENTER(TOKEN_INT64_ARRAY);
     VXUT_CHECK_INDEX(index <= m_length);
     growBlock(sizeof(int64_t));
     for (unsigned int to = m_length; to > index; --to) {
-        VXUT_TRACE(traceSwitch, "moving from %d to %d", to - 1, to);
+        VXUT_TRACE(TOKEN_INT64_ARRAY, "moving from %d to %d", to - 1, to);
         slots()[to] = slots()[to - 1];
     }
-    VXUT_TRACE(traceSwitch, "setting %llu = %d", static_cast<unsigned long long>(value), index);
+    VXUT_TRACE(TOKEN_INT64_ARRAY, "setting %llu = %d", static_cast<unsigned long long>(value), index);
     slots()[index] = value;
     ++m_length;
 }

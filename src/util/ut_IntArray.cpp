@@ -6,12 +6,6 @@
 
 namespace utility {
 
-namespace {
-
-constexpr unsigned int traceSwitch = 442;
-
-} // namespace
-
 IntArray::IntArray(unsigned int capacity) : Array(capacity) {
     allocateBlock(capacity, sizeof(int));
 }
@@ -26,20 +20,20 @@ IntArray::~IntArray() {
 
 void IntArray::Append(int value) {
     growBlock(sizeof(int));
-    VXUT_TRACE(traceSwitch, "Appending [%d] at %d", value, m_length);
+    VXUT_TRACE(TOKEN_INT_ARRAY, "Appending [%d] at %d", value, m_length);
     slots()[m_length] = value;
     ++m_length;
 }
 
 void IntArray::InsertAt(unsigned int index, int value) {
-    VXUT_TRACE_ENTER(traceSwitch);
+    VXUT_TRACE_ENTER(TOKEN_INT_ARRAY);
     VXUT_CHECK_INDEX(index <= m_length);
     growBlock(sizeof(int));
     for (unsigned int to = m_length; to > index; --to) {
-        VXUT_TRACE(traceSwitch, "moving from %d to %d", to - 1, to);
+        VXUT_TRACE(TOKEN_INT_ARRAY, "moving from %d to %d", to - 1, to);
         slots()[to] = slots()[to - 1];
     }
-    VXUT_TRACE(traceSwitch, "setting %d = %d", index, value);
+    VXUT_TRACE(TOKEN_INT_ARRAY, "setting %d = %d", index, value);
     slots()[index] = value;
     ++m_length;
 }

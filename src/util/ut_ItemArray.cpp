@@ -9,7 +9,6 @@ namespace utility {
 
 namespace {
 
-constexpr unsigned int traceSwitch = 444;
 constexpr unsigned int notFound = 0xFFFFFFFF;
 
 } // namespace
@@ -28,20 +27,20 @@ ItemArray::~ItemArray() {
 
 void ItemArray::Append(framework::Item* item) {
     growBlock(sizeof(framework::Item*));
-    VXUT_TRACE(traceSwitch, "Appending [%p] at %d", static_cast<void*>(item), m_length);
+    VXUT_TRACE(TOKEN_ITEM_ARRAY, "Appending [%p] at %d", static_cast<void*>(item), m_length);
     slots()[m_length] = item;
     ++m_length;
 }
 
 void ItemArray::InsertAt(unsigned int index, framework::Item* item) {
-    VXUT_TRACE_ENTER(traceSwitch);
+    VXUT_TRACE_ENTER(TOKEN_ITEM_ARRAY);
     VXUT_CHECK_INDEX(index <= m_length);
     growBlock(sizeof(framework::Item*));
     for (unsigned int to = m_length; to > index; --to) {
-        VXUT_TRACE(traceSwitch, "moving from %d to %d", to - 1, to);
+        VXUT_TRACE(TOKEN_ITEM_ARRAY, "moving from %d to %d", to - 1, to);
         slots()[to] = slots()[to - 1];
     }
-    VXUT_TRACE(traceSwitch, "setting %d = %p", index, static_cast<void*>(item));
+    VXUT_TRACE(TOKEN_ITEM_ARRAY, "setting %d = %p", index, static_cast<void*>(item));
     slots()[index] = item;
     ++m_length;
 }

@@ -5,6 +5,7 @@
 
 #include <strings.h>
 
+#include "fw_KnownTokens.h"
 #include "fw_StableStringRepository.h"
 #include "ut_PutStream.h"
 
@@ -14,7 +15,7 @@ namespace {
 
 constexpr unsigned int poolBlockSize = 2048;
 constexpr unsigned int poolBlockCount = 20;
-constexpr stringtoken continuationKey = 1153;
+constexpr stringtoken continuationKey = strings::TOKEN_UNDEFINED;
 constexpr char noValue[1] = {0};
 
 // Terminates `text` at the first `separator` and returns the text after it; null if there is no separator.

@@ -8,8 +8,6 @@ namespace utility {
 
 namespace {
 
-constexpr unsigned int recordSwitch = 483;
-
 const char* shown(const char* text) {
     return text != nullptr ? text : "(null)";
 }
@@ -38,7 +36,7 @@ char* PW::newString(const char* s) {
 }
 
 void PW::dump() const {
-    VXUT_TRACE(recordSwitch, "PW - user: %s, pw: %s, uid: %d, gid: %d, rn: %s, dir: %s, sh: %s\n", shown(getUserName()),
+    VXUT_TRACE(TOKEN_PW, "PW - user: %s, pw: %s, uid: %d, gid: %d, rn: %s, dir: %s, sh: %s\n", shown(getUserName()),
                shown(getPassword()), getUid(), getGid(), shown(getRealName()), shown(getDir()), shown(getShell()));
 }
 

@@ -25,7 +25,6 @@ namespace utility {
 
 namespace {
 
-constexpr unsigned int serviceSwitch = 484;
 constexpr std::size_t longestNewName = 255;
 constexpr std::size_t longestCommand = 1023;
 static_assert(sizeof "cp  " + 2 * (longestNewName + sizeof "\"./\"") <= longestCommand, "every command fits");
@@ -253,14 +252,14 @@ PW* PWService::getUser(const char* name) {
     if (name == nullptr || getFileName() == nullptr)
         return nullptr;
     const std::string wanted(name);
-    VXUT_TRACE(serviceSwitch, "search for %s", wanted.c_str());
-    VXUT_TRACE(serviceSwitch, "in file: %s", getFileName());
+    VXUT_TRACE(TOKEN_PW_SERVICE, "search for %s", wanted.c_str());
+    VXUT_TRACE(TOKEN_PW_SERVICE, "in file: %s", getFileName());
     const File file = openRegular(getFileName());
     while (file != nullptr && readEntry(file.get())) {
         if (wanted != m_PW.getUserName())
             continue;
         m_PW.dump();
-        VXUT_TRACE(serviceSwitch, "found");
+        VXUT_TRACE(TOKEN_PW_SERVICE, "found");
         return &m_PW;
     }
     return nullptr;
@@ -288,7 +287,7 @@ bool PWService::copyEntries(std::FILE* in, std::FILE* out, const passwd& user, b
         const bool isGiven = std::strcmp(m_PW.getUserName(), user.pw_name) == 0;
         if (isGiven) {
             m_PW.dump();
-            VXUT_TRACE_AS(function, serviceSwitch, "found");
+            VXUT_TRACE_AS(function, TOKEN_PW_SERVICE, "found");
             found = true;
             if (!adds)
                 continue;
@@ -308,10 +307,10 @@ void PWService::rewrite(PW* user, bool adds, const char* function) {
         return;
     const OwnedUser owned(user->m_passwd);
     user->dump();
-    VXUT_TRACE_AS(function, serviceSwitch, "search for %s", owned.get().pw_name);
+    VXUT_TRACE_AS(function, TOKEN_PW_SERVICE, "search for %s", owned.get().pw_name);
     const std::string fileName = getFileName();
     const std::string newName = fileName + ".new";
-    VXUT_TRACE_AS(function, serviceSwitch, "in file: %s", newName.c_str());
+    VXUT_TRACE_AS(function, TOKEN_PW_SERVICE, "in file: %s", newName.c_str());
     if (newName.size() > longestNewName) {
         errno = ENAMETOOLONG;
         return logUnchanged(function, fileName.c_str(), "its new file cannot be made", "use a shorter VX_ROOT");

@@ -10,7 +10,6 @@ namespace utility {
 
 namespace {
 
-constexpr unsigned int pagingSwitch = 4679;
 constexpr int smallestPage = 2;
 
 } // namespace
@@ -24,7 +23,7 @@ PagingVirtualPutStream::PagingVirtualPutStream(framework::Console& console, int 
       m_quit(false),
       m_column(0),
       m_line(0) {
-    VXUT_TRACE(pagingSwitch, "width = %d, height = %d", width, height);
+    VXUT_TRACE(TOKEN_PAGING_VIRTUAL_PUT_STREAM, "width = %d, height = %d", width, height);
 }
 
 PagingVirtualPutStream::PagingVirtualPutStream(framework::Console& console, int width, int height, char* buffer,
@@ -36,7 +35,7 @@ PagingVirtualPutStream::PagingVirtualPutStream(framework::Console& console, int 
       m_quit(false),
       m_column(0),
       m_line(0) {
-    VXUT_TRACE(pagingSwitch, "width = %d, height = %d", width, height);
+    VXUT_TRACE(TOKEN_PAGING_VIRTUAL_PUT_STREAM, "width = %d, height = %d", width, height);
 }
 
 PagingVirtualPutStream::~PagingVirtualPutStream() = default;
@@ -73,7 +72,7 @@ void PagingVirtualPutStream::FlushOutputStream() {
         while (flushPage(fillPage())) {
         }
     } else {
-        VXUT_TRACE(pagingSwitch, "discarding virtual stream output\n");
+        VXUT_TRACE(TOKEN_PAGING_VIRTUAL_PUT_STREAM, "discarding virtual stream output\n");
     }
     Rewind();
 }
@@ -109,18 +108,18 @@ int PagingVirtualPutStream::fillPage() {
 }
 
 bool PagingVirtualPutStream::flushPage(int length) {
-    VXUT_TRACE(pagingSwitch, "Attempting to flush %d bytes\n", length);
+    VXUT_TRACE(TOKEN_PAGING_VIRTUAL_PUT_STREAM, "Attempting to flush %d bytes\n", length);
     length = boundedReadable(length);
     if (!m_target->SendOutputStream(pTail(), static_cast<unsigned int>(length))) {
-        VXUT_TRACE(pagingSwitch, "couldn't send page to output stream ");
+        VXUT_TRACE(TOKEN_PAGING_VIRTUAL_PUT_STREAM, "couldn't send page to output stream ");
         return false;
     }
-    VXUT_TRACE(pagingSwitch, "[Flushed %d bytes]\n", length);
+    VXUT_TRACE(TOKEN_PAGING_VIRTUAL_PUT_STREAM, "[Flushed %d bytes]\n", length);
     countTransferred(length);
     ReadAdvance(length);
     Consolidate();
-    VXUT_TRACE(pagingSwitch, "now have %d at tail %d head %d\n", Buffer::ReadAvailable(), ReadPosition(),
-               WritePosition());
+    VXUT_TRACE(TOKEN_PAGING_VIRTUAL_PUT_STREAM, "now have %d at tail %d head %d\n", Buffer::ReadAvailable(),
+               ReadPosition(), WritePosition());
     if (Buffer::ReadAvailable() < 1)
         return false;
 
@@ -130,7 +129,7 @@ bool PagingVirtualPutStream::flushPage(int length) {
     m_console->removePrompt(m_width);
     if (key != 'q' && key != 'Q')
         return true;
-    VXUT_TRACE(pagingSwitch, "user has requested Quit from paging");
+    VXUT_TRACE(TOKEN_PAGING_VIRTUAL_PUT_STREAM, "user has requested Quit from paging");
     m_quit = true;
     return false;
 }

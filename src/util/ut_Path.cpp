@@ -13,7 +13,6 @@ namespace utility {
 
 namespace {
 
-constexpr unsigned int pathSwitch = 489;
 constexpr mode_t directoryMode = 0770;
 
 std::string textOf(const char* text) {
@@ -130,7 +129,7 @@ bool Path::isAbsolute() const {
 
 bool Path::exists() const {
     const char* value = getValue();
-    VXUT_TRACE_ENTITY(pathSwitch, "checking existence of file %s", value);
+    VXUT_TRACE_ENTITY(TOKEN_PATH, "checking existence of file %s", value);
     struct stat status = {};
     return stat(value, &status) == 0;
 }
@@ -150,7 +149,7 @@ void Path::evaluatePath() const {
         if (i > 0) {
             m_starts[m_numComponents] = static_cast<unsigned int>(start);
             m_lengths[m_numComponents] = static_cast<unsigned int>(i - start);
-            VXUT_TRACE_ENTITY(pathSwitch, "Component %u: \"%.*s\"", m_numComponents, static_cast<int>(i - start),
+            VXUT_TRACE_ENTITY(TOKEN_PATH, "Component %u: \"%.*s\"", m_numComponents, static_cast<int>(i - start),
                               m_path.c_str() + start);
             ++m_numComponents;
         }
@@ -179,13 +178,13 @@ const char* Path::component(unsigned int i) const {
 void Path::removeComponent(unsigned int i) {
     evaluatePath();
     if (i > m_numComponents) {
-        VXUT_TRACE_ENTITY(pathSwitch, "ignoring remove");
+        VXUT_TRACE_ENTITY(TOKEN_PATH, "ignoring remove");
     } else if (i == m_numComponents) {
-        VXUT_TRACE_ENTITY(pathSwitch, "removing file/ext");
+        VXUT_TRACE_ENTITY(TOKEN_PATH, "removing file/ext");
         m_file.clear();
         m_extension.clear();
     } else {
-        VXUT_TRACE_ENTITY(pathSwitch, "removing component %u", i);
+        VXUT_TRACE_ENTITY(TOKEN_PATH, "removing component %u", i);
         m_path.erase(m_starts[i], m_lengths[i] + 1UL);
         m_evaluated = false;
         evaluatePath();
@@ -198,15 +197,15 @@ bool Path::isValid() {
     unsigned int index = 0;
     while (index < componentCount()) {
         const std::string name = textOf(component(index));
-        VXUT_TRACE_ENTITY(pathSwitch, "path=\"%s\"index=%u, pComponent=\"%s\"", m_path.c_str(), index, name.c_str());
-        VXUT_TRACE_ENTITY(pathSwitch, "ComponentCount %u", componentCount());
+        VXUT_TRACE_ENTITY(TOKEN_PATH, "path=\"%s\"index=%u, pComponent=\"%s\"", m_path.c_str(), index, name.c_str());
+        VXUT_TRACE_ENTITY(TOKEN_PATH, "ComponentCount %u", componentCount());
         const bool isParent = name == "..";
         if (!isParent && name != "." && !name.empty()) {
             ++index;
             continue;
         }
         if (name.empty())
-            VXUT_TRACE_ENTITY(pathSwitch, "empty");
+            VXUT_TRACE_ENTITY(TOKEN_PATH, "empty");
         removeComponent(index);
         if (isParent && index > 0)
             removeComponent(--index);
@@ -223,15 +222,15 @@ bool Path::isValid() {
 
 void Path::dumpComponents() {
     evaluatePath();
-    VXUT_TRACE_ENTITY(pathSwitch, "PATH=\"%s\"", m_path.c_str());
-    VXUT_TRACE_ENTITY(pathSwitch, "m_numComponents=%u", m_numComponents);
+    VXUT_TRACE_ENTITY(TOKEN_PATH, "PATH=\"%s\"", m_path.c_str());
+    VXUT_TRACE_ENTITY(TOKEN_PATH, "m_numComponents=%u", m_numComponents);
     for (unsigned int i = 0; i < m_numComponents; ++i)
-        VXUT_TRACE_ENTITY(pathSwitch, "%u: %u,%u \"%.*s\"", i, m_starts[i], m_lengths[i],
+        VXUT_TRACE_ENTITY(TOKEN_PATH, "%u: %u,%u \"%.*s\"", i, m_starts[i], m_lengths[i],
                           static_cast<int>(m_lengths[i]), m_path.c_str() + m_starts[i]);
 }
 
 bool Path::findIn(const char* searchPath, bool appended, const char* function) {
-    VXUT_TRACE_ENTITY_AS(function, pathSwitch, "Using search path: %s", searchPath);
+    VXUT_TRACE_ENTITY_AS(function, TOKEN_PATH, "Using search path: %s", searchPath);
     const std::string list = searchPath;
     Path candidate(*this);
     std::size_t end = 0;
@@ -239,9 +238,9 @@ bool Path::findIn(const char* searchPath, bool appended, const char* function) {
         end = std::min(list.find(':', start), list.size());
         const std::string element = list.substr(start, end - start);
         candidate.assignPath(appended ? joined(element, m_path) : element);
-        VXUT_TRACE_ENTITY_AS(function, pathSwitch, "Try search path: %s", candidate.getPath());
+        VXUT_TRACE_ENTITY_AS(function, TOKEN_PATH, "Try search path: %s", candidate.getPath());
         if (candidate.exists()) {
-            VXUT_TRACE_ENTITY_AS(function, pathSwitch, "found %s", candidate.getValue());
+            VXUT_TRACE_ENTITY_AS(function, TOKEN_PATH, "found %s", candidate.getValue());
             assignPath(candidate.m_path);
             return true;
         }

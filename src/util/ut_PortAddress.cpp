@@ -9,12 +9,6 @@
 
 namespace utility {
 
-namespace {
-
-constexpr unsigned int traceSwitch = 4499;
-
-} // namespace
-
 PortAddress::PortType PortAddress::getType() const {
     return PORT_UNDEFINED;
 }
@@ -50,20 +44,20 @@ unsigned int PortAddress::PortTypeToNumeric(PortType type) {
 }
 
 PortAddress::PortType PortAddress::PortTypeFromLinkType(uint8_t linkType) {
-    VXUT_TRACE(traceSwitch, "link-type[%d]", linkType);
+    VXUT_TRACE(TOKEN_PORT_ADDRESS, "link-type[%d]", linkType);
     switch (linkType) {
     case 1:
     case 64:
     case 128:
-        VXUT_TRACE(traceSwitch, "iSCSI");
+        VXUT_TRACE(TOKEN_PORT_ADDRESS, "iSCSI");
         return PORT_ISCSI;
     case 2:
     case 8:
     case 16:
-        VXUT_TRACE(traceSwitch, "FC");
+        VXUT_TRACE(TOKEN_PORT_ADDRESS, "FC");
         return PORT_FC;
     default:
-        VXUT_TRACE(traceSwitch, "Undefined!");
+        VXUT_TRACE(TOKEN_PORT_ADDRESS, "Undefined!");
         return PORT_UNDEFINED;
     }
 }

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <new>
 
+#include "fw_KnownTokens.h"
+
 namespace utility {
 
 class PutStream;
@@ -26,7 +28,11 @@ class PutStream;
 class VXUT_EXPORT PortAddress {
 public:
     /// The kinds of addresses. Callers store and exchange the numbers.
-    enum PortType : uint32_t { PORT_UNDEFINED = 1153, PORT_FC = 1509, PORT_ISCSI = 2152 };
+    enum PortType : uint32_t {
+        PORT_UNDEFINED = strings::TOKEN_UNDEFINED,
+        PORT_FC = strings::TOKEN_FC,
+        PORT_ISCSI = strings::TOKEN_ISCSI
+    };
 
     /// Returns a new copy, which the caller owns. Throws `std::bad_alloc` if memory is exhausted.
     virtual PortAddress* clone() const = 0;

@@ -12,7 +12,6 @@ namespace utility {
 
 namespace {
 
-constexpr unsigned int traceSwitch = 4500;
 constexpr size_t slotWidth = sizeof(void*);
 constexpr unsigned int notFound = 0xFFFFFFFF;
 
@@ -60,20 +59,20 @@ PortAddressArray::~PortAddressArray() {
 
 void PortAddressArray::Append(PortAddress* address) {
     growBlock(slotWidth);
-    VXUT_TRACE(traceSwitch, "Appending [%p] at %d", static_cast<void*>(address), m_length);
+    VXUT_TRACE(TOKEN_PORT_ADDRESS_ARRAY, "Appending [%p] at %d", static_cast<void*>(address), m_length);
     slots()[m_length] = address;
     ++m_length;
 }
 
 void PortAddressArray::InsertAt(unsigned int index, PortAddress* address) {
-    VXUT_TRACE_ENTER(traceSwitch);
+    VXUT_TRACE_ENTER(TOKEN_PORT_ADDRESS_ARRAY);
     VXUT_CHECK_INDEX(index <= m_length);
     growBlock(slotWidth);
     for (unsigned int to = m_length; to > index; --to) {
-        VXUT_TRACE(traceSwitch, "moving from %d to %d", to - 1, to);
+        VXUT_TRACE(TOKEN_PORT_ADDRESS_ARRAY, "moving from %d to %d", to - 1, to);
         slots()[to] = slots()[to - 1];
     }
-    VXUT_TRACE(traceSwitch, "setting %d = %p", index, static_cast<void*>(address));
+    VXUT_TRACE(TOKEN_PORT_ADDRESS_ARRAY, "setting %d = %p", index, static_cast<void*>(address));
     slots()[index] = address;
     ++m_length;
 }

@@ -9,7 +9,6 @@ namespace utility {
 
 namespace {
 
-constexpr unsigned int traceSwitch = 4618;
 constexpr size_t slotWidth = sizeof(void*);
 constexpr unsigned int notFound = 0xFFFFFFFF;
 
@@ -31,20 +30,20 @@ SerialNumberArray::~SerialNumberArray() {
 
 void SerialNumberArray::Append(SerialNumber* number) {
     growBlock(slotWidth);
-    VXUT_TRACE(traceSwitch, "Appending [%p] at %d", static_cast<void*>(number), m_length);
+    VXUT_TRACE(TOKEN_SERIAL_NUMBER_ARRAY, "Appending [%p] at %d", static_cast<void*>(number), m_length);
     slots()[m_length] = number;
     ++m_length;
 }
 
 void SerialNumberArray::InsertAt(unsigned int index, SerialNumber* number) {
-    VXUT_TRACE_ENTER(traceSwitch);
+    VXUT_TRACE_ENTER(TOKEN_SERIAL_NUMBER_ARRAY);
     VXUT_CHECK_INDEX(index <= m_length);
     growBlock(slotWidth);
     for (unsigned int to = m_length; to > index; --to) {
-        VXUT_TRACE(traceSwitch, "moving from %d to %d", to - 1, to);
+        VXUT_TRACE(TOKEN_SERIAL_NUMBER_ARRAY, "moving from %d to %d", to - 1, to);
         slots()[to] = slots()[to - 1];
     }
-    VXUT_TRACE(traceSwitch, "setting %d = %p", index, static_cast<void*>(number));
+    VXUT_TRACE(TOKEN_SERIAL_NUMBER_ARRAY, "setting %d = %p", index, static_cast<void*>(number));
     slots()[index] = number;
     ++m_length;
 }

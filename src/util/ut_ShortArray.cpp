@@ -1,16 +1,11 @@
 #include "ut_ShortArray.h"
 
 #include "fw_KnownStrings.h"
+#include "fw_KnownTokens.h"
 #include "ut_Failure.h"
 #include "ut_Trace.h"
 
 namespace utility {
-
-namespace {
-
-constexpr unsigned int traceSwitch = 566;
-
-} // namespace
 
 ShortArray::ShortArray(unsigned int capacity) : Array(capacity) {
     allocateBlock(capacity, sizeof(short));
@@ -25,24 +20,24 @@ ShortArray::~ShortArray() {
 }
 
 void ShortArray::Append(short value) {
-    if (Debug::isDebugOn(traceSwitch))
+    if (Debug::isDebugOn(strings::TOKEN_SHORT_ARRAY))
         VXUT_LOG(framework::Logger::LOG_ENTER, "%d", value);
     growBlock(sizeof(short));
-    VXUT_TRACE(traceSwitch, "Appending [%d] at %d", value, m_length);
+    VXUT_TRACE(TOKEN_SHORT_ARRAY, "Appending [%d] at %d", value, m_length);
     slots()[m_length] = value;
     ++m_length;
 }
 
 void ShortArray::InsertAt(unsigned int index, short value) {
-    if (Debug::isDebugOn(traceSwitch))
+    if (Debug::isDebugOn(strings::TOKEN_SHORT_ARRAY))
         VXUT_LOG(framework::Logger::LOG_ENTER, "%d, %d", index, value);
     VXUT_CHECK_INDEX(index <= m_length);
     growBlock(sizeof(short));
     for (unsigned int to = m_length; to > index; --to) {
-        VXUT_TRACE(traceSwitch, "moving from %d to %d", to - 1, to);
+        VXUT_TRACE(TOKEN_SHORT_ARRAY, "moving from %d to %d", to - 1, to);
         slots()[to] = slots()[to - 1];
     }
-    VXUT_TRACE(traceSwitch, "setting %d = %d", index, value);
+    VXUT_TRACE(TOKEN_SHORT_ARRAY, "setting %d = %d", index, value);
     slots()[index] = value;
     ++m_length;
 }

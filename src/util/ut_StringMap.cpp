@@ -4,6 +4,7 @@
 #include <cstring>
 #include <new>
 
+#include "fw_KnownTokens.h"
 #include "fw_Memory.h"
 #include "ut_Debug.h"
 #include "ut_Trace.h"
@@ -13,8 +14,6 @@ using framework::Memory;
 namespace utility {
 
 namespace {
-
-const unsigned int stringMapSwitch = 5859;
 
 typedef HashChains<TextKeys>::Node Node;
 
@@ -31,7 +30,7 @@ Node* makeNode(const char* key) {
 
 // Calls `hash` only if it is to be traced: the call would slow every lookup.
 unsigned int bucketOf(StringMap& map, const HashChains<TextKeys>& chains, const char* key) {
-    return Debug::isDebugOn(stringMapSwitch) ? map.hash(key) : chains.bucketOf(key);
+    return Debug::isDebugOn(strings::TOKEN_STRING_MAP) ? map.hash(key) : chains.bucketOf(key);
 }
 
 void releaseNode(const Node* node) {
@@ -48,7 +47,7 @@ StringMap::StringMap(unsigned int numBuckets) {
         return;
     }
     m_chains.useTable(Memory::StaticAlloc(m_chains.tableSize(numBuckets)), numBuckets);
-    VXUT_TRACE(stringMapSwitch, "numBuckets = %u, hashMask = %u", m_chains.numBuckets, m_chains.hashMask);
+    VXUT_TRACE(TOKEN_STRING_MAP, "numBuckets = %u, hashMask = %u", m_chains.numBuckets, m_chains.hashMask);
 }
 
 StringMap::~StringMap() {
@@ -60,7 +59,7 @@ uint32_t StringMap::hash(const char* key) {
     if (key == nullptr)
         return 0;
     const uint32_t bucket = m_chains.bucketOf(key);
-    if (!Debug::isDebugOn(stringMapSwitch))
+    if (!Debug::isDebugOn(strings::TOKEN_STRING_MAP))
         return bucket;
     VXUT_LOG(framework::Logger::LOG_DEBUG, "string to hash: %s, length=%d", key, static_cast<int>(std::strlen(key)));
     for (const char* at = key; *at != 0; ++at)

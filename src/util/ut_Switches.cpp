@@ -1,13 +1,7 @@
 #include "ut_Switches.h"
 
+#include "fw_KnownTokens.h"
 #include "ut_Debug.h"
-
-namespace {
-
-constexpr unsigned int CAPI_TRACE = 1198;
-constexpr unsigned int CAPI_PRINT = 1199;
-
-} // namespace
 
 int DebugPrintEnable = 0x1FFFFFFF;
 
@@ -16,9 +10,9 @@ int IsDebugOn(unsigned int n) {
 }
 
 int IsCapiTraceOn(void) {
-    return IsDebugOn(CAPI_TRACE);
+    return IsDebugOn(strings::TOKEN_CAPI_TRACE);
 }
 
 int IsCapiPrintOn(void) {
-    return IsDebugOn(CAPI_PRINT);
+    return IsDebugOn(strings::TOKEN_CAPI_PRINT);
 }

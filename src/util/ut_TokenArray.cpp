@@ -8,12 +8,6 @@
 
 namespace utility {
 
-namespace {
-
-constexpr unsigned int traceSwitch = 624;
-
-} // namespace
-
 TokenArray::TokenArray(unsigned int capacity) : Array(capacity) {
     allocateBlock(capacity, sizeof(stringtoken));
 }
@@ -39,20 +33,20 @@ void TokenArray::SetFromStringList(const char* list) {
 
 void TokenArray::Append(stringtoken token) {
     growBlock(sizeof(stringtoken));
-    VXUT_TRACE(traceSwitch, "Appending [%d] at %d", token, m_length);
+    VXUT_TRACE(TOKEN_TOKEN_ARRAY, "Appending [%d] at %d", token, m_length);
     slots()[m_length] = token;
     ++m_length;
 }
 
 void TokenArray::InsertAt(unsigned int index, stringtoken token) {
-    VXUT_TRACE_ENTER(traceSwitch);
+    VXUT_TRACE_ENTER(TOKEN_TOKEN_ARRAY);
     VXUT_CHECK_INDEX(index <= m_length);
     growBlock(sizeof(stringtoken));
     for (unsigned int to = m_length; to > index; --to) {
-        VXUT_TRACE(traceSwitch, "moving from %d to %d", to - 1, to);
+        VXUT_TRACE(TOKEN_TOKEN_ARRAY, "moving from %d to %d", to - 1, to);
         slots()[to] = slots()[to - 1];
     }
-    VXUT_TRACE(traceSwitch, "setting %d = %d", index, token);
+    VXUT_TRACE(TOKEN_TOKEN_ARRAY, "setting %d = %d", index, token);
     slots()[index] = token;
     ++m_length;
 }

@@ -14,7 +14,6 @@ namespace utility {
 
 namespace {
 
-constexpr unsigned int traceSwitch = 625;
 constexpr unsigned int fewestToHalve = 6;
 
 } // namespace
@@ -99,20 +98,20 @@ bool TokenSet::operator==(const TokenSet& other) const {
 
 void TokenSet::append(stringtoken token) {
     growBlock(sizeof(stringtoken));
-    VXUT_TRACE(traceSwitch, "Appending [%d] at %d", token, m_length);
+    VXUT_TRACE(TOKEN_TOKEN_SET, "Appending [%d] at %d", token, m_length);
     slots()[m_length] = token;
     ++m_length;
 }
 
 void TokenSet::insertAt(unsigned int index, stringtoken token) {
-    VXUT_TRACE_ENTER(traceSwitch);
+    VXUT_TRACE_ENTER(TOKEN_TOKEN_SET);
     VXUT_CHECK_INDEX(index <= m_length);
     growBlock(sizeof(stringtoken));
     for (unsigned int to = m_length; to > index; --to) {
-        VXUT_TRACE(traceSwitch, "moving from %d to %d", to - 1, to);
+        VXUT_TRACE(TOKEN_TOKEN_SET, "moving from %d to %d", to - 1, to);
         slots()[to] = slots()[to - 1];
     }
-    VXUT_TRACE(traceSwitch, "setting %d = %d", index, token);
+    VXUT_TRACE(TOKEN_TOKEN_SET, "setting %d = %d", index, token);
     slots()[index] = token;
     ++m_length;
 }

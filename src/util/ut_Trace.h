@@ -1,5 +1,6 @@
 #pragma once
 
+#include "fw_KnownTokens.h"
 #include "fw_Logger.h"
 #include "ut_Debug.h"
 
@@ -18,30 +19,30 @@
             VXUT_LOG(::framework::Logger::LOG_DEBUG, __VA_ARGS__);                                                     \
     } while (false)
 
-/// Logs at level 3 if debug switch number `debugSwitch` is on.
-#define VXUT_TRACE(debugSwitch, ...) VXUT_TRACE_IF(::utility::Debug::isDebugOn(debugSwitch), __VA_ARGS__)
+/// Logs at level 3 if the debug switch `token`, an enumerator of `strings::KnownToken`, is on.
+#define VXUT_TRACE(token, ...) VXUT_TRACE_IF(::utility::Debug::isDebugOn(::strings::token), __VA_ARGS__)
 
 /// Does what `VXUT_TRACE` does, with the signature text `function`, for helpers that trace on behalf of a public
 /// operation.
-#define VXUT_TRACE_AS(function, debugSwitch, ...)                                                                      \
+#define VXUT_TRACE_AS(function, token, ...)                                                                            \
     do {                                                                                                               \
-        if (::utility::Debug::isDebugOn(debugSwitch))                                                                  \
+        if (::utility::Debug::isDebugOn(::strings::token))                                                             \
             VXUT_LOG_AS(function, ::framework::Logger::LOG_DEBUG, __VA_ARGS__);                                        \
     } while (false)
 
 /// Does what `VXUT_TRACE_AS` does, through `LogMethodDebug` of the current object, which is an entity.
-#define VXUT_TRACE_ENTITY_AS(function, debugSwitch, ...)                                                               \
+#define VXUT_TRACE_ENTITY_AS(function, token, ...)                                                                     \
     do {                                                                                                               \
-        if (::utility::Debug::isDebugOn(debugSwitch))                                                                  \
+        if (::utility::Debug::isDebugOn(::strings::token))                                                             \
             LogMethodDebug(function, __LINE__, __VA_ARGS__);                                                           \
     } while (false)
 
 /// Does what `VXUT_TRACE` does, through `LogMethodDebug` of the current object, which is an entity.
-#define VXUT_TRACE_ENTITY(debugSwitch, ...) VXUT_TRACE_ENTITY_AS(__PRETTY_FUNCTION__, debugSwitch, __VA_ARGS__)
+#define VXUT_TRACE_ENTITY(token, ...) VXUT_TRACE_ENTITY_AS(__PRETTY_FUNCTION__, token, __VA_ARGS__)
 
-/// Logs the method entry marker at level 4 if debug switch number `debugSwitch` is on.
-#define VXUT_TRACE_ENTER(debugSwitch)                                                                                  \
+/// Logs the method entry marker at level 4 if the debug switch `token` is on.
+#define VXUT_TRACE_ENTER(token)                                                                                        \
     do {                                                                                                               \
-        if (::utility::Debug::isDebugOn(debugSwitch))                                                                  \
+        if (::utility::Debug::isDebugOn(::strings::token))                                                             \
             VXUT_LOG(::framework::Logger::LOG_ENTER, "%s", pGSEnter);                                                  \
     } while (false)

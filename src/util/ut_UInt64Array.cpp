@@ -6,12 +6,6 @@
 
 namespace utility {
 
-namespace {
-
-constexpr unsigned int traceSwitch = 628;
-
-} // namespace
-
 UInt64Array::UInt64Array(unsigned int capacity) : Array(capacity) {
     allocateBlock(capacity, sizeof(unsigned long long));
 }
@@ -26,20 +20,20 @@ UInt64Array::~UInt64Array() {
 
 void UInt64Array::Append(unsigned long long value) {
     growBlock(sizeof(unsigned long long));
-    VXUT_TRACE(traceSwitch, "Appending [%llu] at %d", value, m_length);
+    VXUT_TRACE(TOKEN_UINT64_ARRAY, "Appending [%llu] at %d", value, m_length);
     slots()[m_length] = value;
     ++m_length;
 }
 
 void UInt64Array::InsertAt(unsigned int index, unsigned long long value) {
-    VXUT_TRACE_ENTER(traceSwitch);
+    VXUT_TRACE_ENTER(TOKEN_UINT64_ARRAY);
     VXUT_CHECK_INDEX(index <= m_length);
     growBlock(sizeof(unsigned long long));
     for (unsigned int to = m_length; to > index; --to) {
-        VXUT_TRACE(traceSwitch, "moving from %d to %d", to - 1, to);
+        VXUT_TRACE(TOKEN_UINT64_ARRAY, "moving from %d to %d", to - 1, to);
         slots()[to] = slots()[to - 1];
     }
-    VXUT_TRACE(traceSwitch, "setting %llu = %d", value, index);
+    VXUT_TRACE(TOKEN_UINT64_ARRAY, "setting %llu = %d", value, index);
     slots()[index] = value;
     ++m_length;
 }

@@ -8,12 +8,6 @@
 
 namespace utility {
 
-namespace {
-
-constexpr unsigned int traceSwitch = 629;
-
-} // namespace
-
 UIntArray::UIntArray(unsigned int capacity) : Array(capacity) {
     allocateBlock(capacity, sizeof(unsigned int));
 }
@@ -28,20 +22,20 @@ UIntArray::~UIntArray() {
 
 void UIntArray::Append(unsigned int value) {
     growBlock(sizeof(unsigned int));
-    VXUT_TRACE(traceSwitch, "Appending [%d] at %d", value, m_length);
+    VXUT_TRACE(TOKEN_UINT_ARRAY, "Appending [%d] at %d", value, m_length);
     slots()[m_length] = value;
     ++m_length;
 }
 
 void UIntArray::InsertAt(unsigned int index, unsigned int value) {
-    VXUT_TRACE_ENTER(traceSwitch);
+    VXUT_TRACE_ENTER(TOKEN_UINT_ARRAY);
     VXUT_CHECK_INDEX(index <= m_length);
     growBlock(sizeof(unsigned int));
     for (unsigned int to = m_length; to > index; --to) {
-        VXUT_TRACE(traceSwitch, "moving from %d to %d", to - 1, to);
+        VXUT_TRACE(TOKEN_UINT_ARRAY, "moving from %d to %d", to - 1, to);
         slots()[to] = slots()[to - 1];
     }
-    VXUT_TRACE(traceSwitch, "setting %d = %d", index, value);
+    VXUT_TRACE(TOKEN_UINT_ARRAY, "setting %d = %d", index, value);
     slots()[index] = value;
     ++m_length;
 }

@@ -2,6 +2,7 @@
 
 #include "fw_FSUMemory.h"
 #include "fw_Item.h"
+#include "fw_KnownTokens.h"
 #include "ut_Export.h"
 
 namespace utility {
@@ -31,7 +32,7 @@ public:
     ~URL() override;
 
     stringtoken getName() const override {
-        return 630;
+        return strings::TOKEN_URL;
     }
     const char* getNameString() const override {
         return pGSURL;

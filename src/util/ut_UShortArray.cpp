@@ -3,16 +3,11 @@
 #include <utility>
 
 #include "fw_KnownStrings.h"
+#include "fw_KnownTokens.h"
 #include "ut_Failure.h"
 #include "ut_Trace.h"
 
 namespace utility {
-
-namespace {
-
-constexpr unsigned int traceSwitch = 634;
-
-} // namespace
 
 UShortArray::UShortArray(unsigned int capacity) : Array(capacity) {
     allocateBlock(capacity, sizeof(unsigned short));
@@ -27,37 +22,37 @@ UShortArray::~UShortArray() {
 }
 
 void UShortArray::Append(unsigned short value) {
-    if (Debug::isDebugOn(traceSwitch))
+    if (Debug::isDebugOn(strings::TOKEN_USHORT_ARRAY))
         VXUT_LOG(framework::Logger::LOG_ENTER, "%d", value);
     growBlock(sizeof(unsigned short));
-    VXUT_TRACE(traceSwitch, "Appending [%d] at %d", value, m_length);
+    VXUT_TRACE(TOKEN_USHORT_ARRAY, "Appending [%d] at %d", value, m_length);
     slots()[m_length] = value;
     ++m_length;
 }
 
 void UShortArray::InsertAt(unsigned int index, unsigned short value) {
-    if (Debug::isDebugOn(traceSwitch))
+    if (Debug::isDebugOn(strings::TOKEN_USHORT_ARRAY))
         VXUT_LOG(framework::Logger::LOG_ENTER, "%d, %d", index, value);
     VXUT_CHECK_INDEX(index <= m_length);
     growBlock(sizeof(unsigned short));
     for (unsigned int to = m_length; to > index; --to) {
-        VXUT_TRACE(traceSwitch, "moving from %d to %d", to - 1, to);
+        VXUT_TRACE(TOKEN_USHORT_ARRAY, "moving from %d to %d", to - 1, to);
         slots()[to] = slots()[to - 1];
     }
-    VXUT_TRACE(traceSwitch, "setting %d = %d", index, value);
+    VXUT_TRACE(TOKEN_USHORT_ARRAY, "setting %d = %d", index, value);
     slots()[index] = value;
     ++m_length;
 }
 
 void UShortArray::SetAt(unsigned int index, unsigned short value) {
-    if (Debug::isDebugOn(traceSwitch))
+    if (Debug::isDebugOn(strings::TOKEN_USHORT_ARRAY))
         VXUT_LOG(framework::Logger::LOG_ENTER, "%d, %d", index, value);
     VXUT_CHECK_INDEX(index < m_length);
     slots()[index] = value;
 }
 
 void UShortArray::DeleteAt(unsigned int index) {
-    if (Debug::isDebugOn(traceSwitch))
+    if (Debug::isDebugOn(strings::TOKEN_USHORT_ARRAY))
         VXUT_LOG(framework::Logger::LOG_ENTER, "%d", index);
     VXUT_CHECK_INDEX(index < m_length);
     --m_length;

@@ -9,7 +9,6 @@ namespace utility {
 
 namespace {
 
-constexpr unsigned int traceSwitch = 5154;
 constexpr size_t slotWidth = sizeof(void*);
 constexpr unsigned int notFound = 0xFFFFFFFF;
 
@@ -31,20 +30,20 @@ WWNArray::~WWNArray() {
 
 void WWNArray::Append(WWN* name) {
     growBlock(slotWidth);
-    VXUT_TRACE(traceSwitch, "Appending [%p] at %d", static_cast<void*>(name), m_length);
+    VXUT_TRACE(TOKEN_WWN_ARRAY, "Appending [%p] at %d", static_cast<void*>(name), m_length);
     slots()[m_length] = name;
     ++m_length;
 }
 
 void WWNArray::InsertAt(unsigned int index, WWN* name) {
-    VXUT_TRACE_ENTER(traceSwitch);
+    VXUT_TRACE_ENTER(TOKEN_WWN_ARRAY);
     VXUT_CHECK_INDEX(index <= m_length);
     growBlock(slotWidth);
     for (unsigned int to = m_length; to > index; --to) {
-        VXUT_TRACE(traceSwitch, "moving from %d to %d", to - 1, to);
+        VXUT_TRACE(TOKEN_WWN_ARRAY, "moving from %d to %d", to - 1, to);
         slots()[to] = slots()[to - 1];
     }
-    VXUT_TRACE(traceSwitch, "setting %d = %p", index, static_cast<void*>(name));
+    VXUT_TRACE(TOKEN_WWN_ARRAY, "setting %d = %p", index, static_cast<void*>(name));
     slots()[index] = name;
     ++m_length;
 }

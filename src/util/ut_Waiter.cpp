@@ -10,12 +10,6 @@
 
 namespace utility {
 
-namespace {
-
-const unsigned int waiterSwitch = 2301;
-
-} // namespace
-
 Waiter::Waiter() : m_waiters(0) {
     std::memset(&m_mutex, 0, sizeof m_mutex);
     int error = pthread_mutex_init(&m_mutex, nullptr);
@@ -34,7 +28,7 @@ Waiter::~Waiter() {
 }
 
 void Waiter::lock() const {
-    VXUT_TRACE(waiterSwitch, "Locking .....");
+    VXUT_TRACE(TOKEN_WAITER, "Locking .....");
     const int error = pthread_mutex_lock(&m_mutex);
     if (error == 0)
         return;
@@ -43,7 +37,7 @@ void Waiter::lock() const {
 }
 
 void Waiter::unlock() const {
-    VXUT_TRACE(waiterSwitch, ".....  Unlocking");
+    VXUT_TRACE(TOKEN_WAITER, ".....  Unlocking");
     const int error = pthread_mutex_unlock(&m_mutex);
     if (error == 0)
         return;
@@ -52,7 +46,7 @@ void Waiter::unlock() const {
 }
 
 bool Waiter::wait(long seconds) const {
-    VXUT_TRACE(waiterSwitch, "Waiting: %ld", seconds);
+    VXUT_TRACE(TOKEN_WAITER, "Waiting: %ld", seconds);
     if (seconds == 0)
         return waitUntil(nullptr, __PRETTY_FUNCTION__);
     const timespec deadline = deadlineAfterSeconds(seconds);
@@ -60,7 +54,7 @@ bool Waiter::wait(long seconds) const {
 }
 
 bool Waiter::waitMicroseconds(unsigned long long microseconds) const {
-    VXUT_TRACE(waiterSwitch, "Waiting: %llu", microseconds);
+    VXUT_TRACE(TOKEN_WAITER, "Waiting: %llu", microseconds);
     if (microseconds == 0)
         return waitUntil(nullptr, __PRETTY_FUNCTION__);
     const timespec deadline = deadlineAfterMicroseconds(microseconds);
@@ -71,10 +65,10 @@ bool Waiter::waitUntil(const timespec* deadline, const char* function) const {
     ++m_waiters;
     int error = 0;
     if (deadline == nullptr) {
-        VXUT_TRACE_AS(function, waiterSwitch, "Wait .... (%d waiters)", m_waiters);
+        VXUT_TRACE_AS(function, TOKEN_WAITER, "Wait .... (%d waiters)", m_waiters);
         error = pthread_cond_wait(&m_condition, &m_mutex);
     } else {
-        VXUT_TRACE_AS(function, waiterSwitch, "timed Wait .... (%d waiters)", m_waiters);
+        VXUT_TRACE_AS(function, TOKEN_WAITER, "timed Wait .... (%d waiters)", m_waiters);
         error = pthread_cond_timedwait(&m_condition, &m_mutex, deadline);
     }
     --m_waiters;
@@ -101,7 +95,7 @@ bool Waiter::waitMicrosecondsNoLock(unsigned long long microseconds) {
 }
 
 void Waiter::signal() const {
-    VXUT_TRACE(waiterSwitch, "Signal");
+    VXUT_TRACE(TOKEN_WAITER, "Signal");
     const int error = pthread_cond_signal(&m_condition);
     if (error != 0)
         VXUT_LOG(framework::Logger::LOG_ERROR, "Signal condition error %d", error);
