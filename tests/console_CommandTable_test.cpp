@@ -17,7 +17,7 @@ utility::StringArray wordsOf(const std::string& text) {
     return words;
 }
 
-/// The name of the command that the words mean and how many of them name it, or the problem.
+// Returns the name of the command found and the number of words used, as "name/words", or the problem.
 std::string found(const std::string& text) {
     std::string problem;
     unsigned int used = 0;
@@ -55,7 +55,7 @@ TEST(CommandTable, EveryCommandIsFoundByItsName) {
     EXPECT_EQ(console::commandAt(static_cast<unsigned int>(names.size())), nullptr);
 }
 
-TEST(CommandTable, ALongerNameGoesBeforeAnArgument) {
+TEST(CommandTable, ALongerNameWinsOverAnArgument) {
     EXPECT_EQ(found("debug"), "debug/1");
     EXPECT_EQ(found("debug on Map"), "debug on/2");
     EXPECT_EQ(found("debug of Map"), "debug off/2");
@@ -65,7 +65,7 @@ TEST(CommandTable, ALongerNameGoesBeforeAnArgument) {
     EXPECT_EQ(found("show user"), "show user/2");
 }
 
-TEST(CommandTable, NothingIsFoundForNothing) {
+TEST(CommandTable, AnUnknownCommandIsReported) {
     EXPECT_EQ(found(""), "unknown command:  (try help)");
     utility::StringArray words(0);
     words.Append("");
@@ -78,7 +78,7 @@ TEST(CommandTable, NothingIsFoundForNothing) {
     EXPECT_EQ(found(std::string(100000, 's')).size(), std::string("unknown command:  (try help)").size() + 100000);
 }
 
-TEST(CommandTable, BeginningsAreCompletedAsFarAsTheyGo) {
+TEST(CommandTable, AbbreviationsAreCompletedToTheCommonPrefix) {
     EXPECT_EQ(console::completeCommand("he"), "help ");
     EXPECT_EQ(console::completeCommand("help"), "help ");
     EXPECT_EQ(console::completeCommand("sh"), "show ");
@@ -91,7 +91,7 @@ TEST(CommandTable, BeginningsAreCompletedAsFarAsTheyGo) {
     EXPECT_EQ(console::completeCommand("del"), "delete user ");
 }
 
-TEST(CommandTable, WhatNoNameBeginsWithStaysAsItIs) {
+TEST(CommandTable, ALineWithoutACommandIsNotCompleted) {
     for (const std::string line : {"", " ", "xyz", "show xyz", "show file a", "\"", "\"open", "h x", "\xff"})
         EXPECT_EQ(console::completeCommand(line), line);
 }

@@ -41,7 +41,7 @@ void expectAnswer(const ChildResult& child, const std::string& answer) {
     EXPECT_EQ(child.err, "");
 }
 
-/// One line on standard error, nothing else.
+// Expects one line on standard error and nothing else.
 void expectFailure(const ChildResult& child, const std::string& line) {
     EXPECT_EQ(child.status, 1);
     EXPECT_EQ(child.out, "");
@@ -63,7 +63,7 @@ std::size_t countOf(const std::string& text, const std::string& part) {
     return count;
 }
 
-/// What a shell command of the platform prints.
+// Returns what a shell command of the platform prints.
 std::string outputOf(const std::string& command) {
     const ChildResult child = test::runInChild([&] {
         execl("/bin/sh", "sh", "-c", command.c_str(), static_cast<char*>(nullptr));
@@ -72,7 +72,7 @@ std::string outputOf(const std::string& command) {
     return child.out;
 }
 
-/// Every byte value, in an order that does not repeat soon.
+// Returns bytes of every value, in an order with a long period.
 std::string binaryText(std::size_t size) {
     std::string text(size, 0);
     unsigned int value = 12345;
@@ -106,7 +106,7 @@ TEST(ConsoleProgram, UsageExample) {
     EXPECT_NE(child.out.find("show file PATH"), std::string::npos);
 }
 
-TEST(ConsoleProgram, SaysHowItIsUsed) {
+TEST(ConsoleProgram, PrintsItsUsage) {
     const ChildResult asked = runConsole({"--help"});
     EXPECT_EQ(asked.status, 0);
     EXPECT_EQ(asked.out.compare(0, 30, "usage: vxconsole [-c COMMAND]\n"), 0);
@@ -134,7 +134,7 @@ TEST(ConsolePipe, ReadsCommandsToTheEndWithoutPrompts) {
     expectAnswer(runConsole({}, ""), "");
 }
 
-TEST(ConsolePipe, GoesOnAfterAFailureAndSaysSoInTheStatus) {
+TEST(ConsolePipe, ContinuesAfterAFailureAndExitsWith1) {
     TemporaryDirectory directory;
     const std::string file = directory.write("text", "one\n");
     const ChildResult child = runConsole({}, "bogus\nshow file " + file + "\nshow file /nonexistent\n");
@@ -143,19 +143,19 @@ TEST(ConsolePipe, GoesOnAfterAFailureAndSaysSoInTheStatus) {
     EXPECT_EQ(child.err, "unknown command: bogus (try help)\nshow file: /nonexistent: No such file or directory\n");
 }
 
-TEST(ConsolePipe, AnInputThatCannotBeReadIsAClearError) {
+TEST(ConsolePipe, AnUnreadableInputIsReported) {
     const ChildResult directory = runConsole({}, "", [] { dup2(open("/", O_RDONLY), STDIN_FILENO); });
     expectFailure(directory, "standard input: Is a directory");
     const ChildResult closed = runConsole({}, "", [] { close(STDIN_FILENO); });
     expectFailure(closed, "standard input: Bad file descriptor");
 }
 
-TEST(ConsolePipe, ReadsNothingBehindQuit) {
+TEST(ConsolePipe, ReadsNothingAfterQuit) {
     const ChildResult child = runConsole({}, "quit\nbogus\n");
     expectAnswer(child, "");
 }
 
-TEST(ConsolePipe, TakesCarriageReturnsAsBlanks) {
+TEST(ConsolePipe, TreatsCarriageReturnsAsBlanks) {
     TemporaryDirectory directory;
     const std::string file = directory.write("text", "one\n");
     expectAnswer(runConsole({}, "show file " + file + "\r\nquit\r\n"), "one\n");
@@ -168,7 +168,7 @@ TEST(ConsolePipe, RefusesACommandWithANulByte) {
         runConsole({}, std::string("help\0 me\n", 9) + "show file " + file + std::string("\0x\n", 3) + "quit\n");
     EXPECT_EQ(child.status, 1);
     EXPECT_EQ(child.out, "");
-    EXPECT_EQ(child.err, "a command holds no NUL byte\na command holds no NUL byte\n");
+    EXPECT_EQ(child.err, "a command must not contain a NUL byte\na command must not contain a NUL byte\n");
 }
 
 TEST(ConsolePipe, ThousandsOfCommandsAreEachAnsweredInOrder) {
@@ -185,17 +185,17 @@ TEST(ConsolePipe, ThousandsOfCommandsAreEachAnsweredInOrder) {
 
 // Words
 
-TEST(ConsoleWords, AnUnmatchedQuoteIsOneClearError) {
+TEST(ConsoleWords, AnUnmatchedQuoteIsReportedOnce) {
     expectFailure(runCommand("show file \"/etc"), "a quote is not closed");
 }
 
-TEST(ConsoleWords, AQuotedWordHoldsBlanks) {
+TEST(ConsoleWords, AQuotedWordMayContainBlanks) {
     TemporaryDirectory directory;
     const std::string file = directory.write("two words", "one\n");
     expectAnswer(runCommand("show file \"" + file + "\""), "one\n");
 }
 
-TEST(ConsoleWords, AnOverlongLineIsOneClearErrorAndTheConsoleGoesOn) {
+TEST(ConsoleWords, AnOverlongLineIsReportedOnceAndTheConsoleContinues) {
     TemporaryDirectory directory;
     const std::string file = directory.write("text", "one\n");
     const ChildResult child = runConsole({}, "show file " + std::string(100000, 'x') + "\n" + std::string(100000, 'y') +
@@ -205,7 +205,7 @@ TEST(ConsoleWords, AnOverlongLineIsOneClearErrorAndTheConsoleGoesOn) {
     EXPECT_EQ(child.err, "the command is too long\nthe command is too long\n");
 }
 
-TEST(ConsoleWords, ALongUnknownCommandIsShownCut) {
+TEST(ConsoleWords, ALongUnknownCommandIsShownTruncated) {
     const ChildResult child = runConsole({}, std::string(20000, 'x') + "\n");
     EXPECT_EQ(child.status, 1);
     EXPECT_EQ(child.err,
@@ -219,12 +219,12 @@ TEST(ConsoleWords, AFailureKeepsItsReasonHoweverLongTheName) {
                              ": File name too long\n");
 }
 
-TEST(ConsoleWords, AFailureIsOneLineWhateverTheNameHolds) {
+TEST(ConsoleWords, AFailureIsOneLineWhateverTheNameContains) {
     expectFailure(runCommand("show file \"a\nb\033[2Jc\177\""),
                   "show file: a\\x0ab\\x1b[2Jc\\x7f: No such file or directory");
 }
 
-TEST(ConsoleWords, AreCountedAgainstTheUsage) {
+TEST(ConsoleWords, AWrongNumberShowsTheUsage) {
     expectFailure(runCommand("show file"), "usage: show file PATH");
     expectFailure(runCommand("show file a b"), "usage: show file PATH");
     expectFailure(runCommand("show environment now"), "usage: show environment");
@@ -233,7 +233,7 @@ TEST(ConsoleWords, AreCountedAgainstTheUsage) {
     expectFailure(runCommand("quit now"), "usage: quit");
 }
 
-TEST(ConsoleWords, AreFoundByTheirBeginnings) {
+TEST(ConsoleWords, OfACommandMayBeAbbreviated) {
     TemporaryDirectory directory;
     const std::string file = directory.write("text", "one\n");
     expectAnswer(runCommand("sh f " + file), "one\n");
@@ -243,7 +243,7 @@ TEST(ConsoleWords, AreFoundByTheirBeginnings) {
     expectFailure(runCommand("Show file " + file), "unknown command: Show (try help)");
 }
 
-TEST(ConsoleWords, SayWhatAnAmbiguousBeginningMayMean) {
+TEST(ConsoleWords, AnAmbiguousAbbreviationListsTheCandidates) {
     expectFailure(runCommand("sh d x"), "usage: show disks");
     expectFailure(runCommand("sh us"), "ambiguous command: show user, show users");
     expectFailure(runCommand("c a"), "ambiguous command: context, copy, crc");
@@ -277,10 +277,10 @@ TEST(ConsoleHelp, ShowsTheCommandsThatBeginWithItsWords) {
     EXPECT_EQ(child.status, 0);
     EXPECT_EQ(child.out, "show file PATH            show a text file\n");
     EXPECT_EQ(countOf(runCommand("help show").out, "\n"), 6U);
-    expectFailure(runCommand("help bogus"), "help: bogus: no such command");
+    expectFailure(runCommand("help bogus"), "help: bogus: no such command (try help)");
 }
 
-TEST(ConsoleEnvironment, ShowsWhatItWasGivenAndWhatWasSet) {
+TEST(ConsoleEnvironment, ShowsInheritedAndSetVariables) {
     const ChildResult child = runConsole({}, "set VX_LATER \"two words\"\nset VX_GIVEN changed\nshow environment\n",
                                          [] { setenv("VX_GIVEN", "first", 1); });
     EXPECT_EQ(child.status, 0);
@@ -311,7 +311,7 @@ TEST(ConsoleDebug, SwitchesAreShownOnAndOff) {
     EXPECT_EQ(child.status, 0);
 }
 
-TEST(ConsoleDebug, SaysThatNoSwitchIsOn) {
+TEST(ConsoleDebug, ReportsThatNoSwitchIsOn) {
     expectAnswer(runCommand("debug"), "no debug switch is on\n");
     expectAnswer(runConsole({}, "debug on Map\ndebug off Map\ndebug\n"), "no debug switch is on\n");
 }
@@ -322,13 +322,14 @@ TEST(ConsoleDebug, ASwitchTracesToStandardError) {
     EXPECT_NE(child.err.find("opendir / returned"), std::string::npos);
 }
 
-TEST(ConsoleDebug, SaysWhenNoSwitchIsLeftForANewName) {
+TEST(ConsoleDebug, ReportsThatNoSwitchIsLeftForANewName) {
     std::string commands;
     for (int i = 0; i < 1500; ++i)
         commands += "debug on vx-made-up-" + std::to_string(i) + "\n";
     const ChildResult child = runConsole({}, commands);
     EXPECT_EQ(child.status, 1);
-    EXPECT_NE(child.err.find("debug on: vx-made-up-1499: no switch is left for this name\n"), std::string::npos);
+    EXPECT_NE(child.err.find("debug on: vx-made-up-1499: all debug switches for new names are in use\n"),
+              std::string::npos);
 }
 
 // On a pipe nothing is escaped
@@ -354,7 +355,7 @@ TEST(ConsoleShowFile, ShowsBinaryDataByteForByte) {
     EXPECT_TRUE(child.out == text);
 }
 
-TEST(ConsoleShowFile, OfNothingShowsNothing) {
+TEST(ConsoleShowFile, AnEmptyFileShowsNothing) {
     TemporaryDirectory directory;
     expectAnswer(runCommand("show file " + directory.write("empty", "")), "");
     expectAnswer(runCommand("dump " + directory.path("empty")), "");
@@ -362,7 +363,7 @@ TEST(ConsoleShowFile, OfNothingShowsNothing) {
 
 class ConsoleReading : public testing::TestWithParam<const char*> {};
 
-TEST_P(ConsoleReading, AMissingFileADirectoryAndAFileWithoutPermissionAreClearErrors) {
+TEST_P(ConsoleReading, AMissingFileADirectoryAndAFileWithoutPermissionAreReported) {
     const std::string name = GetParam();
     TemporaryDirectory directory;
     const std::string file = directory.write("secret", "text\n");
@@ -391,7 +392,7 @@ TEST(ConsoleDump, ShowsOffsetsHexAndText) {
                                              "00000010: 37 38 39                                         789\n");
 }
 
-TEST(ConsoleDump, OfABigFileIsThatOfOd) {
+TEST(ConsoleDump, OfABigFileMatchesOd) {
     TemporaryDirectory directory;
     const std::string file = directory.write("bytes", binaryText(100003));
     const std::vector<std::string> lines = linesOf(runCommand("dump " + file).out);
@@ -416,7 +417,7 @@ TEST(ConsoleCopy, CopiesBinaryDataAndABigFileByteForByte) {
     }
 }
 
-TEST(ConsoleCopy, OntoItselfIsRefusedAndLosesNothing) {
+TEST(ConsoleCopy, OntoItselfIsRefusedAndKeepsTheFile) {
     TemporaryDirectory directory;
     const std::string file = directory.write("file", "text");
     ASSERT_EQ(link(file.c_str(), directory.path("hard").c_str()), 0);
@@ -427,7 +428,7 @@ TEST(ConsoleCopy, OntoItselfIsRefusedAndLosesNothing) {
     EXPECT_EQ(directory.read("file"), "text");
 }
 
-TEST(ConsoleCopy, OntoAFullDeviceIsAClearError) {
+TEST(ConsoleCopy, OntoAFullDeviceReportsTheError) {
     TemporaryDirectory directory;
     const std::string small = directory.write("small", "text");
     const std::string big = directory.write("big", std::string(100000, 'x'));
@@ -466,8 +467,8 @@ namespace {
 const int cannotFilter = 77;
 const int firstFreeDescriptor = 3;
 
-/// Lets closing the second file that the process opens fail, as it does where a network file system finds out then that
-/// a quota is used up.
+// Makes `close` fail for the second file that the process opens, as a network file system does when a quota is
+// exceeded.
 void failSecondClose() {
     const unsigned int target = firstFreeDescriptor + 1;
     sock_filter instructions[] = {
@@ -485,7 +486,7 @@ void failSecondClose() {
 
 } // namespace
 
-TEST(ConsoleCopy, AFailureToCloseTheTargetIsAClearError) {
+TEST(ConsoleCopy, AFailureToCloseTheTargetIsReported) {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
     GTEST_SKIP() << "a sanitizer opens and closes descriptors of its own";
 #endif
@@ -493,7 +494,7 @@ TEST(ConsoleCopy, AFailureToCloseTheTargetIsAClearError) {
     const std::string from = directory.write("from", "text");
     const std::string to = directory.path("to");
     const ChildResult child = runCommand("copy " + from + " " + to, [] {
-        // Which descriptors the console gets must not depend on those of the test.
+        // The console's descriptor numbers must not depend on those of the test.
         for (int fd = firstFreeDescriptor; fd < 1024; ++fd)
             close(fd);
         failSecondClose();
@@ -504,12 +505,12 @@ TEST(ConsoleCopy, AFailureToCloseTheTargetIsAClearError) {
     EXPECT_EQ(directory.read("to"), "text");
 }
 
-TEST(ConsoleCopy, BeyondTheAllowedSizeIsAClearError) {
+TEST(ConsoleCopy, BeyondTheFileSizeLimitReportsTheError) {
     TemporaryDirectory directory;
     const std::string from = directory.write("from", std::string(100000, 'x'));
     const ChildResult child = runCommand("copy " + from + " " + directory.path("to"), [] {
         std::signal(SIGXFSZ, SIG_IGN);
-        // What the child writes besides goes to files as well.
+        // The child's standard streams are files too, so the limit must leave space for their content.
         const rlimit limit = {50000, 50000};
         setrlimit(RLIMIT_FSIZE, &limit);
     });
@@ -517,7 +518,7 @@ TEST(ConsoleCopy, BeyondTheAllowedSizeIsAClearError) {
     EXPECT_EQ(child.err, "copy: " + directory.path("to") + ": File too large\n");
 }
 
-TEST(ConsoleCopy, AnUnusableSourceLeavesTheTargetAlone) {
+TEST(ConsoleCopy, AnUnusableSourceLeavesTheTargetUnchanged) {
     TemporaryDirectory directory;
     const std::string target = directory.write("target", "text");
     const std::string secret = directory.write("secret", "hidden");
@@ -530,7 +531,7 @@ TEST(ConsoleCopy, AnUnusableSourceLeavesTheTargetAlone) {
     EXPECT_EQ(directory.read("target"), "text");
 }
 
-TEST(ConsoleCopy, AnUnusableTargetIsAClearError) {
+TEST(ConsoleCopy, AnUnusableTargetIsReported) {
     TemporaryDirectory directory;
     const std::string from = directory.write("from", "text");
     const std::string closed = directory.write("closed", "kept");
@@ -546,12 +547,12 @@ TEST(ConsoleCopy, AnUnusableTargetIsAClearError) {
 
 // Standard output that fails
 
-TEST(ConsoleOutput, ThatIsClosedIsAClearErrorOfEachCommandThatAnswers) {
+TEST(ConsoleOutput, IfClosedFailsEachCommandThatWrites) {
     const ChildResult child = runConsole({}, "set A B\nhelp\n", [] { close(STDOUT_FILENO); });
     expectFailure(child, "standard output: Bad file descriptor");
 }
 
-TEST(ConsoleOutput, AFullDeviceIsAClearErrorOfEachCommandThatAnswers) {
+TEST(ConsoleOutput, OnAFullDeviceFailsEachCommandThatWrites) {
     TemporaryDirectory directory;
     const std::string file = directory.write("text", "one\n");
     const ChildResult child = runConsole({}, "set A B\nshow file " + file + "\nhelp\n", discardInFullDevice);
@@ -559,7 +560,7 @@ TEST(ConsoleOutput, AFullDeviceIsAClearErrorOfEachCommandThatAnswers) {
     EXPECT_EQ(child.err, "standard output: No space left on device\nstandard output: No space left on device\n");
 }
 
-TEST(ConsoleOutput, AnEndlessAnswerEndsWhereNobodyTakesIt) {
+TEST(ConsoleOutput, AnEndlessAnswerEndsWhenNobodyReadsIt) {
     for (const char* command : {"show file /dev/zero", "dump /dev/zero"}) {
         const ChildResult child = runCommand(command, discardInFullDevice);
         EXPECT_EQ(child.status, 1);
@@ -648,9 +649,9 @@ TEST(ConsoleCountWords, CountsAcrossTheBlocksOfABigFile) {
     EXPECT_EQ(lines[7], "    4285 word6");
 }
 
-TEST(ConsoleCountWords, ManyDifferentWordsTakeNoLongerForTheirLetters) {
+TEST(ConsoleCountWords, AnagramsAreCountedAsFastAsOtherWords) {
     TemporaryDirectory directory;
-    // The same letters and digits in every order, which is the same sum of characters again and again.
+    // Permutations of the same characters: a hash that adds them up gives every word the same value.
     std::string text;
     std::string word = "abcdefghi";
     const int count = 200000;
@@ -665,14 +666,14 @@ TEST(ConsoleCountWords, ManyDifferentWordsTakeNoLongerForTheirLetters) {
     EXPECT_EQ(lines.front(), "       1 abcdefghi");
 }
 
-TEST(ConsoleCountWords, AWordMayBeLongerThanAnAnswerIsHeld) {
+TEST(ConsoleCountWords, AWordMayBeLongerThanTheOutputBuffer) {
     TemporaryDirectory directory;
     const std::string word(1000000, 'x');
     expectAnswer(runCommand("count words " + directory.write("text", word + " y")),
                  "       1 " + word + "\n       1 y\n");
 }
 
-TEST(ConsoleMd5, GivesTheSameAsThePlatform) {
+TEST(ConsoleMd5, MatchesThePlatform) {
     TemporaryDirectory directory;
     std::string paths;
     for (const std::size_t size : {0, 1, 55, 56, 63, 64, 65, 16384, 100001})
@@ -682,7 +683,7 @@ TEST(ConsoleMd5, GivesTheSameAsThePlatform) {
     expectAnswer(runCommand("md5" + paths), expected);
 }
 
-TEST(ConsoleMd5, OneBadFileDoesNotKeepTheOthersFromTheirTurn) {
+TEST(ConsoleMd5, ContinuesAfterABadFile) {
     TemporaryDirectory directory;
     const std::string good = directory.write("good", "abc");
     const ChildResult child = runCommand("md5 /nonexistent " + good + " /");
@@ -691,15 +692,15 @@ TEST(ConsoleMd5, OneBadFileDoesNotKeepTheOthersFromTheirTurn) {
     EXPECT_EQ(child.err, "md5: /nonexistent: No such file or directory; /: Is a directory\n");
 }
 
-TEST(ConsoleCrc, BeginsWithAllBitsSet) {
+TEST(ConsoleCrc, StartsWithAllBitsSet) {
     TemporaryDirectory directory;
     const std::string empty = directory.write("empty", "");
-    // The value after no byte, and the one that makes a message check to nothing.
+    // The initial value for an empty file, and a message that ends with its own CRC, which gives 0.
     const std::string own = directory.write("own", "\xff");
     expectAnswer(runCommand("crc " + empty + " " + own), "ff  " + empty + "\n00  " + own + "\n");
 }
 
-TEST(ConsoleCheckUtf8, FindsTheFirstBadPlace) {
+TEST(ConsoleCheckUtf8, FindsTheFirstBadCharacter) {
     TemporaryDirectory directory;
     const std::vector<std::pair<std::string, int>> texts = {{std::string("ab\0", 3), 2},
                                                             {"gr\xc3\xbcn \xc3", 6},
@@ -710,7 +711,7 @@ TEST(ConsoleCheckUtf8, FindsTheFirstBadPlace) {
     for (const auto& text : texts) {
         const std::string file = directory.write("text", text.first);
         expectFailure(runCommand("check utf8 " + file),
-                      "check utf8: " + file + ": no printable UTF-8 at offset " + std::to_string(text.second));
+                      "check utf8: " + file + ": not printable UTF-8 at offset " + std::to_string(text.second));
     }
 }
 
@@ -728,7 +729,7 @@ TEST(ConsoleCheckUtf8, AcceptsTextWhereverItsBlocksEnd) {
 // The system
 
 TEST(ConsoleDate, ShowsDayAndTime) {
-    // Not `time`, which may be some milliseconds behind the clock that the console reads.
+    // Not `time`, which may lag the clock that the console reads by some milliseconds.
     const auto presentSecond = [] {
         timespec now = {};
         clock_gettime(CLOCK_REALTIME, &now);
@@ -749,7 +750,7 @@ TEST(ConsoleDate, ShowsDayAndTime) {
     EXPECT_TRUE(found) << child.out;
 }
 
-TEST(ConsoleUptime, IsThatOfTheSystem) {
+TEST(ConsoleUptime, MatchesTheSystem) {
     const auto secondsUp = [] {
         std::ifstream file("/proc/uptime");
         double seconds = -1;
@@ -851,7 +852,7 @@ TEST(ConsoleLs, ShowsThousandsOfEntries) {
     EXPECT_EQ(countOf(runCommand("ls " + directory.path() + " entry*").out, "\n"), 3000U);
 }
 
-TEST(ConsoleLs, WhatIsNoReadableDirectoryIsAClearError) {
+TEST(ConsoleLs, AnUnreadableDirectoryIsReported) {
     TemporaryDirectory directory;
     const std::string file = directory.write("file", "");
     ASSERT_EQ(mkdir(directory.path("closed").c_str(), 0), 0);
@@ -886,7 +887,7 @@ TEST(ConsoleUrl, ShowsPartsDecoded) {
 
 // context and crashes
 
-TEST(ConsoleContext, ShowsBothThreadsAndLeavesNothingBehind) {
+TEST(ConsoleContext, ShowsBothThreadsAndRemovesItsFiles) {
     if (isThreadSanitized)
         GTEST_SKIP() << unseenOrder;
     TemporaryDirectory directory;
@@ -899,7 +900,7 @@ TEST(ConsoleContext, ShowsBothThreadsAndLeavesNothingBehind) {
     EXPECT_TRUE(std::filesystem::is_empty(directory.path()));
 }
 
-TEST(ConsoleContext, LeavesTheUsersOwnContextFilesAlone) {
+TEST(ConsoleContext, LeavesTheUsersOwnContextFilesUnchanged) {
     if (isThreadSanitized)
         GTEST_SKIP() << unseenOrder;
     TemporaryDirectory directory;
@@ -915,7 +916,7 @@ TEST(ConsoleContext, LeavesTheUsersOwnContextFilesAlone) {
     EXPECT_NE(child.out.find("VX_MEM=" + directory.path() + "\n"), std::string::npos);
 }
 
-TEST(ConsoleContext, WithoutAFolderIsAClearError) {
+TEST(ConsoleContext, AMissingFolderIsReported) {
     TemporaryDirectory directory;
     const ChildResult child = runCommand("context", [&] {
         setenv("TMPDIR", "/nonexistent", 1);

@@ -21,7 +21,7 @@ std::string hexOf(const std::string& bytes) {
     return text;
 }
 
-/// What a stream makes of `text` in sends of `piece` bytes.
+// Returns the output of a stream that receives `text` in sends of `piece` bytes.
 std::string shown(const std::string& text, std::size_t piece = std::string::npos) {
     test::RecordingOutput target;
     console::EscapingOutputStream out(target);
@@ -50,7 +50,7 @@ std::string utf8(unsigned int character) {
             byte(0x80 | (character & 63))};
 }
 
-/// Two bytes as they must be shown, according to the platform's decoder.
+// Returns two bytes as they must be shown, according to the platform's UTF-8 decoder.
 std::string expectedOf(const std::string& pair) {
     static const locale_t utf8Locale = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
     const locale_t former = uselocale(utf8Locale);
@@ -78,7 +78,7 @@ TEST(ConsoleEscaping, UsageExample) {
     EXPECT_EQ(terminal.text(), "\\x1b[2J");
 }
 
-TEST(ConsoleEscaping, EveryCharacterThatIsNotAControlStaysAsItIs) {
+TEST(ConsoleEscaping, EveryOtherCharacterIsUnchanged) {
     std::string text;
     for (unsigned int character = 0; character <= 0x10FFFF; ++character) {
         const bool isControl = character < 0x20 || (character >= 0x7F && character <= 0x9F);
@@ -90,8 +90,8 @@ TEST(ConsoleEscaping, EveryCharacterThatIsNotAControlStaysAsItIs) {
     EXPECT_TRUE(shown(text, 4093) == text);
 }
 
-TEST(ConsoleEscaping, EveryTwoBytesAreShownAsThePlatformDecodesThem) {
-    // Separated, so that all that follow a byte are shown at once.
+TEST(ConsoleEscaping, EveryPairOfBytesIsEscapedAsThePlatformDecodesIt) {
+    // A separator after each pair completes any partial character.
     for (int first = 0; first < 256; ++first) {
         std::string pairs;
         std::string expected;
@@ -105,7 +105,7 @@ TEST(ConsoleEscaping, EveryTwoBytesAreShownAsThePlatformDecodesThem) {
     }
 }
 
-TEST(ConsoleEscaping, WhatIsNotUtf8IsShownByteByByte) {
+TEST(ConsoleEscaping, InvalidUtf8IsEscapedByteByByte) {
     for (const char* bad : {"\x1b",
                             "\x7f",
                             "\r",
@@ -139,7 +139,7 @@ TEST(ConsoleEscaping, WhatIsNotUtf8IsShownByteByByte) {
     EXPECT_EQ(shown(std::string(1, 0)), "\\x00");
 }
 
-TEST(ConsoleEscaping, ACharacterThatIsCutIsEscapedAsSoonAsThatIsCertain) {
+TEST(ConsoleEscaping, AnIncompleteCharacterIsEscapedAsSoonAsItIsInvalid) {
     for (const char* cut : {"\xc3", "\xe2\x82", "\xf0\x9f\x99"}) {
         test::RecordingOutput target;
         console::EscapingOutputStream out(target);
@@ -148,7 +148,7 @@ TEST(ConsoleEscaping, ACharacterThatIsCutIsEscapedAsSoonAsThatIsCertain) {
         EXPECT_TRUE(out.SendOutputStream("a", 1));
         EXPECT_EQ(target.text(), hexOf(cut) + "a");
         EXPECT_EQ(shown(cut), hexOf(cut));
-        // A start forgets what an earlier use left.
+        // A start discards bytes held from an earlier use.
         EXPECT_TRUE(out.SendOutputStream(cut, 1));
         EXPECT_TRUE(out.StartOutputStream());
         EXPECT_TRUE(out.SendOutputStream("b", 1));
@@ -156,7 +156,7 @@ TEST(ConsoleEscaping, ACharacterThatIsCutIsEscapedAsSoonAsThatIsCertain) {
     }
 }
 
-TEST(ConsoleEscaping, AnswersForItsTarget) {
+TEST(ConsoleEscaping, ReportsTheStateOfItsTarget) {
     test::RecordingOutput target;
     console::EscapingOutputStream out(target);
     EXPECT_TRUE(out.isOutputStreamOpen());
@@ -174,7 +174,7 @@ TEST(ConsoleEscaping, AnswersForItsTarget) {
     EXPECT_FALSE(out.StartOutputStream());
 }
 
-TEST(ConsoleEscaping, ALineHoldsNoControlCharacterAtAll) {
+TEST(ConsoleEscaping, ALineContainsNoControlCharacters) {
     EXPECT_EQ(console::escapedLine("gr\xc3\xbcn\ta\nb\xc2\x9b"), "gr\xc3\xbcn\\x09"
                                                                  "a\\x0a"
                                                                  "b\\xc2\\x9b");

@@ -19,7 +19,7 @@
 
 namespace {
 
-/// A terminal whose two ends are pipes.
+// A terminal console over two pipes.
 class PipeTerminal {
 public:
     PipeTerminal() {
@@ -48,7 +48,7 @@ public:
             close(m_input[1]);
         m_input[1] = -1;
     }
-    /// What was written so far.
+    // Returns the output so far.
     std::string shown() const {
         std::string text;
         char piece[4096];
@@ -160,7 +160,7 @@ TEST(ConsoleTerminalConsole, UsageExample) {
     EXPECT_EQ(lines, "date;uptime;");
 }
 
-TEST(ConsoleTerminalConsole, TheTabulatorReplacesTheLine) {
+TEST(ConsoleTerminalConsole, TheTabKeyReplacesTheLine) {
     PipeTerminal pipes;
     pipes.type("up\ttwo\n");
     console::TerminalConsole terminal(pipes.input(), pipes.output(), true);
@@ -186,7 +186,7 @@ TEST(ConsoleTerminalConsole, PlainLinesNeedNoNewlineAtTheEnd) {
     EXPECT_FALSE(terminal.readPlainLine(&line));
 }
 
-TEST(ConsoleTerminalConsole, WaitsWhereTheDescriptorDoesNot) {
+TEST(ConsoleTerminalConsole, WaitsOnANonBlockingDescriptor) {
     PipeTerminal pipes;
     ASSERT_EQ(fcntl(pipes.input(), F_SETFL, O_NONBLOCK), 0);
     console::TerminalConsole terminal(pipes.input(), pipes.output(), false);
@@ -218,7 +218,7 @@ TEST(ConsoleTerminalConsole, WaitsForASlowReaderOfWhatItWrites) {
     EXPECT_EQ(out.errorNumber(), 0);
 }
 
-TEST(ConsoleDescriptorOutputStream, AFailureStaysWithItsReason) {
+TEST(ConsoleDescriptorOutputStream, AFailureIsSticky) {
     const int full = open("/dev/full", O_WRONLY | O_CLOEXEC);
     ASSERT_GE(full, 0);
     console::DescriptorOutputStream out(full);
@@ -237,7 +237,7 @@ TEST(ConsoleHistory, UsageExample) {
     EXPECT_EQ(history.text(), "vx> date\n");
 }
 
-TEST(ConsoleHistory, HoldsWholeLinesOnly) {
+TEST(ConsoleHistory, ContainsWholeLinesOnly) {
     console::History history;
     std::string all;
     for (int i = 0; i < 30000; ++i) {
@@ -255,7 +255,7 @@ TEST(ConsoleHistory, HoldsWholeLinesOnly) {
     }
 }
 
-TEST(ConsoleHistory, LinesOfTheirOwnBeginAndEndOne) {
+TEST(ConsoleHistory, AddLinesAddsMissingNewlines) {
     console::History history;
     history.addLines("one");
     history.add("two");
@@ -265,7 +265,7 @@ TEST(ConsoleHistory, LinesOfTheirOwnBeginAndEndOne) {
     EXPECT_EQ(history.text(), "one\ntwo\nthree\n\n");
 }
 
-TEST(ConsoleSignalStack, AHandlerRunsOnItWhenTheThreadsStackHasOverflowed) {
+TEST(ConsoleSignalStack, AHandlerRunsOnItAfterAStackOverflow) {
     if (isSanitized)
         GTEST_SKIP() << "a sanitizer has signal stacks of its own";
     const test::ChildResult child = test::runInChild([] {
@@ -281,7 +281,7 @@ TEST(ConsoleSignalStack, AHandlerRunsOnItWhenTheThreadsStackHasOverflowed) {
     EXPECT_EQ(child.status, 42);
 }
 
-TEST(ConsoleSignalStack, GivesTheFormerOneBack) {
+TEST(ConsoleSignalStack, RestoresThePreviousOne) {
     stack_t before = {};
     stack_t during = {};
     stack_t after = {};

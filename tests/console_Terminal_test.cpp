@@ -24,7 +24,7 @@ const std::string removedPrompt = "\r" + std::string(37, ' ') + "\r";
 
 const char* const heldBack = "the thread sanitizer holds signals back while a thread waits in read";
 
-/// Whether a signal has no effect before the next key is read.
+// Whether the thread sanitizer holds a signal back until the next key is read.
 bool isHeldBack(int sig) {
 #ifdef __SANITIZE_THREAD__
     return sig == SIGHUP || sig == SIGINT || sig == SIGQUIT || sig == SIGALRM || sig == SIGTERM || sig == SIGUSR1 ||
@@ -34,18 +34,18 @@ bool isHeldBack(int sig) {
 #endif
 }
 
-/// The console of this build in a terminal.
+// The console of this build in a pseudo-terminal.
 class Terminal : public Pty {
 public:
     explicit Terminal(int columns = 80, int rows = 25)
         : Pty(test::consoleCommand({}), columns, rows, test::setConsoleEnvironment) {}
 
-    /// What is shown until the next prompt, without it.
+    // Returns the output up to the next prompt, without the prompt.
     std::string untilPrompt() {
         const std::string seen = expect("vx> ");
         return seen.substr(0, seen.size() - 4);
     }
-    /// Enters a command and returns its answer, without the line that was typed.
+    // Enters a command and returns its answer, without the echoed command line.
     std::string answerTo(const std::string& command) {
         type(command + "\r");
         expect(command + "\r\n");
@@ -66,7 +66,7 @@ std::string numberedLines(int first, int count) {
     return text;
 }
 
-/// As a terminal shows it.
+// Returns `text` with "\r\n" for each newline, as a terminal receives it.
 std::string shown(const std::string& text) {
     std::string result;
     for (const char c : text)
@@ -106,7 +106,7 @@ TEST(ConsoleTerminal, PromptsAnswersAndPromptsAgain) {
     terminal.expectExit(0);
 }
 
-TEST(ConsoleTerminal, APromptBeginsALineOfItsOwn) {
+TEST(ConsoleTerminal, APromptStartsANewLine) {
     TemporaryDirectory directory;
     Terminal terminal;
     terminal.untilPrompt();
@@ -122,7 +122,7 @@ TEST(ConsoleTerminal, TheEndOfInputEndsItOnAnEmptyLineOnly) {
     terminal.expectExit(0);
 }
 
-TEST(ConsoleTerminal, ATerminalThatGoesAwayEndsIt) {
+TEST(ConsoleTerminal, AHangupEndsIt) {
     Terminal terminal;
     terminal.untilPrompt();
     terminal.hangUp();
@@ -130,7 +130,7 @@ TEST(ConsoleTerminal, ATerminalThatGoesAwayEndsIt) {
     EXPECT_TRUE(change.status == 0 || change.signal == SIGHUP) << change.status << ' ' << change.signal;
 }
 
-TEST(ConsoleTerminal, ATerminalThatGoesAwayAtThePagePromptEndsIt) {
+TEST(ConsoleTerminal, AHangupAtThePagePromptEndsIt) {
     TemporaryDirectory directory;
     Terminal terminal;
     terminal.untilPrompt();
@@ -182,7 +182,7 @@ TEST(ConsoleTerminal, TheInterruptKeyEndsItAndRestoresTheTerminal) {
     EXPECT_TRUE(terminal.isInFormerMode());
 }
 
-TEST(ConsoleTerminal, ASignalThatItWasToldToIgnoreStaysIgnored) {
+TEST(ConsoleTerminal, AnIgnoredSignalStaysIgnored) {
     Pty terminal(test::consoleCommand({}), 80, 25, [] {
         test::setConsoleEnvironment();
         std::signal(SIGHUP, SIG_IGN);
@@ -195,7 +195,7 @@ TEST(ConsoleTerminal, ASignalThatItWasToldToIgnoreStaysIgnored) {
     EXPECT_TRUE(terminal.isInFormerMode());
 }
 
-TEST(ConsoleTerminal, ACrashLeavesABackTraceWithReadableNames) {
+TEST(ConsoleTerminal, ACrashReportsABackTraceWithReadableNames) {
     Terminal terminal;
     terminal.untilPrompt();
     kill(terminal.program(), SIGSEGV);
@@ -208,7 +208,7 @@ TEST(ConsoleTerminal, ACrashLeavesABackTraceWithReadableNames) {
     EXPECT_TRUE(terminal.isInFormerMode());
 }
 
-TEST(ConsoleTerminal, TheStopKeyRestoresTheTerminalAndTheKeyModeComesBack) {
+TEST(ConsoleTerminal, TheStopKeyRestoresTheTerminalAndKeyModeReturns) {
     if (isHeldBack(SIGTSTP))
         GTEST_SKIP() << heldBack;
     TemporaryDirectory directory;
@@ -243,7 +243,7 @@ TEST(ConsoleTerminal, CanBeStoppedAtThePagePrompt) {
     EXPECT_EQ(terminal.untilPrompt(), removedPrompt + shown(numberedLines(24, 6)));
 }
 
-TEST(ConsoleTerminal, AStopThatCannotBeCaughtIsFollowedByTheKeyModeToo) {
+TEST(ConsoleTerminal, KeyModeReturnsAfterAStopThatCannotBeCaught) {
     if (isHeldBack(SIGCONT))
         GTEST_SKIP() << heldBack;
     Terminal terminal;
@@ -256,11 +256,11 @@ TEST(ConsoleTerminal, AStopThatCannotBeCaughtIsFollowedByTheKeyModeToo) {
     terminal.expectExit(0);
 }
 
-// What the terminal would obey
+// Control characters
 
 namespace {
 
-/// Text that a terminal would obey, and the same as it is to be shown.
+// Text with control characters, and the same text as it must be shown.
 const std::string unsafeText = "\033[2J\x9b"
                                "1m\xc2\x9b"
                                "2m\x7f\x80\xff\b\r\033";
@@ -269,13 +269,13 @@ const std::string readableText = "gr\xc3\xbcn \xe6\xbc\xa2\xe5\xad\x97 \xf0\x9f\
 
 } // namespace
 
-TEST(ConsoleEscapes, ControlCharactersInAFileAreShownAndTextStaysReadable) {
+TEST(ConsoleEscapes, ControlCharactersInAFileAreEscapedAndTextStaysReadable) {
     TemporaryDirectory directory;
     const std::string file = directory.write("text", unsafeText + readableText + "\n" + std::string(1, 0) + "\n\xc3");
     Terminal terminal;
     terminal.untilPrompt();
     EXPECT_EQ(terminal.answerTo("show file " + file), unsafeTextShown + readableText + "\r\n\\x00\r\n\\xc3\r\n");
-    // What is remembered is what was shown.
+    // The history holds the escaped text too.
     terminal.type("history\r");
     terminal.expect("vx> show file " + file + "\r\n" + unsafeTextShown + readableText + "\r\n\\x00\r\n\\xc3\r\n");
 }
@@ -293,7 +293,7 @@ TEST(ConsoleEscapes, TabsStayTabs) {
     EXPECT_EQ(terminal.waitForChange().status, 0);
 }
 
-TEST(ConsoleEscapes, ControlCharactersInNamesUrlsAndTheEnvironmentAreShown) {
+TEST(ConsoleEscapes, ControlCharactersInNamesUrlsAndTheEnvironmentAreEscaped) {
     TemporaryDirectory directory;
     directory.write("name" + unsafeText, "abc");
     const std::string shownName = "name" + unsafeTextShown;
@@ -308,7 +308,7 @@ TEST(ConsoleEscapes, ControlCharactersInNamesUrlsAndTheEnvironmentAreShown) {
     terminal.expect("VX_UNSAFE=" + unsafeTextShown);
 }
 
-TEST(ConsoleEscapes, AlsoTheAnswerOfASingleCommandAndItsFailureAreSafe) {
+TEST(ConsoleEscapes, TheAnswerAndFailureOfASingleCommandAreEscaped) {
     TemporaryDirectory directory;
     const std::string file =
         directory.write("name" + unsafeText, std::string(16383, 'x') + "\xc3\xbc" + unsafeText + "\n");
@@ -324,7 +324,7 @@ TEST(ConsoleEscapes, AlsoTheAnswerOfASingleCommandAndItsFailureAreSafe) {
     EXPECT_EQ(failure.waitForChange().status, 1);
 }
 
-TEST(ConsoleEscapes, TakeTheirColumnsOnAPage) {
+TEST(ConsoleEscapes, CountTheirColumnsOnAPage) {
     TemporaryDirectory directory;
     std::string text;
     std::string page;
@@ -358,12 +358,12 @@ TEST(ConsolePages, ThirtyLinesAreAPageThePromptAndTheRest) {
         EXPECT_EQ(terminal.expect(pagePrompt), shown(numberedLines(0, 24)) + pagePrompt);
         terminal.type(key);
         EXPECT_EQ(terminal.untilPrompt(), removedPrompt + shown(numberedLines(24, 6)));
-        // Nothing of the key is left over.
+        // No byte of the key is left for the next prompt.
         EXPECT_EQ(terminal.answerTo("bogus"), "unknown command: bogus (try help)\r\n");
     }
 }
 
-TEST(ConsolePages, AKeyIsOnePageHoweverManyBytesItSends) {
+TEST(ConsolePages, AKeyOfSeveralBytesShowsOnePage) {
     TemporaryDirectory directory;
     Terminal terminal;
     terminal.untilPrompt();
@@ -380,7 +380,7 @@ TEST(ConsolePages, AKeyIsOnePageHoweverManyBytesItSends) {
     EXPECT_EQ(terminal.untilPrompt(), removedPrompt + shown(numberedLines(line, 24)));
 }
 
-TEST(ConsolePages, WhatFitsIsShownWithoutAPrompt) {
+TEST(ConsolePages, AShortAnswerHasNoPrompt) {
     TemporaryDirectory directory;
     Terminal terminal;
     terminal.untilPrompt();
@@ -458,12 +458,12 @@ TEST(ConsolePages, AHugeFileQuitAfterTheFirstPageReturnsAtOnce) {
 
 class ConsoleEndlessAnswer : public testing::TestWithParam<const char*> {};
 
-TEST_P(ConsoleEndlessAnswer, IsReadOnlyAsFarAsItIsWanted) {
+TEST_P(ConsoleEndlessAnswer, IsReadOnlyUntilTheUserQuits) {
     TemporaryDirectory directory;
     const std::string pipe = directory.path("pipe");
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
     std::size_t taken = 0;
-    // It waits for the console to open the pipe, and ends when that closes it.
+    // The writer waits until the console opens the pipe, and ends when the console closes it.
     std::thread writer([&] {
         sigset_t broken;
         sigemptyset(&broken);
@@ -489,7 +489,7 @@ TEST_P(ConsoleEndlessAnswer, IsReadOnlyAsFarAsItIsWanted) {
 
 INSTANTIATE_TEST_SUITE_P(Commands, ConsoleEndlessAnswer, testing::Values("show file", "dump"));
 
-TEST(ConsolePages, ANewSizeCountsFromTheNextPage) {
+TEST(ConsolePages, ANewSizeAppliesFromTheNextPage) {
     TemporaryDirectory directory;
     Terminal terminal;
     terminal.untilPrompt();
@@ -511,7 +511,7 @@ TEST(ConsolePages, ANewSizeCountsFromTheNextPage) {
     EXPECT_EQ(linesIn(terminal.untilPrompt()), 16U);
 }
 
-TEST(ConsolePages, ANewSizeAtThePromptCountsForTheNextAnswer) {
+TEST(ConsolePages, ANewSizeAtThePromptAppliesToTheNextAnswer) {
     TemporaryDirectory directory;
     Terminal terminal;
     terminal.untilPrompt();
@@ -523,7 +523,7 @@ TEST(ConsolePages, ANewSizeAtThePromptCountsForTheNextAnswer) {
 
 class ConsoleNarrowTerminal : public testing::TestWithParam<int> {};
 
-TEST_P(ConsoleNarrowTerminal, ShowsNothingOfThePromptOnceItIsRemoved) {
+TEST_P(ConsoleNarrowTerminal, ErasesThePromptCompletely) {
     const int columns = GetParam();
     TemporaryDirectory directory;
     Terminal terminal(columns, 11);
@@ -545,7 +545,7 @@ TEST_P(ConsoleNarrowTerminal, ShowsNothingOfThePromptOnceItIsRemoved) {
 
 INSTANTIATE_TEST_SUITE_P(Widths, ConsoleNarrowTerminal, testing::Values(10, 18, 19, 36, 37, 38, 39, 200));
 
-TEST(ConsolePages, ATerminalWithoutASizeHasTheUsualOne) {
+TEST(ConsolePages, ATerminalWithoutASizeHasTheDefaultSize) {
     TemporaryDirectory directory;
     Terminal terminal(0, 0);
     terminal.untilPrompt();
@@ -565,7 +565,7 @@ TEST(ConsolePages, OneCommandIsNotPaged) {
 
 // The line editor
 
-TEST(ConsoleEditing, BackspaceTakesAWholeCharacter) {
+TEST(ConsoleEditing, BackspaceErasesAWholeCharacter) {
     Terminal terminal;
     terminal.untilPrompt();
     for (const char* typed : {"bogx\177us\r", "bog\xc3\xbc\177us\r", "bog\xe2\x82\xac\xf0\x9f\x99\x82\x08\x08us\r",
@@ -578,8 +578,8 @@ TEST(ConsoleEditing, BackspaceTakesAWholeCharacter) {
     EXPECT_EQ(terminal.expect("vx> a"), "ab\r      \rvx> a");
 }
 
-TEST(ConsoleEditing, BackspaceTakesAsManyColumnsAsTheCharacterHas) {
-    // One column, two, and none of its own behind a letter.
+TEST(ConsoleEditing, BackspaceErasesAllColumnsOfACharacter) {
+    // Characters of one and two columns, and a combining character of width 0.
     const char* const typed[] = {"\xc3\xbc", "\xe6\x97\xa5", "e\xcc\x81"};
     const std::size_t columns[] = {1, 2, 1};
     for (int i = 0; i < 3; ++i) {
@@ -590,7 +590,7 @@ TEST(ConsoleEditing, BackspaceTakesAsManyColumnsAsTheCharacterHas) {
     }
 }
 
-TEST(ConsoleEditing, NothingStaysOfALineThatWasLongerThanTheTerminalIsWide) {
+TEST(ConsoleEditing, ALineWiderThanTheTerminalIsErasedCompletely) {
     for (const unsigned int length : {15, 16, 17, 36, 37, 50}) {
         for (const std::string& keys : {std::string("\025"), std::string(length, '\177')}) {
             Terminal terminal(20, 10);
@@ -603,14 +603,14 @@ TEST(ConsoleEditing, NothingStaysOfALineThatWasLongerThanTheTerminalIsWide) {
     }
 }
 
-TEST(ConsoleEditing, TheKillKeyTakesTheWholeLine) {
+TEST(ConsoleEditing, TheKillKeyErasesTheWholeLine) {
     Terminal terminal;
     terminal.untilPrompt();
     terminal.type("show \xc3\xbc\025bogus\r");
     terminal.expect("unknown command: bogus (try help)\r\n");
 }
 
-TEST(ConsoleEditing, CursorAndFunctionKeysAndControlsAreSwallowed) {
+TEST(ConsoleEditing, CursorAndFunctionKeysAndControlsAreIgnored) {
     Terminal terminal;
     terminal.untilPrompt();
     for (const char* keys : {"\033[A", "\033[1;5C", "\033[15~", "\033OP", "\033OA", "\001", "\013"}) {
@@ -619,12 +619,12 @@ TEST(ConsoleEditing, CursorAndFunctionKeysAndControlsAreSwallowed) {
     }
 }
 
-TEST(ConsoleEditing, TheEscapeKeyAloneDoesNotSwallowTheNextKeys) {
+TEST(ConsoleEditing, TheEscapeKeyAloneDoesNotConsumeTheNextKeys) {
     Terminal terminal;
     terminal.untilPrompt();
     const std::string expected = "gus\r\nunknown command: bogus (try help)\r\n";
     std::string answer;
-    // On a busy machine the console may look for the rest of a key later than it meant to.
+    // On a busy machine the console's time limit for the rest of a key may end late.
     for (std::chrono::milliseconds pause(500); answer != expected && pause.count() < 30000; pause *= 4) {
         terminal.type("bo\033");
         terminal.expect("bo");
@@ -635,7 +635,7 @@ TEST(ConsoleEditing, TheEscapeKeyAloneDoesNotSwallowTheNextKeys) {
     EXPECT_EQ(answer, expected);
 }
 
-TEST(ConsoleEditing, TheTabulatorCompletesWhatIsUnambiguous) {
+TEST(ConsoleEditing, TheTabKeyCompletesWhatIsUnambiguous) {
     TemporaryDirectory directory;
     const std::string file = directory.write("text", "one\n");
     Terminal terminal;
@@ -645,7 +645,7 @@ TEST(ConsoleEditing, TheTabulatorCompletesWhatIsUnambiguous) {
     terminal.type(file + "\r");
     terminal.expect("\r\none\r\n");
     terminal.untilPrompt();
-    // As far as it goes.
+    // An ambiguous beginning is completed up to the common prefix.
     terminal.type("sh\t");
     terminal.expect("show ");
     terminal.type("\025deb\t");
@@ -653,7 +653,7 @@ TEST(ConsoleEditing, TheTabulatorCompletesWhatIsUnambiguous) {
     terminal.type(" of\t\r");
     terminal.expect("debug off \r\nusage: debug off NAME\r\n");
     terminal.untilPrompt();
-    // Nothing to complete: nothing happens.
+    // A line that abbreviates no command stays unchanged.
     terminal.type("xyz\t\t!\r");
     EXPECT_EQ(terminal.untilPrompt(), "xyz!\r\nunknown command: xyz! (try help)\r\n");
     terminal.type("\tbogus\r");
@@ -662,7 +662,7 @@ TEST(ConsoleEditing, TheTabulatorCompletesWhatIsUnambiguous) {
     EXPECT_EQ(terminal.untilPrompt(), "show file a b\r\nusage: show file PATH\r\n");
 }
 
-TEST(ConsoleEditing, AnOverlongLineIsOneClearErrorAndTheConsoleGoesOn) {
+TEST(ConsoleEditing, AnOverlongLineIsReportedOnceAndTheConsoleContinues) {
     Terminal terminal;
     terminal.untilPrompt();
     terminal.type(std::string(100000, 'x'));
@@ -672,7 +672,7 @@ TEST(ConsoleEditing, AnOverlongLineIsOneClearErrorAndTheConsoleGoesOn) {
     EXPECT_EQ(terminal.answerTo("bogus"), "unknown command: bogus (try help)\r\n");
 }
 
-TEST(ConsoleEditing, AnUnmatchedQuoteIsOneClearErrorAndTheConsoleGoesOn) {
+TEST(ConsoleEditing, AnUnmatchedQuoteIsReportedOnceAndTheConsoleContinues) {
     Terminal terminal;
     terminal.untilPrompt();
     EXPECT_EQ(terminal.answerTo("show file \"x"), "a quote is not closed\r\n");
@@ -681,7 +681,7 @@ TEST(ConsoleEditing, AnUnmatchedQuoteIsOneClearErrorAndTheConsoleGoesOn) {
 
 // History
 
-TEST(ConsoleTerminalHistory, HoldsWhatWasShownWithoutThePagePrompt) {
+TEST(ConsoleTerminalHistory, ContainsTheAnswersWithoutThePagePrompt) {
     TemporaryDirectory directory;
     const std::string file = directory.write("text", numberedLines(0, 30));
     Terminal terminal(80, 100);

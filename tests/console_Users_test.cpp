@@ -19,7 +19,7 @@ using test::TemporaryDirectory;
 const std::string rootEntry = "root:x:0:0:root:/root:/bin/bash\n";
 const std::string monitorEntry = "monitor:!:1000:1000:Monitor:/home/monitor:/bin/sh\n";
 
-/// A root directory with a password file, and the console that edits it.
+// A root directory with a password file, and the console that edits it.
 class Root {
 public:
     explicit Root(const std::string& entries = rootEntry + monitorEntry) {
@@ -41,7 +41,7 @@ public:
         return test::runConsole({}, commands, [this] { setenv("VX_ROOT", m_directory.path().c_str(), 1); });
     }
 
-    /// A command that changes nothing and says why.
+    // Expects that a command fails with this message and leaves the file unchanged.
     void expectRefusal(const std::string& command, const std::string& line) const {
         const std::string before = entries();
         const ChildResult child = run(command);
@@ -66,6 +66,7 @@ std::string hashOf(const std::string& entries, const std::string& name) {
     return entries.substr(at, entries.find(':', at) - at);
 }
 
+const std::string tooLong = ": the entry does not fit into 2048 bytes: use shorter texts";
 const char* const editing[] = {"add user new", "delete user root", "password root secret"};
 
 } // namespace
@@ -81,13 +82,13 @@ TEST(ConsoleUsers, AreShownFromTheFileUnderTheRoot) {
     root.expectRefusal("show user nobody", "show user: nobody: no such user in " + root.file());
 }
 
-TEST(ConsoleUsers, AreThoseOfTheMachineWithoutARoot) {
+TEST(ConsoleUsers, AreShownFromTheMachinesFileWithoutARoot) {
     const ChildResult child = test::runCommand("show user root");
     EXPECT_EQ(child.status, 0);
     EXPECT_EQ(child.out.compare(0, 5, "root "), 0);
 }
 
-TEST(ConsoleUsers, AMissingFileIsAClearError) {
+TEST(ConsoleUsers, AMissingFileIsReported) {
     TemporaryDirectory directory;
     const char* const commands[][2] = {
         {"show users", ""}, {"add user", " new"}, {"delete user", " root"}, {"password", " root secret"}};
@@ -99,18 +100,21 @@ TEST(ConsoleUsers, AMissingFileIsAClearError) {
     }
 }
 
-TEST(ConsoleUsers, AFileThatCannotBeReadToItsEndIsShownSoFarAndNotRewritten) {
+TEST(ConsoleUsers, APartlyReadableFileIsShownUpToTheErrorAndNotRewritten) {
     const Root root(rootEntry + "long:x:1:1:" + std::string(3000, 'x') + ":/:/bin/sh\n" + monitorEntry);
     const ChildResult child = root.run("show users\n");
     EXPECT_EQ(child.status, 1);
     EXPECT_EQ(child.out.compare(0, 5, "root "), 0);
-    EXPECT_EQ(child.err, "show users: " + root.file() + ": an entry is too long\n");
-    root.expectRefusal("add user new", "add user: " + root.file() + ": an entry is too long");
-    root.expectRefusal("delete user root", "delete user: " + root.file() + ": an entry is too long");
-    root.expectRefusal("password root secret", "password: " + root.file() + ": an entry is too long");
+    EXPECT_EQ(child.err, "show users: " + root.file() + ": an entry does not fit into 2048 bytes: shorten it\n");
+    root.expectRefusal("add user new",
+                       "add user: " + root.file() + ": an entry does not fit into 2048 bytes: shorten it");
+    root.expectRefusal("delete user root",
+                       "delete user: " + root.file() + ": an entry does not fit into 2048 bytes: shorten it");
+    root.expectRefusal("password root secret",
+                       "password: " + root.file() + ": an entry does not fit into 2048 bytes: shorten it");
 }
 
-// Nobody edits the machine's own file by accident
+// The machine's own file is not edited by accident
 
 TEST(ConsoleUsers, AreNotEditedWithoutARoot) {
     for (const std::string command : editing) {
@@ -119,7 +123,11 @@ TEST(ConsoleUsers, AreNotEditedWithoutARoot) {
         for (const ChildResult& child : {unset, empty}) {
             EXPECT_EQ(child.status, 1);
             EXPECT_EQ(child.out, "");
-            EXPECT_NE(child.err.find(": refused: VX_ROOT is not set\n"), std::string::npos) << child.err;
+            EXPECT_NE(
+                child.err.find(
+                    ": refused: set VX_ROOT to the folder that contains etc/passwd before starting the console\n"),
+                std::string::npos)
+                << child.err;
         }
     }
 }
@@ -130,26 +138,29 @@ TEST(ConsoleUsers, AreNotEditedWhenTheRootWasSetTooLate) {
         const ChildResult child =
             test::runConsole({}, "show users\nset VX_ROOT " + directory.path() + "\n" + command + "\n");
         EXPECT_EQ(child.status, 1);
-        EXPECT_NE(child.err.find(": refused: /etc/passwd was in use before VX_ROOT was set\n"), std::string::npos)
+        EXPECT_NE(child.err.find(
+                      ": refused: /etc/passwd was in use before VX_ROOT was set; set it before starting the console\n"),
+                  std::string::npos)
             << child.err;
     }
 }
 
-TEST(ConsoleUsers, AreNotEditedUnderARootThatHasChanged) {
+TEST(ConsoleUsers, AreNotEditedAfterTheRootHasChanged) {
     const Root first;
     const Root second;
     for (const std::string command : editing) {
         const ChildResult child =
             first.run("show users\nset VX_ROOT " + second.directory().path() + "\n" + command + "\n");
         EXPECT_EQ(child.status, 1);
-        EXPECT_NE(child.err.find(": refused: " + first.file() + " was in use before VX_ROOT was set\n"),
+        EXPECT_NE(child.err.find(": refused: " + first.file() +
+                                 " was in use before VX_ROOT was set; set it before starting the console\n"),
                   std::string::npos);
     }
     EXPECT_EQ(first.entries(), rootEntry + monitorEntry);
     EXPECT_EQ(second.entries(), rootEntry + monitorEntry);
 }
 
-TEST(ConsoleUsers, ARootSetInTimeCounts) {
+TEST(ConsoleUsers, ARootSetBeforeTheFirstUseIsAccepted) {
     const Root root;
     expectQuiet(test::runConsole({}, "set VX_ROOT " + root.directory().path() + "\ndelete user monitor\n"));
     EXPECT_EQ(root.entries(), rootEntry);
@@ -157,7 +168,7 @@ TEST(ConsoleUsers, ARootSetInTimeCounts) {
 
 // add user
 
-TEST(ConsoleUsers, ANewOneHasTheNextNumberAndNoPassword) {
+TEST(ConsoleUsers, ANewUserHasTheNextNumberAndNoPassword) {
     const Root root;
     expectQuiet(root.run("add user ports \"Port Watcher\"\nadd user disks\n"));
     EXPECT_EQ(root.entries(), rootEntry + monitorEntry + "ports:!:1001:1001:Port Watcher:/home/ports:/bin/sh\n" +
@@ -167,39 +178,41 @@ TEST(ConsoleUsers, ANewOneHasTheNextNumberAndNoPassword) {
     EXPECT_EQ(empty.entries(), "first:!:1000:1000::/home/first:/bin/sh\n");
 }
 
-TEST(ConsoleUsers, ANewOneIsRefusedWhereItExistsOrCannotBeWritten) {
+TEST(ConsoleUsers, ANewUserIsRefusedIfTheNameIsTakenOrInvalid) {
     const Root root;
-    const std::string rule = ": a user's name holds letters, digits, and behind the first also - _ . $";
-    root.expectRefusal("add user monitor", "add user: monitor: exists already");
-    root.expectRefusal("add user \"\"", "add user: a user needs a name");
+    const std::string rule =
+        ": invalid user name: use letters, digits, '_' and, after the first character, '-', '.', '$'";
+    root.expectRefusal("add user monitor", "add user: user monitor already exists");
+    root.expectRefusal("add user \"\"", "add user: the user name is empty");
     for (const std::string name : {"a:b", "+", "-x", "../x", "a/b", "two words", "gr\xc3\xbcn", ".hidden"})
         root.expectRefusal("add user \"" + name + "\"", "add user: " + name + rule);
-    root.expectRefusal("add user new a:b", "add user: a:b: a field holds no colon and no line end");
+    root.expectRefusal("add user new a:b", "add user: a:b: must not contain ':' or a newline");
     for (const std::size_t length : {2005, 2048, 3000, 30000})
-        root.expectRefusal("add user new " + std::string(length, 'x'), "add user: new: the entry is too long");
+        root.expectRefusal("add user new " + std::string(length, 'x'), "add user: new" + tooLong);
 }
 
-TEST(ConsoleUsers, NoEntryGrowsBeyondWhatCanBeReadBack) {
+TEST(ConsoleUsers, AnEntryTooLongToBeReadAgainIsRefused) {
     const Root root;
-    // Neither by the longest real name nor by the password that follows.
+    // The real name is as long as possible, so that the password does not fit.
     expectQuiet(root.run("add user new " + std::string(1990, 'x') + "\nadd user more\n"));
     const std::string before = root.entries();
-    root.expectRefusal("password new secret", "password: new: the entry is too long");
+    root.expectRefusal("password new secret", "password: new" + tooLong);
     EXPECT_EQ(root.run("show user more\n").status, 0);
     EXPECT_NE(before.find("more:!:1002:1002:"), std::string::npos);
 }
 
-TEST(ConsoleUsers, ANewOneIsRefusedWhereNoNumberIsLeft) {
+TEST(ConsoleUsers, ANewUserIsRefusedIfNoNumberIsLeft) {
     const Root almost(rootEntry + "last:!:59998:59998::/:/bin/sh\nnobody:x:65534:65534::/:/bin/sh\n");
     expectQuiet(almost.run("add user new\n"));
     EXPECT_EQ(hashOf(almost.entries(), "new"), "!");
     EXPECT_NE(almost.entries().find("new:!:59999:59999:"), std::string::npos);
-    almost.expectRefusal("add user more", "add user: more: no user number is left");
+    almost.expectRefusal("add user more",
+                         "add user: more: no user number is left: 59999, the largest for an ordinary user, is in use");
 }
 
 // delete user
 
-TEST(ConsoleUsers, ADeletedOneIsGone) {
+TEST(ConsoleUsers, ADeletedUserIsRemoved) {
     const Root root;
     expectQuiet(root.run("delete user root\n"));
     EXPECT_EQ(root.entries(), monitorEntry);
@@ -207,7 +220,7 @@ TEST(ConsoleUsers, ADeletedOneIsGone) {
     root.expectRefusal("delete user \"monitor:\"", "delete user: monitor:: no such user");
 }
 
-TEST(ConsoleUsers, AFileThatCannotBeReplacedIsAClearError) {
+TEST(ConsoleUsers, AFileThatCannotBeReplacedIsReported) {
     const Root root;
     ASSERT_EQ(mkdir((root.file() + ".new").c_str(), 0755), 0);
     const struct {
@@ -218,7 +231,7 @@ TEST(ConsoleUsers, AFileThatCannotBeReplacedIsAClearError) {
                  {"add user new", "add user", "putUser"},
                  {"password root secret", "password", "putUser"}};
     for (const auto& [line, command, operation] : cases) {
-        // The service logs the reason, and the console says which command that stopped.
+        // The service logs the reason; the console reports which command failed.
         const ChildResult child = root.run(std::string(line) + "\n");
         EXPECT_EQ(child.status, 1);
         const std::string start = std::string("ERROR static void utility::PWService::") + operation + "(utility::PW*):";
@@ -227,12 +240,12 @@ TEST(ConsoleUsers, AFileThatCannotBeReplacedIsAClearError) {
                   root.file() +
                       " is unchanged: its new file cannot be made (File exists); check the permissions and the free "
                       "space of its folder\n" +
-                      command + ": " + root.file() + " could not be rewritten\n");
+                      command + ": " + root.file() + " could not be rewritten: see the log\n");
         EXPECT_EQ(root.entries(), rootEntry + monitorEntry);
     }
 }
 
-TEST(ConsoleUsers, AFileOrFolderThatCannotBeWrittenIsAClearError) {
+TEST(ConsoleUsers, AnUnwritableFileOrFolderIsReported) {
     const Root root;
     const std::string folder = root.directory().path("etc");
     for (const std::string& place : {folder, root.file()}) {
@@ -250,7 +263,7 @@ TEST(ConsoleUsers, AFileOrFolderThatCannotBeWrittenIsAClearError) {
     EXPECT_EQ(root.entries(), rootEntry + monitorEntry);
 }
 
-TEST(ConsoleUsers, NothingIsReportedIntoTheFileWhereTheStandardStreamsAreClosed) {
+TEST(ConsoleUsers, WithClosedStandardStreamsNoMessageEndsUpInTheFile) {
     const Root root;
     const ChildResult child = test::runConsole({}, "debug on PW\npassword root secret\n", [&] {
         setenv("VX_ROOT", root.directory().path().c_str(), 1);
@@ -276,7 +289,7 @@ TEST(ConsoleUsers, TheFileKeepsItsPermissions) {
 
 // password
 
-TEST(ConsoleUsers, APasswordIsHashedAsThePlatformDoes) {
+TEST(ConsoleUsers, APasswordIsHashedAsThePlatformHashesIt) {
     const Root root;
     expectQuiet(root.run("password monitor \"s3cret $(words)\"\n"));
     const std::string hash = hashOf(root.entries(), "monitor");
@@ -294,13 +307,13 @@ TEST(ConsoleUsers, APasswordIsHashedAsThePlatformDoes) {
     EXPECT_EQ(root.entries(), rootEntry + "monitor:" + hash + ":1000:1000:Monitor:/home/monitor:/bin/sh\n");
 }
 
-TEST(ConsoleUsers, APasswordOfNobodyIsRefused) {
+TEST(ConsoleUsers, APasswordOfAnUnknownUserIsRefused) {
     const Root root;
     root.expectRefusal("password nobody secret", "password: nobody: no such user");
     root.expectRefusal("password monitor", "usage: password NAME PASSWORD");
 }
 
-TEST(ConsoleUsers, NoPasswordIsRememberedNotEvenMistyped) {
+TEST(ConsoleUsers, NoPasswordEntersTheHistoryEvenIfMistyped) {
     const Root root;
     const ChildResult child = root.run("password monitor s3cret1\npass monitor s3cret2\npasword monitor s3cret3\n"
                                        "p monitor s3cret4\npassword monitor s3cret5 more\npassword nobody s3cret6\n"
@@ -311,7 +324,7 @@ TEST(ConsoleUsers, NoPasswordIsRememberedNotEvenMistyped) {
     EXPECT_EQ(root.entries().find("s3cret"), std::string::npos);
 }
 
-TEST(ConsoleUsers, HostileRootsReachNoShell) {
+TEST(ConsoleUsers, AHostileRootReachesNoShell) {
     for (const std::string name : {"with blanks", "a;touch hacked", "$(touch hacked)", "`touch hacked`", "a&b|c>d"}) {
         TemporaryDirectory directory;
         ASSERT_EQ(mkdir(directory.path(name).c_str(), 0755), 0);

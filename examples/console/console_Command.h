@@ -13,11 +13,12 @@ namespace console {
 ///     if (!readable) return call.fail("%s: %s", call.word(0), std::strerror(errno));
 class Invocation {
 public:
-    /// The words behind the first `used` are the command's arguments. All objects must outlive the invocation.
+    /// The first `used` words are the command's name, the others its arguments. All objects must outlive the
+    /// invocation.
     Invocation(const utility::StringArray& words, unsigned int used, utility::PutStream& out, History& history)
         : m_words(words), m_used(used), m_out(out), m_history(history), m_ends(false) {}
 
-    /// Where the answer goes.
+    /// The stream for the answer.
     utility::PutStream& out() {
         return m_out;
     }
@@ -25,25 +26,25 @@ public:
     History& history() {
         return m_history;
     }
-    /// Whether more of the answer is wanted: the user has not quit, and what takes it still works.
+    /// Whether to go on with the answer: the user has not quit, and the output has not failed.
     bool isWanted() const {
         return m_out.isOutputStreamGood();
     }
     unsigned int wordCount() const {
         return m_words.length() - m_used;
     }
-    /// The `i`-th argument, or null.
+    /// Argument `i`, counted from 0; null if there are fewer.
     const char* word(unsigned int i) const {
         return m_words.ElementAt(m_used + i);
     }
 
-    /// Sets the one line that says what failed; always false.
+    /// Sets the failure message, formatted as `printf` does. Always returns false.
     bool fail(const char* format, ...) VXUT_PRINTF(2, 3);
     const std::string& failure() const {
         return m_failure;
     }
 
-    /// Asks the console to end after this command.
+    /// Requests that the console exit after this command.
     void end() {
         m_ends = true;
     }
@@ -60,17 +61,17 @@ private:
     bool m_ends;
 };
 
-/// What the history keeps of a command.
+/// What the history keeps of a command and its answer.
 enum Remembered { REMEMBER_ALL, REMEMBER_NAME, REMEMBER_NOTHING };
 
-/// A command as it is listed and found.
+/// An entry of the command table.
 struct Command {
-    const char* name;      ///< one or two words
-    const char* arguments; ///< as shown to the user, empty for none
-    const char* summary;
-    unsigned int fewest; ///< arguments
-    unsigned int most;
-    bool (*run)(Invocation& call); ///< false after `fail`
+    const char* name;              ///< one or two words
+    const char* arguments;         ///< as the help shows them; may be empty
+    const char* summary;           ///< what the command does, as the help shows it
+    unsigned int fewest;           ///< smallest number of arguments
+    unsigned int most;             ///< largest number of arguments
+    bool (*run)(Invocation& call); ///< returns false after `fail`
     Remembered remembered = REMEMBER_ALL;
 };
 

@@ -4,7 +4,7 @@
 
 namespace console {
 
-// Each group ends with a command without a name.
+// Each group ends with an entry with a null name.
 extern const Command generalCommands[];
 extern const Command fileCommands[];
 extern const Command textCommands[];

@@ -15,7 +15,7 @@ namespace {
 const Command* const groups[] = {generalCommands, fileCommands, textCommands,
                                  systemCommands,  pathCommands, userCommands};
 
-/// Every command under its name, and the names in order.
+// The commands by name, and their names in alphabetical order.
 class Index {
 public:
     Index() : m_names(0), m_commands(64) {
@@ -50,11 +50,11 @@ unsigned int countWords(const char* name) {
     return std::strchr(name, ' ') != nullptr ? 2 : 1;
 }
 
-bool takes(const Command& command, unsigned int arguments) {
+bool accepts(const Command& command, unsigned int arguments) {
     return arguments >= command.fewest && arguments <= command.most;
 }
 
-/// Whether each word of `name`, up to the last one given, begins with the word given in its place.
+// Whether each of `words` is a prefix of the word of `name` at the same position.
 bool isBegunBy(const char* name, const utility::StringArray& words) {
     for (unsigned int i = 0; *name != 0 && (i == 0 || i < words.length()); ++i) {
         const std::size_t length = std::strcspn(name, " ");
@@ -67,8 +67,8 @@ bool isBegunBy(const char* name, const utility::StringArray& words) {
     return true;
 }
 
-/// The command whose name is spelled out, the longer one first: "debug of" rather begins "debug off" than being "debug"
-/// with an argument that it does not take.
+// Returns the command with exactly this name, or null. A name of two words wins over one of a single word. A single
+// word counts only if the command accepts the remaining words as arguments: "debug of" abbreviates "debug off".
 const Command* findSpelled(const utility::StringArray& words, unsigned int* used) {
     const char* first = words.ElementAt(0);
     const char* second = words.ElementAt(1);
@@ -78,17 +78,17 @@ const Command* findSpelled(const utility::StringArray& words, unsigned int* used
         return command;
     command = theIndex().find(first);
     *used = 1;
-    return command != nullptr && takes(*command, words.length() - 1) ? command : nullptr;
+    return command != nullptr && accepts(*command, words.length() - 1) ? command : nullptr;
 }
 
-/// The commands that the given words may mean.
+// The commands that match an abbreviation.
 struct Candidates {
     unsigned int count = 0;
     const Command* command = nullptr;
     std::string names;
 };
 
-/// The commands whose names the words begin: all the words of a name, or the ones that are given.
+// Returns the commands that `words` abbreviate; with `all`, only those with every word of the name given.
 Candidates findCandidates(const utility::StringArray& words, bool all) {
     Candidates candidates;
     for (int i = 0; i < theIndex().count(); ++i) {
@@ -121,7 +121,7 @@ const Command* findCommand(const utility::StringArray& words, unsigned int* used
         return command;
     const std::string first = words.ElementAt(0) != nullptr ? words.ElementAt(0) : "";
     Candidates candidates = findCandidates(words, true);
-    // A name spelled out whose arguments do not fit is meant only when nothing else is.
+    // If the first word is a command's full name, but the number of arguments is wrong, the caller reports the usage.
     if (candidates.count == 0 && theIndex().find(first) == nullptr)
         candidates = findCandidates(words, false);
     if (candidates.count == 1) {
@@ -148,7 +148,7 @@ std::string completeCommand(const std::string& line) {
     unsigned int count = 0;
     for (int i = 0; words.length() > 0 && i < theIndex().count(); ++i) {
         std::string name = theIndex().nameAt(i);
-        // A single word may begin the first of two.
+        // A single word may abbreviate the first word of a name of two.
         const bool begins = words.length() == 1
                                 ? name.compare(0, std::strlen(words[0]), words[0]) == 0
                                 : words.length() == countWords(name.c_str()) && isBegunBy(name.c_str(), words);

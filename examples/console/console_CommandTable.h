@@ -7,8 +7,8 @@
 
 namespace console {
 
-// The commands of the console, found by their names or by unambiguous beginnings of the words of a name. The table
-// lives as long as the program.
+// The commands of the console, found by name. Each word of a name may be abbreviated to an unambiguous prefix. The
+// table lives as long as the program.
 //
 //     utility::StringArray words(0);
 //     words.Append("sh");
@@ -17,13 +17,14 @@ namespace console {
 //     unsigned int used = 0;
 //     const console::Command* command = console::findCommand(words, &used, &problem);   // "show file", 2 words used
 
-/// The command that the first words name, and how many of them do; null with `problem` set when there is none.
+/// Returns the command that the first words name and stores their number in `used`. Returns null and sets `problem` if
+/// no command matches or more than one does.
 const Command* findCommand(const utility::StringArray& words, unsigned int* used, std::string* problem);
 
-/// Command `i` in the order in which they are listed; null behind the last.
+/// Returns command `i` in the order of the help; null if there are no more.
 const Command* commandAt(unsigned int i);
 
-/// `line` with the command name that it begins written out as far as that is unambiguous; else `line` as it is.
+/// Returns `line` with its abbreviated command name completed as far as that is unambiguous, or `line` unchanged.
 std::string completeCommand(const std::string& line);
 
 } // namespace console

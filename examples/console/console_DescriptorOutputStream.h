@@ -4,10 +4,10 @@
 
 namespace console {
 
-/// Writes to a terminal, a pipe or a file through a descriptor that stays the caller's.
+/// Writes to a terminal, a pipe or a file through a descriptor that the caller owns.
 ///
-/// Unlike a file stream it neither seeks nor gives up on a short write. A failed write sets the error state for good
-/// and leaves its `errno`. One thread at a time.
+/// Unlike a file stream it never seeks, and continues after a short write. A failed write sets a sticky error and
+/// stores its `errno`. One thread at a time.
 ///
 ///     console::DescriptorOutputStream out(STDOUT_FILENO);
 ///     if (!out.SendOutputStream("ready\n", 6)) report(out.errorNumber());
@@ -22,11 +22,11 @@ public:
     bool isOutputStreamInError() override;
     bool isOutputStreamAtEnd() override;
 
-    /// The `errno` of the failure, 0 when there was none.
+    /// The `errno` of the failed write; 0 if none has failed.
     int errorNumber() const {
         return m_errorNumber;
     }
-    /// Whether the next byte will be the first of a line.
+    /// Whether the next byte starts a line.
     bool isAtLineStart() const {
         return m_lastByte == '\n' || m_lastByte == '\r';
     }

@@ -7,7 +7,7 @@ namespace console {
 
 namespace {
 
-/// The characters that begin with one of some bytes: how many bytes they have, and the limits of the second one.
+// The UTF-8 characters with a lead byte from `first` to `last`: their length and the range of the second byte.
 struct Lead {
     unsigned char first;
     unsigned char last;
@@ -16,8 +16,8 @@ struct Lead {
     unsigned char secondLast;
 };
 
-// Well-formed UTF-8 without control characters. The limits leave out C1 controls, overlong forms, surrogates, and what
-// is above U+10FFFF.
+// Well-formed UTF-8 without control characters. The ranges exclude C1 controls, overlong forms, surrogates, and code
+// points above U+10FFFF.
 constexpr Lead leads[] = {{0x20, 0x7E, 1, 0, 0},       {0xC2, 0xC2, 2, 0xA0, 0xBF}, {0xC3, 0xDF, 2, 0x80, 0xBF},
                           {0xE0, 0xE0, 3, 0xA0, 0xBF}, {0xE1, 0xEC, 3, 0x80, 0xBF}, {0xED, 0xED, 3, 0x80, 0x9F},
                           {0xEE, 0xEF, 3, 0x80, 0xBF}, {0xF0, 0xF0, 4, 0x90, 0xBF}, {0xF1, 0xF3, 4, 0x80, 0xBF},
@@ -27,7 +27,7 @@ unsigned int byteAt(const char* text, std::size_t i) {
     return static_cast<unsigned char>(text[i]);
 }
 
-/// The length of the character at `text`, more than `size` if it is incomplete, 0 if it must be escaped.
+// Returns the length of the character at `text`: more than `size` if it is incomplete, 0 if it must be escaped.
 std::size_t lengthOfCharacter(const char* text, std::size_t size) {
     for (const Lead& lead : leads) {
         if (byteAt(text, 0) < lead.first || byteAt(text, 0) > lead.last)
@@ -42,8 +42,8 @@ std::size_t lengthOfCharacter(const char* text, std::size_t size) {
     return 0;
 }
 
-/// Appends `text` to `safe`, without an incomplete character at its end unless `isEnd`. The control characters in
-/// `allowed` are not escaped. Returns how many bytes were taken.
+// Appends `text` to `safe`, escaped except for the control characters in `allowed`. Stops before an incomplete
+// character at the end, which it escapes if `isEnd`. Returns the number of bytes consumed.
 std::size_t escape(const std::string& text, const char* allowed, bool isEnd, std::string* safe) {
     static const char digits[] = "0123456789abcdef";
     std::size_t at = 0;

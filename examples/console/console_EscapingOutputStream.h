@@ -6,12 +6,12 @@
 
 namespace console {
 
-/// Hands text on to a target without anything that a terminal would obey.
+/// Forwards text to a target stream and escapes control characters that a terminal would interpret.
 ///
-/// Tabs, newlines and well-formed UTF-8 (RFC 3629) stay as they are. Each byte of anything else is written as `\xNN`:
-/// other C0 controls, DEL, C1 controls, and what is not UTF-8. The bytes of a character may come in several sends; the
-/// first ones are held until the last one comes or the stream is ended. The target is kept, not owned. One thread at a
-/// time.
+/// Tabs, newlines and well-formed UTF-8 (RFC 3629) stay as they are. All other bytes are written as `\xNN`: other C0
+/// controls, DEL, C1 controls, and invalid UTF-8. A character may be split between sends: its first bytes are held
+/// until the rest arrives or the stream is ended. The target is not owned and must outlive this stream. One thread at
+/// a time.
 ///
 ///     console::EscapingOutputStream out(terminal);
 ///     out.SendOutputStream("\033[2J", 4);   // shows \x1b[2J
@@ -20,7 +20,7 @@ public:
     explicit EscapingOutputStream(framework::OutputStream& target);
 
     bool StartOutputStream() override;
-    /// Writes what is held, and ends the target.
+    /// Writes the bytes held, escaped, and ends the target.
     void EndOutputStream() override;
     bool SendOutputStream(const char* data, unsigned int size) override;
     bool isOutputStreamOpen() override;
@@ -34,7 +34,7 @@ private:
     std::string m_held;
 };
 
-/// `text` as one line that is safe to show: tabs and newlines are escaped too.
+/// Returns `text` as one line that is safe to show: tabs and newlines are escaped too.
 std::string escapedLine(const std::string& text);
 
 } // namespace console

@@ -69,7 +69,7 @@ bool copy(Invocation& call) {
     utility::FileInputStream in(from);
     if (!in.isInputStreamOpen())
         return call.fail("%s: %s", from, std::strerror(in.errorNumber()));
-    // Before the target is emptied: a directory opens, but cannot be read.
+    // A directory can be opened but not read: refuse it before the target is truncated.
     if (isDirectory(from))
         return call.fail("%s: %s", from, std::strerror(EISDIR));
     if (isSameFile(from, to))
@@ -81,7 +81,7 @@ bool copy(Invocation& call) {
     const bool read = readFile(call, in, from, [&](const char* block, int count) {
         return out.SendOutputStream(block, static_cast<unsigned int>(count));
     });
-    // A file system may report only now that it could not store what it took.
+    // A file system may report a failed write only when the file is closed.
     const int closeError = close(target) == 0 ? 0 : errno;
     if (!read)
         return false;

@@ -7,8 +7,8 @@
 
 namespace console {
 
-/// Hands each block of `file`, which was opened at `path`, to `take`, until that gives false. False, with the failure
-/// set, when the file cannot be read to its end.
+/// Passes each block of `file`, which was opened at `path`, to `take` until `take` returns false. Returns false, with
+/// the failure set, if reading fails.
 template<typename Take>
 bool readFile(Invocation& call, utility::FileInputStream& file, const char* path, Take take) {
     char block[16384];
@@ -21,13 +21,15 @@ bool readFile(Invocation& call, utility::FileInputStream& file, const char* path
     return true;
 }
 
+/// As the overload for an open file; opens the file at `path` first.
 template<typename Take>
 bool readFile(Invocation& call, const char* path, Take take) {
     utility::FileInputStream file(path);
     return readFile(call, file, path, take);
 }
 
-/// The first line of a small file such as those of the system, without its end; empty when it cannot be read.
+/// Returns the first line of a small file, such as one in /proc or /sys, without trailing blanks and newline. Empty if
+/// the file cannot be read.
 std::string firstLineOf(const std::string& path);
 
 } // namespace console

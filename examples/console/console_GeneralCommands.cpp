@@ -15,7 +15,7 @@ namespace {
 
 const stringtoken lastSwitch = 8191;
 
-/// The commands whose names begin with the given words, or all.
+// Lists the commands that begin with the given words; without words, all commands.
 bool help(Invocation& call) {
     std::string beginning;
     for (unsigned int i = 0; i < call.wordCount(); ++i)
@@ -31,7 +31,7 @@ bool help(Invocation& call) {
         found = true;
         call.out().PutF("%-*s  %s\n", static_cast<int>(width), usage.c_str(), command->summary);
     }
-    return found || call.fail("%s: no such command", beginning.c_str());
+    return found || call.fail("%s: no such command (try help)", beginning.c_str());
 }
 
 bool showEnvironment(Invocation& call) {
@@ -56,7 +56,7 @@ bool showSwitches(Invocation& call) {
 
 bool setSwitch(Invocation& call, bool on) {
     if (strings::GS.toToken(call.word(0)) > lastSwitch)
-        return call.fail("%s: no switch is left for this name", call.word(0));
+        return call.fail("%s: all debug switches for new names are in use", call.word(0));
     utility::Debug::setDebugValue(call.word(0), on);
     return true;
 }
@@ -89,9 +89,9 @@ bool quit(Invocation& call) {
 } // namespace
 
 const Command generalCommands[] = {
-    {"help", "[COMMAND]", "list the commands, or those that begin so", 0, 2, help},
+    {"help", "[COMMAND]", "list all commands, or those that begin with COMMAND", 0, 2, help},
     {"show environment", "", "show the environment of this process", 0, 0, showEnvironment},
-    {"set", "NAME VALUE", "set a variable of this process", 2, 2, setVariable},
+    {"set", "NAME VALUE", "set an environment variable of this process", 2, 2, setVariable},
     {"history", "", "show the last commands and answers", 0, 0, history, REMEMBER_NOTHING},
     {"debug", "", "show the debug switches that are on", 0, 0, showSwitches},
     {"debug on", "NAME", "turn a debug switch on", 1, 1, setSwitchOn},

@@ -25,7 +25,7 @@ std::string History::text() {
     std::string held(capacity, 0);
     m_stream.StartInputStream();
     held.resize(static_cast<std::size_t>(m_stream.ReceiveInputStream(&held[0], capacity)));
-    // What was overwritten ends somewhere inside a line.
+    // The oldest line left is partly overwritten.
     if (m_added >= capacity)
         held.erase(0, held.find('\n') + 1);
     return held;

@@ -6,7 +6,7 @@
 
 namespace console {
 
-/// Remembers the last commands and answers, as many as fit into 64 KiB.
+/// Keeps the last 64 KiB of commands and answers.
 ///
 /// One thread at a time.
 ///
@@ -17,10 +17,11 @@ class History {
 public:
     History();
 
+    /// Appends `text`.
     void add(const std::string& text);
-    /// Adds `text` as lines of its own.
+    /// Appends `text` as whole lines: adds a newline before and after it where one is missing.
     void addLines(const std::string& text);
-    /// What is remembered, from the first whole line on.
+    /// Returns the text kept, from its first complete line.
     std::string text();
 
 private:

@@ -5,9 +5,9 @@
 
 namespace console {
 
-/// Shows one answer a page at a time, in the size that the terminal has when the page begins.
+/// Shows one answer page by page. Each page has the size of the terminal at the time the page begins.
 ///
-/// After the user has quit, the rest of the answer is dropped without asking again.
+/// When the user quits, the rest of the answer is dropped without another prompt.
 ///
 ///     console::Pager out(terminal, 80, 25, 65536, 16384);
 ///     out.PutF("%d ports\n", 4);

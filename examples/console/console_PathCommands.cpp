@@ -41,7 +41,7 @@ bool list(Invocation& call) {
     for (const std::string& name : names) {
         struct stat status = {};
         char size[32];
-        // Gone since it was read: nothing more is known of it.
+        // The entry was removed after the directory was read: skip it.
         if (lstat((entries.getPath() + name).c_str(), &status) != 0)
             continue;
         call.out().PutF("%-9s %20s %s\n", typeOf(status.st_mode),
@@ -87,10 +87,11 @@ bool showUrl(Invocation& call) {
 
 } // namespace
 
-const Command pathCommands[] = {{"ls", "DIRECTORY [PATTERN]", "list a directory", 1, 2, list},
-                                {"path", "TEXT", "show the parts and the normal form of a path", 1, 1, showPath},
-                                {"find", "FILE PATHLIST", "find a file in a colon-separated list", 2, 2, find},
-                                {"url", "TEXT", "show the parts of a URL, decoded", 1, 1, showUrl},
-                                {nullptr, nullptr, nullptr, 0, 0, nullptr}};
+const Command pathCommands[] = {
+    {"ls", "DIRECTORY [PATTERN]", "list a directory", 1, 2, list},
+    {"path", "TEXT", "show the parts of a path and its normal form", 1, 1, showPath},
+    {"find", "FILE PATHLIST", "find a file in a colon-separated list of directories", 2, 2, find},
+    {"url", "TEXT", "show the parts of a URL, decoded", 1, 1, showUrl},
+    {nullptr, nullptr, nullptr, 0, 0, nullptr}};
 
 } // namespace console

@@ -7,9 +7,9 @@
 
 namespace console {
 
-/// Hands everything on to a target, and what is part of an answer to a history as well.
+/// Forwards everything to a target stream, and adds the text of answers to a history.
 ///
-/// Both are kept, not owned. One thread at a time.
+/// Neither is owned; both must outlive this stream. One thread at a time.
 ///
 ///     console::RecordingOutputStream out(terminal, history);
 ///     out.setRecording(true);
@@ -24,9 +24,9 @@ public:
     bool isOutputStreamInError() override;
     bool isOutputStreamAtEnd() override;
 
-    /// Whether what is sent from now on belongs to an answer.
+    /// Turns on or off whether text sent from now on is part of an answer.
     void setRecording(bool recording);
-    /// Says that the last send was no part of the answer, but a prompt; returns its size.
+    /// Keeps the text of the last send, which was a prompt, out of the history. Returns its size in bytes.
     unsigned int forgetLast() {
         m_last.clear();
         return m_lastSize;
@@ -37,7 +37,7 @@ private:
     History& m_history;
     bool m_recording;
     unsigned int m_lastSize;
-    std::string m_last; // recorded as soon as it turns out to be no prompt
+    std::string m_last; // may be a prompt: recorded with the next send
 };
 
 } // namespace console

@@ -22,7 +22,7 @@ enum RequestKind : unsigned int { REQUEST_COMMAND = 1, REQUEST_END = 2 };
 
 const int elementCount = 4;
 const int elementSize = 65536;
-// Room for the longest single text that a command writes at once: an environment entry of 128 KiB.
+// Holds the longest text that a command writes at once: an environment entry of 128 KiB.
 const int outputSize = 262144;
 const int outputThreshold = 16384;
 const std::size_t longestFailure = 1024;
@@ -34,8 +34,8 @@ void send(utility::BufferStreamQueue& queue, utility::BufferStreamElement* eleme
     queue.m_waiter.unlock();
 }
 
-/// A failure is shown as one line, whatever the names in it contain. The middle of a line that is too long is left out:
-/// the reason is at its end.
+// Returns `failure` as one line, even if the names in it contain newlines. If it is too long, the middle is omitted,
+// because the reason is at the end.
 std::string oneLine(const std::string& failure) {
     std::string line = failure;
     if (line.size() > longestFailure)
@@ -54,7 +54,7 @@ utility::BufferStreamElement* receive(utility::BufferStreamQueue& queue) {
 
 } // namespace
 
-/// A request as the worker reads it back.
+// The parameters of a request, as the worker reads them.
 struct Session::Request {
     int width = 0;
     int height = 0;
@@ -94,9 +94,9 @@ void Session::giveBack(utility::BufferStreamElement* element) {
 }
 
 bool Session::run(const std::string& line, std::string* failure) {
-    // Behind it nothing would be read: half a command is none.
+    // The command would end at the NUL byte: refuse it rather than run a part of it.
     if (line.find('\0') != std::string::npos) {
-        *failure = "a command holds no NUL byte";
+        *failure = "a command must not contain a NUL byte";
         return false;
     }
     utility::Arguments arguments(line.c_str());
@@ -208,12 +208,12 @@ bool Session::answer(Request& request, std::string* failure, bool* ends) {
     return false;
 }
 
-/// Escapes before it counts pages: what is escaped takes more columns.
+// Escapes before the pager counts columns, because an escaped byte takes more of them.
 bool Session::answerTo(framework::OutputStream& target, Request& request, std::string* failure, bool* ends) {
     EscapingOutputStream escaping(target);
     framework::OutputStream& shown = m_terminal.isShownByTerminal() ? escaping : target;
     utility::VirtualPutStream out(shown, outputSize, outputThreshold);
-    // A reader of pages sees each block as soon as it is there.
+    // When paged, send each block at once so that the user sees it.
     out.setHoldOutput(!m_paged);
     const bool succeeded = runCommand(request, out, failure, ends);
     out.EndOutputStream();
@@ -223,7 +223,7 @@ bool Session::answerTo(framework::OutputStream& target, Request& request, std::s
 bool Session::runCommand(Request& request, utility::PutStream& out, std::string* failure, bool* ends) {
     unsigned int used = 0;
     const Command* command = findCommand(request.words, &used, failure);
-    // The arguments of an unknown command may be those of a mistyped one that are not remembered.
+    // An unknown command may be a mistyped `password`: keep its arguments out of the history.
     const Remembered remembered = command != nullptr ? command->remembered : REMEMBER_NAME;
     const std::string name = command != nullptr ? command->name : request.words[0];
     Invocation call(request.words, used, out, m_terminal.history());

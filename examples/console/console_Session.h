@@ -11,29 +11,29 @@
 
 namespace console {
 
-/// Carries commands from the thread that reads them to the thread that runs them.
+/// Passes commands from the thread that reads them to a worker thread that runs them.
 ///
-/// A request is written with the parameter writers into an element of the pool, queued under the queue's waiter, and
-/// read back by the worker in the same order; the answer comes back in the same element. The terminal is kept, not
-/// owned; where it is a terminal, answers are shown without control characters that it would obey. One thread at a time
-/// calls `run`.
+/// `run` writes a request with the parameter writers into an element of the pool and queues it under the queue's
+/// waiter. The worker reads the parameters in the same order and returns its answer in the same element. The terminal
+/// is not owned and must outlive the session. If its output is a terminal, control characters in answers are escaped.
+/// One thread at a time calls `run`.
 ///
 ///     console::Session session(terminal, true);
 ///     std::string failure;
 ///     if (!session.run("show file /etc/hosts", &failure)) report(failure);
 class Session {
 public:
-    /// With `paged` long answers stop after each page of the terminal.
+    /// If `paged`, answers stop after each full page of the terminal.
     Session(TerminalConsole& terminal, bool paged);
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
-    /// Waits for the worker to end.
+    /// Ends the worker thread and waits for it.
     ~Session();
 
-    /// Runs the command in `line` and shows its answer. False, with one line in `failure`, when it failed. An empty
-    /// line does nothing.
+    /// Runs the command in `line` and shows its answer. Returns false, with one line in `failure`, if the command
+    /// failed. Returns true for an empty line, without doing anything.
     bool run(const std::string& line, std::string* failure);
-    /// Whether a command has asked for the end.
+    /// Whether a command has requested that the console exit.
     bool isEnded() const {
         return m_ended;
     }

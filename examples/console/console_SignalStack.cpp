@@ -4,7 +4,7 @@ namespace console {
 
 namespace {
 
-// Room for a crash report with its back trace.
+// Enough for a crash report with its back trace.
 const std::size_t stackSize = 131072;
 
 } // namespace

@@ -6,9 +6,9 @@
 
 namespace console {
 
-/// A stack on which the calling thread's signal handlers run, because its own may be what has overflowed.
+/// An alternate signal stack for the calling thread, so that a handler can report a stack overflow.
 ///
-/// It serves the thread that made it until the object ends there, and handlers installed with `SA_ONSTACK`.
+/// Handlers installed with `SA_ONSTACK` run on it. Create and destroy the object in the same thread.
 ///
 ///     const console::SignalStack stack;
 class SignalStack {
@@ -16,7 +16,7 @@ public:
     SignalStack();
     SignalStack(const SignalStack&) = delete;
     SignalStack& operator=(const SignalStack&) = delete;
-    /// Gives the thread the stack back that it had before.
+    /// Restores the thread's previous signal stack.
     ~SignalStack();
 
 private:

@@ -37,7 +37,7 @@ const long long bytesPerSector = 512;
 const char* const blockDevices = "/sys/block";
 const char* const fibreChannelHosts = "/sys/class/fc_host";
 
-/// The names in a directory in alphabetical order, without those that begin with a dot.
+// Returns the names in a directory in alphabetical order, without those that begin with a dot.
 std::vector<std::string> namesIn(const char* directory) {
     std::vector<std::string> names;
     utility::DirIterator entries(directory, "[!.]*");
@@ -138,7 +138,7 @@ bool uptime(Invocation& call) {
     return true;
 }
 
-/// A folder of its own for context files, which is removed with them.
+// A temporary folder for context files; the destructor removes it with its files.
 class ContextFolder {
 public:
     ContextFolder() : m_made(false) {
@@ -213,7 +213,7 @@ bool context(Invocation& call) {
         }));
     }
     if (names.empty())
-        return call.fail("%s: no thread left its context", folder.path().c_str());
+        return call.fail("%s: no thread has written its context within 20 s", folder.path().c_str());
     for (const std::string& name : names)
         call.out().PutF("%s\n%s", name.c_str(), contentsOf(folder.path() + '/' + name).c_str());
     return true;

@@ -28,7 +28,7 @@ bool isContinuation(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
 }
 
-/// Takes the last character, of whatever length, off the line.
+// Removes the last UTF-8 character from `line`.
 void dropLastCharacter(std::string* line) {
     while (line->size() > 1 && isContinuation(line->back()))
         line->pop_back();
@@ -36,7 +36,7 @@ void dropLastCharacter(std::string* line) {
         line->pop_back();
 }
 
-/// How many columns each character of `text` takes on a terminal.
+// Returns the width of each character of `text` in terminal columns.
 std::vector<unsigned int> columnsOf(const std::string& text) {
     static const locale_t utf8 = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
     const locale_t former = utf8 != nullptr ? uselocale(utf8) : nullptr;
@@ -96,14 +96,13 @@ bool TerminalConsole::readByteSoon(char* byte) {
     return waitUntilReadable(m_input, restOfKeyMilliseconds) && readByte(byte);
 }
 
-/// A cursor or function key sends an escape sequence, a letter beyond ASCII several bytes; each is one key all the
-/// same.
+// Skips the other bytes of a key: a cursor or function key sends an escape sequence, a non-ASCII letter several bytes.
 void TerminalConsole::skipRestOfKey(char first) {
     char byte = 0;
     if (first == escape && readByteSoon(&byte)) {
         if (byte == 'O')
             readByteSoon(&byte);
-        // "ESC [" and parameters up to a letter or a tilde.
+        // A control sequence: "ESC [", parameters, and a final byte from '@' to '~'.
         if (byte == '[') {
             while (readByteSoon(&byte) && (byte < '@' || byte > '~')) {
             }
@@ -126,19 +125,19 @@ void TerminalConsole::removePrompt(int width) {
     erase(std::string(m_promptSize, ' '), width);
     if (m_pager == nullptr)
         return;
-    // The key may have been faster than the signal that tells the size.
+    // SIGWINCH may not have arrived yet: ask for the size.
     utility::Terminal* terminal = utility::Terminal::instance();
     terminal->update();
     m_pager->setPageSize(terminal->width(), terminal->height());
 }
 
-/// Takes `text`, behind which the cursor stands, off the screen; it began in the first column.
+// Erases `text`, which starts in the first column and ends at the cursor, from a screen of `width` columns.
 void TerminalConsole::erase(const std::string& text, int width) {
     const unsigned int right = static_cast<unsigned int>(std::max(width, 1));
     unsigned int column = 0;
     std::string up;
     for (const unsigned int columns : columnsOf(text)) {
-        // What does not fit into the rest of a row begins the next.
+        // A character that does not fit into the row is shown in the next one.
         if (column + columns > right) {
             column = 0;
             up += "\033[A";
@@ -167,7 +166,7 @@ bool TerminalConsole::readPlainLine(std::string* line) {
     return m_inputError == 0 && !line->empty();
 }
 
-/// Shows `text` in the place of the line.
+// Replaces the line on the screen and in `line` with `text`.
 void TerminalConsole::replaceLine(const char* prompt, std::string* line, const std::string& text) {
     if (text == *line)
         return;

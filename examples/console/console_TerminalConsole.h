@@ -14,55 +14,55 @@ class PagingVirtualPutStream;
 
 namespace console {
 
-/// A console over two descriptors, which stay the caller's.
+/// A console over two descriptors, which the caller owns.
 ///
-/// In key mode keys are read one by one, without waiting for a line and without echo, until the object ends. One thread
-/// at a time.
+/// In key mode the terminal delivers single keys, without line buffering and echo, until the object is destroyed. One
+/// thread at a time.
 ///
 ///     console::TerminalConsole terminal(STDIN_FILENO, STDOUT_FILENO, true);
 ///     std::string line;
 ///     while (terminal.readLine("vx> ", nullptr, &line)) run(line);
 class TerminalConsole : public framework::Console {
 public:
-    /// With `keyMode` and a terminal as input, keys are read one by one from now on.
+    /// Switches the terminal to key mode if `keyMode` is set and `input` is a terminal.
     TerminalConsole(int input, int output, bool keyMode);
 
     framework::OutputStream& outputStream() override {
         return m_recorder;
     }
-    /// The next key, the first byte of one that sends several; 'q' when there will be none.
+    /// Waits for the next key. Returns its first byte if it sends several, and 'q' at the end of the input.
     char readKey() override;
     void removePrompt(int width) override;
 
-    /// Shows `prompt` and lets the user edit a line; the tabulator key replaces it by what `complete` makes of it.
-    /// False when there will be none.
+    /// Shows `prompt` and reads a line that the user can edit. The Tab key replaces it with `complete(line)`;
+    /// `complete` may be null. Returns false at the end of the input.
     bool readLine(const char* prompt, std::string (*complete)(const std::string& line), std::string* line);
 
-    /// Reads a line without prompt and editing. False when there are none left; the last one needs no newline. What
-    /// comes before a failure to read is no line.
+    /// Reads a line without prompt and editing. The last line may lack its newline. Returns false at the end of the
+    /// input, and if a read fails: a partial line before the failure does not count.
     bool readPlainLine(std::string* line);
 
-    /// The `errno` of the failure to read, 0 when there was none.
+    /// The `errno` of the failed read; 0 if none has failed.
     int inputError() const {
         return m_inputError;
     }
-    /// Whether what is written is shown by a terminal, which obeys control characters.
+    /// Whether the output is a terminal, which interprets control characters.
     bool isShownByTerminal() const {
         return m_isShownByTerminal;
     }
-    /// The `errno` of the failure to write, 0 when there was none.
+    /// The `errno` of the failed write; 0 if none has failed.
     int outputError() const {
         return m_output.errorNumber();
     }
-    /// What the user has entered and been answered.
+    /// The commands and answers so far.
     History& history() {
         return m_history;
     }
-    /// Whether what is written from now on is an answer, which the history remembers.
+    /// Turns on or off whether text written from now on is an answer, which goes into the history.
     void setAnswering(bool answering) {
         m_recorder.setRecording(answering);
     }
-    /// The stream that learns the terminal's size before each of its next pages; null for none.
+    /// Sets the stream that is told the terminal's size before each of its pages; null for none. Not owned.
     void setPager(utility::PagingVirtualPutStream* pager) {
         m_pager = pager;
     }

@@ -12,25 +12,25 @@ namespace console {
 
 namespace {
 
-// What signal handlers need; set before any handler is installed.
+// Read by the signal handlers; set before they are installed.
 int terminal = -1;
 termios formerMode;
 termios keyMode;
-// Signals may reach several threads at once.
+// Atomic because signals may reach several threads at once.
 std::atomic<bool> inKeyMode(false);
 
 const int endingSignals[] = {SIGHUP, SIGINT, SIGQUIT, SIGPIPE, SIGALRM, SIGTERM, SIGUSR1};
 
 void setKeyMode() {
-    // In the background it would stop the process.
+    // In the background, tcsetattr would stop the process with SIGTTOU.
     if (tcgetpgrp(terminal) != getpgrp())
         return;
     inKeyMode = true;
-    // Not when the output has drained: that may never be where the terminal has been stopped.
+    // TCSANOW rather than TCSADRAIN: the output of a stopped terminal may never drain.
     tcsetattr(terminal, TCSANOW, &keyMode);
 }
 
-/// Lets `sig` have its default effect as soon as the handler returns.
+// Makes `sig` take its default effect as soon as the handler returns.
 void passOn(int sig) {
     std::signal(sig, SIG_DFL);
     raise(sig);
@@ -49,7 +49,7 @@ void installHandler(int sig, void (*handler)(int)) {
     sigaction(sig, &action, nullptr);
 }
 
-/// What a signal is to do that whoever started the process has not told it to ignore.
+// Installs `handler` unless the signal was ignored when the process started, as under nohup.
 void installUnlessIgnored(int sig, void (*handler)(int)) {
     struct sigaction former = {};
     if (sigaction(sig, nullptr, &former) == 0 && former.sa_handler != SIG_IGN)
@@ -63,7 +63,7 @@ void stopBySignal(int sig) {
     sigemptyset(&unblocked);
     sigaddset(&unblocked, sig);
     passOn(sig);
-    // Here the process stops; it goes on when it is continued.
+    // The pending signal stops the process here; SIGCONT resumes it.
     pthread_sigmask(SIG_UNBLOCK, &unblocked, nullptr);
     installHandler(sig, stopBySignal);
     setKeyMode();

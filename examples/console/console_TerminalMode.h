@@ -2,21 +2,21 @@
 
 namespace console {
 
-/// Puts a terminal into the mode in which single keys are read without echo, and back.
+/// Switches a terminal to key mode, in which single keys are read without echo, and restores the original mode.
 ///
-/// The former mode comes back with the object's end, with `exit`, and before any signal that ends or stops the process
-/// takes effect; after a stop the key mode returns with the process to the foreground. One object at a time.
+/// The original mode is restored by the destructor, by `exit`, and before a signal ends or stops the process. After a
+/// stop, key mode returns when the process continues in the foreground. One object at a time.
 ///
 ///     console::TerminalMode keys(STDIN_FILENO);
 class TerminalMode {
 public:
-    /// Does nothing when `fd` is no terminal.
+    /// Does nothing if `fd` is not a terminal.
     explicit TerminalMode(int fd);
     TerminalMode(const TerminalMode&) = delete;
     TerminalMode& operator=(const TerminalMode&) = delete;
     ~TerminalMode();
 
-    /// Restores the former mode at once; safe in a signal handler.
+    /// Restores the original mode at once. Async-signal-safe.
     static void restore();
 };
 

@@ -15,7 +15,7 @@ namespace console {
 
 namespace {
 
-/// How often each word of a text occurs.
+// Counts how often each word of a text occurs.
 class WordCounts {
 public:
     using Count = std::pair<const std::string, unsigned long long>;
@@ -36,7 +36,7 @@ public:
         m_word.clear();
     }
 
-    /// The words, the most frequent first, and in alphabetical order where they are equally frequent.
+    // Returns the words by descending frequency; words of equal frequency are in alphabetical order.
     std::vector<const Count*> sorted() const {
         std::vector<const Count*> words;
         for (const Count& word : m_counts)
@@ -47,7 +47,7 @@ public:
     }
 
 private:
-    // Ordered: no choice of words makes it slow, and words of equal frequency come in alphabetical order.
+    // An ordered map: no input makes it slow, and its order is alphabetical.
     std::map<std::string, unsigned long long> m_counts;
     std::string m_word;
 };
@@ -69,7 +69,7 @@ bool countWords(Invocation& call) {
     return true;
 }
 
-/// Runs `one` for each path; a failure does not keep the others from their turn.
+// Runs `one` for each path, also after a failure. Returns false, with all failures joined, if any failed.
 bool forEachPath(Invocation& call, bool (*one)(Invocation& call, const char* path)) {
     std::string failures;
     for (unsigned int i = 0; i < call.wordCount(); ++i) {
@@ -117,7 +117,7 @@ bool crc(Invocation& call) {
     return forEachPath(call, showCrc);
 }
 
-/// How many bytes a UTF-8 character has whose first byte is `lead`; 1 for what begins none.
+// Returns the length that the lead byte of a UTF-8 character announces; 1 for any other byte.
 std::size_t announcedLength(unsigned char lead) {
     std::size_t ones = 0;
     while (ones < 8 && (lead & (0x80U >> ones)) != 0)
@@ -125,10 +125,10 @@ std::size_t announcedLength(unsigned char lead) {
     return ones >= 2 && ones <= 6 ? ones : 1;
 }
 
-/// Finds the first place of a text, given byte by byte, that is no printable UTF-8.
+// Finds the first character of a text, given byte by byte, that is not printable UTF-8.
 class Utf8Check {
 public:
-    /// Whether everything before `c` is well.
+    // Adds `c`. Returns whether all characters before it are printable.
     bool add(char c) {
         const bool continues = (static_cast<unsigned char>(c) & 0xC0) == 0x80 && m_character.size() < m_announced;
         if (!continues && !endCharacter())
@@ -139,7 +139,7 @@ public:
         return true;
     }
 
-    /// Whether the last character is well too.
+    // Ends the last character. Returns whether it is printable.
     bool endCharacter() {
         const unsigned int length = static_cast<unsigned int>(m_character.size());
         if (length > 0 &&
@@ -151,7 +151,7 @@ public:
         return true;
     }
 
-    /// Where the first character begins that is not known to be well.
+    // The offset of the first character that is not known to be printable.
     unsigned long long badOffset() const {
         return m_start;
     }
@@ -162,7 +162,7 @@ private:
     unsigned long long m_start = 0;
 };
 
-/// Keeps the log silent for its life: the offset says more than a line about the bad character.
+// Silences the log while it lives: the library logs each bad character, but here the offset says more.
 class SilentLog {
 public:
     SilentLog() {
@@ -190,7 +190,7 @@ bool checkUtf8(Invocation& call) {
     if (!read)
         return false;
     if (!good || !check.endCharacter())
-        return call.fail("%s: no printable UTF-8 at offset %llu", call.word(0), check.badOffset());
+        return call.fail("%s: not printable UTF-8 at offset %llu", call.word(0), check.badOffset());
     call.out().PutF("%s: printable UTF-8\n", call.word(0));
     return true;
 }
@@ -201,7 +201,7 @@ const Command textCommands[] = {
     {"count words", "PATH", "count the words of a file, the most frequent first", 1, 1, countWords},
     {"md5", "PATH...", "show the MD5 digests of files", 1, 1000, md5},
     {"crc", "PATH...", "show the CRC-8 of files", 1, 1000, crc},
-    {"check utf8", "PATH", "find the first place that is no printable UTF-8", 1, 1, checkUtf8},
+    {"check utf8", "PATH", "find the first character that is not printable UTF-8", 1, 1, checkUtf8},
     {nullptr, nullptr, nullptr, 0, 0, nullptr}};
 
 } // namespace console

@@ -18,7 +18,7 @@ namespace console {
 
 namespace {
 
-// The numbers of ordinary users; above them are those of the system, such as nobody's.
+// The numbers of ordinary users; system accounts such as nobody have numbers outside this range.
 const unsigned int firstUserNumber = 1000;
 const unsigned int lastUserNumber = 59999;
 // The longest entry that the password service can read.
@@ -26,19 +26,21 @@ const std::size_t longestEntry = 2048;
 const char noPassword[] = "!";
 const char shell[] = "/bin/sh";
 
-/// Nobody edits the machine's own password file by accident: neither without VX_ROOT nor after it was set too late.
+// Prevents editing the machine's own password file by accident: VX_ROOT must be set, and before the file was first
+// used.
 bool hasRoot(Invocation& call) {
     const char* root = utility::Environment::GetEnv("VX_ROOT");
     if (root == nullptr || *root == 0)
-        return call.fail("refused: VX_ROOT is not set");
+        return call.fail("refused: set VX_ROOT to the folder that contains etc/passwd before starting the console");
     const char* file = utility::PWService::getFileName();
     if (file == nullptr || std::string(root) + "/etc/passwd" != file)
-        return call.fail("refused: %s was in use before VX_ROOT was set", file != nullptr ? file : "no file");
+        return call.fail("refused: %s was in use before VX_ROOT was set; set it before starting the console",
+                         file != nullptr ? file : "no file");
     return true;
 }
 
-/// A rewrite makes a new file in the same directory and copies it over the old one. The service logs why it could not
-/// but does not return it, so what is likely is found out before.
+// Checks that the password file and its directory, in which a rewrite creates the new file, are writable. The service
+// only logs why a rewrite failed, so the likely reasons are reported here.
 bool isWritable(Invocation& call) {
     const std::string file = utility::PWService::getFileName();
     for (const std::string& place : {file, file.substr(0, file.rfind('/'))}) {
@@ -53,8 +55,8 @@ void putUser(utility::PutStream& out, const passwd& user) {
              user.pw_shell);
 }
 
-/// Gives each entry of the password file to `take`. False, with the failure set, when the file cannot be read to its
-/// end.
+// Passes each entry of the password file to `take`. Returns false, with the failure set, if the file cannot be read to
+// its end.
 template<typename Take>
 bool forEachUser(Invocation& call, Take take) {
     const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(utility::PWService::getFileName(), "re"),
@@ -68,11 +70,12 @@ bool forEachUser(Invocation& call, Take take) {
     while ((error = fgetpwent_r(file.get(), &user, texts, sizeof texts, &result)) == 0)
         take(user);
     if (error == ERANGE)
-        return call.fail("%s: an entry is too long", utility::PWService::getFileName());
+        return call.fail("%s: an entry does not fit into %zu bytes: shorten it", utility::PWService::getFileName(),
+                         longestEntry);
     return error == ENOENT || call.fail("%s: %s", utility::PWService::getFileName(), std::strerror(error));
 }
 
-/// A rewrite keeps what can be read, so it may only follow when that is everything.
+// A rewrite drops entries that cannot be read, so all of them must be readable.
 bool canRewrite(Invocation& call) {
     return hasRoot(call) && isWritable(call) && forEachUser(call, [](const passwd&) {});
 }
@@ -89,35 +92,37 @@ bool showUser(Invocation& call) {
     return true;
 }
 
-/// What the platform would not write, or would write as something else.
+// Checks that `text` has no separator of the password file.
 bool isField(Invocation& call, const char* text) {
-    return std::strpbrk(text, ":\n") == nullptr || call.fail("%s: a field holds no colon and no line end", text);
+    return std::strpbrk(text, ":\n") == nullptr || call.fail("%s: must not contain ':' or a newline", text);
 }
 
-/// A name that is also a home directory's, and that no tool takes for an option or for an entry of another service.
+// Checks that a name can be the name of a home directory, and that no tool takes it for an option or a NIS entry.
 bool isUserName(Invocation& call, const char* name) {
     if (*name == 0)
-        return call.fail("a user needs a name");
+        return call.fail("the user name is empty");
     for (const char* c = name; *c != 0; ++c) {
         if (std::isalnum(static_cast<unsigned char>(*c)) == 0 && std::strchr(c == name ? "_" : "_-.$", *c) == nullptr)
-            return call.fail("%s: a user's name holds letters, digits, and behind the first also - _ . $", name);
+            return call.fail(
+                "%s: invalid user name: use letters, digits, '_' and, after the first character, '-', '.', '$'", name);
     }
     return true;
 }
 
-/// Whether the entry can be read back: one that is too long would also hide those behind it.
+// Checks that the entry is short enough to be read again: an entry that is too long would also hide those after it.
 bool isReadable(Invocation& call, std::initializer_list<const char*> texts) {
     const std::size_t numbersAndSeparators = 32;
     std::size_t length = numbersAndSeparators;
     for (const char* text : texts)
         length += text != nullptr ? std::strlen(text) : 0;
-    return length <= longestEntry || call.fail("%s: the entry is too long", *texts.begin());
+    return length <= longestEntry ||
+           call.fail("%s: the entry does not fit into %zu bytes: use shorter texts", *texts.begin(), longestEntry);
 }
 
-/// Whether the file now holds what a command has put into it.
+// Checks that the rewritten file contains the user, or no longer contains it.
 bool isStored(Invocation& call, const char* name, bool expected) {
     return (utility::PWService::getUser(name) != nullptr) == expected ||
-           call.fail("%s could not be rewritten", utility::PWService::getFileName());
+           call.fail("%s could not be rewritten: see the log", utility::PWService::getFileName());
 }
 
 bool addUser(Invocation& call) {
@@ -127,7 +132,7 @@ bool addUser(Invocation& call) {
     if (!hasRoot(call) || !isWritable(call) || !isUserName(call, name) || !isField(call, realName))
         return false;
     if (utility::PWService::getUser(name) != nullptr)
-        return call.fail("%s: exists already", name);
+        return call.fail("user %s already exists", name);
     unsigned int number = firstUserNumber;
     const bool read = forEachUser(call, [&](const passwd& other) {
         if (other.pw_uid >= number && other.pw_uid <= lastUserNumber)
@@ -136,7 +141,8 @@ bool addUser(Invocation& call) {
     if (!read)
         return false;
     if (number > lastUserNumber)
-        return call.fail("%s: no user number is left", name);
+        return call.fail("%s: no user number is left: %u, the largest for an ordinary user, is in use", name,
+                         lastUserNumber);
     if (!isReadable(call, {name, noPassword, realName, home.c_str(), shell}))
         return false;
     utility::PW user;
@@ -169,7 +175,7 @@ bool setPassword(Invocation& call) {
     if (user == nullptr)
         return call.fail("%s: no such user", call.word(0));
     if (*utility::PWService::encryptPassword(call.word(1), hash, sizeof hash) == 0)
-        return call.fail("this platform cannot hash a password so");
+        return call.fail("this platform's crypt() does not support MD5 hashes");
     user->m_passwd.pw_passwd = hash;
     const passwd& fields = user->m_passwd;
     if (!isReadable(call, {fields.pw_name, hash, fields.pw_gecos, fields.pw_dir, fields.pw_shell}))
@@ -177,7 +183,7 @@ bool setPassword(Invocation& call) {
     utility::PWService::putUser(user);
     user = utility::PWService::getUser(call.word(0));
     return (user != nullptr && std::strcmp(user->getPassword(), hash) == 0) ||
-           call.fail("%s could not be rewritten", utility::PWService::getFileName());
+           call.fail("%s could not be rewritten: see the log", utility::PWService::getFileName());
 }
 
 } // namespace

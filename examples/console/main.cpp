@@ -19,8 +19,9 @@ namespace {
 
 int usage(std::FILE* out) {
     std::fputs("usage: vxconsole [-c COMMAND]\n"
-               "  -c COMMAND  run one command and exit: 0, or 1 when it failed\n"
-               "Without -c, commands are read from the terminal, or line by line from a pipe; try help.\n",
+               "  -c COMMAND  run one command and exit with status 0, or 1 if it failed\n"
+               "Without -c, commands are read from the terminal or, line by line, from standard input.\n"
+               "The command help lists all commands.\n",
                out);
     return out == stdout ? 0 : 2;
 }
@@ -29,11 +30,11 @@ void report(const std::string& failure) {
     std::fprintf(stderr, "%s\n", failure.c_str());
 }
 
-/// Takes the places of the standard streams that whoever started the process has closed: else the next file that is
-/// opened would become one, and what is reported would be written into it.
+// Occupies the descriptors of standard streams that were closed when the process started. Otherwise the next file
+// opened would get such a number, and messages for standard error would be written into it.
 void fillStandardDescriptors() {
     for (const int fd : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
-        // The wrong way round, so that using it stays the error that it was.
+        // Opened in the opposite direction, so that using it still fails with EBADF.
         if (fcntl(fd, F_GETFD) < 0)
             open("/dev/null", fd == STDIN_FILENO ? O_WRONLY : O_RDONLY);
     }
@@ -64,7 +65,7 @@ int runOne(console::TerminalConsole& terminal, const char* line) {
     return 1;
 }
 
-/// Every line of standard input is a command; the status is 1 when one of them failed.
+// Runs each line of standard input as a command. Returns the exit status: 1 if a command failed.
 int runAll(console::TerminalConsole& terminal) {
     console::Session session(terminal, false);
     int status = 0;
@@ -105,7 +106,7 @@ int main(int argc, char** argv) {
         return usage(stderr);
 
     framework::Container container;
-    // Reports are named after the program, whatever its file is called.
+    // Crash reports and context files are named after `argv[0]`: use a fixed name.
     static char name[] = "vxconsole";
     argv[0] = name;
     framework::ApplicationArguments arguments(argc, argv);
