@@ -1,3 +1,5 @@
+// Misc: checksums and digests.
+
 #include <algorithm>
 #include <climits>
 #include <cstddef>

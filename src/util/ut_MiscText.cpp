@@ -1,3 +1,5 @@
+// Misc: checks and conversions of texts.
+
 #include <algorithm>
 #include <cctype>
 #include <cstddef>
