@@ -327,7 +327,7 @@ def tests_of(source):
 
 
 def chosen_sources(names):
-    known = {path.stem: str(path.relative_to(ROOT)) for folder in FOLDERS for path in sorted((ROOT / folder).glob("*.cpp"))}
+    known = {path.stem: str(path.relative_to(ROOT)) for folder in FOLDERS for path in sorted((ROOT / folder).rglob("*.cpp"))}
     unknown = [name for name in names if Path(name).stem not in known]
     if unknown:
         sys.exit(f"no such source: {' '.join(unknown)}")

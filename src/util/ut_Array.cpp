@@ -5,8 +5,8 @@
 #include <cstring>
 
 #include "fw_Memory.h"
-#include "ut_Failure.h"
-#include "ut_Trace.h"
+#include "internal/ut_Failure.h"
+#include "internal/ut_Trace.h"
 
 namespace utility {
 

@@ -7,9 +7,9 @@
 
 #include "fw_Container.h"
 #include "fw_Memory.h"
-#include "ut_Failure.h"
+#include "internal/ut_Failure.h"
+#include "internal/ut_Trace.h"
 #include "ut_Misc.h"
-#include "ut_Trace.h"
 
 namespace utility {
 

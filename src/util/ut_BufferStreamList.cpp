@@ -3,8 +3,8 @@
 #include <cerrno>
 #include <cstring>
 
-#include "ut_Deadline.h"
-#include "ut_Trace.h"
+#include "internal/ut_Deadline.h"
+#include "internal/ut_Trace.h"
 
 namespace utility {
 

@@ -7,10 +7,10 @@
 #include <cstring>
 #include <limits>
 
-#include "ut_Failure.h"
+#include "internal/ut_Failure.h"
+#include "internal/ut_Trace.h"
 #include "ut_Misc.h"
 #include "ut_PutStream.h"
-#include "ut_Trace.h"
 
 // Throws "Invalid Date" from the current operation, in the name of its signature, unless `isValid`.
 #define VXUT_REQUIRE_DATE(isValid)                                                                                     \

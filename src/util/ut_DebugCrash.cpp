@@ -23,9 +23,9 @@
 #include "fw_KnownTokens.h"
 #include "fw_Logger.h"
 #include "fw_ThreadInfo.h"
+#include "internal/ut_FileDescriptor.h"
 #include "ut_BufferStream.h"
 #include "ut_Environment.h"
-#include "ut_FileDescriptor.h"
 #include "ut_FileOutputStream.h"
 
 // The demangler of libsupc++ in the form that does not allocate: a handler may have interrupted the allocator. It

@@ -5,8 +5,8 @@
 #include <fnmatch.h>
 #include <sys/stat.h>
 
-#include "ut_FileDescriptor.h"
-#include "ut_Trace.h"
+#include "internal/ut_FileDescriptor.h"
+#include "internal/ut_Trace.h"
 
 namespace utility {
 

@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "fw_Memory.h"
-#include "ut_Trace.h"
+#include "internal/ut_Trace.h"
 
 namespace utility {
 

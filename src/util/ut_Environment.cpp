@@ -7,10 +7,10 @@
 #include <unistd.h>
 
 #include "fw_Memory.h"
-#include "ut_Failure.h"
+#include "internal/ut_Failure.h"
+#include "internal/ut_Trace.h"
 #include "ut_PutStream.h"
 #include "ut_StringArray.h"
-#include "ut_Trace.h"
 
 namespace utility {
 

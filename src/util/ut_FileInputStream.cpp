@@ -8,7 +8,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "ut_FileDescriptor.h"
+#include "internal/ut_FileDescriptor.h"
 
 namespace utility {
 

@@ -7,7 +7,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include "ut_FileDescriptor.h"
+#include "internal/ut_FileDescriptor.h"
 
 namespace utility {
 

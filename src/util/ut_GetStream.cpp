@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <cstring>
 
-#include "ut_Failure.h"
+#include "internal/ut_Failure.h"
+#include "internal/ut_Trace.h"
 #include "ut_FileInputStream.h"
 #include "ut_IntArray.h"
 #include "ut_ShortArray.h"
 #include "ut_StringArray.h"
-#include "ut_Trace.h"
 #include "ut_UIntArray.h"
 #include "ut_UShortArray.h"
 

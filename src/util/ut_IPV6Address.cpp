@@ -7,8 +7,8 @@
 #include <cstring>
 
 #include "fw_Memory.h"
+#include "internal/ut_WriteHead.h"
 #include "ut_BufferStream.h"
-#include "ut_WriteHead.h"
 
 namespace utility {
 

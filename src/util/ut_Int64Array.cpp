@@ -1,8 +1,8 @@
 #include "ut_Int64Array.h"
 
 #include "fw_KnownStrings.h"
-#include "ut_Failure.h"
-#include "ut_Trace.h"
+#include "internal/ut_Failure.h"
+#include "internal/ut_Trace.h"
 
 namespace utility {
 

@@ -2,8 +2,8 @@
 
 #include "fw_Item.h"
 #include "fw_KnownStrings.h"
-#include "ut_Failure.h"
-#include "ut_Trace.h"
+#include "internal/ut_Failure.h"
+#include "internal/ut_Trace.h"
 
 namespace utility {
 

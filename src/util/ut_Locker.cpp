@@ -2,8 +2,8 @@
 
 #include <cstring>
 
+#include "internal/ut_Trace.h"
 #include "ut_Debug.h"
-#include "ut_Trace.h"
 
 namespace utility {
 

@@ -7,7 +7,7 @@
 
 #include "fw_Memory.h"
 #include "fw_StringRepository.h"
-#include "ut_Trace.h"
+#include "internal/ut_Trace.h"
 
 using framework::Memory;
 

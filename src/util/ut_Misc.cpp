@@ -1,3 +1,5 @@
+// Misc: numbers as text and back, addresses, sleeping. Checksums are in ut_MiscChecksum.cpp, texts in ut_MiscText.cpp.
+
 #include "ut_Misc.h"
 
 #include <algorithm>
@@ -10,9 +12,9 @@
 #include <unistd.h>
 
 #include "fw_Exception.h"
+#include "internal/ut_HexText.h"
 #include "ut_BufferStream.h"
 #include "ut_Debug.h"
-#include "ut_HexText.h"
 
 namespace utility {
 

@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "ut_Trace.h"
+#include "internal/ut_Trace.h"
 
 namespace utility {
 

@@ -16,10 +16,10 @@
 #include "fw_Config.h"
 #include "fw_Container.h"
 #include "fw_Memory.h"
+#include "internal/ut_FileDescriptor.h"
+#include "internal/ut_Trace.h"
 #include "ut_Environment.h"
-#include "ut_FileDescriptor.h"
 #include "ut_TimeMeasure.h"
-#include "ut_Trace.h"
 
 namespace utility {
 

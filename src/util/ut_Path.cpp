@@ -7,7 +7,7 @@
 #include <sys/stat.h>
 
 #include "fw_StableStringRepository.h"
-#include "ut_Trace.h"
+#include "internal/ut_Trace.h"
 
 namespace utility {
 

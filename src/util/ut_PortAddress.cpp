@@ -3,9 +3,9 @@
 #include <strings.h>
 
 #include "fw_KnownStrings.h"
+#include "internal/ut_Trace.h"
+#include "internal/ut_WriteHead.h"
 #include "ut_PutStream.h"
-#include "ut_Trace.h"
-#include "ut_WriteHead.h"
 
 namespace utility {
 

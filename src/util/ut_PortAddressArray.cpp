@@ -3,10 +3,10 @@
 #include <new>
 
 #include "fw_KnownStrings.h"
-#include "ut_Failure.h"
+#include "internal/ut_Failure.h"
+#include "internal/ut_Trace.h"
 #include "ut_PortAddress.h"
 #include "ut_PutStream.h"
-#include "ut_Trace.h"
 
 namespace utility {
 

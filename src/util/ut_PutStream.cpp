@@ -6,7 +6,7 @@
 #include <cstring>
 
 #include "fw_Logger.h"
-#include "ut_Failure.h"
+#include "internal/ut_Failure.h"
 #include "ut_FileOutputStream.h"
 #include "ut_IntArray.h"
 #include "ut_ShortArray.h"

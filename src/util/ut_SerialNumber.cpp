@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "ut_HexText.h"
+#include "internal/ut_HexText.h"
 #include "ut_Misc.h"
 #include "ut_PutStream.h"
 

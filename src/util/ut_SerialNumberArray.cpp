@@ -1,9 +1,9 @@
 #include "ut_SerialNumberArray.h"
 
 #include "fw_KnownStrings.h"
-#include "ut_Failure.h"
+#include "internal/ut_Failure.h"
+#include "internal/ut_Trace.h"
 #include "ut_SerialNumber.h"
-#include "ut_Trace.h"
 
 namespace utility {
 

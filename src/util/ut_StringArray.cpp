@@ -3,7 +3,7 @@
 #include <cstring>
 
 #include "fw_Memory.h"
-#include "ut_Failure.h"
+#include "internal/ut_Failure.h"
 
 namespace utility {
 

@@ -6,8 +6,8 @@
 
 #include "fw_KnownTokens.h"
 #include "fw_Memory.h"
+#include "internal/ut_Trace.h"
 #include "ut_Debug.h"
-#include "ut_Trace.h"
 
 using framework::Memory;
 

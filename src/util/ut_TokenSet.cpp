@@ -5,10 +5,10 @@
 
 #include "fw_KnownStrings.h"
 #include "fw_StableStringRepository.h"
+#include "internal/ut_Failure.h"
+#include "internal/ut_TokenNames.h"
+#include "internal/ut_Trace.h"
 #include "ut_BufferStream.h"
-#include "ut_Failure.h"
-#include "ut_TokenNames.h"
-#include "ut_Trace.h"
 
 namespace utility {
 

@@ -3,8 +3,8 @@
 #include <cstdlib>
 
 #include "fw_KnownStrings.h"
-#include "ut_Failure.h"
-#include "ut_Trace.h"
+#include "internal/ut_Failure.h"
+#include "internal/ut_Trace.h"
 
 namespace utility {
 

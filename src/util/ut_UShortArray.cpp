@@ -4,8 +4,8 @@
 
 #include "fw_KnownStrings.h"
 #include "fw_KnownTokens.h"
-#include "ut_Failure.h"
-#include "ut_Trace.h"
+#include "internal/ut_Failure.h"
+#include "internal/ut_Trace.h"
 
 namespace utility {
 

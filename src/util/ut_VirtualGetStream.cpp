@@ -4,8 +4,8 @@
 #include <cstring>
 
 #include "fw_KnownStrings.h"
-#include "ut_Failure.h"
-#include "ut_Trace.h"
+#include "internal/ut_Failure.h"
+#include "internal/ut_Trace.h"
 
 namespace utility {
 

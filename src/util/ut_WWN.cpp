@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "ut_HexText.h"
+#include "internal/ut_HexText.h"
 #include "ut_PutStream.h"
 
 namespace utility {

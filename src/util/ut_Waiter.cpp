@@ -3,10 +3,10 @@
 #include <cerrno>
 #include <cstring>
 
+#include "internal/ut_Deadline.h"
+#include "internal/ut_Trace.h"
 #include "ut_DateTime.h"
-#include "ut_Deadline.h"
 #include "ut_Debug.h"
-#include "ut_Trace.h"
 
 namespace utility {
 

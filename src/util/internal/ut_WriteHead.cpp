@@ -1,4 +1,4 @@
-#include "ut_WriteHead.h"
+#include "internal/ut_WriteHead.h"
 
 #include <algorithm>
 #include <cstring>

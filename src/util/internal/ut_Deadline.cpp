@@ -1,4 +1,4 @@
-#include "ut_Deadline.h"
+#include "internal/ut_Deadline.h"
 
 #include <algorithm>
 #include <limits>

@@ -1,4 +1,4 @@
-#include "ut_HexText.h"
+#include "internal/ut_HexText.h"
 
 #include <cstring>
 

@@ -1,4 +1,4 @@
-#include "ut_FileDescriptor.h"
+#include "internal/ut_FileDescriptor.h"
 
 #include <atomic>
 #include <cerrno>

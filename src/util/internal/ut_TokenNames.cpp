@@ -1,4 +1,4 @@
-#include "ut_TokenNames.h"
+#include "internal/ut_TokenNames.h"
 
 #include <cstring>
 

@@ -1,4 +1,4 @@
-#include "ut_Failure.h"
+#include "internal/ut_Failure.h"
 
 namespace utility {
 
