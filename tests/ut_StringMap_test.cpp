@@ -4,21 +4,15 @@
 
 #include <cstdint>
 #include <cstdio>
-#include <cstring>
-#include <map>
 #include <random>
 #include <set>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "DebugSwitch.h"
-#include "FailingAllocation.h"
-#include "LogCapture.h"
-#include "PointerMapModel.h"
+#include "HashMapSuite.h"
 #include "RandomSeed.h"
 #include "TraceLines.h"
-#include "fw_Memory.h"
 
 using test::absent;
 using test::pointer;
@@ -26,36 +20,58 @@ using utility::StringMap;
 
 namespace {
 
-const unsigned int stringMapSwitch = 5859;
+constexpr unsigned int stringMapSwitch = 5859;
 
-typedef std::vector<std::pair<std::string, void*>> Entries;
+struct StringMapTraits {
+    typedef StringMap Map;
+    typedef const char* Key;
+    typedef std::string ModelKey;
 
-Entries entriesOf(StringMap& map) {
-    Entries entries;
-    void* value = nullptr;
-    for (const char* key = map.First(value); key; key = map.Next(key, value))
-        entries.emplace_back(key, value);
-    return entries;
-}
+    static constexpr const char* CONSTRUCTOR = "utility::StringMap::StringMap(unsigned int)";
+    static constexpr unsigned int PIECES_PER_ENTRY = 2;
+    static constexpr bool DELETES_ONLY_THE_FIRST = true;
 
-std::string dumpOf(StringMap& map) {
-    testing::internal::CaptureStdout();
-    map.dump();
-    return testing::internal::GetCapturedStdout();
-}
+    static Key argument(const ModelKey& key) {
+        return key.c_str();
+    }
+    static ModelKey modelKey(Key key) {
+        return key;
+    }
+    static Key end() {
+        return nullptr;
+    }
+    // As many of the highest byte, which adds 223, as the number contains, then the rest as one byte.
+    static ModelKey key(unsigned int number) {
+        std::string text(number / 223, '\xff');
+        if (number % 223 != 0)
+            text += static_cast<char>(number % 223 + 32);
+        return text;
+    }
+    static std::uint32_t hash(const ModelKey& key) {
+        std::uint32_t sum = 0;
+        for (const char letter : key) {
+            sum += static_cast<unsigned char>(letter);
+            sum -= 32;
+        }
+        return sum;
+    }
+    static ModelKey randomKey(std::mt19937& random) {
+        static constexpr char letters[] = {'a', 'b', 'c', 'z', '\x01', '\x7f', '\x80', '\xff'};
+        std::string key(random() % 4, 'x');
+        for (char& letter : key)
+            letter = letters[random() % sizeof letters];
+        return key;
+    }
+    static std::string printed(const ModelKey& key) {
+        return key;
+    }
+    static std::string printedCount(unsigned int buckets) {
+        return std::to_string(static_cast<int>(buckets));
+    }
+};
 
-void expectStaysEmpty(StringMap& map) {
-    void* value = &map;
-    EXPECT_FALSE(map.Add("a", pointer(1)));
-    EXPECT_EQ(map.Lookup("a"), absent());
-    EXPECT_FALSE(map.Delete("a"));
-    EXPECT_EQ(map.First(value), nullptr);
-    EXPECT_EQ(map.Next("a", value), nullptr);
-    EXPECT_EQ(value, &map);
-    map.DeleteAll();
-    EXPECT_EQ(dumpOf(map), "");
-    EXPECT_EQ(map.count(), 0u);
-}
+typedef test::HashMapTest<StringMapTraits> Tests;
+typedef Tests::Entries Entries;
 
 TEST(StringMap, UsageExample) {
     int port = 0;
@@ -70,33 +86,6 @@ TEST(StringMap, UsageExample) {
         show(port);
 
     EXPECT_EQ(shown, 1);
-}
-
-TEST(StringMap, AcceptsPowersOfTwoFrom2To65536AsBucketCount) {
-    const test::LogCapture log;
-    for (unsigned int buckets = 2; buckets <= 65536; buckets *= 2) {
-        StringMap map(buckets);
-        EXPECT_TRUE(map.Add("CL1-A", pointer(1))) << buckets;
-        EXPECT_EQ(map.Lookup("CL1-A"), pointer(1)) << buckets;
-    }
-    EXPECT_EQ(log.count(), 0u);
-}
-
-TEST(StringMap, RejectsEveryOtherBucketCount) {
-    for (const unsigned int buckets :
-         {0u, 1u, 3u, 6u, 1000u, 65535u, 65537u, 131072u, 0x40000000u, 0x80000000u, 0xFFFFFFFFu}) {
-        const long outstanding = framework::Memory::staticOutstanding();
-        const test::DebugSwitch traces(stringMapSwitch);
-        test::LogCapture log;
-        StringMap map(buckets);
-        EXPECT_EQ(test::traceLines(log),
-                  (std::vector<std::string>{"0 utility::StringMap::StringMap(unsigned int): need to use num buckets at "
-                                            "power of 2 instead of " +
-                                            std::to_string(static_cast<int>(buckets)) + "\n"}));
-        EXPECT_EQ(framework::Memory::staticOutstanding(), outstanding);
-        expectStaysEmpty(map);
-        EXPECT_EQ(map.hash("ab"), 0u);
-    }
 }
 
 TEST(StringMap, TracesItsSize) {
@@ -117,6 +106,26 @@ TEST(StringMap, HashIsTheMaskedSumOfTheBytesLess32Each) {
     EXPECT_EQ(wide.hash("\x1f"), 65535u); // the sum wraps below zero
     EXPECT_EQ(wide.hash("\x01\x01"), 65536u - 62u);
     EXPECT_EQ(wide.hash(nullptr), 0u);
+}
+
+TEST(StringMap, HashOfRandomKeysIsTheMaskedSum) {
+    const unsigned int seed = test::randomSeed();
+    SCOPED_TRACE(test::repeatWith(seed));
+    std::mt19937 random(seed);
+    StringMap map(1024);
+    for (int i = 0; i < 10000; ++i) {
+        const std::string key = StringMapTraits::randomKey(random);
+        ASSERT_EQ(map.hash(key.c_str()), StringMapTraits::hash(key) & 1023u);
+    }
+}
+
+TEST(StringMap, WithARejectedBucketCountTracesNoSizeAndHashesToZero) {
+    const test::DebugSwitch traces(stringMapSwitch);
+    const test::LogCapture log;
+    StringMap map(1000);
+    EXPECT_EQ(test::traceLines(log), (std::vector<std::string>{"0 utility::StringMap::StringMap(unsigned int): need to "
+                                                               "use num buckets at power of 2 instead of 1000\n"}));
+    EXPECT_EQ(map.hash("ab"), 0u);
 }
 
 TEST(StringMap, AnagramsShareABucket) {
@@ -144,7 +153,7 @@ TEST(StringMap, BytesAbove127HashAndSortAs128To255) {
     StringMap one(2);
     one.Add("\xc3\xa4", pointer(2)); // 195 + 164 - 64: odd
     one.Add("a", pointer(1));        // 97 - 32: odd
-    EXPECT_EQ(entriesOf(one), (Entries{{"a", pointer(1)}, {"\xc3\xa4", pointer(2)}}));
+    EXPECT_EQ(Tests::entriesOf(one), (Entries{{"a", pointer(1)}, {"\xc3\xa4", pointer(2)}}));
 }
 
 TEST(StringMap, HashTracesEachStep) {
@@ -200,32 +209,11 @@ TEST(StringMap, KeepsItsOwnCopyOfAKey) {
     EXPECT_NE(map.First(value), key);
 }
 
-TEST(StringMap, AddOfAPresentKeyReplacesItsValueAndReturnsFalse) {
-    StringMap map(16);
-    EXPECT_TRUE(map.Add("a", pointer(1)));
-    EXPECT_FALSE(map.Add("a", pointer(2)));
-    EXPECT_EQ(map.Lookup("a"), pointer(2));
-    EXPECT_EQ(map.count(), 1u);
-}
-
-TEST(StringMap, LookupOfAnAbsentKeyReturnsMinusOneAndNotNull) {
+TEST(StringMap, LookupComparesWholeTexts) {
     StringMap map(2);
-    EXPECT_EQ(map.Lookup("b"), absent());
     map.Add("b", nullptr);
-    EXPECT_EQ(map.Lookup("b"), nullptr);
-    EXPECT_EQ(map.Lookup("B"), absent()); // less than the key
-    EXPECT_EQ(map.Lookup("d"), absent()); // greater than the key
-    EXPECT_EQ(map.Lookup("bb"), absent());
-}
-
-TEST(StringMap, TheEmptyTextIsAKeyLikeAnyOther) {
-    StringMap map(2);
-    EXPECT_TRUE(map.Add("b", pointer(2)));
-    EXPECT_TRUE(map.Add("", pointer(1)));
-    EXPECT_EQ(map.Lookup(""), pointer(1));
-    EXPECT_EQ(entriesOf(map), (Entries{{"", pointer(1)}, {"b", pointer(2)}}));
-    EXPECT_TRUE(map.Delete(""));
-    EXPECT_EQ(map.Lookup(""), absent());
+    for (const char* other : {"", "B", "d", "bb", "bbb"})
+        EXPECT_EQ(map.Lookup(other), absent()) << other;
 }
 
 TEST(StringMap, AcceptsKeysOf100000Bytes) {
@@ -248,7 +236,7 @@ TEST(StringMap, ANullKeyIsNeitherFoundNorAdded) {
     EXPECT_FALSE(map.Delete(nullptr));
     EXPECT_EQ(map.Next(nullptr, value), nullptr);
     EXPECT_EQ(value, &map);
-    EXPECT_EQ(entriesOf(map), (Entries{{"b", pointer(2)}}));
+    EXPECT_EQ(Tests::entriesOf(map), (Entries{{"b", pointer(2)}}));
     EXPECT_EQ(map.count(), 1u);
 }
 
@@ -264,7 +252,7 @@ TEST(StringMap, DeleteRemovesOnlyTheFirstKeyOfABucket) {
     EXPECT_EQ(map.count(), 1u);
     EXPECT_TRUE(map.Delete("c"));
     EXPECT_EQ(map.count(), 0u);
-    EXPECT_TRUE(entriesOf(map).empty());
+    EXPECT_TRUE(Tests::entriesOf(map).empty());
 }
 
 TEST(StringMap, DeleteDoesNotRemoveTheSecondKeyOfABucket) {
@@ -287,244 +275,20 @@ TEST(StringMap, DeleteOfAnAbsentKeyIsTrueUnlessItsBucketHasASmallerOne) {
     EXPECT_FALSE(map.Delete("e")); // one is smaller
     EXPECT_FALSE(map.Delete("i"));
     EXPECT_EQ(map.count(), 2u);
-    EXPECT_EQ(entriesOf(map).size(), 2u);
-}
-
-TEST(StringMap, FirstAndNextIterateInBucketOrder) {
-    StringMap map(4);
-    void* value = &map;
-    EXPECT_EQ(map.First(value), nullptr);
-    EXPECT_EQ(value, &map);
-    map.Add("c", pointer(3)); // bucket 3
-    map.Add("d", pointer(4)); // bucket 0
-    map.Add("e", pointer(5)); // bucket 1
-    map.Add("a", pointer(1)); // bucket 1
-    EXPECT_EQ(entriesOf(map), (Entries{{"d", pointer(4)}, {"a", pointer(1)}, {"e", pointer(5)}, {"c", pointer(3)}}));
-    value = &map;
-    EXPECT_EQ(map.Next("c", value), nullptr); // the last
-    EXPECT_EQ(map.Next("b", value), nullptr); // absent
-    EXPECT_EQ(map.Next("A", value), nullptr);
-    EXPECT_EQ(value, &map);
-}
-
-TEST(StringMap, DeleteAllRemovesAllEntriesAndKeepsTheCount) {
-    const long outstanding = framework::Memory::staticOutstanding();
-    {
-        StringMap map(16);
-        map.DeleteAll();
-        for (int number = 0; number < 100; ++number)
-            map.Add(std::to_string(number).c_str(), nullptr);
-        EXPECT_EQ(framework::Memory::staticOutstanding(), outstanding + 201); // entries, keys and the table
-        map.DeleteAll();
-        EXPECT_EQ(framework::Memory::staticOutstanding(), outstanding + 1);
-        void* value = nullptr;
-        EXPECT_EQ(map.First(value), nullptr);
-        EXPECT_EQ(map.count(), 100u);
-        EXPECT_TRUE(map.Add("1", nullptr));
-        EXPECT_EQ(map.count(), 101u);
-    }
-    EXPECT_EQ(framework::Memory::staticOutstanding(), outstanding);
-}
-
-TEST(StringMap, DeleteFreesEntryAndKey) {
-    const long outstanding = framework::Memory::staticOutstanding();
-    StringMap map(16);
-    map.Add("a", nullptr);
-    EXPECT_EQ(framework::Memory::staticOutstanding(), outstanding + 3);
-    map.Delete("a");
-    EXPECT_EQ(framework::Memory::staticOutstanding(), outstanding + 1);
+    EXPECT_EQ(Tests::entriesOf(map).size(), 2u);
 }
 
 TEST(StringMap, DumpPrintsALineForEachBucketInUse) {
     StringMap map(64);
-    EXPECT_EQ(dumpOf(map), "");
+    EXPECT_EQ(test::dumpOf(map), "");
     map.Add("ba", nullptr);
     map.Add("ab", nullptr);
     map.Add("!", nullptr);
-    EXPECT_EQ(dumpOf(map), "1: ! \n3: ab ba \n");
-}
-
-TEST(StringMap, PlacementTracePrintsWhereNewEntriesGo) {
-    StringMap map(2);
-    testing::internal::CaptureStdout();
-    map.Add("b", nullptr); // not traced yet
-    map.setPlacementTrace(true);
-    map.Add("c", nullptr);
-    map.Add("g", nullptr);
-    map.Add("e", nullptr);
-    map.Add("a", nullptr);
-    map.Add("e", pointer(1)); // present
-    map.setPlacementTrace(false);
-    map.Add("i", nullptr);
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "place: c @ 1\n"
-                                                      "append: g @ 1\n"
-                                                      "insert: e @ 1, before g\n"
-                                                      "insert: a @ 1, before c\n");
-}
-
-TEST(StringMap, LookupDoesNotAllocate) {
-    StringMap map(16);
-    for (int number = 0; number < 200; ++number)
-        map.Add(std::to_string(number).c_str(), pointer(static_cast<std::uintptr_t>(number)));
-    const test::FailingAllocation failing(test::failAll);
-    for (int number = 0; number < 400; ++number) {
-        char key[16];
-        std::snprintf(key, sizeof key, "%d", number);
-        ASSERT_EQ(map.Lookup(key), number < 200 ? pointer(static_cast<std::uintptr_t>(number)) : absent());
-    }
-    EXPECT_FALSE(map.Add("7", pointer(8)));
-    void* value = nullptr;
-    EXPECT_NE(map.First(value), nullptr);
-    map.Next("7", value);
-    map.Delete("7");
-    map.DeleteAll();
-    EXPECT_EQ(failing.failures(), 0u);
-}
-
-TEST(StringMap, WithoutMemoryForEntryOrKeyAddChangesNothing) {
-    StringMap map(2);
-    for (const char* present : {"g", "c"}) {
-        const Entries before = entriesOf(map);
-        for (const char* key : {"a", "e", "i", "b"}) {
-            const long outstanding = framework::Memory::staticOutstanding();
-            for (const unsigned long nth : {1ul, 2ul}) {
-                test::FailingAllocation failing(nth);
-                EXPECT_FALSE(map.Add(key, pointer(1))) << key;
-                failing.stop();
-                EXPECT_EQ(failing.failures(), 1u);
-                EXPECT_EQ(framework::Memory::staticOutstanding(), outstanding) << key;
-                EXPECT_EQ(entriesOf(map), before) << key;
-                EXPECT_EQ(map.count(), before.size());
-            }
-        }
-        EXPECT_TRUE(map.Add(present, pointer(1)));
-    }
-}
-
-TEST(StringMap, WithoutMemoryForItsTableAMapStaysEmpty) {
-    const long outstanding = framework::Memory::staticOutstanding();
-    {
-        test::FailingAllocation failing(1);
-        StringMap map(64);
-        EXPECT_EQ(failing.failures(), 1u);
-        failing.stop();
-        expectStaysEmpty(map);
-    }
-    EXPECT_EQ(framework::Memory::staticOutstanding(), outstanding);
-}
-
-// Reference implementation with an ordered map: `Delete` removes only the first key of a bucket, and `DeleteAll` does
-// not reset the count.
-class StringMapModel {
-public:
-    StringMapModel(unsigned int seed, unsigned int buckets) : m_random(seed), m_map(buckets), m_mask(buckets - 1) {}
-
-    void run(int steps) {
-        for (int step = 0; step < steps && !testing::Test::HasFailure(); ++step) {
-            SCOPED_TRACE(step);
-            takeStep();
-            EXPECT_EQ(m_map.count(), m_count);
-            if (step % 64 == 0) {
-                EXPECT_EQ(entriesOf(m_map), modelEntries());
-            }
-        }
-    }
-
-private:
-    typedef std::pair<std::uint32_t, std::string> Place;
-
-    Place somePlace() {
-        static const char letters[] = {'a', 'b', 'c', 'z', '\x01', '\x7f', '\x80', '\xff'};
-        std::string key(m_random() % 4, 'x');
-        std::uint32_t hash = 0;
-        for (char& letter : key) {
-            letter = letters[m_random() % sizeof letters];
-            hash += static_cast<unsigned char>(letter);
-            hash -= 32;
-        }
-        return {hash & m_mask, key};
-    }
-
-    void takeStep() {
-        const Place place = somePlace();
-        const char* key = place.second.c_str();
-        switch (m_random() % 10) {
-        case 0:
-        case 1:
-        case 2:
-        case 3: {
-            void* value = pointer(m_random());
-            const bool isNew = m_model.count(place) == 0;
-            EXPECT_EQ(m_map.Add(key, value), isNew);
-            m_model[place] = value;
-            m_count += isNew ? 1 : 0;
-            return;
-        }
-        case 4:
-        case 5:
-        case 6:
-            return remove(place);
-        case 7:
-            return next(place);
-        case 8:
-            EXPECT_EQ(m_map.hash(key), place.first);
-            return m_random() % 200 == 0 ? clear() : void();
-        default: {
-            const auto found = m_model.find(place);
-            EXPECT_EQ(m_map.Lookup(key), found == m_model.end() ? absent() : found->second);
-            return;
-        }
-        }
-    }
-
-    void remove(const Place& place) {
-        const auto first = m_model.lower_bound({place.first, ""});
-        const bool smallerInBucket = first != m_model.end() && first->first < place;
-        EXPECT_EQ(m_map.Delete(place.second.c_str()), !smallerInBucket);
-        if (!smallerInBucket)
-            m_count -= static_cast<unsigned int>(m_model.erase(place));
-    }
-
-    void next(const Place& place) {
-        void* value = this;
-        const char* key = m_map.Next(place.second.c_str(), value);
-        const auto behind = m_model.count(place) > 0 ? m_model.upper_bound(place) : m_model.end();
-        if (behind == m_model.end()) {
-            EXPECT_EQ(key, nullptr);
-            EXPECT_EQ(value, this);
-        } else {
-            EXPECT_EQ(key, behind->first.second);
-            EXPECT_EQ(value, behind->second);
-        }
-    }
-
-    void clear() {
-        m_map.DeleteAll();
-        m_model.clear();
-    }
-
-    Entries modelEntries() const {
-        Entries entries;
-        for (const auto& entry : m_model)
-            entries.emplace_back(entry.first.second, entry.second);
-        return entries;
-    }
-
-    std::mt19937 m_random;
-    StringMap m_map;
-    std::uint32_t m_mask;
-    std::map<Place, void*> m_model;
-    unsigned int m_count = 0;
-};
-
-TEST(StringMap, BehavesAsAnOrderedMapUnderRandomOperations) {
-    const long outstanding = framework::Memory::staticOutstanding();
-    for (const unsigned int buckets : {2u, 64u, 1024u}) {
-        const unsigned int seed = test::randomSeed();
-        SCOPED_TRACE(test::repeatWith(seed));
-        StringMapModel(seed, buckets).run(100000);
-    }
-    EXPECT_EQ(framework::Memory::staticOutstanding(), outstanding);
+    EXPECT_EQ(test::dumpOf(map), "1: ! \n3: ab ba \n");
 }
 
 } // namespace
+
+namespace test {
+INSTANTIATE_TYPED_TEST_SUITE_P(StringMap, HashMapTest, StringMapTraits);
+} // namespace test
