@@ -2,20 +2,19 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <memory>
 #include <new>
 #include <string>
-#include <type_traits>
 #include <vector>
 
-#include "ArrayModel.h"
+#include "ArrayContent.h"
 #include "DebugSwitch.h"
 #include "ExpectFailure.h"
 #include "FailingAllocation.h"
 #include "HeapGrowth.h"
 #include "LogCapture.h"
-#include "TraceLines.h"
+#include "PointerArraySuite.h"
+#include "TypedArraySuite.h"
 #include "fw_Memory.h"
 #include "ut_BufferStream.h"
 #include "ut_FCPortAddress.h"
@@ -24,60 +23,35 @@
 
 namespace {
 
+using test::contentOf;
 using utility::FCPortAddress;
 using utility::PortAddress;
 using utility::PortAddressArray;
-using Content = std::vector<PortAddress*>;
-using Lines = std::vector<std::string>;
 
-const unsigned int TRACE_SWITCH = 4500;
 const FCPortAddress::WWNType TYPE = FCPortAddress::WWN_TYPE_0;
-const unsigned int NOT_FOUND = 0xFFFFFFFF;
 const char* const BOTH_KINDS = "500a09818d5f1234,,10.1.2.3:3260[tgt1]";
-const char* const REALLOC = "static void* utility::Array::realloc(void*, unsigned int*, unsigned int, size_t)";
-const char* const APPEND = "3 void utility::PortAddressArray::Append(utility::PortAddress*): ";
-const char* const INSERT_AT = "void utility::PortAddressArray::InsertAt(unsigned int, utility::PortAddress*)";
-const char* const SET_AT = "void utility::PortAddressArray::SetAt(unsigned int, utility::PortAddress*)";
-const char* const DELETE_AT = "void utility::PortAddressArray::DeleteAt(unsigned int)";
-const char* const AT = "utility::PortAddress*& utility::PortAddressArray::operator[](unsigned int)";
-const char* const AT_CONST = "utility::PortAddress* const& utility::PortAddressArray::operator[](unsigned int) const";
 
-static_assert(!std::is_convertible<unsigned int, PortAddressArray>::value, "the constructor must be explicit");
-
-// An array that does not delete its elements.
-class Unowned : public PortAddressArray {
+// A copy would clone the elements and not delete the clones.
+class Unowned : public test::Unowned<PortAddressArray> {
 public:
-    using PortAddressArray::PortAddressArray;
-    Unowned(const Unowned& other) : PortAddressArray(other.size()) {
-        for (unsigned int index = 0; index < other.length(); ++index)
-            Append(other[index]);
-    }
-    ~Unowned() override {
-        truncate(0);
+    using test::Unowned<PortAddressArray>::Unowned;
+    Unowned(const Unowned&) = delete;
+};
+
+struct PortAddressArrayTraits : test::ArrayTraits {
+    using ArrayType = Unowned;
+    using Value = PortAddress*;
+    static constexpr const char* className = "PortAddressArray";
+    static constexpr const char* valueName = "utility::PortAddress*";
+    static constexpr unsigned int traceSwitch = 4500;
+    static PortAddress* element(unsigned int index) {
+        static std::vector<FCPortAddress> addresses(50, FCPortAddress(TYPE, "05"));
+        return &addresses.at(index);
     }
 };
 
-Content contentOf(const PortAddressArray& array) {
-    Content content;
-    for (unsigned int index = 0; index < array.length(); ++index)
-        content.push_back(array[index]);
-    return content;
-}
-
-void fill(PortAddressArray& array, unsigned int count, PortAddress* element) {
-    for (unsigned int index = 0; index < count; ++index)
-        array.Append(element);
-}
-
-std::string text(PortAddress* element) {
-    char result[40];
-    std::snprintf(result, sizeof result, "%p", static_cast<void*>(element));
-    return result;
-}
-
-std::string appending(PortAddress* element, int index) {
-    return APPEND + ("Appending [" + text(element) + "] at ") + std::to_string(index);
-}
+INSTANTIATE_TYPED_TEST_SUITE_P(PortAddressArray, TypedArray, PortAddressArrayTraits);
+INSTANTIATE_TYPED_TEST_SUITE_P(PortAddressArray, PointerArray, PortAddressArrayTraits);
 
 std::string textOf(const PortAddressArray& array) {
     utility::BufferStream stream(1000);
@@ -111,7 +85,6 @@ protected:
     FCPortAddress a{TYPE, "01"};
     FCPortAddress b{TYPE, "02"};
     FCPortAddress c{TYPE, "03"};
-    FCPortAddress d{TYPE, "04"};
 };
 
 TEST_F(PortAddressArrayTest, UsageExample) {
@@ -125,73 +98,12 @@ TEST_F(PortAddressArrayTest, UsageExample) {
     EXPECT_STREQ(text, "500a09818d5f1234,10.1.2.3:3260[tgt1]");
 }
 
-TEST_F(PortAddressArrayTest, ACapacityOfZeroMeansTwenty) {
-    const Unowned array(0);
-    EXPECT_EQ(array.length(), 0u);
-    EXPECT_EQ(array.size(), 20u);
-}
-
-TEST_F(PortAddressArrayTest, GrowsByTwentySlotsWhenFullAndKeepsItsElements) {
-    Unowned array(2);
-    array.Append(&a);
-    array.Append(nullptr);
-    EXPECT_EQ(array.size(), 2u);
-    array.Append(&c);
-    EXPECT_EQ(array.size(), 22u);
-    EXPECT_EQ(contentOf(array), (Content{&a, nullptr, &c}));
-}
-
-TEST_F(PortAddressArrayTest, InsertAtMovesTheLaterElementsAndAppendsAtTheLength) {
-    Unowned array(3);
-    array.InsertAt(0, &a);
-    array.InsertAt(1, &b);
-    array.InsertAt(0, &c);
-    array.InsertAt(2, &d);
-    EXPECT_EQ(contentOf(array), (Content{&c, &a, &d, &b}));
-    EXPECT_EQ(array.size(), 23u);
-}
-
-TEST_F(PortAddressArrayTest, SetAtReplacesAndDeleteAtClosesTheGap) {
-    Unowned array(3);
-    fill(array, 3, &a);
-    array.SetAt(1, &b);
-    array.SetAt(2, &c);
-    EXPECT_EQ(contentOf(array), (Content{&a, &b, &c}));
-    array.DeleteAt(0);
-    EXPECT_EQ(contentOf(array), (Content{&b, &c}));
-    array.DeleteAt(1);
-    array.DeleteAt(0);
-    EXPECT_EQ(array.length(), 0u);
-}
-
-TEST_F(PortAddressArrayTest, TheIndexOperatorReturnsAReferenceToTheSlot) {
-    Unowned array(2);
-    fill(array, 2, &a);
-    array[1] = &b;
-    const PortAddressArray& constant = array;
-    EXPECT_EQ(constant[1], &b);
-    EXPECT_EQ(&constant[1], &array[1]);
-}
-
-TEST_F(PortAddressArrayTest, BadIndicesThrowAndChangeNothing) {
-    Unowned array(2);
-    fill(array, 2, &a);
-    const PortAddressArray& constant = array;
-    EXPECT_FAILURE(array.InsertAt(3, &b), 1229, "ut_PortAddressArray", INSERT_AT, "");
-    EXPECT_FAILURE(array.SetAt(2, &b), 1229, "ut_PortAddressArray", SET_AT, "");
-    EXPECT_FAILURE(array.DeleteAt(2), 1229, "ut_PortAddressArray", DELETE_AT, "");
-    EXPECT_FAILURE(array[2], 1229, "ut_PortAddressArray", AT, "");
-    EXPECT_FAILURE(constant[2], 1229, "ut_PortAddressArray", AT_CONST, "");
-    EXPECT_FAILURE(constant[0xFFFFFFFF], 1229, "ut_PortAddressArray", AT_CONST, "");
-    EXPECT_EQ(contentOf(array), (Content{&a, &a}));
-    EXPECT_EQ(array.size(), 2u);
-}
-
 TEST_F(PortAddressArrayTest, ElementAtIsNullOutOfRange) {
     Unowned array(4);
-    fill(array, 2, &a);
+    array.Append(&a);
+    array.Append(&b);
     EXPECT_EQ(array.ElementAt(0), &a);
-    EXPECT_EQ(array.ElementAt(1), &a);
+    EXPECT_EQ(array.ElementAt(1), &b);
     EXPECT_EQ(array.ElementAt(2), nullptr);
     EXPECT_EQ(array.ElementAt(0xFFFFFFFF), nullptr);
 }
@@ -232,7 +144,7 @@ TEST_F(PortAddressArrayTest, AnAssignmentReplacesTheElementsByClones) {
 TEST_F(PortAddressArrayTest, SelfAssignmentChangesNothing) {
     PortAddressArray array(7);
     fillWithBothKinds(array);
-    const Content before = contentOf(array);
+    const std::vector<PortAddress*> before = contentOf(array);
     const PortAddressArray& itself = array;
     array = itself;
     EXPECT_EQ(contentOf(array), before);
@@ -311,193 +223,24 @@ TEST_F(PortAddressArrayTest, WritesTheCommasOfNullElementsToo) {
 
 TEST_F(PortAddressArrayTest, AStreamWithoutSpaceForACommaThrows) {
     Unowned array(4);
-    fill(array, 2, &a);
+    array.Append(&a);
+    array.Append(&b);
     utility::BufferStream stream(16);
     EXPECT_FAILURE(array.toPutStream(stream), 1239, "ut_PutStream", "void utility::PutStream::PutC(char)", "");
     EXPECT_STREQ(stream.pBuffer(), "0100000000000000");
 }
 
-TEST_F(PortAddressArrayTest, FindReturnsTheFirstIndexOfAnElement) {
+TEST_F(PortAddressArrayTest, CopyAssignmentAndDeletionDoNotTrace) {
     Unowned array(4);
-    EXPECT_EQ(array.Find(&a), NOT_FOUND);
-    EXPECT_EQ(array.Find(nullptr), NOT_FOUND);
     array.Append(&a);
-    array.Append(&b);
-    array.Append(nullptr);
-    array.Append(&b);
-    array.Append(&c);
-    EXPECT_EQ(array.Find(&a), 0u);
-    EXPECT_EQ(array.Find(&b), 1u);
-    EXPECT_EQ(array.Find(nullptr), 2u);
-    EXPECT_EQ(array.Find(&c), 4u);
-    EXPECT_EQ(array.Find(&d), NOT_FOUND);
-    array.truncate(4);
-    EXPECT_EQ(array.Find(&c), NOT_FOUND);
-}
-
-TEST_F(PortAddressArrayTest, AppendOfAnArrayAddsItsElementsInOrder) {
-    Unowned array(20);
-    array.Append(&a);
-    Unowned other(4);
-    other.Append(&b);
-    other.Append(nullptr);
-    other.Append(&c);
-    array.Append(other);
-    EXPECT_EQ(contentOf(array), (Content{&a, &b, nullptr, &c}));
-    EXPECT_EQ(contentOf(other), (Content{&b, nullptr, &c}));
-    EXPECT_EQ(array.size(), 20u);
-}
-
-TEST_F(PortAddressArrayTest, AppendOfAnArrayGrowsOnceAsSoonAsItWouldBeFull) {
-    Unowned ten(10);
-    fill(ten, 10, &b);
-    Unowned array(20);
-    fill(array, 9, &a);
-    array.Append(ten);
-    EXPECT_EQ(array.length(), 19u);
-    EXPECT_EQ(array.size(), 20u);
-
-    Unowned exact(20);
-    fill(exact, 10, &a);
-    exact.Append(ten);
-    EXPECT_EQ(exact.length(), 20u);
-    EXPECT_EQ(exact.size(), 40u);
-}
-
-TEST_F(PortAddressArrayTest, AppendOfAnArrayGrowsByItsLengthIfMoreThanTwenty) {
-    Unowned many(30);
-    Unowned array(5);
-    fill(array, 5, &a);
-    fill(many, 20, &b);
-    array.Append(many);
-    EXPECT_EQ(array.length(), 25u);
-    EXPECT_EQ(array.size(), 25u);
-    fill(many, 1, &c);
-    array.Append(many);
-    EXPECT_EQ(array.length(), 46u);
-    EXPECT_EQ(array.size(), 46u);
-    EXPECT_EQ(array[45], &c);
-}
-
-TEST_F(PortAddressArrayTest, AppendOfAnEmptyArrayToAFullOneStillGrows) {
-    Unowned none(0);
-    Unowned array(2);
-    fill(array, 2, &a);
-    array.Append(none);
-    EXPECT_EQ(contentOf(array), (Content{&a, &a}));
-    EXPECT_EQ(array.size(), 22u);
-}
-
-TEST_F(PortAddressArrayTest, AnArrayAppendedToItselfDoubles) {
-    Unowned array(3);
-    array.Append(&a);
-    array.Append(&b);
-    array.Append(&c);
-    array.Append(array);
-    EXPECT_EQ(contentOf(array), (Content{&a, &b, &c, &a, &b, &c}));
-    EXPECT_EQ(array.size(), 23u);
-}
-
-TEST_F(PortAddressArrayTest, AppendTraces) {
-    Unowned array(4);
-    const test::DebugSwitch traced(TRACE_SWITCH);
+    const test::DebugSwitch traced(PortAddressArrayTraits::traceSwitch);
     const test::LogCapture log;
-    array.Append(&a);
-    array.Append(nullptr);
-    EXPECT_EQ(test::traceLines(log), (Lines{appending(&a, 0), std::string(APPEND) + "Appending [(nil)] at 1"}));
-}
-
-TEST_F(PortAddressArrayTest, AppendOfAnArrayTracesEachElement) {
-    Unowned array(4);
-    array.Append(&a);
-    Unowned other(4);
-    other.Append(&b);
-    other.Append(&c);
-    const test::DebugSwitch traced(TRACE_SWITCH);
-    const test::LogCapture log;
-    array.Append(other);
-    EXPECT_EQ(test::traceLines(log), (Lines{appending(&b, 1), appending(&c, 2)}));
-}
-
-TEST_F(PortAddressArrayTest, InsertAtTracesEachMoveFromTheTopDown) {
-    Unowned array(4);
-    fill(array, 3, &a);
-    const test::DebugSwitch traced(TRACE_SWITCH);
-    const test::LogCapture log;
-    array.InsertAt(1, &b);
-    const std::string start = std::string("3 ") + INSERT_AT + ": ";
-    EXPECT_EQ(test::traceLines(log), (Lines{std::string("4 ") + INSERT_AT + ": Enter", start + "moving from 2 to 3",
-                                            start + "moving from 1 to 2", start + "setting 1 = " + text(&b)}));
-}
-
-TEST_F(PortAddressArrayTest, ARejectedInsertAtTracesOnlyItsEntry) {
-    Unowned array(4);
-    const test::DebugSwitch traced(TRACE_SWITCH);
-    const test::LogCapture log;
-    CATCH_FAILURE(array.InsertAt(1, &b));
-    EXPECT_EQ(test::traceLines(log), (Lines{std::string("4 ") + INSERT_AT + ": Enter"}));
-}
-
-TEST_F(PortAddressArrayTest, OtherOperationsDoNotTrace) {
-    Unowned array(4);
-    array.Append(&a);
-    const test::DebugSwitch traced(TRACE_SWITCH);
-    const test::LogCapture log;
-    array.SetAt(0, &b);
-    array.Find(&b);
-    CATCH_FAILURE(array[9]);
-    PortAddressArray copy(array);
+    const PortAddressArray copy(array);
     PortAddressArray assigned(1);
     assigned = copy;
-    assigned.ElementAt(0);
+    EXPECT_NE(assigned.ElementAt(0), nullptr);
     assigned.DeleteAll();
-    copy.sort();
-    EXPECT_EQ(test::traceLines(log), Lines());
-}
-
-TEST_F(PortAddressArrayTest, DoesNotTraceWithItsSwitchOff) {
-    const test::LogCapture log;
-    Unowned array(1);
-    fill(array, 2, &a);
-    array.InsertAt(0, &b);
-    array.Append(array);
-    array.DeleteAt(0);
-    EXPECT_EQ(test::traceLines(log), Lines());
-}
-
-TEST_F(PortAddressArrayTest, TheDestructorFreesTheBlockAlsoThroughTheBaseClass) {
-    const long before = framework::Memory::staticOutstanding();
-    {
-        Unowned array(2);
-        fill(array, 50, &a);
-        const std::unique_ptr<utility::Array> copy(new Unowned(array));
-        EXPECT_EQ(framework::Memory::staticOutstanding(), before + 2);
-    }
-    EXPECT_EQ(framework::Memory::staticOutstanding(), before);
-}
-
-TEST_F(PortAddressArrayTest, WithoutMemoryEveryOperationThrowsAndChangesNothing) {
-    const long before = framework::Memory::staticOutstanding();
-    {
-        Unowned array(2);
-        array.Append(&a);
-        array.Append(&b);
-        std::unique_ptr<framework::Exception> failure;
-        int failures = 0;
-        const auto check = [&] {
-            ++failures;
-            EXPECT_TRUE(test::isFailure(failure.get(), 1230, "ut_Array", REALLOC, "", true));
-            EXPECT_EQ(contentOf(array), (Content{&a, &b}));
-            EXPECT_EQ(array.size(), 2u);
-            EXPECT_EQ(framework::Memory::staticOutstanding(), before + 1);
-        };
-        test::failEachAllocationOnce([&] { failure = CATCH_FAILURE(Unowned(3)); }, check);
-        EXPECT_EQ(failures, 1);
-        test::failEachAllocationOnce([&] { failure = CATCH_FAILURE(array.Append(array)); }, check);
-        EXPECT_EQ(failures, 2);
-        EXPECT_EQ(contentOf(array), (Content{&a, &b, &a, &b}));
-    }
-    EXPECT_EQ(framework::Memory::staticOutstanding(), before);
+    EXPECT_EQ(log.count(), 0u);
 }
 
 TEST_F(PortAddressArrayTest, WithoutMemoryCopyThrowsAndDoesNotLeak) {
@@ -532,36 +275,6 @@ TEST_F(PortAddressArrayTest, WithoutMemoryCopyThrowsAndDoesNotLeak) {
     EXPECT_EQ(blocks, 2);
     EXPECT_EQ(clones, 4);
     EXPECT_EQ(textOf(assigned), BOTH_KINDS);
-}
-
-TEST_F(PortAddressArrayTest, WithoutMemoryAFullArrayStaysUnchanged) {
-    Unowned array(1);
-    array.Append(&a);
-    std::unique_ptr<framework::Exception> failure;
-    int failures = 0;
-    const auto check = [&] {
-        ++failures;
-        EXPECT_TRUE(test::isFailure(failure.get(), 1230, "ut_Array", REALLOC, "", true));
-        EXPECT_EQ(array.length(), array.size());
-    };
-    test::failEachAllocationOnce([&] { failure = CATCH_FAILURE(array.Append(&b)); }, check);
-    EXPECT_EQ(failures, 1);
-    EXPECT_EQ(contentOf(array), (Content{&a, &b}));
-    fill(array, 19, &c);
-    test::failEachAllocationOnce([&] { failure = CATCH_FAILURE(array.InsertAt(0, &d)); }, check);
-    EXPECT_EQ(failures, 2);
-    EXPECT_EQ(array.length(), 22u);
-    EXPECT_EQ(array[0], &d);
-}
-
-TEST_F(PortAddressArrayTest, BehavesAsAVectorUnderRandomOperations) {
-    std::vector<FCPortAddress> elements(5, FCPortAddress(TYPE, "05"));
-    const auto makeValue = [&](std::mt19937& random) {
-        const size_t pick = random() % 6;
-        return pick < elements.size() ? static_cast<PortAddress*>(&elements[pick]) : nullptr;
-    };
-    for (unsigned int seed = 1; seed <= 4; ++seed)
-        test::ArrayModel<Unowned, PortAddress*>(seed, 10 * (seed - 1)).run(1000, makeValue);
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <cstdlib>
 #include <random>
 #include <string>
@@ -26,6 +27,11 @@ public:
     /// A number from 0 to `limit` - 1.
     unsigned int below(unsigned int limit) {
         return static_cast<unsigned int>(m_engine() % limit);
+    }
+    /// A number of 64 random bits.
+    std::uint64_t bits() {
+        const std::uint64_t high = m_engine();
+        return high << 32 | m_engine();
     }
     /// A text of at most `longest` characters, each one of `alphabet`.
     std::string text(unsigned int longest, const std::string& alphabet) {
