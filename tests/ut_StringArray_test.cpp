@@ -312,9 +312,23 @@ TEST(StringArray, BadIndicesThrowAndChangeNothing) {
     EXPECT_FAILURE(array.DeleteAt(2), 1229, "ut_StringArray", DELETE_AT, "");
     EXPECT_FAILURE(array[2], 1229, "ut_StringArray", AT, "");
     EXPECT_FAILURE(constant[2], 1229, "ut_StringArray", AT_CONST, "");
+    EXPECT_FAILURE(array.InsertAt(0xFFFFFFFF, "x"), 1229, "ut_StringArray", INSERT_AT, "");
+    EXPECT_FAILURE(array.SetAt(0xFFFFFFFF, "x"), 1229, "ut_StringArray", SET_AT, "");
+    EXPECT_FAILURE(array.DeleteAt(0xFFFFFFFF), 1229, "ut_StringArray", DELETE_AT, "");
+    EXPECT_FAILURE(array[0xFFFFFFFF], 1229, "ut_StringArray", AT, "");
     EXPECT_FAILURE(constant[0xFFFFFFFF], 1229, "ut_StringArray", AT_CONST, "");
     EXPECT_EQ(contentOf(array), (Content{"0", "1"}));
     EXPECT_EQ(array.size(), 2u);
+}
+
+TEST(StringArray, AnEmptyArrayHasNoElementToSetDeleteOrRead) {
+    StringArray array(2);
+    const StringArray& constant = array;
+    EXPECT_FAILURE(array.SetAt(0, "x"), 1229, "ut_StringArray", SET_AT, "");
+    EXPECT_FAILURE(array.DeleteAt(0), 1229, "ut_StringArray", DELETE_AT, "");
+    EXPECT_FAILURE(array[0], 1229, "ut_StringArray", AT, "");
+    EXPECT_FAILURE(constant[0], 1229, "ut_StringArray", AT_CONST, "");
+    EXPECT_EQ(array.length(), 0u);
 }
 
 TEST(StringArray, ACopyHasTheSameCapacityAndItsOwnTexts) {
