@@ -4,7 +4,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <cstring>
 #include <memory>
 #include <string>
@@ -15,6 +14,7 @@
 #include "ExpectFailure.h"
 #include "FailingAllocation.h"
 #include "LogCapture.h"
+#include "PointerText.h"
 #include "TraceLines.h"
 #include "fw_Memory.h"
 #include "ut_IntArray.h"
@@ -39,10 +39,8 @@ public:
     using Array::m_size;
 };
 
-std::string pointerText(const void* pointer) {
-    char text[40];
-    std::snprintf(text, sizeof text, "[%p]", pointer);
-    return text;
+std::string bracketed(const void* pointer) {
+    return "[" + test::pointerText(pointer) + "]";
 }
 
 const void* byteAfter(const void* block, size_t bytes) {
@@ -159,22 +157,22 @@ TEST(Array, ReallocTracesTheGrowthOfAFirstBlockInOneLine) {
     unsigned int size = 0;
     void* block = Array::realloc(nullptr, &size, 5, 4);
     EXPECT_EQ(test::traceLines(log), (Lines{std::string("3 ") + REALLOC +
-                                            ": growing array from 0 to 20, old [(nil)], new " + pointerText(block)}));
+                                            ": growing array from 0 to 20, old [(nil)], new " + bracketed(block)}));
     framework::Memory::StaticFree(block);
 }
 
 TEST(Array, ReallocTracesGrowthCopyAndClearing) {
     unsigned int size = 0;
     void* old = Array::realloc(nullptr, &size, 5, 4);
-    const std::string oldText = pointerText(old);
+    const std::string oldText = bracketed(old);
     const test::DebugSwitch traced(TRACE_SWITCH);
     const test::LogCapture log;
     void* block = Array::realloc(old, &size, 3, 4);
     const std::string start = std::string("3 ") + REALLOC + ": ";
     EXPECT_EQ(test::traceLines(log),
-              (Lines{start + "growing array from 20 to 32, old " + oldText + ", new " + pointerText(block),
-                     start + "copy from " + oldText + " to " + pointerText(block) + " of 20 bytes",
-                     start + "clear memory at " + pointerText(byteAfter(block, 20)) + ", 12 bytes"}));
+              (Lines{start + "growing array from 20 to 32, old " + oldText + ", new " + bracketed(block),
+                     start + "copy from " + oldText + " to " + bracketed(block) + " of 20 bytes",
+                     start + "clear memory at " + bracketed(byteAfter(block, 20)) + ", 12 bytes"}));
     framework::Memory::StaticFree(block);
 }
 

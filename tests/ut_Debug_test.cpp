@@ -16,6 +16,7 @@
 #include "FailingOperation.h"
 #include "GuardedText.h"
 #include "LogCapture.h"
+#include "PointerText.h"
 #include "fw_Container.h"
 #include "fw_Memory.h"
 #include "fw_StableStringRepository.h"
@@ -70,12 +71,6 @@ std::string decimal(unsigned long long value, int width) {
 std::string hexadecimal(unsigned long long value, int width) {
     char text[64];
     std::snprintf(text, sizeof text, "%0*llx", width, value);
-    return text;
-}
-
-std::string pointerText(const void* pointer) {
-    char text[64];
-    std::snprintf(text, sizeof text, "%p", pointer);
     return text;
 }
 
@@ -403,7 +398,7 @@ TEST(Debug, ReadableStringThatDoesNotFitAQuietStreamIsCut) {
 // hexDump
 
 std::string dumpOf(const char* data, std::size_t size) {
-    std::string dump = "hexDump of [" + pointerText(data) + "], size " + std::to_string(size) + "\n\r";
+    std::string dump = "hexDump of [" + test::pointerText(data) + "], size " + std::to_string(size) + "\n\r";
     for (std::size_t start = 0; start < size; start += 64) {
         const std::string bytes(data + start, std::min<std::size_t>(64, size - start));
         dump += decimal(start, 4) + ": ";
@@ -422,7 +417,7 @@ TEST(Debug, HexDumpShowsHexOverReadable) {
     test::LogCapture log;
     Debug::hexDump(data, sizeof data);
     ASSERT_EQ(log.count(), 1u);
-    EXPECT_EQ(log.texts()[0], "hexDump of [" + pointerText(data) +
+    EXPECT_EQ(log.texts()[0], "hexDump of [" + test::pointerText(data) +
                                   "], size 8\n\r"
                                   "0000: 41 20 21 7e 7f 00 ff 0a \n"
                                   "      A     !  ~              \n");
@@ -464,7 +459,7 @@ TEST(Debug, HexDumpOfNothingIsTheHeaderAlone) {
     Debug::hexDump(data, 0);
     Debug::hexDump(data, -1);
     Debug::hexDump(data, INT_MIN);
-    const std::string header = "hexDump of [" + pointerText(data) + "], size ";
+    const std::string header = "hexDump of [" + test::pointerText(data) + "], size ";
     EXPECT_EQ(log.texts(), (std::vector<std::string>{header + "0\n\r", header + "-1\n\r", header + "-2147483648\n\r"}));
 }
 
@@ -570,7 +565,7 @@ std::vector<std::string> pagesOf(const char* data, std::size_t size, std::size_t
     for (std::size_t page = 0; page < size; page += 1024) {
         std::string text;
         if (page == 0)
-            text = "\nHexDump of [" + pointerText(data) + "], size " + std::to_string(size);
+            text = "\nHexDump of [" + test::pointerText(data) + "], size " + std::to_string(size);
         for (std::size_t start = page; start < page + 1024 && start < size; start += bytesPerLine)
             text += lineOf(data, size, start, bytesPerLine);
         pages.push_back(text + "\n\r");
@@ -583,7 +578,7 @@ TEST(Debug, FormattedDumpShowsHexBesideReadable) {
     test::LogCapture log;
     Debug::hexDumpFormatted(data, sizeof data, 8, 8);
     ASSERT_EQ(log.count(), 1u);
-    EXPECT_EQ(log.texts()[0], "\nHexDump of [" + pointerText(data) +
+    EXPECT_EQ(log.texts()[0], "\nHexDump of [" + test::pointerText(data) +
                                   "], size 10"
                                   "\n[000000] 4120217e 7f00ff0a  A !~----"
                                   "\n[000008] 1f7a               -z      "
@@ -636,7 +631,7 @@ TEST(Debug, FormattedDumpWithOddLinesCountsTheGroupsOfFourInEachLine) {
     const char data[] = "0123456789";
     test::LogCapture log;
     Debug::hexDumpFormatted(data, 10, 8, 5);
-    EXPECT_EQ(log.texts(), std::vector<std::string>{"\nHexDump of [" + pointerText(data) +
+    EXPECT_EQ(log.texts(), std::vector<std::string>{"\nHexDump of [" + test::pointerText(data) +
                                                     "], size 10"
                                                     "\n[000000] 30313233 34  01234"
                                                     "\n[000005] 35363738 39  56789"
@@ -697,7 +692,7 @@ TEST(Debug, FormattedDumpWithoutMemoryIsRefused) {
 // reverseHexDump
 
 std::string reverseDumpOf(const char* data, std::size_t size) {
-    std::string dump = "hexDump of [" + pointerText(data) + "], size " + std::to_string(size) + "\n\r";
+    std::string dump = "hexDump of [" + test::pointerText(data) + "], size " + std::to_string(size) + "\n\r";
     while (size > 0) {
         const std::size_t length = std::min<std::size_t>(16, size);
         size -= length;
@@ -716,7 +711,7 @@ TEST(Debug, ReverseDumpPrintsTheLastBytesFirstInForwardOrder) {
     EXPECT_EQ(child.err, "");
     const std::string first = hexadecimal(reinterpret_cast<std::uintptr_t>(data.data() + 4), 8) + ": ";
     const std::string second = hexadecimal(reinterpret_cast<std::uintptr_t>(data.data()), 8) + ": ";
-    EXPECT_EQ(child.out, "hexDump of [" + pointerText(data.data()) + "], size 20\n\r" + first +
+    EXPECT_EQ(child.out, "hexDump of [" + test::pointerText(data.data()) + "], size 20\n\r" + first +
                              "1c 23 2a 31 38 3f 46 4d 54 5b 62 69 70 77 7e 85 \n\r      " + second +
                              "00 07 0e 15 \n\r      ");
 }
@@ -732,7 +727,7 @@ TEST(Debug, ReverseDumpOfEverySizeIsInLinesOf16) {
 TEST(Debug, ReverseDumpOfANegativeSizeIsTheHeaderAlone) {
     const char data[] = "ports";
     const test::ChildResult child = test::runInChild([&] { Debug::reverseHexDump(data, -1); });
-    EXPECT_EQ(child.out, "hexDump of [" + pointerText(data) + "], size -1\n\r");
+    EXPECT_EQ(child.out, "hexDump of [" + test::pointerText(data) + "], size -1\n\r");
 }
 
 TEST(Debug, ReverseDumpLogsNothing) {

@@ -10,10 +10,10 @@
 #include <limits>
 #include <memory>
 #include <string>
-#include <type_traits>
 #include <utility>
 #include <vector>
 
+#include "ArrayContent.h"
 #include "ExpectFailure.h"
 #include "GuardedBytes.h"
 #include "LogCapture.h"
@@ -88,20 +88,6 @@ private:
     test::GuardedBytes m_bytes;
     BufferStream m_stream;
 };
-
-template<class ArrayType, class Value>
-void fill(ArrayType& array, const std::vector<Value>& values) {
-    for (const Value& value : values)
-        array.Append(value);
-}
-
-template<class ArrayType>
-auto contentOf(const ArrayType& array) {
-    std::vector<std::decay_t<decltype(array[0])>> content;
-    for (unsigned int index = 0; index < array.length(); ++index)
-        content.push_back(array[index]);
-    return content;
-}
 
 std::vector<std::string> textsOf(const StringArray& array) {
     std::vector<std::string> texts;
@@ -551,13 +537,13 @@ TEST(ParameterEncoding, WithNoThrowABlockOfNegativeLengthMovesBackAtMostToTheSta
 
 TYPED_TEST(ParameterArray, IsItsCountAndItsElements) {
     typename TestFixture::Array array(0);
-    fill(array, this->someValues());
+    test::appendAll(array, this->someValues());
     Stream stream(64);
     this->put(stream, array);
     EXPECT_EQ(stream.readable(), this->encoded(this->someValues()));
     typename TestFixture::Array read(0);
     EXPECT_TRUE(this->get(stream, read));
-    EXPECT_EQ(contentOf(read), this->someValues());
+    EXPECT_EQ(test::contentOf(read), this->someValues());
     EXPECT_EQ(stream->ReadAvailable(), 0);
 }
 
@@ -582,7 +568,7 @@ TYPED_TEST(ParameterArray, IsAppendedToTheReadersArray) {
 
 TYPED_TEST(ParameterArray, FillsTheSpaceExactly) {
     typename TestFixture::Array array(0);
-    fill(array, this->someValues());
+    test::appendAll(array, this->someValues());
     Stream stream(4 + 4 * this->width);
     this->put(stream, array);
     EXPECT_EQ(stream.readable(), this->encoded(this->someValues()));
@@ -590,7 +576,7 @@ TYPED_TEST(ParameterArray, FillsTheSpaceExactly) {
 
 TYPED_TEST(ParameterArray, ThatDoesNotFitThrowsAndWritesNothing) {
     typename TestFixture::Array array(0);
-    fill(array, this->someValues());
+    test::appendAll(array, this->someValues());
     for (const int space : {0, 3, 4, 5, 3 + 4 * this->width}) {
         Stream stream(space);
         EXPECT_FAILURE(this->put(stream, array), 1239, "ut_PutStream", TypeParam::signature(), "") << space;
@@ -604,7 +590,7 @@ TYPED_TEST(ParameterArray, ThatDoesNotFitThrowsAndWritesNothing) {
 TYPED_TEST(ParameterArray, WithNoThrowTheCountIsFullAndLaterElementsAreDropped) {
     test::LogCapture log;
     typename TestFixture::Array array(0);
-    fill(array, this->someValues());
+    test::appendAll(array, this->someValues());
     const std::string whole = this->encoded(this->someValues());
     for (int elements = 0; elements < 4; ++elements) {
         for (int odd = 0; odd < this->width; ++odd) {
@@ -623,26 +609,26 @@ TYPED_TEST(ParameterArray, WithNoThrowTheCountIsFullAndLaterElementsAreDropped) 
 
 TYPED_TEST(ParameterArray, DroppedElementsAreReadAsTheLastElement) {
     typename TestFixture::Array array(0);
-    fill(array, std::vector<typename TestFixture::Value>{5, 6, 7, 8});
+    test::appendAll(array, std::vector<typename TestFixture::Value>{5, 6, 7, 8});
     Stream stream(4 + 2 * this->width, true);
     this->put(stream, array);
     typename TestFixture::Array read(0);
     EXPECT_TRUE(this->get(stream, read));
-    EXPECT_EQ(contentOf(read), (std::vector<typename TestFixture::Value>{5, 6, 6, 6}));
+    EXPECT_EQ(test::contentOf(read), (std::vector<typename TestFixture::Value>{5, 6, 6, 6}));
 }
 
 TYPED_TEST(ParameterArray, MissingElementsAreZeroIfNoneWasRead) {
     Stream stream(memoryOf<std::uint32_t>(3));
     typename TestFixture::Array read(0);
     EXPECT_TRUE(this->get(stream, read));
-    EXPECT_EQ(contentOf(read), (std::vector<typename TestFixture::Value>{0, 0, 0}));
+    EXPECT_EQ(test::contentOf(read), (std::vector<typename TestFixture::Value>{0, 0, 0}));
 }
 
 TYPED_TEST(ParameterArray, IncompleteElementIsNotConsumed) {
     Stream stream(memoryOf<std::uint32_t>(2) + memoryOf(static_cast<typename TestFixture::Value>(5)) + "x");
     typename TestFixture::Array read(0);
     EXPECT_TRUE(this->get(stream, read));
-    EXPECT_EQ(contentOf(read), (std::vector<typename TestFixture::Value>{5, 5}));
+    EXPECT_EQ(test::contentOf(read), (std::vector<typename TestFixture::Value>{5, 5}));
     EXPECT_EQ(stream.readable(), "x");
 }
 
@@ -929,12 +915,12 @@ public:
     explicit ArrayField(std::vector<Value> values) : m_values(std::move(values)) {}
     void write(BufferStream& stream) override {
         typename Form::Array array(0);
-        fill(array, m_values);
+        test::appendAll(array, m_values);
         (stream.*Form::put)(array);
     }
     bool readsBack(BufferStream& stream) override {
         typename Form::Array array(0);
-        return (stream.*Form::get)(array) && contentOf(array) == m_values;
+        return (stream.*Form::get)(array) && test::contentOf(array) == m_values;
     }
     std::string encoded() const override {
         std::string text = memoryOf(static_cast<std::uint32_t>(m_values.size()));
