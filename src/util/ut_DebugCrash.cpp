@@ -1,6 +1,5 @@
 #include "ut_Debug.h"
 
-#include <dlfcn.h>
 #include <execinfo.h>
 #include <fcntl.h>
 #include <pthread.h>
@@ -24,6 +23,7 @@
 #include "fw_Logger.h"
 #include "fw_ThreadInfo.h"
 #include "internal/ut_FileDescriptor.h"
+#include "internal/ut_SymbolLookup.h"
 #include "ut_BufferStream.h"
 #include "ut_Environment.h"
 #include "ut_FileOutputStream.h"
@@ -129,7 +129,7 @@ long distanceFrom(const Dl_info& object, const void* address) {
 
 void putFrame(BufferStream& out, const void* address) {
     Dl_info object = {};
-    if (dladdr(address, &object) == 0) {
+    if (!findSymbol(address, object)) {
         out.PutF("[%-10p]\n", address);
         return;
     }
@@ -161,18 +161,23 @@ bool isFileWithOneLink(const struct stat& status) {
     return S_ISREG(status.st_mode) && status.st_nlink == 1;
 }
 
+bool isSomethingElse(const char* name) {
+    struct stat status = {};
+    return lstat(name, &status) == 0 && !isFileWithOneLink(status);
+}
+
 /// Replaces the content of the context file `name`. Returns false, and changes nothing, if something else than a
 /// regular file with one link has that name: another user may have put it there to have a file overwritten or this
 /// thread blocked. A file that cannot be opened or written is not reported.
 bool writeContext(const char* name, const char* text, unsigned int size) {
-    struct stat status = {};
     // Look before opening: opening a device or a FIFO can already have an effect.
-    if (lstat(name, &status) == 0 && !isFileWithOneLink(status))
+    if (isSomethingElse(name))
         return false;
-    // Look again at what was opened, before truncating it: the name may belong to something else by now.
+    // Look again afterwards, before truncating: the name may belong to something else by now.
     const int fd = openFile(name, O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY, 0666);
     if (fd < 0)
-        return true;
+        return !isSomethingElse(name);
+    struct stat status = {};
     const bool isKnown = fstat(fd, &status) == 0;
     const bool isContext = isKnown && isFileWithOneLink(status);
     if (isContext && ftruncate(fd, 0) == 0) {
@@ -282,7 +287,7 @@ void Debug::SignalContext(int) {
                                      myself->getNum(), myself->getThreadName());
     if (length <= 0 || static_cast<unsigned int>(length) >= sizeof name)
         return;
-    // Render before locking: `dladdr` waits for a thread inside `dlopen`, whose handler may wait for the lock.
+    // Render before locking, so that no thread waits for another one's back trace.
     const ReportMemory memory;
     const unsigned int size = renderContext(memory.text());
     bool isContext = false;
@@ -386,7 +391,7 @@ void Debug::SymbolPath(void* address, char* buffer, unsigned int size) {
         return;
     Dl_info object = {};
     buffer[0] = 0;
-    if (dladdr(address, &object) == 0)
+    if (!findSymbol(address, object))
         return;
     const ReadableName name(object.dli_sname);
     std::snprintf(buffer, size, "[%s] %s+%ld", object.dli_fname, name.text(longestDemangled),
@@ -398,7 +403,7 @@ void Debug::SymbolName(void* address, char* buffer, unsigned int size) {
         return;
     Dl_info object = {};
     buffer[0] = 0;
-    if (dladdr(address, &object) == 0)
+    if (!findSymbol(address, object))
         return;
     const ReadableName name(object.dli_sname);
     std::snprintf(buffer, size, "%s", name.text(longestDemangled));

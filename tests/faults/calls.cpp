@@ -721,6 +721,21 @@ void contextFile() {
     say("again=%d", directory->read(name).find("<<<Backtrace End\n") != std::string::npos);
 }
 
+// Where the first look at the name fails, opening meets the link, as if somebody had just put it there.
+void contextLink() {
+    nameProcess();
+    mkdir(path("agentContext").c_str(), 0755);
+    const std::string name = "agentContext/" + std::to_string(framework::ThreadInfo::MyThreadInfo()->getNum()) + "main";
+    directory->write("target", "content");
+    if (symlink(path("target").c_str(), path(name.c_str()).c_str()) != 0)
+        say("no link");
+    {
+        const Watch watch;
+        utility::Debug::SignalContext(SIGUSR2);
+    }
+    say("content=%s", directory->read("target").c_str());
+}
+
 void contextRequest() {
     nameProcess();
     signal(SIGUSR2, [](int) { say("asked"); });
@@ -843,6 +858,7 @@ const Scenario scenarios[] = {
     {"time", timeNow},
     {"terminal", terminal},
     {"context file", contextFile},
+    {"context link", contextLink},
     {"context request", contextRequest},
     {"error context", errorContext},
     {"thread error context", threadErrorContext},

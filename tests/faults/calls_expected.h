@@ -33,6 +33,7 @@ struct Expected {
     "holds the complete new text: copy it by hand, or try again}"
 #define DROPPED "{an entry of DIR/etc/passwd cannot be read: it and all entries after it are dropped}"
 #define CONTEXT "{ErrorContext - for diagnostic purposes.} {Backtrace}"
+#define LEFT_ALONE "{no context written: DIR/agentContext/1main is not a regular file with one link, remove it}"
 #define CRASHED "{static void utility::Debug::SignalCrash(int): Received SIGNAL SIGSEGV(11)}"
 #define EXITED "{static void utility::Debug::SignalExit(int): Received SIGNAL SIGTERM(15)}"
 
@@ -244,6 +245,10 @@ const Expected expectations[] = {
     {"context file", "pthread_mutex_unlock", 0, "*", "{unlocking consistency mutex %N} " CONTEXT " content=whole errno kept again=1"},
     {"context file", "write", 0, "*", "content=none errno kept again=1"},
     {"context file", "write", 0, "short", "content=part errno kept again=1"},
+    {"context link", "", 0, "*", LEFT_ALONE " content=content"},
+    {"context link", "lstat64 mmap64 pthread_rwlock_rdlock pthread_rwlock_unlock", 0, "*", same},
+    {"context link", "pthread_mutex_lock", 0, "*", "{locking consistency mutex %N} " CONTEXT " " LEFT_ALONE " content=content"},
+    {"context link", "pthread_mutex_unlock", 0, "*", "{unlocking consistency mutex %N} " CONTEXT " " LEFT_ALONE " content=content"},
     {"context request", "", 0, "*", "asked directory=1"},
     {"context request", "mkdir", 0, "*", "asked directory=0"},
     {"context request", "pthread_kill", 0, "*", "directory=1"},
