@@ -1,8 +1,8 @@
-// The hash maps beside the standard library's: looking up, adding and walking.
+// Compares the hash maps with the standard library's: look-up, insertion and iteration.
 //
-// Keys are addresses as a program has them (objects from the heap), and names of ports. Each map is as large as the
-// argument says; the number of buckets is the next power of two, 65,536 at most. Heap addresses are multiples of 16, so
-// that only one bucket in 16 is ever used; a caller who knows that chooses 16 times as many (`sparse`).
+// Keys are addresses of heap objects, and names of ports. The benchmark's argument is the number of entries; the number
+// of buckets is the next power of two, at most 65,536. Heap addresses are multiples of 16, so only one bucket in 16 is
+// used; a caller who knows that chooses 16 times as many buckets (`sparse`).
 
 #include <benchmark/benchmark.h>
 
@@ -26,7 +26,7 @@ struct Volume {
     char content[80];
 };
 
-/// Addresses of heap objects in random order.
+// Returns addresses of heap objects in random order.
 class Addresses {
 public:
     explicit Addresses(std::size_t count) {
@@ -62,7 +62,7 @@ unsigned int bucketsFor(std::size_t count) {
     return buckets;
 }
 
-/// The same few operations over each kind of map.
+// Gives each kind of map the same operations.
 template<std::size_t bucketsPerEntry>
 struct OurMap {
     explicit OurMap(std::size_t count) : map(bucketsFor(bucketsPerEntry * count)) {}
@@ -116,7 +116,7 @@ typedef StandardMap<std::string, std::map<std::string, void*>> OrderedStringMap;
 
 template<class Kind, class Key>
 void lookUp(benchmark::State& state, const std::vector<Key>& keys) {
-    // The second half stays absent.
+    // The second half of the keys is never inserted.
     const std::size_t present = keys.size() / 2;
     Kind map(present);
     for (std::size_t index = 0; index < present; ++index)

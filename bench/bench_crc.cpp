@@ -1,4 +1,4 @@
-// The 1-Wire CRC-8 beside the plain way, one table look-up per byte.
+// Compares the 1-Wire CRC-8 with one table look-up per byte.
 
 #include <benchmark/benchmark.h>
 

@@ -1,5 +1,4 @@
-// The check for printable UTF-8 beside GLib's, which checks the encoding alone (but strictly), on texts of several
-// kinds.
+// Compares the check for printable UTF-8 with GLib's, which checks only the encoding, but strictly.
 
 #include <benchmark/benchmark.h>
 #include <glib.h>
@@ -26,7 +25,7 @@ bool checkGLib(const std::string& text) {
     return g_utf8_validate(text.data(), static_cast<gssize>(text.size()), nullptr) != FALSE;
 }
 
-/// Whole repetitions of `piece`, filled up with blanks.
+// Returns repetitions of `piece`, padded with blanks.
 std::string repeated(const std::string& piece, std::size_t size) {
     std::string text;
     while (text.size() + piece.size() <= size)

@@ -1,5 +1,5 @@
 #pragma once
 
-/// The same CRC in the plain way, one table look-up per byte. It lies in a shared library of its own, so that it is
-/// called at the same cost as the library's.
+/// The same CRC by one table look-up per byte. It is in a shared library, so that a call costs the same as a call of
+/// VXut.
 unsigned char peerCrc(char* data, int length);

@@ -14,7 +14,7 @@
 
 namespace fuzz {
 
-/// Says where and aborts, which is a finding, unless `holds`.
+/// Prints the place and aborts, which is a finding, unless `holds`.
 inline void require(bool holds, const char* file = __builtin_FILE(), int line = __builtin_LINE()) {
     if (holds)
         return;
@@ -22,10 +22,10 @@ inline void require(bool holds, const char* file = __builtin_FILE(), int line = 
     std::abort();
 }
 
-/// Reads an input piece by piece, as decisions, numbers and texts. After the end it gives zeros and empty texts.
+/// Reads an input as decisions, numbers and texts. Past the end it returns zeros and empty texts.
 ///
 ///     fuzz::Bytes in(data, size);
-///     const unsigned int door = in.below(3);
+///     const unsigned int choice = in.below(3);
 ///     while (!in.isAtEnd()) takeStep(in);
 class Bytes {
 public:
@@ -37,14 +37,14 @@ public:
     std::uint8_t byte() {
         return number<std::uint8_t>();
     }
-    /// A number from one byte, less than `bound` (1 to 256).
+    /// Reads one byte and returns a number less than `bound` (1 to 256).
     unsigned int below(unsigned int bound) {
         return byte() % bound;
     }
     bool flag() {
         return below(2) != 0;
     }
-    /// The next bytes as a number of type `Number`, in the order of the machine.
+    /// Reads a number of type `Number` in the machine's byte order.
     template<typename Number>
     Number number() {
         Number value = 0;
@@ -54,19 +54,19 @@ public:
         skip(count);
         return value;
     }
-    /// A length byte, and that many bytes, less than `bound` (1 to 256).
+    /// Reads a length byte, reduced to less than `bound` (1 to 256), and that many bytes.
     std::string bytes(unsigned int bound) {
         return take(below(bound));
     }
-    /// The same, cut at the first NUL.
+    /// As `bytes`, truncated at the first NUL.
     std::string text(unsigned int bound) {
         return bytes(bound).c_str();
     }
-    /// All bytes that are left.
+    /// Reads all remaining bytes.
     std::string rest() {
         return take(m_left);
     }
-    /// All bytes that are left, up to the first NUL.
+    /// As `rest`, truncated at the first NUL.
     std::string restText() {
         return rest().c_str();
     }
@@ -87,7 +87,7 @@ private:
     std::size_t m_left;
 };
 
-/// The code of the failure that `operation` throws; 0 if it throws none.
+/// Runs `operation`; returns the code of the failure that it throws, or 0.
 template<typename Operation>
 unsigned int codeOf(Operation&& operation) {
     try {
@@ -98,14 +98,14 @@ unsigned int codeOf(Operation&& operation) {
     return 0;
 }
 
-/// A copy of exactly these bytes, so that a sanitizer sees each access past them.
+/// Returns a copy of exactly these bytes, so that a sanitizer reports each access past them.
 inline std::unique_ptr<char[]> exactCopy(const std::string& bytes) {
     std::unique_ptr<char[]> copy(new char[bytes.size()]);
     std::copy(bytes.begin(), bytes.end(), copy.get());
     return copy;
 }
 
-/// Discards what is logged during its life: hostile input fills the log.
+/// Discards log messages while it exists: hostile input would fill the log.
 class SilentLog {
 public:
     SilentLog() {

@@ -13,8 +13,8 @@ namespace fuzz {
 const unsigned int FAILURE_NONE = 0;
 const unsigned int FAILURE_OVERFLOW = 1239;
 
-/// What a `utility::PutStream` over a buffer of `capacity` bytes does, told on a string: each operation gives the code
-/// that is thrown. The positions are undefined after a failure, so an input ends there.
+/// A model of a `utility::PutStream` over a buffer of `capacity` bytes. Each operation returns the code that the stream
+/// throws, or 0. The positions are undefined after a failure, so an input ends there.
 class PutModel {
 public:
     PutModel(std::size_t capacity, bool noThrow) : m_capacity(capacity), m_noThrow(noThrow) {}
@@ -22,14 +22,14 @@ public:
     PutModel& operator=(const PutModel&) = delete;
     virtual ~PutModel() = default;
 
-    /// The bytes that can be read.
+    /// Returns the readable bytes.
     std::string readable() const {
         return m_written.substr(m_read);
     }
     std::size_t unread() const {
         return m_written.size() - m_read;
     }
-    /// Drops `count` readable bytes.
+    /// Removes `count` readable bytes.
     void consume(std::size_t count) {
         m_read += count;
     }
@@ -43,58 +43,58 @@ public:
     }
 
     unsigned int putC(char c) {
-        if (room() < 1)
+        if (available() < 1)
             return overflow();
         m_written += c;
         return FAILURE_NONE;
     }
     virtual unsigned int putB(const std::string& bytes) {
-        const std::size_t remaining = room();
+        const std::size_t remaining = available();
         if (bytes.size() <= remaining) {
             m_written += bytes;
             return FAILURE_NONE;
         }
         if (!m_noThrow)
             return FAILURE_OVERFLOW;
-        cut(bytes, remaining);
+        truncate(bytes, remaining);
         return FAILURE_NONE;
     }
     unsigned int putS(const std::string& text) {
-        const std::size_t remaining = room();
+        const std::size_t remaining = available();
         if (text.size() < remaining) {
             m_written += text;
             return FAILURE_NONE;
         }
         if (!m_noThrow)
             return FAILURE_OVERFLOW;
-        // A text that leaves no byte to spare drops what was not read.
+        // A text that fills the space exactly, without a byte for the NUL, discards the unread bytes.
         if (text.size() == remaining) {
             m_written.resize(m_read);
         } else {
-            cut(text, remaining);
+            truncate(text, remaining);
         }
         return FAILURE_NONE;
     }
-    /// `text` is what the format gives where it fits.
+    /// `text` is the complete formatted text.
     unsigned int putF(const std::string& text) {
-        const std::size_t remaining = room();
+        const std::size_t remaining = available();
         if (text.size() <= remaining) {
             m_written += text;
             return FAILURE_NONE;
         }
-        cut(text, remaining);
+        truncate(text, remaining);
         return overflow();
     }
-    /// A number or another value of fixed width.
+    /// Writes a value of fixed width, or nothing if it does not fit.
     unsigned int putWhole(const std::string& bytes) {
-        if (room() < bytes.size())
+        if (available() < bytes.size())
             return overflow();
         m_written += bytes;
         return FAILURE_NONE;
     }
 
-    /// How many more bytes fit.
-    virtual std::size_t room() {
+    /// Returns how many more bytes fit.
+    virtual std::size_t available() {
         return m_capacity - m_written.size();
     }
     unsigned int overflow() const {
@@ -109,8 +109,8 @@ protected:
     std::string m_written;
 
 private:
-    /// Writes what fits. Where nothing is thrown, a character that was cut in two is dropped.
-    void cut(const std::string& text, std::size_t remaining) {
+    /// Writes the bytes that fit. If nothing is thrown, a truncated character at the end is removed.
+    void truncate(const std::string& text, std::size_t remaining) {
         m_written += text.substr(0, remaining);
         if (!m_noThrow)
             return;
@@ -130,7 +130,7 @@ private:
     std::size_t m_read = 0;
 };
 
-/// Does one write that `in` chooses to `stream` and to `model`. False after a failure.
+/// Does one write that `in` chooses, to `stream` and to `model`. Returns false after a failure.
 inline bool writeBoth(Bytes& in, utility::PutStream& stream, PutModel& model) {
     unsigned int expected = FAILURE_NONE;
     unsigned int code = FAILURE_NONE;

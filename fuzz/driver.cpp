@@ -1,6 +1,6 @@
-// Runs a fuzz target over its seeds and over changed ones, without libFuzzer: driver RUNS SEED_FOLDER
+// Runs a fuzz target on its seeds and on RUNS random changes of them, without libFuzzer: driver RUNS SEED_FOLDER
 //
-// The changes come from a generator with a fixed start, so that a failure repeats; VXUT_TEST_SEED starts it elsewhere.
+// The generator of the changes has a fixed seed, so that a failure repeats; VXUT_TEST_SEED sets another one.
 
 #include <cstddef>
 #include <cstdint>
@@ -50,7 +50,7 @@ std::size_t below(std::mt19937& random, std::size_t bound) {
     return std::uniform_int_distribution<std::size_t>(0, bound - 1)(random);
 }
 
-/// Overwrites, inserts, removes or repeats a piece, a few times.
+// Overwrites, inserts, removes or repeats a few pieces of the input.
 void change(Input* input, std::mt19937& random) {
     const std::size_t times = 1 + below(random, 6);
     for (std::size_t i = 0; i < times; ++i) {
@@ -78,7 +78,7 @@ void change(Input* input, std::mt19937& random) {
 }
 
 void run(const Input& input) {
-    // A copy of exactly the size, so that a sanitizer sees each read behind it.
+    // A copy of exactly this size, so that a sanitizer reports each read past its end.
     const Input exact(input);
     LLVMFuzzerTestOneInput(exact.data(), exact.size());
 }

@@ -1,5 +1,5 @@
-// Command lines against a plain reference: how texts are split, found, changed and written back. The input is cut at
-// NULs: each piece is one text, added to those before.
+// Compares `Arguments` with a simple reference: splitting, searching, changing and writing. The input consists of texts
+// separated by NULs; each is added to the ones before.
 
 #include <algorithm>
 #include <cstddef>
@@ -58,14 +58,14 @@ std::string textOf(const Arguments& arguments, const std::string& expected) {
     return std::string(out.pTail(), static_cast<std::size_t>(out.ReadAvailable()));
 }
 
-/// Whether the words, written as one text, are read back.
+// Whether the words survive being written as one text and split again.
 bool isReadBack(const test::ReferenceWords& words) {
     test::ReferenceWords again;
     again.add(words.text());
     return again.words == words.words && again.quoteUnmatched == words.quoteUnmatched;
 }
 
-// What is read back once is the same text from then on.
+// Writing and splitting a text again does not change it.
 void checkText(const Arguments& arguments, const test::ReferenceWords& expected) {
     const std::string text = textOf(arguments, expected.text());
     require(text == expected.text());

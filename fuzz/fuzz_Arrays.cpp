@@ -1,4 +1,4 @@
-// Arrays and sets against plain models. The first byte chooses the class.
+// Compares arrays and sets with simple models. The first byte chooses the class.
 
 #include <algorithm>
 #include <cstddef>
@@ -38,7 +38,7 @@ void requireEqual(const ArrayType& array, const Values<Value>& model) {
         require(array[i] == model[i]);
 }
 
-/// One operation of those that every array has, on both; `index` may be out of range.
+// Runs one operation that every array has on the array and its model; `index` may be out of range.
 template<typename ArrayType, typename Value>
 void takeStep(unsigned int kind, unsigned int index, Value value, ArrayType* array, Values<Value>* model) {
     const bool isInside = index < model->size();
@@ -140,11 +140,11 @@ void runTexts(Bytes& in) {
                 model.clear();
             }
         } else if (kind == 7 && index < model.size()) {
-            // A text of the array itself.
+            // The new text is one of the array's own.
             array.Append(array[index]);
             model.push_back(std::string(model[index]));
         } else {
-            // The model of a slot is a copy, as the slot is.
+            // The array copies the text, and so does the model.
             const bool isAllowed = kind >= 5 || (kind == 0 ? index <= model.size() : index < model.size());
             const unsigned int code = codeOf([&] {
                 if (kind == 0)
@@ -178,7 +178,7 @@ void runItems(Bytes& in) {
     framework::Item items[8];
     utility::ItemArray array(in.below(30));
     Values<framework::Item*> model;
-    // A short array is appended to itself for so long that too few inputs would be tried.
+    // Limit the length: an array appended to itself doubles, and long arrays leave time for too few inputs.
     while (!in.isAtEnd() && model.size() < 5000) {
         const unsigned int kind = in.below(9);
         framework::Item* const item = &items[in.below(8)];
@@ -237,7 +237,7 @@ void runSets(Bytes& in) {
     }
 }
 
-/// The pieces that commas separate, without the empty ones; the last of 50 is the last.
+// Returns the non-empty pieces between commas, at most 50.
 Values<std::string> namesIn(const std::string& list) {
     Values<std::string> names;
     for (std::size_t at = 0; at < list.size() && names.size() < 50;) {
@@ -250,7 +250,7 @@ Values<std::string> namesIn(const std::string& list) {
 }
 
 void runNames(Bytes& in) {
-    // Names live as long as the process, so there must not be too many.
+    // Names are never freed, so use only a few.
     std::string list = in.restText();
     for (char& c : list)
         c = ",,aabcde"[c & 7];

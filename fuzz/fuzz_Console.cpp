@@ -1,5 +1,4 @@
-// Command lines and keys of the console: how names are found and completed, and what lines the keys make, against a
-// plain reference. No command is run.
+// Compares the console's command look-up, completion and line editor with simple references. Runs no command.
 
 #include <algorithm>
 #include <cstddef>
@@ -42,7 +41,7 @@ void checkFinding(const std::vector<std::string>& words) {
     require((command == nullptr) == !problem.empty());
     if (command == nullptr)
         return;
-    // Each word that is used begins, or is, that word of the name.
+    // Each word used is a prefix of that word of the name.
     std::string name = command->name;
     require(used >= 1 && used <= words.size());
     for (unsigned int i = 0; i < used; ++i) {
@@ -61,7 +60,7 @@ void checkNames() {
     }
 }
 
-/// A line that is changed becomes the beginning of a name.
+// A completed line is a prefix of a name.
 void checkCompletion(const std::string& line) {
     const std::string completed = console::completeCommand(line);
     if (completed == line)
@@ -72,7 +71,7 @@ void checkCompletion(const std::string& line) {
     require(isName);
 }
 
-/// A pipe with `text` in it, and no writer.
+// Returns the read end of a pipe that contains `text` and has no writer.
 int pipeWith(const std::string& text) {
     int ends[2];
     require(pipe2(ends, O_CLOEXEC) == 0);
@@ -81,7 +80,7 @@ int pipeWith(const std::string& text) {
     return ends[0];
 }
 
-/// The lines that keys without escape sequences and completion make.
+// Returns the lines that a sequence of keys enters; there are no escape sequences and no completion.
 std::vector<std::string> editedLines(const std::string& keys) {
     std::vector<std::string> lines;
     std::string line;
@@ -116,7 +115,7 @@ void checkKeys(const std::string& keys, bool isPlain) {
         while (terminal.readLine("vx> ", isPlain ? nullptr : console::completeCommand, &line))
             lines.push_back(line);
         require(terminal.inputError() == 0);
-        // Without Ctrl-D the lines end where the keys do.
+        // Without Ctrl-D, the lines end with the last key.
         require(keys.find('\4') != std::string::npos || terminal.readKey() == 'q');
     }
     close(input);

@@ -1,4 +1,4 @@
-// The conversions of numbers, sizes and texts against the standard library.
+// Compares the conversions of numbers, sizes and texts with the standard library.
 
 #include <algorithm>
 #include <cctype>
@@ -21,7 +21,7 @@ using fuzz::codeOf;
 using fuzz::require;
 using utility::Misc;
 
-/// An array of `size` bytes and one more, which has to stay as it is.
+// An array of `size` bytes, followed by a guard byte that must not change.
 class Target {
 public:
     explicit Target(std::size_t size) : m_bytes(size + 1, '#') {}
@@ -32,7 +32,7 @@ public:
     int size() const {
         return static_cast<int>(m_bytes.size()) - 1;
     }
-    /// The text, or all bytes where there is no terminator.
+    // Returns the text; all bytes if it is not NUL-terminated.
     std::string text() const {
         require(m_bytes.back() == '#');
         return std::string(m_bytes.begin(), std::find(m_bytes.begin(), m_bytes.end() - 1, '\0'));
@@ -42,7 +42,7 @@ private:
     std::vector<char> m_bytes;
 };
 
-/// A text that fits with its terminator is there; of one that does not there is the beginning.
+// Requires the complete text if it fits with its terminator, and its beginning otherwise.
 void requireWritten(const Target& target, const std::string& expected) {
     require(target.text() == expected.substr(0, static_cast<std::size_t>(target.size())));
 }
@@ -63,7 +63,7 @@ void checkHex(Value value, bool leadingZeros, std::size_t size) {
     require(Misc::uint64FromHexString(whole.array()) == value);
 }
 
-/// Formats into an array that is large enough and into one that may not be.
+// Formats into an array that is large enough, and into one that may be too small.
 template<typename Format>
 void checkFormatted(const std::string& expected, std::size_t size, Format format) {
     Target whole(expected.size() + 2);
@@ -93,7 +93,7 @@ void checkGrouped(Value value, std::size_t size) {
                    [&](char* buf, int bufSize) { return Misc::toDecimal(value, buf, bufSize); });
 }
 
-/// The leading digits of a size: whole groups with commas, then what is left as a fraction, and the unit.
+// Returns the leading digits of a size: whole groups with commas, the remaining digits as a fraction, and the unit.
 std::string sizeText(unsigned long long value, int digits) {
     static const char* const UNITS[] = {"", " kB", " MB", " GB", " TB", " PB", " EB"};
     const std::string all = digitsOf(value);
@@ -155,7 +155,7 @@ void checkNumbers(Bytes& in) {
     Target narrow(size);
     codeOf([&] { Misc::toDSdecimal(static_cast<long long>(value), digits, narrow.array(), narrow.size()); });
     narrow.text();
-    // A power of two that is not below, and whose half is.
+    // The smallest power of two that is not less than the number.
     const unsigned int power = Misc::makePowerOf2(low);
     require((power & (power - 1)) == 0);
     require(low == 0 || low > 0x80000000U ? power == 0 : power >= low && power / 2 < low);
@@ -247,7 +247,7 @@ void checkTokens(Bytes& in) {
 
 } // namespace
 
-/// The first byte chooses what is converted.
+// The first byte chooses the conversion.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const fuzz::SilentLog silence;
     Bytes in(data, size);

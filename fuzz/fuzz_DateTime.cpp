@@ -19,7 +19,7 @@ using utility::DateTime;
 typedef DateTime (*Reader)(const char* text);
 typedef char* (DateTime::*Writer)(char* buf, int size) const;
 
-// Nothing else than an invalid date may be thrown.
+// Only code 3591 may be thrown.
 bool read(Reader reader, const std::string& text, DateTime* when) {
     try {
         *when = reader(text.c_str());
@@ -37,10 +37,10 @@ std::string write(const DateTime& when, Writer writer) {
     return text;
 }
 
-// Whatever was read is written, and what is written in the form read is read again as the same text.
+// A time that was read can be written, and reading that text gives the same text again.
 void checkRoundTrip(const DateTime& when, Reader reader, Writer writer) {
     const std::string text = write(when, writer);
-    // A sign is a separator in local texts.
+    // In local texts, a minus sign is a separator.
     if (text.empty() || when.getYear() < 0)
         return;
     DateTime again(0);
@@ -80,7 +80,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
         checkRoundTrip(local, &DateTime::Parse, &DateTime::ToISOBuf);
     if (read(&DateTime::fromRFC822, text, &utc))
         checkRoundTrip(utc, &DateTime::fromRFC822, &DateTime::ToRFC822Buf);
-    // Any eight bytes are an instant, too.
+    // Any eight bytes are a valid time value.
     long long seconds = 0;
     if (size > 0)
         std::memcpy(&seconds, data, std::min(size, sizeof seconds));

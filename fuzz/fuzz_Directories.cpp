@@ -1,4 +1,4 @@
-// The directories against plain models. The first byte chooses the class.
+// Compares the directories with simple models. The first byte chooses the class.
 
 #include <algorithm>
 #include <cstddef>
@@ -24,7 +24,7 @@ using fuzz::require;
 
 typedef std::vector<std::string> Texts;
 
-/// The text of each slot; a free slot has none.
+// The text of each slot; empty for a free slot.
 typedef std::vector<std::unique_ptr<std::string>> Slots;
 
 void requireEqual(utility::StringDirectory& directory, const Texts& model) {
@@ -40,12 +40,12 @@ void requireEqual(utility::StringDirectory& directory, const Texts& model) {
     require(std::string(out.pTail(), static_cast<std::size_t>(out.ReadAvailable())) == all);
 }
 
-/// `element` is what the look-up of `text` gave where `isFound`.
+// Checks the result of a look-up of `text`: `element` counts only if `isFound`.
 void requireFound(const char* element, bool isFound, const std::string& text) {
     require(isFound ? element != nullptr && element == text : element == nullptr);
 }
 
-/// The base class finds the first text that is not the one sought.
+// `StringDirectory::Find` returns the first text that differs from the one sought.
 void runPlain(Bytes& in) {
     utility::StringDirectory directory(static_cast<int>(in.below(30)));
     Texts model;
@@ -114,7 +114,7 @@ void runSlots(Bytes& in) {
         const bool adds = in.below(3) != 0;
         const std::string text = in.text(5);
         if (adds) {
-            // The slot that was freed last is the first to be used again.
+            // The slot freed last is reused first.
             std::size_t slot = model.size();
             if (freeSlots.empty()) {
                 model.emplace_back();
@@ -125,7 +125,7 @@ void runSlots(Bytes& in) {
             model[slot].reset(new std::string(text));
             require(directory.Add(text.c_str()) == static_cast<int>(slot));
         } else {
-            // Of equal texts any may go.
+            // Any of several equal texts may be removed.
             const bool isPresent = isIn(model, text);
             directory.Delete(text.c_str());
             const std::size_t before = freeSlots.size();
@@ -145,11 +145,11 @@ void runSlots(Bytes& in) {
     }
 }
 
-/// An item with one of a few names.
+// Returns an item with one of a few names.
 class NamedItem : public framework::Item {
 public:
     void setNumber(unsigned int number) {
-        // Names with the same first byte, and with others, an empty one and one of bytes beyond ASCII.
+        // Names with equal and different first bytes, an empty name, and a non-ASCII name.
         static const char* const NAMES[] = {"", "a", "aa", "ab", "b", "ba", "\xC3\xA9", "\xFF", "z", "zz"};
         m_name = NAMES[number];
     }
@@ -207,7 +207,7 @@ void runItems(Bytes& in) {
         } else if (kind == 6) {
             const Items before = model;
             directory.remove(name);
-            // Of items with equal names any may go.
+            // Any of several items with equal names may be removed.
             model.erase(std::remove_if(model.begin(), model.end(),
                                        [&](NamedItem* other) {
                                            for (unsigned int i = 0; i < directory.length(); ++i) {

@@ -55,7 +55,8 @@ void check(const std::string& text, unsigned int size) {
 
 } // namespace
 
-/// The first byte is the size of the caller's array, the rest a group selector; against a splitter of its own.
+// Compares the formatter with a simple splitter. The first byte is the size of the caller's array, the rest a group
+// selector.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (size == 0)
         return 0;

@@ -1,5 +1,4 @@
-// The renderings of memory against plain ones: hex dumps to the log and the escaped form of bytes. The first byte
-// chooses which.
+// Compares hex dumps and escaped text with simple renderings. The first byte chooses which.
 
 #include <algorithm>
 #include <cstddef>
@@ -148,7 +147,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Bytes in(data, size);
     const unsigned int kind = in.below(3);
     const std::uint8_t byte = in.byte();
-    // Long enough for several pages.
+    // Long enough for several messages.
     std::string bytes = in.rest();
     if (byte % 8 == 0)
         bytes += bytes + bytes;

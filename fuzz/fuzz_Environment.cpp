@@ -1,4 +1,4 @@
-// Variables against a plain model, the tokens of a parameter list, and the roots that VX_ROOT and VX_MEM name. The
+// Compares variables and parameter lists with simple models, and checks the folders that VX_ROOT and VX_MEM name. The
 // first byte chooses which.
 
 #include <algorithm>
@@ -100,7 +100,7 @@ void runParameters(Bytes& in) {
     require(exact.get() == text);
 }
 
-/// Runs `body` in a child process, which may change what a process has only once, and requires that it returns.
+// Runs `body` in a child process, which has its own environment and password file name, and requires that it returns.
 template<typename Body>
 void requireInChild(Body body) {
     const pid_t child = fork();
@@ -115,19 +115,19 @@ void requireInChild(Body body) {
     require(WIFEXITED(status) && WEXITSTATUS(status) == 0);
 }
 
-/// The name is only made; nothing is opened.
+// Checks the file name only; opens no file.
 void runRoot(Bytes& in) {
     const std::string root = in.restText();
     requireInChild([&] {
         setenv("VX_ROOT", root.c_str(), 1);
         require(utility::PWService::getFileName() == root + "/etc/passwd");
-        // The name stays for the life of the process.
+        // The name is computed once per process.
         setenv("VX_ROOT", "/other", 1);
         require(utility::PWService::getFileName() == root + "/etc/passwd");
     });
 }
 
-/// A folder for the folders that VX_MEM names, open to every user.
+// The parent of the folders that VX_MEM names; every user may write to it.
 const test::TemporaryDirectory& memoryFolder() {
     static const test::TemporaryDirectory folder;
     static const int changed = chmod(folder.path().c_str(), 0777);
@@ -140,13 +140,12 @@ bool isFolder(const std::string& path) {
     return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
-/// A folder for contexts is made where VX_MEM names a folder, and a context in it if the name of its file is short
-/// enough.
+// The context folder is created in the folder that VX_MEM names, and a context file in it if its name is short enough.
 void runMemory(Bytes& in) {
     std::string memory = memoryFolder().path();
     const bool isBelow = in.below(4) != 0;
     const std::string name = in.restText();
-    // Never outside the temporary folder.
+    // Stay inside the temporary folder.
     if (name.find('.') != std::string::npos)
         return;
     memory += (isBelow ? "/" : "") + name;
@@ -178,7 +177,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const fuzz::SilentLog silence;
     const long outstanding = framework::Memory::staticOutstanding();
     Bytes in(data, size);
-    // A process takes much longer than the rest.
+    // Starting a process is slow: do it for few inputs.
     const unsigned int kind = in.below(16);
     if (kind == 0) {
         runRoot(in);

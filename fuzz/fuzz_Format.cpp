@@ -1,5 +1,5 @@
-// `PutF` and `PutV` against `snprintf`: formats made from the input, with arguments that match, into a stream that may
-// be too small.
+// Compares `PutF` and `PutV` with `snprintf`: formats made from the input, with matching arguments, written to a stream
+// that may be too small.
 
 #include <cstdarg>
 #include <cstddef>
@@ -19,7 +19,7 @@ using fuzz::require;
 
 const unsigned int mostArguments = 3;
 
-// The formats come from the input, and match their arguments by the way they are made.
+// The formats are not constants, but they are built to match their arguments.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
 #pragma GCC diagnostic ignored "-Wformat-security"
@@ -36,7 +36,7 @@ void putV(utility::PutStream& stream, const char* format, ...) {
     va_end(arguments);
 }
 
-/// The message of an overflow.
+// Returns the message of an overflow.
 std::string overflowMessage(std::size_t wrote, std::size_t remaining, const std::string& format) {
     char text[200];
     std::snprintf(text, sizeof text, "Didn't fit. wrote=%d remaining=%d msg='%.90s'", static_cast<int>(wrote),
@@ -52,7 +52,7 @@ void compare(Bytes& in, const std::string& format, Arguments... arguments) {
 
     const bool isQuiet = in.flag();
     const bool usesList = in.flag();
-    // One half of the streams is just large enough, or almost.
+    // Half of the streams are exactly large enough, or almost.
     const std::size_t capacity = in.flag() ? expected.size() + 3 - in.below(6) % (expected.size() + 3) : in.byte();
     std::vector<char> storage(capacity + 1);
     utility::BufferStream stream(storage.data(), static_cast<int>(storage.size()), isQuiet);
@@ -61,7 +61,7 @@ void compare(Bytes& in, const std::string& format, Arguments... arguments) {
         stream.PutC('>');
         model.putC('>');
     }
-    const std::size_t remaining = model.room();
+    const std::size_t remaining = model.available();
     const unsigned int code = model.putF(expected);
     try {
         if (usesList) {
@@ -81,7 +81,7 @@ void compare(Bytes& in, const std::string& format, Arguments... arguments) {
 
 #pragma GCC diagnostic pop
 
-/// Literal bytes: anything but the start of a conversion, and that one doubled.
+// Returns literal bytes for a format: each '%' is doubled.
 std::string literal(Bytes& in) {
     std::string text;
     for (const char c : in.text(12))
@@ -89,7 +89,7 @@ std::string literal(Bytes& in) {
     return text;
 }
 
-/// A '%' with flags, width and precision.
+// Returns a '%' with flags, width and precision.
 std::string prefix(Bytes& in, const char* flags) {
     std::string text = "%";
     for (unsigned int bits = in.byte(); *flags != 0; ++flags, bits >>= 1)
@@ -107,7 +107,7 @@ void extend(Bytes& in, std::string format, Arguments... arguments);
 template<typename Value, typename... Arguments>
 void addInteger(Bytes& in, const std::string& format, const char* length, Arguments... arguments) {
     const char conversion = "diuxXo"[in.below(6)];
-    // '#' is not for decimal numbers.
+    // '#' is undefined for decimal numbers.
     const char* const flags = conversion == 'd' || conversion == 'i' ? "-0+ '" : conversion == 'u' ? "-0'" : "-0#";
     const std::string text = prefix(in, flags) + length + conversion;
     extend(in, format + text, arguments..., in.number<Value>());

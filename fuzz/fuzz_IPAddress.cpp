@@ -13,7 +13,7 @@ namespace {
 
 using fuzz::require;
 
-// What is refused leaves the value alone; what is taken is the platform's value and prints as the platform prints it.
+// A rejected text leaves the value unchanged. An accepted one gives the platform's value and its text.
 void checkIPV4(const char* text) {
     in_addr expected = {0x04030201};
     const bool accepted = inet_pton(AF_INET, text, &expected) == 1;
@@ -43,7 +43,7 @@ void checkIPV6(const char* text) {
 
 } // namespace
 
-/// A text as an IPv4 and as an IPv6 address, against the platform's own functions.
+// Compares the conversions of IPv4 and IPv6 addresses with the platform's.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const std::string text(reinterpret_cast<const char*>(data), size);
     checkIPV4(text.c_str());

@@ -1,4 +1,4 @@
-// `List`, `Stack` and the queue of streams against plain models. The first byte chooses the class.
+// Compares `List`, `Stack` and the queue of streams with simple models. The first byte chooses the class.
 
 #include <algorithm>
 #include <cstddef>
@@ -22,7 +22,7 @@ using fuzz::Bytes;
 using fuzz::require;
 using test::ListNumber;
 
-/// A list of numbers, its model, and the count that the list keeps: an insertion in the middle is not counted.
+// A list of numbers, its model, and the list's own count, which does not include insertions in the middle.
 class ListRun {
 public:
     explicit ListRun(Bytes& in) : m_in(in), m_allowsDuplicates(in.flag()), m_list(m_allowsDuplicates) {}
@@ -163,7 +163,7 @@ void runStack(Bytes& in) {
             if (!model.empty())
                 model.pop_back();
         } else {
-            // The object of each name is the one after it.
+            // The object of each name is the next one.
             require(stack.push(name, name + 1));
             model.push_back(name);
         }
@@ -199,7 +199,7 @@ void runQueue(Bytes& in) {
             queued.pop_front();
             taken.push_back(element);
         } else {
-            // One that is queued already changes nothing.
+            // Queuing an element again is ignored.
             const bool isNew = chosen < taken.size();
             utility::BufferStreamElement* const element = isNew ? taken[chosen] : queued[chosen - taken.size()];
             kind == 1 ? queue.enQueue(element) : queue.reQueue(element);
@@ -235,7 +235,7 @@ void runChain(Bytes& in) {
                 model.push_front(element);
             break;
         default:
-            // The chain keeps one element, so that there is one to ask.
+            // Leave one element in the chain for the queries.
             if (model.size() == 1)
                 break;
             model.erase(std::remove(model.begin(), model.end(), element), model.end());

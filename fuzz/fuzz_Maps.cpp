@@ -1,4 +1,4 @@
-// The hash maps against `std::map`. The first byte chooses the class.
+// Compares the hash maps with `std::map`. The first byte chooses the class.
 
 #include <cstddef>
 #include <cstdint>
@@ -24,7 +24,7 @@ void* pointer(std::uintptr_t number) {
 
 void* const ABSENT = pointer(~std::uintptr_t{0});
 
-/// Entries in the order of the map: by bucket, then by key.
+// The entries in the map's order: by bucket, then by key.
 template<typename Key>
 using Entries = std::map<std::pair<std::uintptr_t, Key>, void*>;
 
@@ -61,7 +61,7 @@ void runPointers(Bytes& in, MapType& map, unsigned int buckets) {
     while (!in.isAtEnd()) {
         const unsigned int kind = in.below(8);
         const std::uintptr_t number = in.flag() ? in.byte() : in.number<std::uintptr_t>();
-        // The mark for an absent key is not a key that could be found.
+        // The value that marks an absent key is not used as a key.
         if (pointer(number) == ABSENT)
             continue;
         const std::pair<std::uintptr_t, std::uintptr_t> place(number & (buckets - 1), number);
@@ -76,7 +76,7 @@ void runPointers(Bytes& in, MapType& map, unsigned int buckets) {
             model.erase(place);
             count -= isPresent ? 1 : 0;
         } else if (in.below(8) == 0) {
-            // The count stays.
+            // The count does not change.
             map.DeleteAll();
             model.clear();
         }
@@ -120,7 +120,7 @@ void runTexts(Bytes& in, unsigned int buckets) {
             model[place] = value;
             count += isPresent ? 0 : 1;
         } else if (kind < 7) {
-            // Only a key with no smaller one in its bucket is reached.
+            // `Delete` finds a key only if its bucket has no smaller one.
             const bool isReached = !hasSmaller(model, place);
             require(map.Delete(key.c_str()) == isReached);
             if (isReached) {

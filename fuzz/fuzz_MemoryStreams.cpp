@@ -1,5 +1,5 @@
-// The streams that keep their bytes in memory as state machines: `BufferStream`, `DynamicStream` and `CircularStream`
-// against plain models. The first byte chooses which.
+// Compares sequences of operations on `BufferStream`, `DynamicStream` and `CircularStream` with simple models. The
+// first byte chooses the class.
 
 #include <algorithm>
 #include <cstddef>
@@ -19,14 +19,14 @@ using fuzz::Bytes;
 using fuzz::codeOf;
 using fuzz::require;
 
-/// What a stream gives when `size` bytes are asked for; "-" and the count where that is negative.
+// Receives `size` bytes; returns them, or "-" and the count if that is negative.
 std::string received(framework::InputStream& stream, std::size_t size) {
     const std::unique_ptr<char[]> bytes(new char[size]);
     const int count = stream.ReceiveInputStream(bytes.get(), static_cast<unsigned int>(size));
     return count < 0 ? std::to_string(count) : std::string(bytes.get(), static_cast<std::size_t>(count));
 }
 
-/// Reads from both as `in` chooses.
+// Reads from the stream and its model as `in` chooses.
 void readBoth(Bytes& in, utility::BufferStream& stream, fuzz::PutModel& model) {
     const std::string all = model.readable();
     const std::size_t newline = all.find('\n');
@@ -100,11 +100,11 @@ void runBuffer(Bytes& in) {
                 return;
         }
         require(std::string(stream.pTail(), static_cast<std::size_t>(stream.ReadAvailable())) == model.readable());
-        require(stream.WriteRemaining() == static_cast<int>(model.room()));
+        require(stream.WriteRemaining() == static_cast<int>(model.available()));
     }
 }
 
-/// Bytes that tell where they belong: up to 4,369 of them from two bytes of input.
+// Makes up to 4,369 bytes, distinct by position, from two bytes of input.
 std::string longPiece(Bytes& in) {
     const std::string unit = {static_cast<char>(in.byte()), 'x', '\0'};
     std::string piece;
@@ -115,7 +115,7 @@ std::string longPiece(Bytes& in) {
 
 struct DynamicModel {
     std::size_t most;
-    std::string stored; ///< also bytes after `out`, which are written over
+    std::string stored; // includes bytes past `out`, which are overwritten
     std::size_t out = 0;
     std::size_t in = 0;
 
@@ -179,7 +179,7 @@ void runDynamic(Bytes& in) {
     }
 }
 
-/// A ring as its storage, the place of the next byte, and how many bytes before it are unread.
+// A model of a ring: its storage, the position of the next byte, and the number of unread bytes before it.
 struct CircularModel {
     std::string storage;
     std::size_t next = 0;

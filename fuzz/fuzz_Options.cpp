@@ -1,5 +1,5 @@
-// Options against a plain list of eight: how texts are split, and how options are found, replaced, deleted and written
-// back. The input is cut at newlines; the first character of each line says what is done with the rest.
+// Compares `Options` with a simple list of eight: splitting, searching, replacing, deleting and writing. The first
+// character of each input line chooses the operation for the rest of the line.
 
 #include <algorithm>
 #include <cstddef>
@@ -62,14 +62,14 @@ void checkText(const Options& options, const ReferenceOptions& expected) {
             return;
     }
     require(std::string(out.pTail(), static_cast<std::size_t>(out.ReadAvailable())) == text);
-    // What was added by itself may hold what separates in a text.
+    // A key or value that was added alone may contain a separator.
     for (const auto& [key, value] : expected.content) {
         if (key.find('&') != std::string::npos || value.value_or("").find_first_of("&,") != std::string::npos)
             return;
     }
     Options again;
     again.set(copyOf(text).data());
-    // The empty text adds nothing, so a single empty key without a value is not read back.
+    // The empty text adds no option, so a single empty key without a value is lost when written.
     if (!text.empty())
         checkLookUps(again, expected);
 }

@@ -1,5 +1,5 @@
-// The parameter readers over a plain stream and over one with a source that gives short pieces and errors, and the
-// writers, against a plain reference. The first byte chooses which.
+// Compares the parameter readers and writers with a simple reference. The readers use a plain stream, or one with a
+// source that returns short pieces and errors. The first byte chooses which.
 
 #include <algorithm>
 #include <cstddef>
@@ -26,7 +26,7 @@ using fuzz::Bytes;
 using fuzz::codeOf;
 using fuzz::require;
 
-// A longer array is appended element by element for so long that too few inputs would be tried.
+// Longer arrays take so much time that too few inputs would be tried.
 const unsigned int mostElements = 2000;
 const int longestBlock = 40;
 
@@ -35,15 +35,15 @@ std::string bytesOf(Value value) {
     return std::string(reinterpret_cast<const char*>(&value), sizeof value);
 }
 
-/// Reads parameters, and checks each against the bytes that went in.
+// Reads parameters and compares each with the bytes that were put in.
 class Reading {
 public:
-    /// `received` gives how many bytes of `data` have reached the stream.
+    // `received` returns how many bytes of `data` have reached the stream.
     template<typename Received>
     Reading(utility::GetStream& stream, const std::string& data, Received received)
         : m_stream(stream), m_data(data), m_received(received) {}
 
-    /// False after a failure, which leaves the position anywhere.
+    // Returns false after a failure, which leaves the position undefined.
     bool read(Bytes& in) {
         switch (in.below(9)) {
         case 0:
@@ -68,7 +68,7 @@ public:
     }
 
 private:
-    /// Bytes that are readable without a refill.
+    // Returns the number of bytes readable without a refill.
     int held() const {
         return m_stream.utility::Buffer::ReadAvailable();
     }
@@ -97,7 +97,7 @@ private:
         const std::string seen = text;
         const std::size_t consumed = position() - before;
         require(m_data.compare(before, seen.size(), seen) == 0);
-        // What ends before its NUL is the last that is held.
+        // A text without a NUL ends at the last byte held.
         const bool isWhole = consumed == seen.size() + 1 && m_data[before + seen.size()] == 0;
         require(isWhole || (consumed == seen.size() && held() == 0));
         return true;
@@ -112,7 +112,7 @@ private:
             return false;
         require(bytes[most] == '#');
         if (position() < before + sizeof length) {
-            // Without a length, or with a negative one, which goes back as far as the storage allows.
+            // A missing length, or a negative one, which moves the position back as far as the storage allows.
             require(length <= 0);
             return true;
         }
@@ -124,7 +124,7 @@ private:
         return true;
     }
 
-    /// The count of an array that comes next; false if it is too large to be tried, or if it is not there.
+    // Reads the count of the next array. Returns false if it is missing or too large for a quick run.
     bool peekCount(unsigned int* count) {
         if (m_stream.ReadAvailable() < static_cast<int>(sizeof *count))
             return false;
@@ -149,7 +149,7 @@ private:
         require((m_stream.*get)(values) && values.length() == count + 1 && values[0] == 5);
         const std::size_t found = (position() - start) / sizeof(Value);
         require(position() == start + found * sizeof(Value) && found <= count);
-        // An element that is missing, or not received yet, repeats the last one; the first such is 0.
+        // An element that is missing or not yet received repeats the previous one; the first is 0.
         std::vector<Value> expected = {0};
         for (std::size_t at = start; at < position(); at += sizeof(Value)) {
             Value value = 0;
@@ -199,7 +199,7 @@ void readPlain(Bytes& in) {
     }
 }
 
-/// Fills `source` with pieces, empty answers and errors, and returns the bytes of all pieces.
+// Fills `source` with pieces, empty results and errors. Returns the bytes of all pieces.
 std::string script(Bytes& in, test::ScriptedInput* source) {
     std::string all;
     while (!in.isAtEnd()) {
@@ -244,12 +244,12 @@ bool writeArray(Bytes& in, utility::PutStream& stream, fuzz::PutModel& model,
     const unsigned int count = in.below(12);
     for (unsigned int i = 0; i < count; ++i)
         values.Append(in.number<Value>());
-    const std::size_t room = model.room();
+    const std::size_t room = model.available();
     unsigned int expected = fuzz::FAILURE_NONE;
     if (room < 4 + count * sizeof(Value))
         expected = model.overflow();
     if (expected == fuzz::FAILURE_NONE && room >= 4) {
-        // Without failures the count is the full one, also where elements do not fit.
+        // If nothing is thrown, the count written is the full one, even if elements do not fit.
         model.putWhole(bytesOf(count));
         for (unsigned int i = 0; i < count; ++i)
             model.putWhole(bytesOf(static_cast<Value>(values[i])));
@@ -260,7 +260,7 @@ bool writeArray(Bytes& in, utility::PutStream& stream, fuzz::PutModel& model,
 }
 
 unsigned int putBlock(fuzz::PutModel& model, const std::string& block) {
-    const std::size_t room = model.room();
+    const std::size_t room = model.available();
     if (room < 4 || (room < 4 + block.size() && !model.isNoThrow()))
         return model.overflow();
     const std::string fitting = block.substr(0, room - 4);

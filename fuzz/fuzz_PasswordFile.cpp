@@ -1,8 +1,8 @@
-// The password file below a root: any bytes are read, and rewritten with a user added, replaced or deleted, against the
-// platform's own reader and writer.
+// Reads any bytes as a password file and rewrites it with a user added, replaced or deleted; compares the result with
+// the platform's reader and writer.
 //
-// Runs where the machine's own files are out of reach, also of a library that ignores VX_ROOT: with /etc read-only in
-// mounts of its own, or as an ordinary user.
+// Protects the machine's own files from a library that ignores VX_ROOT: /etc is read-only in a private mount namespace,
+// or the target runs as an ordinary user.
 
 #include <cstddef>
 #include <cstdint>
@@ -32,7 +32,7 @@ using fuzz::require;
 using utility::PW;
 using utility::PWService;
 
-/// Takes from the process, for good, what it needs to change the machine's password file.
+// Permanently drops the privileges that the process would need to change the machine's password file.
 void protectMachine() {
     if (test::makeMountsPrivate() && mount("/etc", "/etc", nullptr, MS_BIND, nullptr) == 0)
         mount(nullptr, "/etc", nullptr, MS_BIND | MS_REMOUNT | MS_RDONLY, nullptr);
@@ -41,7 +41,7 @@ void protectMachine() {
     require(access("/etc", W_OK) != 0 && access("/etc/passwd", W_OK) != 0);
 }
 
-/// The root, made on first use.
+// Returns the root folder, which is created on first use.
 const test::TemporaryDirectory& root() {
     static const test::TemporaryDirectory* const folder = [] {
         protectMachine();
@@ -54,7 +54,7 @@ const test::TemporaryDirectory& root() {
     return *folder;
 }
 
-/// The entries of a file as the platform reads them, up to the first that it cannot read.
+// The entries of a file as the platform reads them, up to the first that it cannot read.
 class Entries {
 public:
     explicit Entries(std::string content)
@@ -66,7 +66,7 @@ public:
             std::fclose(m_file);
     }
 
-    /// Null at the end.
+    // Returns null at the end.
     const passwd* next() {
         passwd* entry = nullptr;
         const bool isRead = m_file != nullptr && fgetpwent_r(m_file, &m_entry, m_texts, sizeof m_texts, &entry) == 0;
@@ -106,7 +106,7 @@ void checkReading(const std::string& content, const std::string& name) {
     require(PWService::getHighestUID() == highest);
 }
 
-/// What a rewrite of `content` gives; `content` itself where an entry cannot be written.
+// Returns the expected result of a rewrite of `content`: `content` itself if an entry cannot be written.
 std::string rewritten(const std::string& content, const passwd& user, bool adds) {
     char* text = nullptr;
     std::size_t size = 0;
@@ -129,7 +129,7 @@ std::string rewritten(const std::string& content, const passwd& user, bool adds)
     return result;
 }
 
-/// A line of fields, some of them not as they should be.
+// Returns a line of fields, some of them invalid.
 std::string line(Bytes& in) {
     if (in.below(8) == 0)
         return in.bytes(60) + '\n';

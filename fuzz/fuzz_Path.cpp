@@ -1,4 +1,4 @@
-// Paths against a plain reference: the three parts, the components, their removal and the normal form.
+// Compares `Path` with a simple reference: the three parts, the components, their removal and the normal form.
 
 #include <algorithm>
 #include <cstddef>

@@ -1,4 +1,4 @@
-// Port addresses of both kinds, alone and in an array, against texts made with the standard library.
+// Compares the texts of both kinds of port addresses, alone and in an array, with texts made by the standard library.
 
 #include <arpa/inet.h>
 
@@ -29,7 +29,7 @@ using utility::FCPortAddress;
 using utility::ISCSIPortAddress;
 using utility::PortAddress;
 
-// An address has no virtual destructor: its classes are trivially destructible, and only its memory is given back.
+// The destructor is not virtual, but the classes are trivially destructible: release only the memory.
 struct AddressDeleter {
     void operator()(PortAddress* address) const {
         PortAddress::operator delete(address);
@@ -37,12 +37,12 @@ struct AddressDeleter {
 };
 typedef std::unique_ptr<PortAddress, AddressDeleter> OwnedAddress;
 
-/// An address and what it has to print.
+// An address and its expected text.
 struct Expected {
     PortAddress* address;
     PortAddress::PortType type;
     std::string text;
-    unsigned int other; ///< what is compared and not printed
+    unsigned int other; // compared but not printed
 };
 
 void fill(Bytes& in, std::uint8_t* bytes, std::size_t size) {
@@ -93,11 +93,11 @@ Expected makeISCSI(Bytes& in) {
 }
 
 void checkText(const Expected& expected, std::size_t size) {
-    // An array that is too small cuts the text of an iSCSI address, and that of an FC address without a terminator.
+    // An array that is too small truncates the text; that of an FC address is then not terminated.
     std::vector<char> text(size + 1, '#');
     require(expected.address->toBuffer(text.data(), static_cast<unsigned int>(size)) == text.data());
     require(text[size] == '#');
-    // The address alone is written with a byte to spare.
+    // Writing a single address needs one more byte than its text.
     if (size > expected.text.size() + 1)
         require(text.data() == expected.text);
     utility::BufferStream out(static_cast<int>(expected.text.size()) + 2);
@@ -113,7 +113,7 @@ void checkCopy(const Expected& expected) {
     checkText(same, expected.text.size() + 2);
 }
 
-/// Whether a copy of the FC address `expected` that reads `text` takes it, and what it is then.
+// Checks whether a copy of the FC address `expected` accepts `text`, and its value afterwards.
 void checkReading(const Expected& expected, const std::string& text) {
     const OwnedAddress copy(expected.address->clone());
     const std::size_t digits = std::min(text.find_first_not_of("0123456789abcdefABCDEF"), text.size());

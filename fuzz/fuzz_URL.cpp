@@ -1,5 +1,5 @@
-// URLs against a plain reference: what a text is split into, decoded and composed again, alone and on top of another.
-// The input is cut at its first newline: the first text is set before the second.
+// Compares `URL` with a simple reference: splitting, decoding and composing, for a new object and for one that is set a
+// second time. The input is two texts separated by a newline, set one after the other.
 
 #include <algorithm>
 #include <cstddef>
@@ -41,7 +41,7 @@ void checkCopies(const URL& url, const ReferenceURL& expected) {
     checkParts(assigned, ReferenceURL());
 }
 
-// Decoding sees just the bytes asked for, NULs as well.
+// Decoding reads exactly the given number of bytes, including NULs.
 void checkDecoded(const std::uint8_t* data, std::size_t size) {
     const std::unique_ptr<char[]> bytes(new char[size]);
     std::copy_n(data, size, reinterpret_cast<std::uint8_t*>(bytes.get()));
@@ -52,7 +52,7 @@ void checkDecoded(const std::uint8_t* data, std::size_t size) {
     require(decoded == nullptr || test::referenceDecoded(text) == decoded);
 }
 
-// A value whose parts hold nothing that separates is split into the same parts again.
+// A value without separators in its parts is split into the same parts again.
 void checkRoundTrip(URL& url, const ReferenceURL& parts) {
     const std::string all = parts.authority.value_or("") + parts.path.value_or("") + parts.query.value_or("");
     const bool isRooted = parts.scheme && parts.path.value_or("/")[0] == '/';

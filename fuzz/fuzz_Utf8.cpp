@@ -1,5 +1,5 @@
-// The check for printable UTF-8 and the cutting of a clipped text, against a byte-by-byte reference. The first byte of
-// the input chooses what is disallowed and allowed; the rest is the text.
+// Compares the check for printable UTF-8 and the removal of a partial character with a byte-by-byte reference. The
+// first byte chooses the disallowed and allowed characters; the rest is the text.
 
 #include <cstddef>
 #include <cstdint>
@@ -33,7 +33,7 @@ void collect(void* context, Logger::LogType type, const char* function, int line
     ++log->lines;
 }
 
-/// Storage of just these bytes, so that a look behind them is seen.
+// Returns a copy of exactly these bytes, so that a sanitizer reports each access past them.
 template<typename Byte>
 std::unique_ptr<char[]> exactly(const Byte* bytes, std::size_t size) {
     std::unique_ptr<char[]> copy(new char[size]);
@@ -66,7 +66,7 @@ void checkTruncated(const std::string& text) {
             .printable;
     };
     require(text.compare(0, left.size(), left) == 0);
-    // Nothing longer would have done.
+    // No longer beginning of the text is printable.
     for (std::size_t cut = 0; cut < 4 && cut <= text.size() && (!whole || text.size() - cut > left.size()); ++cut)
         require(!isPrintable(text.size() - cut));
     require(whole ? isPrintable(left.size()) && text.size() - left.size() <= 3 : left == text);

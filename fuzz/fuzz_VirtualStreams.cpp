@@ -1,5 +1,5 @@
-// The virtual streams as state machines against plain models: output through a buffer to a target that refuses, closes
-// or fails; the same with pages; input through a buffer from a source with short pieces and errors. The first byte
+// Compares sequences of operations on the virtual streams with simple models. Output goes to a target that refuses,
+// closes or fails, with and without pages; input comes from a source with short pieces and errors. The first byte
 // chooses which.
 
 #include <cstddef>
@@ -22,7 +22,7 @@ using fuzz::Bytes;
 using fuzz::codeOf;
 using fuzz::require;
 
-/// A virtual stream told on a string, with a target of its own that is set to behave as the stream's target does.
+// A model of a virtual stream. Its own target is set to behave like the stream's target.
 class VirtualModel : public fuzz::PutModel {
 public:
     VirtualModel(std::size_t capacity, int threshold, bool noThrow)
@@ -32,7 +32,7 @@ public:
     bool holds = false;
     int transferred = 0;
 
-    std::size_t room() override {
+    std::size_t available() override {
         if (static_cast<int>(m_written.size()) >= m_threshold)
             flush();
         return m_capacity - m_written.size();
@@ -49,21 +49,21 @@ public:
         if (!holds && m_written.empty())
             return isTargetUsable() && sendToTarget(data);
         const bool isTaken = fill(data) == data.size();
-        // A stop without space does not flush once more.
+        // A stop for lack of space does not flush again.
         if (isTaken || !isTargetUsable())
-            room();
+            available();
         return isTaken;
     }
     unsigned int putB(const std::string& bytes) override {
         std::size_t taken = 0;
-        std::size_t space = room();
+        std::size_t space = available();
         while (taken < bytes.size()) {
             const std::string piece = bytes.substr(taken, space);
             m_written += piece;
             taken += piece.size();
-            space = room();
+            space = available();
             if (space == 0 && taken < bytes.size() && isTargetUsable())
-                space = room();
+                space = available();
             if (space == 0)
                 break;
         }
@@ -77,11 +77,11 @@ protected:
     bool sendToTarget(const std::string& data) {
         return target.SendOutputStream(data.data(), static_cast<unsigned int>(data.size()));
     }
-    /// Takes as much of `data` as finds space; returns how much.
+    // Appends as much of `data` as fits; returns the number of bytes.
     std::size_t fill(const std::string& data) {
         std::size_t taken = 0;
         while (taken < data.size() && isTargetUsable()) {
-            const std::string piece = data.substr(taken, room());
+            const std::string piece = data.substr(taken, available());
             if (piece.empty())
                 break;
             m_written += piece;
@@ -141,7 +141,7 @@ void runPut(Bytes& in) {
     }
 }
 
-/// Pages counted byte by byte.
+// A model of the pages, counted byte by byte.
 class PagingModel : public VirtualModel {
 public:
     PagingModel(std::size_t capacity, int threshold, int pageWidth, int pageHeight, const std::string& keys)
@@ -161,7 +161,7 @@ public:
         m_hasQuit = false;
         std::size_t taken = 0;
         while (taken < data.size() && isTargetUsable()) {
-            const std::size_t space = room();
+            const std::size_t space = available();
             if (m_hasQuit || space == 0)
                 return false;
             const std::string piece = data.substr(taken, space);
@@ -194,7 +194,7 @@ private:
         }
         return taken;
     }
-    /// Whether another page is wanted.
+    // Sends the next page and the prompt; returns whether the user wants another page.
     bool showPage() {
         const std::string page = m_written.substr(0, nextPage());
         if (!sendToTarget(page))
@@ -224,7 +224,7 @@ void runPaging(Bytes& in) {
     const int width = static_cast<int>(in.below(20)) + 2;
     const int height = static_cast<int>(in.below(8)) + 2;
     std::string keys = in.bytes(20);
-    // Almost no byte is the key that quits.
+    // Few bytes are the key that quits: map them to keys so that it occurs more often.
     for (char& key : keys)
         key = "q  Q xyz"[key & 7];
     test::RecordingConsole console(keys);
@@ -254,7 +254,7 @@ void runPaging(Bytes& in) {
     }
 }
 
-/// Input through a buffer. What was received is either read or held, so the bytes of each answer are known.
+// A model of buffered input. Every byte received is either read or held, so each result is known.
 class VirtualInput {
 public:
     explicit VirtualInput(Bytes& in)
@@ -337,7 +337,7 @@ private:
             require(held() == 0);
             return;
         }
-        // What was consumed, with the newline, which became a NUL.
+        // The bytes consumed include the newline, which was replaced with a NUL.
         const std::size_t size = static_cast<std::size_t>(m_stream.pTail() - line);
         const std::string expected = m_data.substr(position() - size, size);
         const std::size_t length = std::min(expected.find('\n'), size);

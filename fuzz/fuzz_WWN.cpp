@@ -18,7 +18,7 @@ size_t leadingDigits(const std::string& text) {
     return static_cast<size_t>(end - text.begin());
 }
 
-// What a reader of `digits` digits makes of `text` where it was all zero before.
+// Returns the value that a reader of `digits` digits stores for `text`, starting from zero.
 std::string expectedText(const std::string& text, size_t digits) {
     std::string result = text.substr(0, std::min(leadingDigits(text), digits));
     std::transform(result.begin(), result.end(), result.begin(),
@@ -56,7 +56,7 @@ void checkSerialNumber(const std::string& text) {
 
 } // namespace
 
-/// A text as a World Wide Name and as an array serial number, against a reader made of the standard library.
+// Compares the conversions of World Wide Names and serial numbers with a reader based on the standard library.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const std::string text = std::string(reinterpret_cast<const char*>(data), size).c_str();
     checkWWN(text);

@@ -143,7 +143,7 @@ void expectNoInstallation(const Tree& tree) {
     EXPECT_EQ(child.out, "");
     EXPECT_EQ(child.err, "Packages are missing, and installing them needs root or sudo. Ask an administrator to run:\n"
                          "    apt-get install cmake ninja-build g++ libcrypt-dev googletest\n"
-                         "vxconsole could not be built.\n");
+                         "vxconsole could not be built; the messages above say why.\n");
 }
 
 /// Types Ctrl-C at a set-up that shows `sign`.
@@ -194,7 +194,7 @@ TEST(SetUp, AFailingBuildShowsWhatItPrinted) {
     const ChildResult child = tree.start();
     EXPECT_EQ(child.status, 1);
     EXPECT_EQ(child.out, "");
-    EXPECT_NE(child.err.find("error: no such thing\nvxconsole could not be built.\n"), std::string::npos) << child.err;
+    EXPECT_NE(child.err.find("error: no such thing\nvxconsole could not be built; the messages above say why.\n"), std::string::npos) << child.err;
 }
 
 TEST(SetUp, WithoutRootOrSudoTheAnswerComesAtOnce) {

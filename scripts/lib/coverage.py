@@ -18,7 +18,7 @@ def without_spaces(text):
 
 
 def functions_of_tests(programs):
-    """The names of the library's functions that a test program defines."""
+    """Returns the names of the library's functions that a test program defines itself."""
     names = set()
     for program in programs:
         done = subprocess.run(["nm", "-C", "--defined-only", program], stdout=subprocess.PIPE, text=True, check=True)
@@ -27,7 +27,7 @@ def functions_of_tests(programs):
 
 
 def read_answers(path):
-    """The answered lines, each as often as the file has it, and those that run by chance. Lines with # are the reasons."""
+    """Returns how often each line is listed, and the lines that are executed by chance. Lines with # are reasons."""
     answers = {}
     by_chance = set()
     reason = ""

@@ -53,7 +53,7 @@ KIN = {
 
 
 class CannotRun(Exception):
-    """Mutants cannot be run safely here; the text is the reason."""
+    """Mutants cannot be run safely on this machine; the text is the reason."""
 
 
 # --- the worker
@@ -76,7 +76,7 @@ def unmount(target):
 
 
 def flags_of_mounts():
-    """The mount points and the flags that a remount has to keep, the last mount of each point."""
+    """Returns the flags that a remount must keep for each mount point, of its last mount."""
     known = {"ro": 1, "nosuid": 2, "nodev": 4, "noexec": 8, "noatime": 1024, "nodiratime": 2048, "relatime": 1 << 21}
     result = {}
     for line in Path("/proc/self/mountinfo").read_text().splitlines():
@@ -87,7 +87,7 @@ def flags_of_mounts():
 
 
 def protect_machine(folder):
-    """Leaves this process and its children nothing to write but `folder`, temporary directories and a copy of /etc."""
+    """Makes everything read-only for this process except `folder`, temporary directories and a copy of /etc."""
     mount(None, "/", None, MS_REC | MS_PRIVATE)
     mount(folder, folder, None, MS_BIND)
     mount("tmpfs", folder / "etc", "tmpfs", 0, "size=64m,mode=755")
@@ -108,7 +108,7 @@ def protect_machine(folder):
 
 
 def reap_everything():
-    """Ends whatever a test left running: this is process 1, so that nothing outside is reached."""
+    """Ends all processes that a test left. This is process 1 of its namespace, so no process outside is reached."""
     try:
         os.kill(-1, signal.SIGKILL)
     except ProcessLookupError:
@@ -133,7 +133,7 @@ class Worker:
         self.linking = json.loads((WORK / "link.json").read_text())
 
     def compile(self, source, text):
-        """The path of the object, or None if the text does not compile."""
+        """Returns the path of the object file, or None if the text does not compile."""
         entry = self.compiling[str(TREE / source)]
         words = [word for word in shlex.split(entry["command"]) if not word.startswith(("-g", "-W"))]
         while not words[0].endswith("++"):  # a compiler cache and its settings
@@ -161,7 +161,7 @@ class Worker:
         return (output, BUILD / linking["output"]) if done.returncode == 0 else (None, None)
 
     def run_test(self, program, seconds):
-        """Whether one test program passes in this time. Its cases are dealt out to several processes: some wait a lot."""
+        """Whether a test program passes in this time. Its cases run in several processes, because some wait a lot."""
 
         def limit():
             resource.setrlimit(resource.RLIMIT_AS, (16 * GIGABYTE, 16 * GIGABYTE))
@@ -200,7 +200,7 @@ class Worker:
             unmount(place)
 
     def prepare(self, source, tests):
-        """Compiles the source as it is, and runs its tests: they must pass, and show how long they take."""
+        """Compiles the unchanged source and runs its tests, which must pass; measures the time that they take."""
         if source in self.originals:
             return
         target = self.compile(source, (TREE / source).read_text())
@@ -225,7 +225,7 @@ class Worker:
         built, place = self.link(source, target)
         if built is None:
             return "invalid"
-        # Other work on the machine must not look like a noticed change.
+        # A slow machine must not look like a noticed change.
         survived = self.passes(built, place, tests, lambda test: 15 + 4 * self.baselines[test])
         return "survived" if survived else "noticed"
 
@@ -284,7 +284,7 @@ def quietly(log, command):
 
 
 def copy_tree():
-    """Brings the copy up to date; what has not changed keeps its time, so that it is not built again."""
+    """Updates the copy. Unchanged files keep their times, so that they are not built again."""
     TREE.mkdir(parents=True, exist_ok=True)
     wanted = set()
     for path in sorted(ROOT.iterdir()):
@@ -335,7 +335,7 @@ def chosen_sources(names):
 
 
 def changes_in_order(sources, seed):
-    """Every place that can be changed, in an order that the seed decides, each with one of the changes possible there."""
+    """Returns all places that can be changed, in an order chosen by the seed, each with one possible change."""
     chance = random.Random(seed)
     places = [(source, site) for source in sources for site in mutations.sites_of((TREE / source).read_text())]
     chance.shuffle(places)
@@ -348,7 +348,7 @@ def describe(source, mutation):
 
 
 def answers():
-    """The reasons that are kept, by the change without its line number."""
+    """Returns the known reasons by change, without its line number."""
     result, reason = {}, ""
     for line in ANSWERS.read_text().splitlines() if ANSWERS.exists() else []:
         if line.startswith("#"):
@@ -361,7 +361,7 @@ def answers():
 
 
 def try_changes(changes, wanted, jobs):
-    """Yields each change with its verdict, in order, until as many as wanted counted."""
+    """Yields each change with its verdict, in order, until enough changes counted."""
     free = queue.SimpleQueue()
     workers = [WorkerProcess(number) for number in range(jobs)]
     for worker in workers:

@@ -9,7 +9,7 @@ from typing import NamedTuple
 
 
 class Mutation(NamedTuple):
-    """The text from `begin` to `end` of a source becomes `text`."""
+    """Replaces the text of a source from `begin` to `end` with `text`."""
 
     begin: int
     end: int
@@ -65,19 +65,19 @@ BINARY = {
 }
 OPENING = {"(": ")", "[": "]", "{": "}", "[[": "]]"}
 ASSIGNING = {"=", "+=", "-=", "*=", "/=", "%=", "|=", "&=", "^=", "<<=", ">>=", "++", "--"}
-# After a name, these make a statement of it rather than a declaration.
+# A name followed by one of these begins a statement, not a declaration.
 CONTINUING = ASSIGNING | {"(", ".", "->", "["}
 ENDING_STATEMENTS = {"break", "continue", "throw", "delete"}
 NOT_STATEMENTS = {
     "if", "for", "while", "switch", "return", "do", "else", "case", "default", "catch", "try", "template", "namespace",
     "using", "typedef", "extern", "static_assert", "alignas", "operator", "sizeof", "goto",
 }  # fmt: skip
-# Declarations whose parts only the compiler sees.
+# Declarations with parts that only the compiler evaluates.
 NO_CHANGE_INSIDE = {"static_assert", "alignas", "__attribute__", "asm", "__asm__"}
 
 
 def tokens_of(source):
-    """The tokens of a source, without white space, comments and preprocessor lines."""
+    """Returns the tokens of a source, without white space, comments and preprocessor lines."""
     tokens = []
     for match in TOKEN.finditer(source):
         if match.lastgroup != "skip":
@@ -86,7 +86,7 @@ def tokens_of(source):
 
 
 def partners_of(tokens):
-    """For each opening bracket its closing one and the other way round, by index."""
+    """Returns the index of the matching bracket for each bracket."""
     partners, stack = {}, []
     for index, token in enumerate(tokens):
         if token.kind != "operator":
@@ -105,7 +105,7 @@ def partners_of(tokens):
 
 
 def excluded(tokens, partners):
-    """The indexes of tokens that no run of the program sees."""
+    """Returns the indexes of tokens that are not evaluated at run time."""
     result = set()
     for index, token in enumerate(tokens):
         following = tokens[index + 1] if index + 1 < len(tokens) else None
@@ -146,7 +146,7 @@ def condition_changes(source, begin, end):
 
 
 def end_of_statement(tokens, partners, start):
-    """The index of the semicolon that ends the statement, or None if it is not a simple one."""
+    """Returns the index of the semicolon that ends the statement, or None if the statement is not simple."""
     index = start
     while index < len(tokens):
         text = tokens[index].text
@@ -163,7 +163,7 @@ def end_of_statement(tokens, partners, start):
 
 
 def is_expression(tokens, start):
-    """Whether what starts here and ends with a semicolon can be left out without taking a declaration away."""
+    """Whether a statement starts here, rather than a declaration, so that it can be removed."""
     first = tokens[start]
     if first.text in ENDING_STATEMENTS or first.text in ("++", "--", "*"):
         return True
@@ -190,12 +190,12 @@ def starts_statement(tokens, partners, index):
 
 
 def blank(source, begin, end):
-    """Nothing, on as many lines."""
+    """Returns as many newlines as the text has."""
     return "\n" * source.count("\n", begin, end)
 
 
 def sites_of(source):
-    """A list of places that can be changed; each is a list of the changes that are possible there."""
+    """Returns the places that can be changed, each as a list of possible changes."""
     tokens = tokens_of(source)
     partners = partners_of(tokens)
     ignored = excluded(tokens, partners)
@@ -252,12 +252,12 @@ def sites_of(source):
 
 
 def apply(source, mutation):
-    """The changed source; it has as many lines as before."""
+    """Returns the changed source, with the same number of lines."""
     return source[: mutation.begin] + mutation.text + source[mutation.end :]
 
 
 def describe(source, mutation):
-    """The line number of a change, and the lines that it touches before and after, each on one line."""
+    """Returns the line number of a change, and the changed lines before and after, each joined into one line."""
     begin = source.rfind("\n", 0, mutation.begin) + 1
     end = source.find("\n", mutation.end)
     before = " ".join(source[begin:end].split())

@@ -1,6 +1,6 @@
 # shellcheck shell=bash disable=SC2034
-# Sourced by the scripts beside this folder: the place of the tree, and the Debian packages that a script needs.
-# Nothing here reads standard input, so that a script's own input stays whole.
+# Sourced by the scripts in the parent folder: finds the source tree and installs the Debian packages that a script needs.
+# Nothing here reads standard input, which belongs to the script.
 
 root=$(cd -- "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/../.." && pwd)
 
@@ -11,7 +11,7 @@ deep_packages=(clang libclang-rt-14-dev cppcheck gcovr valgrind)
 mutate_packages=(python3 util-linux)
 armhf_packages=(g++-arm-linux-gnueabihf qemu-user libc6:armhf libstdc++6:armhf libcrypt-dev:armhf)
 
-# Under sudo only packages are installed as root; all else runs as the user who called it, and belongs to that user.
+# Under sudo, only packages are installed as root. Everything else runs as the user who called sudo and belongs to that user.
 caller=()
 if [ "$(id -u)" -eq 0 ] && [[ ${SUDO_UID:-} =~ ^[1-9][0-9]*$ && ${SUDO_GID:-} =~ ^[0-9]+$ ]]; then
     caller=(setpriv --reuid "$SUDO_UID" --regid "$SUDO_GID" --init-groups
@@ -22,7 +22,7 @@ as_caller() {
     "${caller[@]}" "$@"
 }
 
-# Makes the build folder. A build of root's own, or one of a tree that the user cannot read, stays with root.
+# Creates the build folder. A build folder that belongs to root, or a tree that the user cannot read, is used as root.
 make_build_folder() {
     if [ ${#caller[@]} -gt 0 ]; then
         [ -e "$root/build" ] || install -d -o "$SUDO_UID" -g "$SUDO_GID" -- "$root/build" || return
@@ -31,7 +31,7 @@ make_build_folder() {
     mkdir -p -- "$root/build"
 }
 
-# For scripts that need root for packages alone: starts $1 of this folder again as the user who called sudo.
+# For scripts that need root only for packages: restarts script $1 as the user who called sudo.
 become_caller() {
     local script=$1
     shift
@@ -42,8 +42,8 @@ become_caller() {
 job=
 elevated=
 
-# Ends the script, and what it waits for, at signal number $1. What does not end within a second, such as dpkg in the
-# middle of a package, goes on alone.
+# Ends the script and the process group it waits for after signal number $1. A process that needs more than a second, such
+# as dpkg in the middle of a package, continues alone.
 stop() {
     local attempt
     trap '' INT TERM HUP
@@ -62,8 +62,8 @@ trap 'stop 1' HUP
 trap 'stop 2' INT
 trap 'stop 15' TERM
 
-# Runs a command in a process group of its own and waits for it. Bash would handle a signal only after a command that it
-# runs in the foreground has ended.
+# Runs a command in its own process group and waits for it, because bash handles a signal only after a foreground command
+# has ended.
 interruptible() {
     local status
     set -m
@@ -79,7 +79,7 @@ interruptible() {
     return "$status"
 }
 
-# Shows which packages come, and the [n/m] of a build: in one line of a terminal, else line by line.
+# Shows the packages being installed and the [n/m] of a build: in a single line on a terminal, else line by line.
 show_progress() {
     local line shown='' progress='^(\[[1-9][0-9]*/[0-9]+\] |Get:|Unpacking |Setting up |Waiting for cache lock|Trying again)'
     while IFS= read -r line; do
@@ -94,7 +94,7 @@ show_progress() {
     [ -z "$shown" ] || printf '\r\033[K' >&2
 }
 
-# Runs a command that prints to the file $1. Only progress is shown, and all of it when it fails.
+# Runs a command with its output in the file $1. Shows only progress, but the whole output if the command fails.
 logged() {
     local log=$1 status
     shift
@@ -111,7 +111,7 @@ quietly() {
 
 locked=
 
-# Scripts of one tree set up one after the other. The lock ends with the script, or with unlock.
+# Takes the lock that lets only one script of this tree install and build. It is released by unlock or when the script ends.
 lock() {
     [ -z "$locked" ] || return 0
     make_build_folder || return
@@ -129,7 +129,7 @@ unlock() {
     locked=
 }
 
-# Whether packages can be installed. Asks for a password now: later, nobody is asked.
+# Whether packages can be installed. sudo asks for a password here and not later.
 can_become_root() {
     [ "$(id -u)" -ne 0 ] || return 0
     command -v sudo >/dev/null && sudo -v </dev/null && elevated=1
@@ -148,7 +148,7 @@ apt_get() {
         -o Acquire::Retries=3 "$@"
 }
 
-# A name with an architecture asks for that one, any other name for the machine's own.
+# Whether a package is installed, for the architecture in its name or the machine's own.
 installed() {
     local architecture
     case $1 in
@@ -159,7 +159,7 @@ installed() {
         grep -qxE "installed ($architecture|all)"
 }
 
-# A failing update is no reason to stop: what is needed may be in the lists all the same.
+# A failed update does not stop the installation: the existing lists may contain the packages.
 install_with_retries() {
     local pause
     trap 'exit 130' INT
@@ -182,8 +182,7 @@ find_missing() {
     done
 }
 
-# Installs those of the named packages that are missing; without any missing, neither root nor a network is needed. Takes
-# the lock to install.
+# Installs the named packages that are missing, under the lock. Needs neither root nor a network if none is missing.
 ensure_packages() {
     local missing architecture=''
     find_missing "$@"
@@ -202,7 +201,7 @@ ensure_packages() {
         return 1
     fi
     lock || return
-    # What had the lock may have installed them.
+    # The previous holder of the lock may have installed them.
     find_missing "$@"
     [ ${#missing[@]} -gt 0 ] || return 0
     echo "Installing ${missing[*]}" >&2
