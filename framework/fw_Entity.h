@@ -42,7 +42,7 @@ public:
     virtual const char* getNameString() const {
         return pGSEntity;
     }
-    /// Writes a description of the object. The base class writes nothing.
+    /// Writes a description of the object. The base class does nothing.
     virtual void information(utility::PutStream& /*out*/, int /*indent*/, bool /*flag*/) const {}
     /// Returns a copy on the heap that the caller owns, or null if the class cannot be cloned, as this one cannot.
     virtual Entity* clone() const {

@@ -71,7 +71,7 @@ void checkCompletion(const std::string& line) {
     require(isName);
 }
 
-// Returns the read end of a pipe that contains `text` and has no writer.
+// Returns the read end of a pipe that contains `text`; the write end is closed.
 int pipeWith(const std::string& text) {
     int ends[2];
     require(pipe2(ends, O_CLOEXEC) == 0);

@@ -120,7 +120,7 @@ void runTexts(Bytes& in, unsigned int buckets) {
             model[place] = value;
             count += isPresent ? 0 : 1;
         } else if (kind < 7) {
-            // `Delete` finds a key only if its bucket has no smaller one.
+            // `Delete` finds a key only if it is the smallest of its bucket.
             const bool isReached = !hasSmaller(model, place);
             require(map.Delete(key.c_str()) == isReached);
             if (isReached) {

@@ -81,7 +81,7 @@ public:
     }
 };
 
-// Prints meanwhile, as another thread could.
+// Prints at the same time, as another thread could.
 class PrintingSource : public Source {
 public:
     PrintingSource() : Source("text") {}
@@ -668,7 +668,7 @@ TEST(Container, ShutdownWithoutAContainerExits) {
             std::atexit([] {
                 std::printf("exit handler");
                 std::fflush(stdout);
-                // What this process would do at its own exit is no part of the test.
+                // The exit handlers of this process are not part of the test.
                 if (Container::getContainer())
                     _exit(9);
             });

@@ -194,7 +194,9 @@ TEST(SetUp, AFailingBuildShowsWhatItPrinted) {
     const ChildResult child = tree.start();
     EXPECT_EQ(child.status, 1);
     EXPECT_EQ(child.out, "");
-    EXPECT_NE(child.err.find("error: no such thing\nvxconsole could not be built; the messages above say why.\n"), std::string::npos) << child.err;
+    EXPECT_NE(child.err.find("error: no such thing\nvxconsole could not be built; the messages above say why.\n"),
+              std::string::npos)
+        << child.err;
 }
 
 TEST(SetUp, WithoutRootOrSudoTheAnswerComesAtOnce) {

@@ -91,7 +91,7 @@ std::ostream& operator<<(std::ostream& out, const Line& line) {
     return out << line.type << " '" << line.text << "'";
 }
 
-/// A sink that takes no memory and no lock: each message is one write to standard error.
+/// A sink without allocation and locking: each message is one write to standard error.
 void writeLine(void*, Logger::LogType type, const char*, int, const char* text) {
     char head[] = {'\1', static_cast<char>('0' + static_cast<int>(type))};
     char tail[] = {'\2'};
@@ -123,7 +123,7 @@ void install(int sig, void (*handler)(int), int flags = 0) {
 
 constexpr int crashSignals[] = {SIGSEGV, SIGABRT, SIGBUS, SIGFPE, SIGILL};
 
-/// Runs `body` in a child whose fatal signals go to `SignalCrash`, bounded by an alarm.
+/// Runs `body` in a child that handles fatal signals with `SignalCrash`; an alarm limits its time.
 test::ChildResult crash(const std::function<void()>& body, int flags = 0) {
     return test::runInChild(
         [&] {
@@ -223,7 +223,7 @@ bool mayRaiseHardLimit() {
     return child.status == 1;
 }
 
-/// What is logged about core dumps in a child, whose limit is 0.
+/// The log messages about core dumps in a child with a limit of 0.
 std::vector<Line> expectedCoreLines() {
     std::vector<Line> lines;
     if (isCorePath(corePattern()))
@@ -700,7 +700,7 @@ TEST(DebugCrash, WhileAnotherThreadHoldsTheLockOfTheLoader) {
     const std::string pipe = directory.path("object.so");
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
     const test::ChildResult child = crash([&] {
-        // Opening a pipe that nobody writes to takes for ever.
+        // Opening a pipe without a writer never returns.
         std::thread([&] { dlopen(pipe.c_str(), RTLD_NOW); }).detach();
         std::this_thread::sleep_for(std::chrono::milliseconds(500));
         writeToInvalidAddress();
@@ -710,7 +710,7 @@ TEST(DebugCrash, WhileAnotherThreadHoldsTheLockOfTheLoader) {
 
 namespace {
 
-/// Makes a signal stack with a page behind it that ends the process.
+/// Makes a signal stack followed by a guard page: an access to it ends the process.
 void useSignalStack(std::size_t size) {
     const std::size_t page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
     const std::size_t pages = (size + page - 1) / page * page;
@@ -1401,7 +1401,7 @@ TEST(DebugSignalContext, MeetsAThreadInsideDlopen) {
         while (!isReady)
             std::this_thread::yield();
 
-        // The loader waits for the rest of the object, with its lock held; no thread can be created meanwhile.
+        // The loader waits for the rest of the object while it holds its lock; no thread can be created until then.
         std::thread loading([&] {
             ThreadInfo::MyThreadInfo();
             EXPECT_EQ(dlopen(object.c_str(), RTLD_NOW), nullptr);
@@ -1707,7 +1707,7 @@ std::string hexOf(const void* address) {
     return text;
 }
 
-/// What stands for a frame at `address`, from the platform's own texts.
+/// The expected text of a frame at `address`, from the platform's own texts.
 std::string expectedFrame(unsigned int index, void* address) {
     char text[4096];
     Dl_info info = {};
@@ -1864,8 +1864,7 @@ TEST(DebugBackTrace, FramesWithoutSymbolTextShowTheirAddress) {
 
 namespace {
 
-/// A function of many parameters whose name has `length` characters, as the compiler writes it and as a programmer
-/// does.
+// A function of many parameters with a name of `length` characters: its mangled and its demangled name.
 struct LongName {
     explicit LongName(int length) {
         // fff...(aaa..., aaa..., ...)
@@ -2106,7 +2105,7 @@ rlimit coreLimit() {
     return limit;
 }
 
-/// Runs `scenario` in a child whose core limits are `soft` and what this process has; writes no dump.
+/// Runs `scenario` in a child with the soft core limit `soft` and this process's hard limit; no dump is written.
 void inChildWithCoreLimit(rlim_t soft, const std::function<void()>& scenario) {
     std::fflush(nullptr);
     const pid_t child = fork();

@@ -609,7 +609,7 @@ TEST(Debug, FormattedDumpOfEverySizeAndWidth) {
     const std::string data = patternOf(5000);
     for (const unsigned int size : {1u, 3u, 4u, 15u, 16u, 17u, 1023u, 1024u, 1025u, 2047u, 2048u, 2049u, 5000u}) {
         for (const unsigned int bytesPerLine : {1u, 2u, 4u, 8u, 16u, 32u, 64u, 1024u}) {
-            // An exact copy shows to the sanitizer that nothing behind it is read.
+            // With an exact copy, a sanitizer reports each read past the end.
             const std::vector<char> bytes(data.begin(), data.begin() + size);
             test::LogCapture log;
             Debug::hexDumpFormatted(bytes.data(), size, 32, bytesPerLine);

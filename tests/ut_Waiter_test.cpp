@@ -485,7 +485,7 @@ TEST(Waiter, WritesNoTracesWithTheSwitchOff) {
 
 // Errors
 
-/// Expects one error line and the context of the error behind it.
+// Expects one error line followed by the error context.
 void expectErrorWithContext(const test::LogCapture& log, const std::string& function, const std::string& text) {
     const std::vector<test::LogEntry> entries = log.entries();
     ASSERT_EQ(entries.size(), 3u);

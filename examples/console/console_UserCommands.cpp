@@ -92,7 +92,7 @@ bool showUser(Invocation& call) {
     return true;
 }
 
-// Checks that `text` has no separator of the password file.
+// Checks that `text` does not contain a separator of the password file.
 bool isField(Invocation& call, const char* text) {
     return std::strpbrk(text, ":\n") == nullptr || call.fail("%s: must not contain ':' or a newline", text);
 }

@@ -4,7 +4,7 @@
 
 namespace strings {
 
-/// Returns the fixed number of `text`, or 0 if it has none.
+/// Returns the fixed number of `text`, or 0 if `text` is not in the table.
 stringtoken knownToken(const char* text);
 
 /// Returns the text with the fixed number `token`, or null.

@@ -194,7 +194,7 @@ public:
     bool getEpochValid() const;
 
     /// Writes "Tuesday March 5, 2024, 09:07:03" to `buf` of `size` bytes, truncated and NUL-terminated, and returns
-    /// `buf`. The text is empty for `Invalid()` and for a time that the platform cannot represent. Writes nothing if
+    /// `buf`. The text is empty for `Invalid()` and for a time that the platform cannot represent. Does nothing if
     /// `buf` is null or `size` is below 1. Never throws.
     char* ToBuf(char* buf, int size) const;
     /// Writes "2024-03-05 09:07:03", as `ToBuf` does.

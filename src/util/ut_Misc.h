@@ -118,7 +118,7 @@ public:
     static void sleepMicroseconds(unsigned long long us);
 
     /// Writes the platform's text for `errno` to `buf`, truncated to `size` bytes, and returns `errno`. If `errno` is
-    /// 0, the text is empty. Writes nothing if `buf` is null.
+    /// 0, the text is empty. If `buf` is null, only returns `errno`.
     static int getErrnoMsg(char* buf, unsigned int size);
 
     /// The table of the 1-Wire CRC-8 (polynomial x^8 + x^5 + x^4 + 1, least significant bit first): entry `i` is the
@@ -131,18 +131,18 @@ public:
     static unsigned char calc_crc(char* data, int len);
 
     /// Writes the MD5 (RFC 1321) of `text` to `out` as 32 lower-case hexadecimal digits and a terminator, truncated to
-    /// `size` bytes. A null `text` is empty. Writes nothing if `out` is null. Always returns 2, the width of the last
+    /// `size` bytes. A null `text` is empty. A null `out` is ignored. Always returns 2, the width of the last
     /// byte formatted: callers rely on it.
     static int calc_md5(const char* text, char* out, int size);
     /// Writes the first `size` bytes, at most 16, of the MD5 of `len` bytes to `out` and returns `out`. Despite the
     /// name, these are raw bytes without a terminator, not hexadecimal digits: callers rely on it. If `data` is null or
-    /// `len` is below 1, the input is empty. Writes nothing if `out` is null.
+    /// `len` is below 1, the input is empty. A null `out` is ignored.
     static char* calc_md5_hex(const char* data, int len, char* out, int size);
 
     /// Derives a password of `size` - 1 lower-case hexadecimal digits from three texts and terminates it. `size` - 1
     /// must divide 32; with any other size, the password has as many digits as fit, at most 32. Null texts are empty.
-    /// Writes nothing if `out` is null. Throws code 1239 of `PutStream` if the three texts have more than 247
-    /// characters in total.
+    /// If `out` is null, the password is discarded. Throws code 1239 of `PutStream` if the three texts have more than
+    /// 247 characters in total.
     static void genpw(const char* a, const char* b, const char* c, char* out, int size);
 };
 

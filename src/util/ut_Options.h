@@ -46,7 +46,8 @@ public:
     const char* getAsString(unsigned int key, unsigned int index) const;
     /// As the const overload. The caller may modify the text unless the option has no value.
     char* getAsString(unsigned int key, unsigned int index);
-    /// The value that `getAsString` returns, as a decimal number; -1 if there is no such option or it has no value.
+    /// The value that `getAsString` returns, as a decimal number; -1 if the option does not exist or is without a
+    /// value.
     int getAsInt(unsigned int key, unsigned int index) const;
     /// Whether there is an option with `key`.
     bool isOption(unsigned int key) const;

@@ -28,14 +28,14 @@ public:
 
     /// Writes a duration of `ts` microseconds as hours, minutes, seconds and microseconds to `buf` and returns `buf`:
     /// "25:00:00.000000". Hours are not limited to 24. A negative duration has a sign at each part that is not 0.
-    /// Writes nothing if `buf` is null or `size` is below 1.
+    /// Does nothing if `buf` is null or `size` is below 1.
     /// - `size`: size of `buf` in bytes, of which at most 20 are used
     static char* printDuration(int64_t ts, char* buf, int size);
     /// Writes a duration as `printDuration` does, but truncated to milliseconds: "25:00:00.000".
     static char* printDurationMillisec(int64_t ts, char* buf, int size);
 
     /// Writes the local time of day of `ts` to `buf` of `size` bytes and returns `buf`: "09:07:03.000250". The text is
-    /// empty if the platform cannot represent the time. Writes nothing if `buf` is null or `size` is below 1.
+    /// empty if the platform cannot represent the time. Does nothing if `buf` is null or `size` is below 1.
     static char* printTimestamp(int64_t ts, char* buf, int size);
     /// Writes the local time of day as `printTimestamp` does, but truncated to milliseconds: "09:07:03.000".
     static char* printTimestampMillisec(int64_t ts, char* buf, int size);

@@ -220,7 +220,7 @@ Watch::~Watch() {
 FAILS_WITH_ERRNO(int, open64, (const char* path, int flags, long mode), (test::insteadOf(path), flags, mode), -1, false)
 FAILS_WITH_ERRNO(int, fcntl64, (int fd, int order, long argument), (fd, order, argument), -1, false)
 FAILS_WITH_ERRNO(int, ioctl, (int fd, unsigned long order, void* argument), (fd, order, argument), -1, false)
-// The descriptor is gone all the same.
+// The descriptor is closed even if the call fails.
 FAILS_WITH_ERRNO(int, close, (int fd), (fd), -1, true)
 FAILS_WITH_ERRNO(int, fclose, (std::FILE * file), (file), EOF, true)
 FAILS_WITH_ERRNO(int, closedir, (DIR * directory), (directory), -1, true)
@@ -273,7 +273,7 @@ FAILS_WITH_NUMBER(pthread_mutex_init, (pthread_mutex_t * mutex, const pthread_mu
                   (mutex, attributes), false)
 FAILS_WITH_NUMBER(pthread_mutex_lock, (pthread_mutex_t * mutex), (mutex), false)
 FAILS_WITH_NUMBER(pthread_mutex_trylock, (pthread_mutex_t * mutex), (mutex), false)
-// Unlocked all the same, so that a trial goes on.
+// Unlock nevertheless, so that the trial continues.
 FAILS_WITH_NUMBER(pthread_mutex_unlock, (pthread_mutex_t * mutex), (mutex), true)
 FAILS_WITH_NUMBER(pthread_mutex_destroy, (pthread_mutex_t * mutex), (mutex), false)
 FAILS_WITH_NUMBER(pthread_cond_init, (pthread_cond_t * condition, const pthread_condattr_t* attributes),

@@ -21,7 +21,7 @@ struct CallFault {
 /// The faults that the function `call` can have.
 const std::vector<int>& faultsOf(const std::string& call);
 
-/// Chooses the fault of the child processes that are made from now on, and forgets what the former ones called.
+/// Chooses the fault of the child processes started from now on, and forgets the calls of the previous ones.
 void setFault(const CallFault& fault);
 
 /// Whether the chosen fault took place, in this process or a child.

@@ -51,7 +51,7 @@ inline const std::vector<FaultKind>& faultKinds() {
         {SYS_read, "read", {EIO, EINTR, 0}},
         {SYS_write, "write", {ENOSPC, EIO, EINTR, 0}},
         {SYS_writev, "writev", {EIO, EINTR}},
-        {SYS_close, "close", {EIO, EINTR}, true}, // the descriptor is gone all the same
+        {SYS_close, "close", {EIO, EINTR}, true}, // the descriptor is closed nevertheless
         {SYS_lseek, "lseek", {ESPIPE, EINVAL}},
         {SYS_fcntl, "fcntl", {EBADF, EMFILE}},
         {SYS_fstat, "fstat", {EIO, ENOMEM}},

@@ -5,7 +5,7 @@
 //   it gives; ERRNO 0 is a short transfer faults_calls table [SCENARIO]            what they give, as rows for
 //   calls_expected.h
 //
-// A scenario prepares what it needs, runs one operation whose calls are watched, and says what the caller can see:
+// A scenario prepares what it needs, runs one operation with its calls watched, and says what the caller can see:
 // results, error states, logged lines, content of files. calls_expected.h has what it is to say. A call without an
 // expectation is a finding, and so is an expectation that no call meets.
 

@@ -1,5 +1,5 @@
 // Sixteen threads use for a while what threads share: a queue, a pool, a list, a waiter with time-outs, tokens and the
-// logger, whose sink changes meanwhile. Others fork, load and unload a module, and have every thread write its context.
+// logger while its sink changes. Others fork, load and unload a module, and have every thread write its context.
 //
 //     soak SECONDS MODULE
 //
@@ -289,7 +289,7 @@ void walkThroughList(std::atomic<unsigned long>& progress) {
     }
 }
 
-// --- a waiter whose two users wait for one another, or until their time is over
+// --- a waiter with two users that wait for each other, or until a timeout
 
 utility::Waiter waiter;
 std::atomic<unsigned long> timeouts{0};

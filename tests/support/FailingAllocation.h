@@ -124,7 +124,7 @@ unsigned long failEachAllocationOnce(Operation&& operation) {
 
 } // namespace test
 
-// The platform's functions, or those of a sanitizer, whose `operator new` does not call `malloc`.
+// The platform's functions, or those of a sanitizer: its `operator new` does not call `malloc`.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 #define VXTEST_PLATFORM(name) __interceptor_##name
 #else

@@ -35,7 +35,7 @@ std::string dumpOf(MapType& map) {
     return testing::internal::GetCapturedStdout();
 }
 
-/// The tests of a hash map, whose helpers and `Model` further tests may use. `Traits` describes the map to test:
+/// The tests of a hash map. Further tests may use its helpers and `Model`. `Traits` describes the map to test:
 /// - `Map`, a class with a constructor that takes the bucket count,
 /// - `CONSTRUCTOR`, the signature text of the constructor that it logs, and `printedCount(buckets)`, how that
 /// constructor

@@ -14,8 +14,8 @@ namespace faults {
 /// One run of a row with a given allocation failing.
 ///
 /// The row makes what its operation needs, passes the operation to `run`, and says with FAULTS_EXPECT what has to hold
-/// afterwards, when allocations succeed again. It leaves nothing behind. A row must not depend on which allocation
-/// fails, only on `failed()`.
+/// afterwards, when allocations succeed again. It removes everything that it creates. A row must not depend on which
+/// allocation fails, only on `failed()`.
 class Trial {
 public:
     /// Runs `operation` with the failing allocation of this trial. What it throws ends here. What it returns is the

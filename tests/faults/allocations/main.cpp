@@ -32,7 +32,7 @@ namespace faults {
 
 namespace {
 
-/// What fails, and which memory object the process has meanwhile.
+/// Which allocations fail, and which memory object the process uses at the time.
 enum Door {
     HEAP,         ///< `malloc` and its family and `operator new`; no memory object
     HEAP_BENEATH, ///< the same, with a memory object that takes its pieces there
@@ -111,7 +111,7 @@ private:
     bool m_armed = false;
 };
 
-/// While it lives, and if it is asked to, pieces that are allocated are no leaks to the sanitizer.
+/// While it exists and is enabled, the sanitizer does not report allocated blocks as leaks.
 class UnwatchedLeaks {
 public:
     explicit UnwatchedLeaks([[maybe_unused]] bool wanted) {

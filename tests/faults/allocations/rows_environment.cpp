@@ -208,7 +208,7 @@ std::vector<Row> optionRows() {
 constexpr const char* LONG_DIRECTORY = "/a directory name that is longer than a short string/and another one of them/";
 constexpr const char* LONG_FILE = "a file name that is longer than a short string.and an extension that is as well";
 
-/// An operation of a path that leaves it as it was where there is no memory.
+/// An operation of a path that leaves it unchanged if an allocation fails.
 Row pathRow(const std::string& name, void (*operation)(utility::Path& path)) {
     return {"Path: " + name, "bad_alloc", [operation](Trial& trial) {
                 utility::Path path("/etc/hosts.allow");
