@@ -34,20 +34,24 @@ public:
         return m_pMemory;
     }
 
-    /// Runs a command without a shell and waits for it. Words are separated by white space; double quotes group. The
-    /// program is looked up on the PATH. `in` feeds its standard input, `out` takes its standard output; null means
-    /// neither: it reads /dev/null and keeps this process's standard output. Where this process has no standard output
-    /// or error, or one that is closed on exec, the command gets /dev/null instead. Returns whether the command ran and
-    /// ended with status 0. `in` is read from where it stands, what `out` refuses is dropped, and what either throws
-    /// passes through after the program was killed. Not for signal handlers.
+    /// Runs a command without a shell and waits for it. Returns whether it ran and ended with status 0. Not
+    /// async-signal-safe.
+    /// - `command`: words separated by white space; double quotes group. The program is looked up on the PATH.
+    /// - `in`: written to the program's standard input, from its read position; null: the program reads /dev/null
+    /// - `out`: receives the program's standard output, and text that it refuses is dropped; null: the program uses
+    /// this
+    ///   process's standard output
     ///
-    /// - A process that the program leaves running in the background is not waited for, unless it keeps a pipe open:
-    ///   `out` is read until the last process closes its standard output, and `in` is fed until it ends or nobody is
-    ///   left to read. Redirect both in the command to have the call return with the program.
-    /// - Where SIGCHLD is ignored (or SA_NOCLDWAIT is set), and where another thread reaps any child, the command runs
-    ///   to its end but its status is lost: the result is false.
-    /// - A failing `poll` closes both pipes, and a failing read or write its own, so that the program finds the end of
-    ///   its input: the result is false. A program that does not read its input to the end is not a failure.
+    /// If this process's standard output or error is closed, or closed on exec, the program gets /dev/null instead. If
+    /// `in` or `out` throws, the program is killed and the exception passes to the caller.
+    ///
+    /// - A process that the program leaves in the background is not waited for, unless it keeps a pipe open: the call
+    ///   returns after the last process has closed its standard output, and after `in` ends or nobody can read it.
+    ///   Redirect both in the command to return when the program ends.
+    /// - If SIGCHLD is ignored (or SA_NOCLDWAIT is set), or another thread reaps any child, the command runs to its end
+    ///   but its status is lost: the result is false.
+    /// - If `poll` fails, both pipes are closed; if a read or write fails, its pipe is closed. The program then reads
+    ///   the end of its input, and the result is false. A program that does not read all of its input has not failed.
     static bool spawn(const char* command, utility::GetStream* in, utility::PutStream* out);
 
     /// Ends the process by the default action of `sig`, which may write a core file. Never returns.

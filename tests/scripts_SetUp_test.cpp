@@ -287,6 +287,6 @@ TEST(SetUp, UnderSudoTheBuildBelongsToTheCaller) {
     struct stat installed = {};
     ASSERT_EQ(stat(tree.path("installed").c_str(), &installed), 0);
     EXPECT_EQ(installed.st_uid, 0U);
-    // The user goes on without sudo.
+    // The user continues without sudo.
     EXPECT_EQ(tree.start(test::becomeOrdinaryUser).out, answerOf(nobody));
 }

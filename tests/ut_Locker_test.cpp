@@ -29,7 +29,7 @@ static_assert(sizeof(Locker) == sizeof(pthread_mutex_t), "it is a mutex and noth
 static_assert(!std::is_copy_constructible<Locker>::value, "a mutex cannot be copied");
 static_assert(!std::is_copy_assignable<Locker>::value, "a mutex cannot be copied");
 
-/// What `trylock` answers in another thread, which gives the lock back at once.
+// Returns the result of `trylock` in another thread, which unlocks at once.
 bool isFreeForAnotherThread(const Locker& locker) {
     bool taken = false;
     std::thread([&] {

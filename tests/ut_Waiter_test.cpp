@@ -54,7 +54,7 @@ double secondsOf(const timespec& time) {
     return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
 }
 
-/// A thread that waits on `waiter` in the way that `wait` says, holding the lock as it asks for.
+// A thread that calls `wait` on `waiter` with the lock held.
 class WaitingThread {
 public:
     template<class Wait>
@@ -68,7 +68,7 @@ public:
           }) {
         while (!m_ready)
             std::this_thread::yield();
-        // The lock is given back by the wait itself.
+        // Waits until the thread has released the lock by waiting.
         waiter.lock();
         waiter.unlock();
     }

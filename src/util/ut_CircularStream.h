@@ -46,7 +46,7 @@ public:
     /// Writes `size` bytes of `data`, of which the ring keeps the last; does nothing if `data` is null. Always returns
     /// true.
     bool SendOutputStream(const char* data, unsigned int size) override;
-    /// As for any output stream; but if `in` is this ring, does nothing and returns true.
+    /// Sends the rest of `in`, as any output stream does. If `in` is this ring, does nothing and returns true.
     bool TransferFromInputStream(framework::InputStream& in) override;
     /// Always returns true.
     bool isOutputStreamOpen() override;

@@ -37,7 +37,7 @@ public:
     static bool isDebugOn(unsigned int n) {
         return n < m_bits.size() && m_bits[n];
     }
-    /// The same by name, through a token look-up; false for null.
+    /// Returns true if the switch named `name` is on; false for null.
     static bool isDebugOn(const char* name);
     /// Turns switch `n` on or off; a number above 8191 is ignored.
     static void setDebugOn(unsigned int n);
@@ -82,8 +82,8 @@ public:
     /// Signal handler: makes the context directory and sends signal 12 (SIGUSR2) to every thread that has a record.
     static void SignalThreads(int sig);
     /// Signal handler for signal 12: writes the thread's back trace to its own file in the context directory, which is
-    /// "$VX_MEM/<process>Context". Leaves alone what has the file's name and is not a regular file with one link, and
-    /// logs one line (level 0); a file that cannot be opened or written is not reported.
+    /// "$VX_MEM/<process>Context". If something other than a regular file with one link has the file's name, does not
+    /// touch it and logs one line (level 0). A file that cannot be opened or written is not reported.
     static void SignalContext(int sig);
     /// Returns the name of a signal, "unknown" for others. Never null.
     static const char* signalName(int sig);
@@ -95,10 +95,10 @@ public:
     /// Writes the return addresses of the calling thread, at most `depth` and never more than 40, without the first
     /// `skip`, with object file and demangled name. Null does nothing. The last argument has no effect.
     static void BackTrace(BufferStream* out, unsigned int depth, unsigned int skip, bool flag);
-    /// Writes "[object] symbol+distance" of `address` to `buffer`, cut to `size` bytes; the empty text when the address
-    /// is unknown.
+    /// Writes "[object] symbol+distance" of `address` to `buffer`, truncated to `size` bytes; the empty text if the
+    /// address is unknown.
     static void SymbolPath(void* address, char* buffer, unsigned int size);
-    /// Writes the symbol name alone.
+    /// Writes the symbol name of `address` to `buffer`, truncated to `size` bytes; the empty text if it is unknown.
     static void SymbolName(void* address, char* buffer, unsigned int size);
     /// Raises the limit on core files if the kernel writes them to a path.
     static void MaybeEnableCoreDump();

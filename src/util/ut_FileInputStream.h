@@ -55,9 +55,9 @@ public:
     int ReceiveInputStream(char* buffer, unsigned int size) override;
     /// Whether the file is open.
     bool isInputStreamOpen() override;
-    /// Whether the stream is in error. Sets the error state if the path no longer exists, or if there is no path. So
-    /// this call ends the reading of a file that was moved or removed. A file replaced by another one under the same
-    /// path is still read.
+    /// Whether the stream is in error. Sets the error state first if the path no longer exists or the stream has no
+    /// path, so this call ends reading from a file that was moved or removed. A file that was replaced by another one
+    /// with the same path can still be read.
     bool isInputStreamInError() override;
     /// Whether `EndInputStream` was called, or a receive returned 0, since the last seek.
     bool isInputStreamAtEnd() override;

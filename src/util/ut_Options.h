@@ -10,9 +10,9 @@ class PutStream;
 
 /// Up to eight options, each a key (a string token) with or without a value. A key may occur more than once.
 ///
-/// The values are copies in a pool; a returned pointer is valid until `clear`. One thread at a
-/// time. Only `toStream` throws or logs, through its stream. A ninth option is ignored without an error; `count()`
-/// returns how many are stored. A missing value is not equal to any text, not even to the empty one.
+/// The values are copies in a pool; a returned pointer is valid until `clear`. One thread at a time. Only `toStream`
+/// throws or logs, through its stream. A ninth option is ignored without an error; `count()` returns how many are
+/// stored. A missing value is not equal to any text, not even to the empty one.
 ///
 ///     char text[] = "sort=name,size&reverse";
 ///     utility::Options options;
@@ -33,16 +33,16 @@ public:
     void set(char* text);
     /// Adds an option with a copy of `value`. Null: without a value.
     void addOption(unsigned int key, const char* value);
-    /// Replaces the value of the option number `index`, counted from 0, of those with `key`. Adds an option if there is
-    /// none.
+    /// Replaces the value of an option: number `index`, counted from 0, among the options with `key`. Adds an option if
+    /// there is none.
     void setOption(unsigned int key, const char* value, unsigned int index);
     /// Removes every option with `key`.
     void deleteOption(unsigned int key);
     /// Removes every option with `key` and exactly this `value`. Does nothing if `value` is null.
     void deleteOption(unsigned int key, const char* value);
 
-    /// The value of the option number `index`, counted from 0, of those with `key`. Null if there is none. If it has no
-    /// value, an empty text, which is owned by the library and read-only.
+    /// The value of an option: number `index`, counted from 0, among the options with `key`. Null if there is none. For
+    /// an option without a value, an empty text that the library owns and that must not be modified.
     const char* getAsString(unsigned int key, unsigned int index) const;
     /// As the const overload. The caller may modify the text unless the option has no value.
     char* getAsString(unsigned int key, unsigned int index);

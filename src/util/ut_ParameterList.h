@@ -21,8 +21,8 @@ public:
     /// end of the text, or if `destination` is null.
     /// - `destination`: must have space for the rest of the text and a terminator
     char* nextToken(char* destination);
-    /// Whether the end of the text was not reached yet. A true result does not promise a token: after the last one it
-    /// is still true if a separator follows.
+    /// Whether any text is left. True does not guarantee another token: after the last token, the result is still true
+    /// if a separator follows.
     bool hasNextToken() const {
         return m_position != nullptr;
     }

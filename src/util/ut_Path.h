@@ -37,8 +37,8 @@ public:
     /// - the base name, up to the last dot; if several dots are adjacent, up to the first of them,
     /// - the extension, after that dot.
     ///
-    /// A part that `value` does not have is empty. A name that begins with its only dots has no base name: callers rely
-    /// on ".profile" being an extension.
+    /// A part that `value` does not have is empty. If the only dots are at the beginning of the name, the base name is
+    /// empty: callers rely on ".profile" being an extension.
     void setValue(const char* value, bool setPath, bool setFile, bool setExtension);
     /// Splits `value` and sets all three parts, as `setValue` does.
     void setFullPath(const char* value);

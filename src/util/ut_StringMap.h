@@ -34,7 +34,7 @@ public:
     ~StringMap();
 
     /// Returns the bucket of `key`: the sum of its bytes, less 32 each, modulo the number of buckets; 0 for null.
-    /// Callers rely on texts that contain the same bytes in another order having the same bucket.
+    /// Texts with the same bytes in a different order have the same bucket: callers rely on that.
     uint32_t hash(const char* key);
     /// Returns true if an entry with a copy of `key` was added. Returns false if `key` was present, after replacing its
     /// value, or if memory allocation failed, with the map unchanged.

@@ -13,7 +13,7 @@ extern "C" {
 ///     if (IsCapiTraceOn())
 ///         puts("entered");
 
-/// For client code alone: the library neither reads nor writes it. 0x1FFFFFFF at first.
+/// For client code only: the library neither reads nor writes it. Initially 0x1FFFFFFF.
 extern VXUT_EXPORT int DebugPrintEnable;
 
 /// Whether debug switch `n` is on: 1 or 0. 0 for a number above 8191.

@@ -560,7 +560,8 @@ void waiterLock() {
     waiter.reset();
 }
 
-/// Signals a waiter every 100 ms until it is gone. A wait with a deadline in the past ends before the first signal.
+// Signals a waiter every 100 ms until this object is destroyed. A wait with a deadline in the past ends before the
+// first signal.
 class Signaller {
 public:
     explicit Signaller(utility::Waiter& waiter)

@@ -4,8 +4,8 @@
 //     soak SECONDS MODULE
 //
 // Shows that nothing is lost (each element arrives once, each message reaches one sink, each thread writes its
-// context), that no thread is stuck (each goes on, and ends when asked), and that memory stays flat. Prints the figures
-// last.
+// context), that no thread hangs (each makes progress and ends when asked), and that memory stays flat. Prints the
+// figures last.
 
 #include <dlfcn.h>
 #include <fcntl.h>

@@ -1,6 +1,6 @@
 #pragma once
 
-// What copies of those typed arrays do that copy their block byte by byte: of all but the arrays of texts and of port
+// Tests of copying, for the typed arrays that copy their block byte by byte: all except those of texts and of port
 // addresses.
 
 #include <gmock/gmock.h>

@@ -15,7 +15,7 @@ namespace test {
 /// Which operations of an array trace their arguments when they are called.
 enum class TracedArguments { none, ofAppendAndInsertAt, ofEveryChange };
 
-/// What the suites of the typed arrays need to know about a class. Derive from it, change what differs, and add
+/// The traits of a class for the suites of the typed arrays. Derive from it, change what differs, and add
 ///
 /// - `ArrayType`: the class, or `Unowned` of it if the class deletes its elements
 /// - `Value`: the type of an element
@@ -90,7 +90,7 @@ protected:
             array.Append(item(number));
     }
 
-    /// What Append traces for the element `number`.
+    /// The trace of Append for the element `number`.
     Lines appending(unsigned int number, unsigned int index) const {
         Lines lines;
         if (Traits::tracedArguments != TracedArguments::none)
@@ -99,7 +99,7 @@ protected:
         return lines;
     }
 
-    /// What InsertAt traces first.
+    /// The first trace of InsertAt.
     std::string insertAtEntry(unsigned int index, unsigned int number) const {
         const bool isTraced = Traits::tracedArguments != TracedArguments::none;
         return "4 " + insertAt + ": " + (isTraced ? std::to_string(index) + ", " + text(number) : "Enter");

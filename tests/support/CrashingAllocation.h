@@ -15,8 +15,8 @@
 
 namespace test {
 
-/// What the allocator of the process does from now on. All states except `ALLOCATE` and `REFUSE` are only for a process
-/// that is about to end.
+/// The behavior of the process's allocator from now on. All states except `ALLOCATE` and `REFUSE` are only for a
+/// process that is about to end.
 enum AllocatorState {
     ALLOCATE,          ///< allocates
     REFUSE,            ///< fails

@@ -51,7 +51,8 @@ inline unsigned long allocationCount() {
     return detail::allocationState.count;
 }
 
-/// How many pieces all threads have allocated and not freed. Always 0 with a sanitizer, which reports leaks by itself.
+/// The number of blocks that all threads have allocated and not freed. Always 0 with a sanitizer, which reports leaks
+/// by itself.
 inline long outstandingAllocations() {
     return __atomic_load_n(&detail::outstandingPieces, __ATOMIC_RELAXED);
 }

@@ -17,17 +17,17 @@
 
 namespace test {
 
-/// A pointer with this numeric value, for use as a key or value.
+/// Returns a pointer with this numeric value, for use as a key or value.
 inline void* pointer(std::uintptr_t number) {
     return reinterpret_cast<void*>(number);
 }
 
-/// What a map returns as the value of an absent key.
+/// Returns the value that a map returns for an absent key.
 inline void* absent() {
     return reinterpret_cast<void*>(std::intptr_t{-1});
 }
 
-/// What `dump` of `map` prints.
+/// Returns the output of `map.dump`.
 template<typename MapType>
 std::string dumpOf(MapType& map) {
     testing::internal::CaptureStdout();
@@ -36,18 +36,17 @@ std::string dumpOf(MapType& map) {
 }
 
 /// The tests of a hash map. Further tests may use its helpers and `Model`. `Traits` describes the map to test:
-/// - `Map`, a class with a constructor that takes the bucket count,
-/// - `CONSTRUCTOR`, the signature text of the constructor that it logs, and `printedCount(buckets)`, how that
-/// constructor
-///   logs a bucket count,
-/// - `Key`, what its operations take, `end()`, what `First` and `Next` return at the end,
-/// - `ModelKey`, a key that owns what it consists of, and is ordered as the keys of a bucket are; `argument(key)` and
-///   `modelKey(key)` convert,
-/// - `key(number)`, a key with the hash `number`, ordered as its number is; allocates no memory for numbers below
-/// 1,000,
-/// - `hash(key)`, `randomKey(random)`, `printed(key)`, its text in the placement trace,
-/// - `PIECES_PER_ENTRY`, the number of pieces of memory that an entry consists of,
-/// - `DELETES_ONLY_THE_FIRST`, whether `Delete` looks only at the first key of a bucket.
+/// - `Map`: a class with a constructor that takes the bucket count
+/// - `CONSTRUCTOR`: the signature text of the constructor in the log
+/// - `printedCount(buckets)`: the text of a bucket count in the constructor's log line
+/// - `Key`: the parameter type of its operations
+/// - `end()`: the result of `First` and `Next` at the end
+/// - `ModelKey`: a key that owns its content and is ordered as the keys of a bucket are
+/// - `argument(key)` and `modelKey(key)`: convert between `ModelKey` and `Key`
+/// - `key(number)`: a key with the hash `number`, ordered by `number`; does not allocate for numbers below 1,000
+/// - `hash(key)`, `randomKey(random)`, and `printed(key)`, its text in the placement trace
+/// - `PIECES_PER_ENTRY`: the number of blocks of memory for one entry
+/// - `DELETES_ONLY_THE_FIRST`: whether `Delete` examines only the first key of a bucket
 ///
 ///     namespace test {
 ///     INSTANTIATE_TYPED_TEST_SUITE_P(Map, HashMapTest, MapTraits);

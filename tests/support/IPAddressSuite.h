@@ -18,7 +18,7 @@ namespace test {
 /// - `Address`, the class, `FAMILY`, its address family, and `SIZE`, the size of its addresses in bytes,
 /// - `EXAMPLE` and `OTHER`, the texts of two addresses, and `ZERO`, the text of the address of zero bytes,
 /// - `INVALID`, texts that are not addresses,
-/// - `CHARACTERS`, some of which occur in addresses,
+/// - `CHARACTERS`, characters for random texts, including those of addresses,
 /// - `FAILURE_CLEARS`, whether an invalid text sets all bytes to zero; otherwise it changes nothing.
 ///
 ///     namespace test {

@@ -30,7 +30,7 @@ public:
     LockCalls calls;
 };
 
-/// A lock that cannot be taken, neither for reading nor for writing.
+/// A lock that cannot be taken for reading or writing.
 class RefusingLock : public RecordingLock {
 public:
     void readLock() override {

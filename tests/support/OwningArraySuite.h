@@ -1,7 +1,7 @@
 #pragma once
 
-// When the arrays that own their elements delete them. The traits of a class (ArrayTest.h) also have `OwningType`, the
-// class itself, and `make()`, which returns a new element, equal to every other that it returns.
+// Tests of when the arrays that own their elements delete them. The traits of a class (ArrayTest.h) also have
+// `OwningType`, the class itself, and `make()`, which returns a new element, equal to every other that it returns.
 
 #include <gtest/gtest.h>
 

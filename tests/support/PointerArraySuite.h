@@ -1,6 +1,6 @@
 #pragma once
 
-// What the arrays of pointers do beyond TypedArraySuite.h: finding an element, and appending a whole array.
+// Tests of the arrays of pointers in addition to TypedArraySuite.h: finding an element, and appending a whole array.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

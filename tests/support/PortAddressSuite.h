@@ -13,7 +13,7 @@
 
 namespace test {
 
-/// A port address that claims to be of a type, but is of a class of its own.
+/// A port address with the type of another class.
 class FalseAddress : public utility::PortAddress {
 public:
     explicit FalseAddress(PortType type) : m_type(type) {}

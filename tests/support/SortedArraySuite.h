@@ -1,6 +1,6 @@
 #pragma once
 
-// What those typed arrays do that can sort their elements. The traits of a class (ArrayTest.h) also have
+// Tests of the typed arrays that can sort their elements. The traits of a class (ArrayTest.h) also have
 // `sort(array)`, which calls the sorting operation of the class.
 
 #include <gmock/gmock.h>

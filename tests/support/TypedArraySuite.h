@@ -1,6 +1,6 @@
 #pragma once
 
-// What all typed arrays do that grow by 20 slots and store their elements as they are given. A class's test file
+// Tests of all typed arrays that grow by 20 slots and store their elements unchanged. A class's test file
 // instantiates the suite with the traits of its class (ArrayTest.h).
 
 #include <gmock/gmock.h>

@@ -23,7 +23,7 @@
 #include "ut_WWN.h"
 #include "ut_WWNArray.h"
 
-// The typed arrays. One that cannot grow throws and stays as it was.
+// The typed arrays. An array that cannot grow throws and is unchanged.
 
 namespace faults {
 

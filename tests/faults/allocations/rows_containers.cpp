@@ -22,7 +22,8 @@
 #include "ut_StringDirectory.h"
 #include "ut_StringMap.h"
 
-// Maps, directories, lists, queues and the stack. What cannot be added is refused, and the rest stays as it was.
+// Maps, directories, lists, queues and the stack. An element that cannot be added is refused, and the container is
+// unchanged.
 
 namespace faults {
 
