@@ -11,6 +11,7 @@
 #include <new>
 
 #include "fw_Exception.h"
+#include "internal/fw_ErrnoGuard.h"
 #include "internal/fw_LogFormatted.h"
 
 namespace framework {
@@ -66,22 +67,6 @@ public:
     ~SinkLockGuard() {
         pthread_rwlock_unlock(&sinkLock);
     }
-};
-
-class ErrnoKeeper {
-public:
-    ErrnoKeeper() : m_errno(errno) {}
-    ErrnoKeeper(const ErrnoKeeper&) = delete;
-    ErrnoKeeper& operator=(const ErrnoKeeper&) = delete;
-    ~ErrnoKeeper() {
-        errno = m_errno;
-    }
-    int value() const {
-        return m_errno;
-    }
-
-private:
-    int m_errno;
 };
 
 const char* nameOf(Logger::LogType type) {
@@ -178,7 +163,7 @@ void deliver(Logger::LogType type, const char* function, int line, const char* t
 } // namespace
 
 void logFormatted(Logger::LogType type, const char* function, int line, const char* format, va_list arguments) {
-    const ErrnoKeeper keeper;
+    const ErrnoGuard errnoGuard;
     if (!format)
         format = "";
     char text[1024];
@@ -193,7 +178,7 @@ void logFormatted(Logger::LogType type, const char* function, int line, const ch
     const std::size_t size = static_cast<std::size_t>(length) + 1;
     char* longText = size > sizeof text ? static_cast<char*>(::operator new(size, std::nothrow)) : nullptr;
     if (longText) {
-        errno = keeper.value();
+        errno = errnoGuard.value();
         std::vsnprintf(longText, size, format, arguments);
     }
     deliver(type, function, line, longText ? longText : text);
@@ -224,7 +209,7 @@ void Logger::StaticLogMethod(LogType type, const char* function, int line, const
 }
 
 void Logger::StaticLogS(LogType type, const char* text) {
-    const ErrnoKeeper keeper;
+    const ErrnoGuard errnoGuard;
     deliver(type, nullptr, 0, text ? text : "");
 }
 

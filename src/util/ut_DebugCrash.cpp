@@ -22,6 +22,7 @@
 #include "fw_KnownTokens.h"
 #include "fw_Logger.h"
 #include "fw_ThreadInfo.h"
+#include "internal/fw_ErrnoGuard.h"
 #include "internal/ut_FileDescriptor.h"
 #include "internal/ut_SymbolLookup.h"
 #include "ut_BufferStream.h"
@@ -206,20 +207,6 @@ void limitReport(int sig) {
     alarm(longestReportSeconds);
 }
 
-// Restores errno when a handler returns to the interrupted code.
-class InterruptedError {
-public:
-    InterruptedError() : m_error(errno) {}
-    InterruptedError(const InterruptedError&) = delete;
-    InterruptedError& operator=(const InterruptedError&) = delete;
-    ~InterruptedError() {
-        errno = m_error;
-    }
-
-private:
-    int m_error;
-};
-
 /// Holds a lock with all signals blocked, so that no handler that interrupts the thread waits for the lock or forks.
 class SignalSafeLock {
 public:
@@ -263,13 +250,13 @@ void Debug::SignalExit(int sig) {
 void Debug::SignalNull(int sig) {
     if (!isDebugOn(strings::TOKEN_DEBUG))
         return;
-    const InterruptedError interrupted;
+    const framework::ErrnoGuard errnoGuard;
     framework::Logger::StaticLog(framework::Logger::LOG_DEBUG, "\n\r%s: Received SIGNAL %s(%d)\n\r",
                                  __PRETTY_FUNCTION__, signalName(sig), sig);
 }
 
 void Debug::SignalThreads(int) {
-    const InterruptedError interrupted;
+    const framework::ErrnoGuard errnoGuard;
     char directory[4096];
     const int length = std::snprintf(directory, sizeof directory, "%s/%sContext", contextRoot(), processName());
     if (length > 0 && static_cast<unsigned int>(length) < sizeof directory)
@@ -278,7 +265,7 @@ void Debug::SignalThreads(int) {
 }
 
 void Debug::SignalContext(int) {
-    const InterruptedError interrupted;
+    const framework::ErrnoGuard errnoGuard;
     framework::ThreadInfo* myself = framework::ThreadInfo::MyThreadInfo();
     if (myself == nullptr)
         return;

@@ -1,10 +1,11 @@
 #include "ut_Terminal.h"
 
-#include <cerrno>
 #include <csignal>
 
 #include <sys/ioctl.h>
 #include <unistd.h>
+
+#include "internal/fw_ErrnoGuard.h"
 
 namespace utility {
 
@@ -46,9 +47,8 @@ void Terminal::update() {
 void windowResize(int signal) {
     if (signal != SIGWINCH)
         return;
-    const int savedErrno = errno;
+    const framework::ErrnoGuard errnoGuard;
     Terminal::instance()->update();
-    errno = savedErrno;
 }
 
 } // namespace utility

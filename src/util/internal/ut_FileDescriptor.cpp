@@ -9,6 +9,8 @@
 #include <time.h>
 #include <unistd.h>
 
+#include "internal/fw_ErrnoGuard.h"
+
 namespace utility {
 
 namespace {
@@ -79,15 +81,12 @@ public:
     StandardNumbers(const StandardNumbers&) = delete;
     StandardNumbers& operator=(const StandardNumbers&) = delete;
     ~StandardNumbers() {
-        const int error = errno;
-        {
-            const PlacesLock lock;
-            if (openingThreads > 0)
-                --openingThreads;
-            if (openingThreads == 0)
-                closePlaceholders();
-        }
-        errno = error;
+        const framework::ErrnoGuard errnoGuard;
+        const PlacesLock lock;
+        if (openingThreads > 0)
+            --openingThreads;
+        if (openingThreads == 0)
+            closePlaceholders();
     }
 
 private:
@@ -128,9 +127,8 @@ DIR* openDirectory(const char* path) {
 }
 
 void closeKeepingErrno(int fd) {
-    const int error = errno;
+    const framework::ErrnoGuard errnoGuard;
     close(fd);
-    errno = error;
 }
 
 } // namespace utility
