@@ -4,6 +4,7 @@
 #include <signal.h>
 
 #include <cstring>
+#include <mutex>
 #include <new>
 
 #include "internal/fw_ThreadRecords.h"
@@ -20,39 +21,35 @@ alignas(ThreadInfo) IN_THREAD unsigned char storage[sizeof(ThreadInfo)];
 IN_THREAD ThreadInfo* myself = nullptr;
 IN_THREAD int removals = 0;
 
-pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
+// Blocks all signals while it is held: a handler that asks for a record must not deadlock with its own thread. Not a
+// `std::mutex`, which throws if locking fails: a crash report would end there.
+class RecordsMutex {
+public:
+    void lock() {
+        sigset_t all, former;
+        sigfillset(&all);
+        pthread_sigmask(SIG_SETMASK, &all, &former);
+        pthread_mutex_lock(&m_mutex);
+        m_formerSignals = former;
+    }
+    void unlock() {
+        const sigset_t former = m_formerSignals;
+        pthread_mutex_unlock(&m_mutex);
+        pthread_sigmask(SIG_SETMASK, &former, nullptr);
+    }
+
+private:
+    pthread_mutex_t m_mutex = PTHREAD_MUTEX_INITIALIZER;
+    sigset_t m_formerSignals = {};
+};
+
+using RecordsGuard = std::lock_guard<RecordsMutex>;
+
+RecordsMutex mutex;
 ThreadInfo* records = nullptr;
 int lastNumber = 0;
 bool prepared = false;
 pthread_key_t endOfThread;
-sigset_t formerSignals;
-
-// Block all signals: a handler that asks for a record must not deadlock with its own thread.
-void lock() {
-    sigset_t all, former;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &former);
-    pthread_mutex_lock(&mutex);
-    formerSignals = former;
-}
-
-void unlock() {
-    const sigset_t former = formerSignals;
-    pthread_mutex_unlock(&mutex);
-    pthread_sigmask(SIG_SETMASK, &former, nullptr);
-}
-
-class RecordsGuard {
-public:
-    RecordsGuard() {
-        lock();
-    }
-    RecordsGuard(const RecordsGuard&) = delete;
-    RecordsGuard& operator=(const RecordsGuard&) = delete;
-    ~RecordsGuard() {
-        unlock();
-    }
-};
 
 } // namespace
 
@@ -80,7 +77,7 @@ void ThreadInfo::setThreadName(const char* name) {
 }
 
 ThreadInfo* ThreadRecords::make() {
-    const RecordsGuard guard;
+    const RecordsGuard guard(mutex);
     // A signal handler may have created it since.
     if (myself)
         return myself;
@@ -97,12 +94,13 @@ ThreadInfo* ThreadRecords::make() {
 
 bool ThreadRecords::prepare() {
     if (!prepared)
-        prepared = pthread_key_create(&endOfThread, remove) == 0 && pthread_atfork(lock, unlock, keepOnlyMine) == 0;
+        prepared = pthread_key_create(&endOfThread, remove) == 0 &&
+                   pthread_atfork([] { mutex.lock(); }, [] { mutex.unlock(); }, keepOnlyMine) == 0;
     return prepared;
 }
 
 void ThreadRecords::remove(void* /*record*/) {
-    const RecordsGuard guard;
+    const RecordsGuard guard(mutex);
     ThreadInfo** link = &records;
     while (*link != myself)
         link = &(*link)->m_next;
@@ -113,7 +111,7 @@ void ThreadRecords::remove(void* /*record*/) {
 }
 
 void ThreadRecords::signalAll(int sig) {
-    const RecordsGuard guard;
+    const RecordsGuard guard(mutex);
     for (const ThreadInfo* record = records; record; record = record->m_next)
         pthread_kill(record->m_thread, sig);
 }
@@ -123,7 +121,7 @@ void ThreadRecords::keepOnlyMine() {
     records = myself;
     if (myself)
         myself->m_next = nullptr;
-    unlock();
+    mutex.unlock();
 }
 
 } // namespace framework
