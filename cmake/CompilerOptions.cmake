@@ -15,6 +15,14 @@ add_compile_options(-ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=
 # 32-bit ARM leaves functions that throw nothing out of the unwind tables, which would end a backtrace there.
 add_compile_options(-funwind-tables)
 
+# Clang checks that locks are taken before what they guard is used, and given back; see VXFW_THREADS.
+set(VXUT_LOCKING_CHECKS -DVXUT_CHECK_THREADS -Wthread-safety -Werror=thread-safety)
+function(vxut_check_locking target)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+        target_compile_options(${target} PRIVATE ${VXUT_LOCKING_CHECKS})
+    endif()
+endfunction()
+
 function(vxut_warnings target)
     target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wformat=2
                                              $<$<BOOL:${VXUT_WERROR}>:-Werror>)
@@ -52,6 +60,7 @@ endfunction()
 # Everything for one of the two shared libraries.
 function(vxut_library_options target)
     vxut_warnings(${target})
+    vxut_check_locking(${target})
     vxut_hardening(${target})
     # Thread records and signal handlers outlive a `dlclose`. That must not hang on whether some symbol is unique.
     target_link_options(${target} PRIVATE LINKER:-z,nodelete)

@@ -11,3 +11,11 @@
 
 /// Has the compiler check printf-like arguments. Positions count from 1, including `this`.
 #define VXFW_PRINTF(formatPlace, firstPlace) __attribute__((format(printf, formatPlace, firstPlace)))
+
+/// Tells Clang's thread-safety analysis what is a lock, what it guards, and which functions need or change it. Only the
+/// project's own builds are analyzed.
+#if defined(__clang__) && defined(VXUT_CHECK_THREADS)
+#define VXFW_THREADS(attribute) __attribute__((attribute))
+#else
+#define VXFW_THREADS(attribute)
+#endif

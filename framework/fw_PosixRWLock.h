@@ -27,9 +27,9 @@ public:
     PosixRWLock& operator=(const PosixRWLock&) = delete;
     ~PosixRWLock() override;
 
-    void readLock() override;
-    void writeLock() override;
-    void unlock() override;
+    void readLock() VXFW_THREADS(acquire_shared_capability()) override;
+    void writeLock() VXFW_THREADS(acquire_capability()) override;
+    void unlock() VXFW_THREADS(release_generic_capability()) override;
 
 private:
     bool isMine() const;

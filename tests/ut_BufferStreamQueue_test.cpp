@@ -13,6 +13,7 @@
 #include "LogCapture.h"
 #include "RandomRun.h"
 #include "ut_BufferStreamList.h"
+#include "ut_LockScope.h"
 
 namespace {
 
@@ -87,10 +88,9 @@ bool isRequest(BufferStreamElement& element, unsigned int number) {
 
 TEST_F(BufferStreamQueueTest, UsageExample) {
     BufferStreamElement* const element = &a;
-    queue.m_waiter.lock();
+    const utility::LockScope scope(queue.m_waiter);
     queue.enQueue(element);
     queue.m_waiter.signal();
-    queue.m_waiter.unlock();
     EXPECT_EQ(queue.Count(), 1);
 }
 

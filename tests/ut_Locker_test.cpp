@@ -14,6 +14,7 @@
 #include "DebugSwitch.h"
 #include "LogCapture.h"
 #include "ThreadCalls.h"
+#include "ut_LockScope.h"
 
 namespace {
 
@@ -57,9 +58,10 @@ void expectErrorWithContext(const test::LogCapture& log, const std::string& func
 TEST(Locker, UsageExample) {
     utility::Locker locker;
     int count = 0;
-    locker.lock();
-    ++count;
-    locker.unlock();
+    {
+        const utility::LockScope scope(locker);
+        ++count;
+    }
     EXPECT_EQ(count, 1);
 }
 

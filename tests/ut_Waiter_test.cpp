@@ -18,6 +18,7 @@
 #include "LogCapture.h"
 #include "ThreadCalls.h"
 #include "TraceLines.h"
+#include "ut_LockScope.h"
 
 namespace {
 
@@ -100,16 +101,17 @@ TEST(Waiter, UsageExample) {
     utility::Waiter waiter;
     int queued = 0;
     std::thread sender([&] {
-        waiter.lock();
+        const utility::LockScope scope(waiter);
         queued = 4;
         waiter.signal();
-        waiter.unlock();
     });
-    waiter.lock();
-    while (queued == 0)
-        waiter.wait(0);
-    const int taken = queued;
-    waiter.unlock();
+    int taken = 0;
+    {
+        const utility::LockScope scope(waiter);
+        while (queued == 0)
+            waiter.wait(0);
+        taken = queued;
+    }
     sender.join();
     EXPECT_EQ(taken, 4);
 }

@@ -11,6 +11,7 @@
 #include "fw_Exception.h"
 #include "fw_ThreadInfo.h"
 #include "ut_Arguments.h"
+#include "ut_LockScope.h"
 #include "ut_Terminal.h"
 #include "ut_VirtualPutStream.h"
 
@@ -28,10 +29,9 @@ const int outputThreshold = 16384;
 const std::size_t longestFailure = 1024;
 
 void send(utility::BufferStreamQueue& queue, utility::BufferStreamElement* element) {
-    queue.m_waiter.lock();
+    const utility::LockScope scope(queue.m_waiter);
     queue.enQueue(element);
     queue.m_waiter.signal();
-    queue.m_waiter.unlock();
 }
 
 // Returns `failure` as one line, even if the names in it contain newlines. If it is too long, the middle is omitted,
@@ -44,12 +44,10 @@ std::string oneLine(const std::string& failure) {
 }
 
 utility::BufferStreamElement* receive(utility::BufferStreamQueue& queue) {
-    queue.m_waiter.lock();
+    const utility::LockScope scope(queue.m_waiter);
     while (queue.Count() == 0)
         queue.m_waiter.wait(0);
-    utility::BufferStreamElement* element = queue.deQueue();
-    queue.m_waiter.unlock();
-    return element;
+    return queue.deQueue();
 }
 
 } // namespace

@@ -62,6 +62,7 @@
 #include "ut_List.h"
 #include "ut_ListContainable.h"
 #include "ut_ListIterator.h"
+#include "ut_LockScope.h"
 #include "ut_Locker.h"
 #include "ut_Map.h"
 #include "ut_MapEntity.h"

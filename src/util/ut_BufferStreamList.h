@@ -21,7 +21,7 @@ namespace utility {
 ///     utility::BufferStreamElement* element = pool.Allocate();
 ///     while (element == nullptr && pool.Wait(5)) element = pool.Allocate();
 ///     pool.UnLock();
-class VXUT_EXPORT BufferStreamList {
+class VXUT_EXPORT VXFW_THREADS(capability("mutex")) BufferStreamList {
 public:
     /// An empty list.
     BufferStreamList();
@@ -36,7 +36,7 @@ public:
 
     /// Initializes the list, its mutex and its condition as the constructor does. Elements in the list are not deleted:
     /// they are leaked unless the caller holds them.
-    void init();
+    void init() VXFW_THREADS(no_thread_safety_analysis);
 
     /// The element after `e`; null if there is none or `e` is null.
     BufferStreamElement* Next(BufferStreamElement* e) const {
@@ -58,14 +58,14 @@ public:
     BufferStreamElement* Allocate();
 
     /// Locks the list's mutex, which is not recursive.
-    void Lock();
+    void Lock() VXFW_THREADS(acquire_capability());
     /// Unlocks the list's mutex.
-    void UnLock();
+    void UnLock() VXFW_THREADS(release_capability());
     /// Waits until another thread calls `Signal` or `Broadcast`, at most `seconds`, without limit if `seconds` is 0.
     /// The caller must hold the lock, which is released while waiting. Returns false on a time-out, otherwise true,
     /// also after a spurious wake-up or a failed wait. The deadline is a whole second: callers see time-outs up to one
     /// second early.
-    bool Wait(long seconds);
+    bool Wait(long seconds) VXFW_THREADS(requires_capability(this));
     /// Wakes one waiting thread.
     void Signal();
     /// Wakes every waiting thread.
@@ -75,7 +75,7 @@ private:
     BufferStreamElement* m_head;
     pthread_mutex_t m_mutex;
     pthread_cond_t m_condition;
-    int32_t m_waiters;
+    int32_t m_waiters VXFW_THREADS(guarded_by(this));
 };
 
 } // namespace utility

@@ -14,10 +14,9 @@ namespace utility {
 /// The queue owns the elements in it. Its operations do not lock: callers hold `m_waiter` while they use them, and
 /// signal it after queueing an element. No operation fails.
 ///
-///     queue.m_waiter.lock();
+///     const utility::LockScope scope(queue.m_waiter);
 ///     queue.enQueue(element);
 ///     queue.m_waiter.signal();
-///     queue.m_waiter.unlock();
 class VXUT_EXPORT BufferStreamQueue {
     BufferStreamElement* m_head;
     BufferStreamElement* m_tail;

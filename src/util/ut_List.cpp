@@ -5,6 +5,7 @@
 
 #include "ut_ListContainable.h"
 #include "ut_ListIterator.h"
+#include "ut_LockScope.h"
 #include "ut_ReadLockGuard.h"
 #include "ut_WriteLockGuard.h"
 
@@ -232,18 +233,16 @@ bool List::accepts(const ListContainable* e) const {
 // Signals under the waiter's lock to avoid a lost wake-up.
 void List::announce() {
     ++m_count;
-    m_waiter.lock();
+    const LockScope scope(m_waiter);
     m_waiter.signal();
-    m_waiter.unlock();
 }
 
 // Checks the list again under the waiter's lock to avoid a lost wake-up. Must not lock the list here: threads that
 // signal lock the list first and the waiter second, so the reverse order would deadlock.
 void List::waitForElement() {
-    m_waiter.lock();
+    const LockScope scope(m_waiter);
     if (isEmpty())
         m_waiter.wait(0);
-    m_waiter.unlock();
 }
 
 ListContainable* List::takeOut(const ListEntry* entry) {

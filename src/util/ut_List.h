@@ -136,22 +136,22 @@ public:
     ListEntry* getEntry(const ListContainable* e) const;
     /// Removes and destroys `entry`, an entry of this list, but not its element. Does nothing if `entry` is null. Does
     /// not lock the list: call it only while no other thread uses the list.
-    void removeEntry(const ListEntry* entry);
+    void removeEntry(const ListEntry* entry) VXFW_THREADS(no_thread_safety_analysis);
 
 private:
     friend class ListIterator;
 
     bool isEmpty() const;
-    bool accepts(const ListContainable* e) const;
-    void announce();
-    void waitForElement();
-    ListContainable* takeOut(const ListEntry* entry);
-    void deleteAndRemove(const ListEntry* entry);
+    bool accepts(const ListContainable* e) const VXFW_THREADS(requires_shared_capability(m_lock));
+    void announce() VXFW_THREADS(requires_capability(m_lock));
+    void waitForElement() VXFW_THREADS(locks_excluded(m_lock));
+    ListContainable* takeOut(const ListEntry* entry) VXFW_THREADS(requires_capability(m_lock));
+    void deleteAndRemove(const ListEntry* entry) VXFW_THREADS(requires_capability(m_lock));
 
     // Written with the write lock held. A consumer reads it without the lock before it waits.
     std::atomic<ListEntry*> m_first;
-    ListEntry* m_last;
-    int m_count;
+    ListEntry* m_last VXFW_THREADS(guarded_by(m_lock));
+    int m_count VXFW_THREADS(guarded_by(m_lock));
     bool m_allowDuplicates;
     mutable framework::thread::PosixRWLock m_lock;
     Waiter m_waiter;

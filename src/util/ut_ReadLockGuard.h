@@ -11,12 +11,12 @@ namespace thread {
 /// The lock must outlive the guard.
 ///
 ///     framework::thread::ReadLockGuard guard(lock);
-class VXUT_EXPORT ReadLockGuard {
+class VXUT_EXPORT VXFW_THREADS(scoped_lockable) ReadLockGuard {
 public:
-    [[gnu::used]] explicit ReadLockGuard(RWLockIF& lock) : m_lock(lock) {
+    [[gnu::used]] explicit ReadLockGuard(RWLockIF& lock) VXFW_THREADS(acquire_shared_capability(lock)) : m_lock(lock) {
         m_lock.readLock();
     }
-    [[gnu::used]] ~ReadLockGuard() {
+    [[gnu::used]] ~ReadLockGuard() VXFW_THREADS(release_capability()) {
         m_lock.unlock();
     }
     ReadLockGuard(const ReadLockGuard&) = delete;

@@ -11,12 +11,12 @@ namespace thread {
 /// The lock must outlive the guard.
 ///
 ///     framework::thread::WriteLockGuard guard(lock);
-class VXUT_EXPORT WriteLockGuard {
+class VXUT_EXPORT VXFW_THREADS(scoped_lockable) WriteLockGuard {
 public:
-    [[gnu::used]] explicit WriteLockGuard(RWLockIF& lock) : m_lock(lock) {
+    [[gnu::used]] explicit WriteLockGuard(RWLockIF& lock) VXFW_THREADS(acquire_capability(lock)) : m_lock(lock) {
         m_lock.writeLock();
     }
-    [[gnu::used]] ~WriteLockGuard() {
+    [[gnu::used]] ~WriteLockGuard() VXFW_THREADS(release_capability()) {
         m_lock.unlock();
     }
     WriteLockGuard(const WriteLockGuard&) = delete;
