@@ -1,10 +1,9 @@
 #include "ut_BufferStreamList.h"
 
-#include <cerrno>
-#include <cstring>
-
+#include "fw_KnownTokens.h"
 #include "internal/ut_Deadline.h"
-#include "internal/ut_Trace.h"
+#include "internal/ut_PosixThreads.h"
+#include "ut_Debug.h"
 
 namespace utility {
 
@@ -31,14 +30,8 @@ BufferStreamList::~BufferStreamList() {
 void BufferStreamList::init() {
     m_head = nullptr;
     m_waiters = 0;
-    std::memset(&m_mutex, 0, sizeof m_mutex);
-    int error = pthread_mutex_init(&m_mutex, nullptr);
-    if (error != 0)
-        VXUT_LOG(framework::Logger::LOG_ERROR, "initializing Consistency mutex %d", error);
-    std::memset(&m_condition, 0, sizeof m_condition);
-    error = pthread_cond_init(&m_condition, nullptr);
-    if (error != 0)
-        VXUT_LOG(framework::Logger::LOG_ERROR, "initializing wait condition %d", error);
+    initMutex(m_mutex, __PRETTY_FUNCTION__);
+    initCondition(m_condition, __PRETTY_FUNCTION__);
 }
 
 void BufferStreamList::Append(BufferStreamElement* e) {
@@ -73,48 +66,25 @@ BufferStreamElement* BufferStreamList::Allocate() {
 }
 
 void BufferStreamList::Lock() {
-    const int error = pthread_mutex_lock(&m_mutex);
-    if (error != 0)
-        VXUT_LOG(framework::Logger::LOG_ERROR, "locking consistency mutex %d", error);
+    lockMutex(m_mutex, __PRETTY_FUNCTION__);
 }
 
 void BufferStreamList::UnLock() {
-    const int error = pthread_mutex_unlock(&m_mutex);
-    if (error != 0)
-        VXUT_LOG(framework::Logger::LOG_ERROR, "unlocking consistency mutex %d", error);
+    unlockMutex(m_mutex, __PRETTY_FUNCTION__);
 }
 
 bool BufferStreamList::Wait(long seconds) {
-    ++m_waiters;
-    int error = 0;
-    if (seconds == 0) {
-        VXUT_TRACE(TOKEN_BUFFER_STREAM_LIST, "Wait .... (%d waiters)", m_waiters);
-        error = pthread_cond_wait(&m_condition, &m_mutex);
-    } else {
-        const timespec deadline = deadlineAfterSeconds(seconds);
-        VXUT_TRACE(TOKEN_BUFFER_STREAM_LIST, "timed Wait .... (%d waiters)", m_waiters);
-        error = pthread_cond_timedwait(&m_condition, &m_mutex, &deadline);
-        if (error == ETIMEDOUT) {
-            --m_waiters;
-            return false;
-        }
-    }
-    --m_waiters;
-    if (error != 0)
-        VXUT_LOG(framework::Logger::LOG_ERROR, "Wait condition error %d", error);
-    return true;
+    const timespec deadline = seconds != 0 ? deadlineAfterSeconds(seconds) : timespec{};
+    return waitForCondition(m_condition, m_mutex, seconds != 0 ? &deadline : nullptr, m_waiters,
+                            Debug::isDebugOn(strings::TOKEN_BUFFER_STREAM_LIST), __PRETTY_FUNCTION__);
 }
 
 void BufferStreamList::Signal() {
-    const int error = pthread_cond_signal(&m_condition);
-    if (error != 0)
-        VXUT_LOG(framework::Logger::LOG_ERROR, "Signal condition error %d", error);
+    signalCondition(m_condition, __PRETTY_FUNCTION__);
 }
 
 void BufferStreamList::Broadcast() {
-    const int error = pthread_cond_broadcast(&m_condition);
-    if (error != 0)
-        VXUT_LOG(framework::Logger::LOG_ERROR, "Broadcast condition error %d", error);
+    broadcastCondition(m_condition, __PRETTY_FUNCTION__);
 }
 
 } // namespace utility

@@ -1,17 +1,12 @@
 #include "ut_Locker.h"
 
-#include <cstring>
-
-#include "internal/ut_Trace.h"
+#include "internal/ut_PosixThreads.h"
 #include "ut_Debug.h"
 
 namespace utility {
 
 Locker::Locker() {
-    std::memset(&m_mutex, 0, sizeof m_mutex);
-    const int error = pthread_mutex_init(&m_mutex, nullptr);
-    if (error != 0)
-        VXUT_LOG(framework::Logger::LOG_ERROR, "initializing Consistency mutex %d", error);
+    initMutex(m_mutex, __PRETTY_FUNCTION__);
 }
 
 Locker::~Locker() {
@@ -19,19 +14,13 @@ Locker::~Locker() {
 }
 
 void Locker::lock() const {
-    const int error = pthread_mutex_lock(&m_mutex);
-    if (error == 0)
-        return;
-    VXUT_LOG(framework::Logger::LOG_ERROR, "locking consistency mutex %d", error);
-    Debug::ErrorContext();
+    if (!lockMutex(m_mutex, __PRETTY_FUNCTION__))
+        Debug::ErrorContext();
 }
 
 void Locker::unlock() const {
-    const int error = pthread_mutex_unlock(&m_mutex);
-    if (error == 0)
-        return;
-    VXUT_LOG(framework::Logger::LOG_ERROR, "unlocking consistency mutex %d", error);
-    Debug::ErrorContext();
+    if (!unlockMutex(m_mutex, __PRETTY_FUNCTION__))
+        Debug::ErrorContext();
 }
 
 bool Locker::trylock() const {
