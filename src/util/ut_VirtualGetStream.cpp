@@ -73,20 +73,15 @@ void VirtualGetStream::load() {
     dropRead();
     VXUT_TRACE_IF(m_trace, "Open: %s InError: %s AtEnd: %s", truth(isSourceOpen()), truth(isSourceInError()),
                   truth(isSourceAtEnd()));
+    // A source that fails may still call itself good: limit the retries, unless data is waited for.
     int failures = 0;
-    while (m_source != nullptr && m_source->isInputStreamGood()) {
+    while (failures < maxFailures && isSourceGood()) {
         const int space = boundedRoom(WriteRemaining());
         if (space == 0)
             return;
-        VXUT_TRACE_IF(m_trace, "fill at %d, for %d", WritePosition(), space);
-        const int got = m_source->ReceiveInputStream(pHead(), static_cast<unsigned int>(space));
-        VXUT_TRACE_IF(m_trace, "got %d", got);
-        if (got > 0) {
-            VXUT_TRACE_IF(m_trace, "received %d", got);
-            m_received = sum(m_received, got);
-            WriteAdvance(got);
+        const int got = receive(space, __PRETTY_FUNCTION__);
+        if (got > 0)
             return;
-        }
         if (m_waitForData)
             continue;
         if (got == 0) {
@@ -94,10 +89,20 @@ void VirtualGetStream::load() {
             m_source->EndInputStream();
             return;
         }
-        // Limit the retries for a source that fails but reports itself good.
-        if (++failures >= maxFailures)
-            return;
+        ++failures;
     }
+}
+
+int VirtualGetStream::receive(int space, const char* function) {
+    VXUT_TRACE_IF_AS(function, m_trace, "fill at %d, for %d", WritePosition(), space);
+    const int got = m_source->ReceiveInputStream(pHead(), static_cast<unsigned int>(space));
+    VXUT_TRACE_IF_AS(function, m_trace, "got %d", got);
+    if (got < 1)
+        return got;
+    VXUT_TRACE_IF_AS(function, m_trace, "received %d", got);
+    m_received = sum(m_received, got);
+    WriteAdvance(got);
+    return got;
 }
 
 int VirtualGetStream::ReadAvailable() const {

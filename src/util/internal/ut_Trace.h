@@ -13,10 +13,14 @@
 #define VXUT_LOG_AS(function, type, ...) ::framework::Logger::StaticLogMethod(type, function, __LINE__, __VA_ARGS__)
 
 /// Logs at level 3 if `condition` is true.
-#define VXUT_TRACE_IF(condition, ...)                                                                                  \
+#define VXUT_TRACE_IF(condition, ...) VXUT_TRACE_IF_AS(__PRETTY_FUNCTION__, condition, __VA_ARGS__)
+
+/// Does what `VXUT_TRACE_IF` does, with the signature text `function`, for helpers that trace on behalf of a public
+/// operation.
+#define VXUT_TRACE_IF_AS(function, condition, ...)                                                                     \
     do {                                                                                                               \
         if (condition)                                                                                                 \
-            VXUT_LOG(::framework::Logger::LOG_DEBUG, __VA_ARGS__);                                                     \
+            VXUT_LOG_AS(function, ::framework::Logger::LOG_DEBUG, __VA_ARGS__);                                        \
     } while (false)
 
 /// Logs at level 3 if the debug switch `token`, an enumerator of `strings::KnownToken`, is on.
@@ -25,10 +29,7 @@
 /// Does what `VXUT_TRACE` does, with the signature text `function`, for helpers that trace on behalf of a public
 /// operation.
 #define VXUT_TRACE_AS(function, token, ...)                                                                            \
-    do {                                                                                                               \
-        if (::utility::Debug::isDebugOn(::strings::token))                                                             \
-            VXUT_LOG_AS(function, ::framework::Logger::LOG_DEBUG, __VA_ARGS__);                                        \
-    } while (false)
+    VXUT_TRACE_IF_AS(function, ::utility::Debug::isDebugOn(::strings::token), __VA_ARGS__)
 
 /// Does what `VXUT_TRACE_AS` does, through `LogMethodDebug` of the current object, which is an entity.
 #define VXUT_TRACE_ENTITY_AS(function, token, ...)                                                                     \
