@@ -22,6 +22,13 @@ const char* truth(bool value) {
     return value ? pGStrue : pGSfalse;
 }
 
+// Writes `count` bytes, which fit in the buffer, and may come from it.
+void append(Buffer& buffer, const char* data, int count) {
+    if (count > 0)
+        std::memmove(buffer.pHead(), data, static_cast<std::size_t>(count));
+    buffer.WriteAdvance(count);
+}
+
 } // namespace
 
 VirtualPutStream::VirtualPutStream(framework::OutputStream& target, int size, int flushThreshold)
@@ -63,40 +70,39 @@ int VirtualPutStream::WriteRemaining() const {
 void VirtualPutStream::FlushOutputStream() {
     VXUT_TRACE_IF(m_trace, "(%d)", threadNumber());
     const int held = boundedReadable(ReadAvailable());
-    if (held > 0 && isTargetUsable()) {
-        if (!m_target->SendOutputStream(pTail(), static_cast<unsigned int>(held))) {
-            VXUT_TRACE_IF(m_trace, "(%d) Failed - to flush %d bytes, open: %s, inError: %s\n", threadNumber(), held,
-                          truth(m_target->isOutputStreamOpen()), truth(m_target->isOutputStreamInError()));
-            return;
-        }
-        VXUT_TRACE_IF(m_trace, "(%d) [Flushed %d bytes]\n", threadNumber(), held);
-        countTransferred(held);
-        ReadAdvance(held);
-        Consolidate();
-        VXUT_TRACE_IF(m_trace, "(%d) now have %d at tail %d head %d\n", threadNumber(), Buffer::ReadAvailable(),
-                      ReadPosition(), WritePosition());
+    if (held == 0) {
+        VXUT_TRACE_IF(m_trace, "(%d) rewind\n", threadNumber());
+        Rewind();
         return;
     }
-    if (held > 0) {
+    if (!isTargetUsable()) {
         VXUT_TRACE_IF(m_trace, "(%d) discarding virtual stream output %d\n", threadNumber(), held);
-    } else {
-        VXUT_TRACE_IF(m_trace, "(%d) rewind\n", threadNumber());
+        Rewind();
+        return;
     }
-    Rewind();
+    if (!m_target->SendOutputStream(pTail(), static_cast<unsigned int>(held))) {
+        VXUT_TRACE_IF(m_trace, "(%d) Failed - to flush %d bytes, open: %s, inError: %s\n", threadNumber(), held,
+                      truth(m_target->isOutputStreamOpen()), truth(m_target->isOutputStreamInError()));
+        return;
+    }
+    VXUT_TRACE_IF(m_trace, "(%d) [Flushed %d bytes]\n", threadNumber(), held);
+    countTransferred(held);
+    ReadAdvance(held);
+    Consolidate();
+    VXUT_TRACE_IF(m_trace, "(%d) now have %d at tail %d head %d\n", threadNumber(), Buffer::ReadAvailable(),
+                  ReadPosition(), WritePosition());
 }
 
 bool VirtualPutStream::SendOutputStream(const char* data, unsigned int size) {
     if (data == nullptr && size > 0)
         return false;
-    if (!m_holdOutput && Buffer::ReadAvailable() < 1) {
+    if (!m_holdOutput && Buffer::ReadAvailable() < 1)
         return isTargetUsable() && m_target->SendOutputStream(data, size);
-    }
     while (size > 0 && isTargetUsable()) {
         const unsigned int count = std::min(size, static_cast<unsigned int>(boundedRoom(WriteRemaining())));
         if (count == 0)
             return false;
-        std::memmove(pHead(), data, count); // `data` may be in the buffer itself
-        WriteAdvance(static_cast<int>(count));
+        append(*this, data, static_cast<int>(count));
         data += count;
         size -= count;
     }
@@ -110,18 +116,13 @@ void VirtualPutStream::PutB(const char* data, int length) {
     int space = boundedRoom(WriteRemaining());
     while (length > 0) {
         const int count = std::min(length, space);
-        if (count > 0)
-            std::memmove(pHead(), data, static_cast<std::size_t>(count));
-        WriteAdvance(count);
+        append(*this, data, count);
         data += count;
         length -= count;
         space = boundedRoom(WriteRemaining());
-        if (space > 0 || length == 0)
-            continue;
-        if (isTargetUsable())
-            space = boundedRoom(WriteRemaining());
-        // Give up on a target that refuses two flushes in a row.
-        if (space < 1)
+        if (space == 0 && length > 0)
+            space = spaceAfterRetry();
+        if (space == 0)
             break;
     }
     if (length < 1)
@@ -136,6 +137,10 @@ void VirtualPutStream::PutB(const char* data, int length) {
     std::snprintf(text, sizeof text, "Didn't fit. size=%d remaining=%d msg='%.*s'", length, space, std::min(length, 90),
                   data);
     VXUT_THROW(FAILURE_BUFFER, text);
+}
+
+int VirtualPutStream::spaceAfterRetry() const {
+    return isTargetUsable() ? boundedRoom(WriteRemaining()) : 0;
 }
 
 bool VirtualPutStream::StartOutputStream() {

@@ -83,6 +83,9 @@ protected:
     framework::OutputStream* m_target;
 
 private:
+    // The space after one more flush of a full buffer: a usable target that refused a flush may accept the next.
+    VXUT_HIDDEN int spaceAfterRetry() const;
+
     int m_flushThreshold;
     bool m_holdOutput;
     int m_transferred;
