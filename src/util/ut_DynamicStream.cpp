@@ -82,39 +82,36 @@ bool DynamicStream::SendOutputStream(const char* data, unsigned int size) {
 
         const Place at(m_outputCount);
         VXUT_TRACE(TOKEN_DYNAMIC_STREAM, "page: %d, offset: %d, length: %d", at.page, at.offset, at.length);
-        if (m_pageCount < at.page) {
-            VXUT_LOG(framework::Logger::LOG_ERROR, "out of bounds on dynamic stream");
+        if (at.page >= m_pageCount && !addPage(at.page, __PRETTY_FUNCTION__))
             return false;
-        }
-        if (m_pageCount == at.page) {
-            if (m_pageCount >= m_maxPages) {
-                VXUT_LOG(framework::Logger::LOG_ERROR, "tried to write past the end of the max for a dynamic stream");
-                return false;
-            }
-            VXUT_TRACE(TOKEN_DYNAMIC_STREAM, "allocating page: %d", m_pageCount);
-            if (!allocatePage()) {
-                VXUT_LOG(framework::Logger::LOG_ERROR, "no memory for page: %d", m_pageCount);
-                return false;
-            }
-        }
-
         const unsigned int count = std::min(at.length, std::min(size, available));
-        // Without progress, the loop would never end.
-        if (count == 0) {
-            VXUT_LOG(framework::Logger::LOG_ERROR,
-                     "nothing to transfer: page: %d, offset: %d, length: %d, size: %d, inputCount: %d, outputCount: %d",
-                     at.page, at.offset, at.length, size, m_inputCount, m_outputCount);
+        if (count == 0 || Debug::isDebugOn(strings::TOKEN_DYNAMIC_STREAM))
+            logTransfer(count, m_outputCount, size, __PRETTY_FUNCTION__);
+        if (count == 0)
             return false;
-        }
-        VXUT_TRACE(TOKEN_DYNAMIC_STREAM,
-                   "transfer: %d, page: %d, offset: %d, length: %d, size: %d, inputCount: %d, outputCount: %d", count,
-                   at.page, at.offset, at.length, size, m_inputCount, m_outputCount);
         std::memcpy(m_pages[at.page] + at.offset, data, count);
         m_outputCount += count;
         data += count;
         size -= count;
     }
     return true;
+}
+
+bool DynamicStream::addPage(unsigned int page, const char* function) {
+    if (page > m_pageCount) {
+        VXUT_LOG_AS(function, framework::Logger::LOG_ERROR, "out of bounds on dynamic stream");
+        return false;
+    }
+    if (page >= m_maxPages) {
+        VXUT_LOG_AS(function, framework::Logger::LOG_ERROR,
+                    "tried to write past the end of the max for a dynamic stream");
+        return false;
+    }
+    VXUT_TRACE_AS(function, TOKEN_DYNAMIC_STREAM, "allocating page: %d", page);
+    if (allocatePage())
+        return true;
+    VXUT_LOG_AS(function, framework::Logger::LOG_ERROR, "no memory for page: %d", page);
+    return false;
 }
 
 bool DynamicStream::allocatePage() {
@@ -124,6 +121,20 @@ bool DynamicStream::allocatePage() {
     m_pages[m_pageCount] = page;
     ++m_pageCount;
     return true;
+}
+
+void DynamicStream::logTransfer(unsigned int count, unsigned int position, unsigned int size,
+                                const char* function) const {
+    const Place at(position);
+    if (count == 0) {
+        VXUT_LOG_AS(function, framework::Logger::LOG_ERROR,
+                    "nothing to transfer: page: %d, offset: %d, length: %d, size: %d, inputCount: %d, outputCount: %d",
+                    at.page, at.offset, at.length, size, m_inputCount, m_outputCount);
+        return;
+    }
+    VXUT_LOG_AS(function, framework::Logger::LOG_DEBUG,
+                "transfer: %d, page: %d, offset: %d, length: %d, size: %d, inputCount: %d, outputCount: %d", count,
+                at.page, at.offset, at.length, size, m_inputCount, m_outputCount);
 }
 
 bool DynamicStream::isOutputStreamOpen() {
@@ -160,16 +171,10 @@ int DynamicStream::ReceiveInputStream(char* buffer, unsigned int size) {
         const Place at(m_inputCount);
         VXUT_TRACE(TOKEN_DYNAMIC_STREAM, "page: %d, offset: %d, length: %d", at.page, at.offset, at.length);
         const unsigned int count = std::min(at.length, std::min(size, unread));
-        // Without progress, the loop would never end.
-        if (count == 0) {
-            VXUT_LOG(framework::Logger::LOG_ERROR,
-                     "nothing to transfer: page: %d, offset: %d, length: %d, size: %d, inputCount: %d, outputCount: %d",
-                     at.page, at.offset, at.length, size, m_inputCount, m_outputCount);
+        if (count == 0 || Debug::isDebugOn(strings::TOKEN_DYNAMIC_STREAM))
+            logTransfer(count, m_inputCount, size, __PRETTY_FUNCTION__);
+        if (count == 0)
             return -1;
-        }
-        VXUT_TRACE(TOKEN_DYNAMIC_STREAM,
-                   "transfer: %d, page: %d, offset: %d, length: %d, size: %d, inputCount: %d, outputCount: %d", count,
-                   at.page, at.offset, at.length, size, m_inputCount, m_outputCount);
         std::memcpy(buffer, m_pages[at.page] + at.offset, count);
         m_inputCount += count;
         buffer += count;
