@@ -14,8 +14,7 @@ CircularStream::CircularStream(int capacity) : m_wrapped(false) {
 CircularStream::~CircularStream() = default;
 
 int CircularStream::ReadAvailable() const {
-    const int unread = WritePosition() - ReadPosition();
-    return unread < 0 ? Size() + unread : unread;
+    return unread();
 }
 
 int CircularStream::WriteRemaining() const {
@@ -23,24 +22,17 @@ int CircularStream::WriteRemaining() const {
 }
 
 void CircularStream::WriteAdvance(int n) {
-    const long long capacity = Size();
-    if (n < 1 || capacity < 1)
+    if (n < 1 || Size() < 1)
         return;
-    long long write = WritePosition();
-    long long read = ReadPosition();
-    const bool readerAhead = read > write;
-    write += n;
-    if (readerAhead && read <= write)
-        read = write + 1;
-    if (write >= capacity) {
-        // An advance by more than the capacity overruns all unread bytes; both positions still end in range.
-        write %= capacity;
-        m_wrapped = true;
-        if (write >= read || n > capacity)
-            read = write + 1;
-    }
-    setWritePosition(static_cast<int>(write));
-    setReadPosition(static_cast<int>(read % capacity));
+    // Unsigned, because a sum of two positive ints may overflow an int.
+    const unsigned int count = static_cast<unsigned int>(n);
+    const unsigned int capacity = static_cast<unsigned int>(Size());
+    const bool overrunsReader = static_cast<unsigned int>(unread()) + count >= capacity;
+    const unsigned int end = static_cast<unsigned int>(WritePosition()) + count;
+    m_wrapped = m_wrapped || end >= capacity;
+    setWritePosition(static_cast<int>(end % capacity));
+    if (overrunsReader)
+        setReadPosition(static_cast<int>((end + 1) % capacity));
 }
 
 void CircularStream::ReadAdvance(int n) {

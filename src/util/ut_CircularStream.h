@@ -70,6 +70,12 @@ public:
     bool isInputStreamAtEnd() override;
 
 private:
+    // The bytes from the read position to the write position.
+    int unread() const {
+        const int distance = WritePosition() - ReadPosition();
+        return distance < 0 ? Size() + distance : distance;
+    }
+
     bool m_wrapped;
 };
 
