@@ -4,9 +4,11 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <charconv>
 #include <cstdio>
 #include <cstring>
 #include <ctime>
+#include <iterator>
 #include <limits>
 
 #include <unistd.h>
@@ -51,10 +53,9 @@ Value fromHexString(const char* text) {
     return value;
 }
 
-constexpr unsigned long long topDivisor = 1000000000000000000U;
-constexpr int topPosition = 19;
 constexpr const char* capacityUnits[] = {" EB", " PB", " TB", " GB", " MB", " kB", ""};
 constexpr int noUnit = 6;
+constexpr int allDigits = std::numeric_limits<int>::max();
 
 // The absolute value, also of the most negative number.
 unsigned long long magnitude(long long v) {
@@ -62,31 +63,20 @@ unsigned long long magnitude(long long v) {
     return v < 0 ? 0 - bits : bits;
 }
 
-char digitAt(unsigned long long v, unsigned long long divisor) {
-    return static_cast<char>('0' + v / divisor % 10);
-}
-
-// Writes the first `digits` significant digits of `v`, with ',' and '.' between groups. Returns the index of their
-// unit.
-int putCapacity(BufferStream& out, unsigned long long v, int digits) {
-    int unit = 0;
-    int position = topPosition;
-    bool started = false;
-    for (unsigned long long divisor = topDivisor; divisor > 0 && digits > 0; divisor /= 10, --position) {
-        const char digit = digitAt(v, divisor);
-        if (position % 3 == 0 && digits >= 3) {
-            if (started)
-                out.PutC(',');
+// Writes the first `digits` decimal digits of `v`, which is not 0, in groups of three. Writes ',' before a group that
+// is shown whole, and '.' before one that is not. Returns the index of the unit of what is before the '.'.
+int putDigits(BufferStream& out, unsigned long long v, int digits) {
+    char number[std::numeric_limits<unsigned long long>::digits10 + 1];
+    const int length = static_cast<int>(std::to_chars(number, std::end(number), v).ptr - number);
+    int unit = noUnit - (length - 1) / 3;
+    for (int i = 0; i < std::min(digits, length); ++i) {
+        const bool startsGroup = i > 0 && (length - i) % 3 == 0;
+        const bool isWhole = digits - i >= 3;
+        if (startsGroup)
+            out.PutC(isWhole ? ',' : '.');
+        if (startsGroup && isWhole)
             ++unit;
-        } else if (position % 3 == 0) {
-            // Fewer than three digits are left only after one was written, so the point is never the first character.
-            out.PutC('.');
-        }
-        started = started || digit != '0';
-        if (!started)
-            continue;
-        out.PutC(digit);
-        --digits;
+        out.PutC(number[i]);
     }
     return unit;
 }
@@ -179,16 +169,7 @@ char* Misc::toDecimal(long long v, char* buf, int size) {
     }
     if (v < 0)
         out.PutC('-');
-    int position = topPosition;
-    bool started = false;
-    for (unsigned long long divisor = topDivisor; divisor > 0; divisor /= 10, --position) {
-        const char digit = digitAt(magnitude(v), divisor);
-        if (started && position % 3 == 0)
-            out.PutC(',');
-        started = started || digit != '0';
-        if (started)
-            out.PutC(digit);
-    }
+    putDigits(out, magnitude(v), allDigits);
     out.PutC(0);
     return buf;
 }
@@ -205,7 +186,7 @@ char* Misc::toDSdecimal(long long v, int digits, char* buf, int size) {
     } else {
         if (v < 0)
             out.PutC('-');
-        unit = putCapacity(out, magnitude(v), std::max(digits, 3));
+        unit = putDigits(out, magnitude(v), std::max(digits, 3));
     }
     out.PutF("%s", capacityUnits[unit]);
     return buf;
