@@ -194,15 +194,31 @@ void logUnwritten(const char* function, const char* file) {
                  "free disk space, or check the disk, and try again");
 }
 
-// Writes `entry` to the new file of `file`. Logs the reason and returns false if that fails. `isGiven` tells whether
-// the caller passed the entry; else it was read from `file`.
-bool writeEntry(const char* function, const char* file, const passwd& entry, bool isGiven, std::FILE* out) {
+// Writes the given user to the new file of `file`. Logs the reason and returns false if that fails.
+bool writeUser(const char* function, const char* file, const passwd& user, std::FILE* out) {
+    if (putpwent(&user, out) == 0)
+        return true;
+    if (std::ferror(out) != 0)
+        logUnwritten(function, file);
+    else
+        logUnchanged(function, file, "the given user cannot be written", "use fields without ':' and newline");
+    return false;
+}
+
+// Writes `user` in place of `entry`, the entry with its name; null deletes the entry. Logs the reason and returns false
+// if that fails.
+bool replaceEntry(const char* function, const char* file, PW& entry, const passwd* user, std::FILE* out) {
+    entry.dump();
+    VXUT_TRACE_AS(function, TOKEN_PW_SERVICE, "found");
+    return user == nullptr || writeUser(function, file, *user, out);
+}
+
+// Writes an entry of `file` to its new file. Logs the reason and returns false if that fails.
+bool copyEntry(const char* function, const char* file, const passwd& entry, std::FILE* out) {
     if (putpwent(&entry, out) == 0)
         return true;
     if (std::ferror(out) != 0)
         logUnwritten(function, file);
-    else if (isGiven)
-        logUnchanged(function, file, "the given user cannot be written", "use fields without ':' and newline");
     else
         logUnchanged(function, file, ("the entry of user " + std::string(entry.pw_name) + " cannot be written").c_str(),
                      "remove ':' from its fields, or delete the user");
@@ -282,24 +298,20 @@ void PWService::delUser(PW* user) {
 }
 
 bool PWService::copyEntries(std::FILE* in, std::FILE* out, const passwd& user, bool adds, const char* function) {
-    bool found = false;
+    bool isFound = false;
     while (readEntry(in)) {
-        const bool isGiven = std::strcmp(m_PW.getUserName(), user.pw_name) == 0;
-        if (isGiven) {
-            m_PW.dump();
-            VXUT_TRACE_AS(function, TOKEN_PW_SERVICE, "found");
-            found = true;
-            if (!adds)
-                continue;
-        }
-        if (!writeEntry(function, getFileName(), isGiven ? user : m_PW.m_passwd, isGiven, out))
+        const bool isUser = std::strcmp(m_PW.getUserName(), user.pw_name) == 0;
+        isFound = isFound || isUser;
+        const bool isWritten = isUser ? replaceEntry(function, getFileName(), m_PW, adds ? &user : nullptr, out)
+                                      : copyEntry(function, getFileName(), m_PW.m_passwd, out);
+        if (!isWritten)
             return false;
     }
     if (std::ferror(in) != 0) {
         logUnchanged(function, getFileName(), "it cannot be read to its end", "check its disk");
         return false;
     }
-    return !adds || found || writeEntry(function, getFileName(), user, true, out);
+    return isFound || !adds || writeUser(function, getFileName(), user, out);
 }
 
 void PWService::rewrite(PW* user, bool adds, const char* function) {
