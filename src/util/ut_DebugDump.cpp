@@ -99,32 +99,37 @@ void putDumpLine(BufferStream& out, const unsigned char* bytes, int offset, int 
     out.PutS("\n");
 }
 
+void putHexByte(BufferStream& out, const unsigned char* bytes, unsigned int held, unsigned int i) {
+    if (i < held)
+        out.PutF("%02x", bytes[i]);
+    else
+        out.PutS("  ");
+}
+
+void putCharacter(BufferStream& out, const unsigned char* bytes, unsigned int held, unsigned int i) {
+    if (i >= held)
+        out.PutC(' ');
+    else if (bytes[i] < 32 || bytes[i] > 126)
+        out.PutS("-");
+    else
+        out.PutF("%c", bytes[i]);
+}
+
+// Writes the line of `bytesPerLine` positions that begins with byte `start` of `data`. Positions past the end of the
+// data are blank.
 void putFormattedLine(BufferStream& out, const unsigned char* data, unsigned int size, unsigned int start,
                       unsigned int bytesPerLine) {
+    const unsigned char* bytes = data + start;
     const unsigned int held = std::min(bytesPerLine, size - start);
-    for (unsigned int i = 0; i < bytesPerLine; ++i) {
-        if (i == 0) {
-            out.PutF("\n[%06d] %02x", static_cast<int>(start), data[start]);
-            continue;
-        }
+    out.PutF("\n[%06d] %02x", static_cast<int>(start), bytes[0]);
+    for (unsigned int i = 1; i < bytesPerLine; ++i) {
         if (i % 4 == 0)
             out.PutC(' ');
-        if (i < held) {
-            out.PutF("%02x", data[start + i]);
-        } else {
-            out.PutS("  ");
-        }
+        putHexByte(out, bytes, held, i);
     }
     out.PutS("  ");
-    for (unsigned int i = 0; i < bytesPerLine; ++i) {
-        if (i >= held) {
-            out.PutC(' ');
-        } else if (data[start + i] < 32 || data[start + i] > 126) {
-            out.PutS("-");
-        } else {
-            out.PutF("%c", data[start + i]);
-        }
-    }
+    for (unsigned int i = 0; i < bytesPerLine; ++i)
+        putCharacter(out, bytes, held, i);
 }
 
 } // namespace
