@@ -458,6 +458,17 @@ TEST(VirtualGetStream, WithoutWaitingFailedReceivesAreRepeatedAtMost1000Times) {
     EXPECT_EQ(log.count(), 0u);
 }
 
+TEST(VirtualGetStream, WhileWaitingFailedReceivesAreRepeatedWithoutLimit) {
+    test::ScriptedInput source;
+    for (int i = 0; i < 1001; ++i)
+        source.answer(-1);
+    source.give("abc");
+    VirtualGetStream stream(source, 8, 0, 0, nullptr);
+    stream.load();
+    EXPECT_EQ(held(stream), "abc");
+    EXPECT_EQ(source.asked.size(), 1002u);
+}
+
 TEST(VirtualGetStream, FailedReceiveOfASourceInErrorIsNotRepeated) {
     test::ScriptedInput source;
     source.answer(-1).give("abc");
