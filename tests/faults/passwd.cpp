@@ -359,20 +359,13 @@ void failCalls(Scene& scene, bool isShort) {
         report("failing calls", "too few took place");
 }
 
-/// The machine's own password file is out of reach of a library that ignores VX_ROOT.
-bool isMachineSafe() {
-    using Machine = test::ProtectedMachine;
-    return Machine::isOutOfReach() || (Machine::enterNamespace() && Machine::isOutOfReach()) ||
-           (Machine::becomeNobody() && Machine::isOutOfReach());
-}
-
 } // namespace
 
 int main(int argc, char** argv) {
     const bool isShort = argc > 1 && std::strcmp(argv[1], "short") == 0;
     const unsigned kills = isShort ? 10 : argc > 1 ? static_cast<unsigned>(std::atoi(argv[1])) : 500;
     const unsigned seed = argc > 2 ? static_cast<unsigned>(std::atoi(argv[2])) : std::random_device()();
-    if (!isMachineSafe()) {
+    if (!test::ProtectedMachine::protect()) {
         std::puts("skipped: this process can write /etc/passwd, and nothing would protect it from a fault");
         return skipped;
     }
