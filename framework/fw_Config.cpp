@@ -2,6 +2,7 @@
 
 #include <cstdarg>
 
+#include "fw_Memory.h"
 #include "internal/fw_Text.h"
 
 namespace framework {
@@ -9,7 +10,7 @@ namespace framework {
 char* Config::generateNameString(const char* format, ...) {
     va_list arguments;
     va_start(arguments, format);
-    char* name = formatText(format, arguments);
+    char* name = formatText(format, arguments, Memory::StaticAlloc);
     va_end(arguments);
     return name;
 }

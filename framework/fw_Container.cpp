@@ -1,13 +1,11 @@
+// Container: the process and its end. Running commands is in fw_ContainerSpawn.cpp.
+
 #include "fw_Container.h"
 
 #include <pthread.h>
 #include <signal.h>
 
 #include <cstdlib>
-
-#include "internal/fw_Command.h"
-#include "ut_GetStream.h"
-#include "ut_PutStream.h"
 
 namespace framework {
 
@@ -37,11 +35,6 @@ Container::Container() {
 Container::~Container() {
     if (m_pMe == this)
         m_pMe = nullptr;
-}
-
-bool Container::spawn(const char* command, utility::GetStream* in, utility::PutStream* out) {
-    const CommandWords words(command);
-    return words.any() && runCommand(words.get(), in, out);
 }
 
 void Container::dumpApplication(int sig) {

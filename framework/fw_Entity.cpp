@@ -56,7 +56,7 @@ void Entity::setError(const char* format, ...) {
 
 void Entity::setErrorFrom(const char* format, va_list arguments) {
     // Format before freeing the old text, which may be one of the arguments.
-    const char* text = formatText(format ? format : noMessage, arguments);
+    const char* text = formatText(format ? format : noMessage, arguments, Memory::StaticAlloc);
     dropErrorMessage();
     m_errorMessage = text ? text : messageWithoutMemory;
     m_inError = 1;

@@ -2,11 +2,9 @@
 
 #include <cstdio>
 
-#include "fw_Memory.h"
-
 namespace framework {
 
-char* formatText(const char* format, va_list arguments) {
+char* formatText(const char* format, va_list arguments, void* (*allocate)(unsigned long size)) {
     if (!format)
         return nullptr;
     va_list measured;
@@ -16,7 +14,7 @@ char* formatText(const char* format, va_list arguments) {
     if (length < 0)
         return nullptr;
     const std::size_t size = static_cast<std::size_t>(length) + 1;
-    char* text = static_cast<char*>(Memory::StaticAlloc(size));
+    char* text = static_cast<char*>(allocate(size));
     if (text)
         std::vsnprintf(text, size, format, arguments);
     return text;

@@ -25,7 +25,7 @@ char* copyText(const char* text, unsigned long limit, Allocate allocate) {
 /// The limit for a copy of the whole text.
 constexpr unsigned long wholeText = static_cast<unsigned long>(-1) / 2;
 
-/// Returns the formatted text, of any length, allocated by `Memory::StaticAlloc`, or null on failure.
-char* formatText(const char* format, va_list arguments) VXFW_PRINTF(1, 0);
+/// Returns the formatted text, of any length, in storage that `allocate(size)` returns, or null on failure.
+char* formatText(const char* format, va_list arguments, void* (*allocate)(unsigned long size)) VXFW_PRINTF(1, 0);
 
 } // namespace framework

@@ -38,9 +38,12 @@ SHARDS = 4
 # The tests of a source are those of its own name, then these.
 KIN = {
     "fw_Command": ["fw_Container"],
+    "fw_ContainerSpawn": ["fw_Container"],
     "fw_RunTimeStrings": ["fw_StableStringRepository", "fw_StringRepository"],
     "fw_Text": ["fw_Config", "fw_Memory", "fw_Entity", "fw_FSUMemory"],
     "ut_Deadline": ["ut_Waiter", "ut_BufferStreamList"],
+    "ut_DebugDump": ["ut_Debug"],
+    "ut_DebugLock": ["ut_DebugCrash"],
     "ut_Failure": ["ut_Buffer", "ut_PutStream", "ut_GetStream", "ut_Array", "ut_StringArray", "ut_Environment"],
     "ut_FileDescriptor": ["ut_FileInputStream", "ut_FileOutputStream"],
     "ut_GetStream": ["ut_ParameterEncoding"],
@@ -48,6 +51,7 @@ KIN = {
     "ut_HexText": ["ut_Misc", "ut_SerialNumber", "ut_WWN"],
     "ut_PutStream": ["ut_ParameterEncoding"],
     "ut_TokenNames": ["ut_TokenArray", "ut_TokenSet"],
+    "ut_Utf8": ["ut_MiscText", "ut_Buffer", "ut_PutStream"],
     "ut_WriteHead": ["ut_IPV6Address", "ut_PortAddress"],
 }
 

@@ -9,7 +9,7 @@
 #include "fw_Memory.h"
 #include "internal/ut_Failure.h"
 #include "internal/ut_Trace.h"
-#include "ut_Misc.h"
+#include "internal/ut_Utf8.h"
 
 namespace utility {
 
@@ -32,7 +32,7 @@ int distance(int from, int to) {
 // -1 if no such length makes the text printable.
 int partialCharacterLength(const char* text, int length) {
     for (int partial = 0; partial <= std::min(length, 3); ++partial) {
-        if (Misc::isStringPrintableUtf8(text, static_cast<unsigned int>(length - partial), "", "\t\n\r"))
+        if (isPrintableUtf8(text, static_cast<unsigned int>(length - partial), "", "\t\n\r"))
             return partial;
     }
     return -1;

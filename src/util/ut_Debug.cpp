@@ -1,22 +1,13 @@
-// Debug: the switches, which need no stream. Dumps are in ut_DebugDump.cpp, crash reports in ut_DebugCrash.cpp.
+// Debug: the switches, which need no stream. Dumps are in ut_DebugDump.cpp, crash reports in ut_DebugCrash.cpp and
+// their lock in ut_DebugLock.cpp.
 
 #include "ut_Debug.h"
-
-#include <pthread.h>
-
-#include <new>
 
 #include "fw_StableStringRepository.h"
 
 namespace utility {
 
 std::bitset<8192> Debug::m_bits;
-Locker Debug::m_locker;
-
-// The thread that holds the lock does not exist in a forked child and would never release it.
-void Debug::watchForks() {
-    pthread_atfork(nullptr, nullptr, [] { new (&m_locker) Locker; });
-}
 
 bool Debug::isDebugOn(const char* name) {
     return name != nullptr && isDebugOn(strings::GS.toToken(name));

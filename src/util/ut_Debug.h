@@ -6,7 +6,6 @@
 #include <cstddef>
 
 #include "fw_StringToken.h"
-#include "ut_Locker.h"
 #include "ut_Switches.h"
 
 namespace framework {
@@ -17,6 +16,7 @@ namespace utility {
 
 class BufferStream;
 class FileOutputStream;
+class Locker;
 class PutStream;
 class StringArray;
 

@@ -28,6 +28,7 @@
 #include "ut_BufferStream.h"
 #include "ut_Environment.h"
 #include "ut_FileOutputStream.h"
+#include "ut_Locker.h"
 
 // The demangler of libsupc++ in the form that does not allocate: a handler may have interrupted the allocator. It
 // passes the name to the callback piece by piece and returns 0, or another value if `symbol` is not a mangled name. No
