@@ -83,6 +83,7 @@ function(vxut_library_options target)
         # Inline members of exported classes stay visible: some are part of what a library offers.
         CXX_VISIBILITY_PRESET hidden
         INSTALL_RPATH "$ORIGIN"
-        # Both lie side by side in the build tree too; a second path would leave an empty entry, the current directory.
+        LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}
+        # Both are in one folder in the build tree too; a second path would leave an empty entry, the current directory.
         BUILD_WITH_INSTALL_RPATH ON)
 endfunction()

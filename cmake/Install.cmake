@@ -3,6 +3,8 @@ include(CMakePackageConfigHelpers)
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/VXut)
 install(TARGETS VXfw VXut EXPORT VXutTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+vxut_public_headers(VXfw framework_headers)
+vxut_public_headers(VXut util_headers)
 install(FILES ${framework_headers} ${util_headers} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/VXut COMPONENT headers)
 install(EXPORT VXutTargets NAMESPACE VXut:: DESTINATION ${package_dir})
 
