@@ -5,7 +5,7 @@
 root=$(cd -- "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/../.." && pwd)
 
 build_packages=(cmake ninja-build g++ libcrypt-dev googletest)
-test_packages=(openssl pkg-config)
+test_packages=(openssl pkg-config python3)
 check_packages=(clang clang-format clang-tidy)
 deep_packages=(clang libclang-rt-14-dev cppcheck gcovr valgrind)
 mutate_packages=(python3 util-linux)
