@@ -67,6 +67,9 @@ function(vxut_library_options target)
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
         target_compile_options(${target} PRIVATE -fno-gnu-unique)
     endif()
+    # Calls inside a library go to its own operations directly, and may be inlined: nobody replaces them one by one.
+    target_compile_options(${target} PRIVATE -fno-semantic-interposition)
+    target_link_options(${target} PRIVATE LINKER:-Bsymbolic-functions)
     target_link_options(${target} PRIVATE LINKER:--version-script=${PROJECT_SOURCE_DIR}/cmake/standard-library.map)
     # Clang links the sanitizers' run-time library into programs only.
     if(NOT (VXUT_SANITIZE AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang"))
