@@ -1,7 +1,5 @@
 #include "console_SignalStack.h"
 
-#include <new>
-
 namespace console {
 
 namespace {
@@ -11,18 +9,15 @@ const std::size_t stackSize = 131072;
 
 } // namespace
 
-SignalStack::SignalStack() : m_memory(new (std::nothrow) char[stackSize]), m_former(), m_isInstalled(false) {
-    if (m_memory == nullptr)
-        return;
+SignalStack::SignalStack() : m_memory(new char[stackSize]), m_former() {
     stack_t mine = {};
     mine.ss_sp = m_memory.get();
     mine.ss_size = stackSize;
-    m_isInstalled = sigaltstack(&mine, &m_former) == 0;
+    sigaltstack(&mine, &m_former);
 }
 
 SignalStack::~SignalStack() {
-    if (m_isInstalled)
-        sigaltstack(&m_former, nullptr);
+    sigaltstack(&m_former, nullptr);
 }
 
 } // namespace console

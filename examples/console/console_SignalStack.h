@@ -6,8 +6,7 @@
 
 namespace console {
 
-/// An alternate signal stack for the calling thread, so that a handler can report a stack overflow. If there is no
-/// memory for it, handlers run on the thread's own stack.
+/// An alternate signal stack for the calling thread, so that a handler can report a stack overflow.
 ///
 /// Handlers installed with `SA_ONSTACK` run on it. Create and destroy the object in the same thread.
 ///
@@ -23,7 +22,6 @@ public:
 private:
     std::unique_ptr<char[]> m_memory;
     stack_t m_former;
-    bool m_isInstalled;
 };
 
 } // namespace console

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <limits>
 
 #include "fw_Memory.h"
 #include "internal/ut_Failure.h"
@@ -46,6 +47,38 @@ void Array::copyBlock(const Array& other, std::size_t elementSize) {
 void Array::growBlock(std::size_t elementSize, unsigned int count) {
     if (std::uint64_t{m_length} + count >= m_size)
         m_block = realloc(m_block, &m_size, std::max(growthStep, count), elementSize);
+}
+
+bool Array::growInSteps(std::uint64_t needed, std::size_t elementSize) {
+    if (needed <= m_size)
+        return true;
+    const std::uint64_t steps = (needed - m_size + growthStep - 1) / growthStep;
+    if (steps * growthStep > std::numeric_limits<unsigned int>::max())
+        return false;
+    const auto added = static_cast<unsigned int>(steps * growthStep);
+    if (!isCountable(m_size, added, elementSize))
+        return false;
+
+    const std::size_t oldBytes = m_size * elementSize;
+    const std::size_t addedBytes = added * elementSize;
+    char* const block = static_cast<char*>(framework::Memory::StaticAlloc(oldBytes + addedBytes));
+    if (block == nullptr)
+        return false;
+    std::memcpy(block, m_block, oldBytes);
+    std::memset(block + oldBytes, 0, addedBytes);
+    framework::Memory::StaticFree(m_block);
+    m_block = block;
+    m_size += added;
+    return true;
+}
+
+bool Array::appendBlock(const void* elements, unsigned int count, std::size_t elementSize) {
+    if (!growInSteps(std::uint64_t{m_length} + count, elementSize))
+        return false;
+    if (count > 0)
+        std::memcpy(static_cast<char*>(m_block) + m_length * elementSize, elements, count * elementSize);
+    m_length += count;
+    return true;
 }
 
 void Array::freeBlock() {

@@ -3,8 +3,11 @@
 #include "ut_Export.h"
 
 #include <cstddef>
+#include <cstdint>
 
 namespace utility {
+
+class GetStream;
 
 /// Base class of the typed arrays: a growable block of slots of equal size.
 ///
@@ -66,10 +69,18 @@ protected:
     VXUT_HIDDEN void growBlock(std::size_t elementSize, unsigned int count = 0);
     /// Frees the block.
     VXUT_HIDDEN void freeBlock();
+    /// Grows the block by as many steps as `needed` slots take. Returns false and changes nothing if there is no memory
+    /// for them.
+    VXUT_HIDDEN bool growInSteps(std::uint64_t needed, std::size_t elementSize);
+    /// Appends `count` elements from `elements`, byte by byte, with the capacity that appending them one by one would
+    /// give. Returns false and changes nothing if there is no memory for it.
+    VXUT_HIDDEN bool appendBlock(const void* elements, unsigned int count, std::size_t elementSize);
 
     unsigned int m_length;
     unsigned int m_size;
     void* m_block;
+
+    friend class GetStream;
 };
 
 } // namespace utility

@@ -179,28 +179,6 @@ void Buffer::supplyArray(char* array, int size) {
     array[size - 1] = 0;
 }
 
-int Buffer::boundedRoom(int wanted) const {
-    if (m_storage == nullptr || m_head < 0 || m_head > m_size)
-        return 0;
-    return std::clamp(wanted, 0, m_size - m_head);
-}
-
-int Buffer::boundedReadable(int wanted) const {
-    const int end = std::min(m_head, m_size);
-    if (m_storage == nullptr || m_tail < 0 || m_tail > end)
-        return 0;
-    return std::clamp(wanted, 0, end - m_tail);
-}
-
-bool Buffer::isStored(int position) const {
-    return m_storage != nullptr && position >= 0 && (m_terminated ? position <= m_size : position < m_size);
-}
-
-void Buffer::terminate() {
-    if (isTerminable())
-        m_storage[m_head] = 0;
-}
-
 void* Buffer::operator new(std::size_t size) noexcept {
     framework::Memory* memory = framework::Container::getMemory();
     return memory != nullptr ? memory->allocate(size) : std::malloc(size);

@@ -125,17 +125,54 @@ protected:
 
     /// How many of `wanted` bytes fit between the write position and the capacity; 0 if the write position is outside
     /// the storage.
-    int boundedRoom(int wanted) const;
+    int boundedRoom(int wanted) const {
+        if (m_storage == nullptr || m_head < 0 || m_head > m_size || wanted < 0)
+            return 0;
+        return wanted < m_size - m_head ? wanted : m_size - m_head;
+    }
     /// How many of `wanted` bytes are between the read position and the write position, and inside the storage.
-    int boundedReadable(int wanted) const;
+    int boundedReadable(int wanted) const {
+        const int end = m_head < m_size ? m_head : m_size;
+        if (m_storage == nullptr || m_tail < 0 || m_tail > end || wanted < 0)
+            return 0;
+        return wanted < end - m_tail ? wanted : end - m_tail;
+    }
     /// Whether the storage has a byte at `position`; the byte for the terminating NUL counts.
-    bool isStored(int position) const;
+    bool isStored(int position) const {
+        return m_storage != nullptr && position >= 0 && (m_terminated ? position <= m_size : position < m_size);
+    }
     /// Whether the storage has a byte for a NUL at the write position.
     bool isTerminable() const {
         return isStored(m_head);
     }
     /// Writes a NUL at the write position if the storage has a byte there; does not move the position.
-    void terminate();
+    void terminate() {
+        if (isTerminable())
+            m_storage[m_head] = 0;
+    }
+
+    // The streams' short way to the four position operations, for the library only. Each one does what the virtual
+    // operation would, and calls it where a derived class overrides it or where it would fail.
+
+    /// Whether no derived class overrides `WriteRemaining` and `WriteAdvance`.
+    VXUT_HIDDEN bool hasOwnWriting() const;
+    /// Whether no derived class overrides `ReadAvailable` and `ReadAdvance`.
+    VXUT_HIDDEN bool hasOwnReading() const;
+    VXUT_HIDDEN int writeRemaining() const;
+    VXUT_HIDDEN int readAvailable() const;
+    VXUT_HIDDEN void writeAdvance(int n);
+    VXUT_HIDDEN void readAdvance(int n);
+    /// Moves the write position over `n` bytes and returns where they start; the caller writes them. Returns null and
+    /// moves nothing if they do not fit or if a derived class overrides a write operation.
+    VXUT_HIDDEN char* claimHead(int n);
+    /// Moves the read position over `n` readable bytes and returns where they start. Returns null and moves nothing if
+    /// there are fewer or if a derived class overrides a read operation.
+    VXUT_HIDDEN char* claimTail(int n);
+    /// Writes `c` and a NUL after it. Returns false and does nothing where `claimHead` returns null.
+    VXUT_HIDDEN bool putDirectly(char c);
+    /// Writes `text` and a NUL after it, and moves the write position over the text and over `nuls` NULs, 0 or 1.
+    /// Returns false and does nothing if text and NUL do not fit or if a derived class overrides a write operation.
+    VXUT_HIDDEN bool putDirectly(const char* text, int nuls);
 
 private:
     StorageKind m_kind;

@@ -1,9 +1,12 @@
 #include "ut_GetStream.h"
 
 #include <algorithm>
+#include <climits>
 #include <cstring>
+#include <type_traits>
 
 #include "internal/ut_Failure.h"
+#include "internal/ut_OwnPositions.h"
 #include "internal/ut_Trace.h"
 #include "ut_FileInputStream.h"
 #include "ut_IntArray.h"
@@ -51,16 +54,21 @@ bool GetStream::fromFile(const char* path) {
 }
 
 bool GetStream::GetC(char* out) {
-    if (ReadAvailable() < 1 || boundedReadable(1) < 1)
+    if (const char* const tail = claimTail(1); tail != nullptr) {
+        if (out != nullptr)
+            *out = *tail;
+        return true;
+    }
+    if (readAvailable() < 1 || boundedReadable(1) < 1)
         return false;
     if (out != nullptr)
         *out = *pTail();
-    ReadAdvance(1);
+    readAdvance(1);
     return true;
 }
 
 char* GetStream::GetLine() {
-    const int available = boundedReadable(ReadAvailable());
+    const int available = boundedReadable(readAvailable());
     if (available == 0)
         return nullptr;
     char* start = pTail();
@@ -68,12 +76,12 @@ char* GetStream::GetLine() {
     if (newline == nullptr)
         return nullptr;
     *newline = 0;
-    ReadAdvance(static_cast<int>(newline + 1 - start));
+    readAdvance(static_cast<int>(newline + 1 - start));
     return start;
 }
 
 char* GetStream::ReadLine() {
-    const int available = boundedReadable(ReadAvailable());
+    const int available = boundedReadable(readAvailable());
     if (available == 0)
         return nullptr;
     char* start = pTail();
@@ -92,7 +100,7 @@ char* GetStream::ReadLine() {
     const int advance = static_cast<int>(next - start);
     // Trace the earlier count: `ReadAvailable` would refill the buffer of a stream with a source.
     VXUT_TRACE(TOKEN_GET_STREAM, "advancing %d, readavailable %d", advance, available);
-    ReadAdvance(advance);
+    readAdvance(advance);
     return start;
 }
 
@@ -101,6 +109,15 @@ char& GetStream::operator[](unsigned int index) {
     if (position < ReadPosition() || position > WritePosition() || !isStored(position))
         VXUT_THROW(FAILURE_STREAM_INDEX, "");
     return pBuffer()[position];
+}
+
+template<typename Number>
+bool GetStream::getValue(Number* value) {
+    const char* const tail = value != nullptr ? claimTail(sizeof *value) : nullptr;
+    if (tail == nullptr)
+        return getBytes(value, sizeof *value);
+    std::memcpy(value, tail, sizeof *value);
+    return true;
 }
 
 bool GetStream::getBytes(void* value, int width) {
@@ -112,23 +129,23 @@ bool GetStream::getBytes(void* value, int width) {
 }
 
 bool GetStream::GetParmUint16(unsigned short* value) {
-    return getBytes(value, 2);
+    return getValue(value);
 }
 
 bool GetStream::GetParmSint16(short* value) {
-    return getBytes(value, 2);
+    return getValue(value);
 }
 
 bool GetStream::GetParmUint32(unsigned int* value) {
-    return getBytes(value, 4);
+    return getValue(value);
 }
 
 bool GetStream::GetParmSint32(int* value) {
-    return getBytes(value, 4);
+    return getValue(value);
 }
 
 char* GetStream::GetParmString() {
-    const int available = boundedReadable(ReadAvailable());
+    const int available = boundedReadable(readAvailable());
     if (available < 1)
         return nullptr;
     char* text = pTail();
@@ -140,7 +157,7 @@ char* GetStream::GetParmString() {
         if (*pHead() != 0)
             terminate();
     }
-    ReadAdvance(std::min(length + 1, available));
+    readAdvance(std::min(length + 1, available));
     return text;
 }
 
@@ -148,23 +165,26 @@ int GetStream::GetParmBuf(char* destination, int maximum) {
     int length = 0;
     if (!GetParmSint32(&length))
         return 0;
-    const int count = boundedReadable(std::min({length, maximum, ReadAvailable()}));
+    const int count = boundedReadable(std::min({length, maximum, readAvailable()}));
     if (count > 0 && destination != nullptr)
         std::memmove(destination, pTail(), static_cast<std::size_t>(count));
-    ReadAdvance(length);
+    readAdvance(length);
     return length;
 }
 
-template<typename Value, typename ArrayType>
-bool GetStream::getArray(ArrayType& array) {
+template<typename ArrayType>
+bool GetStream::getArray(ArrayType& array, unsigned int arraySwitch) {
+    std::decay_t<decltype(array[0])> value = 0;
     const unsigned int before = array.length();
     unsigned int count = 0;
     unsigned int missing = 0;
-    Value value = 0;
     if (!GetParmUint32(&count))
         return false;
-    for (unsigned int i = 0; i < count; ++i) {
-        if (!getBytes(&value, sizeof value) && ++missing > maxMissingElements) {
+    const unsigned int atOnce = appendReadable(array, sizeof value, count, arraySwitch);
+    if (atOnce > 0)
+        value = array[array.length() - 1];
+    for (unsigned int i = atOnce; i < count; ++i) {
+        if (!getValue(&value) && ++missing > maxMissingElements) {
             array.truncate(before);
             return false;
         }
@@ -173,20 +193,31 @@ bool GetStream::getArray(ArrayType& array) {
     return true;
 }
 
+unsigned int GetStream::appendReadable(Array& array, int width, unsigned int count, unsigned int arraySwitch) {
+    // One by one where the switches of the array show each element.
+    if (!hasOwnReading() || Debug::isDebugOn(arraySwitch) || Debug::isDebugOn(strings::TOKEN_ARRAY))
+        return 0;
+    const unsigned int elements = std::min(count, static_cast<unsigned int>(boundedReadable(INT_MAX) / width));
+    if (!array.appendBlock(pTail(), elements, static_cast<std::size_t>(width)))
+        return 0;
+    claimTail(static_cast<int>(elements) * width);
+    return elements;
+}
+
 bool GetStream::GetParmUint16Array(UShortArray& array) {
-    return getArray<unsigned short>(array);
+    return getArray(array, strings::TOKEN_USHORT_ARRAY);
 }
 
 bool GetStream::GetParmUint32Array(UIntArray& array) {
-    return getArray<unsigned int>(array);
+    return getArray(array, strings::TOKEN_UINT_ARRAY);
 }
 
 bool GetStream::GetParmSint16Array(ShortArray& array) {
-    return getArray<short>(array);
+    return getArray(array, strings::TOKEN_SHORT_ARRAY);
 }
 
 bool GetStream::GetParmSint32Array(IntArray& array) {
-    return getArray<int>(array);
+    return getArray(array, strings::TOKEN_INT_ARRAY);
 }
 
 bool GetStream::GetParmStringArray(StringArray& array) {
@@ -215,18 +246,18 @@ bool GetStream::StartInputStream() {
 void GetStream::EndInputStream() {}
 
 int GetStream::ReceiveInputStream(char* destination, unsigned int n) {
-    const int available = boundedReadable(ReadAvailable());
+    const int available = boundedReadable(readAvailable());
     const int count = n < static_cast<unsigned int>(available) ? static_cast<int>(n) : available;
     if (destination == nullptr || count == 0)
         return 0;
     // The destination may overlap the source: it may be in the stream's own storage.
     std::memmove(destination, pTail(), static_cast<std::size_t>(count));
-    ReadAdvance(count);
+    readAdvance(count);
     return count;
 }
 
 bool GetStream::isInputStreamOpen() {
-    return ReadAvailable() > 0;
+    return readAvailable() > 0;
 }
 
 bool GetStream::isInputStreamInError() {
@@ -234,7 +265,7 @@ bool GetStream::isInputStreamInError() {
 }
 
 bool GetStream::isInputStreamAtEnd() {
-    return ReadAvailable() < 1;
+    return readAvailable() < 1;
 }
 
 } // namespace utility

@@ -6,6 +6,7 @@
 
 namespace utility {
 
+class Array;
 class IntArray;
 class ShortArray;
 class StringArray;
@@ -105,9 +106,12 @@ public:
     bool isInputStreamAtEnd() override;
 
 private:
+    template<typename Number>
+    VXUT_HIDDEN bool getValue(Number* value);
     bool getBytes(void* value, int width);
-    template<typename Value, typename ArrayType>
-    bool getArray(ArrayType& array);
+    template<typename ArrayType>
+    VXUT_HIDDEN bool getArray(ArrayType& array, unsigned int arraySwitch);
+    VXUT_HIDDEN unsigned int appendReadable(Array& array, int width, unsigned int count, unsigned int arraySwitch);
 };
 
 } // namespace utility

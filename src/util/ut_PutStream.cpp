@@ -7,6 +7,7 @@
 
 #include "fw_Logger.h"
 #include "internal/ut_Failure.h"
+#include "internal/ut_OwnPositions.h"
 #include "ut_FileOutputStream.h"
 #include "ut_IntArray.h"
 #include "ut_ShortArray.h"
@@ -18,17 +19,20 @@ namespace utility {
 
 namespace {
 
-// The message of an overflow, truncated to 199 characters.
-struct OverflowText {
-    char text[200];
+// Throws an overflow with a formatted message, truncated to 199 characters. Out of line, because the text would need
+// space on the stack of every write.
+[[noreturn, gnu::cold, gnu::noinline]] void throwOverflow(int line, const char* function, const char* format, ...)
+    VXUT_PRINTF(3, 4);
 
-    explicit OverflowText(const char* format, ...) VXUT_PRINTF(2, 3) {
-        va_list arguments;
-        va_start(arguments, format);
-        std::vsnprintf(text, sizeof text, format, arguments);
-        va_end(arguments);
-    }
-};
+void throwOverflow(int line, const char* function, const char* format, ...) {
+    char text[200];
+    va_list arguments;
+    va_start(arguments, format);
+    std::vsnprintf(text, sizeof text, format, arguments);
+    va_end(arguments);
+    static constexpr SourceFileName sourceFileName(__FILE__);
+    throwFailure(framework::Exception::FAILURE_BUFFER, sourceFileName.text, line, function, text, true);
+}
 
 } // namespace
 
@@ -41,7 +45,7 @@ PutStream::PutStream(char* storage, int size) : m_decorating(false) {
 PutStream::~PutStream() = default;
 
 void PutStream::PutC(char c) {
-    if (putCharacter(c) || isNoThrow())
+    if (putDirectly(c) || putCharacter(c) || isNoThrow())
         return;
     VXUT_THROW(FAILURE_BUFFER, "");
 }
@@ -58,54 +62,59 @@ bool PutStream::putCharacter(char c) {
 void PutStream::PutB(const char* data, int n) {
     if (data == nullptr)
         return;
+    if (char* const head = claimHead(n); head != nullptr) {
+        std::memcpy(head, data, static_cast<std::size_t>(n));
+        return;
+    }
     const int remaining = WriteRemaining();
     const int space = boundedRoom(remaining);
     if (space >= n) {
         if (n > 0)
             std::memcpy(pHead(), data, static_cast<std::size_t>(n));
-        WriteAdvance(n);
+        writeAdvance(n);
         return;
     }
     if (!isNoThrow()) {
-        VXUT_THROW(
-            FAILURE_BUFFER,
-            OverflowText("Didn't fit. size=%d remaining=%d msg='%.*s'", n, remaining, std::min(n, 90), data).text);
+        throwOverflow(__LINE__, __PRETTY_FUNCTION__, "Didn't fit. size=%d remaining=%d msg='%.*s'", n, remaining,
+                      std::min(n, 90), data);
     }
     framework::Logger::StaticLog(framework::Logger::LOG_ERROR,
                                  "PutStream::PutB: Didn't fit. size=%d remaining=%d msg='%.*s'", n, remaining,
                                  std::min(n, 200), data);
     if (space > 0)
         std::memcpy(pHead(), data, static_cast<std::size_t>(space));
-    WriteAdvance(space);
+    writeAdvance(space);
     truncatePartialUtf8();
 }
 
 void PutStream::PutS(const char* text) {
-    if (text == nullptr)
+    if (text == nullptr || putDirectly(text, 0))
         return;
     const int remaining = WriteRemaining();
     const int space = boundedRoom(remaining);
-    const void* end = space > 0 ? memccpy(pHead(), text, 0, static_cast<std::size_t>(space)) : nullptr;
-    if (end != nullptr) {
-        WriteAdvance(static_cast<int>(static_cast<const char*>(end) - 1 - pHead()));
+    const int length = static_cast<int>(strnlen(text, static_cast<std::size_t>(space) + 1));
+    if (length < space) {
+        std::memcpy(pHead(), text, static_cast<std::size_t>(length) + 1);
+        WriteAdvance(length);
         return;
     }
-    if (text[space] == 0) {
+    if (space > 0)
+        std::memcpy(pHead(), text, static_cast<std::size_t>(space));
+    if (length == space) {
         // Callers rely on this advance for a text that fills the space exactly: it is always refused.
         WriteAdvance(-1 - WritePosition());
         return;
     }
     WriteAdvance(space);
-    if (!isNoThrow()) {
-        VXUT_THROW(FAILURE_BUFFER, OverflowText("Didn't fit. remaining=%d msg='%.90s'", remaining, text).text);
-    }
+    if (!isNoThrow())
+        throwOverflow(__LINE__, __PRETTY_FUNCTION__, "Didn't fit. remaining=%d msg='%.90s'", remaining, text);
     framework::Logger::StaticLog(framework::Logger::LOG_ERROR, "PutStream::PutS: Didn't fit. remaining=%d msg='%.200s'",
                                  remaining, text);
     truncatePartialUtf8();
 }
 
 void PutStream::PutF(const char* format, ...) {
-    const int remaining = WriteRemaining();
+    const int remaining = writeRemaining();
     va_list arguments;
     va_start(arguments, format);
     const int wrote = formatAtHead(remaining, format, arguments);
@@ -113,8 +122,8 @@ void PutStream::PutF(const char* format, ...) {
     if (advanceFormatted(wrote, remaining))
         return;
     if (!isNoThrow()) {
-        VXUT_THROW(FAILURE_BUFFER,
-                   OverflowText("Didn't fit. wrote=%d remaining=%d msg='%.90s'", wrote, remaining, format).text);
+        throwOverflow(__LINE__, __PRETTY_FUNCTION__, "Didn't fit. wrote=%d remaining=%d msg='%.90s'", wrote, remaining,
+                      format);
     }
     framework::Logger::StaticLog(framework::Logger::LOG_ERROR,
                                  "PutStream::PutF: Didn't fit. wrote=%d remaining=%d msg='%.200s'", wrote, remaining,
@@ -123,15 +132,15 @@ void PutStream::PutF(const char* format, ...) {
 }
 
 void PutStream::PutV(const char* format, va_list arguments) {
-    const int remaining = WriteRemaining();
+    const int remaining = writeRemaining();
     const int wrote = formatAtHead(remaining, format, arguments);
     if (advanceFormatted(wrote, remaining)) {
         terminate();
         return;
     }
     if (!isNoThrow()) {
-        VXUT_THROW(FAILURE_BUFFER,
-                   OverflowText("Didn't fit. wrote=%d remaining=%d msg='%.90s'", wrote, remaining, format).text);
+        throwOverflow(__LINE__, __PRETTY_FUNCTION__, "Didn't fit. wrote=%d remaining=%d msg='%.90s'", wrote, remaining,
+                      format);
     }
     framework::Logger::StaticLog(framework::Logger::LOG_ERROR,
                                  "PutStream::PutV: Didn't fit. wrote=%d remaining=%d msg='%.200s'", wrote, remaining,
@@ -151,7 +160,7 @@ bool PutStream::advanceFormatted(int wrote, int remaining) {
     const int space = boundedRoom(remaining);
     const bool fits = wrote >= 0 && wrote <= space;
     // A negative count means that `vsnprintf` failed: discard its output.
-    WriteAdvance(wrote < 0 ? 0 : std::min(wrote, space));
+    writeAdvance(wrote < 0 ? 0 : std::min(wrote, space));
     if (wrote < 0)
         terminate();
     return fits;
@@ -175,9 +184,18 @@ bool PutStream::ToFile(const char* path) {
     FileOutputStream file(path, false, 0666);
     if (!file.StartOutputStream())
         return false;
-    const int available = boundedReadable(ReadAvailable());
+    const int available = boundedReadable(readAvailable());
     // Compare as numbers: callers rely on true for a count of one byte only.
     return static_cast<int>(file.SendOutputStream(pTail(), static_cast<unsigned int>(available))) == available;
+}
+
+template<typename Number>
+bool PutStream::putValue(Number value) {
+    char* const head = claimHead(sizeof value);
+    if (head == nullptr)
+        return putBytes(&value, sizeof value);
+    std::memcpy(head, &value, sizeof value);
+    return true;
 }
 
 bool PutStream::putBytes(const void* value, int width) {
@@ -189,35 +207,47 @@ bool PutStream::putBytes(const void* value, int width) {
 }
 
 void PutStream::PutParmUint16(uint16_t value) {
-    if (!putBytes(&value, sizeof value) && !isNoThrow())
+    if (!putValue(value) && !isNoThrow())
         VXUT_THROW(FAILURE_BUFFER, "");
 }
 
 void PutStream::PutParmSint16(int16_t value) {
-    if (!putBytes(&value, sizeof value) && !isNoThrow())
+    if (!putValue(value) && !isNoThrow())
         VXUT_THROW(FAILURE_BUFFER, "");
 }
 
 void PutStream::PutParmUint32(uint32_t value) {
-    if (!putBytes(&value, sizeof value) && !isNoThrow())
+    if (!putValue(value) && !isNoThrow())
         VXUT_THROW(FAILURE_BUFFER, "");
 }
 
 void PutStream::PutParmSint32(int32_t value) {
-    if (!putBytes(&value, sizeof value) && !isNoThrow())
+    if (!putValue(value) && !isNoThrow())
         VXUT_THROW(FAILURE_BUFFER, "");
 }
 
 void PutStream::PutParmString(const char* text) {
     if (text == nullptr)
         return;
+    if (putDirectly(text, 1)) {
+        terminate();
+        return;
+    }
     PutS(text);
     PutC(0);
 }
 
 void PutStream::PutParmBuf(char* block, int length) {
     const int lengthWidth = 4;
-    const int space = boundedRoom(WriteRemaining());
+    char* const head = block != nullptr && length >= 0
+                           ? claimHead(length < INT_MAX - lengthWidth ? lengthWidth + length : -1)
+                           : nullptr;
+    if (head != nullptr) {
+        std::memcpy(head, &length, sizeof length);
+        std::memcpy(head + lengthWidth, block, static_cast<std::size_t>(length));
+        return;
+    }
+    const int space = boundedRoom(writeRemaining());
     int n = space - lengthWidth;
     if (n < 0) {
         if (isNoThrow())
@@ -231,22 +261,27 @@ void PutStream::PutParmBuf(char* block, int length) {
         VXUT_THROW(FAILURE_BUFFER, "");
     }
     PutParmUint32(static_cast<uint32_t>(n));
-    n = std::min(n, boundedRoom(WriteRemaining()));
+    n = std::min(n, boundedRoom(writeRemaining()));
     if (n > 0)
         std::memcpy(pHead(), block, static_cast<std::size_t>(n));
-    WriteAdvance(n);
+    writeAdvance(n);
 }
 
 bool PutStream::fitsArray(unsigned int count, unsigned int width) const {
-    const long long space = boundedRoom(WriteRemaining());
+    const long long space = boundedRoom(writeRemaining());
     return isNoThrow() || space >= 4 + static_cast<long long>(count) * width;
 }
 
 template<typename ArrayType, typename Writer>
 void PutStream::putArray(ArrayType& array, Writer put) {
     const uint32_t count = array.length();
-    if (!putBytes(&count, sizeof count))
+    if (!putValue(count) || count == 0)
         return;
+    const std::size_t bytes = std::size_t{count} * sizeof array[0];
+    if (char* const head = bytes <= INT_MAX ? claimHead(static_cast<int>(bytes)) : nullptr; head != nullptr) {
+        std::memcpy(head, &array[0], bytes);
+        return;
+    }
     for (uint32_t i = 0; i < count; ++i)
         (this->*put)(array[i]);
 }
@@ -279,7 +314,7 @@ void PutStream::PutParmStringArray(StringArray& array) {
     if (!fitsArray(0, 0))
         VXUT_THROW(FAILURE_BUFFER, "");
     const uint32_t count = array.length();
-    if (!putBytes(&count, sizeof count))
+    if (!putValue(count))
         return;
     for (uint32_t i = 0; i < count; ++i)
         PutParmString(array[i]);
@@ -295,25 +330,25 @@ void PutStream::EndOutputStream() {}
 bool PutStream::SendOutputStream(const char* data, unsigned int n) {
     if (data == nullptr)
         return n == 0;
-    const unsigned int count = std::min(n, static_cast<unsigned int>(boundedRoom(WriteRemaining())));
+    const unsigned int count = std::min(n, static_cast<unsigned int>(boundedRoom(writeRemaining())));
     if (count > 0)
         std::memcpy(pHead(), data, count);
     // Advance by the full size: callers rely on the failure, or with the no-throw flag on a full stream.
-    WriteAdvance(static_cast<int>(std::min<unsigned int>(n, INT_MAX)));
+    writeAdvance(static_cast<int>(std::min<unsigned int>(n, INT_MAX)));
     terminate();
     return n == count;
 }
 
 bool PutStream::isOutputStreamOpen() {
-    return WriteRemaining() > 0;
+    return writeRemaining() > 0;
 }
 
 bool PutStream::isOutputStreamInError() {
-    return WriteRemaining() < 1;
+    return writeRemaining() < 1;
 }
 
 bool PutStream::isOutputStreamAtEnd() {
-    return WriteRemaining() < 1;
+    return writeRemaining() < 1;
 }
 
 } // namespace utility

@@ -121,6 +121,8 @@ private:
     bool putCharacter(char c);
     int formatAtHead(int remaining, const char* format, va_list arguments) VXUT_PRINTF(3, 0);
     bool advanceFormatted(int wrote, int remaining);
+    template<typename Number>
+    VXUT_HIDDEN bool putValue(Number value);
     bool putBytes(const void* value, int width);
     bool fitsArray(unsigned int count, unsigned int width) const;
     template<typename ArrayType, typename Writer>

@@ -9,6 +9,16 @@
 namespace utility {
 namespace {
 
+// Names what derived classes may call.
+struct DerivedBuffer : Buffer {
+    static constexpr auto members() {
+        return std::tuple(&DerivedBuffer::boundedRoom, &DerivedBuffer::boundedReadable, &DerivedBuffer::isStored,
+                          &DerivedBuffer::terminate);
+    }
+};
+
+[[gnu::used]] constexpr std::tuple bufferMembers = DerivedBuffer::members();
+
 [[gnu::used]] constexpr std::tuple
     streamMembers(&Buffer::pBuffer, &Buffer::pHead, &Buffer::pTail, &Buffer::WritePosition, &Buffer::ReadPosition,
                   &Buffer::Size, &Buffer::setNoThrow, &Buffer::isNoThrow, &BufferStreamElement::Next,
