@@ -2,6 +2,7 @@
 
 #include <cxxabi.h>
 #include <pthread.h>
+#include <sched.h>
 #include <sys/uio.h>
 #include <unistd.h>
 
@@ -59,14 +60,29 @@ private:
 
 class SinkLockGuard {
 public:
+    // EAGAIN: the maximum number of read locks is reached, for as long as so many threads are inside the sink.
     explicit SinkLockGuard(int (*take)(pthread_rwlock_t*)) {
-        take(&sinkLock);
+        int error = take(&sinkLock);
+        while (error == EAGAIN) {
+            sched_yield();
+            error = take(&sinkLock);
+        }
+        m_isHeld = error == 0;
     }
     SinkLockGuard(const SinkLockGuard&) = delete;
     SinkLockGuard& operator=(const SinkLockGuard&) = delete;
     ~SinkLockGuard() {
-        pthread_rwlock_unlock(&sinkLock);
+        if (m_isHeld)
+            pthread_rwlock_unlock(&sinkLock);
     }
+
+    // Without the lock, the sink must be neither read nor replaced.
+    bool isHeld() const {
+        return m_isHeld;
+    }
+
+private:
+    bool m_isHeld;
 };
 
 const char* nameOf(Logger::LogType type) {
@@ -102,7 +118,8 @@ void writeAll(iovec* pieces, int count) {
         const ssize_t written = writev(STDERR_FILENO, pieces, count);
         if (written < 0 && errno == EINTR)
             continue;
-        if (written < 0)
+        // 0 is not an error by itself, but would be returned again.
+        if (written <= 0)
             return;
         std::size_t taken = static_cast<std::size_t>(written);
         while (count > 0 && taken >= pieces->iov_len) {
@@ -156,7 +173,7 @@ void deliver(Logger::LogType type, const char* function, int line, const char* t
     }
     const Section section(busy);
     const SinkLockGuard guard(pthread_rwlock_rdlock);
-    if (!currentSink || !callSink(currentSink, currentContext, type, function, line, text))
+    if (!guard.isHeld() || !currentSink || !callSink(currentSink, currentContext, type, function, line, text))
         writeToStandardError(type, function, line, text);
 }
 
@@ -190,6 +207,8 @@ void Logger::setSink(Sink sink, void* context) {
         return;
     const Section section(busy);
     const SinkLockGuard guard(pthread_rwlock_wrlock);
+    if (!guard.isHeld())
+        return;
     currentSink = sink;
     currentContext = context;
 }

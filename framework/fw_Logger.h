@@ -7,8 +7,8 @@ namespace framework {
 /// Passes every diagnostic of the process to one sink.
 ///
 /// Any thread may log at any time, also in a signal handler that interrupted the sink: a message that is logged while
-/// the calling thread is inside the sink is written to standard error. Nothing is thrown. A message of up to 1,023
-/// bytes is logged without an allocation.
+/// the calling thread is inside the sink, or while the platform refuses the sink's lock, is written to standard error.
+/// Nothing is thrown. A message of up to 1,023 bytes is logged without an allocation.
 ///
 ///     framework::Logger::setSink(collect, &lines);
 ///     framework::Logger::StaticLog(framework::Logger::LOG_NOTICE, "%d ports", 4);

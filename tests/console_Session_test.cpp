@@ -3,9 +3,11 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <atomic>
+#include <cerrno>
 #include <chrono>
 #include <cstring>
 #include <string>
@@ -16,6 +18,17 @@
 #include "console_SignalStack.h"
 #include "support/ChildProcess.h"
 #include "support/TemporaryDirectory.h"
+
+namespace {
+
+/// How many of this thread's next calls of `write` return 0.
+thread_local int emptyWrites = 0;
+
+} // namespace
+
+extern "C" ssize_t write(int fd, const void* data, std::size_t size) {
+    return emptyWrites > 0 && emptyWrites-- > 0 ? 0 : syscall(SYS_write, fd, data, size);
+}
 
 namespace {
 
@@ -229,6 +242,17 @@ TEST(ConsoleDescriptorOutputStream, AFailureIsSticky) {
     EXPECT_FALSE(out.StartOutputStream());
     EXPECT_FALSE(out.SendOutputStream("", 0));
     close(full);
+}
+
+TEST(ConsoleDescriptorOutputStream, AWriteThatTakesNothingIsAFailure) {
+    const int null = open("/dev/null", O_WRONLY | O_CLOEXEC);
+    ASSERT_GE(null, 0);
+    console::DescriptorOutputStream out(null);
+    emptyWrites = 1;
+    EXPECT_FALSE(out.SendOutputStream("text", 4));
+    EXPECT_EQ(emptyWrites, 0);
+    EXPECT_EQ(out.errorNumber(), EIO);
+    close(null);
 }
 
 TEST(ConsoleHistory, UsageExample) {

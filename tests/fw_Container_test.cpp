@@ -4,13 +4,16 @@
 #include <fcntl.h>
 #include <signal.h>
 #include <sys/resource.h>
+#include <sys/syscall.h>
 #include <sys/time.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <chrono>
+#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -33,6 +36,29 @@
 
 using framework::Container;
 using framework::Memory;
+
+namespace {
+
+// The lowest number that `pipe2` gave an end.
+std::atomic<int> lowestPipeEnd{INT_MAX};
+// How many of this thread's next calls of `write` return 0.
+thread_local int emptyWrites = 0;
+
+} // namespace
+
+extern "C" {
+
+int pipe2(int* ends, int flags) noexcept {
+    const int result = static_cast<int>(syscall(SYS_pipe2, ends, flags));
+    if (result == 0)
+        lowestPipeEnd = std::min({lowestPipeEnd.load(), ends[0], ends[1]});
+    return result;
+}
+
+ssize_t write(int fd, const void* data, std::size_t size) {
+    return emptyWrites > 0 && emptyWrites-- > 0 ? 0 : syscall(SYS_write, fd, data, size);
+}
+}
 
 namespace {
 
@@ -447,6 +473,31 @@ TEST(Container, SpawnWorksWhereStandardStreamsAreClosed) {
         });
         EXPECT_EQ(child.status, 0);
     }
+}
+
+TEST(Container, SpawnOpensNoPipeUnderTheNumberOfAClosedStream) {
+    const test::ChildResult child = test::runInChild([] {
+        for (const int descriptor : {0, 1, 2})
+            close(descriptor);
+        lowestPipeEnd = INT_MAX;
+        Source in("text");
+        Collector out;
+        return Container::spawn("cat", &in, &out) && out.text == "text" ? lowestPipeEnd.load() : 0;
+    });
+    EXPECT_TRUE(child.exited);
+    EXPECT_GT(child.status, STDERR_FILENO);
+}
+
+TEST(Container, SpawnOfACommandWhoseInputTakesNothingIsFalse) {
+    const test::ChildResult child = test::runInChild([] {
+        alarm(60);
+        Source in("text");
+        Collector out;
+        emptyWrites = 1;
+        return !Container::spawn("cat", &in, &out) && emptyWrites == 0 && out.text.empty() ? 0 : 1;
+    });
+    EXPECT_EQ(child.signal, 0);
+    EXPECT_EQ(child.status, 0);
 }
 
 TEST(Container, SpawnGivesACommandNoFileAsAStandardStreamThatIsClosed) {

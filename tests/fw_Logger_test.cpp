@@ -1,10 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <pthread.h>
 #include <signal.h>
 #include <sys/ioctl.h>
+#include <sys/syscall.h>
 #include <sys/time.h>
+#include <sys/uio.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -25,6 +28,46 @@
 #include "fw_Logger.h"
 
 using framework::Logger;
+
+namespace {
+
+// What the next calls of the platform's functions return instead of being carried out.
+struct Refusal {
+    int error = 0;
+    int times = 0;
+
+    bool isNext() {
+        return times > 0 && times-- > 0;
+    }
+};
+
+Refusal readLocks;
+Refusal writeLocks;
+std::atomic<int> emptyWrites{0};
+
+template<class Function>
+Function* platform(const char* name) {
+    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
+
+} // namespace
+
+extern "C" {
+
+int pthread_rwlock_rdlock(pthread_rwlock_t* lock) noexcept {
+    static auto* const take = platform<int(pthread_rwlock_t*)>("pthread_rwlock_rdlock");
+    return readLocks.isNext() ? readLocks.error : take(lock);
+}
+
+int pthread_rwlock_wrlock(pthread_rwlock_t* lock) noexcept {
+    static auto* const take = platform<int(pthread_rwlock_t*)>("pthread_rwlock_wrlock");
+    return writeLocks.isNext() ? writeLocks.error : take(lock);
+}
+
+ssize_t writev(int fd, const iovec* pieces, int count) {
+    return emptyWrites > 0 && emptyWrites-- > 0 ? 0 : syscall(SYS_writev, fd, pieces, count);
+}
+}
 
 namespace {
 
@@ -494,4 +537,62 @@ TEST(Logger, ChildForkedWhileThreadsLogCanReplaceTheSink) {
     stop = true;
     busy.join();
     Logger::setSink(nullptr, nullptr);
+}
+
+namespace {
+
+std::string standardErrorWithSink(void (*body)(std::atomic<int>& calls)) {
+    static void (*inChild)(std::atomic<int>&);
+    inChild = body;
+    return standardErrorOf([] {
+        alarm(60);
+        static ActingSink sink{[] {
+        }};
+        Logger::setSink(ActingSink::receive, &sink);
+        inChild(sink.calls);
+    });
+}
+
+} // namespace
+
+TEST(Logger, TriesAgainWhereTooManyThreadsAreInsideTheSink) {
+    EXPECT_EQ(standardErrorWithSink([](std::atomic<int>& calls) {
+                  readLocks = {EAGAIN, 3};
+                  Logger::StaticLog(Logger::LOG_ERROR, "text");
+                  _exit(calls == 1 && readLocks.times == 0 ? 0 : 1);
+              }),
+              "");
+}
+
+TEST(Logger, MessageWithoutTheLockOfTheSinkGoesToStandardError) {
+    EXPECT_EQ(standardErrorWithSink([](std::atomic<int>& calls) {
+                  readLocks = {EDEADLK, 1};
+                  Logger::StaticLog(Logger::LOG_ERROR, "refused");
+                  Logger::StaticLog(Logger::LOG_ERROR, "taken");
+                  // Waits without end if a lock that was not held was released.
+                  Logger::setSink(nullptr, nullptr);
+                  Logger::StaticLog(Logger::LOG_ERROR, "plain");
+                  _exit(calls == 1 ? 0 : 1);
+              }),
+              "ERROR refused\nERROR plain\n");
+}
+
+TEST(Logger, SinkStaysWhereTheLockToReplaceItIsRefused) {
+    EXPECT_EQ(standardErrorWithSink([](std::atomic<int>& calls) {
+                  writeLocks = {EDEADLK, 1};
+                  Logger::setSink(nullptr, nullptr);
+                  Logger::StaticLog(Logger::LOG_ERROR, "text");
+                  Logger::setSink(nullptr, nullptr);
+                  _exit(calls == 1 ? 0 : 1);
+              }),
+              "");
+}
+
+TEST(Logger, DefaultGivesUpWhereAWriteTakesNothing) {
+    EXPECT_EQ(standardErrorOf([] {
+                  emptyWrites = 1;
+                  Logger::StaticLog(Logger::LOG_ERROR, "text");
+                  _exit(emptyWrites == 0 ? 0 : 1);
+              }),
+              "");
 }

@@ -29,9 +29,12 @@ bool DescriptorOutputStream::SendOutputStream(const char* data, unsigned int siz
         m_lastByte = data[size - 1];
     while (size > 0 && m_errorNumber == 0) {
         const ssize_t count = write(m_fd, data, size);
-        if (count >= 0) {
+        if (count > 0) {
             data += count;
             size -= static_cast<unsigned int>(count);
+        } else if (count == 0) {
+            // Trying again could go on without end.
+            m_errorNumber = EIO;
         } else if (errno == EAGAIN && waitUntilWritable(m_fd)) {
             continue;
         } else if (errno != EINTR) {

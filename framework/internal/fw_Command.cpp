@@ -13,6 +13,7 @@
 #include <ctime>
 
 #include "fw_Memory.h"
+#include "internal/fw_StandardNumbers.h"
 #include "ut_GetStream.h"
 #include "ut_PutStream.h"
 
@@ -40,7 +41,8 @@ public:
             ::close(m_descriptor);
         m_descriptor = -1;
     }
-    // Takes `descriptor`, but never with the number of a standard stream: the child's streams go there.
+    // Takes `descriptor`, but never with the number of a standard stream: the child's streams go there. Such a number
+    // occurs only where no descriptor was left to occupy it.
     bool adopt(int descriptor) {
         m_descriptor = descriptor;
         if (descriptor > STDERR_FILENO)
@@ -59,6 +61,7 @@ struct Pipe {
     Descriptor writeEnd;
 
     bool open() {
+        const StandardNumbers occupied;
         int ends[2];
         if (pipe2(ends, O_CLOEXEC) != 0)
             return false;
@@ -226,9 +229,10 @@ private:
         const ssize_t written = write(m_toChild.get(), m_input + m_sent, m_held);
         if (isForLater(written))
             return;
-        if (written < 0) {
+        // 0 would be returned again and again.
+        if (written <= 0) {
             // The child need not read its input to the end.
-            m_hasFailed = m_hasFailed || errno != EPIPE;
+            m_hasFailed = m_hasFailed || written == 0 || errno != EPIPE;
             m_toChild.close();
             return;
         }
