@@ -90,7 +90,7 @@ protected:
     void setErrorFrom(const char* format, va_list arguments) VXFW_PRINTF(2, 0);
 
 private:
-    void dropErrorMessage();
+    VXFW_HIDDEN void dropErrorMessage();
 
     Memory* m_memory;
     FSUMemory* m_pool;

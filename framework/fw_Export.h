@@ -9,6 +9,9 @@
 /// Marks an exported symbol; all others are hidden.
 #define VXFW_EXPORT __attribute__((visibility("default")))
 
+/// Keeps a member of an exported class out of the exported symbols.
+#define VXFW_HIDDEN __attribute__((visibility("hidden")))
+
 /// Has the compiler check printf-like arguments. Positions count from 1, including `this`.
 #define VXFW_PRINTF(formatPlace, firstPlace) __attribute__((format(printf, formatPlace, firstPlace)))
 

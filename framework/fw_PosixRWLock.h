@@ -32,7 +32,7 @@ public:
     void unlock() VXFW_THREADS(release_generic_capability()) override;
 
 private:
-    bool isMine() const;
+    VXFW_HIDDEN bool isMine() const;
 
     pthread_rwlock_t m_lock;
     std::atomic<const void*> m_writer; // identifies the writing thread; null when nobody writes

@@ -74,8 +74,8 @@ public:
 private:
     Arguments();
 
-    const char* addQuotedWord(const char* start);
-    const char* addPlainWord(const char* start);
+    VXUT_HIDDEN const char* addQuotedWord(const char* start);
+    VXUT_HIDDEN const char* addPlainWord(const char* start);
 
     StringArray* m_words;
     bool m_quoteUnmatched;

@@ -47,7 +47,7 @@ public:
     }
 
 private:
-    bool holds(const BufferStreamElement* e) const;
+    VXUT_HIDDEN bool holds(const BufferStreamElement* e) const;
 };
 
 } // namespace utility

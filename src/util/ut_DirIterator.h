@@ -50,11 +50,11 @@ public:
     int getType() const;
 
 private:
-    DirIterator();
+    VXUT_HIDDEN DirIterator();
 
-    void reportError();
+    VXUT_HIDDEN void reportError();
     const char* nextMatch(const char* function);
-    const char* end();
+    VXUT_HIDDEN const char* end();
 
     DIR* m_pDir;
     dirent* m_entry;

@@ -66,7 +66,7 @@ public:
 private:
     // Allocates `page`, the first one that is missing. Returns false if that fails, and logs in the name of `function`.
     VXUT_HIDDEN bool addPage(unsigned int page, const char* function);
-    bool allocatePage();
+    VXUT_HIDDEN bool allocatePage();
     // Traces, in the name of `function`, the transfer of `count` of `size` bytes from or to `position`. Logs an error
     // if `count` is 0: repeating the transfer would never end.
     VXUT_HIDDEN void logTransfer(unsigned int count, unsigned int position, unsigned int size,

@@ -39,9 +39,9 @@ public:
 private:
     struct SortedStrings;
 
-    bool isFreeSlot(const char* value) const;
+    VXUT_HIDDEN bool isFreeSlot(const char* value) const;
     int takeSlot(const char* s);
-    void freeSlot(int slot);
+    VXUT_HIDDEN void freeSlot(int slot);
 
     ShortArray m_sorted;
     int m_firstFree;

@@ -71,8 +71,8 @@ public:
     }
 
 private:
-    void adopt(int fd);
-    bool fail();
+    VXUT_HIDDEN void adopt(int fd);
+    VXUT_HIDDEN bool fail();
     bool isUsable() const {
         return m_open && !m_error;
     }

@@ -52,7 +52,7 @@ public:
     }
 
 private:
-    bool fail();
+    VXUT_HIDDEN bool fail();
 
     int m_fd;
     const char* m_path;

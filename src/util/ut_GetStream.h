@@ -108,7 +108,7 @@ public:
 private:
     template<typename Number>
     VXUT_HIDDEN bool getValue(Number* value);
-    bool getBytes(void* value, int width);
+    VXUT_HIDDEN bool getBytes(void* value, int width);
     template<typename ArrayType>
     VXUT_HIDDEN bool getArray(ArrayType& array, unsigned int arraySwitch);
     VXUT_HIDDEN unsigned int appendReadable(Array& array, int width, unsigned int count, unsigned int arraySwitch);

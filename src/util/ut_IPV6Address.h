@@ -83,7 +83,7 @@ public:
     bool isZero() const;
 
 private:
-    bool areZero(unsigned int groups) const;
+    VXUT_HIDDEN bool areZero(unsigned int groups) const;
 
     unsigned short m_groups[8];
 };

@@ -75,7 +75,7 @@ public:
     }
 
 private:
-    void setName(const char* name);
+    VXUT_HIDDEN void setName(const char* name);
 
     IPType m_ipType;
     IPV4Address m_ipv4;

@@ -61,7 +61,7 @@ public:
 private:
     struct SortedNames;
 
-    void clearRepeatedItems();
+    VXUT_HIDDEN void clearRepeatedItems();
 
     ItemArray m_items;
     UShortArray m_sorted;

@@ -141,11 +141,11 @@ public:
 private:
     friend class ListIterator;
 
-    bool isEmpty() const;
-    bool accepts(const ListContainable* e) const VXFW_THREADS(requires_shared_capability(m_lock));
-    void announce() VXFW_THREADS(requires_capability(m_lock));
+    VXUT_HIDDEN bool isEmpty() const;
+    VXUT_HIDDEN bool accepts(const ListContainable* e) const VXFW_THREADS(requires_shared_capability(m_lock));
+    VXUT_HIDDEN void announce() VXFW_THREADS(requires_capability(m_lock));
     void waitForElement() VXFW_THREADS(locks_excluded(m_lock));
-    ListContainable* takeOut(const ListEntry* entry) VXFW_THREADS(requires_capability(m_lock));
+    VXUT_HIDDEN ListContainable* takeOut(const ListEntry* entry) VXFW_THREADS(requires_capability(m_lock));
     void deleteAndRemove(const ListEntry* entry) VXFW_THREADS(requires_capability(m_lock));
 
     // Written with the write lock held. A consumer reads it without the lock before it waits.

@@ -73,9 +73,9 @@ public:
 private:
     static const unsigned int largestCount = 8;
 
-    unsigned int indexOf(unsigned int key, unsigned int index) const;
+    VXUT_HIDDEN unsigned int indexOf(unsigned int key, unsigned int index) const;
     void setItem(char* item);
-    void removeAt(unsigned int i);
+    VXUT_HIDDEN void removeAt(unsigned int i);
 
     framework::FSUMemory m_pool;
     unsigned int m_count;

@@ -58,7 +58,7 @@ public:
     static char* encryptPassword(const char* plain, char* out, unsigned int outSize);
 
 private:
-    static bool readEntry(std::FILE* file);
+    VXUT_HIDDEN static bool readEntry(std::FILE* file);
     static bool copyEntries(std::FILE* in, std::FILE* out, const passwd& user, bool adds, const char* function);
     static void rewrite(PW* user, bool adds, const char* function);
 

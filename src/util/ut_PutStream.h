@@ -123,7 +123,7 @@ private:
     bool advanceFormatted(int wrote, int remaining);
     template<typename Number>
     VXUT_HIDDEN bool putValue(Number value);
-    bool putBytes(const void* value, int width);
+    VXUT_HIDDEN bool putBytes(const void* value, int width);
     bool fitsArray(unsigned int count, unsigned int width) const;
     template<typename ArrayType, typename Writer>
     void putArray(ArrayType& array, Writer put);

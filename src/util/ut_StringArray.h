@@ -60,7 +60,7 @@ private:
     char** slots() const {
         return static_cast<char**>(m_block);
     }
-    void growWhenFull();
+    VXUT_HIDDEN void growWhenFull();
 };
 
 } // namespace utility

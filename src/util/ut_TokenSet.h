@@ -75,7 +75,7 @@ private:
     stringtoken* slots() const {
         return static_cast<stringtoken*>(m_block);
     }
-    bool isInShortSet(stringtoken token) const;
+    VXUT_HIDDEN bool isInShortSet(stringtoken token) const;
 };
 
 } // namespace utility

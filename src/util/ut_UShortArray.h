@@ -48,7 +48,7 @@ private:
     unsigned short* slots() const {
         return static_cast<unsigned short*>(m_block);
     }
-    unsigned int smallestFrom(unsigned int index) const;
+    VXUT_HIDDEN unsigned int smallestFrom(unsigned int index) const;
 };
 
 } // namespace utility

@@ -86,7 +86,7 @@ private:
     // Receives once from the source, at most `space` bytes, and traces in the name of the operation `function`. Returns
     // the source's result.
     VXUT_HIDDEN int receive(int space, const char* function);
-    bool isHeld(int position) const;
+    VXUT_HIDDEN bool isHeld(int position) const;
     bool isSourceGood() const {
         return m_source != nullptr && m_source->isInputStreamGood();
     }

@@ -44,7 +44,8 @@ public:
     void broadcast() const;
 
 private:
-    bool waitUntil(const timespec* deadline, const char* function) const VXFW_THREADS(requires_capability(this));
+    VXUT_HIDDEN bool waitUntil(const timespec* deadline, const char* function) const
+        VXFW_THREADS(requires_capability(this));
 
     mutable pthread_mutex_t m_mutex;
     mutable pthread_cond_t m_condition;

@@ -302,6 +302,14 @@ std::vector<Row> listRows() {
                 [](List& list, ListContainable* second) { list.getEntry(1)->insertBefore(second); }),
         listRow("ListEntry::insertAfter",
                 [](List& list, ListContainable* second) { list.getEntry(0)->insertAfter(second); }),
+        {"List::ListEntry: constructor and destructor", ALLOCATES_NOTHING,
+         [](Trial& trial) {
+             Number one(1);
+             trial.run([&] {
+                 const List::ListEntry entry(&one);
+                 return entry.element() == &one;
+             });
+         }},
         {"List: iterator", "null",
          [](Trial& trial) {
              Number first(1);

@@ -50,8 +50,25 @@ const Files& files() {
     return made;
 }
 
+/// Calls what only derived classes may call.
+struct DerivedStream : BufferStream {
+    using BufferStream::BufferStream;
+
+    int ask() {
+        terminate();
+        return boundedRoom(16) + boundedReadable(16) + static_cast<int>(isStored(0));
+    }
+};
+
 std::vector<Row> bufferRows() {
     return {
+        {"Buffer: operations for derived classes", ALLOCATES_NOTHING,
+         [](Trial& trial) {
+             DerivedStream stream(16);
+             int answer = 0;
+             trial.run([&] { return answer = stream.ask(); });
+             FAULTS_EXPECT(answer == 17);
+         }},
         {"BufferStream: constructor", "1238 bad_alloc",
          [](Trial& trial) {
              construct<BufferStream>(trial, 16);
@@ -134,7 +151,7 @@ std::vector<Row> bufferRows() {
              BufferStream stream(2);
              trial.run([&] { return stream[1]; });
          }},
-        {"GetStream: array readers", "1230 bad_alloc",
+        {"GetStream: array readers", "bad_alloc same",
          [](Trial& trial) {
              BufferStream stream(64);
              utility::UIntArray written(2);
@@ -143,7 +160,9 @@ std::vector<Row> bufferRows() {
              stream.PutParmUint32Array(written);
              utility::UIntArray read(1);
              trial.run([&] { return stream.GetParmUint32Array(read); });
-             FAULTS_EXPECT(read.length() == (trial.failed() ? 1 : 2));
+             // Without memory for the whole array it grows step by step.
+             FAULTS_EXPECT(read.length() >= 1 && read[0] == 1);
+             FAULTS_EXPECT(trial.failed() || read.length() == 2);
              stream.Rewind();
          }},
         {"GetStream: GetParmStringArray", "1230 bad_alloc same",
