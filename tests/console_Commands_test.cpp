@@ -3,10 +3,7 @@
 #include <arpa/inet.h>
 #include <fcntl.h>
 #include <ifaddrs.h>
-#include <linux/filter.h>
-#include <linux/seccomp.h>
 #include <netinet/in.h>
-#include <sys/prctl.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -26,6 +23,7 @@
 #include "console_CommandTable.h"
 #include "support/ConsoleProgram.h"
 #include "support/Descriptor.h"
+#include "support/FailingSystemCall.h"
 #include "support/TemporaryDirectory.h"
 
 namespace {
@@ -464,32 +462,21 @@ TEST(ConsoleCopy, StoresEachBlockAsItComes) {
 
 namespace {
 
-const int cannotFilter = 77;
 const int firstFreeDescriptor = 3;
 
-// Makes `close` fail for the second file that the process opens, as a network file system does when a quota is
-// exceeded.
-void failSecondClose() {
-    const unsigned int target = firstFreeDescriptor + 1;
-    sock_filter instructions[] = {
-        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
-        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_close, 0, 3),
-        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, args)),
-        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, target, 0, 1),
-        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | EDQUOT),
-        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
-    };
-    const sock_fprog filter = {sizeof instructions / sizeof *instructions, instructions};
-    if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0 || prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter) != 0)
-        _exit(cannotFilter);
-}
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || defined(VXUT_MEMCHECK)
+const bool isChecked = true;
+#else
+const bool isChecked = false;
+#endif
+const char* const checkersCalls = "a sanitizer or valgrind makes such calls of its own";
+const char* const noFailingCalls = "this platform cannot make a system call fail";
 
 } // namespace
 
 TEST(ConsoleCopy, AFailureToCloseTheTargetIsReported) {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    GTEST_SKIP() << "a sanitizer opens and closes descriptors of its own";
-#endif
+    if (isChecked)
+        GTEST_SKIP() << checkersCalls;
     TemporaryDirectory directory;
     const std::string from = directory.write("from", "text");
     const std::string to = directory.path("to");
@@ -497,10 +484,11 @@ TEST(ConsoleCopy, AFailureToCloseTheTargetIsReported) {
         // The console's descriptor numbers must not depend on those of the test.
         for (int fd = firstFreeDescriptor; fd < 1024; ++fd)
             close(fd);
-        failSecondClose();
+        // As a network file system does when a quota is exceeded.
+        test::failSystemCall(SYS_close, EDQUOT, firstFreeDescriptor + 1);
     });
-    if (child.status == cannotFilter)
-        GTEST_SKIP() << "this platform cannot make a system call fail";
+    if (child.status == test::cannotFilter)
+        GTEST_SKIP() << noFailingCalls;
     expectFailure(child, "copy: " + to + ": Disk quota exceeded");
     EXPECT_EQ(directory.read("to"), "text");
 }
@@ -883,6 +871,38 @@ TEST(ConsoleUrl, ShowsPartsDecoded) {
     expectAnswer(runCommand("url http://array:80/a%20b?q=1"),
                  "scheme     http\nauthority  array:80\npath       /a b\nquery      q=1\n"
                  "decoded    http://array:80/a b?q=1\n");
+}
+
+TEST(ConsoleLs, ADirectoryThatCannotBeReadToItsEndIsReported) {
+    if (isChecked)
+        GTEST_SKIP() << checkersCalls;
+    TemporaryDirectory directory;
+    directory.write("file", "");
+    const ChildResult child = runCommand("ls " + directory.path(), [] { test::failSystemCall(SYS_getdents64, EIO); });
+    if (child.status == test::cannotFilter)
+        GTEST_SKIP() << noFailingCalls;
+    expectFailure(child, "ls: " + directory.path() + ": cannot be read to its end");
+}
+
+TEST(ConsoleLs, EntriesThatCannotBeLookedUpAreReported) {
+    TemporaryDirectory directory;
+    directory.write("file", "");
+    ASSERT_EQ(chmod(directory.path().c_str(), 0444), 0);
+    const ChildResult child = runCommand("ls " + directory.path(), test::obeyPermissions);
+    ASSERT_EQ(chmod(directory.path().c_str(), 0755), 0);
+    expectFailure(child, "ls: " + directory.path() + "/.: Permission denied");
+}
+
+TEST(Console, AThreadThatCannotStartIsReportedAndTheSessionGoesOn) {
+    if (isChecked)
+        GTEST_SKIP() << checkersCalls;
+    const ChildResult child = runConsole({}, "path /a\npath /b\n", [] { test::failSystemCall(SYS_clone3, EAGAIN); });
+    if (child.status == test::cannotFilter)
+        GTEST_SKIP() << noFailingCalls;
+    const std::string line = "cannot start the thread that runs commands: Resource temporarily unavailable\n";
+    EXPECT_EQ(child.status, 1);
+    EXPECT_EQ(child.out, "");
+    EXPECT_EQ(child.err, line + line);
 }
 
 // context and crashes

@@ -245,6 +245,23 @@ TEST(ConsoleUsers, AFileThatCannotBeReplacedIsReported) {
     }
 }
 
+TEST(ConsoleUsers, AFileEmptiedByAFailingCopyIsReported) {
+    for (const std::string command : editing) {
+        const Root root;
+        const std::string program = root.directory().write("cp", "#!/bin/sh\n: >\"$2\"\nexit 1\n");
+        ASSERT_EQ(chmod(program.c_str(), 0755), 0);
+        const ChildResult child = test::runCommand(command, [&] {
+            setenv("VX_ROOT", root.directory().path().c_str(), 1);
+            setenv("PATH", root.directory().path().c_str(), 1);
+        });
+        EXPECT_EQ(child.status, 1) << command;
+        const std::string end = ": " + root.file() + " is incomplete; " + root.file() +
+                                ".new holds the complete new text: copy it by hand\n";
+        EXPECT_NE(child.err.find(end), std::string::npos) << child.err;
+        EXPECT_EQ(root.entries(), "");
+    }
+}
+
 TEST(ConsoleUsers, AnUnwritableFileOrFolderIsReported) {
     const Root root;
     const std::string folder = root.directory().path("etc");

@@ -1882,6 +1882,15 @@ TEST(PWServiceMemory, WithoutItThereIsNoNameYet) {
     inRoot(root.root(), [&] {
         PW user;
         fill(user, "added", 2000);
+        // What is logged; without memory, nothing else can keep it.
+        static char logged[1024];
+        Logger::setSink(
+            [](void*, Logger::LogType type, const char* function, int, const char* text) {
+                const std::size_t used = std::strlen(logged);
+                std::snprintf(logged + used, sizeof logged - used, "%d %s: %s\n", static_cast<int>(type), function,
+                              text);
+            },
+            nullptr);
         {
             test::FailingAllocation failing(test::failAll);
             EXPECT_EQ(PWService::getFileName(), nullptr);
@@ -1890,6 +1899,11 @@ TEST(PWServiceMemory, WithoutItThereIsNoNameYet) {
             PWService::putUser(&user);
             PWService::delUser(&user);
         }
+        Logger::setSink(nullptr, nullptr);
+        const std::string problem =
+            ": the password file is unchanged: out of memory for its name; free memory and try again\n";
+        EXPECT_EQ(logged, "0 static void utility::PWService::putUser(utility::PW*)" + problem +
+                              "0 static void utility::PWService::delUser(utility::PW*)" + problem);
         EXPECT_EQ(root.read(), threeUsers);
         EXPECT_EQ(PWService::getFileName(), root.file());
         EXPECT_NE(PWService::getUser("root"), nullptr);

@@ -51,16 +51,20 @@ bool dump(Invocation& call) {
     });
 }
 
-bool isDirectory(const char* path) {
-    struct stat status = {};
-    return stat(path, &status) == 0 && S_ISDIR(status.st_mode);
-}
-
-bool isSameFile(const char* one, const char* other) {
-    struct stat first = {};
-    struct stat second = {};
-    return stat(one, &first) == 0 && stat(other, &second) == 0 && S_ISREG(first.st_mode) &&
-           first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+// Whether `from` can be copied to `to`. Called before the target is emptied: a directory can be opened but not read,
+// and a file copied to itself would be lost.
+bool isCopyable(Invocation& call, const char* from, const char* to) {
+    struct stat source = {};
+    struct stat target = {};
+    if (stat(from, &source) != 0)
+        return call.fail("%s: %s", from, std::strerror(errno));
+    if (S_ISDIR(source.st_mode))
+        return call.fail("%s: %s", from, std::strerror(EISDIR));
+    if (stat(to, &target) != 0)
+        return errno == ENOENT || call.fail("%s: %s", to, std::strerror(errno));
+    if (S_ISREG(source.st_mode) && source.st_dev == target.st_dev && source.st_ino == target.st_ino)
+        return call.fail("%s and %s are the same file", from, to);
+    return true;
 }
 
 bool copy(Invocation& call) {
@@ -69,11 +73,8 @@ bool copy(Invocation& call) {
     utility::FileInputStream in(from);
     if (!in.isInputStreamOpen())
         return call.fail("%s: %s", from, std::strerror(in.errorNumber()));
-    // A directory can be opened but not read: refuse it before the target is truncated.
-    if (isDirectory(from))
-        return call.fail("%s: %s", from, std::strerror(EISDIR));
-    if (isSameFile(from, to))
-        return call.fail("%s and %s are the same file", from, to);
+    if (!isCopyable(call, from, to))
+        return false;
     const int target = open(to, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
     if (target < 0)
         return call.fail("%s: %s", to, std::strerror(errno));

@@ -1,16 +1,27 @@
 #include "console_Files.h"
 
+#include <algorithm>
+#include <cerrno>
 #include <cstring>
 
 namespace console {
 
-std::string firstLineOf(const std::string& path) {
+std::string firstLineOf(const std::string& path, std::string* failure) {
     utility::FileInputStream file(path.c_str());
     char block[4096];
-    const int count = file.ReceiveInputStream(block, sizeof block);
-    const std::string text(block, static_cast<std::size_t>(count > 0 ? count : 0));
-    const std::size_t end = text.find('\n');
-    std::string line = text.substr(0, end);
+    std::string line;
+    std::size_t end = std::string::npos;
+    int count = 0;
+    while (end == std::string::npos && (count = file.ReceiveInputStream(block, sizeof block)) > 0) {
+        line.append(block, static_cast<std::size_t>(count));
+        end = line.find('\n');
+    }
+    if (count < 0) {
+        if (file.errorNumber() != ENOENT && failure->empty())
+            *failure = path + ": " + std::strerror(file.errorNumber());
+        return "";
+    }
+    line.erase(std::min(end, line.size()));
     while (!line.empty() && line.back() == ' ')
         line.pop_back();
     return line;

@@ -28,8 +28,9 @@ bool readFile(Invocation& call, const char* path, Take take) {
     return readFile(call, file, path, take);
 }
 
-/// Returns the first line of a small file, such as one in /proc or /sys, without trailing blanks and newline. Empty if
-/// the file cannot be read.
-std::string firstLineOf(const std::string& path);
+/// Returns the first line of a small file such as those of the system, without its end and trailing blanks; empty if
+/// there is no such file, or if it cannot be read.
+/// - `failure`: set to the path and the reason if the file exists but cannot be read, unless it is set already
+std::string firstLineOf(const std::string& path, std::string* failure);
 
 } // namespace console

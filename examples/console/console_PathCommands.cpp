@@ -37,18 +37,26 @@ bool list(Invocation& call) {
     std::vector<std::string> names;
     for (const char* name = entries.getFirst(nullptr); name != nullptr; name = entries.getNext())
         names.emplace_back(name);
+    const bool isReadToEnd = !entries.inError();
+    std::string failure;
     std::sort(names.begin(), names.end());
     for (const std::string& name : names) {
         struct stat status = {};
         char size[32];
-        // The entry was removed after the directory was read: skip it.
-        if (lstat((entries.getPath() + name).c_str(), &status) != 0)
+        const std::string path = entries.getPath() + name;
+        if (lstat(path.c_str(), &status) != 0) {
+            // An entry may have been removed since the directory was read.
+            if (errno != ENOENT && failure.empty())
+                failure = path + ": " + std::strerror(errno);
             continue;
+        }
         call.out().PutF("%-9s %20s %s\n", typeOf(status.st_mode),
                         utility::Misc::toDecimal(static_cast<long long>(status.st_size), size, sizeof size),
                         name.c_str());
     }
-    return true;
+    if (!isReadToEnd)
+        return call.fail("%s: cannot be read to its end", call.word(0));
+    return failure.empty() || call.fail("%s", failure.c_str());
 }
 
 bool showPath(Invocation& call) {

@@ -61,17 +61,28 @@ struct Session::Request {
 };
 
 Session::Session(TerminalConsole& terminal, bool paged)
-    : m_terminal(terminal),
-      m_paged(paged),
-      m_ended(false),
-      m_pool(elementCount, elementSize),
-      m_worker(&Session::work, this) {}
+    : m_terminal(terminal), m_paged(paged), m_ended(false), m_pool(elementCount, elementSize) {}
 
 Session::~Session() {
+    if (!m_worker.joinable())
+        return;
     utility::BufferStreamElement* element = takeElement();
     element->PutParmUint32(REQUEST_END);
     send(m_requests, element);
     m_worker.join();
+}
+
+// A platform that has no thread left now may have one for the next command.
+bool Session::startWorker(std::string* failure) {
+    if (m_worker.joinable())
+        return true;
+    try {
+        m_worker = std::thread(&Session::work, this);
+        return true;
+    } catch (const std::exception& refused) {
+        *failure = std::string("cannot start the thread that runs commands: ") + refused.what();
+        return false;
+    }
 }
 
 utility::BufferStreamElement* Session::takeElement() {
@@ -107,6 +118,8 @@ bool Session::run(const std::string& line, std::string* failure) {
         words.Append(arguments.ArgValue(i));
     if (words.length() == 0)
         return true;
+    if (!startWorker(failure))
+        return false;
 
     utility::BufferStreamElement* element = takeElement();
     bool succeeded = false;
@@ -171,15 +184,19 @@ bool Session::serve(utility::BufferStreamElement& element) {
     element.GetParmUint32(&kind);
     if (kind != REQUEST_COMMAND)
         return false;
-    Request request;
-    element.GetParmSint32(&request.width);
-    element.GetParmSint32(&request.height);
-    request.line = element.GetParmString();
-    element.GetParmStringArray(request.words);
-
     std::string failure;
+    bool succeeded = false;
     bool ends = false;
-    const bool succeeded = answer(request, &failure, &ends);
+    try {
+        Request request;
+        element.GetParmSint32(&request.width);
+        element.GetParmSint32(&request.height);
+        request.line = element.GetParmString();
+        element.GetParmStringArray(request.words);
+        succeeded = answer(request, &failure, &ends);
+    } catch (const std::exception& failed) {
+        failure = failed.what();
+    }
 
     element.Rewind();
     element.PutParmUint32(succeeded);

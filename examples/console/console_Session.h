@@ -16,7 +16,7 @@ namespace console {
 /// `run` writes a request with the parameter writers into an element of the pool and queues it under the queue's
 /// waiter. The worker reads the parameters in the same order and returns its answer in the same element. The terminal
 /// is not owned and must outlive the session. If its output is a terminal, control characters in answers are escaped.
-/// One thread at a time calls `run`.
+/// One thread at a time calls `run`, which starts the worker unless it is running.
 ///
 ///     console::Session session(terminal, true);
 ///     std::string failure;
@@ -41,6 +41,7 @@ public:
 private:
     struct Request;
 
+    bool startWorker(std::string* failure);
     utility::BufferStreamElement* takeElement();
     void giveBack(utility::BufferStreamElement* element);
     bool writeRequest(utility::BufferStreamElement& element, const char* line, utility::StringArray& words);

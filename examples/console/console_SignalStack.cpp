@@ -1,5 +1,7 @@
 #include "console_SignalStack.h"
 
+#include <new>
+
 namespace console {
 
 namespace {
@@ -9,15 +11,18 @@ const std::size_t stackSize = 131072;
 
 } // namespace
 
-SignalStack::SignalStack() : m_memory(new char[stackSize]), m_former() {
+SignalStack::SignalStack() : m_memory(new (std::nothrow) char[stackSize]), m_former(), m_isInstalled(false) {
+    if (m_memory == nullptr)
+        return;
     stack_t mine = {};
     mine.ss_sp = m_memory.get();
     mine.ss_size = stackSize;
-    sigaltstack(&mine, &m_former);
+    m_isInstalled = sigaltstack(&mine, &m_former) == 0;
 }
 
 SignalStack::~SignalStack() {
-    sigaltstack(&m_former, nullptr);
+    if (m_isInstalled)
+        sigaltstack(&m_former, nullptr);
 }
 
 } // namespace console

@@ -6,7 +6,8 @@
 
 namespace console {
 
-/// An alternate signal stack for the calling thread, so that a handler can report a stack overflow.
+/// An alternate signal stack for the calling thread, so that a handler can report a stack overflow. If there is no
+/// memory for it, handlers run on the thread's own stack.
 ///
 /// Handlers installed with `SA_ONSTACK` run on it. Create and destroy the object in the same thread.
 ///
@@ -22,6 +23,7 @@ public:
 private:
     std::unique_ptr<char[]> m_memory;
     stack_t m_former;
+    bool m_isInstalled;
 };
 
 } // namespace console

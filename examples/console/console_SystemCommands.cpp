@@ -37,12 +37,22 @@ const long long bytesPerSector = 512;
 const char* const blockDevices = "/sys/block";
 const char* const fibreChannelHosts = "/sys/class/fc_host";
 
-// Returns the names in a directory in alphabetical order, without those that begin with a dot.
-std::vector<std::string> namesIn(const char* directory) {
+// Returns the names in a directory in alphabetical order, without those that begin with a dot; none if there is no
+// such directory.
+// - `failure`: set to the path and the reason if the directory exists but cannot be read to its end, unless it is set
+//   already
+std::vector<std::string> namesIn(const char* directory, std::string* failure) {
     std::vector<std::string> names;
     utility::DirIterator entries(directory, "[!.]*");
+    if (!entries.open()) {
+        if (errno != ENOENT && failure->empty())
+            *failure = std::string(directory) + ": " + std::strerror(errno);
+        return names;
+    }
     for (const char* name = entries.getFirst(nullptr); name != nullptr; name = entries.getNext())
         names.emplace_back(name);
+    if (entries.inError() && failure->empty())
+        *failure = std::string(directory) + ": cannot be read to its end";
     std::sort(names.begin(), names.end());
     return names;
 }
@@ -90,47 +100,53 @@ bool showPorts(Invocation& call) {
         interface.addresses.toPutStream(call.out());
         call.out().PutC('\n');
     }
-    for (const std::string& host : namesIn(fibreChannelHosts)) {
-        const std::string name = firstLineOf(std::string(fibreChannelHosts) + '/' + host + "/port_name");
+    std::string failure;
+    for (const std::string& host : namesIn(fibreChannelHosts, &failure)) {
+        const std::string name = firstLineOf(std::string(fibreChannelHosts) + '/' + host + "/port_name", &failure);
         const utility::WWN wwn(name.compare(0, 2, "0x") == 0 ? name.c_str() + 2 : name.c_str());
         call.out().PutF("%-12s ", host.c_str());
         wwn.toPutStream(call.out());
         call.out().PutC('\n');
     }
-    return true;
+    return failure.empty() || call.fail("%s", failure.c_str());
 }
 
 bool showDisks(Invocation& call) {
     call.out().PutF("%-12s %10s %11s  %-10s %s\n", "NAME", "SIZE", "", "KIND", "MODEL");
-    for (const std::string& name : namesIn(blockDevices)) {
+    std::string failure;
+    for (const std::string& name : namesIn(blockDevices, &failure)) {
         const std::string folder = std::string(blockDevices) + '/' + name;
-        const long long size = std::strtoll(firstLineOf(folder + "/size").c_str(), nullptr, 10) * bytesPerSector;
-        const std::string model = firstLineOf(folder + "/device/model");
+        const std::string sectors = firstLineOf(folder + "/size", &failure);
+        const long long size = std::strtoll(sectors.c_str(), nullptr, 10) * bytesPerSector;
+        const std::string model = firstLineOf(folder + "/device/model", &failure);
         char three[40];
         char four[40];
         utility::Misc::toDSdecimal(size, 3, three, sizeof three);
         utility::Misc::toDSdecimal(size, 4, four, sizeof four);
-        const std::string rotational = firstLineOf(folder + "/queue/rotational");
+        const std::string rotational = firstLineOf(folder + "/queue/rotational", &failure);
         call.out().PutF("%-12s %10s %11s  %-10s %s\n", name.c_str(), three, four,
                         rotational == "1"   ? "rotational"
                         : rotational == "0" ? "solid"
                                             : "-",
                         model.empty() ? "-" : model.c_str());
     }
-    return true;
+    return failure.empty() || call.fail("%s", failure.c_str());
 }
 
 bool date(Invocation& call) {
     const utility::DateTime now = utility::DateTime::Now();
+    if (!now.getEpochValid())
+        return call.fail("the clock cannot be read");
     now.ToBuffer(call.out());
     call.out().PutC('\n');
     return true;
 }
 
 bool uptime(Invocation& call) {
-    const std::string text = firstLineOf("/proc/uptime");
+    std::string failure;
+    const std::string text = firstLineOf("/proc/uptime", &failure);
     if (text.empty())
-        return call.fail("/proc/uptime cannot be read");
+        return call.fail("%s", failure.empty() ? "/proc/uptime cannot be read" : failure.c_str());
     const double seconds = std::strtod(text.c_str(), nullptr);
     char duration[20];
     utility::TimeMeasure::printDurationMillisec(static_cast<int64_t>(seconds * 1e6), duration, sizeof duration);
@@ -138,7 +154,7 @@ bool uptime(Invocation& call) {
     return true;
 }
 
-// A temporary folder for context files; the destructor removes it with its files.
+// A temporary folder for context files. The destructor removes it and the files, unless `remove` did.
 class ContextFolder {
 public:
     ContextFolder() : m_made(false) {
@@ -154,17 +170,24 @@ public:
     ContextFolder(const ContextFolder&) = delete;
     ContextFolder& operator=(const ContextFolder&) = delete;
     ~ContextFolder() {
+        remove();
+    }
+
+    // Removes the folder. Returns false and sets `errno` if that fails.
+    bool remove() {
         if (!m_made)
-            return;
-        for (const std::string& name : names())
-            unlink((path() + '/' + name).c_str());
-        rmdir(path().c_str());
-        rmdir(m_root.c_str());
+            return true;
+        m_made = false;
         if (m_hadRoot) {
             utility::Environment::SetEnv("VX_MEM", m_formerRoot.c_str());
         } else {
             utility::Environment::UnsetEnv("VX_MEM");
         }
+        std::string failure;
+        for (const std::string& name : names(&failure))
+            unlink((path() + '/' + name).c_str());
+        rmdir(path().c_str());
+        return rmdir(m_root.c_str()) == 0;
     }
 
     bool isMade() const {
@@ -176,8 +199,8 @@ public:
     std::string path() const {
         return m_root + "/vxconsoleContext";
     }
-    std::vector<std::string> names() const {
-        return namesIn(path().c_str());
+    std::vector<std::string> names(std::string* failure) const {
+        return namesIn(path().c_str(), failure);
     }
 
 private:
@@ -199,24 +222,29 @@ bool isWhole(const std::string& report) {
 bool context(Invocation& call) {
     const unsigned int threadCount = 2;
     const int longestWait = 2000;
-    const ContextFolder folder;
+    ContextFolder folder;
     if (!folder.isMade())
         return call.fail("%s: %s", folder.root().c_str(), std::strerror(errno));
     utility::Debug::SignalThreads(SIGUSR2);
-    std::vector<std::string> names;
+    std::map<std::string, std::string> reports;
+    std::string failure;
     unsigned int whole = 0;
-    for (int i = 0; i < longestWait && whole < threadCount; ++i) {
+    for (int i = 0; i < longestWait && whole < threadCount && failure.empty(); ++i) {
         utility::Misc::sleepMicroseconds(10000);
-        names = folder.names();
-        whole = static_cast<unsigned int>(std::count_if(names.begin(), names.end(), [&](const std::string& name) {
-            return isWhole(contentsOf(folder.path() + '/' + name));
-        }));
+        for (const std::string& name : folder.names(&failure))
+            reports[name] = contentsOf(folder.path() + '/' + name);
+        whole = static_cast<unsigned int>(
+            std::count_if(reports.begin(), reports.end(), [](const auto& report) { return isWhole(report.second); }));
     }
-    if (names.empty())
-        return call.fail("%s: no thread has written its context within 20 s", folder.path().c_str());
-    for (const std::string& name : names)
-        call.out().PutF("%s\n%s", name.c_str(), contentsOf(folder.path() + '/' + name).c_str());
-    return true;
+    for (const auto& report : reports)
+        call.out().PutF("%s\n%s", report.first.c_str(), report.second.c_str());
+    const int removeError = folder.remove() ? 0 : errno;
+    if (!failure.empty())
+        return call.fail("%s", failure.c_str());
+    if (whole < threadCount)
+        return call.fail("%s: %u of %u threads left their context", folder.path().c_str(), whole, threadCount);
+    return removeError == 0 ||
+           call.fail("%s: cannot be removed: %s", folder.root().c_str(), std::strerror(removeError));
 }
 
 } // namespace

@@ -1,11 +1,14 @@
+#include <algorithm>
 #include <cctype>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <initializer_list>
+#include <iterator>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <pwd.h>
 #include <unistd.h>
@@ -55,14 +58,13 @@ void putUser(utility::PutStream& out, const passwd& user) {
              user.pw_shell);
 }
 
-// Passes each entry of the password file to `take`. Returns false, with the failure set, if the file cannot be read to
-// its end.
+// Passes each entry of the password file `name` to `take`. Returns false and sets the failure if the file cannot be
+// read to its end.
 template<typename Take>
-bool forEachUser(Invocation& call, Take take) {
-    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(utility::PWService::getFileName(), "re"),
-                                                               std::fclose);
+bool forEachUser(Invocation& call, const char* name, Take take) {
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(name, "re"), std::fclose);
     if (file == nullptr)
-        return call.fail("%s: %s", utility::PWService::getFileName(), std::strerror(errno));
+        return call.fail("%s: %s", name, std::strerror(errno));
     passwd user = {};
     passwd* result = nullptr;
     char texts[longestEntry];
@@ -70,26 +72,87 @@ bool forEachUser(Invocation& call, Take take) {
     while ((error = fgetpwent_r(file.get(), &user, texts, sizeof texts, &result)) == 0)
         take(user);
     if (error == ERANGE)
-        return call.fail("%s: an entry does not fit into %zu bytes: shorten it", utility::PWService::getFileName(),
-                         longestEntry);
-    return error == ENOENT || call.fail("%s: %s", utility::PWService::getFileName(), std::strerror(error));
+        return call.fail("%s: an entry does not fit into %zu bytes: shorten it", name, longestEntry);
+    return error == ENOENT || call.fail("%s: %s", name, std::strerror(error));
 }
 
-// A rewrite drops entries that cannot be read, so all of them must be readable.
-bool canRewrite(Invocation& call) {
-    return hasRoot(call) && isWritable(call) && forEachUser(call, [](const passwd&) {});
+// An entry of a password file.
+class Entry {
+public:
+    explicit Entry(const passwd& user) : m_name(textOf(user.pw_name)) {
+        // A reference to another service has no numbers.
+        const bool hasNumbers = m_name.find_first_of("+-") != 0;
+        m_rest = textOf(user.pw_passwd) + ':' + (hasNumbers ? std::to_string(user.pw_uid) : "") + ':' +
+                 (hasNumbers ? std::to_string(user.pw_gid) : "") + ':' + textOf(user.pw_gecos) + ':' +
+                 textOf(user.pw_dir) + ':' + textOf(user.pw_shell);
+    }
+
+    const std::string& name() const {
+        return m_name;
+    }
+    bool operator==(const Entry& other) const {
+        return m_name == other.m_name && m_rest == other.m_rest;
+    }
+
+private:
+    static std::string textOf(const char* field) {
+        return field != nullptr ? field : "";
+    }
+
+    std::string m_name;
+    std::string m_rest;
+};
+
+// The entries of a password file. The password service does not report whether a rewrite succeeded, so they are
+// compared before and after.
+using Entries = std::vector<Entry>;
+
+bool readEntries(Invocation& call, const std::string& file, Entries* entries) {
+    return forEachUser(call, file.c_str(), [&](const passwd& user) { entries->emplace_back(user); });
+}
+
+bool hasUser(const Entries& entries, const char* name) {
+    return std::any_of(entries.begin(), entries.end(), [&](const Entry& entry) { return entry.name() == name; });
+}
+
+// Reads the entries before a rewrite. A rewrite keeps only the entries that can be read, so it must not follow if this
+// fails.
+bool canRewrite(Invocation& call, Entries* entries) {
+    return hasRoot(call) && isWritable(call) && readEntries(call, utility::PWService::getFileName(), entries);
+}
+
+// Whether a rewrite turned the entries `before` into `expected`. If not, the failure says what the file holds.
+bool isRewritten(Invocation& call, const Entries& before, const Entries& expected) {
+    const std::string file = utility::PWService::getFileName();
+    const std::string newFile = file + ".new";
+    Entries entries;
+    const bool isRead = readEntries(call, file, &entries);
+    if (isRead && entries == expected)
+        return true;
+    if (isRead && entries == before)
+        return call.fail("%s could not be rewritten: see the log", file.c_str());
+    const std::string problem =
+        isRead ? file + " is incomplete" : std::string(call.failure()) + "; it may be incomplete";
+    Entries newEntries;
+    if (readEntries(call, newFile, &newEntries) && newEntries == expected)
+        return call.fail("%s; %s holds the complete new text: copy it by hand", problem.c_str(), newFile.c_str());
+    return call.fail("%s; restore it by hand", problem.c_str());
 }
 
 bool showUsers(Invocation& call) {
-    return forEachUser(call, [&](const passwd& user) { putUser(call.out(), user); });
+    return forEachUser(call, utility::PWService::getFileName(), [&](const passwd& user) { putUser(call.out(), user); });
 }
 
 bool showUser(Invocation& call) {
-    const utility::PW* user = utility::PWService::getUser(call.word(0));
-    if (user == nullptr)
-        return call.fail("%s: no such user in %s", call.word(0), utility::PWService::getFileName());
-    putUser(call.out(), user->m_passwd);
-    return true;
+    const char* const file = utility::PWService::getFileName();
+    bool isFound = false;
+    const bool isRead = forEachUser(call, file, [&](const passwd& user) {
+        if (!isFound && std::strcmp(user.pw_name, call.word(0)) == 0) {
+            putUser(call.out(), user);
+            isFound = true;
+        }
+    });
+    return isFound || (isRead && call.fail("%s: no such user in %s", call.word(0), file));
 }
 
 // Checks that `text` does not contain a separator of the password file.
@@ -119,10 +182,17 @@ bool isReadable(Invocation& call, std::initializer_list<const char*> texts) {
            call.fail("%s: the entry does not fit into %zu bytes: use shorter texts", *texts.begin(), longestEntry);
 }
 
-// Checks that the rewritten file contains the user, or no longer contains it.
-bool isStored(Invocation& call, const char* name, bool expected) {
-    return (utility::PWService::getUser(name) != nullptr) == expected ||
-           call.fail("%s could not be rewritten: see the log", utility::PWService::getFileName());
+// Returns the user `name` of the password file, of which `entries` were read; null with the failure set if there is
+// none.
+utility::PW* findUser(Invocation& call, const Entries& entries, const char* name) {
+    if (!hasUser(entries, name)) {
+        call.fail("%s: no such user", name);
+        return nullptr;
+    }
+    utility::PW* const user = utility::PWService::getUser(name);
+    if (user == nullptr)
+        call.fail("%s cannot be read to its end", utility::PWService::getFileName());
+    return user;
 }
 
 bool addUser(Invocation& call) {
@@ -131,13 +201,15 @@ bool addUser(Invocation& call) {
     const char* realName = call.wordCount() > 1 ? call.word(1) : "";
     if (!hasRoot(call) || !isWritable(call) || !isUserName(call, name) || !isField(call, realName))
         return false;
-    if (utility::PWService::getUser(name) != nullptr)
-        return call.fail("user %s already exists", name);
+    Entries before;
     unsigned int number = firstUserNumber;
-    const bool read = forEachUser(call, [&](const passwd& other) {
+    const bool read = forEachUser(call, utility::PWService::getFileName(), [&](const passwd& other) {
+        before.emplace_back(other);
         if (other.pw_uid >= number && other.pw_uid <= lastUserNumber)
             number = other.pw_uid + 1;
     });
+    if (hasUser(before, name))
+        return call.fail("user %s already exists", name);
     if (!read)
         return false;
     if (number > lastUserNumber)
@@ -153,37 +225,46 @@ bool addUser(Invocation& call) {
     user.m_passwd.pw_gecos = user.newString(realName);
     user.m_passwd.pw_dir = user.newString(home.c_str());
     user.m_passwd.pw_shell = user.newString(shell);
+    Entries expected = before;
+    expected.emplace_back(user.m_passwd);
     utility::PWService::putUser(&user);
-    return isStored(call, name, true);
+    return isRewritten(call, before, expected);
 }
 
 bool deleteUser(Invocation& call) {
-    if (!canRewrite(call))
+    Entries before;
+    if (!canRewrite(call, &before))
         return false;
-    utility::PW* user = utility::PWService::getUser(call.word(0));
+    utility::PW* user = findUser(call, before, call.word(0));
     if (user == nullptr)
-        return call.fail("%s: no such user", call.word(0));
+        return false;
+    Entries expected;
+    std::copy_if(before.begin(), before.end(), std::back_inserter(expected),
+                 [&](const Entry& entry) { return entry.name() != call.word(0); });
     utility::PWService::delUser(user);
-    return isStored(call, call.word(0), false);
+    return isRewritten(call, before, expected);
 }
 
 bool setPassword(Invocation& call) {
     char hash[64];
-    if (!canRewrite(call))
+    Entries before;
+    if (!canRewrite(call, &before))
         return false;
-    utility::PW* user = utility::PWService::getUser(call.word(0));
+    utility::PW* user = findUser(call, before, call.word(0));
     if (user == nullptr)
-        return call.fail("%s: no such user", call.word(0));
+        return false;
     if (*utility::PWService::encryptPassword(call.word(1), hash, sizeof hash) == 0)
         return call.fail("this platform's crypt() does not support MD5 hashes");
     user->m_passwd.pw_passwd = hash;
     const passwd& fields = user->m_passwd;
     if (!isReadable(call, {fields.pw_name, hash, fields.pw_gecos, fields.pw_dir, fields.pw_shell}))
         return false;
+    Entries expected = before;
+    std::replace_if(
+        expected.begin(), expected.end(), [&](const Entry& entry) { return entry.name() == call.word(0); },
+        Entry(fields));
     utility::PWService::putUser(user);
-    user = utility::PWService::getUser(call.word(0));
-    return (user != nullptr && std::strcmp(user->getPassword(), hash) == 0) ||
-           call.fail("%s could not be rewritten: see the log", utility::PWService::getFileName());
+    return isRewritten(call, before, expected);
 }
 
 } // namespace

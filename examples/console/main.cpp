@@ -34,9 +34,12 @@ void report(const std::string& failure) {
 // opened would get such a number, and messages for standard error would be written into it.
 void fillStandardDescriptors() {
     for (const int fd : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(fd, F_GETFD) >= 0)
+            continue;
         // Opened in the opposite direction, so that using it still fails with EBADF.
-        if (fcntl(fd, F_GETFD) < 0)
-            open("/dev/null", fd == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+        const int filler = open("/dev/null", fd == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+        if (filler > fd)
+            close(filler);
     }
 }
 

@@ -315,8 +315,13 @@ bool PWService::copyEntries(std::FILE* in, std::FILE* out, const passwd& user, b
 }
 
 void PWService::rewrite(PW* user, bool adds, const char* function) {
-    if (user == nullptr || user->getUserName() == nullptr || getFileName() == nullptr)
+    if (user == nullptr || user->getUserName() == nullptr)
         return;
+    if (getFileName() == nullptr) {
+        VXUT_LOG_AS(function, framework::Logger::LOG_ERROR,
+                    "the password file is unchanged: out of memory for its name; free memory and try again");
+        return;
+    }
     const OwnedUser owned(user->m_passwd);
     user->dump();
     VXUT_TRACE_AS(function, TOKEN_PW_SERVICE, "search for %s", owned.get().pw_name);

@@ -62,7 +62,7 @@ inline const std::vector<FaultKind>& faultKinds() {
         {SYS_faccessat, "faccessat", {EACCES, EIO}},
         {SYS_mkdir, "mkdir", {EACCES, ENOSPC}},
         {SYS_rmdir, "rmdir", {EACCES, EIO}},
-        {SYS_getdents64, "getdents64", {EIO, ENOENT}},
+        {SYS_getdents64, "getdents64", {EIO, ENOMEM}},
         {SYS_poll, "poll", {ENOMEM, EINTR}},
         {SYS_pipe2, "pipe2", {EMFILE, ENFILE}},
         {SYS_clone, "clone", {EAGAIN, ENOMEM}},
@@ -74,7 +74,6 @@ inline const std::vector<FaultKind>& faultKinds() {
         {SYS_wait4, "wait4", {ECHILD}, true}, // another thread was faster
         {SYS_mmap, "mmap", {ENOMEM}},
         {SYS_munmap, "munmap", {ENOMEM}},
-        {SYS_brk, "brk", {ENOMEM}},
         {SYS_fchmod, "fchmod", {EPERM, EIO}},
         {SYS_unlink, "unlink", {EACCES, EIO}},
         {SYS_unlinkat, "unlinkat", {EACCES, EIO}},
@@ -101,7 +100,6 @@ inline const std::vector<FaultKind>& faultKinds() {
         {SYS_getcwd, "getcwd", {ENOENT}},
         {SYS_statfs, "statfs", {EIO}},
         {SYS_readlink, "readlink", {EIO}},
-        {SYS_futex, "futex", {EINTR}},
 #endif
     };
     return kinds;

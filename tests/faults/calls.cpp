@@ -1015,13 +1015,6 @@ void runScenario(const Scenario& scenario, Take take) {
     }
 }
 
-/// The machine's own password file is out of reach of a library that ignores VX_ROOT.
-bool isMachineSafe() {
-    using Machine = test::ProtectedMachine;
-    return Machine::isOutOfReach() || (Machine::enterNamespace() && Machine::isOutOfReach()) ||
-           (Machine::becomeNobody() && Machine::isOutOfReach());
-}
-
 int runAll(const char* name, Take take) {
     unsigned count = 0;
     for (const Scenario& scenario : scenarios) {
@@ -1057,7 +1050,7 @@ int runOne(const char* name, const test::CallFault& fault) {
 } // namespace
 
 int main(int argc, char** argv) {
-    if (!isMachineSafe()) {
+    if (!test::ProtectedMachine::protect()) {
         std::puts("skipped: this process can write /etc/passwd, and nothing would protect it from a fault");
         return skipped;
     }

@@ -30,11 +30,16 @@ namespace test {
 class ProtectedMachine : public testing::Environment {
 public:
     void SetUp() override {
-        if (isOutOfReach() || (enterNamespace() && isOutOfReach()) || (becomeNobody() && isOutOfReach()))
+        if (protect())
             return;
         skip();
         // ctest recognizes a skipped test by this text, which GoogleTest prints only for single tests.
         std::printf("[  SKIPPED ] all tests\n");
+    }
+
+    /// Protects the machine's files from this process. Returns false if that is not possible.
+    static bool protect() {
+        return isOutOfReach() || (enterNamespace() && isOutOfReach()) || (becomeNobody() && isOutOfReach());
     }
 
     /// Whether this process can neither write nor replace the machine's password file.
