@@ -34,6 +34,8 @@ static_assert(__STDCPP_DEFAULT_NEW_ALIGNMENT__ >= alignof(std::max_align_t), "bl
 namespace {
 
 constexpr unsigned long alignment = alignof(std::max_align_t);
+// Most pools hold a few short texts, for which a block of the full size would be wasted.
+constexpr unsigned int firstBlock = 224;
 constexpr unsigned int largestBlock = 1U << 20;
 constexpr unsigned long largestPiece = static_cast<unsigned long>(PTRDIFF_MAX) - 1024;
 
@@ -57,7 +59,8 @@ void* FSUMemory::Alloc(unsigned long size) {
     if (m_blocks && size <= m_blocks->room)
         return m_blocks->take(size);
     const bool ownBlock = size > m_blockSize;
-    Block* block = Block::make(ownBlock ? size : aligned(m_blockSize));
+    const unsigned int blockSize = m_blocks ? m_blockSize : std::min(m_blockSize, firstBlock);
+    Block* block = Block::make(std::max(size, aligned(blockSize)));
     if (!block)
         return nullptr;
     if (ownBlock && m_blocks) {

@@ -66,9 +66,12 @@ TEST(FSUMemory, SizesThatCannotBeHadAreNull) {
 TEST(FSUMemory, SmallPiecesShareABlock) {
     FSUMemory pool(2048, 20);
     const long before = Memory::staticOutstanding();
-    for (int i = 0; i < 10; ++i)
+    pool.Alloc(100);
+    pool.Alloc(100);
+    EXPECT_EQ(Memory::staticOutstanding(), before + 1); // the first block is small
+    for (int i = 0; i < 18; ++i)
         pool.Alloc(100);
-    EXPECT_EQ(Memory::staticOutstanding(), before + 1);
+    EXPECT_EQ(Memory::staticOutstanding(), before + 2);
 }
 
 TEST(FSUMemory, LargePieceLeavesTheRoomOfTheCurrentBlockInUse) {
