@@ -48,7 +48,9 @@ private:
 
 constexpr unsigned int blockSize = 64;
 constexpr unsigned int longestLookBack = 3;
-// SWAR: a word is a vector of eight bytes.
+constexpr unsigned int shortText = 2 * blockSize;
+// SWAR: a word is a vector of eight bytes. The top bit of each byte is the result for that byte.
+using Words = uint64_t __attribute__((vector_size(16)));
 constexpr uint64_t eachByte = 0x0101010101010101U;
 constexpr uint64_t topBits = eachByte << 7;
 
@@ -58,9 +60,20 @@ uint64_t loadWord(const unsigned char* bytes) {
     return word;
 }
 
-// Not 0 if any of the eight bytes is not printable ASCII.
-uint64_t unprintable(uint64_t word) {
-    return ((word - eachByte * firstPrintable) | (word + eachByte) | word) & topBits;
+Words load(const unsigned char* bytes) {
+    Words words;
+    std::memcpy(&words, bytes, sizeof words);
+    return words;
+}
+
+bool isClear(Words marks) {
+    return ((marks[0] | marks[1]) & topBits) == 0;
+}
+
+// Marks some byte, in its top bit, if any is not printable ASCII. `Vector` is one word or several.
+template<typename Vector>
+Vector unprintable(Vector bytes) {
+    return (bytes - eachByte * firstPrintable) | (bytes + eachByte) | bytes;
 }
 
 // Whether the text before `at`, which is known to be valid, ends with a complete character.
@@ -71,63 +84,70 @@ bool isAfterCharacter(const unsigned char* at) {
 bool isPrintableBlock(const unsigned char* block) {
     if (!isAfterCharacter(block))
         return false;
-    uint64_t found = 0;
-    for (std::size_t i = 0; i < blockSize; i += 8)
-        found |= unprintable(loadWord(block + i));
-    return found == 0;
+    Words found = {};
+#pragma GCC unroll 4
+    for (std::size_t i = 0; i < blockSize; i += sizeof(Words))
+        found |= unprintable(load(block + i));
+    return isClear(found);
 }
 
-// Validates blocks of text eight bytes at a time (SWAR). The top bit of each byte of a word is its result; a left
-// shift moves another bit of the same byte to the top. Never accepts an invalid block, but may reject a valid one.
-class BlockValidator {
-public:
-    // Uses the first three allowed control characters. Blocks with others are rejected.
-    explicit BlockValidator(const char* allowedControls) {
-        std::size_t count = 0;
-        for (; allowedControls != nullptr && *allowedControls != 0 && count < 3; ++allowedControls) {
-            const unsigned char c = static_cast<unsigned char>(*allowedControls);
-            if (c < 128)
-                m_allowed[count++] = eachByte * c;
-        }
-    }
+// Marks the lead bytes of characters with at least `count` continuation bytes, in the top bit of each byte. A left
+// shift moves another bit of the same byte to the top.
+Words leadBytes(Words bytes, int count) {
+    Words ones = bytes;
+    for (int bit = 1; bit <= count; ++bit)
+        ones &= bytes << bit;
+    return ones;
+}
 
-    // Whether `block` is known to be valid. The text before it must be valid; both may end inside a character.
-    bool accepts(const unsigned char* block) const {
-        uint64_t rejected = 0;
-        for (std::size_t i = 0; i < blockSize; i += 8)
-            rejected |= misplaced(block + i) | control(loadWord(block + i));
-        return (rejected & topBits) == 0;
-    }
+// Marks unexpected and missing continuation bytes. Marks also lead bytes of characters of more than four bytes, among
+// the bytes from the third before `at` on.
+Words misplaced(const unsigned char* at) {
+    const Words bytes = load(at);
+    const Words third = load(at - 3);
+    const Words continuation = bytes & ~(bytes << 1);
+    const Words thirdLead = leadBytes(third, 3);
+    const Words expected = leadBytes(load(at - 1), 1) | leadBytes(load(at - 2), 2) | thirdLead;
+    return (continuation ^ expected) | (thirdLead & (third << 4));
+}
 
-private:
-    // Marks unexpected and missing continuation bytes, and lead bytes of characters of more than four bytes.
-    static uint64_t misplaced(const unsigned char* at) {
-        const uint64_t word = loadWord(at);
-        const uint64_t continuation = word & ~(word << 1);
-        const uint64_t expected =
-            leadBytes(loadWord(at - 1), 1) | leadBytes(loadWord(at - 2), 2) | leadBytes(loadWord(at - 3), 3);
-        return (continuation ^ expected) | leadBytes(word, 4);
+// Whether all control characters of the `size` bytes at `at` are among the first three of `allowedControls`.
+bool hasAllowedControls(const unsigned char* at, std::size_t size, const char* allowedControls) {
+    uint64_t allowed[3] = {eachByte * firstPrintable, eachByte * firstPrintable, eachByte * firstPrintable};
+    std::size_t count = 0;
+    for (; allowedControls != nullptr && *allowedControls != 0 && count < 3; ++allowedControls) {
+        const unsigned char c = static_cast<unsigned char>(*allowedControls);
+        if (c < 128)
+            allowed[count++] = eachByte * c;
     }
-
-    // Marks the lead bytes of characters with at least `count` continuation bytes.
-    static uint64_t leadBytes(uint64_t word, int count) {
-        uint64_t ones = word;
-        for (int bit = 1; bit <= count; ++bit)
-            ones &= word << bit;
-        return ones;
+    Words found = {};
+    for (std::size_t i = 0; i < size; i += sizeof(Words)) {
+        const Words bytes = load(at + i);
+        const Words low = bytes & ~topBits;
+        // No carry leaves a byte.
+        Words controls = ~(low + eachByte * (128 - firstPrintable)) | (low + eachByte);
+        for (const uint64_t one : allowed)
+            controls &= (low ^ one) + eachByte * 0x7F;
+        found |= controls & ~bytes;
     }
+    return isClear(found);
+}
 
-    // Marks the control characters that are not allowed.
-    uint64_t control(uint64_t word) const {
-        const uint64_t low = word & ~topBits;
-        uint64_t controls = ~(low + eachByte * (128 - firstPrintable)) | (low + eachByte);
-        for (const uint64_t allowed : m_allowed)
-            controls &= (low ^ allowed) + eachByte * 0x7F;
-        return controls & ~word;
+// Whether the `size` bytes at `at`, a multiple of the size of `Words`, are known to be valid. Reads three bytes before
+// them. The text before them must be valid; both may end inside a character, which may then have more than four bytes.
+// Never accepts invalid bytes, but may reject valid ones.
+bool isValidBlock(const unsigned char* at, std::size_t size, const char* allowedControls) {
+    Words rejected = {};
+    Words controls = {};
+#pragma GCC unroll 4
+    for (std::size_t i = 0; i < size; i += sizeof(Words)) {
+        const Words bytes = load(at + i);
+        rejected |= misplaced(at + i);
+        // A carry marks a second byte, but leaves none unmarked.
+        controls |= ((bytes - eachByte * firstPrintable) | (bytes + eachByte)) & ~bytes;
     }
-
-    uint64_t m_allowed[3] = {eachByte * firstPrintable, eachByte* firstPrintable, eachByte* firstPrintable};
-};
+    return isClear(rejected) && (isClear(controls) || hasAllowedControls(at, size, allowedControls));
+}
 
 // The number of continuation bytes after the lead byte `lead`; 0 if it is not the lead byte of a multibyte character.
 unsigned int continuationCount(unsigned char lead) {
@@ -208,13 +228,10 @@ unsigned int lengthOfCharacter(const unsigned char* text, unsigned int len, unsi
     return 1 + count;
 }
 
-// The length of the text before its first disallowed character: the part that can be validated by blocks. May be 0
-// if the text is shorter than a block.
+// The length of the text before its first disallowed character: the part that can be validated by blocks.
 unsigned int cleanLength(const unsigned char* text, unsigned int end, const char* disallowed) {
     if (disallowed == nullptr || *disallowed == 0)
         return end;
-    if (end < blockSize)
-        return 0;
     for (; *disallowed != 0; ++disallowed) {
         const void* found =
             isPrintableAscii(static_cast<unsigned char>(*disallowed)) ? std::memchr(text, *disallowed, end) : nullptr;
@@ -229,16 +246,32 @@ unsigned int cleanLength(const unsigned char* text, unsigned int end, const char
 unsigned int skipValidBlocks(const unsigned char* text, unsigned int i, unsigned int end, const char* allowedControls) {
     if (end - i < blockSize)
         return i;
-    const BlockValidator validator(allowedControls);
+    const auto isValid = [text, allowedControls](unsigned int at) {
+        return isPrintableBlock(text + at) || isValidBlock(text + at, blockSize, allowedControls);
+    };
     const unsigned int begin = i;
-    while (end - i >= blockSize && (isPrintableBlock(text + i) || validator.accepts(text + i)))
+    while (end - i >= blockSize && isValid(i))
         i += blockSize;
     if (i == begin)
         return i;
+    // The last block overlaps the one before it.
+    if (i < end && end - i < blockSize && isValid(end - blockSize))
+        i = end;
     --i;
     while (isContinuation(text[i]))
         --i;
     return i;
+}
+
+// Whether a text that is shorter than `shortText` is known to be valid.
+bool isValidShortText(const unsigned char* text, unsigned int length, const char* allowedControls) {
+    // Blanks before the text stand for the end of another, and those after it show an incomplete character.
+    unsigned char padded[sizeof(Words) + shortText + sizeof(Words)];
+    std::memset(padded, ' ', sizeof padded);
+    unsigned char* const start = padded + sizeof(Words);
+    std::memcpy(start, text, length);
+    const std::size_t size = (length + longestLookBack + sizeof(Words) - 1) / sizeof(Words) * sizeof(Words);
+    return isValidBlock(start, size, allowedControls);
 }
 
 } // namespace
@@ -246,11 +279,13 @@ unsigned int skipValidBlocks(const unsigned char* text, unsigned int i, unsigned
 bool isPrintableUtf8(const char* s, unsigned int len, const char* disallowed, const char* allowedControls) {
     if (s == nullptr)
         return len == 0;
-    const AsciiSet accepted(disallowed, allowedControls);
     const unsigned char* text = reinterpret_cast<const unsigned char*>(s);
     // Do not read past a NUL: words are loaded only before it.
     const unsigned int end = static_cast<unsigned int>(strnlen(s, len));
     const unsigned int clean = cleanLength(text, end, disallowed);
+    if (clean == end && end < shortText && isValidShortText(text, end, allowedControls))
+        return true;
+    const AsciiSet accepted(disallowed, allowedControls);
     unsigned int i = 0;
     unsigned int skipFrom = longestLookBack;
     while (i < end) {
@@ -262,7 +297,7 @@ bool isPrintableUtf8(const char* s, unsigned int len, const char* disallowed, co
         if (length == 0)
             return false;
         i += length;
-        while (i < clean && clean - i >= 8 && unprintable(loadWord(text + i)) == 0)
+        while (i < skipFrom && i < clean && clean - i >= 8 && (unprintable(loadWord(text + i)) & topBits) == 0)
             i += 8;
     }
     return true;
