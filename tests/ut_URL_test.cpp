@@ -516,6 +516,16 @@ TEST(URL, LogsNothing) {
 
 // Comparison with the reference
 
+TEST(URL, ShortTextTakesLittleMemory) {
+    constexpr std::size_t runs = 1000; // as many as `heapGrowth` makes, and its first 20
+    std::vector<std::unique_ptr<URL>> urls;
+    urls.reserve(runs + 20);
+    const auto makeOne = [&urls] {
+        urls.push_back(std::make_unique<URL>("abc://node:8080/a/bc"));
+    };
+    EXPECT_LT(test::heapGrowth(makeOne), runs * 512);
+}
+
 TEST(URL, RandomTextsAreSplitLikeTheReference) {
     test::RandomRun random;
     URL url(nullptr);

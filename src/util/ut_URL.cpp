@@ -3,9 +3,7 @@
 #include <climits>
 #include <cstring>
 
-#include "ut_BufferStream.h"
 #include "ut_Debug.h"
-#include "ut_GetStream.h"
 
 namespace utility {
 
@@ -22,8 +20,16 @@ bool isSchemeMark(char c) {
     return c == '+' || c == '-' || c == '.' || (c >= '0' && c <= '9');
 }
 
-unsigned int endOfPart(const char* text, unsigned int start, const char* delimiters) {
-    return start + static_cast<unsigned int>(std::strcspn(text + start, delimiters));
+// The index of the first "?" or NUL from `start` on.
+unsigned int endOfPath(const char* text, unsigned int start) {
+    return start + static_cast<unsigned int>(std::strcspn(text + start, "?"));
+}
+
+unsigned int endOfAuthority(const char* text, unsigned int start) {
+    unsigned int end = start;
+    while (text[end] != 0 && text[end] != '?' && text[end] != '/')
+        ++end;
+    return end;
 }
 
 // The byte of an escape. A character that is not a hexadecimal digit has the value 255.
@@ -33,19 +39,22 @@ char byteOfDigits(char high, char low) {
     return static_cast<char>(value & 0xFF);
 }
 
-// Reads a character, or an escape ("%" and two digits) as the byte that it encodes. Returns false at the end of the
-// text, including in the middle of an escape.
-bool readDecoded(GetStream& in, char* c) {
-    if (!in.GetC(c))
-        return false;
-    if (*c != '%')
-        return true;
-    char high = 0;
-    char low = 0;
-    if (!in.GetC(&high) || !in.GetC(&low))
-        return false;
-    *c = byteOfDigits(high, low);
-    return true;
+// Decodes `text` up to `end` into `out`, which is at least as long. An escape is "%" and two digits; one that is
+// truncated ends the text. Returns the number of decoded bytes.
+unsigned int decode(const char* text, const char* end, char* out) {
+    char* at = out;
+    while (true) {
+        const std::size_t left = static_cast<std::size_t>(end - text);
+        const char* const escape = static_cast<const char*>(std::memchr(text, '%', left));
+        const std::size_t plain = escape != nullptr ? static_cast<std::size_t>(escape - text) : left;
+        std::memcpy(at, text, plain);
+        at += plain;
+        if (left - plain < 3)
+            break;
+        *at++ = byteOfDigits(escape[1], escape[2]);
+        text = escape + 3;
+    }
+    return static_cast<unsigned int>(at - out);
 }
 
 std::size_t lengthOf(const char* part) {
@@ -146,18 +155,18 @@ void URL::SetURL(const char* text) {
     if (text[at] == '/') {
         if (text[at + 1] == '/') {
             const unsigned int start = at + 2;
-            at = endOfPart(text, start, "?/");
+            at = endOfAuthority(text, start);
             m_authority = decodeAndAlloc(text + start, at - start);
         }
         if (text[at] == '/') {
             const unsigned int start = at;
-            at = endOfPart(text, start, "?");
+            at = endOfPath(text, start);
             m_path = decodeAndAlloc(text + start, at - start);
         }
     }
     if (at >= length)
         return;
-    const unsigned int end = endOfPart(text, at, "?");
+    const unsigned int end = endOfPath(text, at);
     if (end > at)
         m_path = decodeAndAlloc(text + at, end - at);
     if (text[end] == '?')
@@ -171,12 +180,7 @@ char* URL::decodeAndAlloc(const char* text, unsigned int length) {
     char* const work = length < sizeof block ? block : static_cast<char*>(Alloc(length + 1UL));
     if (work == nullptr)
         return nullptr;
-    GetStream in(text, static_cast<int>(length));
-    in.WriteAdvance(static_cast<int>(length));
-    BufferStream out(work, static_cast<int>(length + 1), false);
-    for (char c = 0; readDecoded(in, &c);)
-        out.PutC(c);
-    char* const copy = m_pool.AllocString(work, static_cast<unsigned int>(out.ReadAvailable()));
+    char* const copy = m_pool.AllocString(work, decode(text, text + length, work));
     if (work != block)
         Free(work);
     return copy;
