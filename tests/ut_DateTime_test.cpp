@@ -17,6 +17,7 @@
 #include "ExpectFailure.h"
 #include "GermanTimeLocale.h"
 #include "LogCapture.h"
+#include "RandomRun.h"
 #include "TemporaryDirectory.h"
 #include "TimeZone.h"
 #include "ut_Debug.h"
@@ -1140,6 +1141,67 @@ TEST_P(DateTimeZones, TextsRoundTrip) {
         ASSERT_TRUE(isShownTwice(instant)) << instant << " " << iso;
         ASSERT_EQ(isoOf(fromISO), iso) << instant;
         ASSERT_EQ(isoOf(fromClassic), iso) << instant;
+    }
+}
+
+// The forms of digits alone are written by hand. They must agree with `printf` for every time and every array.
+TEST_P(DateTimeZones, TextsOfDigitsAgreeWithPrintf) {
+    const test::TimeZone zone(GetParam());
+    test::RandomRun random;
+    while (random.steps(50000)) {
+        // Years of up to five digits are frequent, and longer ones occur.
+        const int range = static_cast<int>(random.below(8) == 0 ? random.below(64) : 24 + random.below(6));
+        const auto instant = static_cast<time_t>(static_cast<int64_t>(random.bits()) >> range);
+        tm fields = {};
+        if (instant == -1 || localtime_r(&instant, &fields) == nullptr || fields.tm_year > INT_MAX - 1900)
+            continue;
+        const int size = static_cast<int>(random.below(25));
+        const DateTime when(instant);
+        const auto expectText = [&](Formatter format, const char* expected) {
+            std::string array(40, '#');
+            std::string plain = array;
+            std::snprintf(plain.data(), static_cast<std::size_t>(size), "%s", expected);
+            (when.*format)(array.data(), size);
+            EXPECT_EQ(array, plain) << instant << " in " << size;
+        };
+        char text[80];
+        std::snprintf(text, sizeof text, "%04d-%02d-%02d %02d:%02d:%02d", fields.tm_year + 1900, fields.tm_mon + 1,
+                      fields.tm_mday, fields.tm_hour, fields.tm_min, fields.tm_sec);
+        expectText(&DateTime::ToISOBuf, text);
+        std::snprintf(text, sizeof text, "%04d-%02d-%02d", fields.tm_year + 1900, fields.tm_mon + 1, fields.tm_mday);
+        expectText(&DateTime::ToISODateBuf, text);
+        std::snprintf(text, sizeof text, "%02d:%02d:%02d", fields.tm_hour, fields.tm_min, fields.tm_sec);
+        expectText(&DateTime::ToShortTimeBuf, text);
+    }
+}
+
+// Texts of the form that `ToISOBuf` writes are read by hand; a blank in front takes the same text through the tokens.
+TEST_P(DateTimeZones, IsoTextsAreReadAsTheirTokens) {
+    const test::TimeZone zone(GetParam());
+    test::RandomRun random;
+    const auto outcome = [](const std::string& text) {
+        std::string result;
+        const auto failure = CATCH_FAILURE(result = std::to_string(DateTime(text.c_str()).getTime()));
+        return failure != nullptr ? std::string(failure->function()) + " " + failure->message() : result;
+    };
+    while (random.steps(50000)) {
+        char text[40];
+        if (random.below(4) == 0) {
+            std::snprintf(text, sizeof text, "%04u-%02u-%02u %02u:%02u:%02u", random.below(10000), random.below(100),
+                          random.below(100), random.below(100), random.below(100), random.below(100));
+        } else {
+            std::snprintf(text, sizeof text, "%04u-%02u-%02u %02u:%02u:%02u", 1890 + random.below(200),
+                          1 + random.below(12), 1 + random.below(31), random.below(24), random.below(60),
+                          random.below(60));
+        }
+        std::string changed = text;
+        if (random.below(4) == 0)
+            changed[random.below(static_cast<unsigned int>(changed.size()))] = " -:09+x\t/"[random.below(9)];
+        if (random.below(8) == 0)
+            changed.resize(random.below(20));
+        if (random.below(8) == 0)
+            changed += random.text(3, " 1:-x");
+        EXPECT_EQ(outcome(changed), outcome(" " + changed)) << "'" << changed << "'";
     }
 }
 

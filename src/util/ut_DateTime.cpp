@@ -9,6 +9,7 @@
 
 #include "internal/ut_Failure.h"
 #include "internal/ut_Trace.h"
+#include "internal/ut_WholeText.h"
 #include "ut_Misc.h"
 #include "ut_PutStream.h"
 
@@ -159,6 +160,52 @@ private:
     char* m_fields[mostTokens] = {};
 };
 
+constexpr char isoForm[] = "0000-00-00 00:00:00";
+constexpr std::size_t isoLength = sizeof isoForm - 1;
+constexpr std::size_t isoDateLength = 10;
+constexpr std::size_t isoTimeOffset = 11;
+
+int twoDigits(const char* text) {
+    return (text[0] - '0') * 10 + (text[1] - '0');
+}
+
+// Reads a text of exactly the form that `ToISOBuf` writes for the years 0 to 9999. Returns false for all others.
+bool readISO(const char* text, WrittenFields* written) {
+    // The comparison includes the NUL, and stops there if the text is shorter.
+    for (std::size_t i = 0; i < sizeof isoForm; ++i) {
+        if (isoForm[i] == '0' ? text[i] < '0' || text[i] > '9' : text[i] != isoForm[i])
+            return false;
+    }
+    *written = {twoDigits(text) * 100 + twoDigits(text + 2),
+                twoDigits(text + 5),
+                twoDigits(text + 8),
+                twoDigits(text + 11),
+                twoDigits(text + 14),
+                twoDigits(text + 17)};
+    return true;
+}
+
+void setTwoDigits(char* text, int number) {
+    text[0] = static_cast<char>('0' + number / 10);
+    text[1] = static_cast<char>('0' + number % 10);
+}
+
+// Formats local time, without a terminating NUL. Returns false if the year has not four digits.
+bool formatISO(const tm& fields, char (&text)[isoLength]) {
+    const int year = yearOf(fields);
+    if (year < 0 || year > 9999)
+        return false;
+    std::memcpy(text, isoForm, sizeof text);
+    setTwoDigits(text, year / 100);
+    setTwoDigits(text + 2, year % 100);
+    setTwoDigits(text + 5, fields.tm_mon + 1);
+    setTwoDigits(text + 8, fields.tm_mday);
+    setTwoDigits(text + 11, fields.tm_hour);
+    setTwoDigits(text + 14, fields.tm_min);
+    setTwoDigits(text + 17, fields.tm_sec);
+    return true;
+}
+
 // Independent of the locale, where `tolower` may map a letter of an English name differently.
 char lowerAscii(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
@@ -252,6 +299,17 @@ public:
         va_end(arguments);
     }
 
+    // Writes `length` bytes of `text`. Returns false and writes nothing if `write` must show how they do not fit.
+    bool writeWhole(const char* text, std::size_t length) const {
+        if (m_stream != nullptr)
+            return putWhole(*m_stream, text, length);
+        if (static_cast<std::size_t>(m_size) <= length)
+            return false;
+        std::memcpy(m_buf, text, length);
+        m_buf[length] = 0;
+        return true;
+    }
+
 private:
     void writeList(const char* format, va_list arguments) const VXUT_PRINTF(2, 0) {
         if (m_stream != nullptr) {
@@ -286,6 +344,9 @@ void writeLong(time_t seconds, const Destination& destination) {
 void writeISO(time_t seconds, const Destination& destination) {
     tm fields = {};
     if (!beginText(seconds, &fields, destination))
+        return;
+    char text[isoLength];
+    if (formatISO(fields, text) && destination.writeWhole(text, isoLength))
         return;
     destination.write("%04d-%02d-%02d %02d:%02d:%02d", yearOf(fields), fields.tm_mon + 1, fields.tm_mday,
                       fields.tm_hour, fields.tm_min, fields.tm_sec);
@@ -340,12 +401,18 @@ void writeISODate(time_t seconds, const Destination& destination) {
     tm fields = {};
     if (!beginText(seconds, &fields, destination))
         return;
+    char text[isoLength];
+    if (formatISO(fields, text) && destination.writeWhole(text, isoDateLength))
+        return;
     destination.write("%04d-%02d-%02d", yearOf(fields), fields.tm_mon + 1, fields.tm_mday);
 }
 
 void writeShortTime(time_t seconds, const Destination& destination) {
     tm fields = {};
     if (!beginText(seconds, &fields, destination))
+        return;
+    char text[isoLength];
+    if (formatISO(fields, text) && destination.writeWhole(text + isoTimeOffset, isoLength - isoTimeOffset))
         return;
     destination.write("%02d:%02d:%02d", fields.tm_hour, fields.tm_min, fields.tm_sec);
 }
@@ -370,11 +437,14 @@ DateTime::DateTime(tm* fields) : m_time(fields != nullptr ? mktime(fields) : inv
 DateTime::DateTime(const char* text) : m_time(0) {
     if (text == nullptr)
         return;
-    const DateText fields(text);
-    if (fields.isEmpty())
-        return;
-    VXUT_REQUIRE_DATE(fields.isComplete());
-    const WrittenFields written = fields.written();
+    WrittenFields written = {};
+    if (!readISO(text, &written)) {
+        const DateText fields(text);
+        if (fields.isEmpty())
+            return;
+        VXUT_REQUIRE_DATE(fields.isComplete());
+        written = fields.written();
+    }
     VXUT_TRACE(TOKEN_DATE_TIME, "DateTime: Year %d Month %d Day %d Hour %d Minute %d Seconds %d", written.year,
                written.month, written.day, written.hour, written.minute, written.second);
     m_time = localSeconds(written);

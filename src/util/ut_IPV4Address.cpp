@@ -2,8 +2,11 @@
 
 #include <arpa/inet.h>
 
+#include <charconv>
 #include <cstring>
+#include <iterator>
 
+#include "internal/ut_WholeText.h"
 #include "ut_BufferStream.h"
 
 namespace utility {
@@ -37,7 +40,15 @@ char* IPV4Address::toBuffer(char* buf, unsigned int size) const {
 }
 
 void IPV4Address::toPutStream(PutStream& out) const {
-    out.PutF("%d.%d.%d.%d", m_bytes[0], m_bytes[1], m_bytes[2], m_bytes[3]);
+    char text[sizeof "255.255.255.255"];
+    char* end = text;
+    for (const unsigned char byte : m_bytes) {
+        end = std::to_chars(end, std::end(text), byte).ptr;
+        *end++ = '.';
+    }
+    const std::size_t length = static_cast<std::size_t>(end - text) - 1; // without the last '.'
+    if (!putWhole(out, text, length))
+        out.PutF("%d.%d.%d.%d", m_bytes[0], m_bytes[1], m_bytes[2], m_bytes[3]);
 }
 
 void IPV4Address::toArray(unsigned char* out) {

@@ -2,7 +2,6 @@
 
 #include <arpa/inet.h>
 
-#include <cctype>
 #include <cstdint>
 #include <cstring>
 
@@ -17,12 +16,17 @@ namespace {
 constexpr unsigned int groupCount = 8;
 constexpr std::size_t longestText = 65534; // its size with the terminator fits in 16 bits
 
+// Independent of the locale: `inet_pton` refuses all letters but those of ASCII.
+char upperCase(char c) {
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
 char* upperCaseCopy(const char* text, uint16_t length) {
     char* const copy = static_cast<char*>(framework::Memory::StaticAlloc(length + 1ul));
     if (copy == nullptr)
         return nullptr;
     for (uint16_t index = 0; index < length; ++index)
-        copy[index] = static_cast<char>(std::toupper(static_cast<unsigned char>(text[index])));
+        copy[index] = upperCase(text[index]);
     copy[length] = 0;
     return copy;
 }

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "internal/ut_HexText.h"
+#include "internal/ut_WholeText.h"
 #include "ut_Misc.h"
 #include "ut_PutStream.h"
 
@@ -51,10 +52,9 @@ char* SerialNumber::toBuffer(char* buf, unsigned int size) const {
 }
 
 void SerialNumber::toPutStream(PutStream& out) const {
-    for (const unsigned char byte : m_bytes) {
-        out.PutC(m_hexChar[byte >> 4]);
-        out.PutC(m_hexChar[byte & 15]);
-    }
+    char text[2 * sizeof m_bytes];
+    writeHexText(m_bytes, sizeof m_bytes, text);
+    putCharacters(out, text, sizeof text);
 }
 
 char* SerialNumber::toShortBuffer(char* buf, unsigned int size) const {
@@ -66,10 +66,11 @@ char* SerialNumber::toShortBuffer(char* buf, unsigned int size) const {
 }
 
 void SerialNumber::toShortPutStream(PutStream& out) const {
-    for (const unsigned char index : shortForm) {
-        out.PutC(m_hexChar[m_bytes[index] >> 4]);
-        out.PutC(m_hexChar[m_bytes[index] & 15]);
-    }
+    char text[2 * sizeof shortForm];
+    BoundedText bounded(text, sizeof text);
+    for (const unsigned char index : shortForm)
+        bounded.putByte(m_bytes[index], m_hexChar);
+    putCharacters(out, text, sizeof text);
 }
 
 bool SerialNumber::isValid() const {

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "internal/ut_HexText.h"
+#include "internal/ut_WholeText.h"
 #include "ut_PutStream.h"
 
 namespace utility {
@@ -36,10 +37,9 @@ char* WWN::toBuffer(char* buf, unsigned int size) const {
 }
 
 void WWN::toPutStream(PutStream& out) const {
-    for (const unsigned char byte : m_bytes) {
-        out.PutC(m_hexChar[byte >> 4]);
-        out.PutC(m_hexChar[byte & 15]);
-    }
+    char text[2 * sizeof m_bytes];
+    writeHexText(m_bytes, sizeof m_bytes, text);
+    putCharacters(out, text, sizeof text);
 }
 
 bool WWN::operator==(const WWN& other) const {

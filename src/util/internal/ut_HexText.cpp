@@ -16,6 +16,21 @@ int digitValue(char c) {
     return -1;
 }
 
+// The two digits of each byte.
+struct DigitPairs {
+    char pairs[256][2] = {};
+
+    constexpr DigitPairs() {
+        const char digits[] = "0123456789abcdef";
+        for (int byte = 0; byte < 256; ++byte) {
+            pairs[byte][0] = digits[byte >> 4];
+            pairs[byte][1] = digits[byte & 15];
+        }
+    }
+};
+
+constexpr DigitPairs digitPairs;
+
 } // namespace
 
 bool readHexText(const char* text, unsigned char* bytes, unsigned int count) {
@@ -31,6 +46,11 @@ bool readHexText(const char* text, unsigned char* bytes, unsigned int count) {
         byte = static_cast<unsigned char>(digit % 2 == 0 ? value << 4 : byte | value);
     }
     return true;
+}
+
+void writeHexText(const unsigned char* bytes, std::size_t count, char* text) {
+    for (std::size_t i = 0; i < count; ++i)
+        std::memcpy(text + 2 * i, digitPairs.pairs[bytes[i]], 2);
 }
 
 } // namespace utility

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+
 // Internal: parses and formats numbers and fixed-size identifiers as hexadecimal text.
 
 namespace utility {
@@ -8,6 +10,9 @@ namespace utility {
 /// zero. Returns false if `text` ends early or has any other character; the digits before it are stored. Ignores
 /// everything after the last digit.
 bool readHexText(const char* text, unsigned char* bytes, unsigned int count);
+
+/// Writes the two lower-case digits of each of `count` bytes to `text`, without a NUL.
+void writeHexText(const unsigned char* bytes, std::size_t count, char* text);
 
 /// Writes to a caller's array and discards what does not fit.
 class BoundedText {
