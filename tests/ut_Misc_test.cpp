@@ -16,6 +16,8 @@
 #include <vector>
 
 #include "ExpectFailure.h"
+#include "RandomRun.h"
+#include "ut_BufferStream.h"
 
 using utility::Misc;
 
@@ -239,6 +241,28 @@ TEST(Misc, ToHexStringOfBytesIsNullIfTheTextDoesNotFit) {
     EXPECT_EQ(Misc::toHexString(bytes, 2, nullptr, 20), nullptr);
 }
 
+TEST(Misc, ToHexStringOfBytesAgreesWithFormattingEachByte) {
+    test::RandomRun random;
+    while (random.steps(20000)) {
+        const int count = static_cast<int>(random.below(20)) - 2;
+        const int size = static_cast<int>(random.below(45)) - 2;
+        std::vector<unsigned char> bytes(20);
+        for (unsigned char& byte : bytes)
+            byte = static_cast<unsigned char>(random.below(256));
+        WatchedBuffer buffer(std::max(size, 0));
+        WatchedBuffer plain(std::max(size, 0));
+        const auto failure = test::failureOf([&] {
+            utility::PutStream out(plain.data(), size);
+            for (int i = 0; i < count; ++i)
+                out.PutF("%02x", bytes[static_cast<std::size_t>(i)]);
+        });
+        EXPECT_EQ(Misc::toHexString(bytes.data(), count, buffer.data(), size),
+                  failure == nullptr ? buffer.data() : nullptr);
+        EXPECT_EQ(buffer.content(), plain.content()) << count << " bytes in " << size;
+        EXPECT_TRUE(buffer.surroundingsIntact());
+    }
+}
+
 TEST(Misc, IsHexCharAcceptsEverythingUpToCapitalAAndLowerCaseDigits) {
     for (int c = 0; c < 256; ++c) {
         const bool expected = c <= 0x41 || (c >= 'a' && c <= 'f');
@@ -448,6 +472,42 @@ TEST(Misc, ToDSdecimalThrowsIfTheTextDoesNotFit) {
         WatchedBuffer buffer(0);
         EXPECT_FAILURE(Misc::toDSdecimal(0LL, 3, buffer.data(), size), 1239, "ut_PutStream", PUT_C, "");
         EXPECT_TRUE(buffer.surroundingsIntact()) << size;
+    }
+}
+
+// Every character and the unit are written to the stream one after the other: a text that does not fit is kept up to
+// the first one that does not.
+TEST(Misc, ToDecimalAndToDSdecimalWriteArraysOfEverySizeAsAStreamDoes) {
+    std::mt19937_64 random(6);
+    for (int i = 0; i < 20000 && !HasFailure(); ++i) {
+        const long long v = i % 50 == 0 ? 0 : randomNumber(random);
+        const int size = static_cast<int>(random() % 32);
+        const int digits = i % 2 == 0 ? 0 : static_cast<int>(random() % 9);
+        const std::string text = i % 2 == 0 ? referenceDecimal(v) : referenceCapacity(v, digits);
+        const std::size_t unit = std::min(text.find(' '), text.size());
+        WatchedBuffer buffer(size);
+        WatchedBuffer plain(size);
+        const auto expected = test::failureOf([&] {
+            utility::BufferStream out(plain.data(), size, false);
+            for (const char c : text.substr(0, unit))
+                out.PutC(c);
+            if (i % 2 != 0)
+                out.PutF("%s", text.substr(unit).c_str());
+            else if (v != 0)
+                out.PutC(0);
+        });
+        const auto failure = test::failureOf([&] {
+            if (i % 2 == 0)
+                Misc::toDecimal(v, buffer.data(), size);
+            else
+                Misc::toDSdecimal(v, digits, buffer.data(), size);
+        });
+        EXPECT_EQ(buffer.content(), plain.content()) << v << " in " << size;
+        ASSERT_EQ(failure == nullptr, expected == nullptr) << v << " in " << size;
+        if (failure != nullptr) {
+            EXPECT_STREQ(failure->function(), expected->function());
+            EXPECT_STREQ(failure->message(), expected->message());
+        }
     }
 }
 

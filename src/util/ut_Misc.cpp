@@ -15,6 +15,7 @@
 
 #include "fw_Exception.h"
 #include "internal/ut_HexText.h"
+#include "internal/ut_WholeText.h"
 #include "ut_BufferStream.h"
 #include "ut_Debug.h"
 
@@ -63,9 +64,13 @@ unsigned long long magnitude(long long v) {
     return v < 0 ? 0 - bits : bits;
 }
 
-// Writes the first `digits` decimal digits of `v`, which is not 0, in groups of three. Writes ',' before a group that
-// is shown whole, and '.' before one that is not. Returns the index of the unit of what is before the '.'.
-int putDigits(BufferStream& out, unsigned long long v, int digits) {
+// The longest text: a sign, nineteen digits in seven groups, and a NUL.
+constexpr std::size_t longestNumber = 32;
+
+// Writes the first `digits` decimal digits of `v`, which is not 0, in groups of three, and moves `at` past them. Writes
+// ',' before a group that is shown whole, and '.' before one that is not. Returns the index of the unit of what is
+// before the '.'.
+int writeDigits(char*& at, unsigned long long v, int digits) {
     char number[std::numeric_limits<unsigned long long>::digits10 + 1];
     const int length = static_cast<int>(std::to_chars(number, std::end(number), v).ptr - number);
     int unit = noUnit - (length - 1) / 3;
@@ -73,10 +78,10 @@ int putDigits(BufferStream& out, unsigned long long v, int digits) {
         const bool startsGroup = i > 0 && (length - i) % 3 == 0;
         const bool isWhole = digits - i >= 3;
         if (startsGroup)
-            out.PutC(isWhole ? ',' : '.');
+            *at++ = isWhole ? ',' : '.';
         if (startsGroup && isWhole)
             ++unit;
-        out.PutC(number[i]);
+        *at++ = number[i];
     }
     return unit;
 }
@@ -115,6 +120,13 @@ char* Misc::toHexString(unsigned char v, bool leadingZeros, char* buf, int size)
 }
 
 char* Misc::toHexString(unsigned char* bytes, int count, char* buf, int size) {
+    if (bytes != nullptr && buf != nullptr && count > 0 && size > 0 && count <= (size - 1) / 2) {
+        // The stream below also clears the last byte of the array.
+        buf[size - 1] = 0;
+        writeHexText(bytes, static_cast<std::size_t>(count), buf);
+        buf[2 * count] = 0;
+        return buf;
+    }
     try {
         PutStream out(buf, size);
         for (int i = 0; bytes != nullptr && i < count; ++i)
@@ -167,10 +179,13 @@ char* Misc::toDecimal(long long v, char* buf, int size) {
         out.PutC('0');
         return buf;
     }
+    char text[longestNumber];
+    char* end = text;
     if (v < 0)
-        out.PutC('-');
-    putDigits(out, magnitude(v), allDigits);
-    out.PutC(0);
+        *end++ = '-';
+    writeDigits(end, magnitude(v), allDigits);
+    *end++ = 0;
+    putCharacters(out, text, static_cast<std::size_t>(end - text));
     return buf;
 }
 
@@ -180,15 +195,20 @@ char* Misc::toDSdecimal(long v, int digits, char* buf, int size) {
 
 char* Misc::toDSdecimal(long long v, int digits, char* buf, int size) {
     BufferStream out(buf, size, false);
+    char text[longestNumber];
+    char* end = text;
     int unit = noUnit;
     if (v == 0) {
-        out.PutC('0');
+        *end++ = '0';
     } else {
         if (v < 0)
-            out.PutC('-');
-        unit = putDigits(out, magnitude(v), std::max(digits, 3));
+            *end++ = '-';
+        unit = writeDigits(end, magnitude(v), std::max(digits, 3));
     }
-    out.PutF("%s", capacityUnits[unit]);
+    putCharacters(out, text, static_cast<std::size_t>(end - text));
+    const char* const suffix = capacityUnits[unit];
+    if (!putWhole(out, suffix, std::strlen(suffix)))
+        out.PutF("%s", suffix);
     return buf;
 }
 

@@ -4,9 +4,9 @@
 #include <climits>
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <cstring>
 
+#include "internal/ut_HexText.h"
 #include "ut_BufferStream.h"
 #include "ut_Misc.h"
 #include "ut_md5.h"
@@ -175,16 +175,14 @@ unsigned char Misc::calc_crc(char* data, int len) {
 int Misc::calc_md5(const char* text, char* out, int size) {
     unsigned char digest[16];
     md5(text, text != nullptr ? std::strlen(text) : 0, digest);
-    int left = out != nullptr ? std::max(size, 0) : 0;
-    int formatted = 0;
-    for (const unsigned char byte : digest) {
-        formatted = std::snprintf(out, static_cast<std::size_t>(left), "%02x", byte);
-        left -= 2;
-        if (left < 1)
-            break;
-        out += 2;
+    if (out != nullptr && size > 0) {
+        char hex[hexDigits];
+        writeHexText(digest, sizeof digest, hex);
+        const int length = std::min(size - 1, hexDigits);
+        std::memcpy(out, hex, static_cast<std::size_t>(length));
+        out[length] = 0;
     }
-    return formatted;
+    return 2; // the length of one byte's text, which callers rely on
 }
 
 char* Misc::calc_md5_hex(const char* data, int len, char* out, int size) {
