@@ -11,8 +11,8 @@ namespace utility {
 /// A growable array of signed 64-bit numbers.
 ///
 /// The array owns its block; the elements are plain values. Not thread-safe. An index out of range throws code 1229, a
-/// failed allocation code 1230; either leaves the array unchanged.
-/// Traces show a value as unsigned, and before its index.
+/// failed allocation code 1230; either leaves the array unchanged. Traces show the value first, as an unsigned number,
+/// and then its index.
 ///
 ///     utility::Int64Array offsets(4);
 ///     offsets.Append(-4096);
@@ -23,7 +23,7 @@ public:
     /// Creates an empty array with space for `capacity` elements, or for 20 if `capacity` is 0.
     /// Throws code 1230 if the allocation fails.
     explicit Int64Array(unsigned int capacity);
-    /// Copies the elements and the capacity of `other`.
+    /// Copies the elements and the capacity of `other`. Throws code 1230 if the allocation fails.
     Int64Array(const Int64Array& other);
     Int64Array& operator=(const Int64Array&) = delete;
     ~Int64Array() override;
@@ -37,9 +37,10 @@ public:
     void SetAt(unsigned int index, int64_t value);
     /// Removes the element at `index`; the elements after it move down by one. Throws code 1229 if `index >= length()`.
     void DeleteAt(unsigned int index);
-    /// Returns the element at `index`. Valid until the array grows. Throws code 1229 if `index >= length()`.
+    /// Returns a reference to the element at `index`, valid until the array grows or is destroyed. Throws code 1229 if
+    /// `index >= length()`.
     int64_t& operator[](unsigned int index);
-    /// The same for a constant array.
+    /// Does the same for a const array.
     const int64_t& operator[](unsigned int index) const;
 
 private:

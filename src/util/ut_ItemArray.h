@@ -24,7 +24,7 @@ public:
     /// Creates an empty array with space for `capacity` elements, or for 20 if `capacity` is 0.
     /// Throws code 1230 if the allocation fails.
     explicit ItemArray(unsigned int capacity);
-    /// Copies the pointers and the capacity of `other`, not the items.
+    /// Copies the pointers and the capacity of `other`, not the items. Throws code 1230 if the allocation fails.
     ItemArray(const ItemArray& other);
     ItemArray& operator=(const ItemArray&) = delete;
     ~ItemArray() override;
@@ -38,12 +38,13 @@ public:
     void SetAt(unsigned int index, framework::Item* item);
     /// Removes the element at `index`; the elements after it move down by one. Throws code 1229 if `index >= length()`.
     void DeleteAt(unsigned int index);
-    /// Returns the element at `index`. Valid until the array grows. Throws code 1229 if `index >= length()`.
+    /// Returns a reference to the element at `index`, valid until the array grows or is destroyed. Throws code 1229 if
+    /// `index >= length()`.
     framework::Item*& operator[](unsigned int index);
-    /// The same for a constant array.
+    /// Does the same for a const array.
     framework::Item* const& operator[](unsigned int index) const;
 
-    /// Adds the items of `other` at the end, in order; an array appended to itself doubles.
+    /// Adds the items of `other` at the end, in order; appending an array to itself doubles it.
     void Append(ItemArray& other);
     /// Returns the index of the first element equal to the pointer `item`, or 0xFFFFFFFF if there is none.
     unsigned int Find(framework::Item* item) const;

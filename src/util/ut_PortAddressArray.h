@@ -11,8 +11,8 @@ class PutStream;
 /// A growable array of pointers to port addresses, which owns them.
 ///
 /// The destructor and `DeleteAll` delete the addresses; a copy clones them. An address that is replaced, removed or
-/// truncated is not deleted: it belongs to the caller again. Null elements are allowed. Not thread-safe. An index out
-/// of range throws code 1229, a failed allocation code 1230; either leaves the array unchanged.
+/// truncated is not deleted; its ownership returns to the caller. Null elements are allowed. Not thread-safe. An index
+/// out of range throws code 1229, a failed allocation code 1230; either leaves the array unchanged.
 ///
 ///     utility::IPV4Address address("10.1.2.3");
 ///     utility::PortAddressArray ports(4);
@@ -26,11 +26,14 @@ public:
     /// Creates an empty array with space for `capacity` elements, or for 20 if `capacity` is 0.
     /// Throws code 1230 if the allocation fails.
     explicit PortAddressArray(unsigned int capacity);
-    /// Clones the addresses and copies the capacity of `other`. Also throws what `PortAddress::clone` throws.
+    /// Clones the addresses and copies the capacity of `other`. Throws code 1230 if the allocation fails, and whatever
+    /// `PortAddress::clone` throws.
     PortAddressArray(const PortAddressArray& other);
-    /// Deletes the addresses, and takes clones of the addresses of `other` and its capacity; self-assignment does
-    /// nothing. Throws what the copy constructor throws, with the array unchanged. Releases the old block with the
-    /// global delete operator: callers see `framework::Memory::staticOutstanding()` one too high from then on.
+    /// Deletes the addresses and replaces them with clones of the addresses of `other`. Also copies the capacity.
+    /// Self-assignment does nothing. Throws what the copy constructor throws; the array is then unchanged.
+    ///
+    /// The old block is released with the global `operator delete`, so callers see
+    /// `framework::Memory::staticOutstanding()` one too high from then on.
     PortAddressArray& operator=(const PortAddressArray& other);
     ~PortAddressArray() override;
 
@@ -40,28 +43,31 @@ public:
     /// unless the call throws.
     /// Throws code 1229 if `index > length()`.
     void InsertAt(unsigned int index, PortAddress* address);
-    /// Replaces the element at `index` by `address`. The array takes ownership unless the call throws; the replaced
-    /// element then belongs to the caller. Throws code 1229 if `index >= length()`.
+    /// Replaces the element at `index` by `address`. The array takes ownership unless the call throws; ownership of the
+    /// replaced element returns to the caller. Throws code 1229 if `index >= length()`.
     void SetAt(unsigned int index, PortAddress* address);
-    /// Removes the element at `index`, which then belongs to the caller; the elements after it move down by one.
-    /// Throws code 1229 if `index >= length()`.
+    /// Removes the element at `index` without deleting it and moves the elements after it down by one. Ownership
+    /// returns to the caller. Throws code 1229 if `index >= length()`.
     void DeleteAt(unsigned int index);
-    /// Returns the element at `index`. Valid until the array grows. Throws code 1229 if `index >= length()`.
+    /// Returns a reference to the element at `index`, valid until the array grows or is destroyed. Throws code 1229 if
+    /// `index >= length()`.
     PortAddress*& operator[](unsigned int index);
-    /// The same for a constant array.
+    /// Does the same for a const array.
     PortAddress* const& operator[](unsigned int index) const;
     /// Returns the element at `index`, or null if `index >= length()`. The array keeps ownership.
     PortAddress* ElementAt(unsigned int index) const;
 
-    /// Adds the pointers of `other` at the end, in order; an array appended to itself doubles. The addresses are not
-    /// cloned: callers rely on the pointers being shared, and use `truncate` to remove them from one of the two places
-    /// before both would delete them.
+    /// Adds the pointers of `other` at the end, in order; appending an array to itself doubles it. The addresses are
+    /// not cloned: callers rely on the pointers being shared. Remove each from one of the two places with `truncate`
+    /// before it would be deleted twice.
     void Append(PortAddressArray& other);
     /// Returns the index of the first element equal to the pointer `address`, or 0xFFFFFFFF if there is none.
     unsigned int Find(PortAddress* address) const;
     /// Deletes the addresses from the last to the first, and leaves an empty array with the same capacity.
     void DeleteAll();
-    /// Writes the addresses with "," before each element except the first. Callers rely on the commas of null elements.
+    /// Writes the addresses separated by ",". A null element is written as the empty text; callers rely on its comma.
+    /// An address that does not fit is truncated as in `PortAddress::toPutStream`; a comma that does not fit fails as
+    /// `PutStream::PutC` does.
     void toPutStream(PutStream& out) const;
 
 private:

@@ -19,7 +19,7 @@ public:
     /// Creates an empty array with space for `capacity` elements, or for 20 if `capacity` is 0.
     /// Throws code 1230 if the allocation fails.
     explicit ShortArray(unsigned int capacity);
-    /// Copies the elements and the capacity of `other`.
+    /// Copies the elements and the capacity of `other`. Throws code 1230 if the allocation fails.
     ShortArray(const ShortArray& other);
     ShortArray& operator=(const ShortArray&) = delete;
     ~ShortArray() override;
@@ -33,9 +33,10 @@ public:
     void SetAt(unsigned int index, short value);
     /// Removes the element at `index`; the elements after it move down by one. Throws code 1229 if `index >= length()`.
     void DeleteAt(unsigned int index);
-    /// Returns the element at `index`. Valid until the array grows. Throws code 1229 if `index >= length()`.
+    /// Returns a reference to the element at `index`, valid until the array grows or is destroyed. Throws code 1229 if
+    /// `index >= length()`.
     short& operator[](unsigned int index);
-    /// The same for a constant array.
+    /// Does the same for a const array.
     const short& operator[](unsigned int index) const;
     /// Returns the element at `index`, or 0 if `index >= length()`.
     short ElementAt(unsigned int index) const;

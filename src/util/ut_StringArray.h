@@ -7,8 +7,8 @@ namespace utility {
 
 /// A growable array of texts: the library's common list of strings.
 ///
-/// The array owns its block and a copy of every text. Copies are made with `framework::Memory::StaticAllocString`; if
-/// that fails, the element is null. Null elements are allowed. A full array doubles its capacity. Not thread-safe. An
+/// The array owns its block and a copy of every text. Copies are made with `framework::Memory::StaticAllocString`; if a
+/// copy fails, the element is null. Null elements are allowed. A full array doubles its capacity. Not thread-safe. An
 /// index out of range throws code 1229, a failed allocation of the block code 1230; either leaves the array unchanged.
 ///
 ///     utility::StringArray names(0);
@@ -21,15 +21,15 @@ public:
     /// Creates an empty array with space for `capacity` texts, or for 20 if `capacity` is 0.
     /// Throws code 1230 if the allocation fails.
     explicit StringArray(unsigned int capacity);
-    /// Copies the texts and the capacity of `other`.
+    /// Copies the texts and the capacity of `other`. Throws code 1230 if the allocation of the block fails.
     StringArray(const StringArray& other);
     StringArray& operator=(const StringArray&) = delete;
     ~StringArray() override;
 
     /// Adds a copy of `text` at the end, or a null element if `text` is null.
     void Append(const char* text);
-    /// Adds a copy of at most the first `length` characters of `text` at the end, or a null element if `text` is null.
-    /// Does not read past `length` characters or a NUL, so `text` need not be NUL-terminated.
+    /// Adds a copy of the first `length` characters of `text` at the end, or a null element if `text` is null. Stops at
+    /// a NUL; otherwise `text` need not be NUL-terminated.
     void Append(const char* text, unsigned int length);
     /// Inserts a copy of `text`, or a null element if `text` is null, before the element at `index`, or at the end if
     /// `index == length()`.
@@ -47,13 +47,13 @@ public:
     void DeleteAll();
     /// Returns the text at `index`, or null if `index >= length()`. The array keeps ownership.
     char* ElementAt(unsigned int index) const;
-    /// Returns the slot at `index`. Valid until the array grows.
-    /// Throws code 1229 if `index >= length()`.
+    /// Returns a reference to the slot at `index`, valid until the array grows or is destroyed. Throws code 1229 if
+    /// `index >= length()`.
     ///
     /// The array frees the text of each slot with `framework::Memory::StaticFreeString`. A text assigned to the slot
     /// must come from `StaticAllocString`, and the caller frees the text that it replaces.
     char*& operator[](unsigned int index);
-    /// The same for a constant array.
+    /// Does the same for a const array.
     char* const& operator[](unsigned int index) const;
 
 private:

@@ -9,8 +9,8 @@ class WWN;
 
 /// A growable array of pointers to World Wide Names, which owns them.
 ///
-/// The destructor deletes the elements. An element that is replaced, removed or truncated is not deleted: it belongs to
-/// the caller again. Null elements are allowed. Not thread-safe. An index out of range throws code 1229, a failed
+/// The destructor deletes the elements. An element that is replaced, removed or truncated is not deleted; its ownership
+/// returns to the caller. Null elements are allowed. Not thread-safe. An index out of range throws code 1229, a failed
 /// allocation code 1230; either leaves the array unchanged.
 ///
 ///     utility::WWNArray names(4);
@@ -22,8 +22,10 @@ public:
     /// Creates an empty array with space for `capacity` elements, or for 20 if `capacity` is 0.
     /// Throws code 1230 if the allocation fails.
     explicit WWNArray(unsigned int capacity);
-    /// Copies the pointers and the capacity of `other`. The elements are not copied: callers rely on the pointers being
-    /// shared, and use `truncate` to remove them from one of the two arrays before both would delete them.
+    /// Copies the pointers and the capacity of `other`, but not the elements: callers rely on both arrays sharing them.
+    /// Remove them from one of the arrays with `truncate` before the second destructor runs, which would delete them
+    /// again.
+    /// Throws code 1230 if the allocation fails.
     WWNArray(const WWNArray& other);
     WWNArray& operator=(const WWNArray&) = delete;
     ~WWNArray() override;
@@ -34,20 +36,21 @@ public:
     /// unless the call throws.
     /// Throws code 1229 if `index > length()`.
     void InsertAt(unsigned int index, WWN* name);
-    /// Replaces the element at `index` by `name`. The array takes ownership unless the call throws; the replaced
-    /// element then belongs to the caller. Throws code 1229 if `index >= length()`.
+    /// Replaces the element at `index` by `name`. The array takes ownership unless the call throws; ownership of the
+    /// replaced element returns to the caller. Throws code 1229 if `index >= length()`.
     void SetAt(unsigned int index, WWN* name);
-    /// Removes the element at `index`, which then belongs to the caller; the elements after it move down by one.
-    /// Throws code 1229 if `index >= length()`.
+    /// Removes the element at `index` without deleting it and moves the elements after it down by one. Ownership
+    /// returns to the caller. Throws code 1229 if `index >= length()`.
     void DeleteAt(unsigned int index);
-    /// Returns the element at `index`. Valid until the array grows. Throws code 1229 if `index >= length()`.
+    /// Returns a reference to the element at `index`, valid until the array grows or is destroyed. Throws code 1229 if
+    /// `index >= length()`.
     WWN*& operator[](unsigned int index);
-    /// The same for a constant array.
+    /// Does the same for a const array.
     WWN* const& operator[](unsigned int index) const;
 
-    /// Adds the pointers of `other` at the end, in order; an array appended to itself doubles. The elements are not
-    /// copied: callers rely on the pointers being shared, and use `truncate` to remove them from one of the two places
-    /// before both would delete them.
+    /// Adds the pointers of `other` at the end, in order; appending an array to itself doubles it. The elements are not
+    /// copied: callers rely on the pointers being shared. Remove each from one of the two places with `truncate` before
+    /// it would be deleted twice.
     void Append(WWNArray& other);
     /// Returns the index of the first element equal to the pointer `name`, or 0xFFFFFFFF if there is none.
     unsigned int Find(WWN* name) const;
