@@ -8,7 +8,7 @@ class PutStream;
 
 /// One IPv4 address, as four bytes in network order.
 ///
-/// A plain value, which owns nothing and may be copied. One thread at a time. Only `toBuffer` and `toPutStream` throw;
+/// A plain value that may be copied and owns no resources. Not thread-safe. Only `toBuffer` and `toPutStream` throw;
 /// `fromString` returns false if its text is not an address.
 ///
 ///     utility::IPV4Address address("10.0.0.1");
@@ -16,14 +16,14 @@ class PutStream;
 ///     address.toBuffer(text, sizeof text);   // "10.0.0.1"
 class VXUT_EXPORT IPV4Address {
 public:
-    /// 0.0.0.0
+    /// Creates the address 0.0.0.0.
     IPV4Address();
     /// Copies a word in network order, as in `in_addr.s_addr`: its bytes in memory are the address on every host.
     explicit IPV4Address(unsigned int word);
     /// Copies four bytes in network order from `bytes`, which must not be null.
     explicit IPV4Address(unsigned char* bytes);
     /// Parses `text` as `fromString` does. If `text` is not an address, the value is deliberately indeterminate:
-    /// callers that cannot vouch for their text call `fromString` and check its result.
+    /// callers that cannot guarantee a valid text must call `fromString` and check its result.
     explicit IPV4Address(const char* text);
 
     /// Parses a dotted address of four decimal components, exactly as the platform's `inet_pton` does. Returns false
@@ -39,19 +39,21 @@ public:
     /// Copies the four bytes to `out`, which must not be null.
     void toArray(unsigned char* out);
 
-    /// Whether the first byte is not zero. Callers rely on all of 0.0.0.0/8 being invalid.
+    /// Returns whether the first byte is not zero. Callers rely on all of 0.0.0.0/8 being invalid.
     bool isValid() const;
-    /// Whether all four bytes are zero.
+    /// Returns whether all four bytes are zero.
     bool isZero() const;
 
-    /// The address as a word in network order, as in `in_addr.s_addr`.
+    /// Returns the address as a word in network order, as in `in_addr.s_addr`.
     unsigned int getValue() const;
     /// Copies a word in network order, as the constructor does.
     void set(unsigned int word);
-    /// Sets the bytes in written order: `a` is the first dotted component.
+    /// Sets the four dotted components, `a` being the first (most significant) one.
     void set(unsigned char a, unsigned char b, unsigned char c, unsigned char d);
 
+    /// Returns whether all four bytes are equal.
     bool operator==(const IPV4Address& other) const;
+    /// Returns whether any of the four bytes differ.
     bool operator!=(const IPV4Address& other) const;
 
 private:

@@ -18,9 +18,9 @@ class PutStream;
 
 /// The address of a host port: the base of `FCPortAddress` and `ISCSIPortAddress`.
 ///
-/// A `PortAddressArray` holds addresses of both kinds, owns them and deletes them through this class. The destructor is
-/// not virtual, so every subclass must be trivially destructible: then that deletion still releases all of its memory.
-/// One thread at a time. The subclasses document their failures.
+/// A `PortAddressArray` owns addresses of both kinds and deletes them through this class. Because the destructor is not
+/// virtual, every subclass must be trivially destructible, so that such a deletion releases all of its memory. Not
+/// thread-safe. The subclasses document their failures.
 ///
 ///     utility::FCPortAddress port(utility::FCPortAddress::WWN_TYPE_0, "500a09818d5f1234");
 ///     utility::PortAddress& address = port;
@@ -36,38 +36,40 @@ public:
 
     /// Returns a new copy, which the caller owns. Throws `std::bad_alloc` if memory is exhausted.
     virtual PortAddress* clone() const = 0;
-    /// The kind of this address; `PORT_UNDEFINED` unless the subclass overrides it.
+    /// Returns the kind of this address: `PORT_UNDEFINED` unless the subclass overrides this operation.
     virtual PortType getType() const;
     /// Writes the NUL-terminated text of the address to `buf` of `size` bytes and returns `buf`. The subclass says how
     /// a text that does not fit is truncated. Does nothing if `buf` is null.
     virtual char* toBuffer(char* buf, unsigned int size) const = 0;
     /// Parses `text`. Returns false if it is not an address, or if the subclass does not support parsing.
     virtual bool fromString(const char* text) = 0;
-    /// Whether both are the same address; false for addresses of different kinds. Throws `std::bad_cast` if `other`
-    /// claims to be of the same kind but is not of its class.
+    /// Returns whether both are the same address. Addresses of different kinds are not equal. Throws `std::bad_cast` if
+    /// the `getType` of `other` returns the same kind, but `other` is not an object of that class.
     virtual bool operator==(const PortAddress& other) const = 0;
 
-    /// The opposite of `operator==`.
+    /// Returns the opposite of `operator==`, with the same failure.
     bool operator!=(const PortAddress& other) const;
-    /// Calls `toBuffer` on the space left in `out`, so a text that does not fit is truncated in the same way.
+    /// Writes the address with `toBuffer` to the space left in `out`, so a text that does not fit is truncated in the
+    /// same way.
     void toPutStream(PutStream& out) const;
 
-    /// The kind that `text` names: "FC" or "iSCSI", in upper or lower case. `PORT_UNDEFINED` for null and any other
-    /// text.
+    /// Returns the kind that `text` names, "FC" or "iSCSI" in upper or lower case, or `PORT_UNDEFINED` for null and any
+    /// other text.
     static PortType StrToPortType(const char* text);
-    /// The number of `type` in messages: 6 for Fibre Channel, 9 for iSCSI, 0 otherwise.
+    /// Returns the number that represents `type` in messages: 6 for Fibre Channel, 9 for iSCSI, 0 otherwise.
     static unsigned int PortTypeToNumeric(PortType type);
-    /// The kind of a link: iSCSI for 1, 64 and 128; Fibre Channel for 2, 8 and 16. `PORT_UNDEFINED` for any other
-    /// number, including a combination of these bits.
+    /// Returns the kind of a link: iSCSI for 1, 64 and 128; Fibre Channel for 2, 8 and 16; `PORT_UNDEFINED` for any
+    /// other number, including a combination of these bits.
     static PortType PortTypeFromLinkType(uint8_t linkType);
 
-    /// The global operator.
+    /// Calls the global `operator new`.
     static void* operator new(std::size_t size);
-    /// The global operator, which returns null if memory is exhausted.
+    /// Calls the global nothrow `operator new`: returns null if memory is exhausted.
     static void* operator new(std::size_t size, const std::nothrow_t& tag) noexcept;
-    /// Placement: returns `place`.
+    /// Placement new: returns `place`.
     static void* operator new(std::size_t size, void* place) noexcept;
-    /// The global operator without a size: a deletion through this class does not know the size of the subclass.
+    /// Calls the global `operator delete` without a size, because a deletion through this class does not know the size
+    /// of the subclass.
     static void operator delete(void* address) noexcept;
 };
 
