@@ -9,8 +9,7 @@ namespace utility {
 /// Returns −1 as a pointer: the value that `Map`, `MapEntity` and `StringMap` return for an absent key, and that
 /// `First` and `Next` of `Map` and `MapEntity` return at the end.
 ///
-/// Unlike null, this pointer should not be used as a key or value, because it cannot be distinguished from an absent
-/// one.
+/// Unlike null, do not use this pointer as a key or value: it cannot be told from an absent one.
 ///
 ///     if (names.Lookup(&port) == utility::absentEntry()) addName(port);
 inline void* absentEntry() {

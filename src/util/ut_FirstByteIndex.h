@@ -7,11 +7,11 @@
 
 namespace utility {
 
-/// Index of a sorted sequence of names by their first byte, with the searches that use it.
+/// An index of a sorted sequence of names by their first byte, with the searches that use it.
 ///
-/// For each byte, the index keeps the position of the first name that begins with it. It does not store names: its
-/// owner reports each name added or removed, and the searches call a function of the owner to get the name at a
-/// position. Names are in the order of `strcmp`: by bytes from 0 to 255 on every platform. At most 32,767 names can be
+/// For each byte, the index stores the position of the first name that begins with it. It does not store names: its
+/// owner calls `added` and `removed` for each name, and passes the searches a function that returns the name at a
+/// position. Names are ordered as by `strcmp`: by bytes from 0 to 255 on every platform. At most 32,767 names can be
 /// counted: the owner checks `isFull` before adding one. Not thread-safe. Does not throw. Internal to the library's
 /// directories.
 ///
@@ -22,6 +22,7 @@ namespace utility {
 ///     index.find("ab", [&](int position) { return names[position]; });   // 1
 class FirstByteIndex {
 public:
+    /// Creates the index of no names.
     FirstByteIndex() : m_entries() {}
 
     /// Returns the first byte of `name`, or 0 if `name` is null.
@@ -29,8 +30,8 @@ public:
         return static_cast<unsigned char>(name != nullptr ? *name : 0);
     }
 
-    /// Returns the position of the first name that begins with `byte` or a greater byte. `entry(256)` is the number of
-    /// names.
+    /// Returns the position of the first name that begins with `byte` or a greater byte. `byte` is 0 to 256;
+    /// `entry(256)` is the number of names.
     int entry(int byte) const {
         return m_entries[byte];
     }
@@ -44,7 +45,7 @@ public:
         for (int above = byte + 1; above <= BYTES; ++above)
             ++m_entries[above];
     }
-    /// Removes the name that was at `position`, and begins with `byte`, from the counts.
+    /// Removes one name, which was at `position` and begins with `byte`, from the counts.
     void removed(unsigned char byte, int position) {
         for (int above = byte + 1; above <= BYTES; ++above) {
             if (m_entries[above] > position)

@@ -5,12 +5,13 @@
 #include <cstdint>
 #include <cstring>
 
-// The implementation shared by the hash maps. Internal to the library.
+// The implementation that the hash maps share. Internal to the library.
 
 namespace utility {
 
-/// Key traits of opaque pointers, which are in the order of their addresses.
+/// Key traits of opaque pointers, ordered by address.
 struct PointerKeys {
+    /// The type of a key.
     typedef void* Key;
 
     /// Returns a negative number, 0 or a positive number if `left` is less than, equal to or greater than `right`.
@@ -19,50 +20,68 @@ struct PointerKeys {
             return 0;
         return reinterpret_cast<std::uintptr_t>(left) < reinterpret_cast<std::uintptr_t>(right) ? -1 : 1;
     }
+    /// Returns the low 32 bits of the address.
     static unsigned int hash(const void* key) {
         return static_cast<unsigned int>(reinterpret_cast<std::uintptr_t>(key));
     }
+    /// Prints to standard output that `key` is the first of `bucket`.
     static void reportPlaced(const void* key, unsigned int bucket);
+    /// Prints to standard output that `key` is inserted in `bucket` before the key `before`.
     static void reportInserted(const void* key, unsigned int bucket, const void* before);
+    /// Prints to standard output that `key` is appended to the chain of `bucket`.
     static void reportAppended(const void* key, unsigned int bucket);
 };
 
-/// Key traits of texts, which are in the order of `strcmp`: by bytes from 0 to 255.
+/// Key traits of NUL-terminated texts, ordered as by `strcmp`: by bytes from 0 to 255. A text must not be null.
 struct TextKeys {
+    /// The type of a key.
     typedef const char* Key;
 
     /// Returns a negative number, 0 or a positive number if `left` is less than, equal to or greater than `right`.
     static int compare(const char* left, const char* right) {
         return std::strcmp(left, right);
     }
-    /// Returns the sum of the bytes, less 32 each.
+    /// Returns the sum of the bytes, each minus 32, modulo 2^32.
     static unsigned int hash(const char* key) {
         unsigned int sum = 0;
         for (; *key != 0; ++key)
             sum += static_cast<unsigned char>(*key) - 32u;
         return sum;
     }
+    /// Prints to standard output that `key` is the first of `bucket`.
     static void reportPlaced(const char* key, unsigned int bucket);
+    /// Prints to standard output that `key` is inserted in `bucket` before the key `before`.
     static void reportInserted(const char* key, unsigned int bucket, const char* before);
+    /// Prints to standard output that `key` is appended to the chain of `bucket`.
     static void reportAppended(const char* key, unsigned int bucket);
 };
 
-/// A hash table with separate chaining; the keys of a chain are in ascending order. The map allocates and releases
-/// nodes and table. Without a table, no key is found or added.
+/// A hash table with separate chaining. The keys of a chain are in ascending order. The map that uses it allocates and
+/// releases the nodes and the table. Without a table, no key is found or added. Not thread-safe.
 template<class Keys>
 struct HashChains {
+    /// The type of a key.
     typedef typename Keys::Key Key;
 
+    /// A key with its value, in the chain of its bucket.
     struct Node {
+        /// The next node of the chain; null at its end.
         Node* next;
+        /// The key.
         Key key;
+        /// The value, which the table does not own.
         void* value;
     };
 
+    /// The number of keys.
     unsigned int count = 0;
+    /// The number of buckets; 0 without a table.
     unsigned int numBuckets = 0;
+    /// The number of buckets minus one, which is the mask for the hash of a key.
     unsigned int hashMask = 0;
+    /// The first node of each bucket; null without a table. The map owns it.
     Node** table = nullptr;
+    /// Whether each added key is reported to standard output.
     bool placementTrace = false;
 
     /// Returns whether `buckets` is a power of two from 2 to 65,536.
@@ -75,7 +94,7 @@ struct HashChains {
         return buckets * sizeof(void*);
     }
 
-    /// Uses `storage`, `tableSize(buckets)` bytes, as the table. Does nothing if `storage` is null.
+    /// Uses `storage`, which has `tableSize(buckets)` bytes, as an empty table. Does nothing if `storage` is null.
     void useTable(void* storage, unsigned int buckets) {
         if (storage == nullptr)
             return;
@@ -100,7 +119,7 @@ struct HashChains {
         return nullptr;
     }
 
-    /// Returns the first node of `bucket` or of the first bucket in use after it, or null if there is none.
+    /// Returns the first node of the first bucket, from `bucket` on, that is not empty, or null if there is none.
     const Node* firstFrom(unsigned int bucket) const {
         for (; bucket < numBuckets; ++bucket) {
             if (table[bucket] != nullptr)
@@ -114,8 +133,9 @@ struct HashChains {
         return node->next != nullptr ? node->next : firstFrom(bucket + 1);
     }
 
-    /// Adds the node returned by `makeNode`, with its `key` set, and returns true. Returns false if `key` was present,
-    /// after replacing its value, or if `makeNode` returns null.
+    /// Adds `key` with `value` and returns true. If `key` is present, replaces its value and returns false.
+    /// `makeNode()` returns a new node with its `key` set; if it returns null, the table is unchanged and the result is
+    /// false.
     template<class MakeNode>
     bool add(unsigned int bucket, Key key, void* value, MakeNode makeNode) {
         if (table == nullptr)
@@ -138,7 +158,7 @@ struct HashChains {
         return true;
     }
 
-    /// Removes the node that `link` points to from its chain and returns it.
+    /// Removes the node that `*link` points to from its chain and returns it, without releasing it.
     Node* unlink(Node** link) {
         Node* node = *link;
         *link = node->next;
@@ -146,7 +166,7 @@ struct HashChains {
         return node;
     }
 
-    /// Removes all nodes and passes each to `release`. Does not reset `count`.
+    /// Removes all nodes and calls `release(node)` for each. Does not reset `count`.
     template<class Release>
     void clear(Release release) {
         for (unsigned int bucket = 0; bucket < numBuckets; ++bucket) {
@@ -160,8 +180,8 @@ struct HashChains {
         }
     }
 
-    /// Returns the link in the chain of `bucket` to the first node with a key not less than `key`, or the null link at
-    /// the end.
+    /// Returns the pointer, in the chain of `bucket`, that points to the first node with a key not less than `key`, or
+    /// to null at the end of the chain. The table must not be null.
     Node** linkTo(unsigned int bucket, Key key) const {
         Node** link = &table[bucket];
         while (*link != nullptr && Keys::compare((*link)->key, key) < 0)

@@ -14,12 +14,12 @@ namespace utility {
 
 /// Items by name, found by binary search among the items with the same first byte of the name.
 ///
-/// - The name of an item is its `getNameString`; null means the empty name. It must not change while the item is in the
-///   directory.
+/// - The name of an item is the result of its `getNameString`; null counts as the empty name. It must not change while
+///   the item is in the directory.
 /// - The directory does not own the items; only `deleteAll` deletes them. It contains at most 32,767 items.
-/// - Not thread-safe.
-/// - A search that fails returns -1 or null. If a table cannot grow, code 1230 of "ut_Array" is thrown and the
-///   directory is unchanged.
+///
+/// Not thread-safe. A search that fails returns -1 or null. If a table cannot grow, code 1230 is thrown from "ut_Array"
+/// and the directory is unchanged.
 ///
 ///     utility::ItemDirectory items(0);
 ///     framework::Item volume;                   // its name is the text "Entity"
@@ -39,10 +39,10 @@ public:
     /// Removes the first item named `nameToken`, if there is one, without deleting it. The positions of the items added
     /// after it decrease by one.
     virtual void remove(stringtoken nameToken);
-    /// Replaces the item named `nameToken`, which is not deleted, by `item`. Does nothing if `item` is null or no item
-    /// has that name. Does not sort again: `item` must have the same name.
+    /// Replaces the item named `nameToken` by `item`, without deleting the replaced one. Does nothing if `item` is null
+    /// or no item has that name. The order is not updated, so `item` must have the same name.
     virtual void replace(stringtoken nameToken, framework::Item* item);
-    /// Returns the position of an item named `nameToken`, or -1 if there is none. A token without a text means the
+    /// Returns the position of an item named `nameToken`, or -1 if there is none. A token without a text counts as the
     /// empty name.
     virtual int find(stringtoken nameToken) const;
     /// Returns the item named `nameToken`, or null if there is none.

@@ -4,8 +4,8 @@
 
 namespace utility {
 
-/// The direction of iteration over a list. Any number is valid: every order except 0 runs from the last element to the
-/// first.
+/// The direction of iteration over a list. Any number is valid: every value except 0 iterates from the last element to
+/// the first.
 enum SortOrder : int { FIRST_TO_LAST = 0, LAST_TO_FIRST = 1 };
 
 } // namespace utility
