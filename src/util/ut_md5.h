@@ -10,9 +10,9 @@ extern "C" {
 
 /// The state of an MD5 computation (RFC 1321), for C and C++ callers.
 ///
-/// The caller owns the state, which needs no cleanup. It may be copied, for example to compute the digests of two
-/// messages with a common prefix. Its layout is part of the interface. One thread at a time for each state. Nothing
-/// fails. Use MD5 only where a format requires it: it is not secure against attackers.
+/// The caller owns the state, which needs no cleanup and may be copied, for example to compute the digests of two
+/// messages with a common prefix. Its layout is part of the interface. Only one thread at a time may use a state. No
+/// operation fails. Use MD5 only where a format requires it: it is not secure against attackers.
 ///
 ///     md5_state_t state;
 ///     unsigned char digest[16];
