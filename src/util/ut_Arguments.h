@@ -11,17 +11,17 @@ class PutStream;
 
 /// The words of a command line. Double quotes group words, and look-ups ignore case.
 ///
-/// This object owns copies of the words; a returned pointer is valid until its word is changed or deleted. One thread
-/// at a time. Operations that add a word do nothing if it is null, and look-ups do not find null. If memory is
-/// exhausted, a word may be stored as null; if the table of words cannot grow, code 1230 of "ut_Array" is thrown, and
-/// constructors may throw `std::bad_alloc`.
+/// This object owns copies of the words; a returned pointer is valid until its word is changed or deleted. Not
+/// thread-safe. Operations that add a word do nothing if it is null, and look-ups never find null. If memory is
+/// exhausted, a word may be stored as null. If the table of words cannot grow, code 1230 is thrown from "ut_Array";
+/// constructors may also throw `std::bad_alloc`.
 ///
 ///     utility::Arguments arguments("show file \"my notes\" -lines 20");
 ///     arguments.ArgValue(2);        // "my notes"
 ///     arguments.ArgInt("-LINES");   // 20
 class VXUT_EXPORT Arguments : public framework::Item {
 public:
-    /// Splits `commandText` as `addArgs` does. Null: no words.
+    /// Splits `commandText` as `addArgs` does. Creates an object without words if it is null.
     explicit Arguments(const char* commandText);
     /// Copies every entry of `argv` that is not null, including the command name. Quotes are ordinary characters.
     Arguments(int argc, char** argv);
@@ -40,19 +40,19 @@ public:
     /// to the next double quote or the end of the text, without the quotes. Elsewhere in a word, a double quote is an
     /// ordinary character. A double quote cannot be escaped.
     void addArgs(const char* text);
-    /// The number of words.
+    /// Returns the number of words.
     unsigned int ArgCount() const;
-    /// Word `i`; null if `i` is out of range.
+    /// Returns word `i`, or null if `i` is out of range.
     const char* ArgValue(unsigned int i) const;
-    /// Whether any word equals `word`, ignoring case.
+    /// Returns whether any word equals `word`, ignoring case.
     bool isArg(const char* word) const;
-    /// The index of the first word that equals `word`, ignoring case; 0xFFFFFFFF if there is none.
+    /// Returns the index of the first word that equals `word`, ignoring case, or 0xFFFFFFFF if there is none.
     unsigned int ArgIndex(const char* word) const;
-    /// `ArgIndex` for the text of `token`.
+    /// Returns what `ArgIndex` returns for the text of `token`.
     unsigned int ArgIndexByToken(unsigned int token) const;
-    /// The word after the first one that equals `word`, ignoring case; null if there is none.
+    /// Returns the word after the first one that equals `word`, ignoring case, or null if there is none.
     const char* ArgString(const char* word) const;
-    /// The word that `ArgString` returns, as a decimal number; 0 if there is none.
+    /// Returns the word that `ArgString` returns, as a decimal number, or 0 if there is none.
     long ArgInt(const char* word) const;
     /// Appends a word unchanged, including quotes and blanks.
     void AddArg(const char* word);
@@ -62,13 +62,13 @@ public:
     void DeleteArg(unsigned int i);
     /// Deletes every word that equals `word`, ignoring case. `word` may point to one of them.
     void DeleteArg(const char* word);
-    /// Whether a text of `addArgs` ended inside double quotes.
+    /// Returns whether any text given to `addArgs` ended inside double quotes.
     bool quoteUnmatched() const {
         return m_quoteUnmatched;
     }
     /// Writes the words from index `first` on as a command text, separated by single blanks. Words that contain a blank
-    /// are quoted. If `quoteUnmatched()`, the last word has an opening quote only. Returns a pointer to the end of the
-    /// text in the stream. If the text does not fit, fails as `PutStream::PutF` does (code 1239).
+    /// are quoted. If `quoteUnmatched()` is true, the last word has only its opening quote. Returns a pointer to the
+    /// end of the text in the stream. If the text does not fit, fails as `PutStream::PutF` does (code 1239).
     char* ToString(unsigned int first, PutStream& out) const;
 
 private:

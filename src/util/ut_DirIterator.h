@@ -10,43 +10,44 @@ namespace utility {
 
 /// A path that iterates over the entries of its directory that match a shell wildcard pattern (`fnmatch`).
 ///
-/// Each match sets the file part of the path. Entries include "." and "..", in the order of `readdir`. One thread at a
-/// time. As in `Path`, only `std::bad_alloc` is thrown. Null is returned at the end of the directory, and if it cannot
-/// be opened or read; only the first such failure of an iterator sets the entity's error state (`inError`). Debug
-/// switch 353 traces.
+/// Each match sets the file part of the path. Entries are visited in the order of `readdir` and include "." and "..".
+/// Not thread-safe. As in `Path`, only `std::bad_alloc` is thrown. An iteration returns null at the end of the
+/// directory, and if the directory cannot be opened or read; only the first such failure of an iterator sets the
+/// entity's error state (`inError`). Debug switch 353 traces.
 ///
 ///     utility::DirIterator files("/etc", "*.conf");
 ///     for (const char* name = files.getFirst(nullptr); name != nullptr; name = files.getNext()) use(files.getValue());
 class VXUT_EXPORT DirIterator : public Path {
 public:
-    /// Copies both texts. A null pattern does not match any entry.
+    /// Copies both texts without opening the directory. A null pattern does not match any entry.
     DirIterator(const char* directory, const char* pattern);
     DirIterator(const DirIterator&) = delete;
     DirIterator& operator=(const DirIterator&) = delete;
     ~DirIterator() override;
 
-    /// Opens the directory part, after closing an open directory. Returns false if that fails; the first failure of an
-    /// iterator sets the error state.
+    /// Opens the directory named by the directory part, and first closes the directory that is open. Returns false if
+    /// that fails; the first failure of an iterator sets the error state.
     bool open();
     /// Closes the directory. `getFirst` and `getNext` open it again.
     void close();
-    /// Returns the name of the first match; null if there is none. The name is valid until the next call, or until the
-    /// directory is closed.
+    /// Starts again and returns the name of the first match, or null if there is none. The name is valid until the next
+    /// call, or until the directory is closed.
     /// - `pattern`: replaces the pattern in use; null: keeps it
     const char* getFirst(const char* pattern);
-    /// Returns the name of the next match; null if there is none, or without a match of `getFirst` before. The name is
-    /// valid as in `getFirst`.
+    /// Returns the name of the next match, or null if there is none or if there is no current match, because `getFirst`
+    /// was not called or found none. The name is valid as in `getFirst`.
     const char* getNext();
-    /// The number of matches. Calls `getFirst(pattern)` and `getNext()` to the end of the directory.
+    /// Returns the number of matches. Calls `getFirst(pattern)`, then `getNext()` to the end of the directory, so there
+    /// is no current match afterward.
     unsigned int length(const char* pattern);
     /// Copies a new pattern. A null pattern does not match any entry.
     void setPattern(const char* pattern);
-    /// The index of the current match, from 0; -1 if there is none.
+    /// Returns the index of the current match, from 0, or -1 if there is none.
     int getIndex() const {
         return m_index;
     }
-    /// Always 0: callers rely on it. The name of the match is looked up in the working directory of the process, and
-    /// its type is determined only if that fails, when nothing is known about it.
+    /// Always returns 0: callers rely on it. The name of the match is looked up in the working directory of the
+    /// process, and a type is derived only if that look-up fails, when there is no data to derive it from.
     int getType() const;
 
 private:

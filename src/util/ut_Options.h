@@ -10,9 +10,9 @@ class PutStream;
 
 /// Up to eight options, each a key (a string token) with or without a value. A key may occur more than once.
 ///
-/// The values are copies in a pool; a returned pointer is valid until `clear`. One thread at a time. Only `toStream`
-/// throws or logs, through its stream. A ninth option is ignored without an error; `count()` returns how many are
-/// stored. A missing value is not equal to any text, not even to the empty one.
+/// The values are copies in a pool; a returned pointer is valid until `clear`. Not thread-safe. Only `toStream` throws
+/// or logs, through its stream. A ninth option is silently ignored: check `count()` to detect that. An option without a
+/// value does not match any text, not even the empty one.
 ///
 ///     char text[] = "sort=name,size&reverse";
 ///     utility::Options options;
@@ -20,7 +20,7 @@ class PutStream;
 ///     options.getAsString(strings::GS.toToken("sort"), 1);   // "size"
 class VXUT_EXPORT Options {
 public:
-    /// No options.
+    /// Creates an object without options.
     Options();
     Options(const Options&) = delete;
     Options& operator=(const Options&) = delete;
@@ -28,44 +28,45 @@ public:
 
     /// Removes all options and frees their values.
     void clear();
-    /// Adds the options of a text such as "key=value,value&key": one for each value, and one without a value for a key
-    /// without "=". A value may be empty. The text is copied, not modified. Does nothing if `text` is null or empty.
+    /// Parses a text such as "key=value,value&key" and adds one option for each value, and one without a value for each
+    /// key without "=". A value may be empty. The text is copied, not modified. Does nothing if `text` is null or
+    /// empty.
     void set(char* text);
-    /// Adds an option with a copy of `value`. Null: without a value.
+    /// Adds an option with a copy of `value`, or without a value if it is null.
     void addOption(unsigned int key, const char* value);
-    /// Replaces the value of an option: number `index`, counted from 0, among the options with `key`. Adds an option if
-    /// there is none.
+    /// Replaces the value of option `index`, counted from 0 among the options with `key`. Adds an option if there is
+    /// none.
     void setOption(unsigned int key, const char* value, unsigned int index);
     /// Removes every option with `key`.
     void deleteOption(unsigned int key);
     /// Removes every option with `key` and exactly this `value`. Does nothing if `value` is null.
     void deleteOption(unsigned int key, const char* value);
 
-    /// The value of an option: number `index`, counted from 0, among the options with `key`. Null if there is none. For
-    /// an option without a value, an empty text that the library owns and that must not be modified.
+    /// Returns the value of option `index`, counted from 0 among the options with `key`, or null if there is none. For
+    /// an option without a value, returns an empty text that the library owns and that must not be modified.
     const char* getAsString(unsigned int key, unsigned int index) const;
-    /// As the const overload. The caller may modify the text unless the option has no value.
+    /// Does the same as the const overload. The caller may modify the text unless the option has no value.
     char* getAsString(unsigned int key, unsigned int index);
-    /// The value that `getAsString` returns, as a decimal number; -1 if the option does not exist or is without a
+    /// Returns the value that `getAsString` returns, as a decimal number, or -1 if the option does not exist or has no
     /// value.
     int getAsInt(unsigned int key, unsigned int index) const;
-    /// Whether there is an option with `key`.
+    /// Returns whether there is an option with `key`.
     bool isOption(unsigned int key) const;
-    /// Whether there is an option with `key` and exactly this `value`; false if `value` is null.
+    /// Returns whether there is an option with `key` and exactly this `value`, or false if `value` is null.
     bool isOption(unsigned int key, const char* value) const;
-    /// Whether there is an option with `key` and this `value`, ignoring case; false if `value` is null.
+    /// Returns whether there is an option with `key` and this `value`, ignoring case, or false if `value` is null.
     bool isOptionCase(unsigned int key, const char* value) const;
 
-    /// Writes the options in the form that `set` parses. An option with the key 1153 is a further value of the option
-    /// before it: a comma is written instead of the key. If the text does not fit, fails as `PutStream::PutS` and
+    /// Writes the options in the form that `set` parses. An option with the key 1153 is another value of the option
+    /// before it: a comma is written instead of its key. If the text does not fit, fails as `PutStream::PutS` and
     /// `PutStream::PutF` do (code 1239).
     void toStream(PutStream& out) const;
 
-    /// The number of options.
+    /// Returns the number of options.
     unsigned int count() const {
         return m_count;
     }
-    /// The key of option `i`; 0 if `i` is out of range.
+    /// Returns the key of option `i`, or 0 if `i` is out of range.
     stringtoken getKey(unsigned int i) const {
         return i < m_count ? m_keys[i] : 0;
     }

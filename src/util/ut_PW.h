@@ -8,54 +8,54 @@ namespace utility {
 
 /// A user of the password file: the platform's record and storage for its texts.
 ///
-/// `PWService` and `newString` store the texts of the record in this object. They are valid until `reset`. One thread
-/// at a time. Nothing is thrown.
+/// `PWService` and `newString` store the texts of the record in this object. They are valid until `reset`. Not
+/// thread-safe. Nothing is thrown.
 ///
 ///     utility::PW user;
 ///     user.m_passwd.pw_name = user.newString("monitor");
 ///     user.m_passwd.pw_uid = 1001;
 class VXUT_EXPORT PW {
 public:
-    /// An empty record.
+    /// Creates an empty record.
     PW();
     PW(const PW&) = delete;
     PW& operator=(const PW&) = delete;
 
     /// Sets every field to 0 or null and frees the texts of `newString`.
     void reset();
-    /// Copies `s` into this object and returns the copy. All copies together may have 2,048 bytes, including
-    /// terminators. Returns null if `s` is null, or if it does not fit, which is logged at level 0.
+    /// Copies `s` into this object and returns the copy. All copies together may use up to 2,048 bytes, including their
+    /// terminators. Returns null if `s` is null or if the copy does not fit, which is logged at level 0.
     char* newString(const char* s);
 
-    /// The login name; may be null.
+    /// Returns the login name; may be null.
     char* getUserName() const {
         return m_passwd.pw_name;
     }
-    /// The password hash; may be null.
+    /// Returns the password hash; may be null.
     char* getPassword() const {
         return m_passwd.pw_passwd;
     }
-    /// The user number.
+    /// Returns the user ID.
     unsigned int getUid() const {
         return m_passwd.pw_uid;
     }
-    /// The group number.
+    /// Returns the group ID.
     unsigned int getGid() const {
         return m_passwd.pw_gid;
     }
-    /// The real name; may be null.
+    /// Returns the real name; may be null.
     char* getRealName() const {
         return m_passwd.pw_gecos;
     }
-    /// The home directory; may be null.
+    /// Returns the home directory; may be null.
     char* getDir() const {
         return m_passwd.pw_dir;
     }
-    /// The login shell; may be null.
+    /// Returns the login shell; may be null.
     char* getShell() const {
         return m_passwd.pw_shell;
     }
-    /// The number of bytes that `newString` uses, of 2,048.
+    /// Returns the number of bytes, of 2,048, that the copies of `newString` use.
     unsigned int used() const {
         return m_used;
     }
