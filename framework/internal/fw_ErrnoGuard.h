@@ -4,17 +4,19 @@
 
 namespace framework {
 
-/// Restores `errno` at the end of the scope to its value at the beginning.
+/// Saves `errno`, and restores it at the end of the scope.
 class ErrnoGuard {
 public:
+    /// Saves `errno`.
     ErrnoGuard() : m_errno(errno) {}
     ErrnoGuard(const ErrnoGuard&) = delete;
     ErrnoGuard& operator=(const ErrnoGuard&) = delete;
+    /// Restores `errno`.
     ~ErrnoGuard() {
         errno = m_errno;
     }
 
-    /// Returns the value that `errno` will have again.
+    /// Returns the saved value.
     int value() const {
         return m_errno;
     }

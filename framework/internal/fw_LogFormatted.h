@@ -6,7 +6,7 @@
 
 namespace framework {
 
-/// Implements every log call; `function` may be null.
+/// Formats a message and passes it to the sink: implements every log call. `function` may be null.
 void logFormatted(Logger::LogType type, const char* function, int line, const char* format, va_list arguments)
     VXFW_PRINTF(4, 0);
 

@@ -7,8 +7,8 @@
 
 namespace framework {
 
-/// Returns a NUL-terminated copy of at most `limit` bytes of `text`, in storage that `allocate(size)` returns, or null
-/// if `text` or the storage is null.
+/// Returns a NUL-terminated copy of at most the first `limit` bytes of `text`, in storage from `allocate(size)`, or
+/// null if `text` or that storage is null.
 template<class Allocate>
 char* copyText(const char* text, unsigned long limit, Allocate allocate) {
     if (!text)
@@ -22,10 +22,11 @@ char* copyText(const char* text, unsigned long limit, Allocate allocate) {
     return copy;
 }
 
-/// The limit for a copy of the whole text.
+/// The `limit` of `copyText` for a copy of the whole text.
 constexpr unsigned long wholeText = static_cast<unsigned long>(-1) / 2;
 
-/// Returns the formatted text, of any length, in storage that `allocate(size)` returns, or null on failure.
+/// Returns the formatted text, of any length, in storage from `allocate(size)`, or null if formatting or the allocation
+/// fails.
 char* formatText(const char* format, va_list arguments, void* (*allocate)(unsigned long size)) VXFW_PRINTF(1, 0);
 
 } // namespace framework

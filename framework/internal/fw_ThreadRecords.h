@@ -7,8 +7,8 @@ class ThreadInfo;
 /// The records of all threads that have one.
 class ThreadRecords {
 public:
-    /// Creates the record of the calling thread, which must not have one. Null if the platform cannot report the
-    /// thread's end.
+    /// Creates and returns the record of the calling thread, which must not have one yet. Returns null if the platform
+    /// cannot report the thread's end.
     static ThreadInfo* make();
     /// Sends `sig` to every thread that has a record.
     static void signalAll(int sig);

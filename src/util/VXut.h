@@ -1,6 +1,6 @@
 #pragma once
 
-// Every header of both libraries.
+// The umbrella header: includes every public header of both libraries.
 
 #include "fw_ApplicationArguments.h"
 #include "fw_Config.h"

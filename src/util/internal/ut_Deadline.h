@@ -2,14 +2,15 @@
 
 #include <ctime>
 
-// The absolute times at which timed waits end. Internal.
+// Computes the absolute times at which timed waits end. Internal.
 
 namespace utility {
 
-/// Returns the current time plus `seconds`, truncated to a whole second. Saturates at the ends of `time_t`.
+/// Returns the current time, truncated to a whole second, plus `seconds`; clamped to the range from 0 to the largest
+/// `time_t`.
 timespec deadlineAfterSeconds(long seconds);
 
-/// Returns the current whole second plus `microseconds` / 1000000, with the sub-second part of `microseconds`.
+/// Returns the current time, truncated to a whole second, plus `microseconds`; its seconds are clamped in the same way.
 timespec deadlineAfterMicroseconds(unsigned long long microseconds);
 
 } // namespace utility

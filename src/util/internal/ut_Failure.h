@@ -4,7 +4,7 @@
 
 #include "fw_Exception.h"
 
-// Throws failures for the library's sources; not for callers of the library, and not exported.
+// Throws failures. Internal: not exported, and not for callers of the library.
 //
 // A failure is thrown as a pointer to a new `framework::Exception`, which contains the code, the source file's name
 // without directory and extension, the line, the signature text of the throwing operation and a message. The catcher
@@ -14,8 +14,10 @@ namespace utility {
 
 /// The last component of a source path without its extension, truncated to 63 characters, computed at compile time.
 struct SourceFileName {
+    /// The NUL-terminated name.
     char text[64] = {};
 
+    /// Extracts the name from `path`, which must not be null.
     constexpr explicit SourceFileName(const char* path) {
         const char* name = path;
         for (const char* at = path; *at != 0; ++at) {
@@ -29,17 +31,17 @@ struct SourceFileName {
     }
 };
 
-/// Throws a new `framework::Exception` with these values.
+/// Throws a pointer to a new `framework::Exception` with these values; the catcher deletes it.
 [[noreturn]] void throwFailure(unsigned int code, const char* file, int line, const char* function, const char* message,
                                bool flag);
 
 } // namespace utility
 
-/// Throws a failure from the current line, with `message`. `code` is an enumerator of `framework::Exception`, such as
-/// FAILURE_INDEX; the flag is true.
+/// Throws a failure with `message` and flag true from the current line. `code` is an enumerator of
+/// `framework::Exception`, such as FAILURE_INDEX.
 #define VXUT_THROW(code, message) VXUT_THROW_FLAGGED(code, message, true)
 
-/// Does what `VXUT_THROW` does, with the exception's flag given; it is false only for invalid dates.
+/// Does the same as `VXUT_THROW`, with the given flag, which is false only for invalid dates.
 #define VXUT_THROW_FLAGGED(code, message, flag)                                                                        \
     do {                                                                                                               \
         static constexpr ::utility::SourceFileName sourceFileName(__FILE__);                                           \
@@ -47,7 +49,7 @@ struct SourceFileName {
                                 message, flag);                                                                        \
     } while (false)
 
-/// Throws FAILURE_INDEX from here unless `condition`, such as `index < m_length`, is true.
+/// Throws FAILURE_INDEX from the current line unless `condition`, such as `index < m_length`, is true.
 #define VXUT_CHECK_INDEX(condition)                                                                                    \
     do {                                                                                                               \
         if (!(condition))                                                                                              \

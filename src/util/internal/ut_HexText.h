@@ -7,8 +7,8 @@
 namespace utility {
 
 /// Parses two digits in upper or lower case for each of `count` bytes, the high digit first. Null sets all bytes to
-/// zero. Returns false if `text` ends early or has any other character; the digits before it are stored. Ignores
-/// everything after the last digit.
+/// zero and returns true. Returns false if `text` ends early or contains any other character; the digits before that
+/// point are stored. Ignores everything after the last digit.
 bool readHexText(const char* text, unsigned char* bytes, unsigned int count);
 
 /// Writes the two lower-case digits of each of `count` bytes to `text`, without a NUL.
@@ -25,7 +25,7 @@ public:
         put(digits[byte >> 4]);
         put(digits[byte & 15]);
     }
-    /// Writes one character. A terminator counts too: it is discarded if the text fills the array.
+    /// Writes one character. This includes a terminator, which is discarded if the text fills the array.
     void put(char c) {
         if (m_space == 0)
             return;

@@ -4,19 +4,22 @@
 
 #include "ut_Buffer.h"
 
-// Moves the positions of a buffer without a virtual call where no derived class overrides the position operations.
+// Devirtualizes the position operations of a buffer: calls them directly where no derived class overrides them.
+// Internal.
 //
-// A derived class, the caller's included, overrides an operation exactly if its virtual table has another address in
-// that operation's slot than the buffer's own table. The tables are laid out as the Itanium C++ ABI says, which both
-// platforms follow: the destructors come first, then the four position operations.
+// A derived class, which may be the caller's, overrides an operation if and only if the address in that operation's
+// slot of its virtual table differs from the one in the table of `Buffer`. The layout is that of the Itanium C++ ABI,
+// which both platforms use: the two destructors, then the four position operations.
 
 namespace utility {
 
-/// The virtual table of `Buffer`: offset to the top and type first, then the slots.
+/// The virtual table of `Buffer`: offset to top and type information, then the slots.
 extern "C" void* const ut_bufferTable[] __asm__("_ZTVN7utility6BufferE");
 
+/// The slots of the position operations in the virtual table, counted from the first virtual operation.
 enum PositionSlot { SLOT_WRITE_REMAINING = 2, SLOT_READ_AVAILABLE, SLOT_WRITE_ADVANCE, SLOT_READ_ADVANCE };
 
+/// Returns whether the class of `buffer` does not override the operation in `slot`.
 inline bool isOwnOperation(const Buffer* buffer, PositionSlot slot) {
     constexpr int headerEntries = 2;
     void* const* slots = nullptr;

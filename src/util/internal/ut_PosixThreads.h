@@ -5,24 +5,25 @@
 #include <cstdint>
 #include <ctime>
 
-// Mutexes and conditions of POSIX for the classes that own some. A failing call is logged at level 0 with its error
-// number, as a message of `function`, the signature text of the public operation. Nothing is thrown. Internal.
+// Wrappers of POSIX mutexes and condition variables. A call that fails is logged at level 0 with its error number, as a
+// message of `function`, the signature text of the public operation. Nothing is thrown. Internal.
 
 namespace utility {
 
-/// Fills `mutex` with zeros, then initializes it with default attributes. The zeros are a valid mutex if that fails.
+/// Fills `mutex` with zeros, then initializes it with default attributes. If that fails, the zeros are still a valid
+/// mutex.
 void initMutex(pthread_mutex_t& mutex, const char* function);
-/// Does the same for `condition`.
+/// Initializes `condition` in the same way.
 void initCondition(pthread_cond_t& condition, const char* function);
 
-/// Locks `mutex`. Returns false after a failure.
+/// Locks `mutex`. Returns false if that fails.
 bool lockMutex(pthread_mutex_t& mutex, const char* function);
-/// Unlocks `mutex`. Returns false after a failure.
+/// Unlocks `mutex`. Returns false if that fails.
 bool unlockMutex(pthread_mutex_t& mutex, const char* function);
 
-/// Waits for `condition` until `deadline`, without limit if it is null. The caller must hold `mutex`. Returns false on
-/// a time-out, otherwise true, also after a failure. `waiters` counts the waiting threads; it is traced if
-/// `isTraced`.
+/// Waits for `condition` until `deadline`, or without a time limit if `deadline` is null. The caller must hold `mutex`.
+/// Returns false after a time-out and true otherwise, even if the wait failed. `waiters` counts the waiting threads,
+/// and is traced if `isTraced` is true.
 bool waitForCondition(pthread_cond_t& condition, pthread_mutex_t& mutex, const timespec* deadline, int32_t& waiters,
                       bool isTraced, const char* function);
 /// Wakes one thread that waits for `condition`.

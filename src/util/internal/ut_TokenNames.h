@@ -4,22 +4,22 @@ namespace utility {
 
 /// The names in a comma-separated list.
 ///
-/// Copies the first 8192 bytes of the list and splits them into at most 50 names. Empty names are skipped; further
-/// bytes and names are ignored. Internal to the library.
+/// Copies the first 8192 bytes of the list and splits them into at most 50 names. Empty names are skipped; bytes and
+/// names beyond these limits are ignored. Internal.
 ///
 ///     for (const char* name : TokenNames("volume,port")) use(name);
 class TokenNames {
 public:
-    /// Splits `list`; null is an empty list.
+    /// Splits `list`; null counts as an empty list.
     explicit TokenNames(const char* list);
     TokenNames(const TokenNames&) = delete;
     TokenNames& operator=(const TokenNames&) = delete;
 
-    /// Returns the first name.
+    /// Returns an iterator to the first name.
     const char* const* begin() const {
         return m_names;
     }
-    /// Returns the end of the names.
+    /// Returns the end iterator.
     const char* const* end() const {
         return m_names + m_count;
     }

@@ -7,8 +7,7 @@ class Buffer;
 /// The space at a buffer's write position, for code that writes text there directly instead of through a stream.
 ///
 /// The buffer is not owned and must outlive this object. The capacity is 0 if the buffer has no storage or its write
-/// position is outside the storage. For the library's sources, not for its callers. `advance` fails as
-/// `Buffer::WriteAdvance` does.
+/// position is outside the storage. Internal. `advance` fails as `Buffer::WriteAdvance` does.
 ///
 ///     WriteHead head(stream);
 ///     inet_ntop(AF_INET, &address, head.start(), head.capacity());
@@ -20,15 +19,15 @@ public:
     WriteHead(const WriteHead&) = delete;
     WriteHead& operator=(const WriteHead&) = delete;
 
-    /// Where to write; never null, even if the capacity is 0.
+    /// Returns the address to write to; never null, even if the capacity is 0.
     char* start() const {
         return m_start;
     }
-    /// The number of bytes that can be written.
+    /// Returns the number of bytes that can be written.
     unsigned int capacity() const {
         return m_capacity;
     }
-    /// Moves the write position past `text`, which ends at its NUL, or after `capacity()` bytes if these contain none.
+    /// Moves the write position past `text`, which ends at its NUL or after `capacity()` bytes, whichever comes first.
     /// A null `text` counts as empty.
     void advance(const char* text);
 
