@@ -207,7 +207,7 @@ TEST(ConsoleUsers, ANewUserIsRefusedIfNoNumberIsLeft) {
     EXPECT_EQ(hashOf(almost.entries(), "new"), "!");
     EXPECT_NE(almost.entries().find("new:!:59999:59999:"), std::string::npos);
     almost.expectRefusal("add user more",
-                         "add user: more: no user number is left: 59999, the largest for an ordinary user, is in use");
+                         "add user: more: no user ID is left: 59999, the largest for an ordinary user, is in use");
 }
 
 // delete user

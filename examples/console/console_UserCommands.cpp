@@ -213,7 +213,7 @@ bool addUser(Invocation& call) {
     if (!read)
         return false;
     if (number > lastUserNumber)
-        return call.fail("%s: no user number is left: %u, the largest for an ordinary user, is in use", name,
+        return call.fail("%s: no user ID is left: %u, the largest for an ordinary user, is in use", name,
                          lastUserNumber);
     if (!isReadable(call, {name, noPassword, realName, home.c_str(), shell}))
         return false;

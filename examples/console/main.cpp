@@ -21,7 +21,7 @@ int usage(std::FILE* out) {
     std::fputs("usage: vxconsole [-c COMMAND]\n"
                "  -c COMMAND  run one command and exit with status 0, or 1 if it failed\n"
                "Without -c, commands are read from the terminal or, line by line, from standard input.\n"
-               "The command help lists all commands.\n",
+               "Enter \"help\" for a list of all commands.\n",
                out);
     return out == stdout ? 0 : 2;
 }

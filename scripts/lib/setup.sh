@@ -170,7 +170,7 @@ install_with_retries() {
         if [ "$pause" -gt 0 ]; then
             echo "Trying again in $pause s"
             sleep "$pause"
-            apt_get update || echo "The package lists could not all be brought up to date."
+            apt_get update || echo "Some package lists could not be updated."
         fi
         apt_get install --no-install-recommends "$@" && return 0
     done
@@ -192,7 +192,7 @@ ensure_packages() {
     [ ${#missing[@]} -gt 0 ] || return 0
 
     if ! command -v apt-get >/dev/null; then
-        echo "Please install what Debian calls: ${missing[*]}" >&2
+        echo "Please install these Debian packages or their equivalents: ${missing[*]}" >&2
         return 1
     fi
     if [[ " ${missing[*]} " == *:armhf* ]] && ! dpkg --print-foreign-architectures | grep -qx armhf; then
