@@ -2,15 +2,19 @@
 // logger while its sink changes. Others fork, load and unload a module, and have every thread write its context.
 //
 //     soak SECONDS MODULE
+//     soak stuck            threads that do nothing: the watchdog must end with 1
 //
 // Shows that nothing is lost (each element arrives once, each message reaches one sink, each thread writes its
 // context), that no thread hangs (each makes progress and ends when asked), and that memory stays flat. Prints the
-// figures last.
+// figures last. A watchdog process looks at the progress, so that it also finds threads that are all stuck, and shows
+// their stacks if gdb is installed.
 
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <malloc.h>
 #include <signal.h>
+#include <sys/mman.h>
+#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -380,20 +384,105 @@ void loadAgainAndAgain(const char* path, std::atomic<unsigned long>& progress) {
     }
 }
 
+// --- the watchdog
+
+// What a thread shows to the watchdog, in memory that both processes map.
+struct Slot {
+    const char* name;
+    std::atomic<unsigned long> progress;
+    std::atomic<bool> hasEnded;
+};
+
+constexpr unsigned int slotCount = 32;
+
+struct Board {
+    Slot slots[slotCount];
+    std::atomic<unsigned int> used;
+};
+
+Board* board = nullptr;
+
+Slot& nextSlot(const char* name) {
+    if (board->used >= slotCount)
+        std::abort();
+    Slot& slot = board->slots[board->used];
+    slot.name = name;
+    ++board->used;
+    return slot;
+}
+
+void showStacks(pid_t process) {
+    const std::string command = "timeout -k 5 60 gdb --batch -nx -p " + std::to_string(process) +
+                                " -ex 'set pagination off' -ex 'thread apply all backtrace' 2>&1";
+    if (std::system("command -v gdb >/dev/null") != 0)
+        std::puts("gdb is not installed: no stacks");
+    else if (std::fflush(nullptr) != 0 || std::system(command.c_str()) != 0)
+        std::puts("gdb failed: no stacks");
+    std::fflush(stdout);
+}
+
+// Waits for `process` and returns its exit status, or 1 if one of its threads makes no progress for `limit`.
+int watch(pid_t process, seconds limit) {
+    struct Seen {
+        unsigned long progress = 0;
+        steady_clock::time_point at = steady_clock::now();
+    };
+    Seen seen[slotCount];
+    for (;;) {
+        int status = 0;
+        if (waitpid(process, &status, WNOHANG) == process) {
+            if (WIFEXITED(status))
+                return WEXITSTATUS(status);
+            std::printf("FOUND: killed by signal %d\n", WTERMSIG(status));
+            return 1;
+        }
+        const auto now = steady_clock::now();
+        for (unsigned int i = 0; i < board->used; ++i) {
+            const Slot& slot = board->slots[i];
+            const unsigned long progress = slot.progress;
+            if (progress != seen[i].progress || slot.hasEnded) {
+                seen[i] = {progress, now};
+            } else if (now - seen[i].at > limit) {
+                std::printf("FOUND: thread %s is stuck after %lu turns\n", slot.name, progress);
+                showStacks(process);
+                kill(process, SIGKILL);
+                waitpid(process, nullptr, 0);
+                return 1;
+            }
+        }
+        std::this_thread::sleep_for(milliseconds(100));
+    }
+}
+
+// Runs `body` in a child process under the watchdog, and returns the exit status.
+template<class Body>
+int runWatched(seconds limit, Body&& body) {
+    void* const memory = mmap(nullptr, sizeof(Board), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+    if (memory == MAP_FAILED)
+        return 2;
+    board = new (memory) Board();
+    const pid_t process = fork();
+    if (process < 0)
+        return 2;
+    if (process > 0)
+        return watch(process, limit);
+    // The child ends with the watchdog, of which the user who stops the run knows, and lets gdb attach.
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    prctl(PR_SET_PTRACER, PR_SET_PTRACER_ANY);
+    return body();
+}
+
 // --- all of them
 
 struct Worker {
     const char* name;
     std::function<void(std::atomic<unsigned long>&)> work;
-    std::atomic<unsigned long> progress{0};
-    std::atomic<bool> hasEnded{false};
+    std::atomic<unsigned long>& progress;
+    std::atomic<bool>& hasEnded;
     std::thread thread;
-    // For the thread that watches.
-    unsigned long seen = 0;
-    steady_clock::time_point seenAt = steady_clock::now();
 
     Worker(const char* newName, std::function<void(std::atomic<unsigned long>&)> newWork)
-        : name(newName), work(std::move(newWork)) {}
+        : Worker(newName, std::move(newWork), nextSlot(newName)) {}
 
     void start() {
         thread = std::thread([this] {
@@ -402,6 +491,10 @@ struct Worker {
             hasEnded = true;
         });
     }
+
+private:
+    Worker(const char* newName, std::function<void(std::atomic<unsigned long>&)> newWork, Slot& slot)
+        : name(newName), work(std::move(newWork)), progress(slot.progress), hasEnded(slot.hasEnded) {}
 };
 
 std::vector<std::unique_ptr<Worker>> makeWorkers() {
@@ -458,25 +551,11 @@ private:
     std::array<std::size_t, 4> m_most = {};
 };
 
-void lookForStuckThreads(const std::vector<std::unique_ptr<Worker>>& workers) {
-    const auto now = steady_clock::now();
-    for (const auto& worker : workers) {
-        const unsigned long progress = worker->progress;
-        if (progress != worker->seen || worker->hasEnded) {
-            worker->seen = progress;
-            worker->seenAt = now;
-        } else if (now - worker->seenAt > patience) {
-            report("FOUND: thread %s is stuck after %lu turns", worker->name, progress);
-            _exit(1);
-        }
-    }
-}
-
 // Wakes who waits until all have ended.
-void endAll(const std::vector<std::unique_ptr<Worker>>& workers) {
+void endAll(const std::vector<std::unique_ptr<Worker>>& workers, std::atomic<unsigned long>& progress) {
     stopping = true;
     const auto stopped = steady_clock::now();
-    for (bool allHaveEnded = false; !allHaveEnded;) {
+    for (bool allHaveEnded = false; !allHaveEnded; ++progress) {
         list.wakeAll();
         allHaveEnded = true;
         bool producersHaveEnded = true;
@@ -525,6 +604,7 @@ void run(int duration, const char* module) {
     workers.push_back(std::make_unique<Worker>("forks", forkAgainAndAgain));
     workers.push_back(std::make_unique<Worker>("loads", [&](auto& progress) { loadAgainAndAgain(module, progress); }));
     check(pool.Count() == poolSize, "the pool is not full at the beginning");
+    std::atomic<unsigned long>& progress = nextSlot("main").progress;
     for (const auto& worker : workers)
         worker->start();
 
@@ -536,12 +616,12 @@ void run(int duration, const char* module) {
         if (passed >= seconds(duration))
             break;
         memory.sample(passed.count() / duration);
-        lookForStuckThreads(workers);
+        ++progress;
         raise(SIGUSR1);
         ++signals;
         std::this_thread::sleep_for(milliseconds(100));
     }
-    endAll(workers);
+    endAll(workers, progress);
 
     Logger::setSink(countMessage, &messagesOfSink[0]);
     check(queued == dequeued && queuedSum == dequeuedSum && queue.Count() == 0, "the queue lost an element");
@@ -565,14 +645,7 @@ void run(int duration, const char* module) {
     std::printf("memory at most, by quarters: %s\n", memory.text().c_str());
 }
 
-} // namespace
-
-int main(int argc, char** argv) {
-    const int duration = argc == 3 ? std::atoi(argv[1]) : 0;
-    if (duration < 1) {
-        std::fputs("usage: soak SECONDS MODULE\n", stderr);
-        return 2;
-    }
+int soak(int duration, const char* module) {
     // Names the folder of the contexts, which a path would not do.
     char name[] = "soak";
     char* words[] = {name, nullptr};
@@ -585,7 +658,7 @@ int main(int argc, char** argv) {
     close(ends[1]);
     std::thread reader(readStandardError, ends[0]);
 
-    run(duration, argv[2]);
+    run(duration, module);
 
     dup2(realStandardError, STDERR_FILENO);
     reader.join();
@@ -594,4 +667,29 @@ int main(int argc, char** argv) {
     std::printf("%lu messages, %lu to standard error; %d findings\n", received, messagesOfStandardError.load(),
                 findings.load());
     return findings == 0 ? 0 : 1;
+}
+
+// Two threads, of which neither goes on.
+int becomeStuck() {
+    Slot& slot = nextSlot("stuck");
+    std::thread other([] {
+        for (;;)
+            pause();
+    });
+    ++slot.progress;
+    other.join();
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (argc == 2 && std::strcmp(argv[1], "stuck") == 0)
+        return runWatched(seconds(2), becomeStuck);
+    const int duration = argc == 3 ? std::atoi(argv[1]) : 0;
+    if (duration < 1) {
+        std::fputs("usage: soak SECONDS MODULE | soak stuck\n", stderr);
+        return 2;
+    }
+    return runWatched(patience, [&] { return soak(duration, argv[2]); });
 }
