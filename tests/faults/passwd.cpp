@@ -3,6 +3,7 @@
 //   faults_passwd           500 kills of rewrites of 20,000 entries; a full disk at every block; each failing call
 //   faults_passwd short     the same with less of everything
 //   faults_passwd KILLS SEED
+//   faults_passwd stopped   shows that a run that is stopped by a signal leaves no file
 //
 // After each, the password file or the `.new` file beside it holds one whole text. Where the process lives, a log line
 // of level 0 says so unless the password file holds the new text, and what the line says is true.
@@ -14,6 +15,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <random>
 #include <sstream>
@@ -36,7 +38,17 @@ constexpr int leaked = 3;
 constexpr int longestSeconds = 60;
 constexpr int addedEntries = 16;
 
+constexpr unsigned trialsPerLine = 50;
+
 unsigned findings = 0;
+
+/// Shows that a long run goes on.
+void showProgress(const char* what, unsigned done) {
+    if (done % trialsPerLine == 0) {
+        std::printf("%s: %u so far; %u findings\n", what, done, findings);
+        std::fflush(stdout);
+    }
+}
 
 void report(const std::string& trial, const std::string& finding) {
     std::printf("%s: %s\n", trial.c_str(), finding.c_str());
@@ -271,6 +283,7 @@ void killAtRandom(Scene& scene, unsigned kills, unsigned seed) {
             continue;
         ++hits;
         scene.judge(trial, false);
+        showProgress("kills", hits);
     }
     std::printf("kills: %u of rewrites that were under way, in %u tries, within %ld us at the end, seed %u; %s\n", hits,
                 tries, static_cast<long>(std::min_element(measured.begin(), measured.end())->count()), seed,
@@ -313,8 +326,7 @@ int rewriteOnDisk(const std::string& directory, const std::string& text, int pag
     return scene.isAfter() ? 0 : scene.isBefore() ? 5 : 6;
 }
 
-void fillDisks(int entries) {
-    const test::TemporaryDirectory directory;
+void fillDisks(const test::TemporaryDirectory& directory, int entries) {
     const std::string disk = directory.path("disk");
     mkdir(disk.c_str(), 0755);
     const std::string text = usersText(entries);
@@ -333,6 +345,7 @@ void fillDisks(int entries) {
         waitpid(child, &status, 0);
         const int outcome = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
         ++outcomes[outcome];
+        showProgress("full disk", static_cast<unsigned>(size - pages + 1));
         if (outcome == -1 || outcome == 1)
             report("disk of " + std::to_string(size) + " pages", "see above; wait status " + std::to_string(status));
         if (outcome == skipped) {
@@ -360,7 +373,9 @@ void failCalls(Scene& scene, bool isShort) {
     const test::Traced dry = test::TracedRun(rewrite, {0, 0, 0, false}).result();
     if (dry.status != 0 || !scene.isAfter())
         report("no fault", "the file is not rewritten: " + contentOf(scene.log()));
+    unsigned done = 0;
     const unsigned trials = test::failEachCall(dry.counts, isShort, [&](const test::Fault& fault) {
+        showProgress("failing calls", ++done);
         scene.reset();
         const test::Traced traced =
             test::TracedRun(rewrite, fault, test::TracedRun::WHERE_MARKED, longestSeconds).result();
@@ -379,22 +394,113 @@ void failCalls(Scene& scene, bool isShort) {
         report("failing calls", "too few took place");
 }
 
+int runAll(const test::TemporaryDirectory& directory, bool isShort, unsigned kills, unsigned seed) {
+    Scene large(directory.path("large"), usersText(isShort ? 2000 : 20000));
+    killAtRandom(large, kills, seed);
+    fillDisks(directory, isShort ? 200 : 20000);
+    Scene small(directory.path("small"), usersText(isShort ? 60 : 400));
+    failCalls(small, isShort);
+    std::printf("password file: %u findings\n", findings);
+    std::fflush(stdout);
+    return findings == 0 ? 0 : 1;
+}
+
+volatile sig_atomic_t stopSignal = 0;
+volatile sig_atomic_t worker = 0;
+
+void stopWorker(int sig) {
+    stopSignal = sig;
+    kill(worker, SIGKILL);
+}
+
+/// Runs `body` in a child process and returns its exit status. A signal that stops this process ends the child first
+/// and is left in `stopSignal`. All processes that the child started have then ended and use no file any more.
+template<class Body>
+int runStoppable(Body&& body) {
+    sigset_t stops;
+    sigset_t former;
+    sigemptyset(&stops);
+    for (const int sig : {SIGHUP, SIGINT, SIGTERM})
+        sigaddset(&stops, sig);
+    sigprocmask(SIG_BLOCK, &stops, &former);
+    prctl(PR_SET_CHILD_SUBREAPER, 1);
+    const pid_t child = fork();
+    if (child == 0) {
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
+        sigprocmask(SIG_SETMASK, &former, nullptr);
+        _exit(body());
+    }
+    if (child < 0)
+        return 2;
+    worker = child;
+    for (const int sig : {SIGHUP, SIGINT, SIGTERM})
+        signal(sig, stopWorker);
+    sigprocmask(SIG_SETMASK, &former, nullptr);
+    int result = 2;
+    int status = 0;
+    for (pid_t ended; (ended = waitpid(-1, &status, 0)) >= 0 || errno == EINTR;)
+        if (ended == child && WIFEXITED(status))
+            result = WEXITSTATUS(status);
+    // The number of an ended process may be in use again.
+    for (const int sig : {SIGHUP, SIGINT, SIGTERM})
+        signal(sig, SIG_DFL);
+    return result;
+}
+
+int runIn(const std::string& parent, bool isShort, unsigned kills, unsigned seed) {
+    if (!parent.empty())
+        setenv("TMPDIR", parent.c_str(), 1);
+    int result = 0;
+    {
+        const test::TemporaryDirectory directory;
+        result = runStoppable([&] { return runAll(directory, isShort, kills, seed); });
+    }
+    if (stopSignal != 0)
+        raise(stopSignal);
+    return result;
+}
+
+/// Stops a run in the middle of its rewrites.
+int showStop() {
+    namespace fs = std::filesystem;
+    const test::TemporaryDirectory directory;
+    unsigned left = 0;
+    for (const int sig : {SIGTERM, SIGINT}) {
+        const pid_t child = fork();
+        if (child == 0)
+            _exit(runIn(directory.path(), false, 500, 1));
+        const auto end = Clock::now() + std::chrono::seconds(longestSeconds);
+        bool hasBegun = false;
+        while (!hasBegun && Clock::now() < end) {
+            for (const auto& entry : fs::directory_iterator(directory.path()))
+                hasBegun = hasBegun || access((entry.path() / "large/etc/passwd.new").c_str(), F_OK) == 0;
+        }
+        if (!hasBegun)
+            report("stop", "no rewrite has begun");
+        kill(child, sig);
+        int status = 0;
+        waitpid(child, &status, 0);
+        if (!WIFSIGNALED(status) || WTERMSIG(status) != sig)
+            report("stop", "wait status " + std::to_string(status));
+        for (const auto& entry : fs::directory_iterator(directory.path())) {
+            report("stop", "left: " + entry.path().string());
+            ++left;
+        }
+    }
+    std::printf("stopped runs: 2; %u files left; %u findings\n", left, findings);
+    return findings == 0 ? 0 : 1;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
-    const bool isShort = argc > 1 && std::strcmp(argv[1], "short") == 0;
+    const std::string mode = argc > 1 ? argv[1] : "";
+    const bool isShort = mode == "short";
     const unsigned kills = isShort ? 10 : argc > 1 ? static_cast<unsigned>(std::atoi(argv[1])) : 500;
     const unsigned seed = argc > 2 ? static_cast<unsigned>(std::atoi(argv[2])) : std::random_device()();
     if (!test::ProtectedMachine::protect()) {
         std::puts("skipped: this process can write /etc/passwd, and nothing would protect it from a fault");
         return skipped;
     }
-    const test::TemporaryDirectory directory;
-    Scene large(directory.path("large"), usersText(isShort ? 2000 : 20000));
-    killAtRandom(large, kills, seed);
-    fillDisks(isShort ? 200 : 20000);
-    Scene small(directory.path("small"), usersText(isShort ? 60 : 400));
-    failCalls(small, isShort);
-    std::printf("password file: %u findings\n", findings);
-    return findings == 0 ? 0 : 1;
+    return mode == "stopped" ? showStop() : runIn("", isShort, kills, seed);
 }
