@@ -23,7 +23,8 @@
 namespace {
 
 constexpr int skipped = 77;
-constexpr int longestSeconds = 30;
+// `context` waits up to 20 s for threads that do not answer.
+constexpr int longestSeconds = 180;
 
 enum Answer {
     EXACT,       ///< the same in each run
@@ -207,6 +208,7 @@ unsigned run(const Runner& runner, const Scenario& scenario, bool isShort) {
     const auto finding = [&](const std::string& where, const std::string& what, const Outcome& outcome) {
         std::printf("%s, %s: %s\n  out: %s\n  err: %s\n", scenario.command, where.c_str(), what.c_str(),
                     outcome.out.substr(0, 300).c_str(), outcome.err.substr(0, 3000).c_str());
+        std::fflush(stdout);
         ++findings;
     };
     const std::string problem = judge(plain, plain, next);
@@ -251,6 +253,7 @@ int main(int argc, char** argv) {
             ++findings;
         }
         trials += failures;
+        std::printf("%s: %u failing calls; %u findings so far\n", scenario.command, failures, findings);
         std::fflush(stdout);
     }
     if (count == 0)
