@@ -10,6 +10,8 @@
 #include <cstddef>
 #include <cstdlib>
 
+#include "PlatformAllocation.h"
+
 // A sanitizer allocates before it is initialized, so these functions must not be instrumented.
 #define VXTEST_UNWATCHED __attribute__((no_sanitize("address", "undefined", "thread")))
 
@@ -68,23 +70,11 @@ VXTEST_UNWATCHED inline bool enterAllocator() {
 
 } // namespace test
 
-// The platform's functions, or those of a sanitizer.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#define VXTEST_PLATFORM(name) __interceptor_##name
-#else
-#define VXTEST_PLATFORM(name) __libc_##name
-#endif
-
 // With optimization, these functions jump to the platform's (tail calls). A leak detector then sees the real caller and
 // does not report the memory of the dynamic linker.
 #define VXTEST_IN_PLACE_OF_PLATFORM VXTEST_UNWATCHED __attribute__((optimize("O2")))
 
 extern "C" {
-
-void* VXTEST_PLATFORM(malloc)(std::size_t size) noexcept;
-void* VXTEST_PLATFORM(calloc)(std::size_t count, std::size_t size) noexcept;
-void* VXTEST_PLATFORM(realloc)(void* piece, std::size_t size) noexcept;
-void VXTEST_PLATFORM(free)(void* piece) noexcept;
 
 VXTEST_IN_PLACE_OF_PLATFORM void* malloc(std::size_t size) noexcept {
     if (test::detail::enterAllocator())
@@ -115,6 +105,5 @@ VXTEST_IN_PLACE_OF_PLATFORM void free(void* piece) noexcept {
 
 } // extern "C"
 
-#undef VXTEST_PLATFORM
 #undef VXTEST_IN_PLACE_OF_PLATFORM
 #undef VXTEST_UNWATCHED

@@ -10,6 +10,8 @@
 #include <cstdlib>
 #include <new>
 
+#include "PlatformAllocation.h"
+
 // A sanitizer allocates before it is initialized, so these functions must not be instrumented.
 #define VXTEST_UNWATCHED __attribute__((no_sanitize("address", "undefined", "thread")))
 
@@ -51,8 +53,8 @@ inline unsigned long allocationCount() {
     return detail::allocationState.count;
 }
 
-/// The number of blocks that all threads have allocated and not freed. Always 0 with a sanitizer, which reports leaks
-/// by itself.
+/// The number of blocks that all threads have allocated and not freed. Always 0 with a checker of the heap, which
+/// reports leaks by itself.
 inline long outstandingAllocations() {
     return __atomic_load_n(&detail::outstandingPieces, __ATOMIC_RELAXED);
 }
@@ -125,15 +127,8 @@ unsigned long failEachAllocationOnce(Operation&& operation) {
 
 } // namespace test
 
-// The platform's functions, or those of a sanitizer: its `operator new` does not call `malloc`.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#define VXTEST_PLATFORM(name) __interceptor_##name
-#else
-#define VXTEST_PLATFORM(name) __libc_##name
-#endif
-
-// A sanitizer finds leaks without help.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+// A checker finds leaks without help.
+#ifdef VXTEST_CHECKED_HEAP
 #define VXTEST_COUNTED(piece) (piece)
 #else
 #define VXTEST_COUNTED(piece) test::detail::countPiece(piece)
@@ -144,11 +139,6 @@ unsigned long failEachAllocationOnce(Operation&& operation) {
 #define VXTEST_IN_PLACE_OF_PLATFORM VXTEST_UNWATCHED __attribute__((optimize("O2")))
 
 extern "C" {
-
-void* VXTEST_PLATFORM(malloc)(std::size_t size) noexcept;
-void* VXTEST_PLATFORM(calloc)(std::size_t count, std::size_t size) noexcept;
-void* VXTEST_PLATFORM(realloc)(void* piece, std::size_t size) noexcept;
-void* VXTEST_PLATFORM(memalign)(std::size_t alignment, std::size_t size) noexcept;
 
 VXTEST_IN_PLACE_OF_PLATFORM void* malloc(std::size_t size) noexcept {
     if (!test::detail::failThisAllocation())
@@ -186,14 +176,12 @@ VXTEST_UNWATCHED int posix_memalign(void** piece, std::size_t alignment, std::si
     return *piece ? 0 : ENOMEM;
 }
 
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
-void __libc_free(void* piece) noexcept;
-
+#ifndef VXTEST_CHECKED_HEAP
 void free(void* piece) noexcept {
     if (piece == nullptr)
         return;
     __atomic_fetch_sub(&test::detail::outstandingPieces, 1, __ATOMIC_RELAXED);
-    __libc_free(piece);
+    VXTEST_PLATFORM(free)(piece);
 }
 #endif
 
@@ -201,13 +189,12 @@ void free(void* piece) noexcept {
 
 #undef VXTEST_COUNTED
 
-#undef VXTEST_PLATFORM
 #undef VXTEST_IN_PLACE_OF_PLATFORM
 #undef VXTEST_UNWATCHED
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#ifdef VXTEST_CHECKED_HEAP
 
-// The sanitizer's own operators allocate, so that it still detects memory that is released by the wrong function.
+// The checker's own operators allocate, so that it still detects memory that is released by the wrong function.
 namespace test {
 namespace detail {
 
