@@ -1,3 +1,5 @@
+// Debug: crash reports, back traces and context files, which signal handlers write.
+
 #include "ut_Debug.h"
 
 #include <execinfo.h>
