@@ -7,6 +7,7 @@
 #include <mutex>
 #include <new>
 
+#include "internal/fw_SignalSafeMutex.h"
 #include "internal/fw_ThreadRecords.h"
 
 // A record is in thread-local storage, so that a signal handler can find and even create it. The TLS model ensures
@@ -21,35 +22,19 @@ alignas(ThreadInfo) IN_THREAD unsigned char storage[sizeof(ThreadInfo)];
 IN_THREAD ThreadInfo* myself = nullptr;
 IN_THREAD int removals = 0;
 
-// Blocks all signals while it is held: a handler that asks for a record must not deadlock with its own thread. Not a
-// `std::mutex`, which throws if locking fails: a crash report would end there.
-class RecordsMutex {
-public:
-    void lock() {
-        sigset_t all, former;
-        sigfillset(&all);
-        pthread_sigmask(SIG_SETMASK, &all, &former);
-        pthread_mutex_lock(&m_mutex);
-        m_formerSignals = former;
-    }
-    void unlock() {
-        const sigset_t former = m_formerSignals;
-        pthread_mutex_unlock(&m_mutex);
-        pthread_sigmask(SIG_SETMASK, &former, nullptr);
-    }
+using RecordsGuard = std::lock_guard<SignalSafeMutex>;
 
-private:
-    pthread_mutex_t m_mutex = PTHREAD_MUTEX_INITIALIZER;
-    sigset_t m_formerSignals = {};
-};
-
-using RecordsGuard = std::lock_guard<RecordsMutex>;
-
-RecordsMutex mutex;
+SignalSafeMutex mutex;
 ThreadInfo* records = nullptr;
 int lastNumber = 0;
 bool prepared = false;
 pthread_key_t endOfThread;
+
+// A signal handler on a new thread must not be the first to call pthread_key_create and pthread_atfork, which are not
+// async-signal-safe.
+__attribute__((constructor)) void prepareAtLoad() {
+    ThreadRecords::prepare();
+}
 
 } // namespace
 

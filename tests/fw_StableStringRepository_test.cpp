@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <signal.h>
+#include <sys/time.h>
 #include <unistd.h>
 
 #include <atomic>
@@ -158,4 +160,35 @@ TEST(StableStringRepository, ChildOfABusyProcessCanMakeTexts) {
     }
     stop = true;
     busy.join();
+}
+
+// A log sink that a signal handler calls may ask for a token.
+TEST(StableStringRepository, SignalHandlerDoesNotWaitForItsOwnThread) {
+    const test::ChildResult child = test::runInChild([] {
+        static volatile sig_atomic_t handled = 0;
+        struct sigaction action = {};
+        action.sa_handler = [](int) {
+            char text[] = "made by handler 0000000";
+            int number = handled;
+            handled = number + 1;
+            for (std::size_t at = sizeof text - 2; number > 0; --at, number /= 10)
+                text[at] = static_cast<char>('0' + number % 10);
+            GS.toToken(text);
+        };
+        sigaction(SIGALRM, &action, nullptr);
+        const itimerval interval = {{0, 200}, {0, 200}};
+        setitimer(ITIMER_REAL, &interval, nullptr);
+        // Allocates nothing itself: a handler must not interrupt an allocation.
+        char text[] = "made by thread 0000000";
+        for (int made = 0; made < 300000 || handled < 100; ++made) {
+            int number = made;
+            for (std::size_t at = sizeof text - 2; number > 0; --at, number /= 10)
+                text[at] = static_cast<char>('0' + number % 10);
+            GS.toToken(text);
+        }
+        const itimerval none = {};
+        setitimer(ITIMER_REAL, &none, nullptr);
+    });
+    EXPECT_FALSE(child.timedOut);
+    EXPECT_EQ(child.status, 0);
 }

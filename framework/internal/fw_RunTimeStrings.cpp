@@ -1,3 +1,6 @@
+// Not a std::unordered_map with a lock: known texts are looked up in signal handlers and after `fork`, with no lock and
+// no allocation, also in static constructors and destructors, and a text that a caller was given never moves.
+
 #include "internal/fw_RunTimeStrings.h"
 
 #include <pthread.h>
@@ -5,7 +8,10 @@
 #include <atomic>
 #include <cstdlib>
 #include <cstring>
+#include <mutex>
 #include <new>
+
+#include "internal/fw_SignalSafeMutex.h"
 
 namespace strings {
 
@@ -29,23 +35,10 @@ typedef std::atomic<const char*> Slot;
 std::atomic<Node*> root{nullptr};
 std::atomic<Slot*> blocks[blockCount] = {};
 stringtoken nextToken = firstRunTimeToken;
-pthread_mutex_t growth = PTHREAD_MUTEX_INITIALIZER;
-
-class GrowthGuard {
-public:
-    GrowthGuard() {
-        pthread_mutex_lock(&growth);
-    }
-    GrowthGuard(const GrowthGuard&) = delete;
-    GrowthGuard& operator=(const GrowthGuard&) = delete;
-    ~GrowthGuard() {
-        pthread_mutex_unlock(&growth);
-    }
-};
+framework::SignalSafeMutex growth;
 
 __attribute__((constructor)) void watchForks() {
-    pthread_atfork([] { pthread_mutex_lock(&growth); }, [] { pthread_mutex_unlock(&growth); },
-                   [] { pthread_mutex_unlock(&growth); });
+    pthread_atfork([] { growth.lock(); }, [] { growth.unlock(); }, [] { growth.unlock(); });
 }
 
 // FNV-1a
@@ -115,7 +108,7 @@ stringtoken intern(const char* text, std::atomic<Node*>* link) {
 stringtoken runTimeToken(const char* text) {
     if (const Node* node = linkFor(text)->load(std::memory_order_acquire))
         return node->token;
-    const GrowthGuard guard;
+    const std::lock_guard<framework::SignalSafeMutex> guard(growth);
     std::atomic<Node*>* link = linkFor(text);
     if (const Node* node = link->load(std::memory_order_acquire))
         return node->token;

@@ -13,8 +13,11 @@ public:
     /// Sends `sig` to every thread that has a record.
     static void signalAll(int sig);
 
-private:
+    /// Makes the platform report the end of threads; false if it cannot. Called at load time, and again by `make` under
+    /// the lock if that failed.
     static bool prepare();
+
+private:
     static void remove(void* record);
     static void keepOnlyMine();
 };
