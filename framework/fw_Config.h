@@ -4,14 +4,14 @@
 
 namespace framework {
 
-/// Builds the names of the files that the stack reads and writes.
+/// Builds file names from a format.
 ///
 ///     char* name = framework::Config::generateNameString("%s%s", root, "/etc/passwd");
 ///     framework::Memory::StaticFreeString(name);
 class VXFW_EXPORT Config {
 public:
-    /// Returns the formatted text, of any length, or null if an allocation fails. The caller releases it with
-    /// `Memory::StaticFreeString`.
+    /// Returns the text formatted as `printf` does, of any length, or null if the allocation fails. The caller frees it
+    /// with `Memory::StaticFreeString`.
     static char* generateNameString(const char* format, ...) VXFW_PRINTF(1, 2);
 };
 

@@ -13,7 +13,7 @@ class VXFW_EXPORT Console {
 public:
     virtual ~Console();
 
-    /// Returns the stream to write to. It lives as long as the console.
+    /// Returns the stream that writes to the terminal. The console owns it.
     virtual OutputStream& outputStream() = 0;
     /// Waits for one key and returns it.
     virtual char readKey() = 0;

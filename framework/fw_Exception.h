@@ -34,16 +34,19 @@ public:
         FAILURE_DATE = 3591            ///< invalid date
     };
 
-    /// `file` is the source file name without folder and extension, `function` the full signature text. A null text
-    /// counts as empty.
+    /// Copies the texts; a null text counts as empty. `file` is the name of the source file without folder and
+    /// extension, `function` the full signature text (`__PRETTY_FUNCTION__`). The other arguments are what the
+    /// operations of the same names return.
     Exception(unsigned int code, const char* file, int line, const char* function, const char* message, bool flag);
 
     // Both are emitted by every library that includes this header: the utility library exports them as well.
+    /// Copies code, location, texts and flag.
     [[gnu::used]] Exception(const Exception& other) : std::exception(other) {
         std::memcpy(m_words, other.m_words, sizeof m_words);
         std::memcpy(m_function, other.m_function, sizeof m_function);
         std::memcpy(m_message, other.m_message, sizeof m_message);
     }
+    /// The texts that the operations returned are invalid afterwards.
     // With `= default` it would not be emitted. NOLINTNEXTLINE(modernize-use-equals-default)
     [[gnu::used]] ~Exception() override {}
 
@@ -56,9 +59,10 @@ public:
     unsigned int code() const {
         return m_words[0];
     }
-    /// Returns the name of the source file that threw, without folder and extension, empty if it is not known.
+    /// Returns the name of the source file that threw, without folder and extension; never null, empty if it is not
+    /// known.
     const char* file() const;
-    /// Returns the line that threw.
+    /// Returns the number of the source line that threw.
     int line() const {
         return static_cast<int>(m_words[2]);
     }
@@ -70,7 +74,7 @@ public:
     const char* message() const {
         return m_message;
     }
-    /// Returns false for failures that a user's input causes (dates), true for all others.
+    /// Returns false for a failure caused by the user's input (an invalid date), true for all others.
     bool flag() const {
         return m_words[3] != 0;
     }

@@ -12,11 +12,14 @@ namespace framework {
 ///     char* copy = pool.AllocString("volume");   // lives as long as the pool
 class VXFW_EXPORT FSUMemory : public Memory {
 public:
-    /// Both numbers are hints for growth, the bytes of a block and the expected number of blocks. Any size and number
-    /// of pieces works.
+    /// Creates an empty pool. Both arguments are hints: the pool accepts pieces of any size and number.
+    /// - `blockSize`: the size in bytes of the blocks from which pieces are taken, at most 1 MiB. A larger piece gets a
+    ///   block of its own.
+    /// - `blockCount`: the expected number of blocks.
     FSUMemory(unsigned int blockSize, unsigned int blockCount);
     FSUMemory(const FSUMemory&) = delete;
     FSUMemory& operator=(const FSUMemory&) = delete;
+    /// Frees every piece.
     ~FSUMemory() override;
 
     /// Returns `size` bytes aligned for any type, or null if the allocation fails.
@@ -29,8 +32,9 @@ public:
     /// Frees every piece. The pool can be used again.
     void reset();
 
+    /// Does what `Alloc` does.
     void* allocate(unsigned long size) override;
-    /// Does nothing: pieces are freed with the pool.
+    /// Does nothing: `reset` and the destructor free the pieces.
     void release(const void* piece) override;
 
 private:

@@ -6,8 +6,8 @@
 
 namespace strings {
 
-/// The numbers of the fixed texts, which never change: clients store and exchange them. Each text is the one that
-/// `StringRepository::toString` returns for the number.
+/// The numbers of the fixed texts. They never change: clients store and exchange them. `StringRepository::toString`
+/// returns the text of a number.
 ///
 /// The debug switch of a class is the token of its name:
 ///

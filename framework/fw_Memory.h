@@ -4,10 +4,10 @@
 
 namespace framework {
 
-/// A source of memory, and the memory services of the process.
+/// A source of memory, and the process-wide memory services.
 ///
 /// A piece is released to the source that allocated it. The static services may be called from any thread and return
-/// null on failure. They count the outstanding pieces, so that a test can detect a leak.
+/// null on failure. They count the outstanding pieces, so that tests can detect leaks.
 ///
 ///     char* copy = framework::Memory::StaticAllocString("volume");
 ///     framework::Memory::StaticFreeString(copy);
@@ -28,13 +28,13 @@ public:
     /// Returns a NUL-terminated copy of `text`, to be released with `StaticFreeString`, or null if `text` is null or
     /// the allocation fails.
     static char* StaticAllocString(const char* text);
-    /// Returns a NUL-terminated copy of at most `length` bytes of `text`, or null if `text` is null or the allocation
-    /// fails.
+    /// Returns a NUL-terminated copy of at most `length` bytes of `text`, to be released with `StaticFreeString`, or
+    /// null if `text` is null or the allocation fails.
     static char* StaticAllocString(const char* text, unsigned int length);
     /// Releases what `StaticAllocString` returned; null is ignored.
     static void StaticFreeString(const void* text);
 
-    /// Returns the number of pieces and strings of the static services that are not released yet.
+    /// Returns the number of pieces and strings that the static services have allocated and not yet released.
     static long staticOutstanding();
 };
 

@@ -7,7 +7,7 @@ namespace strings {
 
 /// Maps the number of an interned text to the text.
 ///
-/// The texts belong to the repository and live as long as the process. Thread-safe.
+/// The repository owns the texts, which live as long as the process. Thread-safe.
 ///
 ///     const char* name = strings::StringRepository::toString(630);   // "URL"
 class VXFW_EXPORT StringRepository {

@@ -8,7 +8,7 @@ namespace framework {
 
 /// The record of a thread: its number and its name.
 ///
-/// A thread gets its record at its first `MyThreadInfo` and keeps it until the thread ends. The framework owns the
+/// A thread gets its record when it first calls `MyThreadInfo` and keeps it until it ends. The framework owns the
 /// record. Numbers count upward from 1 and are not reused. Thread-safe.
 ///
 ///     framework::ThreadInfo::MyThreadInfo()->setThreadName("worker");
@@ -16,16 +16,17 @@ class VXFW_EXPORT ThreadInfo {
 public:
     /// Returns the calling thread's record, or null if there is none yet. Async-signal-safe.
     static ThreadInfo* getMyself();
-    /// Returns the calling thread's record, which is created on first use without an allocation, also in a signal
-    /// handler. Null only if the platform has no thread-specific key left, or if the thread is past its last
-    /// thread-exit destructor, where nothing could remove the record.
+    /// Returns the calling thread's record, which the first call creates without an allocation, even in a signal
+    /// handler. Returns null only if all thread-specific keys of the process are in use, or after the last round of the
+    /// thread's thread-exit destructors, when nothing would remove the record.
     static ThreadInfo* MyThreadInfo();
 
     /// Returns the thread's number.
     int getNum() const {
         return m_number;
     }
-    /// Returns the thread's name, never null. Each slash of the name that was set is an underscore.
+    /// Returns the thread's name, never null. Until a name is set, it is the platform's name of the thread, or "thread"
+    /// if there is none. Slashes are replaced by underscores.
     const char* getThreadName() const {
         return m_name;
     }
