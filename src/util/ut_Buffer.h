@@ -10,33 +10,36 @@ namespace utility {
 /// A byte buffer of fixed capacity with a write position (head) and a read position (tail).
 ///
 /// The buffer owns its storage or uses storage of the caller, which is never freed and must outlive the buffer. Owned
-/// storage has one byte more than the capacity, for a terminating NUL. One thread at a time.
+/// storage is one byte larger than the capacity, for a terminating NUL. One thread at a time.
 ///
-/// Moving a position out of range throws code 1239 and leaves the position moved; with the no-throw flag the position
-/// is clamped silently instead. Nothing can be written while the write position is outside the storage, and nothing
-/// can be read while the read position is; `Rewind` resets both.
+/// Moving a position out of range throws code 1239 and leaves the position moved; with the no-throw flag set, the
+/// position is clamped without a message instead. Nothing can be written while the write position is outside the
+/// storage, and nothing can be read while the read position is; `Rewind` resets both.
 ///
 /// Memory comes from the process's memory object (`framework::Container::getMemory`), or from `malloc` if there is no
 /// memory object:
-/// - `new` of a buffer, and so of any stream, requests exactly the size of the object and returns null on failure.
-///   `delete` returns the object to the memory object that is current at that time, or to `free` if there is none.
+/// - `new` of a buffer or stream requests exactly the size of the object and returns null on failure. `delete` returns
+///   the object to the memory object that is current when it is called, or to `free` if there is none.
 /// - Owned storage from `malloc` is released with `free`. Owned storage from a memory object is returned to the current
-///   memory object, and is leaked if there is none: do not change the memory object while buffers exist.
+///   memory object, and is leaked if there is none.
+///
+/// Do not change the memory object while buffers exist.
 ///
 ///     utility::BufferStream stream(16);
 ///     stream.PutS("ports");
 ///     stream.ReadAvailable();   // 5
 class VXUT_EXPORT Buffer {
 public:
-    /// A buffer without storage; its capacity is 0.
+    /// Creates a buffer without storage; its capacity is 0.
     Buffer();
     Buffer(const Buffer&) = delete;
     Buffer& operator=(const Buffer&) = delete;
+    /// Releases owned storage.
     virtual ~Buffer();
 
-    /// Bytes that can still be written: capacity minus write position.
+    /// Returns the number of bytes that can still be written: capacity minus write position.
     virtual int WriteRemaining() const;
-    /// Bytes that can be read: write position minus read position.
+    /// Returns the number of bytes that can be read: write position minus read position.
     virtual int ReadAvailable() const;
     /// Moves the write position by `n`. Throws code 1239 if the result exceeds the capacity or `n` is negative, even if
     /// the result would be in range. With the no-throw flag, clamps the result to the capacity, and moves back at most
@@ -51,36 +54,37 @@ public:
     /// code 1238, or logs the failure if the no-throw flag is set. Does not release existing storage.
     void allocBuffer();
 
-    /// The start of the storage; null without storage.
+    /// Returns the start of the storage, or null without storage.
     char* pBuffer() const {
         return m_storage;
     }
-    /// Where the next byte is written: the storage at the write position; null without storage.
+    /// Returns a pointer to the write position, where the next byte is written, or null without storage.
     char* pHead() const {
         return m_storage != nullptr ? m_storage + m_head : nullptr;
     }
-    /// Where the next byte is read: the storage at the read position; null without storage.
+    /// Returns a pointer to the read position, where the next byte is read, or null without storage.
     char* pTail() const {
         return m_storage != nullptr ? m_storage + m_tail : nullptr;
     }
-    /// The write position, in bytes from the start of the storage.
+    /// Returns the write position, in bytes from the start of the storage.
     int WritePosition() const {
         return m_head;
     }
-    /// The read position, in bytes from the start of the storage.
+    /// Returns the read position, in bytes from the start of the storage.
     int ReadPosition() const {
         return m_tail;
     }
-    /// The capacity in bytes.
+    /// Returns the capacity in bytes.
     int Size() const {
         return m_size;
     }
 
-    /// Sets the no-throw flag: data that does not fit is then truncated and logged instead of thrown.
+    /// Sets the no-throw flag. While it is set, data that does not fit is truncated and the failure is logged, not
+    /// thrown.
     void setNoThrow(bool noThrow) {
         m_noThrow = noThrow;
     }
-    /// Whether the no-throw flag is set; it is clear at construction.
+    /// Returns whether the no-throw flag is set; it is clear at construction.
     bool isNoThrow() const {
         return m_noThrow;
     }
@@ -89,12 +93,12 @@ public:
     void Rewind();
     /// Moves the unread bytes to the start of the storage; without unread bytes, does what `Rewind` does.
     void Consolidate();
-    /// Moves the readable bytes of `source` to the write position; they are then no longer readable from `source`.
-    /// Throws code 1239 if they do not fit; with the no-throw flag, moves only those that fit. Does nothing if `source`
-    /// is null.
+    /// Moves the readable bytes of `source` to the write position, and the read position of `source` past them. Throws
+    /// code 1239 if they do not fit; with the no-throw flag, moves only those that fit. Does nothing if `source` is
+    /// null.
     void CopyFrom(Buffer* source);
     /// Removes an incomplete UTF-8 character (at most three bytes) from the end of the readable text. Returns true if
-    /// the text is printable UTF-8 then. Otherwise leaves the text unchanged, logs an error and returns false.
+    /// the remaining text is printable UTF-8. Otherwise leaves the text unchanged, logs an error and returns false.
     bool truncatePartialUtf8();
 
     /// Allocates an object from the memory object, or with `malloc`; returns null on failure.
@@ -103,6 +107,8 @@ public:
     static void operator delete(void* object) noexcept;
 
 protected:
+    /// Where the storage comes from: nowhere, the caller, `malloc`, or a memory object. The destructor releases the
+    /// last two.
     enum StorageKind : std::uint32_t { STORAGE_NONE = 0, STORAGE_CALLER = 1, STORAGE_MALLOC = 2, STORAGE_MEMORY = 3 };
 
     /// Uses the caller's `storage` of `capacity` bytes. `terminated`: one more byte follows them, for a NUL.
@@ -123,25 +129,26 @@ protected:
         m_tail = position;
     }
 
-    /// How many of `wanted` bytes fit between the write position and the capacity; 0 if the write position is outside
-    /// the storage.
+    /// Returns how many of `wanted` bytes fit between the write position and the capacity; 0 if the write position is
+    /// outside the storage or `wanted` is negative.
     int boundedRoom(int wanted) const {
         if (m_storage == nullptr || m_head < 0 || m_head > m_size || wanted < 0)
             return 0;
         return wanted < m_size - m_head ? wanted : m_size - m_head;
     }
-    /// How many of `wanted` bytes are between the read position and the write position, and inside the storage.
+    /// Returns how many of `wanted` bytes are between the read position and the write position, and inside the storage;
+    /// 0 if the read position is outside that range or `wanted` is negative.
     int boundedReadable(int wanted) const {
         const int end = m_head < m_size ? m_head : m_size;
         if (m_storage == nullptr || m_tail < 0 || m_tail > end || wanted < 0)
             return 0;
         return wanted < end - m_tail ? wanted : end - m_tail;
     }
-    /// Whether the storage has a byte at `position`; the byte for the terminating NUL counts.
+    /// Returns whether the storage has a byte at `position`; the byte for the terminating NUL counts.
     bool isStored(int position) const {
         return m_storage != nullptr && position >= 0 && (m_terminated ? position <= m_size : position < m_size);
     }
-    /// Whether the storage has a byte for a NUL at the write position.
+    /// Returns whether the storage has a byte for a NUL at the write position.
     bool isTerminable() const {
         return isStored(m_head);
     }
@@ -151,27 +158,33 @@ protected:
             m_storage[m_head] = 0;
     }
 
-    // The streams' short way to the four position operations, for the library only. Each one does what the virtual
-    // operation would, and calls it where a derived class overrides it or where it would fail.
+    // Non-virtual forms of the four position operations, for the library's streams only. Each calls the virtual
+    // operation if a derived class overrides it or if it would fail, and otherwise does the same without a virtual
+    // call.
 
-    /// Whether no derived class overrides `WriteRemaining` and `WriteAdvance`.
+    /// Returns whether no derived class overrides `WriteRemaining` and `WriteAdvance`.
     VXUT_HIDDEN bool hasOwnWriting() const;
-    /// Whether no derived class overrides `ReadAvailable` and `ReadAdvance`.
+    /// Returns whether no derived class overrides `ReadAvailable` and `ReadAdvance`.
     VXUT_HIDDEN bool hasOwnReading() const;
+    /// Does what `WriteRemaining` does.
     VXUT_HIDDEN int writeRemaining() const;
+    /// Does what `ReadAvailable` does.
     VXUT_HIDDEN int readAvailable() const;
+    /// Does what `WriteAdvance` does.
     VXUT_HIDDEN void writeAdvance(int n);
+    /// Does what `ReadAdvance` does.
     VXUT_HIDDEN void readAdvance(int n);
-    /// Moves the write position over `n` bytes and returns where they start; the caller writes them. Returns null and
+    /// Advances the write position by `n` bytes and returns a pointer to them; the caller writes them. Returns null and
     /// moves nothing if they do not fit or if a derived class overrides a write operation.
     VXUT_HIDDEN char* claimHead(int n);
-    /// Moves the read position over `n` readable bytes and returns where they start. Returns null and moves nothing if
-    /// there are fewer or if a derived class overrides a read operation.
+    /// Advances the read position by `n` readable bytes and returns a pointer to them. Returns null and moves nothing
+    /// if there are fewer or if a derived class overrides a read operation.
     VXUT_HIDDEN char* claimTail(int n);
-    /// Writes `c` and a NUL after it. Returns false and does nothing where `claimHead` returns null.
+    /// Writes `c` and a NUL after it. Returns false and does nothing if `claimHead` would return null.
     VXUT_HIDDEN bool putDirectly(char c);
-    /// Writes `text` and a NUL after it, and moves the write position over the text and over `nuls` NULs, 0 or 1.
-    /// Returns false and does nothing if text and NUL do not fit or if a derived class overrides a write operation.
+    /// Writes `text` and a NUL after it, and moves the write position past the text if `nuls` is 0, past the NUL too if
+    /// it is 1. Returns false and does nothing if text and NUL do not fit or if a derived class overrides a write
+    /// operation.
     VXUT_HIDDEN bool putDirectly(const char* text, int nuls);
 
 private:

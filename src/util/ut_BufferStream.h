@@ -24,6 +24,7 @@ public:
     /// Loads a whole file with `fromFile`; if it cannot be read, the stream is empty. Throws code 1238 if the
     /// allocation fails.
     explicit BufferStream(char const* fileName);
+    /// Releases the storage if the stream owns it.
     ~BufferStream() override;
 };
 

@@ -27,12 +27,13 @@ public:
     /// User field; 0 at construction.
     uint32_t m_userWord2;
 
-    /// Allocates storage of `size` bytes and links this element before `next`, which may be null. Throws code 1238 if
-    /// the allocation fails or `size` is negative.
+    /// Allocates storage of `size` bytes and makes `next`, which may be null, the element after this one. Throws code
+    /// 1238 if the allocation fails or `size` is negative.
     BufferStreamElement(int size, BufferStreamElement* next);
+    /// Does not delete the elements it is linked to.
     ~BufferStreamElement() override;
 
-    /// The element after this one, or null.
+    /// Returns the element after this one, or null.
     BufferStreamElement* Next() const {
         return m_next;
     }

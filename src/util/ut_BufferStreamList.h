@@ -23,22 +23,22 @@ namespace utility {
 ///     pool.UnLock();
 class VXUT_EXPORT VXFW_THREADS(capability("mutex")) BufferStreamList {
 public:
-    /// An empty list.
+    /// Creates an empty list.
     BufferStreamList();
-    /// A list of `count` elements with `size` bytes each; empty if `count` is below 1. An element that cannot be
-    /// allocated is missing from the list. If its storage cannot be allocated, code 1238 is thrown, and the elements
-    /// created before are deleted.
+    /// Creates a list of `count` elements with `size` bytes each, or an empty list if `count` is below 1. If an element
+    /// cannot be allocated, the list has one element less. If the storage of an element cannot be allocated, deletes
+    /// the elements created before and throws code 1238.
     BufferStreamList(int count, int size);
     BufferStreamList(const BufferStreamList&) = delete;
     BufferStreamList& operator=(const BufferStreamList&) = delete;
     /// Deletes the elements in the list. No thread may be waiting.
     ~BufferStreamList();
 
-    /// Initializes the list, its mutex and its condition as the constructor does. Elements in the list are not deleted:
-    /// they are leaked unless the caller holds them.
+    /// Initializes the list, its mutex and its condition as the default constructor does. Does not delete the elements
+    /// in the list: they are leaked unless the caller has pointers to them.
     void init() VXFW_THREADS(no_thread_safety_analysis);
 
-    /// The element after `e`; null if there is none or `e` is null.
+    /// Returns the element after `e`, or null if there is none or `e` is null.
     BufferStreamElement* Next(BufferStreamElement* e) const {
         return e != nullptr ? e->Next() : nullptr;
     }
@@ -51,20 +51,20 @@ public:
     void Insert(BufferStreamElement* e);
     /// Unlinks `e`, which the caller owns from then on; does nothing if `e` is null or not in the list.
     void Remove(BufferStreamElement* e);
-    /// The number of elements in the list.
+    /// Returns the number of elements in the list.
     int Count() const;
-    /// Unlinks and returns the head element, which the caller owns from then on; null if the list is empty. Never waits
-    /// and never locks.
+    /// Unlinks and returns the head element, which the caller owns from then on, or returns null if the list is empty.
+    /// Does not wait or lock.
     BufferStreamElement* Allocate();
 
     /// Locks the list's mutex, which is not recursive.
     void Lock() VXFW_THREADS(acquire_capability());
     /// Unlocks the list's mutex.
     void UnLock() VXFW_THREADS(release_capability());
-    /// Waits until another thread calls `Signal` or `Broadcast`, at most `seconds`, without limit if `seconds` is 0.
-    /// The caller must hold the lock, which is released while waiting. Returns false on a time-out, otherwise true,
-    /// also after a spurious wake-up or a failed wait. The deadline is a whole second: callers see time-outs up to one
-    /// second early.
+    /// Waits until another thread calls `Signal` or `Broadcast`, for at most `seconds`, or without a limit if `seconds`
+    /// is 0. The caller must hold the lock, which is released during the wait. Returns false on a time-out and true
+    /// otherwise, including after a spurious wake-up or a failed wait. The deadline is rounded down to a whole second:
+    /// callers see time-outs up to one second early.
     bool Wait(long seconds) VXFW_THREADS(requires_capability(this));
     /// Wakes one waiting thread.
     void Signal();

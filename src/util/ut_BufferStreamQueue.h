@@ -23,10 +23,10 @@ class VXUT_EXPORT BufferStreamQueue {
     int32_t m_count;
 
 public:
-    /// For locking and signaling by the callers; the queue itself never uses it.
+    /// The lock and condition with which callers synchronize; the queue itself does not use it.
     Waiter m_waiter;
 
-    /// An empty queue.
+    /// Creates an empty queue.
     BufferStreamQueue();
     BufferStreamQueue(const BufferStreamQueue&) = delete;
     BufferStreamQueue& operator=(const BufferStreamQueue&) = delete;
@@ -36,12 +36,13 @@ public:
     /// Adds `e` at the end; the queue owns it from then on. `e` must not be in another chain. Does nothing if `e` is
     /// null or already in the queue.
     void enQueue(BufferStreamElement* e);
-    /// Removes and returns the first element, which the caller owns from then on; null if the queue is empty.
+    /// Removes and returns the first element, which the caller owns from then on, or returns null if the queue is
+    /// empty.
     BufferStreamElement* deQueue();
     /// Adds `e` at the front, so that `deQueue` returns it next; the queue owns it from then on. `e` must not be in
     /// another chain. Does nothing if `e` is null or already in the queue.
     void reQueue(BufferStreamElement* e);
-    /// The number of elements in the queue.
+    /// Returns the number of elements in the queue.
     int Count() const {
         return m_count;
     }

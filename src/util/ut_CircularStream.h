@@ -22,31 +22,33 @@ class VXUT_EXPORT CircularStream : public framework::OutputStream,
                                    public framework::InputStream,
                                    public virtual Buffer {
 public:
-    /// A ring of `capacity` bytes. With capacity 0, everything written is discarded. Throws code 1238 if the
+    /// Creates a ring of `capacity` bytes. With capacity 0, everything written is discarded. Throws code 1238 if the
     /// allocation fails or `capacity` is negative.
     explicit CircularStream(int capacity);
     ~CircularStream() override;
 
-    /// The number of bytes from the read position to the write position, around the end of the storage if needed.
+    /// Returns the number of bytes from the read position to the write position, around the end of the storage if
+    /// needed.
     int ReadAvailable() const override;
     /// Always returns the capacity: the ring is never full.
     int WriteRemaining() const override;
-    /// Moves the write position by `n`, around the end of the storage if needed. A read position that is overrun moves
-    /// to the oldest byte left. Does nothing if `n` is below 1.
+    /// Moves the write position by `n`, around the end of the storage if needed. If it overtakes the read position, the
+    /// read position moves to the oldest byte left. Does nothing if `n` is below 1.
     void WriteAdvance(int n) override;
     /// Moves the read position by `n`, at most to the write position. Does nothing if `n` is below 1.
     void ReadAdvance(int n) override;
 
-    /// Discards the unread bytes and writes from the start of the storage; always returns true. Callers rely on the
-    /// ring still counting as wrapped if it has ever wrapped: `StartInputStream` then makes earlier bytes that were not
-    /// overwritten readable again.
+    /// Discards the unread bytes and continues writing at the start of the storage; always returns true. A ring that
+    /// has ever wrapped still counts as wrapped, and callers rely on that: `StartInputStream` then makes earlier bytes
+    /// that were not overwritten readable again.
     bool StartOutputStream() override;
     /// Does nothing.
     void EndOutputStream() override;
     /// Writes `size` bytes of `data`, of which the ring keeps the last; does nothing if `data` is null. Always returns
     /// true.
     bool SendOutputStream(const char* data, unsigned int size) override;
-    /// Sends the rest of `in`, as any output stream does. If `in` is this ring, does nothing and returns true.
+    /// Sends the rest of `in`, as `OutputStream::TransferFromInputStream` does. If `in` is this ring, does nothing and
+    /// returns true.
     bool TransferFromInputStream(framework::InputStream& in) override;
     /// Always returns true.
     bool isOutputStreamOpen() override;
@@ -66,7 +68,7 @@ public:
     bool isInputStreamOpen() override;
     /// Always returns false.
     bool isInputStreamInError() override;
-    /// Whether nothing is readable.
+    /// Returns whether nothing is readable.
     bool isInputStreamAtEnd() override;
 
 private:

@@ -7,7 +7,7 @@ namespace utility {
 
 class PutStream;
 
-/// An interface for writers that mark up their output without knowing the kind of stream they write to.
+/// An interface for marking up output independently of the kind of stream it is written to.
 ///
 /// The operations of this class do nothing; streams that can render decorations override them. No operation fails.
 ///
@@ -56,6 +56,7 @@ public:
         Cyan = 35
     };
 
+    /// Creates an object without state.
     Decorator();
     virtual ~Decorator();
 
@@ -64,7 +65,7 @@ public:
     /// Decorates the following output of `stream` as `type`; `stream` may be null. Does nothing in this class.
     virtual void setDecoration(DecorationType type, PutStream* stream);
 
-    /// The token of the name of `type`; 1153 if `type` is out of range.
+    /// Returns the token of the name of `type`, or 1153 ("Undefined") if `type` is out of range.
     static stringtoken toToken(DecorationType type);
 
 private:

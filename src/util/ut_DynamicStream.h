@@ -6,7 +6,7 @@
 
 namespace utility {
 
-/// An append-only byte store that grows by pages of 4096 bytes up to a maximum size, and is read from its start.
+/// An append-only byte store that grows by pages of 4096 bytes up to a maximum size and is read from its start.
 ///
 /// The stream owns its pages and allocates each one when its first byte is written. One thread at a time. Nothing is
 /// thrown: if data does not fit or a page cannot be allocated, the operation returns false, and the failure is logged.
@@ -18,15 +18,18 @@ namespace utility {
 ///     stream.ReceiveInputStream(text, sizeof text);   // -1: everything was read
 class VXUT_EXPORT DynamicStream : public framework::InputStream, public framework::OutputStream {
 public:
-    /// A stream of at most `maxSize` bytes; nothing fits if `maxSize` is below 1 or the page table cannot be allocated.
+    /// Creates a stream of at most `maxSize` bytes; nothing fits if `maxSize` is below 1 or the page table cannot be
+    /// allocated.
     explicit DynamicStream(int maxSize);
     DynamicStream(const DynamicStream&) = delete;
     DynamicStream& operator=(const DynamicStream&) = delete;
+    /// Frees every page and the page table.
     ~DynamicStream() override;
 
     /// Frees every page; the stream is empty and can be used again.
     void reset();
-    /// The nominal memory use in bytes: 4 for each slot of the page table, 4096 for each page, 32 for the object.
+    /// Returns the nominal memory use in bytes: 4 for each slot of the page table, 4096 for each page, 32 for the
+    /// object.
     unsigned int getSize() const;
 
     /// Discards the content, read or unread, and keeps the pages. Writing restarts at the first byte, but the read
@@ -43,8 +46,8 @@ public:
     bool isOutputStreamOpen() override;
     /// Always returns false, even after a failed write.
     bool isOutputStreamInError() override;
-    /// Returns true while the maximum size is not exceeded, which is always. Callers rely on this: the stream is at its
-    /// end from the start and is never good, but accepts data nevertheless.
+    /// Always returns true, because the maximum size is never exceeded. Callers rely on this: the stream is at its end
+    /// from the start and is never good, but accepts data.
     bool isOutputStreamAtEnd() override;
 
     /// Sets the read position to the first byte; always returns true.
@@ -58,9 +61,9 @@ public:
     bool isInputStreamOpen() override;
     /// Always returns false.
     bool isInputStreamInError() override;
-    /// Whether everything stored was read.
+    /// Returns whether everything stored was read.
     bool isInputStreamAtEnd() override;
-    /// The number of bytes stored, including those already read.
+    /// Returns the number of bytes stored, including those already read.
     int GetInputStreamSize() override;
 
 private:

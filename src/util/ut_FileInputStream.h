@@ -8,7 +8,7 @@ namespace utility {
 /// Reads a file through a descriptor, with one system call for each receive.
 ///
 /// - A stream for a path opens the file with close-on-exec, and closes it on destruction. It stores the pointer to the
-///   path, so the text must outlive the stream. Its descriptor is never 0 to 2, even if these are closed, so output to
+///   path, which must outlive the stream. Its descriptor is never 0 to 2, even if these are closed, so that output to
 ///   standard error cannot reach the file.
 /// - A stream for a descriptor does not own it: the caller closes the descriptor.
 ///
@@ -20,30 +20,32 @@ namespace utility {
 ///     int count = file.ReceiveInputStream(block, sizeof block);   // 0 at the end, -1 on failure
 class VXUT_EXPORT FileInputStream : public framework::InputStream {
 public:
-    /// Opens `path` for reading. A null path fails as a path that does not exist.
+    /// Opens `path` for reading. A null path fails like a path that does not exist.
     explicit FileInputStream(const char* path);
     /// Uses the caller's descriptor `fd` and seeks it to offset 0; if the seek fails, the stream is in error. Only
-    /// direct receives work: `isInputStreamInError` puts a stream without a path into the error state, and
-    /// `TransferFromInputStream` and `VirtualGetStream` call it before they read. For these, open the path
-    /// "/proc/self/fd/N" instead.
+    /// direct calls of `ReceiveInputStream` work: `isInputStreamInError` sets the error state of a stream without a
+    /// path, and `TransferFromInputStream` and `VirtualGetStream` call it before they read. To use these with a
+    /// descriptor N, open the path "/proc/self/fd/N".
     explicit FileInputStream(int fd);
     FileInputStream(const FileInputStream&) = delete;
     FileInputStream& operator=(const FileInputStream&) = delete;
+    /// Closes the file if the stream opened it.
     ~FileInputStream() override;
 
-    /// Closes the descriptor, even one of the caller, and opens the path again, which may name another file by now.
-    /// Returns 0, or -1 if the file cannot be opened or there is no path. Does not clear the error state.
+    /// Closes the descriptor, even a caller's, and opens the path again, which may name another file by now. Returns 0,
+    /// or -1 if the file cannot be opened or the stream has no path. Does not clear the error state.
     int Reopen();
     /// Seeks to `offset`, in bytes from the start of the file, and clears the end state. Returns false if the stream is
     /// not open or in error, or the seek fails.
     bool Position(unsigned int offset);
-    /// The current offset in bytes, truncated to 32 bits; all bits set if the stream is not open or in error, or the
-    /// system call fails. Clears the end state.
+    /// Returns the current offset in bytes, truncated to 32 bits; all bits set if the stream is not open or in error,
+    /// or the system call fails. Clears the end state.
     unsigned int At();
-    /// The inode number of the open file, truncated to 32 bits; all bits set if the stream is not open or the system
-    /// call fails.
+    /// Returns the inode number of the open file, truncated to 32 bits; all bits set if the stream is not open or the
+    /// system call fails.
     unsigned int GetInode();
-    /// The inode number of the file `path`, truncated to 32 bits; all bits set if `path` is null or does not exist.
+    /// Returns the inode number of the file `path`, truncated to 32 bits; all bits set if `path` is null or does not
+    /// exist.
     static unsigned int GetInode(const char* path);
 
     /// Seeks to offset 0, as `Position` does.
@@ -53,19 +55,19 @@ public:
     /// Reads at most `size` bytes into `buffer`. Returns their count, 0 at the end of the file, or -1 if the stream is
     /// not open or in error, `buffer` is null, or the read fails.
     int ReceiveInputStream(char* buffer, unsigned int size) override;
-    /// Whether the file is open.
+    /// Returns whether the file is open.
     bool isInputStreamOpen() override;
-    /// Whether the stream is in error. Sets the error state first if the path no longer exists or the stream has no
-    /// path, so this call ends reading from a file that was moved or removed. A file that was replaced by another one
-    /// with the same path can still be read.
+    /// Returns whether the stream is in error, after setting the error state if the path no longer exists or the stream
+    /// has no path. So this call ends reading from a file that was moved or removed. A file that was replaced by
+    /// another one with the same path can still be read.
     bool isInputStreamInError() override;
-    /// Whether `EndInputStream` was called, or a receive returned 0, since the last seek.
+    /// Returns whether `EndInputStream` was called, or a receive returned 0, since the last seek.
     bool isInputStreamAtEnd() override;
-    /// The size of the file in bytes, even in the error state; -1 if the stream is not open, the size is unknown or it
-    /// does not fit an `int`.
+    /// Returns the size of the file in bytes, even in the error state; -1 if the stream is not open, the size is
+    /// unknown or it does not fit an `int`.
     int GetInputStreamSize() override;
 
-    /// The `errno` of the last failure; 0 if there was none.
+    /// Returns the `errno` of the last failure; 0 if there was none.
     int errorNumber() const {
         return m_errno;
     }

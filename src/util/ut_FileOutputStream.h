@@ -8,7 +8,7 @@ namespace utility {
 /// Writes a file through a descriptor, with one system call for each send.
 ///
 /// - A stream for a path opens the file with close-on-exec, and closes it on destruction. It stores the pointer to the
-///   path, so the text must outlive the stream. Its descriptor is never 0 to 2, even if these are closed, so output to
+///   path, which must outlive the stream. Its descriptor is never 0 to 2, even if these are closed, so that output to
 ///   standard error cannot reach the file.
 /// - A stream for a descriptor does not own it: the caller closes the descriptor.
 ///
@@ -20,8 +20,9 @@ namespace utility {
 ///     if (!file.SendOutputStream("4\n", 2) || file.isOutputStreamInError()) report(file.errorNumber());
 class VXUT_EXPORT FileOutputStream : public framework::OutputStream {
 public:
-    /// Opens `path` for writing. If `append`, every send goes to the end of the file; otherwise the file is truncated.
-    /// A new file gets the permission bits `mode`, less the umask. A null path fails as a path that does not exist.
+    /// Opens `path` for writing. If `append` is true, every send goes to the end of the file; otherwise the file is
+    /// truncated. A new file gets the permission bits `mode` without those in the umask. A null path fails like a path
+    /// that does not exist.
     FileOutputStream(const char* path, bool append, unsigned int mode);
     /// Uses the caller's descriptor `fd` and seeks it to offset 0. The seek fails for a pipe or terminal, and the
     /// stream is then in error: callers rely on such descriptors being files. Sends overwrite the file from its first
@@ -29,6 +30,7 @@ public:
     explicit FileOutputStream(int fd);
     FileOutputStream(const FileOutputStream&) = delete;
     FileOutputStream& operator=(const FileOutputStream&) = delete;
+    /// Closes the file if the stream opened it.
     ~FileOutputStream() override;
 
     /// Seeks to offset 0 and clears the end state. Returns false if the stream is not open or in error, or the seek
@@ -39,14 +41,14 @@ public:
     /// Writes `size` bytes of `data`. Returns false only for a short write. Returns true if the stream is not open or
     /// in error, `data` is null, or the write fails: check `isOutputStreamInError` after each send.
     bool SendOutputStream(const char* data, unsigned int size) override;
-    /// Whether the file is open.
+    /// Returns whether the file is open.
     bool isOutputStreamOpen() override;
-    /// Whether an open, seek or write has failed since construction.
+    /// Returns whether an open, seek or write has failed since construction.
     bool isOutputStreamInError() override;
-    /// Whether `EndOutputStream` was called since the last start.
+    /// Returns whether `EndOutputStream` was called since the last start.
     bool isOutputStreamAtEnd() override;
 
-    /// The `errno` of the last failure; 0 if there was none.
+    /// Returns the `errno` of the last failure; 0 if there was none.
     int errorNumber() const {
         return m_errno;
     }

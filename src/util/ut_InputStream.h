@@ -16,6 +16,7 @@ public:
     /// The mode of delivery. No source of this library supports modes.
     enum InputMode { INPUT_DEFAULT = 0 };
 
+    /// Does not end the input; a source defines what it releases.
     virtual ~InputStream();
 
     /// Starts or restarts the input at its first byte. Returns false on failure.
@@ -24,15 +25,15 @@ public:
     virtual void EndInputStream() = 0;
     /// Copies at most `size` bytes to `buffer`. Returns the count, or a negative number on failure.
     virtual int ReceiveInputStream(char* buffer, unsigned int size) = 0;
-    /// Whether the source is open.
+    /// Returns whether the source is open.
     virtual bool isInputStreamOpen() = 0;
-    /// Whether the source is in error.
+    /// Returns whether the source is in error.
     virtual bool isInputStreamInError() = 0;
-    /// Whether the source is at its end.
+    /// Returns whether the source is at its end.
     virtual bool isInputStreamAtEnd() = 0;
-    /// Whether more bytes can be received: the source is open, not in error and not at its end.
+    /// Returns whether more bytes can be received: the source is open, not in error and not at its end.
     virtual bool isInputStreamGood();
-    /// The size of the whole input in bytes, or -1 if it is unknown.
+    /// Returns the size of the whole input in bytes, or -1 if it is unknown.
     virtual int GetInputStreamSize();
     /// Sets the mode of delivery; does nothing in a source without modes.
     virtual void setInputMode(InputMode mode);

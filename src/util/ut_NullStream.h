@@ -16,8 +16,8 @@ namespace utility {
 ///     sink.outputCount();   // 5
 class VXUT_EXPORT NullStream : public framework::InputStream, public framework::OutputStream {
 public:
-    /// `inputSize`: the number of zero bytes that can be read after each `StartInputStream`. The input and the output
-    /// are closed at construction.
+    /// Creates a stream with a closed input and a closed output. `inputSize` is the number of zero bytes that can be
+    /// read after each `StartInputStream`.
     explicit NullStream(unsigned int inputSize);
     ~NullStream() override;
 
@@ -28,11 +28,11 @@ public:
     /// Fills `buffer` with zero bytes, at most `size` and at most the rest of the input. Returns their count, which is
     /// never negative. Returns 0 and consumes nothing if `buffer` is null, and 0 before `StartInputStream`.
     int ReceiveInputStream(char* buffer, unsigned int size) override;
-    /// Whether the input is open.
+    /// Returns whether the input is open.
     bool isInputStreamOpen() override;
     /// Always returns false.
     bool isInputStreamInError() override;
-    /// Whether no input is left.
+    /// Returns whether no input is left; true before `StartInputStream`.
     bool isInputStreamAtEnd() override;
 
     /// Opens the output; always returns true.
@@ -41,18 +41,18 @@ public:
     void EndOutputStream() override;
     /// Counts `size` bytes, without reading `data`. Returns false, and counts nothing, if the output is closed.
     bool SendOutputStream(const char* data, unsigned int size) override;
-    /// Whether the output is open.
+    /// Returns whether the output is open.
     bool isOutputStreamOpen() override;
     /// Always returns false.
     bool isOutputStreamInError() override;
     /// Always returns false.
     bool isOutputStreamAtEnd() override;
 
-    /// The number of bytes discarded since construction, modulo 2^32.
+    /// Returns the number of bytes discarded since construction, modulo 2^32.
     unsigned int outputCount() const {
         return m_outputCount;
     }
-    /// The number of zero bytes supplied since construction, modulo 2^32.
+    /// Returns the number of zero bytes supplied since construction, modulo 2^32.
     unsigned int inputCount() const {
         return m_inputCount;
     }

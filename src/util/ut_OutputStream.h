@@ -14,6 +14,7 @@ class InputStream;
 ///     if (!out.TransferFromInputStream(in)) report();
 class VXUT_EXPORT OutputStream {
 public:
+    /// Does not end the output; a sink defines what it releases.
     virtual ~OutputStream();
 
     /// Starts or restarts the output. Returns false on failure.
@@ -27,13 +28,13 @@ public:
     /// Sends the rest of `in`, up to 16,384 bytes at a time. Starts and ends neither stream. Returns true if the sink
     /// accepted every byte and `in` is then at its end without an error, or a receive returned 0 bytes.
     virtual bool TransferFromInputStream(InputStream& in);
-    /// Whether the sink is open.
+    /// Returns whether the sink is open.
     virtual bool isOutputStreamOpen() = 0;
-    /// Whether the sink is in error.
+    /// Returns whether the sink is in error.
     virtual bool isOutputStreamInError() = 0;
-    /// Whether the sink is at its end.
+    /// Returns whether the sink is at its end.
     virtual bool isOutputStreamAtEnd() = 0;
-    /// Whether more bytes can be sent: the sink is open, not in error and not at its end.
+    /// Returns whether more bytes can be sent: the sink is open, not in error and not at its end.
     virtual bool isOutputStreamGood();
 };
 

@@ -21,19 +21,20 @@ class UShortArray;
 ///
 /// The storage belongs to the caller, is never freed, and must outlive the stream; derived streams may own their
 /// storage. One thread at a time. Text that does not fit throws code 1239; what was written before the failure stays.
-/// With the no-throw flag, text that does not fit is truncated after a complete UTF-8 character instead, and logged at
-/// level 0.
+/// With the no-throw flag set, text that does not fit is truncated at a character boundary (UTF-8) and logged at level
+/// 0 instead.
 ///
 ///     char text[64];
 ///     utility::PutStream out(text, sizeof text);
 ///     out.PutF("%s=%d", "ports", 4);   // text is "ports=4"
 class VXUT_EXPORT PutStream : public framework::OutputStream, public Decorator, public virtual Buffer {
 public:
-    /// A stream without storage: nothing fits until a derived class supplies storage.
+    /// Creates a stream without storage: nothing fits until a derived class supplies storage.
     PutStream();
     /// Writes to the caller's `storage` of `size` bytes; the last byte is reserved for the terminating NUL. Nothing
     /// fits if `storage` is null or `size` is below 1.
     PutStream(char* storage, int size);
+    /// Does not release a caller's storage.
     ~PutStream() override;
 
     /// Writes one character. With the no-throw flag, a character that does not fit is dropped and not logged.
@@ -45,20 +46,20 @@ public:
     /// not fit: `WriteAdvance` throws code 1239 of "ut_Buffer", or with the no-throw flag moves the write position back
     /// to the read position. Callers rely on this: they keep one byte spare.
     void PutS(const char* text);
-    /// Writes text formatted as `printf` does; writes nothing if `format` is null. Of a text that does not fit,
-    /// the part that fits is written before code 1239 is thrown. If `vsnprintf` fails, nothing is written and the
-    /// failure's message shows -1 as the length.
+    /// Writes text formatted as `printf` does; writes nothing if `format` is null. If the text does not fit, writes the
+    /// part that fits before throwing code 1239. If `vsnprintf` fails, writes nothing and fails in the same way, with
+    /// the length -1 in the message.
     void PutF(const char* format, ...) VXUT_PRINTF(2, 3);
     /// Does what `PutF` does, with the arguments in a `va_list`.
     void PutV(const char* format, va_list arguments) VXUT_PRINTF(2, 0);
-    /// Writes `n` blanks. If `n` is negative, writes blanks until one does not fit, at most the capacity plus one:
-    /// callers see the overflow.
+    /// Writes `n` blanks. If `n` is negative, writes blanks until one does not fit, at most the capacity plus one; the
+    /// overflow is reported as by `PutC`.
     virtual void Indent(int n);
 
     /// Writes the readable bytes to the file `path`, which is created with permission bits 0666 or truncated first. The
     /// bytes stay readable. Returns false if `path` is null, or the file cannot be opened or cannot seek. Otherwise
-    /// returns whether the result of the file stream's send, as a number (0 or 1), equals the byte count. Callers rely
-    /// on this: they see true for one byte written and false for any other count.
+    /// compares the result of the send as a number (0 or 1) with the byte count. Callers rely on this: they see true
+    /// for one byte written and false for any other count.
     bool ToFile(const char* path);
 
     /// @name Compact parameter encoding
@@ -76,14 +77,14 @@ public:
     void PutParmUint32(uint32_t value);
     /// Writes four bytes.
     void PutParmSint32(int32_t value);
-    /// Writes the text and its terminating NUL. Never pass null: nothing is written for it, so the reader would read
+    /// Writes the text and its terminating NUL. Do not pass null: nothing is written for it, and the reader then reads
     /// the next field as the text.
     void PutParmString(const char* text);
-    /// Writes a 32-bit length and `length` bytes of `block`. With the no-throw flag, the block is truncated to the
-    /// space left, and the length written is the truncated one. A null `block` or a negative `length` counts as empty.
+    /// Writes a 32-bit length and `length` bytes of `block`. With the no-throw flag set, the block is truncated to the
+    /// space left, and the truncated length is written. A null `block` or a negative `length` counts as empty.
     void PutParmBuf(char* block, int length);
-    /// Writes a 32-bit count and the elements. An array that does not fit is not written at all. With the no-throw
-    /// flag, the full count is written even if later elements do not fit and are dropped: readers then read past the
+    /// Writes a 32-bit count and the elements. An array that does not fit is not written at all. With the no-throw flag
+    /// set, the full count is written even if later elements do not fit and are dropped: readers then read past the
     /// written elements.
     void PutParmUint16Array(UShortArray& array);
     /// Does what `PutParmUint16Array` does, for unsigned 32-bit elements.
@@ -93,8 +94,8 @@ public:
     /// Does what `PutParmUint16Array` does, for signed 32-bit elements.
     void PutParmSint32Array(IntArray& array);
     /// Writes a 32-bit count and the texts, each as `PutParmString` does; nothing is written for a null element. Only
-    /// the space for the count is checked in advance: a text that does not fit throws after those before it were
-    /// written.
+    /// the space for the count is checked in advance: if a text does not fit, the texts before it are already written
+    /// when code 1239 is thrown.
     void PutParmStringArray(StringArray& array);
     /// @}
 
@@ -102,19 +103,19 @@ public:
     bool StartOutputStream() override;
     /// Does nothing.
     void EndOutputStream() override;
-    /// Writes as much of `data` as fits, but moves the write position by the full `n`: if not all fits, this throws
-    /// code 1239 of "ut_Buffer", or with the no-throw flag leaves the stream full. Returns whether all was written. A
+    /// Writes as much of `data` as fits, but advances the write position by the full `n`: if not all fits, throws code
+    /// 1239 of "ut_Buffer", or, with the no-throw flag set, leaves the stream full. Returns whether all was written. A
     /// null `data` is not written; the result is then true only if `n` is 0.
     bool SendOutputStream(const char* data, unsigned int n) override;
-    /// Whether any space is left.
+    /// Returns whether any space is left.
     bool isOutputStreamOpen() override;
-    /// Whether the stream is full.
+    /// Returns whether the stream is full.
     bool isOutputStreamInError() override;
-    /// Whether the stream is full.
+    /// Returns whether the stream is full.
     bool isOutputStreamAtEnd() override;
 
 protected:
-    /// For derived streams that render decorations; this class neither reads nor changes it.
+    /// A flag for derived streams that render decorations. This class only initializes it.
     bool m_decorating;
 
 private:

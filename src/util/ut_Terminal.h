@@ -15,22 +15,23 @@ namespace utility {
 ///     int columns = utility::Terminal::instance()->width();
 class VXUT_EXPORT Terminal {
 public:
-    /// A size of 80 columns by 25 rows.
+    /// Creates an object with a size of 80 columns by 25 rows. Programs use `instance` instead.
     Terminal();
+    /// Does not uninstall the signal handler.
     ~Terminal();
 
-    /// The single instance, created and initialized by the first call. The caller must not delete it.
+    /// Returns the single instance, which the first call creates and initializes. The caller must not delete it.
     static Terminal* instance();
 
     /// Reads the size and installs `windowResize` as the handler of `SIGWINCH`.
     void init();
-    /// Reads the size of the terminal on descriptor 1, or else 2, or else 0. Async-signal-safe.
+    /// Reads the size of the terminal on descriptor 1, 2 or 0, in this order. Async-signal-safe.
     void update();
-    /// The width in columns.
+    /// Returns the width in columns.
     unsigned short width() const {
         return m_width.load(std::memory_order_relaxed);
     }
-    /// The height in rows.
+    /// Returns the height in rows.
     unsigned short height() const {
         return m_height.load(std::memory_order_relaxed);
     }
@@ -43,7 +44,7 @@ private:
     std::atomic<unsigned short> m_height;
 };
 
-/// The signal handler for `SIGWINCH`: updates the terminal's size. Does nothing for other signals.
+/// Signal handler for `SIGWINCH`: updates the size of `Terminal::instance()`. Does nothing for other signals.
 VXUT_EXPORT void windowResize(int signal);
 
 } // namespace utility

@@ -7,13 +7,12 @@ namespace utility {
 
 /// Reads input of any length through a buffer of fixed size, which is filled from a source stream on demand.
 ///
-/// The source is not owned and must outlive the stream; the buffer is owned by the stream or is an array of the caller,
-/// which is never freed. A byte can be accessed by its offset in the whole input while it is in the buffer; any other
-/// offset throws code 1240. One thread at a time.
+/// The stream does not own the source, which must outlive it. It owns its buffer or uses an array of the caller, which
+/// is never freed. A byte can be accessed by its offset in the whole input while it is in the buffer; any other offset
+/// throws code 1240. One thread at a time.
 ///
-/// A receive of 0 bytes is repeated while the source is good; a file at its end is not good. If `setWaitForData` is
-/// off, a receive of 0 bytes ends the input at once and logs "Response not received: Timed out", even at the end of a
-/// file.
+/// A receive of 0 bytes is repeated while the source is good; a file at its end is not. With `setWaitForData(false)`, a
+/// receive of 0 bytes ends the input at once and logs "Response not received: Timed out", even at the end of a file.
 ///
 ///     utility::FileInputStream file("/etc/hosts");
 ///     utility::VirtualGetStream in(file, 256, 16, 128, nullptr);
@@ -22,46 +21,50 @@ namespace utility {
 ///     }
 class VXUT_EXPORT VirtualGetStream : public GetStream {
 public:
-    /// - `source`: where the bytes come from.
+    /// - `source`: supplies the bytes.
     /// - `size`: the size of the buffer in bytes.
-    /// - `keepBehind`: how many bytes before the highest offset accessed stay in the buffer.
+    /// - `keepBehind`: how many bytes before the highest offset accessed are kept in the buffer.
     /// - `lowWater`: the buffer is refilled when it contains fewer unread bytes than this.
-    /// - `buffer`: the caller's array. If it is null, the stream allocates storage; code 1238 if that fails.
+    /// - `buffer`: the caller's array. If it is null, the stream allocates storage, and throws code 1238 if the
+    ///   allocation fails.
     VirtualGetStream(framework::InputStream& source, int size, int keepBehind, int lowWater, char* buffer);
-    /// A stream without source and storage, for derived classes, which set them with `setSource` and `allocBuffer`.
+    /// Creates a stream without source and storage, for derived classes, which set them with `setSource` and
+    /// `allocBuffer`.
     VirtualGetStream(int keepBehind, int lowWater);
+    /// Does not end the source; releases the storage if the stream owns it.
     ~VirtualGetStream() override;
 
     /// Discards the bytes that are no longer needed and receives once from the source.
     void load();
-    /// Discards all bytes before `offset`, which becomes the new offset 0: callers count from there. Throws code 1240
-    /// if `offset` is not in the buffer.
+    /// Discards all bytes before `offset`, which becomes the new offset 0. Throws code 1240 if `offset` is not in the
+    /// buffer.
     void MoveTo(unsigned int offset);
     /// Makes the current read position offset 0.
     void MoveTo();
 
-    /// The number of unread bytes, after a refill if they are fewer than `lowWater`.
+    /// Returns the number of unread bytes, after a refill if there are fewer than `lowWater`.
     int ReadAvailable() const override;
-    /// The byte at offset `index` of the whole input, after a refill if fewer than `lowWater` bytes follow it. At the
-    /// write position, the byte is a NUL. Throws code 1240, and logs, if the offset is not in the buffer: the byte was
+    /// Returns the byte at offset `index` of the whole input, after a refill if fewer than `lowWater` bytes follow it;
+    /// at the write position, a NUL. Logs and throws code 1240 if the offset is not in the buffer because the byte was
     /// discarded or not yet received.
     char& operator[](unsigned int index) override;
     /// Starts the source and fills the buffer. Returns the source's result; false without a source.
     bool StartInputStream() override;
     /// Ends the source and discards the content of the buffer.
     void EndInputStream() override;
-    /// Copies at most `size` bytes, and at most one buffer of bytes, to `buffer`. Returns the count, 0 if the source is
-    /// exhausted or `buffer` is null.
+    /// Copies at most `size` bytes, and at most one buffer of bytes, to `buffer`. Returns the count, or 0 if no byte
+    /// can be received or `buffer` is null.
     int ReceiveInputStream(char* buffer, unsigned int size) override;
-    /// Whether the source is open; false without a source.
+    /// Returns whether the source is open; false without a source.
     bool isInputStreamOpen() override;
-    /// Whether the source is in error; false without a source.
+    /// Returns whether the source is in error; false without a source.
     bool isInputStreamInError() override;
-    /// Whether all bytes were read and the source is at its end; a missing source is at its end.
+    /// Returns whether all bytes were read and the source is at its end. Without a source, returns whether all bytes
+    /// were read.
     bool isInputStreamAtEnd() override;
 
-    /// Sets whether a receive of 0 bytes is repeated; on at construction. A failed receive is repeated in any case
-    /// while the source is good, but at most 1000 times in one refill if waiting is off.
+    /// Sets whether a receive of 0 bytes is repeated; on at construction. A failed receive is repeated in either case
+    /// while the source is good: without a limit if this is on, otherwise at most 1000 times in one refill.
     void setWaitForData(bool wait) {
         m_waitForData = wait;
     }
@@ -69,7 +72,7 @@ public:
     void setTrace(bool trace) {
         m_trace = trace;
     }
-    /// The number of bytes received from the source since the last start.
+    /// Returns the number of bytes received from the source since the last start.
     int received() const {
         return m_received;
     }
