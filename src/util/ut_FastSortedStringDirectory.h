@@ -9,7 +9,7 @@ namespace utility {
 /// Strings in ascending order of their bytes, found by binary search among the strings with the same first byte.
 ///
 /// Contains at most 32,767 strings; duplicates are kept. Ownership, threads and failures are those of
-/// `StringDirectory`. The index of an element changes when others are added or deleted before it.
+/// `StringDirectory`. The index of an element changes when elements before it are added or deleted.
 ///
 ///     utility::FastSortedStringDirectory names(0);
 ///     names.Add("b");     // 0
@@ -20,9 +20,10 @@ class VXUT_EXPORT FastSortedStringDirectory : public StringDirectory {
 public:
     /// Creates an empty directory with space for `initialCapacity` strings, or for 20 if that is less than 1.
     explicit FastSortedStringDirectory(int initialCapacity);
+    /// Frees the strings.
     ~FastSortedStringDirectory() override;
 
-    /// Inserts a copy of `s` in order, after its equals, and returns its index. Returns -1 if `s` is null, if the
+    /// Inserts a copy of `s` in order, after equal strings, and returns its index. Returns -1 if `s` is null, if the
     /// directory contains 32,767 strings, or if memory for the copy cannot be allocated.
     int Add(const char* s) override;
     /// Deletes the first element equal to `s`, if there is one.

@@ -24,6 +24,7 @@ class VXUT_EXPORT FastStringDirectory : public StringDirectory {
 public:
     /// Creates an empty directory with space for `initialCapacity` strings, or for 20 if that is less than 1.
     explicit FastStringDirectory(int initialCapacity);
+    /// Frees the strings.
     ~FastStringDirectory() override;
 
     /// Stores a copy of `s` in the slot freed last, or in a new slot if none is free, and returns the slot number.

@@ -12,7 +12,7 @@ class Item;
 
 namespace utility {
 
-/// Items by name, found by binary search among the items with the same first byte of the name.
+/// Items by name, found by binary search among the items with names that have the same first byte.
 ///
 /// - The name of an item is the result of its `getNameString`; null counts as the empty name. It must not change while
 ///   the item is in the directory.
@@ -31,6 +31,7 @@ public:
     explicit ItemDirectory(unsigned int initialCapacity);
     ItemDirectory(const ItemDirectory&) = delete;
     ItemDirectory& operator=(const ItemDirectory&) = delete;
+    /// Does not delete the items.
     virtual ~ItemDirectory();
 
     /// Adds `item`, which must live as long as it is in the directory, and returns its position. Returns -1 if `item`

@@ -18,9 +18,10 @@ class ListIterator;
 /// - Ownership: elements belong to the caller and must live as long as they are in the list; only the `removeAndDelete`
 ///   operations delete them.
 /// - Equality: two elements are equal if `ListContainable::equals` returns true; their addresses are not compared.
-/// - Threads: all operations except `getEntry` and `removeEntry` lock the list. One thread writes at a time, and none
-///   while an iterator exists. A thread that has an iterator must not write to the same list.
-/// - Failures: does not throw. If memory allocation fails, an element is not added and the list is unchanged.
+/// - Threads: all operations except `getEntry` and `removeEntry` lock the list. Writers wait for each other and for
+///   iterators to be destroyed. A thread that has an iterator must not write to the same list.
+///
+/// Does not throw. If memory allocation fails, an element is not added and the list is unchanged.
 ///
 ///     utility::List queue(true);
 ///     std::thread consumer([&queue] { delete queue.removeFirst(true); });
@@ -68,7 +69,7 @@ public:
     explicit List(bool allowDuplicates = false);
     List(const List&) = delete;
     List& operator=(const List&) = delete;
-    /// Deletes no element. No thread may be using the list.
+    /// Does not delete the elements. No thread may be using the list.
     ~List();
 
     /// Adds `e` at the beginning and wakes one waiting consumer. If `e` is null or a rejected duplicate, does nothing
@@ -92,15 +93,15 @@ public:
     /// Returns the element at position `index`, counted from 0, or null if `index` is out of range. Elements that
     /// `count()` does not include have positions too.
     ListContainable* get(int index) const;
-    /// Returns the position of the first element equal to `e`, or −1 if there is none or `e` is null.
+    /// Returns the position of the first element equal to `e`, or -1 if there is none or `e` is null.
     int indexOf(const ListContainable* e) const;
     /// Returns the number of elements added at the ends minus the number of elements removed. After `add` has inserted
-    /// an element in between, this is not the number of elements and can be negative.
+    /// an element between others, this is not the number of elements and can be negative.
     int count() const;
 
     /// Removes and returns the first element, or returns null if the list is empty. If `wait` is true and the list is
-    /// empty, first blocks, once, until an element is added or `wakeAll` is called; returns null if the list is empty
-    /// after that.
+    /// empty, first blocks, once, until an element is added or `wakeAll` is called, and then returns null if the list
+    /// is still empty.
     ListContainable* removeFirst(bool wait);
     /// Removes and returns the last element, or returns null if the list is empty.
     ListContainable* removeLast();

@@ -21,8 +21,8 @@ public:
     /// Allows a list to delete its elements.
     virtual ~ListContainable();
 
-    /// Returns whether a list is to treat `other` as the same element. Lists call this on the element passed to them,
-    /// once for each stored element as `other`; `other` is never null.
+    /// Returns true if a list is to treat `other` as the same element. A list calls this on the element passed to it,
+    /// with each stored element as `other`, which is never null.
     virtual bool equals(const ListContainable* other) const = 0;
 };
 

@@ -11,7 +11,7 @@ class ListContainable;
 /// Iterates over a list, which is read-locked for the iterator's lifetime.
 ///
 /// The iterator must not outlive its list. While it exists, other threads can read the list; threads that write to it
-/// wait. Create, use and destroy an iterator in one thread, which must not write to the list in between. Does not
+/// wait. Create, use and destroy an iterator in one thread, which must not write to the list during that time. Does not
 /// throw.
 ///
 ///     utility::ListIterator walk(list, utility::LAST_TO_FIRST);

@@ -4,7 +4,7 @@
 
 namespace utility {
 
-/// Holds a lock, such as a `Waiter` or a `Locker`, until the end of the scope, also if an exception leaves it.
+/// Holds a lock, such as a `Waiter` or a `Locker`, until the end of the scope, even if an exception leaves it.
 ///
 /// The lock must outlive the scope. Code in the scope may wait on a `Waiter` that it holds.
 ///
@@ -14,11 +14,13 @@ namespace utility {
 template<typename Lock>
 class VXFW_THREADS(scoped_lockable) LockScope {
 public:
+    /// Calls `lock.lock()`.
     explicit LockScope(const Lock& lock) VXFW_THREADS(acquire_capability(lock)) : m_lock(lock) {
         m_lock.lock();
     }
     LockScope(const LockScope&) = delete;
     LockScope& operator=(const LockScope&) = delete;
+    /// Calls `unlock` of the lock.
     ~LockScope() VXFW_THREADS(release_capability()) {
         m_lock.unlock();
     }

@@ -8,29 +8,30 @@ namespace utility {
 
 /// A hash map from opaque pointers to opaque pointers with a fixed number of buckets.
 ///
-/// The map owns its entries, with one allocation each, but not the keys or values, which it never dereferences. The low
-/// bits of a key select its bucket; the keys of a bucket are in ascending order. Not thread-safe. Does not throw: if
-/// memory allocation fails, an entry is not added. A map with an invalid bucket count, or for which memory allocation
-/// failed, stays empty.
+/// The map owns its entries, each of which is one allocation, but not the keys or values, which it never dereferences.
+/// The low bits of a key select its bucket; the keys of a bucket are in ascending order. Not thread-safe. Does not
+/// throw: if memory allocation fails, an entry is not added. A map with an invalid bucket count, or for which memory
+/// allocation failed, stays empty.
 ///
 ///     utility::Map names(64);
 ///     names.Add(&port, name);
 ///     if (names.Lookup(&port) == utility::absentEntry()) addName(port);
 class VXUT_EXPORT Map {
 public:
-    /// Creates an empty map. `numBuckets` must be 2, 4, 8, ... or 65,536; any other count is logged at level 0, and the
-    /// map stays empty.
+    /// Creates an empty map. `numBuckets` must be a power of two from 2 to 65,536; any other count is logged at level
+    /// 0, and the map stays empty.
     explicit Map(unsigned int numBuckets);
     Map(const Map&) = delete;
     Map& operator=(const Map&) = delete;
+    /// Frees the entries, but not the keys or values.
     ~Map();
 
     /// Returns true if an entry was added. Returns false if `key` was present, after replacing its value, or if memory
     /// allocation failed, with the map unchanged.
     bool Add(void* key, void* value);
     /// Removes the entry of `key`. Returns false if `key` is absent and its bucket contains a greater key, or if the
-    /// map was constructed without a table. Callers rely on true for an absent key that is greater than all keys of its
-    /// bucket, although no entry is removed.
+    /// map does not have a table. Callers rely on true for an absent key that is greater than all keys of its bucket,
+    /// although no entry is removed.
     bool Delete(void* key);
     /// Returns the value of `key`, or `absentEntry()` if `key` is absent.
     void* Lookup(void* key) const;
@@ -40,7 +41,7 @@ public:
     /// Returns the key after `key` in the order of `First` and sets `value` to its value. Returns `absentEntry()`, with
     /// `value` unchanged, if `key` is absent or the last.
     void* Next(void* key, void*& value) const;
-    /// Removes all entries. Does not reset `count()`: callers rely on it still being the number of entries before.
+    /// Removes all entries. Does not change `count()`: callers rely on it.
     void DeleteAll();
     /// Prints the chains to standard output, one line per bucket in use. A key that is a string token is printed with
     /// its text.

@@ -23,19 +23,21 @@ namespace utility {
 ///     sizes.Add(&volume, size);
 class VXUT_EXPORT MapEntity : public virtual framework::Entity {
 public:
-    /// Creates an empty map. `numBuckets` must be 2, 4, 8, ... or 65,536; any other count is logged at level 0, and the
-    /// map stays empty. `memory` is not owned and must outlive the map; null means the process's memory.
+    /// Creates an empty map. `numBuckets` must be a power of two from 2 to 65,536; any other count is logged at level
+    /// 0, and the map stays empty. `memory` is not owned and must outlive the map; if it is null, memory comes from
+    /// `Memory::StaticAlloc`.
     MapEntity(unsigned int numBuckets, framework::Memory* memory);
     MapEntity(const MapEntity&) = delete;
     MapEntity& operator=(const MapEntity&) = delete;
+    /// Releases the entries and the table, but not the keys or values.
     ~MapEntity() override;
 
     /// Returns true if an entry was added. Returns false if `key` was present, after replacing its value, or if memory
     /// allocation failed, with the map unchanged.
     bool Add(void* key, void* value);
     /// Removes the entry of `key`. Returns false if `key` is absent and its bucket contains a greater key, or if the
-    /// map was constructed without a table. Callers rely on true for an absent key that is greater than all keys of its
-    /// bucket, although no entry is removed.
+    /// map does not have a table. Callers rely on true for an absent key that is greater than all keys of its bucket,
+    /// although no entry is removed.
     bool Delete(void* key);
     /// Returns the value of `key`, or `absentEntry()` if `key` is absent.
     void* Lookup(void* key);
@@ -45,7 +47,7 @@ public:
     /// Returns the key after `key` in the order of `First` and sets `value` to its value. Returns `absentEntry()`, with
     /// `value` unchanged, if `key` is absent or the last.
     void* Next(void* key, void*& value);
-    /// Removes all entries. Does not reset `count()`: callers rely on it still being the number of entries before.
+    /// Removes all entries. Does not change `count()`: callers rely on it.
     void DeleteAll();
     /// Prints the chains to standard output, one line per bucket in use.
     void dump();

@@ -6,16 +6,18 @@
 namespace framework {
 namespace thread {
 
-/// Holds the read lock of a read-write lock until the end of the scope, also if an exception leaves it.
+/// Holds the read lock of a read-write lock until the end of the scope, even if an exception leaves it.
 ///
 /// The lock must outlive the guard.
 ///
 ///     framework::thread::ReadLockGuard guard(lock);
 class VXUT_EXPORT VXFW_THREADS(scoped_lockable) ReadLockGuard {
 public:
+    /// Calls `lock.readLock()`.
     [[gnu::used]] explicit ReadLockGuard(RWLockIF& lock) VXFW_THREADS(acquire_shared_capability(lock)) : m_lock(lock) {
         m_lock.readLock();
     }
+    /// Calls `unlock` of the lock.
     [[gnu::used]] ~ReadLockGuard() VXFW_THREADS(release_capability()) {
         m_lock.unlock();
     }

@@ -20,7 +20,8 @@ public:
     /// A name, its object and a link to the node below.
     class StackNode {
     public:
-        /// Creates a node on top of `next`, which may be null. The node owns none of the three.
+        /// Creates a node on top of `next`, which may be null. The node owns neither the name, nor the object, nor
+        /// `next`.
         StackNode(const std::string* name, const void* object, const StackNode* next);
 
         /// Returns the name, which may be null.
@@ -50,6 +51,7 @@ public:
     Stack();
     Stack(const Stack&) = delete;
     Stack& operator=(const Stack&) = delete;
+    /// Deletes the nodes, but not the names and objects.
     ~Stack();
 
     /// Pushes a name and an object; either may be null. Returns false, with the stack unchanged, if memory allocation
@@ -58,9 +60,9 @@ public:
     /// Removes the top node and returns its name, or returns null if the stack is empty. A pointer to the node returned
     /// by `topNode` is then invalid.
     const std::string* pop();
-    /// Returns the top name. The stack should not be empty; if it is, returns null.
+    /// Returns the top name, which may be null, or null if the stack is empty.
     const std::string* top() const;
-    /// Returns the top object. The stack should not be empty; if it is, returns null.
+    /// Returns the top object, which may be null, or null if the stack is empty.
     const void* topObj() const;
     /// Returns the top node, or null if the stack is empty. The pointer is valid until the node is removed.
     /// `Next(node)` on it changes the stack: the stack then owns and deletes `node` and the nodes below it, and the

@@ -22,6 +22,7 @@ public:
     explicit StringDirectory(int initialCapacity);
     StringDirectory(const StringDirectory&) = delete;
     StringDirectory& operator=(const StringDirectory&) = delete;
+    /// Frees the strings.
     virtual ~StringDirectory();
 
     /// Adds a copy of `s` at the end and returns its index. Returns -1 if `s` is null or memory for the copy cannot be
@@ -32,7 +33,7 @@ public:
     /// Returns the element at `Find(s)`, or null if there is none. The directory keeps ownership.
     virtual const char* Lookup(const char* s);
     /// Returns the index of the first element that differs from `s`, or -1 if there is none or `s` is null. Callers
-    /// rely on `Find`, `Lookup` and `Delete` of this class using the first element that is not the key.
+    /// rely on `Find`, `Lookup` and `Delete` of this class finding the first element that is not the key.
     virtual int Find(const char* s);
     /// Returns the number of elements.
     virtual int NumElements();
@@ -40,10 +41,11 @@ public:
     virtual const char* ElementAt(int i);
 
     /// Rewinds `out` and writes each element followed by a newline, "-null-" for a null element. If the text does not
-    /// fit, throws code 1239, or truncates it if `out` has the no-throw flag.
+    /// fit, throws code 1239, or truncates it if the no-throw flag of `out` is set.
     void ToBuffer(BufferStream& out);
 
 protected:
+    /// The elements: copies of the strings, by index.
     StringArray m_strings;
 };
 

@@ -26,23 +26,25 @@ namespace utility {
 ///     if (ports.Lookup("CL1-A") == &port) show(port);
 class VXUT_EXPORT StringMap {
 public:
-    /// Creates an empty map. `numBuckets` must be 2, 4, 8, ... or 65,536; any other count is logged at level 0, and the
-    /// map stays empty.
+    /// Creates an empty map. `numBuckets` must be a power of two from 2 to 65,536; any other count is logged at level
+    /// 0, and the map stays empty.
     explicit StringMap(unsigned int numBuckets);
     StringMap(const StringMap&) = delete;
     StringMap& operator=(const StringMap&) = delete;
+    /// Frees the entries and the copies of the keys, but not the values.
     ~StringMap();
 
-    /// Returns the bucket of `key`: the sum of its bytes, less 32 each, modulo the number of buckets; 0 for null.
+    /// Returns the bucket of `key`: the sum of its bytes, each reduced by 32, modulo the number of buckets; 0 for null.
     /// Texts with the same bytes in a different order have the same bucket: callers rely on that.
     uint32_t hash(const char* key);
     /// Returns true if an entry with a copy of `key` was added. Returns false if `key` was present, after replacing its
     /// value, or if memory allocation failed, with the map unchanged.
     bool Add(const char* key, void* value);
-    /// Removes the entry of `key` if it is the first of its bucket. Returns false, with the map unchanged, if the
-    /// bucket contains a smaller key: callers rely on an entry after another one staying. Also returns false if `key`
-    /// is null or the map was constructed without a table. Returns true, with the map unchanged, if all keys of the
-    /// bucket are greater.
+    /// Removes the entry of `key` if it is the first of its bucket. Callers rely on the other results, which leave the
+    /// map unchanged:
+    /// - false if the bucket contains a smaller key: an entry that is not the first of its bucket stays;
+    /// - false if `key` is null or the map does not have a table;
+    /// - true if all keys of the bucket are greater.
     bool Delete(const char* key);
     /// Returns the value of `key`, or `absentEntry()` if `key` is absent.
     void* Lookup(const char* key);
@@ -52,7 +54,7 @@ public:
     /// Returns the map's copy of the key after `key` in the order of `First` and sets `value` to its value. Returns
     /// null, with `value` unchanged, if `key` is absent or the last.
     const char* Next(const char* key, void*& value);
-    /// Removes all entries. Does not reset `count()`: callers rely on it still being the number of entries before.
+    /// Removes all entries. Does not change `count()`: callers rely on it.
     void DeleteAll();
     /// Prints the chains to standard output, one line per bucket in use.
     void dump();

@@ -6,21 +6,22 @@
 extern "C" {
 #endif
 
-/// The debug switches of `utility::Debug`, for C and C++ callers alike.
+/// @file
+/// The debug switches of `utility::Debug`, for C and C++ callers.
 ///
-/// Safe from any thread; a change may be seen late. Nothing fails.
+/// Any thread may call these functions; it may see a change late. No operation fails.
 ///
 ///     if (IsCapiTraceOn())
 ///         puts("entered");
 
-/// For client code only: the library neither reads nor writes it. Initially 0x1FFFFFFF.
+/// A flag for client code only: the library neither reads nor writes it. Initially 0x1FFFFFFF.
 extern VXUT_EXPORT int DebugPrintEnable;
 
-/// Whether debug switch `n` is on: 1 or 0. 0 for a number above 8191.
+/// Returns 1 if debug switch `n` is on, otherwise 0, also if `n` is above 8191.
 VXUT_EXPORT int IsDebugOn(unsigned int n);
-/// Whether debug switch 1198 is on: 1 or 0.
+/// Returns 1 if debug switch 1198 ("CapiTrace") is on, otherwise 0.
 VXUT_EXPORT int IsCapiTraceOn(void);
-/// Whether debug switch 1199 is on: 1 or 0.
+/// Returns 1 if debug switch 1199 ("CapiPrint") is on, otherwise 0.
 VXUT_EXPORT int IsCapiPrintOn(void);
 
 #ifdef __cplusplus

@@ -22,9 +22,10 @@ public:
     /// Creates an array with space for `capacity` tokens, or for 20 if `capacity` is 0, and calls
     /// `SetFromStringList(list)`.
     TokenArray(const char* list, unsigned int capacity);
-    /// Copies the tokens and the capacity of `other`.
+    /// Copies the tokens and the capacity of `other`. Throws code 1230 if the allocation fails.
     TokenArray(const TokenArray& other);
     TokenArray& operator=(const TokenArray&) = delete;
+    /// Frees the block.
     ~TokenArray() override;
 
     /// Replaces all tokens by the tokens of the names in `list`, which are separated by commas.
@@ -47,7 +48,7 @@ public:
     void DeleteAt(unsigned int index);
     /// Returns the token at `index`. Valid until the array grows. Throws code 1229 if `index >= length()`.
     stringtoken& operator[](unsigned int index);
-    /// The same for a constant array.
+    /// Does the same for a constant array.
     const stringtoken& operator[](unsigned int index) const;
 
 private:

@@ -24,9 +24,10 @@ public:
     /// Creates a set with space for `capacity` tokens, or for 20 if `capacity` is 0, and calls
     /// `SetFromStringList(list)`.
     TokenSet(const char* list, unsigned int capacity);
-    /// Copies the tokens and the capacity of `other`.
+    /// Copies the tokens and the capacity of `other`. Throws code 1230 if the allocation fails.
     TokenSet(const TokenSet& other);
     TokenSet& operator=(const TokenSet&) = delete;
+    /// Frees the block.
     ~TokenSet() override;
 
     /// Replaces all tokens by the tokens of the names in `list`, which are separated by commas.
@@ -37,10 +38,9 @@ public:
     /// - A new name for which memory allocation fails gets the token 0.
     /// - Throws code 1230 if the set cannot grow; the tokens before the failure are then in the set.
     void SetFromStringList(const char* list);
-    /// Writes the names of the tokens, in order, to `buffer` of `size` bytes as NUL-terminated text. There is nothing
-    /// between two names and one comma after the last: callers rely on that form. An empty set is the empty text; a
-    /// token without a name adds nothing.
-    /// Throws code 1239 if the text does not fit.
+    /// Writes the names of the tokens, in order, to `buffer` of `size` bytes as NUL-terminated text: the names without
+    /// separators, then one comma. Callers rely on that form. An empty set is the empty text; a token without a name
+    /// adds nothing. Throws code 1239 if the text does not fit.
     void toStringList(char* buffer, unsigned int size) const;
 
     /// Inserts `token` in order, unless it is in the set.
@@ -68,7 +68,7 @@ public:
     void deleteAt(unsigned int index);
     /// Returns the token at `index`. Valid until the set grows. Throws code 1229 if `index >= length()`.
     stringtoken& operator[](unsigned int index);
-    /// The same for a constant set.
+    /// Does the same for a constant set.
     const stringtoken& operator[](unsigned int index) const;
 
 private:

@@ -9,34 +9,39 @@
 
 namespace utility {
 
-/// A mutex and a condition variable with time-outs.
+/// A mutex and a condition variable, with time-outs.
 ///
-/// Any thread may use it. It must not be destroyed while a thread may still begin to wait. Wake-ups can be spurious:
-/// test the condition again after each true result. A failing POSIX call is logged at level 0 with its error number;
-/// nothing is thrown. Debug switch 2301 traces each step.
+/// Any thread may use it. Wake-ups can be spurious: test the condition again after each true result. A failing POSIX
+/// call is logged at level 0 with its error number; nothing is thrown. Debug switch 2301 traces each step.
 ///
 ///     const utility::LockScope scope(waiter);
 ///     while (queue.Count() == 0) waiter.wait(0);
 ///     element = queue.deQueue();
 class VXUT_EXPORT VXFW_THREADS(capability("mutex")) Waiter {
 public:
+    /// Creates an unlocked mutex and a condition variable.
     Waiter();
     Waiter(const Waiter&) = delete;
     Waiter& operator=(const Waiter&) = delete;
-    /// Wakes every waiting thread first.
+    /// Wakes every waiting thread, then destroys the mutex and the condition variable. No thread may begin to wait at
+    /// that time.
     ~Waiter();
 
+    /// Waits until the mutex is free, then locks it. It is not recursive.
     void lock() const VXFW_THREADS(acquire_capability());
+    /// Unlocks the mutex, which the calling thread must hold.
     void unlock() const VXFW_THREADS(release_capability());
-    /// Waits to be woken. The caller must hold the lock. 0 seconds waits without limit. The time-out is rounded down to
-    /// a whole second, so it can come up to one second early. Returns true if woken, also by an error; false on a
-    /// time-out.
+    /// Waits until `signal` or `broadcast` wakes the thread, for at most `seconds`; 0 waits without a limit. The caller
+    /// must hold the lock, which is released during the wait. The deadline is rounded down to a whole second, so a
+    /// time-out can be up to one second early. Returns false on a time-out, otherwise true, including after a spurious
+    /// wake-up or an error.
     bool wait(long seconds) const VXFW_THREADS(requires_capability(this));
-    /// The same in microseconds. The sub-second part of the time-out replaces that of the current time, so it can come
-    /// up to one second early.
+    /// Does what `wait` does, for at most `microseconds`; 0 waits without a limit. In the deadline, the sub-second part
+    /// of `microseconds` replaces that of the current time, so a time-out can be up to one second early.
     bool waitMicroseconds(unsigned long long microseconds) const VXFW_THREADS(requires_capability(this));
-    /// The same for a caller that does not hold the lock: locks, waits, and unlocks.
+    /// Locks, calls `wait(seconds)`, and unlocks. The caller must not hold the lock.
     bool waitNoLock(long seconds) VXFW_THREADS(locks_excluded(this));
+    /// Locks, calls `waitMicroseconds(microseconds)`, and unlocks. The caller must not hold the lock.
     bool waitMicrosecondsNoLock(unsigned long long microseconds) VXFW_THREADS(locks_excluded(this));
     /// Wakes one waiting thread.
     void signal() const;
