@@ -13,8 +13,8 @@ namespace framework {
 class VXFW_EXPORT FSUMemory : public Memory {
 public:
     /// Creates an empty pool. Both arguments are hints: the pool accepts pieces of any size and number.
-    /// - `blockSize`: the size in bytes of the blocks from which pieces are taken, at most 1 MiB. A larger piece gets a
-    ///   block of its own.
+    /// - `blockSize`: the size in bytes of the blocks from which pieces are taken, at most 1 MiB. The first block may
+    ///   be smaller. A larger piece gets a block of its own.
     /// - `blockCount`: the expected number of blocks.
     FSUMemory(unsigned int blockSize, unsigned int blockCount);
     FSUMemory(const FSUMemory&) = delete;
