@@ -67,6 +67,11 @@ protected:
     /// Grows the block if it is full, or if `count` more elements would fill it, by 20 or `count` slots, whichever is
     /// greater. Throws as `realloc` does.
     VXUT_HIDDEN void growBlock(std::size_t elementSize, unsigned int count = 0);
+    /// Adds 20 slots if the block is full.
+    VXUT_HIDDEN void growIfFull(std::size_t elementSize) {
+        if (m_length >= m_size)
+            growBlock(elementSize);
+    }
     /// Frees the block.
     VXUT_HIDDEN void freeBlock();
     /// Grows the block in steps of 20 slots until it has at least `needed` slots. Returns false and changes nothing if

@@ -2,6 +2,7 @@
 
 #include "fw_KnownStrings.h"
 #include "internal/ut_Failure.h"
+#include "internal/ut_SlotMoves.h"
 #include "internal/ut_Trace.h"
 
 namespace utility {
@@ -18,9 +19,15 @@ Int64Array::~Int64Array() {
     freeBlock();
 }
 
-void Int64Array::Append(int64_t value) {
+void Int64Array::failIndex(const char* function) {
+    VXUT_THROW_AS(function, FAILURE_INDEX, "");
+}
+
+void Int64Array::appendTraced(int64_t value) {
+    constexpr const char* function = "void utility::Int64Array::Append(int64_t)";
     growBlock(sizeof(int64_t));
-    VXUT_TRACE(TOKEN_INT64_ARRAY, "Appending [%llu] at %d", static_cast<unsigned long long>(value), m_length);
+    VXUT_TRACE_AS(function, TOKEN_INT64_ARRAY, "Appending [%llu] at %d", static_cast<unsigned long long>(value),
+                  m_length);
     slots()[m_length] = value;
     ++m_length;
 }
@@ -28,36 +35,17 @@ void Int64Array::Append(int64_t value) {
 void Int64Array::InsertAt(unsigned int index, int64_t value) {
     VXUT_TRACE_ENTER(TOKEN_INT64_ARRAY);
     VXUT_CHECK_INDEX(index <= m_length);
-    growBlock(sizeof(int64_t));
-    for (unsigned int to = m_length; to > index; --to) {
-        VXUT_TRACE(TOKEN_INT64_ARRAY, "moving from %d to %d", to - 1, to);
-        slots()[to] = slots()[to - 1];
-    }
+    growIfFull(sizeof(int64_t));
+    moveSlotsUp(slots(), index, m_length, Debug::isDebugOn(strings::TOKEN_INT64_ARRAY), __PRETTY_FUNCTION__);
     VXUT_TRACE(TOKEN_INT64_ARRAY, "setting %llu = %d", static_cast<unsigned long long>(value), index);
     slots()[index] = value;
     ++m_length;
 }
 
-void Int64Array::SetAt(unsigned int index, int64_t value) {
-    VXUT_CHECK_INDEX(index < m_length);
-    slots()[index] = value;
-}
-
 void Int64Array::DeleteAt(unsigned int index) {
     VXUT_CHECK_INDEX(index < m_length);
+    moveSlotsDown(slots(), index, m_length);
     --m_length;
-    for (unsigned int to = index; to < m_length; ++to)
-        slots()[to] = slots()[to + 1];
-}
-
-int64_t& Int64Array::operator[](unsigned int index) {
-    VXUT_CHECK_INDEX(index < m_length);
-    return slots()[index];
-}
-
-const int64_t& Int64Array::operator[](unsigned int index) const {
-    VXUT_CHECK_INDEX(index < m_length);
-    return slots()[index];
 }
 
 } // namespace utility

@@ -2,6 +2,7 @@
 
 #include "fw_KnownStrings.h"
 #include "internal/ut_Failure.h"
+#include "internal/ut_SlotMoves.h"
 #include "internal/ut_Trace.h"
 
 namespace utility {
@@ -18,9 +19,14 @@ IntArray::~IntArray() {
     freeBlock();
 }
 
-void IntArray::Append(int value) {
+void IntArray::failIndex(const char* function) {
+    VXUT_THROW_AS(function, FAILURE_INDEX, "");
+}
+
+void IntArray::appendTraced(int value) {
+    constexpr const char* function = "void utility::IntArray::Append(int)";
     growBlock(sizeof(int));
-    VXUT_TRACE(TOKEN_INT_ARRAY, "Appending [%d] at %d", value, m_length);
+    VXUT_TRACE_AS(function, TOKEN_INT_ARRAY, "Appending [%d] at %d", value, m_length);
     slots()[m_length] = value;
     ++m_length;
 }
@@ -28,36 +34,17 @@ void IntArray::Append(int value) {
 void IntArray::InsertAt(unsigned int index, int value) {
     VXUT_TRACE_ENTER(TOKEN_INT_ARRAY);
     VXUT_CHECK_INDEX(index <= m_length);
-    growBlock(sizeof(int));
-    for (unsigned int to = m_length; to > index; --to) {
-        VXUT_TRACE(TOKEN_INT_ARRAY, "moving from %d to %d", to - 1, to);
-        slots()[to] = slots()[to - 1];
-    }
+    growIfFull(sizeof(int));
+    moveSlotsUp(slots(), index, m_length, Debug::isDebugOn(strings::TOKEN_INT_ARRAY), __PRETTY_FUNCTION__);
     VXUT_TRACE(TOKEN_INT_ARRAY, "setting %d = %d", index, value);
     slots()[index] = value;
     ++m_length;
 }
 
-void IntArray::SetAt(unsigned int index, int value) {
-    VXUT_CHECK_INDEX(index < m_length);
-    slots()[index] = value;
-}
-
 void IntArray::DeleteAt(unsigned int index) {
     VXUT_CHECK_INDEX(index < m_length);
+    moveSlotsDown(slots(), index, m_length);
     --m_length;
-    for (unsigned int to = index; to < m_length; ++to)
-        slots()[to] = slots()[to + 1];
-}
-
-int& IntArray::operator[](unsigned int index) {
-    VXUT_CHECK_INDEX(index < m_length);
-    return slots()[index];
-}
-
-const int& IntArray::operator[](unsigned int index) const {
-    VXUT_CHECK_INDEX(index < m_length);
-    return slots()[index];
 }
 
 } // namespace utility

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "fw_KnownTokens.h"
 #include "ut_Array.h"
+#include "ut_Debug.h"
 #include "ut_Export.h"
 
 namespace utility {
@@ -25,21 +27,46 @@ public:
     ~IntArray() override;
 
     /// Adds `value` at the end.
-    void Append(int value);
+    void Append(int value) {
+        const unsigned int length = m_length;
+        if (length < m_size && !Debug::isDebugOn(strings::TOKEN_INT_ARRAY)) {
+            m_length = length + 1;
+            slots()[length] = value;
+        } else {
+            appendTraced(value);
+        }
+    }
     /// Inserts `value` before the element at `index`, or at the end if `index == length()`.
     /// Throws code 1229 if `index > length()`.
     void InsertAt(unsigned int index, int value);
     /// Replaces the element at `index`. Throws code 1229 if `index >= length()`.
-    void SetAt(unsigned int index, int value);
+    void SetAt(unsigned int index, int value) {
+        if (index >= m_length)
+            failIndex("void utility::IntArray::SetAt(unsigned int, int)");
+        slots()[index] = value;
+    }
     /// Removes the element at `index`; the elements after it move down by one. Throws code 1229 if `index >= length()`.
     void DeleteAt(unsigned int index);
     /// Returns a reference to the element at `index`, valid until the array grows or is destroyed. Throws code 1229 if
     /// `index >= length()`.
-    int& operator[](unsigned int index);
+    int& operator[](unsigned int index) {
+        if (index >= m_length)
+            failIndex("int& utility::IntArray::operator[](unsigned int)");
+        return slots()[index];
+    }
     /// Does the same for a const array.
-    const int& operator[](unsigned int index) const;
+    const int& operator[](unsigned int index) const {
+        if (index >= m_length)
+            failIndex("const int& utility::IntArray::operator[](unsigned int) const");
+        return slots()[index];
+    }
 
 private:
+    /// Throws code 1229 for `function`, the signature text of an operation.
+    [[noreturn]] static void failIndex(const char* function);
+    /// Does what `Append` does, with the traces, and grows the array if it is full.
+    void appendTraced(int value);
+
     int* slots() const {
         return static_cast<int*>(m_block);
     }

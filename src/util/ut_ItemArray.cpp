@@ -3,6 +3,7 @@
 #include "fw_Item.h"
 #include "fw_KnownStrings.h"
 #include "internal/ut_Failure.h"
+#include "internal/ut_SlotMoves.h"
 #include "internal/ut_Trace.h"
 
 namespace utility {
@@ -25,8 +26,12 @@ ItemArray::~ItemArray() {
     freeBlock();
 }
 
+void ItemArray::failIndex(const char* function) {
+    VXUT_THROW_AS(function, FAILURE_INDEX, "");
+}
+
 void ItemArray::Append(framework::Item* item) {
-    growBlock(sizeof(framework::Item*));
+    growIfFull(sizeof(framework::Item*));
     VXUT_TRACE(TOKEN_ITEM_ARRAY, "Appending [%p] at %d", static_cast<void*>(item), m_length);
     slots()[m_length] = item;
     ++m_length;
@@ -35,36 +40,17 @@ void ItemArray::Append(framework::Item* item) {
 void ItemArray::InsertAt(unsigned int index, framework::Item* item) {
     VXUT_TRACE_ENTER(TOKEN_ITEM_ARRAY);
     VXUT_CHECK_INDEX(index <= m_length);
-    growBlock(sizeof(framework::Item*));
-    for (unsigned int to = m_length; to > index; --to) {
-        VXUT_TRACE(TOKEN_ITEM_ARRAY, "moving from %d to %d", to - 1, to);
-        slots()[to] = slots()[to - 1];
-    }
+    growIfFull(sizeof(framework::Item*));
+    moveSlotsUp(slots(), index, m_length, Debug::isDebugOn(strings::TOKEN_ITEM_ARRAY), __PRETTY_FUNCTION__);
     VXUT_TRACE(TOKEN_ITEM_ARRAY, "setting %d = %p", index, static_cast<void*>(item));
     slots()[index] = item;
     ++m_length;
 }
 
-void ItemArray::SetAt(unsigned int index, framework::Item* item) {
-    VXUT_CHECK_INDEX(index < m_length);
-    slots()[index] = item;
-}
-
 void ItemArray::DeleteAt(unsigned int index) {
     VXUT_CHECK_INDEX(index < m_length);
+    moveSlotsDown(slots(), index, m_length);
     --m_length;
-    for (unsigned int to = index; to < m_length; ++to)
-        slots()[to] = slots()[to + 1];
-}
-
-framework::Item*& ItemArray::operator[](unsigned int index) {
-    VXUT_CHECK_INDEX(index < m_length);
-    return slots()[index];
-}
-
-framework::Item* const& ItemArray::operator[](unsigned int index) const {
-    VXUT_CHECK_INDEX(index < m_length);
-    return slots()[index];
 }
 
 void ItemArray::Append(ItemArray& other) {

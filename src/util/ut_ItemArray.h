@@ -35,14 +35,26 @@ public:
     /// Throws code 1229 if `index > length()`.
     void InsertAt(unsigned int index, framework::Item* item);
     /// Replaces the element at `index`. Throws code 1229 if `index >= length()`.
-    void SetAt(unsigned int index, framework::Item* item);
+    void SetAt(unsigned int index, framework::Item* item) {
+        if (index >= m_length)
+            failIndex("void utility::ItemArray::SetAt(unsigned int, framework::Item*)");
+        slots()[index] = item;
+    }
     /// Removes the element at `index`; the elements after it move down by one. Throws code 1229 if `index >= length()`.
     void DeleteAt(unsigned int index);
     /// Returns a reference to the element at `index`, valid until the array grows or is destroyed. Throws code 1229 if
     /// `index >= length()`.
-    framework::Item*& operator[](unsigned int index);
+    framework::Item*& operator[](unsigned int index) {
+        if (index >= m_length)
+            failIndex("framework::Item*& utility::ItemArray::operator[](unsigned int)");
+        return slots()[index];
+    }
     /// Does the same for a const array.
-    framework::Item* const& operator[](unsigned int index) const;
+    framework::Item* const& operator[](unsigned int index) const {
+        if (index >= m_length)
+            failIndex("framework::Item* const& utility::ItemArray::operator[](unsigned int) const");
+        return slots()[index];
+    }
 
     /// Adds the items of `other` at the end, in order; appending an array to itself doubles it.
     void Append(ItemArray& other);
@@ -50,6 +62,9 @@ public:
     unsigned int Find(framework::Item* item) const;
 
 private:
+    /// Throws code 1229 for `function`, the signature text of an operation.
+    [[noreturn]] static void failIndex(const char* function);
+
     framework::Item** slots() const {
         return static_cast<framework::Item**>(m_block);
     }

@@ -4,6 +4,7 @@
 
 #include "fw_KnownStrings.h"
 #include "internal/ut_Failure.h"
+#include "internal/ut_SlotMoves.h"
 #include "internal/ut_Trace.h"
 #include "ut_PortAddress.h"
 #include "ut_PutStream.h"
@@ -57,8 +58,12 @@ PortAddressArray::~PortAddressArray() {
     freeBlock();
 }
 
+void PortAddressArray::failIndex(const char* function) {
+    VXUT_THROW_AS(function, FAILURE_INDEX, "");
+}
+
 void PortAddressArray::Append(PortAddress* address) {
-    growBlock(slotWidth);
+    growIfFull(slotWidth);
     VXUT_TRACE(TOKEN_PORT_ADDRESS_ARRAY, "Appending [%p] at %d", static_cast<void*>(address), m_length);
     slots()[m_length] = address;
     ++m_length;
@@ -67,40 +72,17 @@ void PortAddressArray::Append(PortAddress* address) {
 void PortAddressArray::InsertAt(unsigned int index, PortAddress* address) {
     VXUT_TRACE_ENTER(TOKEN_PORT_ADDRESS_ARRAY);
     VXUT_CHECK_INDEX(index <= m_length);
-    growBlock(slotWidth);
-    for (unsigned int to = m_length; to > index; --to) {
-        VXUT_TRACE(TOKEN_PORT_ADDRESS_ARRAY, "moving from %d to %d", to - 1, to);
-        slots()[to] = slots()[to - 1];
-    }
+    growIfFull(slotWidth);
+    moveSlotsUp(slots(), index, m_length, Debug::isDebugOn(strings::TOKEN_PORT_ADDRESS_ARRAY), __PRETTY_FUNCTION__);
     VXUT_TRACE(TOKEN_PORT_ADDRESS_ARRAY, "setting %d = %p", index, static_cast<void*>(address));
     slots()[index] = address;
     ++m_length;
 }
 
-void PortAddressArray::SetAt(unsigned int index, PortAddress* address) {
-    VXUT_CHECK_INDEX(index < m_length);
-    slots()[index] = address;
-}
-
 void PortAddressArray::DeleteAt(unsigned int index) {
     VXUT_CHECK_INDEX(index < m_length);
+    moveSlotsDown(slots(), index, m_length);
     --m_length;
-    for (unsigned int to = index; to < m_length; ++to)
-        slots()[to] = slots()[to + 1];
-}
-
-PortAddress*& PortAddressArray::operator[](unsigned int index) {
-    VXUT_CHECK_INDEX(index < m_length);
-    return slots()[index];
-}
-
-PortAddress* const& PortAddressArray::operator[](unsigned int index) const {
-    VXUT_CHECK_INDEX(index < m_length);
-    return slots()[index];
-}
-
-PortAddress* PortAddressArray::ElementAt(unsigned int index) const {
-    return index < m_length ? slots()[index] : nullptr;
 }
 
 void PortAddressArray::Append(PortAddressArray& other) {

@@ -45,17 +45,31 @@ public:
     void InsertAt(unsigned int index, PortAddress* address);
     /// Replaces the element at `index` by `address`. The array takes ownership unless the call throws; ownership of the
     /// replaced element returns to the caller. Throws code 1229 if `index >= length()`.
-    void SetAt(unsigned int index, PortAddress* address);
+    void SetAt(unsigned int index, PortAddress* address) {
+        if (index >= m_length)
+            failIndex("void utility::PortAddressArray::SetAt(unsigned int, utility::PortAddress*)");
+        slots()[index] = address;
+    }
     /// Removes the element at `index` without deleting it and moves the elements after it down by one. Ownership
     /// returns to the caller. Throws code 1229 if `index >= length()`.
     void DeleteAt(unsigned int index);
     /// Returns a reference to the element at `index`, valid until the array grows or is destroyed. Throws code 1229 if
     /// `index >= length()`.
-    PortAddress*& operator[](unsigned int index);
+    PortAddress*& operator[](unsigned int index) {
+        if (index >= m_length)
+            failIndex("utility::PortAddress*& utility::PortAddressArray::operator[](unsigned int)");
+        return slots()[index];
+    }
     /// Does the same for a const array.
-    PortAddress* const& operator[](unsigned int index) const;
+    PortAddress* const& operator[](unsigned int index) const {
+        if (index >= m_length)
+            failIndex("utility::PortAddress* const& utility::PortAddressArray::operator[](unsigned int) const");
+        return slots()[index];
+    }
     /// Returns the element at `index`, or null if `index >= length()`. The array keeps ownership.
-    PortAddress* ElementAt(unsigned int index) const;
+    PortAddress* ElementAt(unsigned int index) const {
+        return index < m_length ? slots()[index] : nullptr;
+    }
 
     /// Adds the pointers of `other` at the end, in order; appending an array to itself doubles it. The addresses are
     /// not cloned: callers rely on the pointers being shared. Remove each from one of the two places with `truncate`
@@ -71,6 +85,9 @@ public:
     void toPutStream(PutStream& out) const;
 
 private:
+    /// Throws code 1229 for `function`, the signature text of an operation.
+    [[noreturn]] static void failIndex(const char* function);
+
     PortAddress** slots() const {
         return static_cast<PortAddress**>(m_block);
     }

@@ -2,6 +2,7 @@
 
 #include "fw_KnownStrings.h"
 #include "internal/ut_Failure.h"
+#include "internal/ut_SlotMoves.h"
 #include "internal/ut_Trace.h"
 #include "ut_SerialNumber.h"
 
@@ -28,8 +29,12 @@ SerialNumberArray::~SerialNumberArray() {
     freeBlock();
 }
 
+void SerialNumberArray::failIndex(const char* function) {
+    VXUT_THROW_AS(function, FAILURE_INDEX, "");
+}
+
 void SerialNumberArray::Append(SerialNumber* number) {
-    growBlock(slotWidth);
+    growIfFull(slotWidth);
     VXUT_TRACE(TOKEN_SERIAL_NUMBER_ARRAY, "Appending [%p] at %d", static_cast<void*>(number), m_length);
     slots()[m_length] = number;
     ++m_length;
@@ -38,36 +43,17 @@ void SerialNumberArray::Append(SerialNumber* number) {
 void SerialNumberArray::InsertAt(unsigned int index, SerialNumber* number) {
     VXUT_TRACE_ENTER(TOKEN_SERIAL_NUMBER_ARRAY);
     VXUT_CHECK_INDEX(index <= m_length);
-    growBlock(slotWidth);
-    for (unsigned int to = m_length; to > index; --to) {
-        VXUT_TRACE(TOKEN_SERIAL_NUMBER_ARRAY, "moving from %d to %d", to - 1, to);
-        slots()[to] = slots()[to - 1];
-    }
+    growIfFull(slotWidth);
+    moveSlotsUp(slots(), index, m_length, Debug::isDebugOn(strings::TOKEN_SERIAL_NUMBER_ARRAY), __PRETTY_FUNCTION__);
     VXUT_TRACE(TOKEN_SERIAL_NUMBER_ARRAY, "setting %d = %p", index, static_cast<void*>(number));
     slots()[index] = number;
     ++m_length;
 }
 
-void SerialNumberArray::SetAt(unsigned int index, SerialNumber* number) {
-    VXUT_CHECK_INDEX(index < m_length);
-    slots()[index] = number;
-}
-
 void SerialNumberArray::DeleteAt(unsigned int index) {
     VXUT_CHECK_INDEX(index < m_length);
+    moveSlotsDown(slots(), index, m_length);
     --m_length;
-    for (unsigned int to = index; to < m_length; ++to)
-        slots()[to] = slots()[to + 1];
-}
-
-SerialNumber*& SerialNumberArray::operator[](unsigned int index) {
-    VXUT_CHECK_INDEX(index < m_length);
-    return slots()[index];
-}
-
-SerialNumber* const& SerialNumberArray::operator[](unsigned int index) const {
-    VXUT_CHECK_INDEX(index < m_length);
-    return slots()[index];
 }
 
 void SerialNumberArray::Append(SerialNumberArray& other) {

@@ -37,15 +37,27 @@ public:
     void InsertAt(unsigned int index, SerialNumber* number);
     /// Replaces the element at `index` by `number`. The array takes ownership unless the call throws; ownership of the
     /// replaced element returns to the caller. Throws code 1229 if `index >= length()`.
-    void SetAt(unsigned int index, SerialNumber* number);
+    void SetAt(unsigned int index, SerialNumber* number) {
+        if (index >= m_length)
+            failIndex("void utility::SerialNumberArray::SetAt(unsigned int, utility::SerialNumber*)");
+        slots()[index] = number;
+    }
     /// Removes the element at `index` without deleting it and moves the elements after it down by one. Ownership
     /// returns to the caller. Throws code 1229 if `index >= length()`.
     void DeleteAt(unsigned int index);
     /// Returns a reference to the element at `index`, valid until the array grows or is destroyed. Throws code 1229 if
     /// `index >= length()`.
-    SerialNumber*& operator[](unsigned int index);
+    SerialNumber*& operator[](unsigned int index) {
+        if (index >= m_length)
+            failIndex("utility::SerialNumber*& utility::SerialNumberArray::operator[](unsigned int)");
+        return slots()[index];
+    }
     /// Does the same for a const array.
-    SerialNumber* const& operator[](unsigned int index) const;
+    SerialNumber* const& operator[](unsigned int index) const {
+        if (index >= m_length)
+            failIndex("utility::SerialNumber* const& utility::SerialNumberArray::operator[](unsigned int) const");
+        return slots()[index];
+    }
 
     /// Adds the pointers of `other` at the end, in order; appending an array to itself doubles it. The elements are not
     /// copied: callers rely on the pointers being shared. Remove each from one of the two places with `truncate` before
@@ -55,6 +67,9 @@ public:
     unsigned int Find(SerialNumber* number) const;
 
 private:
+    /// Throws code 1229 for `function`, the signature text of an operation.
+    [[noreturn]] static void failIndex(const char* function);
+
     SerialNumber** slots() const {
         return static_cast<SerialNumber**>(m_block);
     }

@@ -3,6 +3,7 @@
 #include "fw_KnownStrings.h"
 #include "fw_KnownTokens.h"
 #include "internal/ut_Failure.h"
+#include "internal/ut_SlotMoves.h"
 #include "internal/ut_Trace.h"
 
 namespace utility {
@@ -19,11 +20,16 @@ ShortArray::~ShortArray() {
     freeBlock();
 }
 
-void ShortArray::Append(short value) {
+void ShortArray::failIndex(const char* function) {
+    VXUT_THROW_AS(function, FAILURE_INDEX, "");
+}
+
+void ShortArray::appendTraced(short value) {
+    constexpr const char* function = "void utility::ShortArray::Append(short int)";
     if (Debug::isDebugOn(strings::TOKEN_SHORT_ARRAY))
-        VXUT_LOG(framework::Logger::LOG_ENTER, "%d", value);
+        VXUT_LOG_AS(function, framework::Logger::LOG_ENTER, "%d", value);
     growBlock(sizeof(short));
-    VXUT_TRACE(TOKEN_SHORT_ARRAY, "Appending [%d] at %d", value, m_length);
+    VXUT_TRACE_AS(function, TOKEN_SHORT_ARRAY, "Appending [%d] at %d", value, m_length);
     slots()[m_length] = value;
     ++m_length;
 }
@@ -32,40 +38,17 @@ void ShortArray::InsertAt(unsigned int index, short value) {
     if (Debug::isDebugOn(strings::TOKEN_SHORT_ARRAY))
         VXUT_LOG(framework::Logger::LOG_ENTER, "%d, %d", index, value);
     VXUT_CHECK_INDEX(index <= m_length);
-    growBlock(sizeof(short));
-    for (unsigned int to = m_length; to > index; --to) {
-        VXUT_TRACE(TOKEN_SHORT_ARRAY, "moving from %d to %d", to - 1, to);
-        slots()[to] = slots()[to - 1];
-    }
+    growIfFull(sizeof(short));
+    moveSlotsUp(slots(), index, m_length, Debug::isDebugOn(strings::TOKEN_SHORT_ARRAY), __PRETTY_FUNCTION__);
     VXUT_TRACE(TOKEN_SHORT_ARRAY, "setting %d = %d", index, value);
     slots()[index] = value;
     ++m_length;
 }
 
-void ShortArray::SetAt(unsigned int index, short value) {
-    VXUT_CHECK_INDEX(index < m_length);
-    slots()[index] = value;
-}
-
 void ShortArray::DeleteAt(unsigned int index) {
     VXUT_CHECK_INDEX(index < m_length);
+    moveSlotsDown(slots(), index, m_length);
     --m_length;
-    for (unsigned int to = index; to < m_length; ++to)
-        slots()[to] = slots()[to + 1];
-}
-
-short& ShortArray::operator[](unsigned int index) {
-    VXUT_CHECK_INDEX(index < m_length);
-    return slots()[index];
-}
-
-const short& ShortArray::operator[](unsigned int index) const {
-    VXUT_CHECK_INDEX(index < m_length);
-    return slots()[index];
-}
-
-short ShortArray::ElementAt(unsigned int index) const {
-    return index < m_length ? slots()[index] : short(0);
 }
 
 } // namespace utility

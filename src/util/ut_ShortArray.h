@@ -1,6 +1,8 @@
 #pragma once
 
+#include "fw_KnownTokens.h"
 #include "ut_Array.h"
+#include "ut_Debug.h"
 #include "ut_Export.h"
 
 namespace utility {
@@ -25,23 +27,50 @@ public:
     ~ShortArray() override;
 
     /// Adds `value` at the end.
-    void Append(short value);
+    void Append(short value) {
+        const unsigned int length = m_length;
+        if (length < m_size && !Debug::isDebugOn(strings::TOKEN_SHORT_ARRAY)) {
+            m_length = length + 1;
+            slots()[length] = value;
+        } else {
+            appendTraced(value);
+        }
+    }
     /// Inserts `value` before the element at `index`, or at the end if `index == length()`.
     /// Throws code 1229 if `index > length()`.
     void InsertAt(unsigned int index, short value);
     /// Replaces the element at `index`. Throws code 1229 if `index >= length()`.
-    void SetAt(unsigned int index, short value);
+    void SetAt(unsigned int index, short value) {
+        if (index >= m_length)
+            failIndex("void utility::ShortArray::SetAt(unsigned int, short int)");
+        slots()[index] = value;
+    }
     /// Removes the element at `index`; the elements after it move down by one. Throws code 1229 if `index >= length()`.
     void DeleteAt(unsigned int index);
     /// Returns a reference to the element at `index`, valid until the array grows or is destroyed. Throws code 1229 if
     /// `index >= length()`.
-    short& operator[](unsigned int index);
+    short& operator[](unsigned int index) {
+        if (index >= m_length)
+            failIndex("short int& utility::ShortArray::operator[](unsigned int)");
+        return slots()[index];
+    }
     /// Does the same for a const array.
-    const short& operator[](unsigned int index) const;
+    const short& operator[](unsigned int index) const {
+        if (index >= m_length)
+            failIndex("const short int& utility::ShortArray::operator[](unsigned int) const");
+        return slots()[index];
+    }
     /// Returns the element at `index`, or 0 if `index >= length()`.
-    short ElementAt(unsigned int index) const;
+    short ElementAt(unsigned int index) const {
+        return index < m_length ? slots()[index] : short(0);
+    }
 
 private:
+    /// Throws code 1229 for `function`, the signature text of an operation.
+    [[noreturn]] static void failIndex(const char* function);
+    /// Does what `Append` does, with the traces, and grows the array if it is full.
+    void appendTraced(short value);
+
     short* slots() const {
         return static_cast<short*>(m_block);
     }

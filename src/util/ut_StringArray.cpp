@@ -4,6 +4,7 @@
 
 #include "fw_Memory.h"
 #include "internal/ut_Failure.h"
+#include "internal/ut_SlotMoves.h"
 
 namespace utility {
 
@@ -30,6 +31,10 @@ StringArray::~StringArray() {
     freeBlock();
 }
 
+void StringArray::failIndex(const char* function) {
+    VXUT_THROW_AS(function, FAILURE_INDEX, "");
+}
+
 void StringArray::growWhenFull() {
     if (m_length >= m_size)
         m_block = realloc(m_block, &m_size, m_size, sizeof(char*));
@@ -50,8 +55,7 @@ void StringArray::Append(const char* text, unsigned int length) {
 void StringArray::InsertAt(unsigned int index, const char* text) {
     VXUT_CHECK_INDEX(index <= m_length);
     growWhenFull();
-    for (unsigned int to = m_length; to > index; --to)
-        slots()[to] = slots()[to - 1];
+    moveSlotsUp(slots(), index, m_length, false, nullptr);
     slots()[index] = framework::Memory::StaticAllocString(text);
     ++m_length;
 }
@@ -70,9 +74,8 @@ void StringArray::SetAt(unsigned int index, const char* text) {
 void StringArray::DeleteAt(unsigned int index) {
     VXUT_CHECK_INDEX(index < m_length);
     framework::Memory::StaticFreeString(slots()[index]);
+    moveSlotsDown(slots(), index, m_length);
     --m_length;
-    for (unsigned int to = index; to < m_length; ++to)
-        slots()[to] = slots()[to + 1];
     slots()[m_length] = nullptr;
 }
 
@@ -82,20 +85,6 @@ void StringArray::DeleteAll() {
         slots()[index] = nullptr;
     }
     m_length = 0;
-}
-
-char* StringArray::ElementAt(unsigned int index) const {
-    return index < m_length ? slots()[index] : nullptr;
-}
-
-char*& StringArray::operator[](unsigned int index) {
-    VXUT_CHECK_INDEX(index < m_length);
-    return slots()[index];
-}
-
-char* const& StringArray::operator[](unsigned int index) const {
-    VXUT_CHECK_INDEX(index < m_length);
-    return slots()[index];
 }
 
 } // namespace utility

@@ -46,17 +46,30 @@ public:
     /// Frees and removes all elements; the capacity stays.
     void DeleteAll();
     /// Returns the text at `index`, or null if `index >= length()`. The array keeps ownership.
-    char* ElementAt(unsigned int index) const;
+    char* ElementAt(unsigned int index) const {
+        return index < m_length ? slots()[index] : nullptr;
+    }
     /// Returns a reference to the slot at `index`, valid until the array grows or is destroyed. Throws code 1229 if
     /// `index >= length()`.
     ///
     /// The array frees the text of each slot with `framework::Memory::StaticFreeString`. A text assigned to the slot
     /// must come from `StaticAllocString`, and the caller frees the text that it replaces.
-    char*& operator[](unsigned int index);
+    char*& operator[](unsigned int index) {
+        if (index >= m_length)
+            failIndex("char*& utility::StringArray::operator[](unsigned int)");
+        return slots()[index];
+    }
     /// Does the same for a const array.
-    char* const& operator[](unsigned int index) const;
+    char* const& operator[](unsigned int index) const {
+        if (index >= m_length)
+            failIndex("char* const& utility::StringArray::operator[](unsigned int) const");
+        return slots()[index];
+    }
 
 private:
+    /// Throws code 1229 for `function`, the signature text of an operation.
+    [[noreturn]] static void failIndex(const char* function);
+
     char** slots() const {
         return static_cast<char**>(m_block);
     }

@@ -3,6 +3,7 @@
 #include "fw_KnownStrings.h"
 #include "fw_StableStringRepository.h"
 #include "internal/ut_Failure.h"
+#include "internal/ut_SlotMoves.h"
 #include "internal/ut_TokenNames.h"
 #include "internal/ut_Trace.h"
 
@@ -24,6 +25,10 @@ TokenArray::~TokenArray() {
     freeBlock();
 }
 
+void TokenArray::failIndex(const char* function) {
+    VXUT_THROW_AS(function, FAILURE_INDEX, "");
+}
+
 void TokenArray::SetFromStringList(const char* list) {
     const TokenNames names(list);
     m_length = 0;
@@ -32,7 +37,7 @@ void TokenArray::SetFromStringList(const char* list) {
 }
 
 void TokenArray::Append(stringtoken token) {
-    growBlock(sizeof(stringtoken));
+    growIfFull(sizeof(stringtoken));
     VXUT_TRACE(TOKEN_TOKEN_ARRAY, "Appending [%d] at %d", token, m_length);
     slots()[m_length] = token;
     ++m_length;
@@ -41,36 +46,17 @@ void TokenArray::Append(stringtoken token) {
 void TokenArray::InsertAt(unsigned int index, stringtoken token) {
     VXUT_TRACE_ENTER(TOKEN_TOKEN_ARRAY);
     VXUT_CHECK_INDEX(index <= m_length);
-    growBlock(sizeof(stringtoken));
-    for (unsigned int to = m_length; to > index; --to) {
-        VXUT_TRACE(TOKEN_TOKEN_ARRAY, "moving from %d to %d", to - 1, to);
-        slots()[to] = slots()[to - 1];
-    }
+    growIfFull(sizeof(stringtoken));
+    moveSlotsUp(slots(), index, m_length, Debug::isDebugOn(strings::TOKEN_TOKEN_ARRAY), __PRETTY_FUNCTION__);
     VXUT_TRACE(TOKEN_TOKEN_ARRAY, "setting %d = %d", index, token);
     slots()[index] = token;
     ++m_length;
 }
 
-void TokenArray::SetAt(unsigned int index, stringtoken token) {
-    VXUT_CHECK_INDEX(index < m_length);
-    slots()[index] = token;
-}
-
 void TokenArray::DeleteAt(unsigned int index) {
     VXUT_CHECK_INDEX(index < m_length);
+    moveSlotsDown(slots(), index, m_length);
     --m_length;
-    for (unsigned int to = index; to < m_length; ++to)
-        slots()[to] = slots()[to + 1];
-}
-
-stringtoken& TokenArray::operator[](unsigned int index) {
-    VXUT_CHECK_INDEX(index < m_length);
-    return slots()[index];
-}
-
-const stringtoken& TokenArray::operator[](unsigned int index) const {
-    VXUT_CHECK_INDEX(index < m_length);
-    return slots()[index];
 }
 
 } // namespace utility

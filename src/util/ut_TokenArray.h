@@ -43,15 +43,30 @@ public:
     /// Throws code 1229 if `index > length()`.
     void InsertAt(unsigned int index, stringtoken token);
     /// Replaces the token at `index`. Throws code 1229 if `index >= length()`.
-    void SetAt(unsigned int index, stringtoken token);
+    void SetAt(unsigned int index, stringtoken token) {
+        if (index >= m_length)
+            failIndex("void utility::TokenArray::SetAt(unsigned int, strings::stringtoken)");
+        slots()[index] = token;
+    }
     /// Removes the token at `index`; the tokens after it move down by one. Throws code 1229 if `index >= length()`.
     void DeleteAt(unsigned int index);
     /// Returns the token at `index`. Valid until the array grows. Throws code 1229 if `index >= length()`.
-    stringtoken& operator[](unsigned int index);
+    stringtoken& operator[](unsigned int index) {
+        if (index >= m_length)
+            failIndex("strings::stringtoken& utility::TokenArray::operator[](unsigned int)");
+        return slots()[index];
+    }
     /// Does the same for a constant array.
-    const stringtoken& operator[](unsigned int index) const;
+    const stringtoken& operator[](unsigned int index) const {
+        if (index >= m_length)
+            failIndex("const strings::stringtoken& utility::TokenArray::operator[](unsigned int) const");
+        return slots()[index];
+    }
 
 private:
+    /// Throws code 1229 for `function`, the signature text of an operation.
+    [[noreturn]] static void failIndex(const char* function);
+
     stringtoken* slots() const {
         return static_cast<stringtoken*>(m_block);
     }

@@ -6,6 +6,7 @@
 #include "fw_KnownStrings.h"
 #include "fw_StableStringRepository.h"
 #include "internal/ut_Failure.h"
+#include "internal/ut_SlotMoves.h"
 #include "internal/ut_TokenNames.h"
 #include "internal/ut_Trace.h"
 #include "ut_BufferStream.h"
@@ -97,7 +98,7 @@ bool TokenSet::operator==(const TokenSet& other) const {
 }
 
 void TokenSet::append(stringtoken token) {
-    growBlock(sizeof(stringtoken));
+    growIfFull(sizeof(stringtoken));
     VXUT_TRACE(TOKEN_TOKEN_SET, "Appending [%d] at %d", token, m_length);
     slots()[m_length] = token;
     ++m_length;
@@ -106,11 +107,8 @@ void TokenSet::append(stringtoken token) {
 void TokenSet::insertAt(unsigned int index, stringtoken token) {
     VXUT_TRACE_ENTER(TOKEN_TOKEN_SET);
     VXUT_CHECK_INDEX(index <= m_length);
-    growBlock(sizeof(stringtoken));
-    for (unsigned int to = m_length; to > index; --to) {
-        VXUT_TRACE(TOKEN_TOKEN_SET, "moving from %d to %d", to - 1, to);
-        slots()[to] = slots()[to - 1];
-    }
+    growIfFull(sizeof(stringtoken));
+    moveSlotsUp(slots(), index, m_length, Debug::isDebugOn(strings::TOKEN_TOKEN_SET), __PRETTY_FUNCTION__);
     VXUT_TRACE(TOKEN_TOKEN_SET, "setting %d = %d", index, token);
     slots()[index] = token;
     ++m_length;
@@ -123,9 +121,8 @@ void TokenSet::setAt(unsigned int index, stringtoken token) {
 
 void TokenSet::deleteAt(unsigned int index) {
     VXUT_CHECK_INDEX(index < m_length);
+    moveSlotsDown(slots(), index, m_length);
     --m_length;
-    for (unsigned int to = index; to < m_length; ++to)
-        slots()[to] = slots()[to + 1];
 }
 
 stringtoken& TokenSet::operator[](unsigned int index) {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "fw_KnownTokens.h"
 #include "ut_Array.h"
+#include "ut_Debug.h"
 #include "ut_Export.h"
 
 namespace utility {
@@ -25,21 +27,46 @@ public:
     ~UInt64Array() override;
 
     /// Adds `value` at the end.
-    void Append(unsigned long long value);
+    void Append(unsigned long long value) {
+        const unsigned int length = m_length;
+        if (length < m_size && !Debug::isDebugOn(strings::TOKEN_UINT64_ARRAY)) {
+            m_length = length + 1;
+            slots()[length] = value;
+        } else {
+            appendTraced(value);
+        }
+    }
     /// Inserts `value` before the element at `index`, or at the end if `index == length()`.
     /// Throws code 1229 if `index > length()`.
     void InsertAt(unsigned int index, unsigned long long value);
     /// Replaces the element at `index`. Throws code 1229 if `index >= length()`.
-    void SetAt(unsigned int index, unsigned long long value);
+    void SetAt(unsigned int index, unsigned long long value) {
+        if (index >= m_length)
+            failIndex("void utility::UInt64Array::SetAt(unsigned int, long long unsigned int)");
+        slots()[index] = value;
+    }
     /// Removes the element at `index`; the elements after it move down by one. Throws code 1229 if `index >= length()`.
     void DeleteAt(unsigned int index);
     /// Returns a reference to the element at `index`, valid until the array grows or is destroyed. Throws code 1229 if
     /// `index >= length()`.
-    unsigned long long& operator[](unsigned int index);
+    unsigned long long& operator[](unsigned int index) {
+        if (index >= m_length)
+            failIndex("long long unsigned int& utility::UInt64Array::operator[](unsigned int)");
+        return slots()[index];
+    }
     /// Does the same for a const array.
-    const unsigned long long& operator[](unsigned int index) const;
+    const unsigned long long& operator[](unsigned int index) const {
+        if (index >= m_length)
+            failIndex("const long long unsigned int& utility::UInt64Array::operator[](unsigned int) const");
+        return slots()[index];
+    }
 
 private:
+    /// Throws code 1229 for `function`, the signature text of an operation.
+    [[noreturn]] static void failIndex(const char* function);
+    /// Does what `Append` does, with the traces, and grows the array if it is full.
+    void appendTraced(unsigned long long value);
+
     unsigned long long* slots() const {
         return static_cast<unsigned long long*>(m_block);
     }

@@ -4,6 +4,7 @@
 
 #include "fw_KnownStrings.h"
 #include "internal/ut_Failure.h"
+#include "internal/ut_SlotMoves.h"
 #include "internal/ut_Trace.h"
 
 namespace utility {
@@ -20,9 +21,14 @@ UIntArray::~UIntArray() {
     freeBlock();
 }
 
-void UIntArray::Append(unsigned int value) {
+void UIntArray::failIndex(const char* function) {
+    VXUT_THROW_AS(function, FAILURE_INDEX, "");
+}
+
+void UIntArray::appendTraced(unsigned int value) {
+    constexpr const char* function = "void utility::UIntArray::Append(unsigned int)";
     growBlock(sizeof(unsigned int));
-    VXUT_TRACE(TOKEN_UINT_ARRAY, "Appending [%d] at %d", value, m_length);
+    VXUT_TRACE_AS(function, TOKEN_UINT_ARRAY, "Appending [%d] at %d", value, m_length);
     slots()[m_length] = value;
     ++m_length;
 }
@@ -30,36 +36,17 @@ void UIntArray::Append(unsigned int value) {
 void UIntArray::InsertAt(unsigned int index, unsigned int value) {
     VXUT_TRACE_ENTER(TOKEN_UINT_ARRAY);
     VXUT_CHECK_INDEX(index <= m_length);
-    growBlock(sizeof(unsigned int));
-    for (unsigned int to = m_length; to > index; --to) {
-        VXUT_TRACE(TOKEN_UINT_ARRAY, "moving from %d to %d", to - 1, to);
-        slots()[to] = slots()[to - 1];
-    }
+    growIfFull(sizeof(unsigned int));
+    moveSlotsUp(slots(), index, m_length, Debug::isDebugOn(strings::TOKEN_UINT_ARRAY), __PRETTY_FUNCTION__);
     VXUT_TRACE(TOKEN_UINT_ARRAY, "setting %d = %d", index, value);
     slots()[index] = value;
     ++m_length;
 }
 
-void UIntArray::SetAt(unsigned int index, unsigned int value) {
-    VXUT_CHECK_INDEX(index < m_length);
-    slots()[index] = value;
-}
-
 void UIntArray::DeleteAt(unsigned int index) {
     VXUT_CHECK_INDEX(index < m_length);
+    moveSlotsDown(slots(), index, m_length);
     --m_length;
-    for (unsigned int to = index; to < m_length; ++to)
-        slots()[to] = slots()[to + 1];
-}
-
-unsigned int& UIntArray::operator[](unsigned int index) {
-    VXUT_CHECK_INDEX(index < m_length);
-    return slots()[index];
-}
-
-const unsigned int& UIntArray::operator[](unsigned int index) const {
-    VXUT_CHECK_INDEX(index < m_length);
-    return slots()[index];
 }
 
 void UIntArray::sort() {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "fw_KnownTokens.h"
 #include "ut_Array.h"
+#include "ut_Debug.h"
 #include "ut_Export.h"
 
 namespace utility {
@@ -26,19 +28,39 @@ public:
     ~UIntArray() override;
 
     /// Adds `value` at the end.
-    void Append(unsigned int value);
+    void Append(unsigned int value) {
+        const unsigned int length = m_length;
+        if (length < m_size && !Debug::isDebugOn(strings::TOKEN_UINT_ARRAY)) {
+            m_length = length + 1;
+            slots()[length] = value;
+        } else {
+            appendTraced(value);
+        }
+    }
     /// Inserts `value` before the element at `index`, or at the end if `index == length()`.
     /// Throws code 1229 if `index > length()`.
     void InsertAt(unsigned int index, unsigned int value);
     /// Replaces the element at `index`. Throws code 1229 if `index >= length()`.
-    void SetAt(unsigned int index, unsigned int value);
+    void SetAt(unsigned int index, unsigned int value) {
+        if (index >= m_length)
+            failIndex("void utility::UIntArray::SetAt(unsigned int, unsigned int)");
+        slots()[index] = value;
+    }
     /// Removes the element at `index`; the elements after it move down by one. Throws code 1229 if `index >= length()`.
     void DeleteAt(unsigned int index);
     /// Returns a reference to the element at `index`, valid until the array grows or is destroyed. Throws code 1229 if
     /// `index >= length()`.
-    unsigned int& operator[](unsigned int index);
+    unsigned int& operator[](unsigned int index) {
+        if (index >= m_length)
+            failIndex("unsigned int& utility::UIntArray::operator[](unsigned int)");
+        return slots()[index];
+    }
     /// Does the same for a const array.
-    const unsigned int& operator[](unsigned int index) const;
+    const unsigned int& operator[](unsigned int index) const {
+        if (index >= m_length)
+            failIndex("const unsigned int& utility::UIntArray::operator[](unsigned int) const");
+        return slots()[index];
+    }
 
     /// Sorts the elements in ascending order.
     void sort() override;
@@ -46,6 +68,11 @@ public:
     static int compare(const void* left, const void* right);
 
 private:
+    /// Throws code 1229 for `function`, the signature text of an operation.
+    [[noreturn]] static void failIndex(const char* function);
+    /// Does what `Append` does, with the traces, and grows the array if it is full.
+    void appendTraced(unsigned int value);
+
     unsigned int* slots() const {
         return static_cast<unsigned int*>(m_block);
     }

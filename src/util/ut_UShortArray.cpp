@@ -5,6 +5,7 @@
 #include "fw_KnownStrings.h"
 #include "fw_KnownTokens.h"
 #include "internal/ut_Failure.h"
+#include "internal/ut_SlotMoves.h"
 #include "internal/ut_Trace.h"
 
 namespace utility {
@@ -21,11 +22,16 @@ UShortArray::~UShortArray() {
     freeBlock();
 }
 
-void UShortArray::Append(unsigned short value) {
+void UShortArray::failIndex(const char* function) {
+    VXUT_THROW_AS(function, FAILURE_INDEX, "");
+}
+
+void UShortArray::appendTraced(unsigned short value) {
+    constexpr const char* function = "void utility::UShortArray::Append(short unsigned int)";
     if (Debug::isDebugOn(strings::TOKEN_USHORT_ARRAY))
-        VXUT_LOG(framework::Logger::LOG_ENTER, "%d", value);
+        VXUT_LOG_AS(function, framework::Logger::LOG_ENTER, "%d", value);
     growBlock(sizeof(unsigned short));
-    VXUT_TRACE(TOKEN_USHORT_ARRAY, "Appending [%d] at %d", value, m_length);
+    VXUT_TRACE_AS(function, TOKEN_USHORT_ARRAY, "Appending [%d] at %d", value, m_length);
     slots()[m_length] = value;
     ++m_length;
 }
@@ -34,20 +40,19 @@ void UShortArray::InsertAt(unsigned int index, unsigned short value) {
     if (Debug::isDebugOn(strings::TOKEN_USHORT_ARRAY))
         VXUT_LOG(framework::Logger::LOG_ENTER, "%d, %d", index, value);
     VXUT_CHECK_INDEX(index <= m_length);
-    growBlock(sizeof(unsigned short));
-    for (unsigned int to = m_length; to > index; --to) {
-        VXUT_TRACE(TOKEN_USHORT_ARRAY, "moving from %d to %d", to - 1, to);
-        slots()[to] = slots()[to - 1];
-    }
+    growIfFull(sizeof(unsigned short));
+    moveSlotsUp(slots(), index, m_length, Debug::isDebugOn(strings::TOKEN_USHORT_ARRAY), __PRETTY_FUNCTION__);
     VXUT_TRACE(TOKEN_USHORT_ARRAY, "setting %d = %d", index, value);
     slots()[index] = value;
     ++m_length;
 }
 
-void UShortArray::SetAt(unsigned int index, unsigned short value) {
+void UShortArray::setTraced(unsigned int index, unsigned short value) {
+    constexpr const char* function = "void utility::UShortArray::SetAt(unsigned int, short unsigned int)";
     if (Debug::isDebugOn(strings::TOKEN_USHORT_ARRAY))
-        VXUT_LOG(framework::Logger::LOG_ENTER, "%d, %d", index, value);
-    VXUT_CHECK_INDEX(index < m_length);
+        VXUT_LOG_AS(function, framework::Logger::LOG_ENTER, "%d, %d", index, value);
+    if (index >= m_length)
+        failIndex(function);
     slots()[index] = value;
 }
 
@@ -55,23 +60,8 @@ void UShortArray::DeleteAt(unsigned int index) {
     if (Debug::isDebugOn(strings::TOKEN_USHORT_ARRAY))
         VXUT_LOG(framework::Logger::LOG_ENTER, "%d", index);
     VXUT_CHECK_INDEX(index < m_length);
+    moveSlotsDown(slots(), index, m_length);
     --m_length;
-    for (unsigned int to = index; to < m_length; ++to)
-        slots()[to] = slots()[to + 1];
-}
-
-unsigned short& UShortArray::operator[](unsigned int index) {
-    VXUT_CHECK_INDEX(index < m_length);
-    return slots()[index];
-}
-
-const unsigned short& UShortArray::operator[](unsigned int index) const {
-    VXUT_CHECK_INDEX(index < m_length);
-    return slots()[index];
-}
-
-unsigned short UShortArray::ElementAt(unsigned int index) const {
-    return index < m_length ? slots()[index] : static_cast<unsigned short>(0);
 }
 
 unsigned int UShortArray::smallestFrom(unsigned int index) const {

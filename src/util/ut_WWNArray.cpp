@@ -2,6 +2,7 @@
 
 #include "fw_KnownStrings.h"
 #include "internal/ut_Failure.h"
+#include "internal/ut_SlotMoves.h"
 #include "internal/ut_Trace.h"
 #include "ut_WWN.h"
 
@@ -28,8 +29,12 @@ WWNArray::~WWNArray() {
     freeBlock();
 }
 
+void WWNArray::failIndex(const char* function) {
+    VXUT_THROW_AS(function, FAILURE_INDEX, "");
+}
+
 void WWNArray::Append(WWN* name) {
-    growBlock(slotWidth);
+    growIfFull(slotWidth);
     VXUT_TRACE(TOKEN_WWN_ARRAY, "Appending [%p] at %d", static_cast<void*>(name), m_length);
     slots()[m_length] = name;
     ++m_length;
@@ -38,36 +43,17 @@ void WWNArray::Append(WWN* name) {
 void WWNArray::InsertAt(unsigned int index, WWN* name) {
     VXUT_TRACE_ENTER(TOKEN_WWN_ARRAY);
     VXUT_CHECK_INDEX(index <= m_length);
-    growBlock(slotWidth);
-    for (unsigned int to = m_length; to > index; --to) {
-        VXUT_TRACE(TOKEN_WWN_ARRAY, "moving from %d to %d", to - 1, to);
-        slots()[to] = slots()[to - 1];
-    }
+    growIfFull(slotWidth);
+    moveSlotsUp(slots(), index, m_length, Debug::isDebugOn(strings::TOKEN_WWN_ARRAY), __PRETTY_FUNCTION__);
     VXUT_TRACE(TOKEN_WWN_ARRAY, "setting %d = %p", index, static_cast<void*>(name));
     slots()[index] = name;
     ++m_length;
 }
 
-void WWNArray::SetAt(unsigned int index, WWN* name) {
-    VXUT_CHECK_INDEX(index < m_length);
-    slots()[index] = name;
-}
-
 void WWNArray::DeleteAt(unsigned int index) {
     VXUT_CHECK_INDEX(index < m_length);
+    moveSlotsDown(slots(), index, m_length);
     --m_length;
-    for (unsigned int to = index; to < m_length; ++to)
-        slots()[to] = slots()[to + 1];
-}
-
-WWN*& WWNArray::operator[](unsigned int index) {
-    VXUT_CHECK_INDEX(index < m_length);
-    return slots()[index];
-}
-
-WWN* const& WWNArray::operator[](unsigned int index) const {
-    VXUT_CHECK_INDEX(index < m_length);
-    return slots()[index];
 }
 
 void WWNArray::Append(WWNArray& other) {

@@ -38,15 +38,27 @@ public:
     void InsertAt(unsigned int index, WWN* name);
     /// Replaces the element at `index` by `name`. The array takes ownership unless the call throws; ownership of the
     /// replaced element returns to the caller. Throws code 1229 if `index >= length()`.
-    void SetAt(unsigned int index, WWN* name);
+    void SetAt(unsigned int index, WWN* name) {
+        if (index >= m_length)
+            failIndex("void utility::WWNArray::SetAt(unsigned int, utility::WWN*)");
+        slots()[index] = name;
+    }
     /// Removes the element at `index` without deleting it and moves the elements after it down by one. Ownership
     /// returns to the caller. Throws code 1229 if `index >= length()`.
     void DeleteAt(unsigned int index);
     /// Returns a reference to the element at `index`, valid until the array grows or is destroyed. Throws code 1229 if
     /// `index >= length()`.
-    WWN*& operator[](unsigned int index);
+    WWN*& operator[](unsigned int index) {
+        if (index >= m_length)
+            failIndex("utility::WWN*& utility::WWNArray::operator[](unsigned int)");
+        return slots()[index];
+    }
     /// Does the same for a const array.
-    WWN* const& operator[](unsigned int index) const;
+    WWN* const& operator[](unsigned int index) const {
+        if (index >= m_length)
+            failIndex("utility::WWN* const& utility::WWNArray::operator[](unsigned int) const");
+        return slots()[index];
+    }
 
     /// Adds the pointers of `other` at the end, in order; appending an array to itself doubles it. The elements are not
     /// copied: callers rely on the pointers being shared. Remove each from one of the two places with `truncate` before
@@ -56,6 +68,9 @@ public:
     unsigned int Find(WWN* name) const;
 
 private:
+    /// Throws code 1229 for `function`, the signature text of an operation.
+    [[noreturn]] static void failIndex(const char* function);
+
     WWN** slots() const {
         return static_cast<WWN**>(m_block);
     }

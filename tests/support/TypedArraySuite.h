@@ -323,6 +323,16 @@ TYPED_TEST_P(TypedArray, BehavesAsAVectorUnderRandomOperations) {
     }
 }
 
+TYPED_TEST_P(TypedArray, BehavesAsAVectorAlsoWhileItsOperationsAreTraced) {
+    const test::DebugSwitch traced(TypeParam::traceSwitch);
+    test::RandomRun random;
+    for (const unsigned int capacity : {0u, 30u}) {
+        const test::LogCapture log;
+        test::ArrayModel<typename TypeParam::ArrayType, typename TypeParam::Value> model(random, capacity);
+        model.run(200, [&] { return this->randomItem(random); });
+    }
+}
+
 REGISTER_TYPED_TEST_SUITE_P(TypedArray, ACapacityOfZeroMeansTwenty, GrowsByTwentySlotsWhenFullAndKeepsItsElements,
                             KeepsExtremeAndNullValues, InsertAtMovesTheLaterElementsAndAppendsAtTheLength,
                             SetAtReplacesAndDeleteAtClosesTheGap, TheIndexOperatorReturnsAReferenceToTheSlot,
@@ -334,6 +344,6 @@ REGISTER_TYPED_TEST_SUITE_P(TypedArray, ACapacityOfZeroMeansTwenty, GrowsByTwent
                             TheDestructorFreesTheBlockAlsoThroughTheBaseClass,
                             WithoutMemoryConstructionAndAppendThrowAndChangeNothing,
                             WithoutMemoryInsertAtThrowsAndChangesNothing, OperationsThatNeedNoNewBlockDoNotAllocate,
-                            BehavesAsAVectorUnderRandomOperations);
+                            BehavesAsAVectorUnderRandomOperations, BehavesAsAVectorAlsoWhileItsOperationsAreTraced);
 
 } // namespace

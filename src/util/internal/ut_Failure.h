@@ -42,11 +42,17 @@ struct SourceFileName {
 #define VXUT_THROW(code, message) VXUT_THROW_FLAGGED(code, message, true)
 
 /// Does the same as `VXUT_THROW`, with the given flag, which is false only for invalid dates.
-#define VXUT_THROW_FLAGGED(code, message, flag)                                                                        \
+#define VXUT_THROW_FLAGGED(code, message, flag) VXUT_THROW_FLAGGED_AS(__PRETTY_FUNCTION__, code, message, flag)
+
+/// Does what `VXUT_THROW` does, with the signature text `function`, for helpers that throw on behalf of a public
+/// operation.
+#define VXUT_THROW_AS(function, code, message) VXUT_THROW_FLAGGED_AS(function, code, message, true)
+
+/// Does what `VXUT_THROW_AS` does, with the given flag.
+#define VXUT_THROW_FLAGGED_AS(function, code, message, flag)                                                           \
     do {                                                                                                               \
         static constexpr ::utility::SourceFileName sourceFileName(__FILE__);                                           \
-        ::utility::throwFailure(::framework::Exception::code, sourceFileName.text, __LINE__, __PRETTY_FUNCTION__,      \
-                                message, flag);                                                                        \
+        ::utility::throwFailure(::framework::Exception::code, sourceFileName.text, __LINE__, function, message, flag); \
     } while (false)
 
 /// Throws FAILURE_INDEX from the current line unless `condition`, such as `index < m_length`, is true.

@@ -28,6 +28,27 @@ struct DerivedBuffer : Buffer {
                   &VirtualGetStream::setWaitForData, &VirtualGetStream::setTrace, &VirtualGetStream::received,
                   &VirtualPutStream::setHoldOutput, &VirtualPutStream::setTrace, &VirtualPutStream::transferred);
 
+template<typename Value, typename ArrayType>
+constexpr auto elementMembers() {
+    return std::tuple(static_cast<Value& (ArrayType::*)(unsigned int)>(&ArrayType::operator[]),
+                      static_cast<const Value& (ArrayType::*)(unsigned int) const>(&ArrayType::operator[]),
+                      &ArrayType::SetAt);
+}
+
+template<typename Value, typename ArrayType>
+constexpr auto numberMembers() {
+    return std::tuple_cat(elementMembers<Value, ArrayType>(), std::tuple(&ArrayType::Append));
+}
+
+[[gnu::used]] constexpr std::tuple
+    arrayMembers(numberMembers<short, ShortArray>(), numberMembers<unsigned short, UShortArray>(),
+                 numberMembers<int, IntArray>(), numberMembers<unsigned int, UIntArray>(),
+                 numberMembers<int64_t, Int64Array>(), numberMembers<unsigned long long, UInt64Array>(),
+                 elementMembers<framework::Item*, ItemArray>(), elementMembers<PortAddress*, PortAddressArray>(),
+                 elementMembers<SerialNumber*, SerialNumberArray>(), elementMembers<stringtoken, TokenArray>(),
+                 elementMembers<WWN*, WWNArray>(), elementMembers<char*, StringArray>(), &PortAddressArray::ElementAt,
+                 &ShortArray::ElementAt, &StringArray::ElementAt, &UShortArray::ElementAt);
+
 [[gnu::used]] constexpr std::tuple
     containerMembers(&Array::length, &Array::size, &List::ListEntry::element, &List::ListEntry::previous,
                      &List::ListEntry::next, &Map::count, &Map::setPlacementTrace, &MapEntity::count,
