@@ -2,13 +2,19 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <deque>
 #include <memory>
 #include <vector>
 
 #include "CountingMemory.h"
 #include "ExpectFailure.h"
+#include "RandomRun.h"
+#include "ut_BufferStreamList.h"
+#include "ut_BufferStreamQueue.h"
 
 namespace {
 
@@ -18,6 +24,15 @@ using Chain = std::vector<const BufferStreamElement*>;
 static_assert(sizeof(BufferStreamElement::m_userValue) == 8 && sizeof(BufferStreamElement::m_userWord1) == 4 &&
                   sizeof(BufferStreamElement::m_userWord2) == 4,
               "owners rely on the widths");
+
+// Callers compile the places of their own members into their programs.
+struct AfterBuffer : utility::Buffer {
+    char first = 0;
+};
+constexpr bool is64Bit = sizeof(void*) == 8;
+static_assert(sizeof(AfterBuffer) == sizeof(utility::Buffer) && sizeof(utility::Buffer) == (is64Bit ? 40 : 28),
+              "the buffer's last bytes stay free for derived classes");
+static_assert(sizeof(BufferStreamElement) == (is64Bit ? 96 : 72), "the size stays");
 
 Chain chainFrom(const BufferStreamElement* first) {
     Chain chain;
@@ -222,6 +237,155 @@ TEST_F(BufferStreamElementTest, RemoveOfNullOrAForeignElementChangesNothing) {
     EXPECT_EQ(b.Remove(&a), &b);
     EXPECT_EQ(chainFrom(&a), (Chain{&a, &b}));
     EXPECT_EQ(chainFrom(&c), (Chain{&c, &d}));
+}
+
+// What the operations do, said with plain walks over the chains.
+class PlainChains {
+public:
+    static constexpr int none = -1;
+
+    explicit PlainChains(int count) : m_next(static_cast<std::size_t>(count), none) {}
+
+    int& next(int element) {
+        return m_next[static_cast<std::size_t>(element)];
+    }
+    bool leadsTo(int from, int element) {
+        while (from != none && from != element)
+            from = next(from);
+        return from != none;
+    }
+    bool isLinked(int element) const {
+        return std::find(m_next.begin(), m_next.end(), element) != m_next.end();
+    }
+    void append(int first, int element) {
+        if (leadsTo(first, element))
+            return;
+        while (next(first) != none)
+            first = next(first);
+        next(first) = element;
+        next(element) = none;
+    }
+    int insert(int first, int element) {
+        if (leadsTo(first, element))
+            return first;
+        next(element) = first;
+        return element;
+    }
+    int remove(int first, int element) {
+        int result = first;
+        if (first == element) {
+            result = next(first);
+            next(first) = none;
+        } else {
+            while (next(first) != none && next(first) != element)
+                first = next(first);
+            if (next(first) == element) {
+                next(first) = next(element);
+                next(element) = none;
+            }
+        }
+        return result;
+    }
+
+private:
+    std::vector<int> m_next;
+};
+
+TEST(BufferStreamElement, RandomOperationsDoWhatPlainWalksDo) {
+    constexpr int count = 6;
+    test::RandomRun random;
+    PlainChains plain(count);
+    std::vector<std::unique_ptr<BufferStreamElement>> elements(count);
+    const auto at = [&](int number) {
+        return number == PlainChains::none ? nullptr : elements[static_cast<std::size_t>(number)].get();
+    };
+    for (auto& element : elements)
+        element = std::make_unique<BufferStreamElement>(0, nullptr);
+
+    while (random.steps(50000)) {
+        const int first = static_cast<int>(random.below(count));
+        const int other = static_cast<int>(random.below(count));
+        switch (random.below(6)) {
+        case 0:
+        case 1:
+            at(first)->Append(at(other));
+            plain.append(first, other);
+            break;
+        case 2:
+            ASSERT_EQ(at(first)->Insert(at(other)), at(plain.insert(first, other)));
+            break;
+        case 3:
+        case 4:
+            ASSERT_EQ(at(first)->Remove(at(other)), at(plain.remove(first, other)));
+            break;
+        default:
+            // Two elements can be created with the same next one.
+            if (first != other && !plain.isLinked(first)) {
+                elements[static_cast<std::size_t>(first)] = std::make_unique<BufferStreamElement>(0, at(other));
+                plain.next(first) = other;
+                if (plain.leadsTo(other, first))
+                    FAIL() << "a ring in the plain chains";
+            }
+        }
+        for (int number = 0; number < count; ++number)
+            ASSERT_EQ(at(number)->Next(), at(plain.next(number))) << number;
+    }
+}
+
+TEST(BufferStreamElement, AQueueAndAPoolExchangeElementsAndRefuseTheirOwn) {
+    constexpr std::size_t count = 6;
+    test::RandomRun random;
+    utility::BufferStreamList pool(count, 0);
+    utility::BufferStreamQueue queue;
+    std::deque<BufferStreamElement*> pooled;
+    std::deque<BufferStreamElement*> queued;
+    while (BufferStreamElement* const element = pool.Allocate()) {
+        queue.enQueue(element);
+        queued.push_back(element);
+    }
+    while (random.steps(20000)) {
+        if (random.below(2) == 0 && !queued.empty()) {
+            BufferStreamElement* const element = queue.deQueue();
+            ASSERT_EQ(element, queued.front());
+            queued.pop_front();
+            if (random.below(2) == 0) {
+                pool.Insert(element);
+                pooled.push_front(element);
+            } else {
+                pool.Append(element);
+                pooled.push_back(element);
+            }
+        } else if (!pooled.empty()) {
+            const std::size_t place = random.below(static_cast<unsigned int>(pooled.size()));
+            BufferStreamElement* const element = pooled[place];
+            if (place == 0 && random.below(2) == 0)
+                ASSERT_EQ(pool.Allocate(), element);
+            else
+                pool.Remove(element);
+            pooled.erase(pooled.begin() + static_cast<std::ptrdiff_t>(place));
+            if (random.below(2) == 0) {
+                queue.reQueue(element);
+                queued.push_front(element);
+            } else {
+                queue.enQueue(element);
+                queued.push_back(element);
+            }
+        }
+        for (BufferStreamElement* const element : pooled) {
+            pool.Insert(element);
+            pool.Append(element);
+        }
+        for (BufferStreamElement* const element : queued) {
+            queue.enQueue(element);
+            queue.reQueue(element);
+        }
+        ASSERT_EQ(pool.Count(), static_cast<int>(pooled.size()));
+        ASSERT_EQ(queue.Count(), static_cast<int>(queued.size()));
+        for (std::size_t place = 1; place < pooled.size(); ++place)
+            ASSERT_EQ(pooled[place - 1]->Next(), pooled[place]);
+        for (std::size_t place = 1; place < queued.size(); ++place)
+            ASSERT_EQ(queued[place - 1]->Next(), queued[place]);
+    }
 }
 
 } // namespace

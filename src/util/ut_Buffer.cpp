@@ -41,7 +41,14 @@ int partialCharacterLength(const char* text, int length) {
 } // namespace
 
 Buffer::Buffer()
-    : m_kind(STORAGE_NONE), m_size(0), m_storage(nullptr), m_head(0), m_tail(0), m_noThrow(false), m_terminated(true) {}
+    : m_kind(STORAGE_NONE),
+      m_size(0),
+      m_storage(nullptr),
+      m_head(0),
+      m_tail(0),
+      m_noThrow(false),
+      m_terminated(true),
+      m_links(0) {}
 
 Buffer::~Buffer() {
     if (m_storage == nullptr)

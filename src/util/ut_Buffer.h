@@ -188,13 +188,17 @@ protected:
     VXUT_HIDDEN bool putDirectly(const char* text, int nuls);
 
 private:
+    friend class BufferStreamElement;
+
     StorageKind m_kind;
     int m_size;
     char* m_storage;
     int m_head;
     int m_tail;
     bool m_noThrow;
-    bool m_terminated; // the storage has one byte more than the capacity
+    // Bits of one byte, because the members of a derived class can begin at the next one.
+    bool m_terminated : 1;     // the storage has one byte more than the capacity
+    unsigned char m_links : 2; // the links to this `BufferStreamElement`; 2 means two or more
 };
 
 } // namespace utility

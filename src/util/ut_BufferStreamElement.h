@@ -48,9 +48,17 @@ public:
     BufferStreamElement* Remove(BufferStreamElement* e);
 
 private:
+    friend class BufferStreamList;
     friend class BufferStreamQueue;
 
     bool leadsTo(const BufferStreamElement* e) const;
+    /// Links `e` after this element, in place of the element after it.
+    VXUT_HIDDEN void linkTo(BufferStreamElement* e);
+    /// Counts a link to this element that was removed.
+    VXUT_HIDDEN void linkRemoved();
+    /// Unlinks this element, the first of a chain, and returns the next one, or null. For owners of a chain: unlike
+    /// `Remove`, it changes the next element, which must exist.
+    VXUT_HIDDEN BufferStreamElement* takeFirst();
 };
 
 } // namespace utility

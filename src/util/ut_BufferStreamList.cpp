@@ -48,7 +48,7 @@ void BufferStreamList::Insert(BufferStreamElement* e) {
 
 void BufferStreamList::Remove(BufferStreamElement* e) {
     if (m_head != nullptr)
-        m_head = m_head->Remove(e);
+        m_head = e == m_head ? m_head->takeFirst() : m_head->Remove(e);
 }
 
 int BufferStreamList::Count() const {
@@ -61,7 +61,7 @@ int BufferStreamList::Count() const {
 BufferStreamElement* BufferStreamList::Allocate() {
     BufferStreamElement* element = m_head;
     if (element != nullptr)
-        m_head = element->Remove(element);
+        m_head = element->takeFirst();
     return element;
 }
 

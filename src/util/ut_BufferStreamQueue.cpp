@@ -20,7 +20,7 @@ void BufferStreamQueue::enQueue(BufferStreamElement* e) {
         return;
     e->m_next = nullptr;
     if (m_tail != nullptr) {
-        m_tail->m_next = e;
+        m_tail->linkTo(e);
     } else {
         m_head = e;
     }
@@ -32,8 +32,7 @@ BufferStreamElement* BufferStreamQueue::deQueue() {
     BufferStreamElement* element = m_head;
     if (element == nullptr)
         return nullptr;
-    m_head = element->m_next;
-    element->m_next = nullptr;
+    m_head = element->takeFirst();
     if (m_head == nullptr)
         m_tail = nullptr;
     --m_count;
@@ -44,9 +43,12 @@ void BufferStreamQueue::reQueue(BufferStreamElement* e) {
     // Inserting a queued element again would make the queue circular.
     if (e == nullptr || holds(e))
         return;
-    e->m_next = m_head;
-    if (m_head == nullptr)
+    e->m_next = nullptr;
+    if (m_head != nullptr) {
+        e->linkTo(m_head);
+    } else {
         m_tail = e;
+    }
     m_head = e;
     ++m_count;
 }

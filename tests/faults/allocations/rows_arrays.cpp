@@ -139,7 +139,7 @@ std::vector<Row> pointerRows(const std::string& name) {
         {name + ": index out of range", "same bad_alloc",
          [](Trial& trial) {
              Array array(1);
-             trial.run([&] { array.DeleteAt(0); });
+             trial.run([&] { array.SetAt(0, nullptr); });
              FAULTS_EXPECT(array.length() == 0);
          }},
         {name + ": what allocates nothing", ALLOCATES_NOTHING,
