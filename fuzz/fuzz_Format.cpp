@@ -101,6 +101,12 @@ std::string prefix(Bytes& in, const char* flags) {
     return text;
 }
 
+// Returns a '%' with a flag and a width.
+std::string alignment(Bytes& in) {
+    const std::string text = in.flag() ? "%-" : "%";
+    return in.flag() ? text + std::to_string(in.below(100) + 1) : text;
+}
+
 template<typename... Arguments>
 void extend(Bytes& in, std::string format, Arguments... arguments);
 
@@ -115,7 +121,7 @@ void addInteger(Bytes& in, const std::string& format, const char* length, Argume
 
 template<typename... Arguments>
 void addConversion(Bytes& in, const std::string& format, Arguments... arguments) {
-    const unsigned int kind = in.below(8);
+    const unsigned int kind = in.below(10);
     if (kind < 2) {
         const char* const lengths[] = {"", "h", "hh"};
         addInteger<int>(in, format, lengths[in.below(3)], arguments...);
@@ -131,9 +137,14 @@ void addConversion(Bytes& in, const std::string& format, Arguments... arguments)
     } else if (kind == 6) {
         extend(in, format + "%*.*d", arguments..., static_cast<int>(in.number<std::int8_t>()),
                static_cast<int>(in.number<std::int8_t>()), in.number<int>());
+    } else if (kind == 7) {
+        addInteger<std::size_t>(in, format, "z", arguments...);
+    } else if (kind == 8) {
+        extend(in, format + alignment(in) + 'c', arguments..., in.number<int>());
     } else {
         const std::string value = in.text(30);
-        extend(in, format + prefix(in, "-") + 's', arguments..., value.c_str());
+        const char* const text = in.below(16) == 1 ? nullptr : value.c_str();
+        extend(in, format + prefix(in, "-") + 's', arguments..., text);
     }
 }
 

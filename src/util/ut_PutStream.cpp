@@ -7,6 +7,7 @@
 
 #include "fw_Logger.h"
 #include "internal/ut_Failure.h"
+#include "internal/ut_Format.h"
 #include "internal/ut_OwnPositions.h"
 #include "ut_FileOutputStream.h"
 #include "ut_IntArray.h"
@@ -152,8 +153,8 @@ int PutStream::formatAtHead(int remaining, const char* format, va_list arguments
     if (format == nullptr)
         return 0;
     if (!isTerminable())
-        return std::vsnprintf(nullptr, 0, format, arguments);
-    return std::vsnprintf(pHead(), static_cast<std::size_t>(boundedRoom(remaining)) + 1, format, arguments);
+        return formatText(nullptr, 0, format, arguments);
+    return formatText(pHead(), static_cast<std::size_t>(boundedRoom(remaining)) + 1, format, arguments);
 }
 
 bool PutStream::advanceFormatted(int wrote, int remaining) {
