@@ -1,12 +1,10 @@
 // The twenty hottest operations, each repeated in `measured_loop`, where scripts/lib/instructions.py counts
 // instructions.
 //
-//   instructions               runs every operation and prints its name
-//   instructions NAME COUNT    runs one operation COUNT times
+//   instructions [COUNT]    repeats each operation COUNT times and prints its name and COUNT
 
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <functional>
 #include <utility>
 #include <vector>
@@ -199,17 +197,13 @@ private:
 
 int main(int argc, char** argv) {
     setenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3", 1);
-    const char* const only = argc > 2 ? argv[1] : nullptr;
-    const long count = argc > 2 ? std::strtol(argv[2], nullptr, 10) : REPETITIONS;
+    const long count = argc > 1 ? std::strtol(argv[1], nullptr, 10) : REPETITIONS;
     Operations operations;
     for (const auto& [name, operation] : operations.all()) {
-        if (only != nullptr && std::strcmp(only, name) != 0)
-            continue;
         for (long number = 0; number < WARM_UP; ++number)
             operation();
         measured_loop(operation, count);
-        if (only == nullptr)
-            std::printf("%s %ld\n", name, count);
+        std::printf("%s %ld\n", name, count);
     }
     return 0;
 }

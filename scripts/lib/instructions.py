@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
 """Counts the instructions of the hottest operations and compares the counts with the kept ones.
 
-    instructions.py PROGRAM [--update]
+    instructions.py PROGRAM ARM_PROGRAM [--update]
 
-PROGRAM is built from bench/instructions.cpp. Fails if an operation needs more than 3 % more instructions than
+Both programs are built from bench/instructions.cpp, the second for 32-bit ARM. Fails if an operation needs more than 3 % more instructions than
 bench/instructions.txt says; --update writes that file. The counts depend on the compiler and the C library: with others
 than those in the file, nothing is compared, and the reason is printed.
 """
@@ -21,9 +21,16 @@ MOST = 1.03
 ENVIRONMENT = {"PATH": "/usr/bin:/bin", "GLIBC_TUNABLES": "glibc.cpu.hwcaps=-AVX,-AVX2,-AVX512F,-AVX512VL,-ERMS,-FSRM"}
 
 
+ARM_REPETITIONS = 100
+
+
+def version_of(compiler):
+    return subprocess.run([compiler, "-dumpfullversion"], check=True, capture_output=True, text=True).stdout.strip()
+
+
 def tools():
-    compiler = subprocess.run(["g++", "-dumpfullversion"], check=True, capture_output=True, text=True).stdout.strip()
-    return f"{platform.machine()}, g++ {compiler}, {' '.join(platform.libc_ver())}"
+    return (f"{platform.machine()}: g++ {version_of('g++')}; arm: g++ {version_of('arm-linux-gnueabihf-g++')}; "
+            f"{' '.join(platform.libc_ver())}")
 
 
 def count(program):
@@ -43,39 +50,66 @@ def count(program):
         return counts
 
 
+def count_arm(program):
+    """Does the same for ARM: qemu writes a line for each instruction, which ends with the name of the function."""
+    totals, counting = [], False
+    command = ["qemu-arm", "-singlestep", "-d", "exec,nochain", program, str(ARM_REPETITIONS)]
+    with tempfile.TemporaryFile() as names:
+        with subprocess.Popen(command, stdout=names, stderr=subprocess.PIPE, env=ENVIRONMENT) as run:
+            for line in run.stderr:
+                if line.endswith(b" measured_loop\n"):
+                    if not counting:
+                        totals.append(0)
+                    counting = True
+                elif line.endswith(b" main\n"):
+                    counting = False
+                if counting:
+                    totals[-1] += 1
+        if run.returncode != 0:
+            sys.exit(f"{program}: exit code {run.returncode}")
+        names.seek(0)
+        operations = [line.split()[0] for line in names.read().decode().splitlines()]
+    return {name: total / ARM_REPETITIONS for name, total in zip(operations, totals, strict=True)}
+
+
 def read_kept():
-    """Returns the tools in the first line, and the counts."""
+    """Returns the tools in the first line, and the counts of both platforms."""
     lines = KEPT.read_text().splitlines()
-    return lines[0].removeprefix("# "), {name: float(value) for name, value in map(str.split, lines[1:])}
+    return lines[0].removeprefix("# "), {name: (float(own), float(arm)) for name, own, arm in map(str.split, lines[1:])}
+
+
+def is_within(name, value, before):
+    """Reports a count that differs from the kept one; returns whether it is small enough."""
+    if value > MOST * before:
+        print(f"{name}: {value:.1f} instructions, {value / before - 1:.1%} more than the {before:.1f} kept")
+        return False
+    if value * MOST < before:
+        print(f"{name}: {value:.1f} instructions, less than the {before:.1f} kept: use --update")
+    return True
 
 
 def main():
-    program = sys.argv[1]
-    if "--update" in sys.argv[2:]:
-        counts = count(program)
-        KEPT.write_text(f"# {tools()}\n" + "".join(f"{name} {value:.1f}\n" for name, value in counts.items()))
+    program, arm_program = sys.argv[1:3]
+    update = "--update" in sys.argv[3:]
+    if not update:
+        kept_tools, kept = read_kept()
+        if tools() != kept_tools:
+            print(f"skipped: instructions: the kept counts are for {kept_tools}, and this is {tools()}")
+            return 0
+    counts, arm_counts = count(program), count_arm(arm_program)
+    if update:
+        KEPT.write_text(f"# {tools()}\n" +
+                        "".join(f"{name} {value:.1f} {arm_counts[name]:.1f}\n" for name, value in counts.items()))
         print(f"kept the counts of {len(counts)} operations")
         return 0
 
-    kept_tools, kept = read_kept()
-    if tools() != kept_tools:
-        print(f"skipped: instructions: the kept counts are for {kept_tools}, and this is {tools()}")
-        return 0
-    counts = count(program)
-    failed = [name for name in kept if name not in counts]
-    for name in failed:
-        print(f"{name}: not counted")
-    for name, value in counts.items():
-        before = kept.get(name)
-        if before is None:
-            print(f"{name}: {value:.1f}, which is not kept: use --update")
-            failed.append(name)
-        elif value > MOST * before:
-            print(f"{name}: {value:.1f} instructions, {value / before - 1:.1%} more than the {before:.1f} kept")
-            failed.append(name)
-        elif value * MOST < before:
-            print(f"{name}: {value:.1f} instructions, less than the {before:.1f} kept: use --update")
-    print(f"{len(counts)} operations counted, {len(failed)} failed")
+    failed = len(set(kept) ^ set(counts))
+    for name in sorted(set(kept) ^ set(counts)):
+        print(f"{name}: only kept or only counted: use --update")
+    for name in (name for name in kept if name in counts):
+        failed += not is_within(name, counts[name], kept[name][0])
+        failed += not is_within(f"{name} on ARM", arm_counts[name], kept[name][1])
+    print(f"{len(counts)} operations counted on both platforms, {failed} failed")
     return 1 if failed else 0
 
 

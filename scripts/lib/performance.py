@@ -32,6 +32,7 @@ FRONT_PAGE = [
     ("UTF-8 check, mixed, 64 KiB", "g_utf8_validate"),
 ]
 START_RUNS = 101
+LARGEST_FRAMES = 12
 
 
 def output_of(*command, **options):
@@ -101,7 +102,7 @@ def growth_table(points):
 def plot(points):
     """Returns an SVG image with one panel for each series; both axes are logarithmic."""
     width, height, columns = 300, 210, 3
-    left, right, top, bottom = 52, 12, 40, 34
+    left, right, top, bottom = 52, 28, 40, 34
     series = points_by_series(points)
     rows = math.ceil(len(series) / columns)
     parts = [f'<svg xmlns="http://www.w3.org/2000/svg" width="{columns * width}" height="{rows * height}" '
@@ -120,8 +121,8 @@ def plot(points):
             return f"{x:.1f}", f"{y:.1f}"
 
         parts.append(f'<text x="{x0 + 8}" y="{y0 + 14}" font-weight="bold">{escape(name)}</text>')
-        parts.append(f'<text x="{x0 + 8}" y="{y0 + 28}"><tspan fill="#0050b0">ours</tspan>'
-                     f'<tspan dx="8" fill="#b05000">{escape(peer)}</tspan></text>')
+        parts.append(f'<text x="{x0 + 8}" y="{y0 + 28}" fill="#0050b0">ours</text>')
+        parts.append(f'<text x="{x0 + 40}" y="{y0 + 28}" fill="#b05000">{escape(peer)}</text>')
         for exponent in range(low_y, high_y + 1):
             begin, end = place(values[0][0], 10.0 ** exponent), place(values[-1][0], 10.0 ** exponent)
             parts.append(f'<path d="M{begin[0]},{begin[1]}H{end[0]}" stroke="#dddddd"/>')
@@ -192,6 +193,30 @@ def libraries_table(build):
     return lines
 
 
+def stack_table(build):
+    """Lists the functions of the libraries with the largest stack frames, as the compiler reports them."""
+    frames = {}
+    for folder in ("src", "framework"):
+        for report in (build / folder).rglob("*.su"):
+            for line in report.read_text().splitlines():
+                place, size, kind = line.split("\t")
+                function = place.split(":", 3)[3]
+                frames[function] = max(frames.get(function, (0, "")), (int(size), kind))
+    largest = sorted(frames.items(), key=lambda item: (-item[1][0], item[0]))[:LARGEST_FRAMES]
+    lines = ["| function | bytes of stack |", "| --- | ---: |"]
+    lines += [f"| `{function}` | {size:,}{' and more' if kind == 'dynamic' else ''} |"
+              for function, (size, kind) in largest]
+    return lines
+
+
+def instructions_table():
+    lines = ["| operation | x86-64 | 32-bit ARM |", "| --- | ---: | ---: |"]
+    for line in (ROOT / "bench/instructions.txt").read_text().splitlines()[1:]:
+        name, own, arm = line.split()
+        lines.append(f"| `{name}` | {float(own):,.0f} | {float(arm):,.0f} |")
+    return lines
+
+
 def objects_table(objects):
     lines = ["| class | bytes |", "| --- | ---: |"]
     lines += [f"| `{name}` | {size} |" for name, size in objects]
@@ -224,7 +249,11 @@ def main():
              f"{limited} of {len(rows)} rows have a limit; {missed} of these {limited} miss it.", "", *rows_table(rows),
              "", "## Growth", "", "Time for one operation, or for each element or byte.", "",
              "![Time of each operation at four sizes](performance.svg)", "", *growth_table(results["point"]), "",
-             "## Size and start", "", *libraries_table(build), "", "## Objects", "", *objects_table(results["object"])]
+             "## Size and start", "", *libraries_table(build), "", "## Stack", "",
+             "The largest frames; a call also needs those of the functions that it calls.", "", *stack_table(build), "",
+             "## Instructions", "",
+             "For one call, as `./scripts/test instructions` counts them, with those of the loop around it.", "",
+             *instructions_table(), "", "## Objects", "", *objects_table(results["object"])]
     (ROOT / "docs/performance.svg").write_text(plot(results["point"]))
     replace_measured(ROOT / "docs/performance.md", lines)
     replace_measured(ROOT / "README.md", front_page(rows))
