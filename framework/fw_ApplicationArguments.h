@@ -1,6 +1,7 @@
 #pragma once
 
 #include "fw_Export.h"
+
 #include "ut_Arguments.h"
 
 namespace framework {
@@ -28,7 +29,7 @@ public:
     /// Returns the words of the object constructed last, which owns them. Returns null if no object was constructed or
     /// that object was destroyed.
     VXFW_EXPORT static utility::Arguments* getArgs() {
-        return m_singleton ? &m_singleton->m_arguments : nullptr;
+        return m_singleton != nullptr ? &m_singleton->m_arguments : nullptr;
     }
 
     /// The object that `getArgs` uses, or null. Only the constructor and the destructor set it.

@@ -2,10 +2,10 @@
 
 #include "fw_Container.h"
 
+#include <cstdlib>
+
 #include <pthread.h>
 #include <signal.h>
-
-#include <cstdlib>
 
 namespace framework {
 
@@ -45,7 +45,7 @@ void Container::dumpApplication(int sig) {
 }
 
 void Container::shutdownApplication(bool clean) {
-    if (m_pMe)
+    if (m_pMe != nullptr)
         m_pMe->shutdown(clean);
     else
         std::exit(clean ? EXIT_SUCCESS : EXIT_FAILURE);

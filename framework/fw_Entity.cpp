@@ -11,8 +11,8 @@ namespace framework {
 
 namespace {
 
-const char noMessage[] = "";
-const char messageWithoutMemory[] = "No memory was left for the error text";
+constexpr char noMessage[] = "";
+constexpr char messageWithoutMemory[] = "No memory was left for the error text";
 
 } // namespace
 
@@ -40,9 +40,9 @@ void Entity::ClearError() {
 }
 
 void Entity::setResources() {
-    if (m_memory)
+    if (m_memory != nullptr)
         return;
-    if (!m_pool)
+    if (m_pool == nullptr)
         m_pool = new (std::nothrow) FSUMemory(2048, 20);
     m_memory = m_pool;
 }
@@ -56,9 +56,9 @@ void Entity::setError(const char* format, ...) {
 
 void Entity::setErrorFrom(const char* format, va_list arguments) {
     // Format before freeing the old text, which may be one of the arguments.
-    const char* text = formatText(format ? format : noMessage, arguments, Memory::StaticAlloc);
+    const char* text = formatText(format != nullptr ? format : noMessage, arguments, Memory::StaticAlloc);
     dropErrorMessage();
-    m_errorMessage = text ? text : messageWithoutMemory;
+    m_errorMessage = text != nullptr ? text : messageWithoutMemory;
     m_inError = 1;
 }
 
@@ -74,13 +74,13 @@ void Entity::setMemory(Memory* memory) {
 }
 
 void* Entity::Alloc(unsigned long size) const {
-    return m_memory ? m_memory->allocate(size) : Memory::StaticAlloc(size);
+    return m_memory != nullptr ? m_memory->allocate(size) : Memory::StaticAlloc(size);
 }
 
 void Entity::Free(const void* piece) const {
-    if (!piece)
+    if (piece == nullptr)
         return;
-    if (m_memory)
+    if (m_memory != nullptr)
         m_memory->release(piece);
     else
         Memory::StaticFree(piece);

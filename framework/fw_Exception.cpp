@@ -8,7 +8,7 @@ namespace {
 
 template<std::size_t size>
 void copyCut(char (&target)[size], const char* text) {
-    if (text)
+    if (text != nullptr)
         std::memcpy(target, text, strnlen(text, size - 1));
 }
 
@@ -29,7 +29,7 @@ const char* Exception::what() const noexcept {
 
 const char* Exception::file() const {
     const char* text = strings::StringRepository::toString(m_words[1]);
-    return text ? text : "";
+    return text != nullptr ? text : "";
 }
 
 } // namespace framework

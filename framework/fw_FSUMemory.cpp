@@ -16,7 +16,7 @@ struct alignas(std::max_align_t) FSUMemory::Block {
 
     static Block* make(unsigned long size) {
         void* storage = StaticAlloc(sizeof(Block) + size);
-        if (!storage)
+        if (storage == nullptr)
             return nullptr;
         return new (storage) Block{nullptr, static_cast<char*>(storage) + sizeof(Block), size};
     }
@@ -56,14 +56,14 @@ void* FSUMemory::Alloc(unsigned long size) {
     if (size > largestPiece)
         return nullptr;
     size = aligned(size > 0 ? size : 1);
-    if (m_blocks && size <= m_blocks->room)
+    if (m_blocks != nullptr && size <= m_blocks->room)
         return m_blocks->take(size);
     const bool ownBlock = size > m_blockSize;
-    const unsigned int blockSize = m_blocks ? m_blockSize : std::min(m_blockSize, firstBlock);
+    const unsigned int blockSize = m_blocks != nullptr ? m_blockSize : std::min(m_blockSize, firstBlock);
     Block* block = Block::make(std::max(size, aligned(blockSize)));
-    if (!block)
+    if (block == nullptr)
         return nullptr;
-    if (ownBlock && m_blocks) {
+    if (ownBlock && m_blocks != nullptr) {
         // Insert after the current block, which still has space for smaller pieces.
         block->next = m_blocks->next;
         m_blocks->next = block;
@@ -83,7 +83,7 @@ char* FSUMemory::AllocString(const char* text, unsigned int length) {
 }
 
 void FSUMemory::reset() {
-    while (m_blocks) {
+    while (m_blocks != nullptr) {
         Block* block = m_blocks;
         m_blocks = block->next;
         StaticFree(block);

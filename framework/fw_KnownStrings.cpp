@@ -185,11 +185,11 @@ const char* knownText(stringtoken token) {
 
 } // namespace strings
 
-const char* const pGSArguments = strings::textArguments;
-const char* const pGSEnter = strings::textEnter;
-const char* const pGSEntity = strings::textEntity;
-const char* const pGSFC = strings::textFC;
-const char* const pGSURL = strings::textURL;
-const char* const pGSfalse = strings::textFalse;
-const char* const pGSiSCSI = strings::textISCSI;
-const char* const pGStrue = strings::textTrue;
+constexpr const char* pGSArguments = strings::textArguments;
+constexpr const char* pGSEnter = strings::textEnter;
+constexpr const char* pGSEntity = strings::textEntity;
+constexpr const char* pGSFC = strings::textFC;
+constexpr const char* pGSURL = strings::textURL;
+constexpr const char* pGSfalse = strings::textFalse;
+constexpr const char* pGSiSCSI = strings::textISCSI;
+constexpr const char* pGStrue = strings::textTrue;

@@ -1,15 +1,15 @@
 #include "fw_Logger.h"
 
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <new>
+
 #include <cxxabi.h>
 #include <pthread.h>
 #include <sched.h>
 #include <sys/uio.h>
 #include <unistd.h>
-
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
-#include <new>
 
 #include "fw_Exception.h"
 #include "internal/fw_ErrnoGuard.h"
@@ -142,10 +142,10 @@ void writeToStandardError(Logger::LogType type, const char* function, int line, 
     while (length > 0 && isLineEnd(text[length - 1]))
         --length;
     char place[16] = "";
-    if (function)
+    if (function != nullptr)
         std::snprintf(place, sizeof place, ":%d: ", line);
-    iovec pieces[] = {piece(nameOf(type)), piece(function ? function : ""), piece(place), piece(text, length),
-                      piece("\n")};
+    iovec pieces[] = {piece(nameOf(type)), piece(function != nullptr ? function : ""), piece(place),
+                      piece(text, length), piece("\n")};
     writeAll(pieces, sizeof pieces / sizeof *pieces);
 }
 
@@ -173,7 +173,7 @@ void deliver(Logger::LogType type, const char* function, int line, const char* t
     }
     const Section section(busy);
     const SinkLockGuard guard(pthread_rwlock_rdlock);
-    if (!guard.isHeld() || !currentSink || !callSink(currentSink, currentContext, type, function, line, text))
+    if (!guard.isHeld() || currentSink == nullptr || !callSink(currentSink, currentContext, type, function, line, text))
         writeToStandardError(type, function, line, text);
 }
 
@@ -181,7 +181,7 @@ void deliver(Logger::LogType type, const char* function, int line, const char* t
 
 void logFormatted(Logger::LogType type, const char* function, int line, const char* format, va_list arguments) {
     const ErrnoGuard errnoGuard;
-    if (!format)
+    if (format == nullptr)
         format = "";
     char text[1024];
     va_list copy;
@@ -194,11 +194,11 @@ void logFormatted(Logger::LogType type, const char* function, int line, const ch
     }
     const std::size_t size = static_cast<std::size_t>(length) + 1;
     char* longText = size > sizeof text ? static_cast<char*>(::operator new(size, std::nothrow)) : nullptr;
-    if (longText) {
+    if (longText != nullptr) {
         errno = errnoGuard.value();
         std::vsnprintf(longText, size, format, arguments);
     }
-    deliver(type, function, line, longText ? longText : text);
+    deliver(type, function, line, longText != nullptr ? longText : text);
     ::operator delete(longText);
 }
 
@@ -229,7 +229,7 @@ void Logger::StaticLogMethod(LogType type, const char* function, int line, const
 
 void Logger::StaticLogS(LogType type, const char* text) {
     const ErrnoGuard errnoGuard;
-    deliver(type, nullptr, 0, text ? text : "");
+    deliver(type, nullptr, 0, text != nullptr ? text : "");
 }
 
 } // namespace framework

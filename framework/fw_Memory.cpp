@@ -17,13 +17,13 @@ Memory::~Memory() = default;
 
 void* Memory::StaticAlloc(unsigned long size) {
     void* piece = ::operator new(size, std::nothrow);
-    if (piece)
+    if (piece != nullptr)
         outstanding.fetch_add(1, std::memory_order_relaxed);
     return piece;
 }
 
 void Memory::StaticFree(const void* piece) {
-    if (!piece)
+    if (piece == nullptr)
         return;
     outstanding.fetch_sub(1, std::memory_order_relaxed);
     ::operator delete(const_cast<void*>(piece));

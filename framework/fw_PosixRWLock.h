@@ -2,9 +2,9 @@
 
 #include "fw_Export.h"
 
-#include <pthread.h>
-
 #include <atomic>
+
+#include <pthread.h>
 
 #include "fw_RWLockIF.h"
 

@@ -8,7 +8,7 @@ namespace strings {
 StableStringRepository GS;
 
 stringtoken StableStringRepository::toToken(const char* text) {
-    if (!text)
+    if (text == nullptr)
         return 0;
     const stringtoken token = knownToken(text);
     return token != 0 ? token : runTimeToken(text);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "fw_Export.h"
+
 #include "fw_StringRepository.h"
 
 namespace strings {

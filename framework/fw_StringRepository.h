@@ -1,6 +1,7 @@
 #pragma once
 
 #include "fw_Export.h"
+
 #include "fw_StringToken.h"
 
 namespace strings {

@@ -1,11 +1,11 @@
 #include "fw_ThreadInfo.h"
 
-#include <limits.h>
-#include <signal.h>
-
 #include <cstring>
 #include <mutex>
 #include <new>
+
+#include <limits.h>
+#include <signal.h>
 
 #include "internal/fw_SignalSafeMutex.h"
 #include "internal/fw_ThreadRecords.h"
@@ -43,7 +43,7 @@ ThreadInfo* ThreadInfo::getMyself() {
 }
 
 ThreadInfo* ThreadInfo::MyThreadInfo() {
-    return myself ? myself : ThreadRecords::make();
+    return myself != nullptr ? myself : ThreadRecords::make();
 }
 
 ThreadInfo::ThreadInfo(int number) : m_number(number), m_name(), m_thread(pthread_self()), m_next(nullptr) {
@@ -55,7 +55,7 @@ ThreadInfo::ThreadInfo(int number) : m_number(number), m_name(), m_thread(pthrea
 ThreadInfo::~ThreadInfo() = default;
 
 void ThreadInfo::setThreadName(const char* name) {
-    const std::size_t length = name ? strnlen(name, sizeof m_name - 1) : 0;
+    const std::size_t length = name != nullptr ? strnlen(name, sizeof m_name - 1) : 0;
     for (std::size_t i = 0; i < length; ++i)
         m_name[i] = name[i] == '/' ? '_' : name[i];
     std::memset(m_name + length, 0, sizeof m_name - length);
@@ -64,7 +64,7 @@ void ThreadInfo::setThreadName(const char* name) {
 ThreadInfo* ThreadRecords::make() {
     const RecordsGuard guard(mutex);
     // A signal handler may have created it since.
-    if (myself)
+    if (myself != nullptr)
         return myself;
     // After the last round of thread-exit destructors nothing would remove a new record from the list.
     if (removals == PTHREAD_DESTRUCTOR_ITERATIONS - 1 || !prepare())
@@ -97,14 +97,14 @@ void ThreadRecords::remove(void* /*record*/) {
 
 void ThreadRecords::signalAll(int sig) {
     const RecordsGuard guard(mutex);
-    for (const ThreadInfo* record = records; record; record = record->m_next)
+    for (const ThreadInfo* record = records; record != nullptr; record = record->m_next)
         pthread_kill(record->m_thread, sig);
 }
 
 // The other threads do not exist in the child.
 void ThreadRecords::keepOnlyMine() {
     records = myself;
-    if (myself)
+    if (myself != nullptr)
         myself->m_next = nullptr;
     mutex.unlock();
 }

@@ -4,7 +4,7 @@
 
 const char* vx_gettext(const char* message) {
     // `gettext("")` returns the catalog's header entry.
-    if (!message || *message == '\0')
+    if (message == nullptr || *message == '\0')
         return message;
     return gettext(message);
 }

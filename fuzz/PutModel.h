@@ -10,8 +10,8 @@
 
 namespace fuzz {
 
-const unsigned int FAILURE_NONE = 0;
-const unsigned int FAILURE_OVERFLOW = 1239;
+constexpr unsigned int FAILURE_NONE = 0;
+constexpr unsigned int FAILURE_OVERFLOW = 1239;
 
 /// A model of a `utility::PutStream` over a buffer of `capacity` bytes. Each operation returns the code that the stream
 /// throws, or 0. The positions are undefined after a failure, so an input ends there.

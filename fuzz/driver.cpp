@@ -19,7 +19,7 @@ namespace {
 
 typedef std::vector<std::uint8_t> Input;
 
-const std::size_t longestInput = 4096;
+constexpr std::size_t longestInput = 4096;
 
 Input readInput(const std::string& path) {
     Input input(longestInput);

@@ -22,7 +22,7 @@ using fuzz::require;
 using utility::Arguments;
 using Words = std::vector<std::string>;
 
-const unsigned int NOWHERE = 0xFFFFFFFFu;
+constexpr unsigned int NOWHERE = 0xFFFFFFFFu;
 
 Words wordsOf(const Arguments& arguments) {
     Words words;

@@ -1,5 +1,3 @@
-#include "ut_DateTime.h"
-
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -10,6 +8,7 @@
 
 #include "Bytes.h"
 #include "fw_Exception.h"
+#include "ut_DateTime.h"
 
 namespace {
 

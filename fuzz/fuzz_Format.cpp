@@ -17,7 +17,7 @@ namespace {
 using fuzz::Bytes;
 using fuzz::require;
 
-const unsigned int mostArguments = 3;
+constexpr unsigned int mostArguments = 3;
 
 // The formats are not constants, but they are built to match their arguments.
 #pragma GCC diagnostic push

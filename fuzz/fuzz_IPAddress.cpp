@@ -1,9 +1,9 @@
-#include <arpa/inet.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <string>
+
+#include <arpa/inet.h>
 
 #include "Bytes.h"
 #include "ut_IPV4Address.h"

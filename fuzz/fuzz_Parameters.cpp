@@ -27,8 +27,8 @@ using fuzz::codeOf;
 using fuzz::require;
 
 // Longer arrays take so much time that too few inputs would be tried.
-const unsigned int mostElements = 2000;
-const int longestBlock = 40;
+constexpr unsigned int mostElements = 2000;
+constexpr int longestBlock = 40;
 
 template<typename Value>
 std::string bytesOf(Value value) {

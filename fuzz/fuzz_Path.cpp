@@ -16,7 +16,7 @@ using fuzz::require;
 using test::ReferencePath;
 using utility::Path;
 
-const std::size_t largestCount = 32;
+constexpr std::size_t largestCount = 32;
 
 void checkParts(const Path& path, const ReferencePath& expected) {
     require(path.getPath() == expected.directory);

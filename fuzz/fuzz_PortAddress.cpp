@@ -1,7 +1,5 @@
 // Compares the texts of both kinds of port addresses, alone and in an array, with texts made by the standard library.
 
-#include <arpa/inet.h>
-
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -10,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include <arpa/inet.h>
 #include <strings.h>
 
 #include "Bytes.h"

@@ -18,8 +18,8 @@ using framework::Logger;
 using fuzz::require;
 using utility::Misc;
 
-const char* const DISALLOWED[] = {"", ",", "<>\"", "\xC3\t~"};
-const char* const CONTROLS[] = {"", "\t\n\r", "\x01\x02\x03\x7f\t", "\x89\xC3"};
+constexpr const char* DISALLOWED[] = {"", ",", "<>\"", "\xC3\t~"};
+constexpr const char* CONTROLS[] = {"", "\t\n\r", "\x01\x02\x03\x7f\t", "\x89\xC3"};
 
 struct Log {
     std::string text;

@@ -12,14 +12,15 @@ namespace console {
 
 namespace {
 
-const Command* const groups[] = {generalCommands, fileCommands, textCommands,
-                                 systemCommands,  pathCommands, userCommands};
+constexpr const Command* groups[] = {generalCommands, fileCommands, textCommands,
+                                     systemCommands,  pathCommands, userCommands};
 
 // The commands by name, and their names in alphabetical order.
 class Index {
 public:
     Index() : m_names(0), m_commands(64) {
-        for (unsigned int i = 0; const Command* command = commandAt(i); ++i) {
+        const Command* command = nullptr;
+        for (unsigned int i = 0; (command = commandAt(i)) != nullptr; ++i) {
             m_names.Add(command->name);
             m_commands.Add(command->name, const_cast<Command*>(command));
         }

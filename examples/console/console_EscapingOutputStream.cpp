@@ -45,7 +45,7 @@ std::size_t lengthOfCharacter(const char* text, std::size_t size) {
 // Appends `text` to `safe`, escaped except for the control characters in `allowed`. Stops before an incomplete
 // character at the end, which it escapes if `isEnd`. Returns the number of bytes consumed.
 std::size_t escape(const std::string& text, const char* allowed, bool isEnd, std::string* safe) {
-    static const char digits[] = "0123456789abcdef";
+    static constexpr char digits[] = "0123456789abcdef";
     std::size_t at = 0;
     while (at < text.size()) {
         const char* character = text.data() + at;

@@ -16,7 +16,7 @@ namespace console {
 
 namespace {
 
-const int bytesPerLine = 16;
+constexpr int bytesPerLine = 16;
 
 bool showFile(Invocation& call) {
     return readFile(call, call.word(0), [&](const char* block, int count) {
@@ -94,9 +94,9 @@ bool copy(Invocation& call) {
 
 } // namespace
 
-const Command fileCommands[] = {{"show file", "PATH", "show a text file", 1, 1, showFile},
-                                {"dump", "PATH", "show a file in hexadecimal", 1, 1, dump},
-                                {"copy", "FROM TO", "copy a file", 2, 2, copy},
-                                {nullptr, nullptr, nullptr, 0, 0, nullptr}};
+constexpr Command fileCommands[] = {{"show file", "PATH", "show a text file", 1, 1, showFile},
+                                    {"dump", "PATH", "show a file in hexadecimal", 1, 1, dump},
+                                    {"copy", "FROM TO", "copy a file", 2, 2, copy},
+                                    {nullptr, nullptr, nullptr, 0, 0, nullptr}};
 
 } // namespace console

@@ -13,7 +13,7 @@ namespace console {
 
 namespace {
 
-const stringtoken lastSwitch = 8191;
+constexpr stringtoken lastSwitch = 8191;
 
 // Lists the commands that begin with the given words; without words, all commands.
 bool help(Invocation& call) {
@@ -21,10 +21,11 @@ bool help(Invocation& call) {
     for (unsigned int i = 0; i < call.wordCount(); ++i)
         beginning += (i > 0 ? " " : "") + std::string(call.word(i));
     std::size_t width = 0;
-    for (unsigned int i = 0; const Command* command = commandAt(i); ++i)
+    const Command* command = nullptr;
+    for (unsigned int i = 0; (command = commandAt(i)) != nullptr; ++i)
         width = std::max(width, std::strlen(command->name) + 1 + std::strlen(command->arguments));
     bool found = false;
-    for (unsigned int i = 0; const Command* command = commandAt(i); ++i) {
+    for (unsigned int i = 0; (command = commandAt(i)) != nullptr; ++i) {
         const std::string usage = std::string(command->name) + " " + command->arguments;
         if (usage.compare(0, beginning.size(), beginning) != 0)
             continue;
@@ -88,7 +89,7 @@ bool quit(Invocation& call) {
 
 } // namespace
 
-const Command generalCommands[] = {
+constexpr Command generalCommands[] = {
     {"help", "[COMMAND]", "list all commands, or those that begin with COMMAND", 0, 2, help},
     {"show environment", "", "show the environment of this process", 0, 0, showEnvironment},
     {"set", "NAME VALUE", "set an environment variable of this process", 2, 2, setVariable},

@@ -4,7 +4,7 @@ namespace console {
 
 namespace {
 
-const int capacity = 65536;
+constexpr int capacity = 65536;
 
 } // namespace
 

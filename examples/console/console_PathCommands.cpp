@@ -95,7 +95,7 @@ bool showUrl(Invocation& call) {
 
 } // namespace
 
-const Command pathCommands[] = {
+constexpr Command pathCommands[] = {
     {"ls", "DIRECTORY [PATTERN]", "list a directory", 1, 2, list},
     {"path", "TEXT", "show the parts of a path and its normal form", 1, 1, showPath},
     {"find", "FILE PATHLIST", "find a file in a colon-separated list of directories", 2, 2, find},

@@ -21,12 +21,12 @@ namespace {
 
 enum RequestKind : unsigned int { REQUEST_COMMAND = 1, REQUEST_END = 2 };
 
-const int elementCount = 4;
-const int elementSize = 65536;
+constexpr int elementCount = 4;
+constexpr int elementSize = 65536;
 // Holds the longest text that a command writes at once: an environment entry of 128 KiB.
-const int outputSize = 262144;
-const int outputThreshold = 16384;
-const std::size_t longestFailure = 1024;
+constexpr int outputSize = 262144;
+constexpr int outputThreshold = 16384;
+constexpr std::size_t longestFailure = 1024;
 
 void send(utility::BufferStreamQueue& queue, utility::BufferStreamElement* element) {
     const utility::LockScope scope(queue.m_waiter);
@@ -199,8 +199,8 @@ bool Session::serve(utility::BufferStreamElement& element) {
     }
 
     element.Rewind();
-    element.PutParmUint32(succeeded);
-    element.PutParmUint32(ends);
+    element.PutParmUint32(succeeded ? 1 : 0);
+    element.PutParmUint32(ends ? 1 : 0);
     element.PutParmString(failure.c_str());
     return true;
 }

@@ -7,7 +7,7 @@ namespace console {
 namespace {
 
 // Enough for a crash report with its back trace.
-const std::size_t stackSize = 131072;
+constexpr std::size_t stackSize = 131072;
 
 } // namespace
 

@@ -32,10 +32,10 @@ namespace console {
 
 namespace {
 
-const unsigned int iscsiPort = 3260;
-const long long bytesPerSector = 512;
-const char* const blockDevices = "/sys/block";
-const char* const fibreChannelHosts = "/sys/class/fc_host";
+constexpr unsigned int iscsiPort = 3260;
+constexpr long long bytesPerSector = 512;
+constexpr const char* blockDevices = "/sys/block";
+constexpr const char* fibreChannelHosts = "/sys/class/fc_host";
 
 // Returns the names in a directory in alphabetical order, without those that begin with a dot; none if there is no
 // such directory.
@@ -249,7 +249,7 @@ bool context(Invocation& call) {
 
 } // namespace
 
-const Command systemCommands[] = {
+constexpr Command systemCommands[] = {
     {"show ports", "", "show network interfaces and Fibre Channel hosts", 0, 0, showPorts},
     {"show disks", "", "show the block devices", 0, 0, showDisks},
     {"date", "", "show the date and time", 0, 0, date},

@@ -16,13 +16,13 @@ namespace console {
 
 namespace {
 
-const char endOfInput = 4; // Ctrl-D
-const char lineKill = 21;  // Ctrl-U
-const char backspace = 8;  // Ctrl-H
-const char deleteKey = 127;
-const char tabulator = 9;
-const char escape = 27;
-const int restOfKeyMilliseconds = 50;
+constexpr char endOfInput = 4; // Ctrl-D
+constexpr char lineKill = 21;  // Ctrl-U
+constexpr char backspace = 8;  // Ctrl-H
+constexpr char deleteKey = 127;
+constexpr char tabulator = 9;
+constexpr char escape = 27;
+constexpr int restOfKeyMilliseconds = 50;
 
 bool isContinuation(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;

@@ -19,7 +19,7 @@ termios keyMode;
 // Atomic because signals may reach several threads at once.
 std::atomic<bool> inKeyMode(false);
 
-const int endingSignals[] = {SIGHUP, SIGINT, SIGQUIT, SIGPIPE, SIGALRM, SIGTERM, SIGUSR1};
+constexpr int endingSignals[] = {SIGHUP, SIGINT, SIGQUIT, SIGPIPE, SIGALRM, SIGTERM, SIGUSR1};
 
 void setKeyMode() {
     // In the background, tcsetattr would stop the process with SIGTTOU.

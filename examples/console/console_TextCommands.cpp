@@ -197,7 +197,7 @@ bool checkUtf8(Invocation& call) {
 
 } // namespace
 
-const Command textCommands[] = {
+constexpr Command textCommands[] = {
     {"count words", "PATH", "count the words of a file, the most frequent first", 1, 1, countWords},
     {"md5", "PATH...", "show the MD5 digests of files", 1, 1000, md5},
     {"crc", "PATH...", "show the CRC-8 of files", 1, 1000, crc},

@@ -22,12 +22,12 @@ namespace console {
 namespace {
 
 // The numbers of ordinary users; system accounts such as nobody have numbers outside this range.
-const unsigned int firstUserNumber = 1000;
-const unsigned int lastUserNumber = 59999;
+constexpr unsigned int firstUserNumber = 1000;
+constexpr unsigned int lastUserNumber = 59999;
 // The longest entry that the password service can read.
-const std::size_t longestEntry = 2048;
-const char noPassword[] = "!";
-const char shell[] = "/bin/sh";
+constexpr std::size_t longestEntry = 2048;
+constexpr char noPassword[] = "!";
+constexpr char shell[] = "/bin/sh";
 
 // Prevents editing the machine's own password file by accident: VX_ROOT must be set, and before the file was first
 // used.
@@ -269,7 +269,7 @@ bool setPassword(Invocation& call) {
 
 } // namespace
 
-const Command userCommands[] = {
+constexpr Command userCommands[] = {
     {"show users", "", "show the users of the password file", 0, 0, showUsers},
     {"show user", "NAME", "show one user", 1, 1, showUser},
     {"add user", "NAME [REALNAME]", "add a user under VX_ROOT, without a password", 1, 2, addUser},

@@ -117,7 +117,7 @@ int main(int argc, char** argv) {
     handleSignals();
     framework::ThreadInfo::MyThreadInfo()->setThreadName("console");
     utility::Terminal::instance();
-    const bool interactive = !hasCommand && isatty(STDIN_FILENO) && isatty(STDOUT_FILENO);
+    const bool interactive = !hasCommand && isatty(STDIN_FILENO) != 0 && isatty(STDOUT_FILENO) != 0;
     console::TerminalConsole terminal(STDIN_FILENO, STDOUT_FILENO, interactive);
     if (hasCommand)
         return runOne(terminal, argv[2]);

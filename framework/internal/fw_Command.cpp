@@ -1,16 +1,16 @@
 #include "internal/fw_Command.h"
 
+#include <cctype>
+#include <cerrno>
+#include <cstring>
+#include <ctime>
+
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
-
-#include <cctype>
-#include <cerrno>
-#include <cstring>
-#include <ctime>
 
 #include "fw_Memory.h"
 #include "internal/fw_StandardNumbers.h"
@@ -288,12 +288,12 @@ char* skipSpace(char* text) {
 } // namespace
 
 CommandWords::CommandWords(const char* command) : m_text(Memory::StaticAllocString(command)), m_words(nullptr) {
-    if (!m_text)
+    if (m_text == nullptr)
         return;
     // A word takes at least two characters of the text with what ends it, an empty one its two quotes.
     const unsigned long most = std::strlen(m_text) / 2 + 2;
     m_words = static_cast<char**>(Memory::StaticAlloc(most * sizeof(char*)));
-    if (m_words)
+    if (m_words != nullptr)
         split();
 }
 
@@ -318,8 +318,8 @@ void CommandWords::split() {
 bool runCommand(char* const* words, InputStream* in, OutputStream* out) {
     Pipe input;
     Pipe output;
-    if ((in && !(input.open() && setNonBlocking(input.writeEnd))) ||
-        (out && !(output.open() && setNonBlocking(output.readEnd))))
+    if ((in != nullptr && !(input.open() && setNonBlocking(input.writeEnd))) ||
+        (out != nullptr && !(output.open() && setNonBlocking(output.readEnd))))
         return false;
     SpawnSettings settings;
     if (!settings.setInput(input.readEnd) || !settings.setOutput(output.writeEnd) || !settings.setError() ||

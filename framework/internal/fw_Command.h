@@ -17,7 +17,7 @@ public:
 
     /// Returns whether there is at least one word. Returns false if an allocation failed.
     bool any() const {
-        return m_words && *m_words;
+        return m_words != nullptr && *m_words != nullptr;
     }
     /// Returns the words, followed by a null pointer, or null if an allocation failed. This object owns them.
     char* const* get() const {

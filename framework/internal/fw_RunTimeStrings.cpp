@@ -3,13 +3,13 @@
 
 #include "internal/fw_RunTimeStrings.h"
 
-#include <pthread.h>
-
 #include <atomic>
 #include <cstdlib>
 #include <cstring>
 #include <mutex>
 #include <new>
+
+#include <pthread.h>
 
 #include "internal/fw_SignalSafeMutex.h"
 
@@ -79,9 +79,9 @@ Slot* slotFor(stringtoken token) {
     if (place.block >= blockCount)
         return nullptr;
     Slot* block = blocks[place.block].load(std::memory_order_relaxed);
-    if (!block) {
+    if (block == nullptr) {
         block = static_cast<Slot*>(std::calloc(std::size_t{1} << (firstBlockBits + place.block), sizeof(Slot)));
-        if (!block)
+        if (block == nullptr)
             return nullptr;
         blocks[place.block].store(block, std::memory_order_release);
     }
@@ -90,11 +90,11 @@ Slot* slotFor(stringtoken token) {
 
 stringtoken intern(const char* text, std::atomic<Node*>* link) {
     Slot* slot = slotFor(nextToken);
-    if (!slot)
+    if (slot == nullptr)
         return 0;
     const std::size_t length = std::strlen(text);
     void* storage = std::calloc(1, sizeof(Node) + length);
-    if (!storage)
+    if (storage == nullptr)
         return 0;
     Node* node = new (storage) Node{{}, nextToken++, {}};
     std::memcpy(node->text, text, length + 1);
@@ -120,7 +120,7 @@ const char* runTimeText(stringtoken token) {
         return nullptr;
     const Place place = placeOf(token);
     const Slot* block = place.block < blockCount ? blocks[place.block].load(std::memory_order_acquire) : nullptr;
-    return block ? block[place.index].load(std::memory_order_acquire) : nullptr;
+    return block != nullptr ? block[place.index].load(std::memory_order_acquire) : nullptr;
 }
 
 } // namespace strings

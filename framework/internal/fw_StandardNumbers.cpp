@@ -1,12 +1,12 @@
 #include "internal/fw_StandardNumbers.h"
 
+#include <atomic>
+
 #include <fcntl.h>
 #include <pthread.h>
 #include <signal.h>
 #include <time.h>
 #include <unistd.h>
-
-#include <atomic>
 
 #include "internal/fw_ErrnoGuard.h"
 

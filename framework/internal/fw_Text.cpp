@@ -5,7 +5,7 @@
 namespace framework {
 
 char* formatText(const char* format, va_list arguments, void* (*allocate)(unsigned long size)) {
-    if (!format)
+    if (format == nullptr)
         return nullptr;
     va_list measured;
     va_copy(measured, arguments);
@@ -15,7 +15,7 @@ char* formatText(const char* format, va_list arguments, void* (*allocate)(unsign
         return nullptr;
     const std::size_t size = static_cast<std::size_t>(length) + 1;
     char* text = static_cast<char*>(allocate(size));
-    if (text)
+    if (text != nullptr)
         std::vsnprintf(text, size, format, arguments);
     return text;
 }

@@ -1,21 +1,21 @@
 #pragma once
 
+#include "fw_Export.h"
+
 #include <cstdarg>
 #include <cstring>
-
-#include "fw_Export.h"
 
 namespace framework {
 
 /// Returns a NUL-terminated copy of at most the first `limit` bytes of `text`, in storage from `allocate(size)`, or
 /// null if `text` or that storage is null.
-template<class Allocate>
+template<typename Allocate>
 char* copyText(const char* text, unsigned long limit, Allocate allocate) {
-    if (!text)
+    if (text == nullptr)
         return nullptr;
     const unsigned long length = strnlen(text, limit);
     char* copy = static_cast<char*>(allocate(length + 1));
-    if (!copy)
+    if (copy == nullptr)
         return nullptr;
     std::memcpy(copy, text, length);
     copy[length] = '\0';

@@ -2,13 +2,16 @@
 
 // The umbrella header: includes every public header of both libraries.
 
+#include "fw_Export.h"
+#include "ut_CExport.h"
+#include "ut_Export.h"
+
 #include "fw_ApplicationArguments.h"
 #include "fw_Config.h"
 #include "fw_Console.h"
 #include "fw_Container.h"
 #include "fw_Entity.h"
 #include "fw_Exception.h"
-#include "fw_Export.h"
 #include "fw_FSUMemory.h"
 #include "fw_GenericServiceManager.h"
 #include "fw_Item.h"
@@ -31,7 +34,6 @@
 #include "ut_BufferStreamElement.h"
 #include "ut_BufferStreamList.h"
 #include "ut_BufferStreamQueue.h"
-#include "ut_CExport.h"
 #include "ut_CircularStream.h"
 #include "ut_ControllerSelector.h"
 #include "ut_DateTime.h"
@@ -41,7 +43,6 @@
 #include "ut_DotStarFormatter.h"
 #include "ut_DynamicStream.h"
 #include "ut_Environment.h"
-#include "ut_Export.h"
 #include "ut_FCPortAddress.h"
 #include "ut_FastSortedStringDirectory.h"
 #include "ut_FastStringDirectory.h"

@@ -1,8 +1,9 @@
 #pragma once
 
+#include "ut_Export.h"
+
 #include "fw_Item.h"
 #include "fw_KnownTokens.h"
-#include "ut_Export.h"
 #include "ut_StringArray.h"
 
 namespace utility {

@@ -1,6 +1,7 @@
 #include "ut_Array.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <limits>
@@ -15,9 +16,9 @@ namespace {
 
 constexpr unsigned int growthStep = 20;
 
-bool isCountable(unsigned int size, unsigned int grow, size_t elementSize) {
+bool isCountable(unsigned int size, unsigned int grow, std::size_t elementSize) {
     unsigned int slots = 0;
-    size_t bytes = 0;
+    std::size_t bytes = 0;
     return !__builtin_add_overflow(size, grow, &slots) && !__builtin_mul_overflow(slots, elementSize, &bytes);
 }
 
@@ -92,8 +93,8 @@ void* Array::realloc(void* old, unsigned int* size, unsigned int grow, size_t el
         VXUT_THROW(FAILURE_ARRAY_STORAGE, "");
 
     const unsigned int newSize = *size + grow;
-    const size_t oldBytes = *size * elementSize;
-    const size_t newBytes = newSize * elementSize;
+    const std::size_t oldBytes = *size * elementSize;
+    const std::size_t newBytes = newSize * elementSize;
     char* const block = static_cast<char*>(framework::Memory::StaticAlloc(newBytes));
     VXUT_TRACE(TOKEN_ARRAY, "growing array from %d to %d, old [%p], new [%p]", static_cast<int>(oldBytes),
                static_cast<int>(newBytes), old, static_cast<void*>(block));
@@ -104,7 +105,7 @@ void* Array::realloc(void* old, unsigned int* size, unsigned int grow, size_t el
         VXUT_TRACE(TOKEN_ARRAY, "copy from [%p] to [%p] of %d bytes", old, static_cast<void*>(block),
                    static_cast<int>(oldBytes));
         std::memcpy(block, old, oldBytes);
-        const size_t clearBytes = grow * elementSize;
+        const std::size_t clearBytes = grow * elementSize;
         VXUT_TRACE(TOKEN_ARRAY, "clear memory at [%p], %d bytes", static_cast<void*>(block + oldBytes),
                    static_cast<int>(clearBytes));
         std::memset(block + oldBytes, 0, clearBytes);

@@ -2,9 +2,9 @@
 
 #include "ut_Export.h"
 
-#include <pthread.h>
-
 #include <cstdint>
+
+#include <pthread.h>
 
 #include "ut_BufferStreamElement.h"
 

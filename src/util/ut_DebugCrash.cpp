@@ -2,14 +2,6 @@
 
 #include "ut_Debug.h"
 
-#include <execinfo.h>
-#include <fcntl.h>
-#include <pthread.h>
-#include <sys/mman.h>
-#include <sys/resource.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
@@ -17,6 +9,14 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+
+#include <execinfo.h>
+#include <fcntl.h>
+#include <pthread.h>
+#include <sys/mman.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include "fw_ApplicationArguments.h"
 #include "fw_Container.h"
@@ -42,12 +42,12 @@ namespace utility {
 
 namespace {
 
-const int contextSignal = 12; // SIGUSR2
-const unsigned int deepestBackTrace = 40;
-const unsigned int skippedFrames = 2;
-const int reportSize = 65535;
-const unsigned int longestReportSeconds = 10;
-const std::size_t longestDemangled = 2047;
+constexpr int contextSignal = 12; // SIGUSR2
+constexpr unsigned int deepestBackTrace = 40;
+constexpr unsigned int skippedFrames = 2;
+constexpr int reportSize = 65535;
+constexpr unsigned int longestReportSeconds = 10;
+constexpr std::size_t longestDemangled = 2047;
 
 std::atomic<int> crashSignal(0);
 

@@ -63,7 +63,7 @@ void Debug::readableString(const char* s, BufferStream* out, int n) {
 
 namespace {
 
-const int bytesPerDumpLine = 64;
+constexpr int bytesPerDumpLine = 64;
 
 bool isGraphic(unsigned char byte) {
     return byte >= 33 && byte <= 126;

@@ -2,9 +2,9 @@
 
 #include "ut_Debug.h"
 
-#include <pthread.h>
-
 #include <new>
+
+#include <pthread.h>
 
 #include "ut_Locker.h"
 

@@ -9,7 +9,7 @@ namespace utility {
 
 namespace {
 
-const int noSlot = -1;
+constexpr int noSlot = -1;
 
 // The free slots form a linked list: a free slot contains the number of the next free slot in place of its string.
 char* linkTo(int slot) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ut_Export.h"
+
 #include "ut_FirstByteIndex.h"
 #include "ut_ShortArray.h"
 #include "ut_StringDirectory.h"

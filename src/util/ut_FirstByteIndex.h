@@ -37,17 +37,17 @@ public:
     }
     /// Returns whether the index counts 32,767 names, the maximum.
     bool isFull() const {
-        return m_entries[BYTES] == INT16_MAX;
+        return m_entries[byteCount] == INT16_MAX;
     }
 
     /// Counts a name that begins with `byte`. The index must not be full.
     void added(unsigned char byte) {
-        for (int above = byte + 1; above <= BYTES; ++above)
+        for (int above = byte + 1; above <= byteCount; ++above)
             ++m_entries[above];
     }
     /// Removes one name, which was at `position` and begins with `byte`, from the counts.
     void removed(unsigned char byte, int position) {
-        for (int above = byte + 1; above <= BYTES; ++above) {
+        for (int above = byte + 1; above <= byteCount; ++above) {
             if (m_entries[above] > position)
                 --m_entries[above];
         }
@@ -59,7 +59,7 @@ public:
 
     /// Returns the position of a name equal to `name`, or -1. Binary search in the range of the first byte, with one
     /// comparison per step. `nameAt(position)` returns the name at `position`.
-    template<class NameAt>
+    template<typename NameAt>
     int find(const char* name, NameAt nameAt) const {
         const unsigned char byte = firstByte(name);
         int start = m_entries[byte];
@@ -78,7 +78,7 @@ public:
     }
 
     /// Returns the position of the first name equal to `name`, or -1. Linear search in the range of the first byte.
-    template<class NameAt>
+    template<typename NameAt>
     int findFirst(const char* name, NameAt nameAt) const {
         const unsigned char byte = firstByte(name);
         for (int position = m_entries[byte]; position < m_entries[byte + 1]; ++position) {
@@ -91,7 +91,7 @@ public:
 
     /// Returns the position of the first name greater than `name`, which is where `name` is to be inserted: after its
     /// equals.
-    template<class NameAt>
+    template<typename NameAt>
     int insertionPoint(const char* name, NameAt nameAt) const {
         const unsigned char byte = firstByte(name);
         int start = m_entries[byte];
@@ -107,9 +107,9 @@ public:
     }
 
 private:
-    static constexpr int BYTES = 256;
+    static constexpr int byteCount = 256;
 
-    std::int16_t m_entries[BYTES + 1];
+    std::int16_t m_entries[byteCount + 1];
 };
 
 } // namespace utility

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "ut_Buffer.h"
 #include "ut_Export.h"
+
+#include "ut_Buffer.h"
 #include "ut_InputStream.h"
 
 namespace utility {

@@ -58,7 +58,7 @@ struct TextKeys {
 
 /// A hash table with separate chaining. The keys of a chain are in ascending order. The map that uses it allocates and
 /// releases the nodes and the table. Without a table, no key is found or added. Not thread-safe.
-template<class Keys>
+template<typename Keys>
 struct HashChains {
     /// The type of a key.
     typedef typename Keys::Key Key;
@@ -136,7 +136,7 @@ struct HashChains {
     /// Adds `key` with `value` and returns true. If `key` is present, replaces its value and returns false.
     /// `makeNode()` returns a new node with its `key` set; if it returns null, the table is unchanged and the result is
     /// false.
-    template<class MakeNode>
+    template<typename MakeNode>
     bool add(unsigned int bucket, Key key, void* value, MakeNode makeNode) {
         if (table == nullptr)
             return false;
@@ -167,7 +167,7 @@ struct HashChains {
     }
 
     /// Removes all nodes and calls `release(node)` for each. Does not reset `count`.
-    template<class Release>
+    template<typename Release>
     void clear(Release release) {
         for (unsigned int bucket = 0; bucket < numBuckets; ++bucket) {
             Node* node = table[bucket];

@@ -1,10 +1,10 @@
 #include "ut_IPV4Address.h"
 
-#include <arpa/inet.h>
-
 #include <charconv>
 #include <cstring>
 #include <iterator>
+
+#include <arpa/inet.h>
 
 #include "internal/ut_WholeText.h"
 #include "ut_BufferStream.h"

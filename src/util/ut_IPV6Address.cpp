@@ -1,9 +1,10 @@
 #include "ut_IPV6Address.h"
 
-#include <arpa/inet.h>
-
+#include <cctype>
 #include <cstdint>
 #include <cstring>
+
+#include <arpa/inet.h>
 
 #include "fw_Memory.h"
 #include "internal/ut_WriteHead.h"

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "fw_StringToken.h"
 #include "ut_Export.h"
+
+#include "fw_StringToken.h"
 #include "ut_FirstByteIndex.h"
 #include "ut_ItemArray.h"
 #include "ut_UShortArray.h"

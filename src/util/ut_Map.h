@@ -1,7 +1,8 @@
 #pragma once
 
-#include "ut_AbsentEntry.h"
 #include "ut_Export.h"
+
+#include "ut_AbsentEntry.h"
 #include "ut_HashChains.h"
 
 namespace utility {

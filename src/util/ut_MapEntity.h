@@ -1,8 +1,9 @@
 #pragma once
 
+#include "ut_Export.h"
+
 #include "fw_Entity.h"
 #include "ut_AbsentEntry.h"
-#include "ut_Export.h"
 #include "ut_HashChains.h"
 
 namespace framework {

@@ -1,5 +1,7 @@
 // Misc: checksums and digests.
 
+#include "ut_Misc.h"
+
 #include <algorithm>
 #include <climits>
 #include <cstddef>
@@ -8,7 +10,6 @@
 
 #include "internal/ut_HexText.h"
 #include "ut_BufferStream.h"
-#include "ut_Misc.h"
 #include "ut_md5.h"
 
 namespace utility {

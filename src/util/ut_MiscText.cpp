@@ -1,5 +1,7 @@
 // Misc: checks and conversions of texts.
 
+#include "ut_Misc.h"
+
 #include <algorithm>
 #include <cctype>
 #include <cstddef>
@@ -7,7 +9,6 @@
 
 #include "fw_Logger.h"
 #include "internal/ut_Utf8.h"
-#include "ut_Misc.h"
 
 namespace utility {
 

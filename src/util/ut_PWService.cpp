@@ -358,7 +358,7 @@ void PWService::rewrite(PW* user, bool adds, const char* function) {
 }
 
 char* PWService::encryptPassword(const char* plain, char* out, unsigned int outSize) {
-    static const char alphabet[] = "./0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
+    static constexpr char alphabet[] = "./0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
     if (out == nullptr || outSize == 0)
         return out;
     char salt[] = "$1$........";

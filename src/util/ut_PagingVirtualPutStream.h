@@ -1,7 +1,8 @@
 #pragma once
 
-#include "fw_Console.h"
 #include "ut_Export.h"
+
+#include "fw_Console.h"
 #include "ut_VirtualPutStream.h"
 
 namespace utility {

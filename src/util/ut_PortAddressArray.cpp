@@ -1,5 +1,6 @@
 #include "ut_PortAddressArray.h"
 
+#include <cstddef>
 #include <new>
 
 #include "fw_KnownStrings.h"
@@ -13,7 +14,7 @@ namespace utility {
 
 namespace {
 
-constexpr size_t slotWidth = sizeof(void*);
+constexpr std::size_t slotWidth = sizeof(void*);
 constexpr unsigned int notFound = 0xFFFFFFFF;
 
 void deleteAddress(PortAddress* address) {

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "ut_Array.h"
 #include "ut_Export.h"
+
+#include "ut_Array.h"
 
 namespace utility {
 

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "fw_RWLockIF.h"
 #include "ut_Export.h"
+
+#include "fw_RWLockIF.h"
 
 namespace framework {
 namespace thread {

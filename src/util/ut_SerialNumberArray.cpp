@@ -1,5 +1,7 @@
 #include "ut_SerialNumberArray.h"
 
+#include <cstddef>
+
 #include "fw_KnownStrings.h"
 #include "internal/ut_Failure.h"
 #include "internal/ut_SlotMoves.h"
@@ -10,7 +12,7 @@ namespace utility {
 
 namespace {
 
-constexpr size_t slotWidth = sizeof(void*);
+constexpr std::size_t slotWidth = sizeof(void*);
 constexpr unsigned int notFound = 0xFFFFFFFF;
 
 } // namespace

@@ -1,8 +1,9 @@
 #pragma once
 
+#include "ut_Export.h"
+
 #include "fw_StringToken.h"
 #include "ut_Array.h"
-#include "ut_Export.h"
 
 namespace utility {
 

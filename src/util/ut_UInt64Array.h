@@ -1,9 +1,10 @@
 #pragma once
 
+#include "ut_Export.h"
+
 #include "fw_KnownTokens.h"
 #include "ut_Array.h"
 #include "ut_Debug.h"
-#include "ut_Export.h"
 
 namespace utility {
 

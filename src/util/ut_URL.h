@@ -1,9 +1,10 @@
 #pragma once
 
+#include "ut_Export.h"
+
 #include "fw_FSUMemory.h"
 #include "fw_Item.h"
 #include "fw_KnownTokens.h"
-#include "ut_Export.h"
 
 namespace utility {
 

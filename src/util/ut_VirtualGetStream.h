@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ut_Export.h"
+
 #include "ut_GetStream.h"
 
 namespace utility {

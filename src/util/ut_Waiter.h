@@ -2,10 +2,10 @@
 
 #include "ut_Export.h"
 
-#include <pthread.h>
-
 #include <cstdint>
 #include <ctime>
+
+#include <pthread.h>
 
 namespace utility {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <stdint.h>
-
 #include "ut_CExport.h"
+
+#include <stdint.h>
 
 #ifdef __cplusplus
 extern "C" {

@@ -9,7 +9,7 @@ namespace utility {
 
 namespace {
 
-const unsigned long long microsecondsPerSecond = 1000000;
+constexpr unsigned long long microsecondsPerSecond = 1000000;
 
 time_t presentSecond() {
     timespec now = {};

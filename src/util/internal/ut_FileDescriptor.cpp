@@ -1,9 +1,9 @@
 #include "internal/ut_FileDescriptor.h"
 
+#include <cerrno>
+
 #include <fcntl.h>
 #include <unistd.h>
-
-#include <cerrno>
 
 #include "internal/fw_ErrnoGuard.h"
 #include "internal/fw_StandardNumbers.h"

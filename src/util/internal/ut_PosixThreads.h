@@ -1,9 +1,9 @@
 #pragma once
 
-#include <pthread.h>
-
 #include <cstdint>
 #include <ctime>
+
+#include <pthread.h>
 
 // Wrappers of POSIX mutexes and condition variables. A call that fails is logged at level 0 with its error number, as a
 // message of `function`, the signature text of the public operation. Nothing is thrown. Internal.

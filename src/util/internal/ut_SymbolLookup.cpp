@@ -1,12 +1,12 @@
 #include "internal/ut_SymbolLookup.h"
 
-#include <elf.h>
-#include <link.h>
-
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+
+#include <elf.h>
+#include <link.h>
 
 namespace utility {
 
@@ -40,7 +40,8 @@ public:
           m_mapEnd(numberOf(object.dlfo_map_end)),
           m_bias(object.dlfo_link_map->l_addr) {
         const Address section = numberOf(object.dlfo_link_map->l_ld);
-        for (std::uint64_t i = 0; const DynamicEntry* entry = elementAt<DynamicEntry>(section, i); ++i) {
+        const DynamicEntry* entry = nullptr;
+        for (std::uint64_t i = 0; (entry = elementAt<DynamicEntry>(section, i)) != nullptr; ++i) {
             if (entry->d_tag == DT_NULL)
                 break;
             note(*entry);
