@@ -1,12 +1,12 @@
 // MD5 beside OpenSSL's, and the 1-Wire CRC-8 beside Boost's and beside one table look-up for each byte.
 
-#include <openssl/evp.h>
-
-#include <boost/crc.hpp>
 #include <cstddef>
 #include <cstring>
 #include <random>
 #include <vector>
+
+#include <boost/crc.hpp>
+#include <openssl/evp.h>
 
 #include "bench.h"
 #include "ut_Misc.h"

@@ -1,8 +1,5 @@
 // Sorted names beside a sorted vector and a B-tree.
 
-#include <absl/container/btree_set.h>
-#include <absl/strings/string_view.h>
-
 #include <algorithm>
 #include <cstddef>
 #include <cstdio>
@@ -10,6 +7,9 @@
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <absl/container/btree_set.h>
+#include <absl/strings/string_view.h>
 
 #include "bench.h"
 #include "ut_FastSortedStringDirectory.h"

@@ -1,7 +1,5 @@
 // Messages from thread to thread: a pool and a queue of streams beside the standard library and GLib.
 
-#include <glib.h>
-
 #include <condition_variable>
 #include <cstdint>
 #include <cstring>
@@ -11,6 +9,8 @@
 #include <queue>
 #include <thread>
 #include <vector>
+
+#include <glib.h>
 
 #include "bench.h"
 #include "ut_BufferStreamList.h"

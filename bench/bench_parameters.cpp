@@ -1,14 +1,14 @@
 // The parameter encoding beside protobuf's coded streams and msgpack: a small message, and arrays of 32-bit values.
 
-#include <google/protobuf/io/coded_stream.h>
-#include <google/protobuf/io/zero_copy_stream_impl_lite.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <msgpack.hpp>
 #include <string>
 #include <vector>
+
+#include <google/protobuf/io/coded_stream.h>
+#include <google/protobuf/io/zero_copy_stream_impl_lite.h>
+#include <msgpack.hpp>
 
 #include "bench.h"
 #include "ut_BufferStream.h"

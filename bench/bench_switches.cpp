@@ -1,9 +1,9 @@
 // A debug switch that is off beside a log level that is off.
 
+#include <memory>
+
 #include <spdlog/sinks/null_sink.h>
 #include <spdlog/spdlog.h>
-
-#include <memory>
 
 #include "bench.h"
 #include "ut_Debug.h"

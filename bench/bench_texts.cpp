@@ -1,13 +1,13 @@
 // Small writes to a stream that is kept: formatted text, blocks, texts and characters.
 
-#include <fmt/format.h>
-#include <glib.h>
-
 #include <cstddef>
 #include <cstdio>
 #include <ios>
 #include <sstream>
 #include <string>
+
+#include <fmt/format.h>
+#include <glib.h>
 
 #include "bench.h"
 #include "ut_BufferStream.h"

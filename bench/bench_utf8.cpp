@@ -1,9 +1,9 @@
 // The check for printable UTF-8 beside GLib's, which checks only the encoding, but strictly.
 
-#include <glib.h>
-
 #include <cstddef>
 #include <string>
+
+#include <glib.h>
 
 #include "bench.h"
 #include "ut_Misc.h"

@@ -1,9 +1,9 @@
-#include <gtest/gtest.h>
+#include "console_CommandTable.h"
 
 #include <set>
 #include <string>
 
-#include "console_CommandTable.h"
+#include <gtest/gtest.h>
 
 namespace {
 

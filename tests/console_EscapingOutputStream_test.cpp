@@ -1,12 +1,13 @@
-#include <gtest/gtest.h>
-
-#include <locale.h>
+#include "console_EscapingOutputStream.h"
 
 #include <cstring>
 #include <cwchar>
 #include <string>
 
-#include "console_EscapingOutputStream.h"
+#include <locale.h>
+
+#include <gtest/gtest.h>
+
 #include "support/RecordingOutput.h"
 
 namespace {

@@ -1,10 +1,4 @@
-#include <gtest/gtest.h>
-
-#include <fcntl.h>
-#include <poll.h>
-#include <signal.h>
-#include <sys/syscall.h>
-#include <unistd.h>
+#include "console_Session.h"
 
 #include <atomic>
 #include <cerrno>
@@ -13,8 +7,15 @@
 #include <string>
 #include <thread>
 
+#include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
 #include "console_History.h"
-#include "console_Session.h"
 #include "console_SignalStack.h"
 #include "support/ChildProcess.h"
 #include "support/TemporaryDirectory.h"

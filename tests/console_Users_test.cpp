@@ -1,12 +1,12 @@
-#include <gtest/gtest.h>
-
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <cstdlib>
 #include <sstream>
 #include <string>
 #include <thread>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
 
 #include "support/ConsoleProgram.h"
 #include "support/TemporaryDirectory.h"

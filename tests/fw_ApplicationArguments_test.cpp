@@ -1,11 +1,11 @@
-#include <gtest/gtest.h>
+#include "fw_ApplicationArguments.h"
 
 #include <memory>
 #include <string>
 #include <type_traits>
 #include <vector>
 
-#include "fw_ApplicationArguments.h"
+#include <gtest/gtest.h>
 
 using framework::ApplicationArguments;
 

@@ -1,12 +1,12 @@
-#include <gtest/gtest.h>
+#include "fw_Config.h"
 
 #include <cwchar>
 #include <string>
 
-#include "support/FailingAllocation.h"
+#include <gtest/gtest.h>
 
-#include "fw_Config.h"
 #include "fw_Memory.h"
+#include "support/FailingAllocation.h"
 
 using framework::Config;
 using framework::Memory;

@@ -1,9 +1,9 @@
-#include <gtest/gtest.h>
+#include "fw_Console.h"
 
 #include <memory>
 #include <stdexcept>
 
-#include "fw_Console.h"
+#include <gtest/gtest.h>
 
 namespace {
 

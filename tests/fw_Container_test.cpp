@@ -1,13 +1,4 @@
-#include <gtest/gtest.h>
-
-#include <dirent.h>
-#include <fcntl.h>
-#include <signal.h>
-#include <sys/resource.h>
-#include <sys/syscall.h>
-#include <sys/time.h>
-#include <sys/wait.h>
-#include <unistd.h>
+#include "fw_Container.h"
 
 #include <algorithm>
 #include <atomic>
@@ -24,13 +15,22 @@
 #include <thread>
 #include <vector>
 
+#include <dirent.h>
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/syscall.h>
+#include <sys/time.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
+#include "fw_Memory.h"
 #include "support/ChildProcess.h"
 #include "support/ExpectFailure.h"
 #include "support/FailingAllocation.h"
 #include "support/TemporaryDirectory.h"
-
-#include "fw_Container.h"
-#include "fw_Memory.h"
 #include "ut_GetStream.h"
 #include "ut_PutStream.h"
 

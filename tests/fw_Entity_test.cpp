@@ -1,16 +1,16 @@
-#include <gtest/gtest.h>
+#include "fw_Entity.h"
 
 #include <cstdlib>
 #include <memory>
 #include <string>
 
-#include "support/FailingAllocation.h"
-#include "support/LogCapture.h"
+#include <gtest/gtest.h>
 
-#include "fw_Entity.h"
 #include "fw_FSUMemory.h"
 #include "fw_Logger.h"
 #include "fw_Memory.h"
+#include "support/FailingAllocation.h"
+#include "support/LogCapture.h"
 
 using framework::Entity;
 using framework::FSUMemory;

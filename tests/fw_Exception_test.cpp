@@ -1,12 +1,12 @@
-#include <gtest/gtest.h>
+#include "fw_Exception.h"
 
 #include <memory>
 #include <string>
 
-#include "support/FailingAllocation.h"
+#include <gtest/gtest.h>
 
-#include "fw_Exception.h"
 #include "fw_StableStringRepository.h"
+#include "support/FailingAllocation.h"
 
 using framework::Exception;
 

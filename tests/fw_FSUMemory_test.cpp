@@ -1,4 +1,4 @@
-#include <gtest/gtest.h>
+#include "fw_FSUMemory.h"
 
 #include <climits>
 #include <cstddef>
@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "support/FailingAllocation.h"
+#include <gtest/gtest.h>
 
-#include "fw_FSUMemory.h"
+#include "support/FailingAllocation.h"
 
 using framework::FSUMemory;
 using framework::Memory;

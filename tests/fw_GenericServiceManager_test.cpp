@@ -1,17 +1,17 @@
-#include <gtest/gtest.h>
-
-#include <pthread.h>
-#include <signal.h>
+#include "fw_GenericServiceManager.h"
 
 #include <atomic>
 #include <chrono>
 #include <thread>
 #include <vector>
 
-#include "support/ChildProcess.h"
+#include <pthread.h>
+#include <signal.h>
 
-#include "fw_GenericServiceManager.h"
+#include <gtest/gtest.h>
+
 #include "fw_ThreadInfo.h"
+#include "support/ChildProcess.h"
 
 using framework::GenericServiceManager;
 using framework::ThreadInfo;

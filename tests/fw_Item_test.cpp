@@ -1,11 +1,11 @@
-#include <gtest/gtest.h>
+#include "fw_Item.h"
 
 #include <memory>
 #include <type_traits>
 
-#include "support/VirtualSlot.h"
+#include <gtest/gtest.h>
 
-#include "fw_Item.h"
+#include "support/VirtualSlot.h"
 
 using framework::Item;
 

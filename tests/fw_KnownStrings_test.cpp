@@ -1,6 +1,7 @@
+#include "fw_KnownStrings.h"
+
 #include <gtest/gtest.h>
 
-#include "fw_KnownStrings.h"
 #include "fw_StringRepository.h"
 
 using strings::StringRepository;

@@ -1,9 +1,10 @@
-#include <gtest/gtest.h>
+#include "fw_KnownTokens.h"
 
 #include <set>
 #include <string>
 
-#include "fw_KnownTokens.h"
+#include <gtest/gtest.h>
+
 #include "fw_StableStringRepository.h"
 
 using strings::GS;

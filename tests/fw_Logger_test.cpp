@@ -1,4 +1,13 @@
-#include <gtest/gtest.h>
+#include "fw_Logger.h"
+
+#include <atomic>
+#include <cerrno>
+#include <chrono>
+#include <cstring>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
 
 #include <dlfcn.h>
 #include <fcntl.h>
@@ -11,21 +20,12 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <atomic>
-#include <cerrno>
-#include <chrono>
-#include <cstring>
-#include <stdexcept>
-#include <string>
-#include <thread>
-#include <vector>
+#include <gtest/gtest.h>
 
+#include "fw_Exception.h"
 #include "support/ChildProcess.h"
 #include "support/FailingAllocation.h"
 #include "support/LogCapture.h"
-
-#include "fw_Exception.h"
-#include "fw_Logger.h"
 
 using framework::Logger;
 

@@ -1,4 +1,4 @@
-#include <gtest/gtest.h>
+#include "fw_Memory.h"
 
 #include <climits>
 #include <cstddef>
@@ -10,9 +10,9 @@
 #include <thread>
 #include <vector>
 
-#include "support/FailingAllocation.h"
+#include <gtest/gtest.h>
 
-#include "fw_Memory.h"
+#include "support/FailingAllocation.h"
 
 using framework::Memory;
 

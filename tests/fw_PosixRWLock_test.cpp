@@ -1,7 +1,4 @@
-#include <gtest/gtest.h>
-
-#include <dlfcn.h>
-#include <pthread.h>
+#include "fw_PosixRWLock.h"
 
 #include <atomic>
 #include <cerrno>
@@ -12,10 +9,13 @@
 #include <thread>
 #include <vector>
 
-#include "support/LogCapture.h"
+#include <dlfcn.h>
+#include <pthread.h>
+
+#include <gtest/gtest.h>
 
 #include "fw_Logger.h"
-#include "fw_PosixRWLock.h"
+#include "support/LogCapture.h"
 
 using framework::Logger;
 using framework::thread::PosixRWLock;

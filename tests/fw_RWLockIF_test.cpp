@@ -1,9 +1,9 @@
-#include <gtest/gtest.h>
+#include "fw_RWLockIF.h"
 
 #include <memory>
 #include <string>
 
-#include "fw_RWLockIF.h"
+#include <gtest/gtest.h>
 
 namespace {
 

@@ -1,8 +1,4 @@
-#include <gtest/gtest.h>
-
-#include <signal.h>
-#include <sys/time.h>
-#include <unistd.h>
+#include "fw_StableStringRepository.h"
 
 #include <atomic>
 #include <cstdlib>
@@ -10,11 +6,15 @@
 #include <thread>
 #include <vector>
 
-#include "support/ChildProcess.h"
-#include "support/FailingAllocation.h"
+#include <signal.h>
+#include <sys/time.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
 
 #include "fw_Memory.h"
-#include "fw_StableStringRepository.h"
+#include "support/ChildProcess.h"
+#include "support/FailingAllocation.h"
 
 using strings::GS;
 using strings::StringRepository;

@@ -1,8 +1,4 @@
-#include <gtest/gtest.h>
-
-#include <limits.h>
-#include <pthread.h>
-#include <signal.h>
+#include "fw_ThreadInfo.h"
 
 #include <algorithm>
 #include <atomic>
@@ -11,11 +7,15 @@
 #include <thread>
 #include <vector>
 
-#include "support/ChildProcess.h"
-#include "support/FailingAllocation.h"
+#include <limits.h>
+#include <pthread.h>
+#include <signal.h>
+
+#include <gtest/gtest.h>
 
 #include "fw_GenericServiceManager.h"
-#include "fw_ThreadInfo.h"
+#include "support/ChildProcess.h"
+#include "support/FailingAllocation.h"
 
 using framework::ThreadInfo;
 

@@ -1,6 +1,6 @@
-#include <gtest/gtest.h>
-
 #include "fw_gettext.h"
+
+#include <gtest/gtest.h>
 
 TEST(Gettext, TextWithoutACatalogueIsItself) {
     const char* message = "Press any key to continue (Q to quit)";

@@ -1,14 +1,14 @@
-#include <gtest/gtest.h>
-
-#include <signal.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <chrono>
 #include <filesystem>
 #include <functional>
 #include <string>
 #include <vector>
+
+#include <signal.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
 
 #include "support/ChildProcess.h"
 #include "support/OrdinaryUser.h"

@@ -1,24 +1,23 @@
-#include <gtest/gtest.h>
-
-#include <fcntl.h>
-#include <signal.h>
-#include <unistd.h>
-
 #include <cstdlib>
 #include <memory>
 #include <new>
 #include <string>
 #include <thread>
 
+#include <fcntl.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
+#include "fw_Logger.h"
+#include "fw_Memory.h"
 #include "support/ChildProcess.h"
 #include "support/ExpectFailure.h"
 #include "support/FailingAllocation.h"
 #include "support/LogCapture.h"
 #include "support/ProtectedMachine.h"
 #include "support/TemporaryDirectory.h"
-
-#include "fw_Logger.h"
-#include "fw_Memory.h"
 
 using framework::Logger;
 

@@ -1,8 +1,8 @@
 #include "ut_AbsentEntry.h"
 
-#include <gtest/gtest.h>
-
 #include <cstdint>
+
+#include <gtest/gtest.h>
 
 #include "ut_Map.h"
 #include "ut_MapEntity.h"
@@ -28,7 +28,7 @@ TEST(AbsentEntry, IsMinusOneAsAPointer) {
     EXPECT_EQ(reinterpret_cast<std::uintptr_t>(absentEntry()), ~std::uintptr_t{0});
 }
 
-template<class MapType>
+template<typename MapType>
 void expectAbsentEntryAtTheEnd(MapType& map) {
     int key = 0;
     int value = 0;

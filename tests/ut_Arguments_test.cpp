@@ -1,8 +1,5 @@
 #include "ut_Arguments.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cctype>
 #include <cstddef>
@@ -13,6 +10,9 @@
 #include <string>
 #include <type_traits>
 #include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include "ExpectFailure.h"
 #include "FailingAllocation.h"

@@ -1,7 +1,5 @@
 #include "ut_Array.h"
 
-#include <gtest/gtest.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -9,6 +7,8 @@
 #include <string>
 #include <type_traits>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "DebugSwitch.h"
 #include "ExpectFailure.h"

@@ -1,7 +1,5 @@
 #include "ut_BufferStreamElement.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -9,6 +7,8 @@
 #include <deque>
 #include <memory>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "CountingMemory.h"
 #include "ExpectFailure.h"

@@ -1,15 +1,15 @@
 #include "ut_BufferStreamList.h"
 
-#include <gtest/gtest.h>
-
-#include <dlfcn.h>
-
 #include <cerrno>
 #include <cstddef>
 #include <cstring>
 #include <new>
 #include <string>
 #include <vector>
+
+#include <dlfcn.h>
+
+#include <gtest/gtest.h>
 
 #include "LogCapture.h"
 #include "TraceLines.h"

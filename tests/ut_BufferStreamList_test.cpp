@@ -1,7 +1,5 @@
 #include "ut_BufferStreamList.h"
 
-#include <gtest/gtest.h>
-
 #include <atomic>
 #include <chrono>
 #include <climits>
@@ -12,6 +10,8 @@
 #include <thread>
 #include <type_traits>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "CountingMemory.h"
 #include "DebugSwitch.h"

@@ -1,13 +1,13 @@
 #include "ut_BufferStreamQueue.h"
 
-#include <gtest/gtest.h>
-
 #include <deque>
 #include <memory>
 #include <string>
 #include <thread>
 #include <type_traits>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "CountingMemory.h"
 #include "LogCapture.h"

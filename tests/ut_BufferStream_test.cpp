@@ -1,13 +1,13 @@
 #include "ut_BufferStream.h"
 
-#include <gtest/gtest.h>
-
 #include <climits>
 #include <cstring>
 #include <memory>
 #include <string>
 #include <type_traits>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "CountingMemory.h"
 #include "ExpectFailure.h"

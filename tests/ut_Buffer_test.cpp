@@ -1,7 +1,5 @@
 #include "ut_Buffer.h"
 
-#include <gtest/gtest.h>
-
 #include <climits>
 #include <cstdlib>
 #include <cstring>
@@ -10,6 +8,8 @@
 #include <string>
 #include <type_traits>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "CountingMemory.h"
 #include "ExpectFailure.h"

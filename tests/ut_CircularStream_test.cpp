@@ -1,13 +1,13 @@
 #include "ut_CircularStream.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <climits>
 #include <memory>
 #include <string>
 #include <type_traits>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "ExpectFailure.h"
 #include "FailingAllocation.h"

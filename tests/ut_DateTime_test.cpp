@@ -1,8 +1,5 @@
 #include "ut_DateTime.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <climits>
 #include <cstdio>
@@ -13,6 +10,9 @@
 #include <sstream>
 #include <string>
 #include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include "ExpectFailure.h"
 #include "GermanTimeLocale.h"

@@ -1,27 +1,5 @@
 #include "ut_Debug.h"
 
-#include <gtest/gtest.h>
-
-#include <cxxabi.h>
-#include <dlfcn.h>
-#include <execinfo.h>
-#include <fcntl.h>
-#include <poll.h>
-#include <pthread.h>
-#include <sched.h>
-#include <signal.h>
-#include <sys/auxv.h>
-#include <sys/ioctl.h>
-#include <sys/mman.h>
-#include <sys/mount.h>
-#include <sys/prctl.h>
-#include <sys/resource.h>
-#include <sys/socket.h>
-#include <sys/stat.h>
-#include <sys/uio.h>
-#include <sys/un.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
 #include <atomic>
@@ -44,6 +22,32 @@
 #include <thread>
 #include <vector>
 
+#include <cxxabi.h>
+#include <dlfcn.h>
+#include <execinfo.h>
+#include <fcntl.h>
+#include <poll.h>
+#include <pthread.h>
+#include <sched.h>
+#include <signal.h>
+#include <sys/auxv.h>
+#include <sys/ioctl.h>
+#include <sys/mman.h>
+#include <sys/mount.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/uio.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
+#include "fw_ApplicationArguments.h"
+#include "fw_Container.h"
+#include "fw_Logger.h"
+#include "fw_ThreadInfo.h"
 #include "support/ChildProcess.h"
 #include "support/CrashingAllocation.h"
 #include "support/DebugSwitch.h"
@@ -54,11 +58,6 @@
 #include "support/ProtectedMachine.h"
 #include "support/SymbolObject.h"
 #include "support/TemporaryDirectory.h"
-
-#include "fw_ApplicationArguments.h"
-#include "fw_Container.h"
-#include "fw_Logger.h"
-#include "fw_ThreadInfo.h"
 #include "ut_BufferStream.h"
 #include "ut_FileOutputStream.h"
 #include "ut_Locker.h"

@@ -1,7 +1,5 @@
 #include "ut_Debug.h"
 
-#include <gtest/gtest.h>
-
 #include <cctype>
 #include <climits>
 #include <cstddef>
@@ -10,6 +8,8 @@
 #include <set>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "ChildProcess.h"
 #include "ExpectFailure.h"

@@ -1,10 +1,10 @@
 #include "ut_Decorator.h"
 
-#include <gtest/gtest.h>
-
 #include <climits>
 #include <cstring>
 #include <string>
+
+#include <gtest/gtest.h>
 
 #include "LogCapture.h"
 #include "VirtualSlot.h"

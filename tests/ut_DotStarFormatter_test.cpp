@@ -1,9 +1,9 @@
 #include "ut_DotStarFormatter.h"
 
-#include <gtest/gtest.h>
-
 #include <cstring>
 #include <string>
+
+#include <gtest/gtest.h>
 
 #include "GuardedText.h"
 

@@ -1,8 +1,5 @@
 #include "ut_Environment.h"
 
-#include <gtest/gtest.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <cstddef>
@@ -13,6 +10,10 @@
 #include <type_traits>
 #include <utility>
 #include <vector>
+
+#include <unistd.h>
+
+#include <gtest/gtest.h>
 
 #include "ChildProcess.h"
 #include "DebugSwitch.h"

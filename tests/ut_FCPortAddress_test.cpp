@@ -1,10 +1,10 @@
 #include "ut_FCPortAddress.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "GuardedText.h"
 #include "PortAddressSuite.h"

@@ -1,7 +1,5 @@
 #include "ut_FastStringDirectory.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <climits>
 #include <cstddef>
@@ -11,6 +9,8 @@
 #include <string>
 #include <type_traits>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "CountedComparisons.h"
 #include "ExpectFailure.h"

@@ -1,18 +1,19 @@
 #include "ut_FileOutputStream.h"
 
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <string>
+#include <type_traits>
+
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <pty.h>
 #include <sys/mman.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cerrno>
-#include <csignal>
-#include <cstring>
-#include <string>
-#include <type_traits>
+#include <gtest/gtest.h>
 
 #include "ChildProcess.h"
 #include "Descriptor.h"

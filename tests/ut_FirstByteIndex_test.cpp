@@ -1,10 +1,10 @@
 #include "ut_FirstByteIndex.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "RandomRun.h"
 

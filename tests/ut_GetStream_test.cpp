@@ -1,11 +1,5 @@
 #include "ut_GetStream.h"
 
-#include <gtest/gtest.h>
-
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <climits>
 #include <cstring>
 #include <memory>
@@ -13,6 +7,12 @@
 #include <thread>
 #include <type_traits>
 #include <vector>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
 
 #include "CountingMemory.h"
 #include "DebugSwitch.h"

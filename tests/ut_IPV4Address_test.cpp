@@ -1,14 +1,15 @@
 #include "ut_IPV4Address.h"
 
-#include <arpa/inet.h>
-#include <gtest/gtest.h>
-
 #include <climits>
 #include <cstring>
 #include <random>
 #include <string>
 #include <type_traits>
 #include <utility>
+
+#include <arpa/inet.h>
+
+#include <gtest/gtest.h>
 
 #include "ExpectFailure.h"
 #include "GuardedText.h"

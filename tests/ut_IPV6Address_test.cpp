@@ -1,11 +1,12 @@
 #include "ut_IPV6Address.h"
 
-#include <arpa/inet.h>
-#include <gtest/gtest.h>
-
 #include <climits>
 #include <cstring>
 #include <string>
+
+#include <arpa/inet.h>
+
+#include <gtest/gtest.h>
 
 #include "ExpectFailure.h"
 #include "FailingAllocation.h"

@@ -1,10 +1,10 @@
 #include "ut_ISCSIPortAddress.h"
 
-#include <gtest/gtest.h>
-
 #include <climits>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "GuardedText.h"
 #include "PortAddressSuite.h"

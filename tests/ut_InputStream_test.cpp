@@ -1,11 +1,11 @@
 #include "ut_InputStream.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cstring>
 #include <string>
 #include <type_traits>
+
+#include <gtest/gtest.h>
 
 #include "VirtualSlot.h"
 

@@ -1,8 +1,8 @@
 #include "ut_Int64Array.h"
 
-#include <gtest/gtest.h>
-
 #include <cstdint>
+
+#include <gtest/gtest.h>
 
 #include "ArrayCopySuite.h"
 #include "TypedArraySuite.h"

@@ -1,9 +1,9 @@
 #include "ut_ItemArray.h"
 
-#include <gtest/gtest.h>
-
 #include <array>
 #include <memory>
+
+#include <gtest/gtest.h>
 
 #include "ArrayCopySuite.h"
 #include "PointerArraySuite.h"

@@ -1,7 +1,5 @@
 #include "ut_ItemDirectory.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <functional>
 #include <memory>
@@ -9,6 +7,8 @@
 #include <string>
 #include <type_traits>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "ExpectFailure.h"
 #include "FailingAllocation.h"

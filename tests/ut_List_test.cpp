@@ -1,7 +1,5 @@
 #include "ut_List.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <atomic>
 #include <chrono>
@@ -15,6 +13,8 @@
 #include <thread>
 #include <utility>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "DebugSwitch.h"
 #include "FailingAllocation.h"

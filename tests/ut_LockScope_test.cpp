@@ -1,11 +1,11 @@
 #include "ut_LockScope.h"
 
-#include <gtest/gtest.h>
-
 #include <stdexcept>
 #include <type_traits>
 #include <utility>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "ThreadCalls.h"
 #include "ut_BufferStreamQueue.h"

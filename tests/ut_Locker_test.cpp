@@ -1,7 +1,5 @@
 #include "ut_Locker.h"
 
-#include <gtest/gtest.h>
-
 #include <cerrno>
 #include <chrono>
 #include <cstring>
@@ -10,6 +8,8 @@
 #include <thread>
 #include <type_traits>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "DebugSwitch.h"
 #include "LogCapture.h"

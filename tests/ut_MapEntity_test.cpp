@@ -1,12 +1,12 @@
 #include "ut_MapEntity.h"
 
-#include <gtest/gtest.h>
-
 #include <cstdint>
 #include <cstdlib>
 #include <map>
 #include <memory>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "PointerMapSuite.h"
 #include "fw_FSUMemory.h"

@@ -1,8 +1,8 @@
 #include "ut_Map.h"
 
-#include <gtest/gtest.h>
-
 #include <cstdint>
+
+#include <gtest/gtest.h>
 
 #include "PointerMapSuite.h"
 #include "fw_StringRepository.h"

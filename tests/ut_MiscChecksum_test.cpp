@@ -1,3 +1,5 @@
+#include "ut_Misc.h"
+
 #include <climits>
 #include <cstring>
 #include <memory>
@@ -6,7 +8,6 @@
 #include <vector>
 
 #include "ExpectFailure.h"
-#include "ut_Misc.h"
 #include "ut_md5.h"
 
 using utility::Misc;

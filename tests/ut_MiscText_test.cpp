@@ -1,3 +1,5 @@
+#include "ut_Misc.h"
+
 #include <cstring>
 #include <random>
 #include <string>
@@ -6,7 +8,6 @@
 #include "LogCapture.h"
 #include "PageEnd.h"
 #include "ReferenceUtf8.h"
-#include "ut_Misc.h"
 
 using framework::Logger;
 using utility::Misc;

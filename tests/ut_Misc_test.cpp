@@ -1,9 +1,5 @@
 #include "ut_Misc.h"
 
-#include <arpa/inet.h>
-#include <signal.h>
-#include <sys/time.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
@@ -14,6 +10,10 @@
 #include <random>
 #include <string>
 #include <vector>
+
+#include <arpa/inet.h>
+#include <signal.h>
+#include <sys/time.h>
 
 #include "ExpectFailure.h"
 #include "RandomRun.h"

@@ -1,11 +1,11 @@
 #include "ut_NullStream.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <string>
 #include <type_traits>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "LogCapture.h"
 #include "VirtualSlot.h"

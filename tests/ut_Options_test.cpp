@@ -1,8 +1,5 @@
 #include "ut_Options.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cstddef>
 #include <cstdlib>
@@ -10,10 +7,14 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <strings.h>
 #include <type_traits>
 #include <utility>
 #include <vector>
+
+#include <strings.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include "ExpectFailure.h"
 #include "FailingAllocation.h"

@@ -1,11 +1,11 @@
 #include "ut_OutputStream.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <string>
 #include <type_traits>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "ExpectFailure.h"
 #include "TemporaryDirectory.h"

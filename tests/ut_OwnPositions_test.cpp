@@ -4,11 +4,11 @@
 
 #include "internal/ut_OwnPositions.h"
 
-#include <gtest/gtest.h>
-
 #include <climits>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "fw_KnownTokens.h"
 #include "support/DebugSwitch.h"

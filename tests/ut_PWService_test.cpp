@@ -1,16 +1,5 @@
 #include "ut_PWService.h"
 
-#include <gtest/gtest.h>
-
-#include <dlfcn.h>
-#include <fcntl.h>
-#include <pwd.h>
-#include <signal.h>
-#include <sys/resource.h>
-#include <sys/stat.h>
-#include <sys/syscall.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
@@ -24,6 +13,17 @@
 #include <new>
 #include <string>
 #include <vector>
+
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <pwd.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
 
 #include "fw_Memory.h"
 #include "support/ChildProcess.h"
@@ -1852,7 +1852,7 @@ namespace {
 
 // Runs `operation` under a root of its own, in one process, with each of its allocations failing once. The file name is
 // computed before. Calls `check` after each run.
-template<class Operation, class Check>
+template<typename Operation, class Check>
 void withEachAllocationFailing(const Root& root, Operation operation, Check check) {
     inRoot(root.root(), [&] {
         ASSERT_NE(PWService::getFileName(), nullptr);

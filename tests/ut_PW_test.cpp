@@ -1,14 +1,14 @@
 #include "ut_PW.h"
 
-#include <gtest/gtest.h>
-
-#include <pwd.h>
-
 #include <cstring>
 #include <memory>
 #include <new>
 #include <string>
 #include <vector>
+
+#include <pwd.h>
+
+#include <gtest/gtest.h>
 
 #include "support/DebugSwitch.h"
 #include "support/LogCapture.h"

@@ -1,13 +1,13 @@
 #include "ut_PagingVirtualPutStream.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <climits>
 #include <cstring>
 #include <string>
 #include <type_traits>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "DebugSwitch.h"
 #include "ExpectFailure.h"

@@ -1,7 +1,5 @@
 // The compact encoding of call parameters: the writers of `PutStream` against the readers of `GetStream`.
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <climits>
 #include <cstdint>
@@ -12,6 +10,8 @@
 #include <string>
 #include <utility>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "ArrayContent.h"
 #include "ExpectFailure.h"

@@ -1,13 +1,13 @@
 #include "ut_ParameterList.h"
 
-#include <gtest/gtest.h>
-
 #include <cstddef>
 #include <cstring>
 #include <memory>
 #include <string>
 #include <utility>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "LogCapture.h"
 #include "RandomRun.h"

@@ -1,10 +1,5 @@
 #include "ut_Path.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <cstddef>
 #include <cstring>
 #include <functional>
@@ -14,6 +9,12 @@
 #include <type_traits>
 #include <utility>
 #include <vector>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include "ChildProcess.h"
 #include "DebugSwitch.h"

@@ -1,11 +1,11 @@
 #include "ut_PortAddressArray.h"
 
-#include <gtest/gtest.h>
-
 #include <memory>
 #include <new>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "ArrayContent.h"
 #include "DebugSwitch.h"

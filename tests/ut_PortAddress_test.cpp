@@ -1,7 +1,5 @@
 #include "ut_PortAddress.h"
 
-#include <gtest/gtest.h>
-
 #include <cstdint>
 #include <cstring>
 #include <memory>
@@ -9,6 +7,8 @@
 #include <string>
 #include <type_traits>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "DebugSwitch.h"
 #include "ExpectFailure.h"

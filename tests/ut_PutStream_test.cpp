@@ -1,11 +1,5 @@
 #include "ut_PutStream.h"
 
-#include <gtest/gtest.h>
-
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <climits>
 #include <cstdarg>
 #include <cstring>
@@ -14,6 +8,12 @@
 #include <type_traits>
 #include <utility>
 #include <vector>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
 
 #include "CountingMemory.h"
 #include "ExpectFailure.h"

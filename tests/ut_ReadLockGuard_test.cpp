@@ -1,10 +1,10 @@
 #include "ut_ReadLockGuard.h"
 
-#include <gtest/gtest.h>
-
 #include <atomic>
 #include <chrono>
 #include <thread>
+
+#include <gtest/gtest.h>
 
 #include "LockGuardSuite.h"
 #include "fw_PosixRWLock.h"

@@ -1,8 +1,8 @@
 #include "ut_SerialNumberArray.h"
 
-#include <gtest/gtest.h>
-
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "ArrayCopySuite.h"
 #include "OwningArraySuite.h"

@@ -1,13 +1,13 @@
 #include "ut_SerialNumber.h"
 
-#include <gtest/gtest.h>
-
 #include <cctype>
 #include <cstdio>
 #include <cstring>
 #include <random>
 #include <string>
 #include <type_traits>
+
+#include <gtest/gtest.h>
 
 #include "ExpectFailure.h"
 #include "GuardedText.h"

@@ -1,11 +1,11 @@
 #include "ut_Stack.h"
 
-#include <gtest/gtest.h>
-
 #include <string>
 #include <type_traits>
 #include <utility>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "FailingAllocation.h"
 #include "RandomRun.h"

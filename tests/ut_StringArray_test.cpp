@@ -1,7 +1,5 @@
 #include "ut_StringArray.h"
 
-#include <gtest/gtest.h>
-
 #include <cstddef>
 #include <memory>
 #include <new>
@@ -10,6 +8,8 @@
 #include <string>
 #include <type_traits>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "ExpectFailure.h"
 #include "FailingAllocation.h"

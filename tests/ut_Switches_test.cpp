@@ -1,9 +1,10 @@
 #include "ut_Switches.h"
 
-#include <dlfcn.h>
-#include <gtest/gtest.h>
-
 #include <cstdio>
+
+#include <dlfcn.h>
+
+#include <gtest/gtest.h>
 
 #include "DebugSwitch.h"
 #include "switches_from_c.h"

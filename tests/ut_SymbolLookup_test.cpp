@@ -1,14 +1,3 @@
-#include "ut_Debug.h"
-
-#include <gtest/gtest.h>
-
-#include <cxxabi.h>
-#include <dlfcn.h>
-#include <elf.h>
-#include <link.h>
-#include <signal.h>
-#include <unistd.h>
-
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -17,12 +6,21 @@
 #include <thread>
 #include <vector>
 
-#include "support/ChildProcess.h"
-#include "support/SymbolObject.h"
-#include "support/TemporaryDirectory.h"
+#include <cxxabi.h>
+#include <dlfcn.h>
+#include <elf.h>
+#include <link.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
 
 #include "fw_StableStringRepository.h"
 #include "fw_ThreadInfo.h"
+#include "support/ChildProcess.h"
+#include "support/SymbolObject.h"
+#include "support/TemporaryDirectory.h"
+#include "ut_Debug.h"
 
 using utility::Debug;
 

@@ -1,11 +1,5 @@
 #include "ut_Terminal.h"
 
-#include <fcntl.h>
-#include <gtest/gtest.h>
-#include <pty.h>
-#include <sys/ioctl.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <chrono>
 #include <csignal>
@@ -15,6 +9,13 @@
 #include <string>
 #include <thread>
 #include <type_traits>
+
+#include <fcntl.h>
+#include <pty.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
 
 #include "ChildProcess.h"
 #include "LogCapture.h"

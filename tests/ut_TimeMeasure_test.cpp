@@ -1,8 +1,5 @@
 #include "ut_TimeMeasure.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <climits>
 #include <cstdint>
 #include <cstdio>
@@ -10,6 +7,9 @@
 #include <ctime>
 #include <random>
 #include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include "TimeZone.h"
 

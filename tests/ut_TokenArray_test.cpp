@@ -1,9 +1,9 @@
 #include "ut_TokenArray.h"
 
-#include <gtest/gtest.h>
-
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "ArrayContent.h"
 #include "ArrayCopySuite.h"

@@ -1,12 +1,12 @@
 #include "ut_TokenSet.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <set>
 #include <string>
 #include <type_traits>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "DebugSwitch.h"
 #include "ExpectFailure.h"

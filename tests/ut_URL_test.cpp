@@ -1,8 +1,5 @@
 #include "ut_URL.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
@@ -13,6 +10,9 @@
 #include <type_traits>
 #include <utility>
 #include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include "FailingAllocation.h"
 #include "HeapGrowth.h"

@@ -1,17 +1,18 @@
 #include "ut_VirtualPutStream.h"
 
-#include <fcntl.h>
-#include <gtest/gtest.h>
-#include <poll.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <climits>
 #include <string>
 #include <thread>
 #include <type_traits>
 #include <vector>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
 
 #include "Descriptor.h"
 #include "ExpectFailure.h"

@@ -1,8 +1,8 @@
 #include "ut_WWNArray.h"
 
-#include <gtest/gtest.h>
-
 #include <array>
+
+#include <gtest/gtest.h>
 
 #include "ArrayCopySuite.h"
 #include "OwningArraySuite.h"

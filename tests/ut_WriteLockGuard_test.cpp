@@ -1,11 +1,11 @@
 #include "ut_WriteLockGuard.h"
 
-#include <gtest/gtest.h>
-
 #include <atomic>
 #include <chrono>
 #include <thread>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "LockGuardSuite.h"
 #include "fw_PosixRWLock.h"

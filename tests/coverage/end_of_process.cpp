@@ -1,13 +1,13 @@
 // Loaded into every program of a coverage run. Replaces functions that end a process without its exit handlers, so that
 // what the libraries ran in it still counts: most children of tests end by `_exit` or by a signal.
 
+#include <cstdlib>
+
 #include <dlfcn.h>
 #include <pthread.h>
 #include <signal.h>
 #include <sys/syscall.h>
 #include <unistd.h>
-
-#include <cstdlib>
 
 // Null in a program that does not use the library.
 extern "C" __attribute__((weak)) void write_counts_of_VXfw();

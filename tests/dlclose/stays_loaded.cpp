@@ -1,13 +1,13 @@
 // Loads the library named by the first argument, unloads it while a thread has a record and a signal has a handler, and
 // lets both go on: the library must still be there. Not linked against the library, or the library would stay loaded
 // for that reason alone.
-#include <dlfcn.h>
-#include <signal.h>
-
 #include <cstdio>
 #include <cstdlib>
 #include <future>
 #include <thread>
+
+#include <dlfcn.h>
+#include <signal.h>
 
 namespace {
 

@@ -1,8 +1,8 @@
 // A module whose static constructor makes a token, while its loading thread holds the lock of the dynamic linker.
 
-#include <unistd.h>
-
 #include <cstdlib>
+
+#include <unistd.h>
 
 #include "fw_StableStringRepository.h"
 

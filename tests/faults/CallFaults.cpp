@@ -1,5 +1,9 @@
 #include "CallFaults.h"
 
+#include <cstdio>
+#include <cstdlib>
+#include <iterator>
+
 #include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
@@ -13,10 +17,6 @@
 #include <sys/stat.h>
 #include <sys/uio.h>
 #include <time.h>
-
-#include <cstdio>
-#include <cstdlib>
-#include <iterator>
 
 namespace test {
 

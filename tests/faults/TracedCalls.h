@@ -1,15 +1,5 @@
 #pragma once
 
-#include <fcntl.h>
-#include <signal.h>
-#include <sys/ioctl.h>
-#include <sys/ptrace.h>
-#include <sys/syscall.h>
-#include <sys/time.h>
-#include <sys/user.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <climits>
@@ -21,6 +11,16 @@
 #include <stdexcept>
 #include <string>
 #include <vector>
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/ioctl.h>
+#include <sys/ptrace.h>
+#include <sys/syscall.h>
+#include <sys/time.h>
+#include <sys/user.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace test {
 
@@ -291,7 +291,7 @@ private:
 
 /// Runs `trial` with each fault that the calls counted in `counts` can have, or if `isShort` with one of each first
 /// call; returns how many took place.
-template<class Trial>
+template<typename Trial>
 unsigned failEachCall(const std::map<long, unsigned>& counts, bool isShort, Trial&& trial) {
     unsigned trials = 0;
     for (const FaultKind& kind : faultKinds()) {

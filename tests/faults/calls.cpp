@@ -9,16 +9,16 @@
 // results, error states, logged lines, content of files. calls_expected.h has what it is to say. A call without an
 // expectation is a finding, and so is an expectation that no call meets.
 
+#include <cstdarg>
+#include <set>
+#include <sstream>
+
 #include <dirent.h>
 #include <poll.h>
 #include <spawn.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
-
-#include <cstdarg>
-#include <set>
-#include <sstream>
 
 #include "CallFaults.h"
 #include "calls_expected.h"

@@ -10,11 +10,11 @@
 // - With status 1, standard error says what failed. If a command changed the password file, it says so.
 // - The next command of the session was carried out, and no descriptor was left open.
 
-#include <sys/stat.h>
-
 #include <cstdlib>
 #include <regex>
 #include <sstream>
+
+#include <sys/stat.h>
 
 #include "TracedCalls.h"
 #include "support/ProtectedMachine.h"

@@ -8,10 +8,6 @@
 // After each, the password file or the `.new` file beside it holds one whole text. Where the process lives, a log line
 // of level 0 says so unless the password file holds the new text, and what the line says is true.
 
-#include <dirent.h>
-#include <sys/prctl.h>
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
@@ -20,6 +16,10 @@
 #include <random>
 #include <sstream>
 #include <thread>
+
+#include <dirent.h>
+#include <sys/prctl.h>
+#include <sys/stat.h>
 
 #include "TracedCalls.h"
 #include "support/PrivateMounts.h"

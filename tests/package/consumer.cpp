@@ -1,6 +1,6 @@
-#include <VXut/VXut.h>
-
 #include <cstdio>
+
+#include <VXut/VXut.h>
 
 int main() {
     char text[8];

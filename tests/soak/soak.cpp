@@ -9,16 +9,6 @@
 // figures last. A watchdog process looks at the progress, so that it also finds threads that are all stuck, and shows
 // their stacks if gdb is installed.
 
-#include <dlfcn.h>
-#include <fcntl.h>
-#include <malloc.h>
-#include <signal.h>
-#include <sys/mman.h>
-#include <sys/prctl.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
 #include <atomic>
@@ -33,6 +23,16 @@
 #include <string>
 #include <thread>
 #include <vector>
+
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <malloc.h>
+#include <signal.h>
+#include <sys/mman.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "fw_ApplicationArguments.h"
 #include "fw_Logger.h"

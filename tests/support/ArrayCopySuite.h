@@ -3,11 +3,11 @@
 // Tests of copying, for the typed arrays that copy their block byte by byte: all except those of texts and of port
 // addresses.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <memory>
 #include <type_traits>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include "ArrayContent.h"
 #include "ArrayTest.h"

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <cstddef>
 #include <type_traits>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "ExpectFailure.h"
 #include "RandomRun.h"

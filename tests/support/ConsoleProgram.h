@@ -1,14 +1,14 @@
 #pragma once
 
-#include <sys/prctl.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <cstdlib>
 #include <functional>
 #include <sstream>
 #include <string>
 #include <vector>
+
+#include <sys/prctl.h>
+#include <unistd.h>
 
 #include "ChildProcess.h"
 #include "ProtectedMachine.h"

@@ -3,9 +3,9 @@
 // Replaces `strcmp` in the test program that includes this header, and in the libraries it loads. Include it in only
 // one source of a program.
 
-#include <gtest/gtest.h>
-
 #include <string>
+
+#include <gtest/gtest.h>
 
 namespace test {
 

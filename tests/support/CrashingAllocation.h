@@ -3,12 +3,12 @@
 // Replaces the allocation functions of the test program that includes this header, so that they can crash as they do
 // in a process with a corrupted heap. Include it in only one source of a program.
 
-#include <signal.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <cstddef>
 #include <cstdlib>
+
+#include <signal.h>
+#include <unistd.h>
 
 #include "PlatformAllocation.h"
 

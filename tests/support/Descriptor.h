@@ -1,11 +1,11 @@
 #pragma once
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <stdexcept>
 #include <string>
 #include <utility>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace test {
 

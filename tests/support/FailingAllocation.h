@@ -3,12 +3,12 @@
 // Replaces the allocation functions in the test program that includes this header, and in the libraries it loads.
 // Include it in only one source of a program. Programs that do not include it use the platform's functions.
 
-#include <dlfcn.h>
-
 #include <cerrno>
 #include <cstddef>
 #include <cstdlib>
 #include <new>
+
+#include <dlfcn.h>
 
 #include "PlatformAllocation.h"
 

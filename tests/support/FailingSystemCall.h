@@ -1,11 +1,11 @@
 #pragma once
 
+#include <cstddef>
+
 #include <linux/filter.h>
 #include <linux/seccomp.h>
 #include <sys/prctl.h>
 #include <unistd.h>
-
-#include <cstddef>
 
 namespace test {
 

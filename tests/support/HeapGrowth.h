@@ -1,8 +1,8 @@
 #pragma once
 
-#include <malloc.h>
-
 #include <cstddef>
+
+#include <malloc.h>
 
 namespace test {
 

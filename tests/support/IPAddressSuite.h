@@ -1,13 +1,14 @@
 #pragma once
 
-#include <arpa/inet.h>
-#include <gtest/gtest.h>
-
 #include <array>
 #include <cstring>
 #include <random>
 #include <string>
 #include <type_traits>
+
+#include <arpa/inet.h>
+
+#include <gtest/gtest.h>
 
 #include "TextOf.h"
 #include "ut_BufferStream.h"

@@ -1,12 +1,13 @@
 #pragma once
 
-#include <dlfcn.h>
-#include <gtest/gtest.h>
-
 #include <stdexcept>
 #include <string>
 #include <type_traits>
 #include <vector>
+
+#include <dlfcn.h>
+
+#include <gtest/gtest.h>
 
 #include "fw_RWLockIF.h"
 

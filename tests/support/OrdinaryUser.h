@@ -1,9 +1,9 @@
 #pragma once
 
+#include <stdexcept>
+
 #include <grp.h>
 #include <unistd.h>
-
-#include <stdexcept>
 
 namespace test {
 

@@ -3,11 +3,11 @@
 // Tests of when the arrays that own their elements delete them. The traits of a class (ArrayTest.h) also have
 // `OwningType`, the class itself, and `make()`, which returns a new element, equal to every other that it returns.
 
-#include <gtest/gtest.h>
-
 #include <memory>
 #include <type_traits>
 #include <utility>
+
+#include <gtest/gtest.h>
 
 #include "ArrayTest.h"
 #include "HeapGrowth.h"

@@ -1,13 +1,13 @@
 #pragma once
 
-#include <sys/mman.h>
-#include <unistd.h>
-
 #include <cstddef>
 #include <cstring>
 #include <new>
 #include <stdexcept>
 #include <string>
+
+#include <sys/mman.h>
+#include <unistd.h>
 
 namespace test {
 

@@ -2,12 +2,12 @@
 
 // Tests of the arrays of pointers in addition to TypedArraySuite.h: finding an element, and appending a whole array.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <memory>
 #include <string>
 #include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include "ArrayContent.h"
 #include "ArrayTest.h"

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <memory>
 #include <new>
 #include <type_traits>
 #include <typeinfo>
+
+#include <gtest/gtest.h>
 
 #include "FailingAllocation.h"
 #include "TextOf.h"

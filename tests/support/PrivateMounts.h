@@ -1,10 +1,10 @@
 #pragma once
 
+#include <string>
+
 #include <sched.h>
 #include <sys/mount.h>
 #include <unistd.h>
-
-#include <string>
 
 namespace test {
 

@@ -1,6 +1,10 @@
 #pragma once
 
-#include <gtest/gtest.h>
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
+#include <string>
+#include <vector>
 
 #include <grp.h>
 #include <mntent.h>
@@ -8,11 +12,7 @@
 #include <sys/prctl.h>
 #include <unistd.h>
 
-#include <cerrno>
-#include <cstdio>
-#include <filesystem>
-#include <string>
-#include <vector>
+#include <gtest/gtest.h>
 
 #include "PrivateMounts.h"
 

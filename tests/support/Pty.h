@@ -1,5 +1,14 @@
 #pragma once
 
+#include <cerrno>
+#include <chrono>
+#include <cstdlib>
+#include <cstring>
+#include <functional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
 #include <fcntl.h>
 #include <poll.h>
 #include <pty.h>
@@ -11,15 +20,6 @@
 #include <termios.h>
 #include <unistd.h>
 #include <utmp.h>
-
-#include <cerrno>
-#include <chrono>
-#include <cstdlib>
-#include <cstring>
-#include <functional>
-#include <stdexcept>
-#include <string>
-#include <vector>
 
 namespace test {
 

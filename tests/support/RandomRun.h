@@ -1,11 +1,11 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <cstdint>
 #include <cstdlib>
 #include <random>
 #include <string>
+
+#include <gtest/gtest.h>
 
 namespace test {
 

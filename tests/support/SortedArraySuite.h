@@ -3,12 +3,12 @@
 // Tests of the typed arrays that can sort their elements. The traits of a class (ArrayTest.h) also have
 // `sort(array)`, which calls the sorting operation of the class.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <limits>
 #include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include "ArrayContent.h"
 #include "ArrayTest.h"

@@ -1,13 +1,13 @@
 #pragma once
 
-#include <dlfcn.h>
-#include <elf.h>
-#include <link.h>
-
 #include <cstring>
 #include <stdexcept>
 #include <string>
 #include <vector>
+
+#include <dlfcn.h>
+#include <elf.h>
+#include <link.h>
 
 #include "TemporaryDirectory.h"
 

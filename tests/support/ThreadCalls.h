@@ -3,9 +3,6 @@
 // Replaces the mutex and condition functions in the test program that includes this header, and in the libraries it
 // loads. Include it in only one source of a program.
 
-#include <dlfcn.h>
-#include <pthread.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <ctime>
@@ -13,6 +10,9 @@
 #include <string>
 #include <utility>
 #include <vector>
+
+#include <dlfcn.h>
+#include <pthread.h>
 
 namespace test {
 

@@ -3,15 +3,15 @@
 // Tests of all typed arrays that grow by 20 slots and store their elements unchanged. A class's test file
 // instantiates the suite with the traits of its class (ArrayTest.h).
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <memory>
 #include <string>
 #include <type_traits>
 #include <utility>
 #include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include "ArrayContent.h"
 #include "ArrayModel.h"

@@ -1,5 +1,13 @@
 #include "EnteredOperations.h"
 
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <map>
+#include <set>
+
 #include <cxxabi.h>
 #include <dlfcn.h>
 #include <elf.h>
@@ -8,14 +16,6 @@
 #include <sys/mman.h>
 #include <ucontext.h>
 #include <unistd.h>
-
-#include <algorithm>
-#include <cstdio>
-#include <cstdlib>
-#include <cstring>
-#include <fstream>
-#include <map>
-#include <set>
 
 #include "WithoutRow.h"
 

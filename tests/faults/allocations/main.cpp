@@ -5,15 +5,15 @@
 // LIST names the exported symbols, as the files in tests/symbols do: every operation in it has to run in some row, or
 // to be listed in `withoutRow`. Prints each finding and, last, the figures. Exits with 1 after a finding.
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <string>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 #include "EnteredOperations.h"
 #include "FailingAllocation.h"

@@ -1,9 +1,9 @@
-#include <sys/stat.h>
-
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <string>
+
+#include <sys/stat.h>
 
 #include "TemporaryDirectory.h"
 #include "Trial.h"

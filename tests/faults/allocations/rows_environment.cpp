@@ -1,9 +1,9 @@
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <cstdlib>
 #include <cstring>
 #include <string>
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include "TemporaryDirectory.h"
 #include "Trial.h"

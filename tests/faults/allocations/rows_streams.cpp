@@ -1,8 +1,8 @@
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <cstring>
 #include <string>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 #include "TemporaryDirectory.h"
 #include "Trial.h"
