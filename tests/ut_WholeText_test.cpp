@@ -102,7 +102,7 @@ TEST(WholeText, IsWrittenAsAnOverridingClassWritesIt) {
     test::LogCapture log;
     test::RandomRun random;
     int calls = 0;
-    while (random.steps(20000)) {
+    while (random.steps(3000)) {
         const int size = static_cast<int>(random.below(100));
         const bool quiet = random.below(2) != 0;
         std::string direct(120, '#');
@@ -129,7 +129,7 @@ TEST(WholeText, IsWrittenAsAnOverridingClassWritesIt) {
 
 TEST(WholeText, StreamWithoutStorageRefusesItAsAnOverridingClassDoes) {
     test::RandomRun random;
-    while (random.steps(1000)) {
+    while (random.steps(300)) {
         PutStream directStream(nullptr, 40);
         OverridingStream plainStream(nullptr, 40);
         const Writer write = randomWriter(random);

@@ -185,9 +185,22 @@ bool readISO(const char* text, WrittenFields* written) {
     return true;
 }
 
+// The two digits of each number below 100.
+struct DigitPairs {
+    char pairs[100][2] = {};
+
+    constexpr DigitPairs() {
+        for (int number = 0; number < 100; ++number) {
+            pairs[number][0] = static_cast<char>('0' + number / 10);
+            pairs[number][1] = static_cast<char>('0' + number % 10);
+        }
+    }
+};
+
+constexpr DigitPairs digitPairs;
+
 void setTwoDigits(char* text, int number) {
-    text[0] = static_cast<char>('0' + number / 10);
-    text[1] = static_cast<char>('0' + number % 10);
+    std::memcpy(text, digitPairs.pairs[number], 2);
 }
 
 // Formats local time, without a terminating NUL. Returns false if the year has not four digits.
