@@ -3,8 +3,6 @@
 
 #include "internal/ut_Format.h"
 
-#include <gtest/gtest.h>
-
 #include <climits>
 #include <cstdarg>
 #include <cstdint>
@@ -12,6 +10,8 @@
 #include <limits>
 #include <string>
 #include <type_traits>
+
+#include <gtest/gtest.h>
 
 #include "support/ExpectFailure.h"
 #include "support/RandomRun.h"

@@ -4,11 +4,11 @@
 
 #include "internal/ut_WholeText.h"
 
-#include <gtest/gtest.h>
-
 #include <functional>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "support/ExpectFailure.h"
 #include "support/LogCapture.h"

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "ut_Export.h"
+
 #include <cstdarg>
 #include <cstddef>
-
-#include "ut_Export.h"
 
 namespace utility {
 
