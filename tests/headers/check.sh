@@ -71,7 +71,7 @@ check_header() {
 
 cd "$headers" || exit
 all=(*.h)
-diff <(printf '%s\n' "${all[@]}" | grep -vx VXut.h) <(sed -n 's/^#include "\(.*\)"$/\1/p' VXut.h) ||
+diff <(printf '%s\n' "${all[@]}" | grep -vx VXut.h | sort) <(sed -n 's/^#include "\(.*\)"$/\1/p' VXut.h | sort) ||
     fail "VXut.h includes other headers than those that are installed"
 for standard in c++17 c++20 c++2b; do
     compiles c++ "$standard" VXut.h -O2 -S -o /dev/null
