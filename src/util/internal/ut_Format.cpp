@@ -215,7 +215,7 @@ int formatText(char* destination, std::size_t size, const char* format, va_list 
         out.put(format, static_cast<std::size_t>(conversion.start - format));
         format = conversion.end;
         if (conversion.type == '%') {
-            out.put("%", 1);
+            out.fill('%', 1);
         } else if (conversion.type == 'c') {
             const char c = static_cast<char>(va_arg(arguments, int));
             putPadded(out, conversion, &c, 1);
