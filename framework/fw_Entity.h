@@ -28,7 +28,7 @@ class Memory;
 ///     volume.inError();   // true
 class VXFW_EXPORT Entity {
 public:
-    /// Creates an entity that is not in error and has no memory object.
+    /// Creates an entity without an error and without a memory object.
     Entity();
     /// Copies the pointer to the memory object that was passed to `setMemory`, but neither error state nor pool.
     Entity(const Entity& other);
@@ -45,7 +45,7 @@ public:
     virtual const char* getNameString() const {
         return pGSEntity;
     }
-    /// Writes a description of the object to `out`. Derived classes define it; this class writes nothing.
+    /// Writes a description of the object to `out`. Derived classes define it; this class leaves `out` unchanged.
     virtual void information(utility::PutStream& /*out*/, int /*indent*/, bool /*flag*/) const {}
     /// Returns a copy that the caller owns and deletes, or null if the class cannot be cloned. This class cannot.
     virtual Entity* clone() const {

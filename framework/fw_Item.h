@@ -18,7 +18,7 @@ namespace framework {
 ///     class Volume : public framework::Item { ... };
 class VXFW_EXPORT Item : public virtual Entity {
 public:
-    /// Creates an item that is not in error and has no memory object.
+    /// Creates an item without an error and without a memory object.
     Item();
     ~Item() override;
 

@@ -74,11 +74,11 @@ protected:
     }
     /// Frees the block.
     VXUT_HIDDEN void freeBlock();
-    /// Grows the block in steps of 20 slots until it has at least `needed` slots. Returns false and changes nothing if
+    /// Grows the block in steps of 20 slots until it has at least `needed` slots. Returns false with no change if
     /// the allocation fails or the size overflows.
     VXUT_HIDDEN bool growInSteps(std::uint64_t needed, std::size_t elementSize);
     /// Appends `count` elements from `elements`, byte by byte, with the capacity that appending them one by one would
-    /// give. Returns false and changes nothing if the allocation fails or the size overflows.
+    /// give. Returns false and leaves the array as it is if the allocation fails or the size overflows.
     VXUT_HIDDEN bool appendBlock(const void* elements, unsigned int count, std::size_t elementSize);
 
     /// The number of elements.

@@ -312,7 +312,7 @@ public:
         va_end(arguments);
     }
 
-    // Writes `length` bytes of `text`. Returns false and writes nothing if `write` must show how they do not fit.
+    // Writes `length` bytes of `text`. Returns false and skips the write if `write` must show how they do not fit.
     bool writeWhole(const char* text, std::size_t length) const {
         if (m_stream != nullptr)
             return putWhole(*m_stream, text, length);
@@ -337,7 +337,7 @@ private:
     PutStream* m_stream;
 };
 
-// Stores the local time in `fields`. Writes the empty text and returns false if the time has no local form.
+// Stores the local time in `fields`. Writes the empty text and returns false if that fails.
 bool beginText(time_t seconds, tm* fields, const Destination& destination) {
     if (seconds != invalidTime && localFields(seconds, fields))
         return true;

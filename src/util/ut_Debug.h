@@ -99,10 +99,10 @@ public:
 
     /// Logs the calling thread's back trace (level 0).
     static void ErrorContext();
-    /// Writes the calling thread's back trace to `file`. `thread` has no effect.
+    /// Writes the calling thread's back trace to `file`. `thread` is ignored.
     static void ThreadErrorContext(framework::ThreadInfo* thread, FileOutputStream& file);
     /// Writes the calling thread's stack frames with object file and demangled function name: the innermost `depth`
-    /// frames, at most 40, without the first `skip` of them. Does nothing if `out` is null. `flag` has no effect.
+    /// frames, at most 40, without the first `skip` of them. Does nothing if `out` is null. `flag` is ignored.
     static void BackTrace(BufferStream* out, unsigned int depth, unsigned int skip, bool flag);
     /// Writes "[object] symbol+distance" of `address` to `buffer`, with the distance in bytes, truncated to `size`
     /// bytes including the NUL; an empty text if the address is unknown. Does nothing if `buffer` is null or `size` is

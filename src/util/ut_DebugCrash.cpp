@@ -57,7 +57,7 @@ __attribute__((constructor)) void exerciseBackTrace() {
     backtrace(&address, 1);
 }
 
-// Where the platform has no memory left, one report at a time is still written.
+// Where the platform is out of memory, one report at a time is still written.
 char reserve[reportSize];
 std::atomic_flag isReserveTaken = ATOMIC_FLAG_INIT;
 
@@ -170,7 +170,7 @@ bool isSomethingElse(const char* name) {
     return lstat(name, &status) == 0 && !isFileWithOneLink(status);
 }
 
-/// Replaces the content of the context file `name`. Returns false, and changes nothing, if something else than a
+/// Replaces the content of the context file `name`. Returns false, and leaves it unchanged, if something else than a
 /// regular file with one link has that name: another user may have put it there to have a file overwritten or this
 /// thread blocked. A file that cannot be opened or written is not reported.
 bool writeContext(const char* name, const char* text, unsigned int size) {

@@ -137,12 +137,12 @@ public:
     static unsigned char calc_crc(char* data, int len);
 
     /// Writes the MD5 (RFC 1321) of `text` to `out` as 32 lower-case hexadecimal digits and a terminator, truncated to
-    /// `size` bytes. A null `text` counts as empty. If `out` is null, writes nothing. Always returns 2, the number of
+    /// `size` bytes. A null `text` counts as empty. Skips the write if `out` is null. Always returns 2, the number of
     /// digits of the last byte: callers rely on it.
     static int calc_md5(const char* text, char* out, int size);
     /// Writes the first `size` bytes, at most 16, of the MD5 of `len` bytes to `out` and returns `out`. Despite the
     /// name, these are raw bytes without a terminator, not hexadecimal digits: callers rely on it. If `data` is null or
-    /// `len` is below 1, the input is empty. If `out` is null, writes nothing.
+    /// `len` is below 1, the input is empty. Skips the write if `out` is null.
     static char* calc_md5_hex(const char* data, int len, char* out, int size);
 
     /// Derives a password of `size` - 1 lower-case hexadecimal digits from three texts and writes it to `out`,

@@ -14,7 +14,7 @@ namespace utility {
 ///     while (list.nextToken(token) != nullptr) use(token);   // "a", then "b"
 class VXUT_EXPORT ParameterList {
 public:
-    /// Starts at the beginning of `text`. A null `text` has no tokens.
+    /// Starts at the beginning of `text`. A null `text` counts as empty.
     ParameterList(char* text, char separator);
 
     /// Copies the next token to `destination` and returns `destination`. Empty tokens are skipped. Returns null at the

@@ -1,4 +1,4 @@
-// A module whose static constructor makes a token, while its loading thread holds the lock of the dynamic linker.
+// The static constructor of this module makes a token while its loading thread holds the lock of the dynamic linker.
 
 #include <cstdlib>
 

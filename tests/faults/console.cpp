@@ -29,7 +29,7 @@ constexpr int longestSeconds = 180;
 enum Answer {
     EXACT,       ///< the same in each run
     NUMBERS,     ///< the same but for its numbers
-    BACK_TRACES, ///< back traces, whose addresses vary
+    BACK_TRACES, ///< back traces: the addresses vary
 };
 
 struct Scenario {

@@ -35,7 +35,7 @@ inline void failSystemCall(unsigned int number, unsigned int error) {
     detail::installFilter(instructions);
 }
 
-/// Makes only those calls fail whose first argument is `argument`.
+/// Makes only calls with `argument` as first argument fail.
 inline void failSystemCall(unsigned int number, unsigned int error, unsigned int argument) {
     sock_filter instructions[] = {
         BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),

@@ -94,7 +94,7 @@ private:
         }
     }
 
-    // The dynamic linker relocates the entries in place, except in objects whose dynamic section is read-only.
+    // The dynamic linker relocates the entries in place, except in objects with a read-only dynamic section.
     Address relocated(const DynamicEntry& entry) const {
         const Address address = entry.d_un.d_ptr;
         return address >= m_mapStart && address < m_mapEnd ? address : m_bias + address;
