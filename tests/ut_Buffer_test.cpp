@@ -866,6 +866,15 @@ TEST(Buffer, TruncatePartialUtf8AfterARefusedAdvanceStaysInBounds) {
     OpenBuffer().truncatePartialUtf8();
 }
 
+TEST(Buffer, TruncatePartialUtf8WithoutStorageLogsAnEmptyText) {
+    test::LogCapture log;
+    OpenBuffer buffer;
+    buffer.supplyArray(nullptr, 9);
+    buffer.WriteAdvance(4);
+    EXPECT_FALSE(buffer.truncatePartialUtf8());
+    EXPECT_EQ(test::traceLines(log), (Lines{"0 : truncatePartialUtf8: String is not a printable UTF-8 string: ''"}));
+}
+
 TEST(Buffer, SupplyArrayReservesTheLastByteForTheTerminator) {
     test::GuardedBytes bytes(8);
     OpenBuffer buffer;

@@ -1118,6 +1118,22 @@ void useTheAllocator(const std::atomic<bool>& stop) {
 
 } // namespace
 
+TEST(DebugSignalThreads, MakesNoDirectoryOfATruncatedName) {
+    const test::TemporaryDirectory memory;
+    inChild([&] {
+        const ProcessName name("agent");
+        // The longest name that fits in 4,096 bytes would end in "agentCon".
+        const std::string fitting = "/agentCon";
+        std::string root = memory.path();
+        while (root.size() + fitting.size() < 4095)
+            root += root.size() + fitting.size() == 4094 ? "/" : "/.";
+        setenv("VX_MEM", root.c_str(), 1);
+        signal(SIGUSR2, SIG_IGN);
+        Debug::SignalThreads(SIGUSR1);
+        EXPECT_TRUE(std::filesystem::is_empty(memory.path()));
+    });
+}
+
 TEST(DebugSignalThreads, MeetsThreadsInsideTheAllocator) {
     const test::TemporaryDirectory memory;
     inChild([&] {
@@ -1289,6 +1305,18 @@ TEST(DebugSignalContext, NameOf127CharactersFitsAndALongerOneMakesNoFile) {
             expectContextStillWorks();
         });
     }
+}
+
+TEST(DebugSignalContext, LogsNothingIfItsDirectoryIsMissing) {
+    const test::TemporaryDirectory memory;
+    inChild([&] {
+        setenv("VX_MEM", memory.path().c_str(), 1);
+        const ProcessName name("agent");
+        const test::LogCapture log;
+        Debug::SignalContext(SIGUSR2);
+        EXPECT_EQ(log.count(), 0u);
+        EXPECT_TRUE(std::filesystem::is_empty(memory.path()));
+    });
 }
 
 TEST(DebugSignalContext, LeavesNoLockHeldWhenTheFileCannotBeOpened) {

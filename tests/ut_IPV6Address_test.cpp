@@ -1,10 +1,12 @@
 #include "ut_IPV6Address.h"
 
 #include <climits>
+#include <cstdio>
 #include <cstring>
 #include <string>
 
 #include <arpa/inet.h>
+#include <dlfcn.h>
 
 #include <gtest/gtest.h>
 
@@ -16,6 +18,20 @@
 #include "fw_Memory.h"
 #include "ut_BufferStream.h"
 #include "ut_VirtualPutStream.h"
+
+namespace {
+
+// An array, because tests count allocations.
+char lastParsedText[64];
+
+} // namespace
+
+// The library's calls arrive here.
+extern "C" int inet_pton(int family, const char* text, void* bytes) noexcept {
+    static const auto platform = reinterpret_cast<decltype(&inet_pton)>(dlsym(RTLD_NEXT, "inet_pton"));
+    std::snprintf(lastParsedText, sizeof lastParsedText, "%s", text);
+    return platform(family, text, bytes);
+}
 
 namespace {
 
@@ -134,6 +150,14 @@ TEST(IPV6Address, ParsesUpperAndLowerCase) {
         EXPECT_TRUE(address.fromString(spelling)) << spelling;
         EXPECT_EQ(textOf(address), "fe80::1") << spelling;
     }
+}
+
+TEST(IPV6Address, PassesUpperCaseToThePlatform) {
+    IPV6Address address;
+    EXPECT_TRUE(address.fromString("abcd:ef09::1.2.3.4"));
+    EXPECT_STREQ(lastParsedText, "ABCD:EF09::1.2.3.4");
+    EXPECT_FALSE(address.fromString("`az{\xE4"));
+    EXPECT_STREQ(lastParsedText, "`AZ{\xE4");
 }
 
 TEST(IPV6Address, AnInvalidTextConstructsTheUnspecifiedAddress) {

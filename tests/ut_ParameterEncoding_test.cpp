@@ -474,6 +474,12 @@ TEST(ParameterEncoding, BlockIsReadIntoZeroBytes) {
     EXPECT_EQ(stream.readable(), "c");
 }
 
+TEST(ParameterEncoding, BlockWithoutADestinationIsConsumed) {
+    Stream stream(bytes({2, 0, 0, 0, 'a', 'b', 'c'}));
+    EXPECT_EQ(stream->GetParmBuf(nullptr, 2), 2);
+    EXPECT_EQ(stream.readable(), "c");
+}
+
 TEST(ParameterEncoding, BlockWithoutItsLengthReturnsZero) {
     for (const std::size_t count : {0u, 1u, 2u, 3u}) {
         Stream stream(std::string(count, '\1'));

@@ -42,6 +42,8 @@ KIN = {
     "fw_RunTimeStrings": ["fw_StableStringRepository", "fw_StringRepository"],
     "fw_StandardNumbers": ["fw_Container", "ut_FileInputStream", "ut_FileOutputStream", "ut_PWService"],
     "fw_Text": ["fw_Config", "fw_Memory", "fw_Entity", "fw_FSUMemory"],
+    "fw_KnownStrings": ["fw_KnownTokens", "fw_StableStringRepository"],
+    "ut_Array": ["ut_IntArray", "ut_ParameterEncoding"],
     "ut_Deadline": ["ut_Waiter", "ut_BufferStreamList"],
     "ut_DebugDump": ["ut_Debug"],
     "ut_DebugLock": ["ut_DebugCrash"],

@@ -19,9 +19,7 @@ time_t presentSecond() {
 
 time_t later(time_t second, long long seconds) {
     const long long last = std::numeric_limits<time_t>::max();
-    if (seconds > last - second)
-        return std::numeric_limits<time_t>::max();
-    return static_cast<time_t>(std::max(second + seconds, 0LL));
+    return static_cast<time_t>(second + std::clamp<long long>(seconds, -second, last - second));
 }
 
 } // namespace
