@@ -15,6 +15,7 @@
 
 #include "ArrayContent.h"
 #include "ExpectFailure.h"
+#include "FailingAllocation.h"
 #include "GuardedBytes.h"
 #include "LogCapture.h"
 #include "RandomRun.h"
@@ -621,6 +622,26 @@ TYPED_TEST(ParameterArray, DroppedElementsAreReadAsTheLastElement) {
     typename TestFixture::Array read(0);
     EXPECT_TRUE(this->get(stream, read));
     EXPECT_EQ(test::contentOf(read), (std::vector<typename TestFixture::Value>{5, 6, 6, 6}));
+}
+
+TYPED_TEST(ParameterArray, ElementsAreReadWithOneAllocation) {
+    Stream stream(this->encoded(std::vector<typename TestFixture::Value>(100, 5)));
+    typename TestFixture::Array read(0);
+    const unsigned long before = test::allocationCount();
+    EXPECT_TRUE(this->get(stream, read));
+    EXPECT_EQ(test::allocationCount() - before, 1u);
+}
+
+TYPED_TEST(ParameterArray, ElementsAreReadInStepsWithoutMemoryForAll) {
+    const std::vector<typename TestFixture::Value> values = {5, 6, 7};
+    Stream stream(this->encoded(values));
+    typename TestFixture::Array read(0);
+    {
+        const test::FailingAllocation failing(1);
+        EXPECT_TRUE(this->get(stream, read));
+    }
+    EXPECT_EQ(test::contentOf(read), values);
+    EXPECT_EQ(stream->ReadAvailable(), 0);
 }
 
 TYPED_TEST(ParameterArray, MissingElementsAreZeroIfNoneWasRead) {

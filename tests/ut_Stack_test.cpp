@@ -142,4 +142,16 @@ TEST(Stack, BehavesAsAVectorUnderRandomOperations) {
     }
 }
 
+TEST(Stack, LeaksNoNodes) {
+    const long before = test::outstandingAllocations();
+    {
+        Stack stack;
+        const std::string name = "name";
+        for (int i = 0; i < 3; ++i)
+            EXPECT_TRUE(stack.push(&name, nullptr));
+        EXPECT_EQ(stack.pop(), &name);
+    }
+    EXPECT_EQ(test::outstandingAllocations(), before);
+}
+
 } // namespace
