@@ -132,6 +132,19 @@ TEST_F(FileInputStreamTest, NeverUsesTheDescriptorOfAStandardStream) {
     EXPECT_EQ(child.status, 0) << child.err;
 }
 
+TEST_F(FileInputStreamTest, LeavesAStandardStreamOpenThatWasClosedBefore) {
+    const std::string path = m_directory.write("ports", "4");
+    const test::ChildResult child = test::runInChild([&] {
+        close(STDIN_FILENO);
+        { const FileInputStream whileClosed(path.c_str()); }
+        if (open("/dev/null", O_RDONLY) != STDIN_FILENO)
+            return 1;
+        { const FileInputStream whileOpen(path.c_str()); }
+        return fcntl(STDIN_FILENO, F_GETFD) >= 0 ? 0 : 2;
+    });
+    EXPECT_EQ(child.status, 0) << child.err;
+}
+
 TEST_F(FileInputStreamTest, FailsIfOnlyDescriptorsOfStandardStreamsAreLeft) {
     const std::string path = m_directory.write("ports", "4");
     const test::ChildResult child = test::runInChild([&] {
