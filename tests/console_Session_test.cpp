@@ -10,7 +10,6 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
-#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
@@ -19,17 +18,6 @@
 #include "console_SignalStack.h"
 #include "support/ChildProcess.h"
 #include "support/TemporaryDirectory.h"
-
-namespace {
-
-/// How many of this thread's next calls of `write` return 0.
-thread_local int emptyWrites = 0;
-
-} // namespace
-
-extern "C" ssize_t write(int fd, const void* data, std::size_t size) {
-    return emptyWrites > 0 && emptyWrites-- > 0 ? 0 : syscall(SYS_write, fd, data, size);
-}
 
 namespace {
 
@@ -214,46 +202,6 @@ TEST(ConsoleTerminalConsole, WaitsOnANonBlockingDescriptor) {
     EXPECT_TRUE(terminal.readPlainLine(&line));
     EXPECT_EQ(line, "one");
     typist.join();
-}
-
-TEST(ConsoleTerminalConsole, WaitsForASlowReaderOfWhatItWrites) {
-    PipeTerminal pipes;
-    ASSERT_EQ(fcntl(pipes.output(), F_SETFL, O_NONBLOCK), 0);
-    console::DescriptorOutputStream out(pipes.output());
-    const std::string text(1000000, 'x');
-    std::thread writer([&] { EXPECT_TRUE(out.SendOutputStream(text.data(), static_cast<unsigned int>(text.size()))); });
-    std::string shown;
-    while (shown.size() < text.size()) {
-        shown += pipes.shown();
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-    writer.join();
-    EXPECT_TRUE(shown == text);
-    EXPECT_EQ(out.errorNumber(), 0);
-}
-
-TEST(ConsoleDescriptorOutputStream, AFailureIsSticky) {
-    const int full = open("/dev/full", O_WRONLY | O_CLOEXEC);
-    ASSERT_GE(full, 0);
-    console::DescriptorOutputStream out(full);
-    EXPECT_TRUE(out.SendOutputStream("", 0));
-    EXPECT_FALSE(out.SendOutputStream("text", 4));
-    EXPECT_EQ(out.errorNumber(), ENOSPC);
-    EXPECT_TRUE(out.isOutputStreamInError());
-    EXPECT_FALSE(out.StartOutputStream());
-    EXPECT_FALSE(out.SendOutputStream("", 0));
-    close(full);
-}
-
-TEST(ConsoleDescriptorOutputStream, AWriteThatTakesNothingIsAFailure) {
-    const int null = open("/dev/null", O_WRONLY | O_CLOEXEC);
-    ASSERT_GE(null, 0);
-    console::DescriptorOutputStream out(null);
-    emptyWrites = 1;
-    EXPECT_FALSE(out.SendOutputStream("text", 4));
-    EXPECT_EQ(emptyWrites, 0);
-    EXPECT_EQ(out.errorNumber(), EIO);
-    close(null);
 }
 
 TEST(ConsoleHistory, UsageExample) {

@@ -7,9 +7,9 @@
 #include <unistd.h>
 
 #include "console_CommandGroups.h"
-#include "console_DescriptorOutputStream.h"
 #include "console_Files.h"
 #include "ut_Debug.h"
+#include "ut_DescriptorOutputStream.h"
 #include "ut_FileInputStream.h"
 
 namespace console {
@@ -78,7 +78,7 @@ bool copy(Invocation& call) {
     const int target = open(to, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
     if (target < 0)
         return call.fail("%s: %s", to, std::strerror(errno));
-    DescriptorOutputStream out(target);
+    utility::DescriptorOutputStream out(target);
     const bool read = readFile(call, in, from, [&](const char* block, int count) {
         return out.SendOutputStream(block, static_cast<unsigned int>(count));
     });

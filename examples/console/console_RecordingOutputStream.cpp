@@ -3,7 +3,7 @@
 namespace console {
 
 RecordingOutputStream::RecordingOutputStream(framework::OutputStream& target, History& history)
-    : m_target(target), m_history(history), m_recording(false), m_lastSize(0) {}
+    : m_target(target), m_history(history), m_recording(false) {}
 
 bool RecordingOutputStream::StartOutputStream() {
     return m_target.StartOutputStream();
@@ -14,7 +14,6 @@ void RecordingOutputStream::EndOutputStream() {
 }
 
 bool RecordingOutputStream::SendOutputStream(const char* data, unsigned int size) {
-    m_lastSize = size;
     if (m_recording) {
         m_history.add(m_last);
         m_last.assign(data, size);

@@ -26,17 +26,15 @@ public:
 
     /// Turns on or off whether text sent from now on is part of an answer.
     void setRecording(bool recording);
-    /// Keeps the text of the last send, which was a prompt, out of the history. Returns its size in bytes.
-    unsigned int forgetLast() {
+    /// Keeps the text of the last send, which was a prompt, out of the history.
+    void forgetLast() {
         m_last.clear();
-        return m_lastSize;
     }
 
 private:
     framework::OutputStream& m_target;
     History& m_history;
     bool m_recording;
-    unsigned int m_lastSize;
     std::string m_last; // may be a prompt: recorded with the next send
 };
 

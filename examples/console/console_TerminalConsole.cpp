@@ -1,15 +1,11 @@
 #include "console_TerminalConsole.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cwchar>
 #include <vector>
 
 #include <locale.h>
-#include <poll.h>
-#include <unistd.h>
 
-#include "ut_PagingVirtualPutStream.h"
 #include "ut_Terminal.h"
 
 namespace console {
@@ -22,7 +18,6 @@ constexpr char backspace = 8;  // Ctrl-H
 constexpr char deleteKey = 127;
 constexpr char tabulator = 9;
 constexpr char escape = 27;
-constexpr int restOfKeyMilliseconds = 50;
 
 bool isContinuation(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
@@ -55,15 +50,6 @@ std::vector<unsigned int> columnsOf(const std::string& text) {
     return columns;
 }
 
-bool waitUntilReadable(int fd, int milliseconds) {
-    pollfd request = {fd, POLLIN, 0};
-    int count = 0;
-    do
-        count = poll(&request, 1, milliseconds);
-    while (count < 0 && errno == EINTR);
-    return count > 0;
-}
-
 bool isPrintable(char byte) {
     return static_cast<unsigned char>(byte) >= ' ' && byte != deleteKey;
 }
@@ -71,64 +57,11 @@ bool isPrintable(char byte) {
 } // namespace
 
 TerminalConsole::TerminalConsole(int input, int output, bool keyMode)
-    : m_input(input),
-      m_inputError(0),
-      m_isShownByTerminal(isatty(output) != 0),
-      m_output(output),
-      m_recorder(m_output, m_history),
-      m_mode(keyMode ? input : -1),
-      m_pager(nullptr),
-      m_promptSize(0) {}
-
-bool TerminalConsole::readByte(char* byte) {
-    for (;;) {
-        const ssize_t count = read(m_input, byte, 1);
-        if (count == 1)
-            return true;
-        if (count < 0 && (errno == EINTR || (errno == EAGAIN && waitUntilReadable(m_input, -1))))
-            continue;
-        m_inputError = count < 0 ? errno : 0;
-        return false;
-    }
-}
-
-bool TerminalConsole::readByteSoon(char* byte) {
-    return waitUntilReadable(m_input, restOfKeyMilliseconds) && readByte(byte);
-}
-
-// Skips the other bytes of a key: a cursor or function key sends an escape sequence, a non-ASCII letter several bytes.
-void TerminalConsole::skipRestOfKey(char first) {
-    char byte = 0;
-    if (first == escape && readByteSoon(&byte)) {
-        if (byte == 'O')
-            readByteSoon(&byte);
-        // A control sequence: "ESC [", parameters, and a final byte from '@' to '~'.
-        if (byte == '[') {
-            while (readByteSoon(&byte) && (byte < '@' || byte > '~')) {
-            }
-        }
-    }
-    for (unsigned int lead = static_cast<unsigned char>(first); (lead & 0xC0) == 0xC0; lead <<= 1)
-        readByteSoon(&byte);
-}
+    : utility::TerminalConsole(input, output, keyMode), m_recorder(descriptorStream(), m_history) {}
 
 char TerminalConsole::readKey() {
-    char key = 'q';
-    m_promptSize = m_recorder.forgetLast();
-    if (!readByte(&key))
-        return 'q';
-    skipRestOfKey(key);
-    return key;
-}
-
-void TerminalConsole::removePrompt(int width) {
-    erase(std::string(m_promptSize, ' '), width);
-    if (m_pager == nullptr)
-        return;
-    // SIGWINCH may not have arrived yet: ask for the size.
-    utility::Terminal* terminal = utility::Terminal::instance();
-    terminal->update();
-    m_pager->setPageSize(terminal->width(), terminal->height());
+    m_recorder.forgetLast();
+    return utility::TerminalConsole::readKey();
 }
 
 // Erases `text`, which starts in the first column and ends at the cursor, from a screen of `width` columns.
@@ -152,7 +85,7 @@ void TerminalConsole::erase(const std::string& text, int width) {
 }
 
 void TerminalConsole::show(const std::string& text) {
-    m_output.SendOutputStream(text.data(), static_cast<unsigned int>(text.size()));
+    descriptorStream().SendOutputStream(text.data(), static_cast<unsigned int>(text.size()));
 }
 
 bool TerminalConsole::readPlainLine(std::string* line) {
@@ -163,7 +96,7 @@ bool TerminalConsole::readPlainLine(std::string* line) {
             return true;
         line->push_back(byte);
     }
-    return m_inputError == 0 && !line->empty();
+    return inputError() == 0 && !line->empty();
 }
 
 // Replaces the line on the screen and in `line` with `text`.
@@ -180,7 +113,7 @@ void TerminalConsole::replaceLine(const char* prompt, std::string* line, const s
 bool TerminalConsole::readLine(const char* prompt, std::string (*complete)(const std::string& line),
                                std::string* line) {
     line->clear();
-    if (!m_output.isAtLineStart())
+    if (!descriptorStream().isAtLineStart())
         show("\n");
     show(prompt);
     char byte = 0;

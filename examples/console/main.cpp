@@ -44,7 +44,7 @@ void fillStandardDescriptors() {
 }
 
 void crash(int sig) {
-    console::TerminalMode::restore();
+    console::TerminalConsole::restoreMode();
     utility::Debug::SignalCrash(sig);
 }
 

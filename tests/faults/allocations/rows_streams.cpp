@@ -9,6 +9,7 @@
 #include "fw_Console.h"
 #include "ut_BufferStream.h"
 #include "ut_CircularStream.h"
+#include "ut_DescriptorOutputStream.h"
 #include "ut_DynamicStream.h"
 #include "ut_FileInputStream.h"
 #include "ut_FileOutputStream.h"
@@ -17,6 +18,7 @@
 #include "ut_PagingVirtualPutStream.h"
 #include "ut_ShortArray.h"
 #include "ut_StringArray.h"
+#include "ut_TerminalConsole.h"
 #include "ut_UIntArray.h"
 #include "ut_UShortArray.h"
 #include "ut_VirtualGetStream.h"
@@ -542,6 +544,36 @@ std::vector<Row> fileRows() {
                  FileOutputStream adopted(fd);
                  return whole && adopted.isOutputStreamOpen();
              });
+         }},
+        {"DescriptorOutputStream: all operations", ALLOCATES_NOTHING,
+         [](Trial& trial) {
+             const int fd = open(files().written.c_str(), O_WRONLY | O_CREAT, 0600);
+             utility::DescriptorOutputStream stream(fd);
+             trial.run([&] {
+                 const bool sent = stream.StartOutputStream() && stream.isOutputStreamOpen() &&
+                                   stream.SendOutputStream("x", 1) && !stream.isOutputStreamInError() &&
+                                   !stream.isOutputStreamAtEnd();
+                 stream.EndOutputStream();
+                 return sent;
+             });
+             close(fd);
+         }},
+        {"TerminalConsole: all operations", ALLOCATES_NOTHING,
+         [](Trial& trial) {
+             const int in = open(files().text.c_str(), O_RDONLY);
+             const int out = open(files().written.c_str(), O_WRONLY | O_CREAT, 0600);
+             trial.run([&] {
+                 utility::TerminalConsole console(in, out, true);
+                 char byte = 0;
+                 const bool shown = console.outputStream().SendOutputStream("prompt", 6) && console.readKey() == 'o' &&
+                                    console.readByte(&byte) && byte == 'n';
+                 console.skipRestOfKey(byte);
+                 console.removePrompt(80);
+                 utility::TerminalConsole::restoreMode();
+                 return shown && console.outputError() == 0;
+             });
+             close(in);
+             close(out);
          }},
     };
 }

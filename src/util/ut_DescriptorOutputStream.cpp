@@ -1,11 +1,13 @@
-#include "console_DescriptorOutputStream.h"
+#include "ut_DescriptorOutputStream.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <climits>
 
 #include <poll.h>
 #include <unistd.h>
 
-namespace console {
+namespace utility {
 
 namespace {
 
@@ -16,7 +18,9 @@ bool waitUntilWritable(int fd) {
 
 } // namespace
 
-DescriptorOutputStream::DescriptorOutputStream(int fd) : m_fd(fd), m_errorNumber(0), m_lastByte('\n') {}
+DescriptorOutputStream::DescriptorOutputStream(int fd) : m_fd(fd), m_errorNumber(0), m_lastSize(0), m_lastByte('\n') {}
+
+DescriptorOutputStream::~DescriptorOutputStream() = default;
 
 bool DescriptorOutputStream::StartOutputStream() {
     return m_errorNumber == 0;
@@ -25,10 +29,14 @@ bool DescriptorOutputStream::StartOutputStream() {
 void DescriptorOutputStream::EndOutputStream() {}
 
 bool DescriptorOutputStream::SendOutputStream(const char* data, unsigned int size) {
+    if (data == nullptr && size > 0)
+        return false;
+    m_lastSize = size;
     if (size > 0)
         m_lastByte = data[size - 1];
     while (size > 0 && m_errorNumber == 0) {
-        const ssize_t count = write(m_fd, data, size);
+        // A 32-bit platform refuses a write of more than INT_MAX bytes.
+        const ssize_t count = write(m_fd, data, std::min<unsigned int>(size, INT_MAX));
         if (count > 0) {
             data += count;
             size -= static_cast<unsigned int>(count);
@@ -56,4 +64,4 @@ bool DescriptorOutputStream::isOutputStreamAtEnd() {
     return false;
 }
 
-} // namespace console
+} // namespace utility
