@@ -42,7 +42,7 @@ struct Family {
     void (*measure)(bench::Bench& bench);
 };
 
-const Family FAMILIES[] = {
+constexpr Family families[] = {
     {"texts", bench::benchTexts},       {"parameters", bench::benchParameters},   {"messages", bench::benchMessages},
     {"arrays", bench::benchArrays},     {"directories", bench::benchDirectories}, {"maps", bench::benchMaps},
     {"files", bench::benchFiles},       {"values", bench::benchValues},           {"numbers", bench::benchNumbers},
@@ -128,7 +128,7 @@ int main(int argc, char** argv) {
     bench::Bench bench;
     for (int pass = 0; pass < 2; ++pass) {
         bench.beginPass();
-        for (const Family& family : FAMILIES)
+        for (const Family& family : families)
             if (names.empty() || std::find(names.begin(), names.end(), family.name) != names.end())
                 family.measure(bench);
     }

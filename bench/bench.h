@@ -94,8 +94,8 @@ public:
     }
 
 private:
-    static constexpr int RUNS = 9;
-    static constexpr double RUN_NANOSECONDS = 4e6;
+    static constexpr int runs = 9;
+    static constexpr double runNanoseconds = 4e6;
 
     struct Times {
         double ours;
@@ -114,7 +114,7 @@ private:
     template<typename Operation>
     static long calibrate(clockid_t clock, Operation& operation) {
         long calls = 1;
-        while (run(clock, operation, calls) < RUN_NANOSECONDS)
+        while (run(clock, operation, calls) < runNanoseconds)
             calls *= 2;
         return calls;
     }
@@ -123,18 +123,18 @@ private:
     static Times compare(const Row& row, Ours& ours, Theirs& theirs) {
         const long ourCalls = calibrate(row.clock, ours);
         const long theirCalls = calibrate(row.clock, theirs);
-        std::array<double, RUNS> ourTimes{};
-        std::array<double, RUNS> theirTimes{};
-        for (std::size_t index = 0; index < RUNS; ++index) {
+        std::array<double, runs> ourTimes{};
+        std::array<double, runs> theirTimes{};
+        for (std::size_t index = 0; index < runs; ++index) {
             ourTimes[index] = run(row.clock, ours, ourCalls) / (static_cast<double>(ourCalls) * row.items);
             theirTimes[index] = run(row.clock, theirs, theirCalls) / (static_cast<double>(theirCalls) * row.items);
         }
         return {median(ourTimes), median(theirTimes)};
     }
 
-    static double median(std::array<double, RUNS> times) {
+    static double median(std::array<double, runs> times) {
         std::sort(times.begin(), times.end());
-        return times[RUNS / 2];
+        return times[runs / 2];
     }
 
     static double now(clockid_t clock) {

@@ -17,9 +17,9 @@
 namespace bench {
 namespace {
 
-constexpr int BUFFER = 4096;
-constexpr long LINES = 10000;
-constexpr char LINE[] = "controller A, port 3: link up, 16 Gbit/s\n";
+constexpr int bufferSize = 4096;
+constexpr long lineCount = 10000;
+constexpr char lineText[] = "controller A, port 3: link up, 16 Gbit/s\n";
 
 // A file that is deleted on destruction.
 class File {
@@ -55,29 +55,29 @@ private:
     std::string m_path;
 };
 
-// Both write LINES lines and then start the file again, so that it does not grow.
+// Both write lineCount lines and then start the file again, so that it does not grow.
 template<typename Ours, typename Theirs>
 void linesOut(Bench& bench, const Row& row, Ours put, Theirs print) {
     const File ourFile;
     const File theirFile;
     utility::FileOutputStream target(ourFile.path(), false, 0600);
-    utility::VirtualPutStream out(target, BUFFER, BUFFER - 64);
+    utility::VirtualPutStream out(target, bufferSize, bufferSize - 64);
     std::FILE* const file = std::fopen(theirFile.path(), "w");
-    std::setvbuf(file, nullptr, _IOFBF, BUFFER);
+    std::setvbuf(file, nullptr, _IOFBF, bufferSize);
 
     const auto ours = [&](long call) {
-        if (call % LINES == 0) {
+        if (call % lineCount == 0) {
             out.FlushOutputStream();
             target.StartOutputStream();
         }
         put(out, call);
     };
     const auto theirs = [&](long call) {
-        if (call % LINES == 0)
+        if (call % lineCount == 0)
             std::rewind(file);
         print(file, call);
     };
-    for (long call = 0; call < LINES; ++call) {
+    for (long call = 0; call < lineCount; ++call) {
         ours(call);
         theirs(call);
     }
@@ -105,12 +105,12 @@ struct Sums {
 void linesIn(Bench& bench) {
     const File lines;
     std::FILE* const writer = std::fopen(lines.path(), "w");
-    for (long line = 0; line < LINES; ++line)
-        std::fprintf(writer, "%ld: %.*s", line, static_cast<int>(line % 38), LINE), std::fputc('\n', writer);
+    for (long line = 0; line < lineCount; ++line)
+        std::fprintf(writer, "%ld: %.*s", line, static_cast<int>(line % 38), lineText), std::fputc('\n', writer);
     std::fclose(writer);
 
     utility::FileInputStream source(lines.path());
-    utility::VirtualGetStream in(source, BUFFER, 0, 256, nullptr);
+    utility::VirtualGetStream in(source, bufferSize, 0, 256, nullptr);
     const auto ours = [&] {
         Sums sums;
         in.StartInputStream();
@@ -121,7 +121,7 @@ void linesIn(Bench& bench) {
     };
 
     std::FILE* const file = std::fopen(lines.path(), "r");
-    std::setvbuf(file, nullptr, _IOFBF, BUFFER);
+    std::setvbuf(file, nullptr, _IOFBF, bufferSize);
     char* buffer = nullptr;
     std::size_t size = 0;
     const auto theirs = [&] {
@@ -134,7 +134,7 @@ void linesIn(Bench& bench) {
         return sums;
     };
     bench.row(
-        {"lines from a file: ReadLine", "getline(3)", 0.85, LINES}, ours() == theirs(), [&](long) { keep(ours()); },
+        {"lines from a file: ReadLine", "getline(3)", 0.85, lineCount}, ours() == theirs(), [&](long) { keep(ours()); },
         [&](long) { keep(theirs()); });
     std::free(buffer);
     std::fclose(file);
@@ -143,11 +143,11 @@ void linesIn(Bench& bench) {
 } // namespace
 
 void benchFiles(Bench& bench) {
-    const char* const line = hide(&LINE[0]);
+    const char* const line = hide(&lineText[0]);
     linesOut(
         bench, {"lines to a file: PutS", "fputs", 0.9}, [&](utility::VirtualPutStream& out, long) { out.PutS(line); },
         [&](std::FILE* file, long) { std::fputs(line, file); });
-    const int length = hide(static_cast<int>(sizeof LINE - 1));
+    const int length = hide(static_cast<int>(sizeof lineText - 1));
     linesOut(
         bench, {"lines to a file: PutB", "fwrite", 1.0},
         [&](utility::VirtualPutStream& out, long) { out.PutB(line, length); },

@@ -108,20 +108,20 @@ void lookUp(Bench& bench, const Row& row, Maps maps) {
 }
 
 void fill(Bench& bench) {
-    constexpr std::size_t COUNT = 1000;
-    const Addresses addresses(COUNT, 16);
+    constexpr std::size_t count = 1000;
+    const Addresses addresses(count, 16);
     bench.row(
-        {"Map, sparse, fill with 1,000", "std::unordered_map", 0, COUNT}, true,
+        {"Map, sparse, fill with 1,000", "std::unordered_map", 0, count}, true,
         [&](long) {
-            utility::Map map(bucketsFor(16 * COUNT));
-            for (std::size_t index = 0; index < COUNT; ++index)
+            utility::Map map(bucketsFor(16 * count));
+            for (std::size_t index = 0; index < count; ++index)
                 map.Add(addresses.keys[index], nullptr);
             keep(map);
         },
         [&](long) {
             std::unordered_map<void*, void*> map;
-            map.reserve(COUNT);
-            for (std::size_t index = 0; index < COUNT; ++index)
+            map.reserve(count);
+            for (std::size_t index = 0; index < count; ++index)
                 map.emplace(addresses.keys[index], nullptr);
             keep(map);
         });

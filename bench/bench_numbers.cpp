@@ -14,10 +14,10 @@ namespace {
 using utility::Misc;
 
 [[gnu::noipa]] void hexByTable(const unsigned char* bytes, int count, char* text) {
-    static constexpr char DIGITS[] = "0123456789abcdef";
+    static constexpr char digits[] = "0123456789abcdef";
     for (int index = 0; index < count; ++index) {
-        *text++ = DIGITS[bytes[index] >> 4];
-        *text++ = DIGITS[bytes[index] & 15];
+        *text++ = digits[bytes[index] >> 4];
+        *text++ = digits[bytes[index] & 15];
     }
     *text = 0;
 }

@@ -21,10 +21,10 @@ using google::protobuf::io::ArrayOutputStream;
 using google::protobuf::io::CodedInputStream;
 using google::protobuf::io::CodedOutputStream;
 
-constexpr std::size_t CAPACITY = 4096;
-constexpr char SHORT_TEXT[] = "hello";
-constexpr char LONG_TEXT[] = "world of parameters";
-constexpr int BLOCK_SIZE = 64;
+constexpr std::size_t capacity = 4096;
+constexpr char shortText[] = "hello";
+constexpr char longText[] = "world of parameters";
+constexpr int blockSize = 64;
 
 // What a reader gets. Each library returns texts in the form that costs it least.
 struct Message {
@@ -34,7 +34,7 @@ struct Message {
     std::int32_t offset;
     std::string shortText;
     std::string longText;
-    char block[BLOCK_SIZE];
+    char block[blockSize];
 
     bool operator==(const Message& other) const {
         return port == other.port && delta == other.delta && size == other.size && offset == other.offset &&
@@ -45,7 +45,7 @@ struct Message {
 
 class Ours {
 public:
-    explicit Ours(const Message& message) : m_message(message), m_stream(CAPACITY) {}
+    explicit Ours(const Message& message) : m_message(message), m_stream(capacity) {}
 
     void write() {
         m_stream.Rewind();
@@ -55,7 +55,7 @@ public:
         m_stream.PutParmSint32(m_message.offset);
         m_stream.PutParmString(m_message.shortText.c_str());
         m_stream.PutParmString(m_message.longText.c_str());
-        m_stream.PutParmBuf(m_message.block, BLOCK_SIZE);
+        m_stream.PutParmBuf(m_message.block, blockSize);
     }
 
     void read() {
@@ -66,7 +66,7 @@ public:
         m_stream.GetParmSint32(&m_read.offset);
         m_shortText = m_stream.GetParmString();
         m_longText = m_stream.GetParmString();
-        m_stream.GetParmBuf(m_read.block, BLOCK_SIZE);
+        m_stream.GetParmBuf(m_read.block, blockSize);
         keep(*this);
     }
 
@@ -97,8 +97,8 @@ public:
         out.WriteLittleEndian32(static_cast<std::uint32_t>(m_message.offset));
         writeText(out, m_message.shortText);
         writeText(out, m_message.longText);
-        out.WriteVarint32(BLOCK_SIZE);
-        out.WriteRaw(m_message.block, BLOCK_SIZE);
+        out.WriteVarint32(blockSize);
+        out.WriteRaw(m_message.block, blockSize);
         out.Trim();
         m_size = out.ByteCount();
         keep(*this);
@@ -141,7 +141,7 @@ private:
 
     Message m_message;
     Message m_read{};
-    std::uint8_t m_bytes[CAPACITY];
+    std::uint8_t m_bytes[capacity];
     int m_size = 0;
 };
 
@@ -151,7 +151,7 @@ bool refer(msgpack::type::object_type, std::size_t, void*) {
 
 class Msgpack {
 public:
-    explicit Msgpack(const Message& message) : m_message(message), m_buffer(CAPACITY) {}
+    explicit Msgpack(const Message& message) : m_message(message), m_buffer(capacity) {}
 
     void write() {
         m_buffer.clear();
@@ -162,8 +162,8 @@ public:
         out.pack(m_message.offset);
         out.pack(hide(m_message.shortText.c_str()));
         out.pack(hide(m_message.longText.c_str()));
-        out.pack_bin(BLOCK_SIZE);
-        out.pack_bin_body(m_message.block, BLOCK_SIZE);
+        out.pack_bin(blockSize);
+        out.pack_bin_body(m_message.block, blockSize);
         keep(*this);
     }
 
@@ -202,7 +202,7 @@ private:
 
 template<typename Peer>
 void message(Bench& bench, const char* peerName, double writeLimit, double readLimit) {
-    Message message{4, -2, 70000, -70000, SHORT_TEXT, LONG_TEXT, {}};
+    Message message{4, -2, 70000, -70000, shortText, longText, {}};
     std::memset(message.block, 7, sizeof message.block);
     Ours ours(message);
     Peer peer(message);
@@ -221,7 +221,7 @@ void message(Bench& bench, const char* peerName, double writeLimit, double readL
 // `count` 32-bit values in an array, and written.
 class Values {
     // Some processors copy slowly to an address that is, within a page, a few bytes after the source.
-    static constexpr std::size_t COUNT_AT = 508;
+    static constexpr std::size_t countAt = 508;
 
 public:
     explicit Values(unsigned int count)
@@ -247,8 +247,8 @@ public:
     }
     void copyOut() {
         const auto count = static_cast<std::uint32_t>(vector.size());
-        std::memcpy(bytes.data() + COUNT_AT, &count, sizeof count);
-        std::memcpy(bytes.data() + COUNT_AT + sizeof count, vector.data(), vector.size() * sizeof vector[0]);
+        std::memcpy(bytes.data() + countAt, &count, sizeof count);
+        std::memcpy(bytes.data() + countAt + sizeof count, vector.data(), vector.size() * sizeof vector[0]);
         keep(bytes);
     }
     void pack() {
@@ -271,8 +271,8 @@ public:
     }
     void copyIn() {
         std::uint32_t count = 0;
-        std::memcpy(&count, bytes.data() + COUNT_AT, sizeof count);
-        std::memcpy(copied.data(), bytes.data() + COUNT_AT + sizeof count, count * sizeof copied[0]);
+        std::memcpy(&count, bytes.data() + countAt, sizeof count);
+        std::memcpy(copied.data(), bytes.data() + countAt + sizeof count, count * sizeof copied[0]);
         keep(copied);
     }
     void unpackGiven() {
@@ -294,7 +294,7 @@ public:
         return equal;
     }
     bool isWrittenAsCopied() {
-        return std::memcmp(stream.pBuffer(), bytes.data() + COUNT_AT, vector.size() * 4 + 4) == 0;
+        return std::memcmp(stream.pBuffer(), bytes.data() + countAt, vector.size() * 4 + 4) == 0;
     }
 
     utility::UIntArray array;

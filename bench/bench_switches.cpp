@@ -11,21 +11,21 @@
 namespace bench {
 
 void benchSwitches(Bench& bench) {
-    constexpr unsigned int SWITCH = 2301;
-    constexpr int CHECKS = 16;
+    constexpr unsigned int switchNumber = 2301;
+    constexpr int checks = 16;
     const auto logger = std::make_shared<spdlog::logger>("bench", std::make_shared<spdlog::sinks::null_sink_mt>());
     logger->set_level(spdlog::level::info);
     spdlog::logger* const peer = hide(logger.get());
-    const bool same = !utility::Debug::isDebugOn(SWITCH) && !peer->should_log(spdlog::level::debug);
+    const bool same = !utility::Debug::isDebugOn(switchNumber) && !peer->should_log(spdlog::level::debug);
     // Several checks in one call, so that the loop does not count.
     bench.row(
-        {"Debug::isDebugOn, off", "spdlog should_log, off", 1.0, CHECKS}, same,
+        {"Debug::isDebugOn, off", "spdlog should_log, off", 1.0, checks}, same,
         [](long) {
-            for (int check = 0; check < CHECKS; ++check)
-                keep(utility::Debug::isDebugOn(SWITCH));
+            for (int check = 0; check < checks; ++check)
+                keep(utility::Debug::isDebugOn(switchNumber));
         },
         [&](long) {
-            for (int check = 0; check < CHECKS; ++check)
+            for (int check = 0; check < checks; ++check)
                 keep(peer->should_log(spdlog::level::debug));
         });
 }

@@ -15,11 +15,11 @@
 namespace bench {
 namespace {
 
-constexpr int CAPACITY = 4096;
+constexpr int capacity = 4096;
 
 void format(Bench& bench) {
-    utility::BufferStream stream(CAPACITY);
-    char text[CAPACITY];
+    utility::BufferStream stream(capacity);
+    char text[capacity];
     const char* const name = hide("name");
     const auto ours = [&](long i) {
         stream.Rewind();
@@ -60,11 +60,11 @@ void blocks(Bench& bench, int size, const char* block, const char* textWork) {
     const char* const data = hide(content.c_str());
     const gssize length = hide(static_cast<gssize>(size));
     // Each starts again when the next block would not fit.
-    const long perRound = (CAPACITY - 1) / size;
-    utility::BufferStream stream(CAPACITY);
+    const long perRound = (capacity - 1) / size;
+    utility::BufferStream stream(capacity);
     std::string text;
-    text.reserve(CAPACITY);
-    GString* const gtext = g_string_sized_new(CAPACITY);
+    text.reserve(capacity);
+    GString* const gtext = g_string_sized_new(capacity);
     std::ostringstream out;
 
     const auto putB = [&](long i) {
@@ -133,10 +133,10 @@ void blocks(Bench& bench, int size, const char* block, const char* textWork) {
 }
 
 void characters(Bench& bench) {
-    utility::BufferStream stream(CAPACITY);
+    utility::BufferStream stream(capacity);
     std::ostringstream out;
     std::string text;
-    text.reserve(CAPACITY);
+    text.reserve(capacity);
     const auto ours = [&](long i) {
         if (i % 1024 == 0)
             stream.Rewind();

@@ -11,16 +11,16 @@
 namespace bench {
 namespace {
 
-constexpr char ASCII[] = "controller A, port 3: link up, 16 Gbit/s, no errors since the last reset. ";
-constexpr char LINES[] = "controller A\tport 3\tlink up\r\n";
-constexpr char MIXED[] =
+constexpr char ascii[] = "controller A, port 3: link up, 16 Gbit/s, no errors since the last reset. ";
+constexpr char lines[] = "controller A\tport 3\tlink up\r\n";
+constexpr char mixed[] =
     "Contr\xC3\xB4leur A, port 3 \xE2\x80\x93 vitesse 16 Gbit/s, \xC3\xA9tat v\xC3\xA9rifi\xC3\xA9 "
     "\xE2\x9C\x93, \xE6\x8E\xA7\xE5\x88\xB6\xE5\x99\xA8 \xF0\x9F\x98\x80. ";
-constexpr char CYRILLIC[] = "\xD0\xBA\xD0\xBE\xD0\xBD\xD1\x82\xD1\x80\xD0\xBE\xD0\xBB\xD0\xBB\xD0\xB5\xD1\x80 ";
-constexpr char CHINESE[] = "\xE6\x8E\xA7\xE5\x88\xB6\xE5\x99\xA8\xE7\xAB\xAF\xE5\x8F\xA3";
+constexpr char cyrillic[] = "\xD0\xBA\xD0\xBE\xD0\xBD\xD1\x82\xD1\x80\xD0\xBE\xD0\xBB\xD0\xBB\xD0\xB5\xD1\x80 ";
+constexpr char chinese[] = "\xE6\x8E\xA7\xE5\x88\xB6\xE5\x99\xA8\xE7\xAB\xAF\xE5\x8F\xA3";
 // 64 bytes.
-constexpr char SHORT_MIXED[] = "Contr\xC3\xB4leur A \xE2\x80\x93 vitesse 16 Gbit/s, \xC3\xA9tat v\xC3\xA9rifi\xC3\xA9 "
-                               "\xE2\x9C\x93 \xF0\x9F\x98\x80 fin";
+constexpr char shortMixed[] = "Contr\xC3\xB4leur A \xE2\x80\x93 vitesse 16 Gbit/s, \xC3\xA9tat v\xC3\xA9rifi\xC3\xA9 "
+                              "\xE2\x9C\x93 \xF0\x9F\x98\x80 fin";
 
 bool check(const std::string& text) {
     return utility::Misc::isStringPrintableUtf8(text.data(), static_cast<unsigned int>(text.size()), "", "\t\n\r");
@@ -48,15 +48,15 @@ void texts(Bench& bench, const Row& row, const char* piece, std::size_t size) {
 } // namespace
 
 void benchUtf8(Bench& bench) {
-    constexpr std::size_t LONG = 1 << 16;
-    texts(bench, {"UTF-8 check, mixed, 64 bytes", "g_utf8_validate", 0.8}, SHORT_MIXED, 64);
-    texts(bench, {"UTF-8 check, ASCII, 64 KiB", "g_utf8_validate", 0.2}, ASCII, LONG);
-    texts(bench, {"UTF-8 check, mixed, 64 KiB", "g_utf8_validate", 0.4}, MIXED, LONG);
-    texts(bench, {"UTF-8 check, lines, 64 KiB", "g_utf8_validate"}, LINES, LONG);
-    texts(bench, {"UTF-8 check, Cyrillic, 64 KiB", "g_utf8_validate"}, CYRILLIC, LONG);
-    texts(bench, {"UTF-8 check, Chinese, 64 KiB", "g_utf8_validate"}, CHINESE, LONG);
+    constexpr std::size_t longText = 1 << 16;
+    texts(bench, {"UTF-8 check, mixed, 64 bytes", "g_utf8_validate", 0.8}, shortMixed, 64);
+    texts(bench, {"UTF-8 check, ASCII, 64 KiB", "g_utf8_validate", 0.2}, ascii, longText);
+    texts(bench, {"UTF-8 check, mixed, 64 KiB", "g_utf8_validate", 0.4}, mixed, longText);
+    texts(bench, {"UTF-8 check, lines, 64 KiB", "g_utf8_validate"}, lines, longText);
+    texts(bench, {"UTF-8 check, Cyrillic, 64 KiB", "g_utf8_validate"}, cyrillic, longText);
+    texts(bench, {"UTF-8 check, Chinese, 64 KiB", "g_utf8_validate"}, chinese, longText);
     for (const std::size_t size : {std::size_t{100}, std::size_t{1000}, std::size_t{10000}, std::size_t{100000}}) {
-        const std::string text = repeated(MIXED, size);
+        const std::string text = repeated(mixed, size);
         bench.point(
             "UTF-8 check, mixed, each byte", "g_utf8_validate", size, [&](long) { keep(check(text)); },
             [&](long) { keep(checkPeer(text)); }, static_cast<double>(size));

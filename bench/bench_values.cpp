@@ -18,26 +18,26 @@
 namespace bench {
 namespace {
 
-constexpr long SAMPLES = 64;
+constexpr long samples = 64;
 
 void dates(Bench& bench) {
-    char ours[SAMPLES][32];
-    char theirs[SAMPLES][32];
+    char ours[samples][32];
+    char theirs[samples][32];
     const auto secondsOf = [](long call) {
-        return 1709629623L + call % SAMPLES * 7654321;
+        return 1709629623L + call % samples * 7654321;
     };
     const auto write = [&](long call) {
-        utility::DateTime(secondsOf(call)).ToISOBuf(ours[call % SAMPLES], sizeof ours[0]);
+        utility::DateTime(secondsOf(call)).ToISOBuf(ours[call % samples], sizeof ours[0]);
     };
     const auto print = [&](long call) {
         const time_t seconds = secondsOf(call);
         tm fields{};
         localtime_r(&seconds, &fields);
-        std::strftime(theirs[call % SAMPLES], sizeof theirs[0], "%Y-%m-%d %H:%M:%S", &fields);
+        std::strftime(theirs[call % samples], sizeof theirs[0], "%Y-%m-%d %H:%M:%S", &fields);
         keep(theirs);
     };
     bool same = true;
-    for (long call = 0; call < SAMPLES; ++call) {
+    for (long call = 0; call < samples; ++call) {
         write(call);
         print(call);
         same = same && std::strcmp(ours[call], theirs[call]) == 0;
@@ -47,18 +47,18 @@ void dates(Bench& bench) {
     time_t parsed = 0;
     time_t scanned = 0;
     const auto parse = [&](long call) {
-        parsed = utility::DateTime(theirs[call % SAMPLES]).getTime();
+        parsed = utility::DateTime(theirs[call % samples]).getTime();
         keep(parsed);
     };
     const auto scan = [&](long call) {
         tm fields{};
-        strptime(theirs[call % SAMPLES], "%Y-%m-%d %H:%M:%S", &fields);
+        strptime(theirs[call % samples], "%Y-%m-%d %H:%M:%S", &fields);
         fields.tm_isdst = -1;
         scanned = std::mktime(&fields);
         keep(scanned);
     };
     same = true;
-    for (long call = 0; call < SAMPLES; ++call) {
+    for (long call = 0; call < samples; ++call) {
         parse(call);
         scan(call);
         same = same && parsed == scanned && parsed == secondsOf(call);

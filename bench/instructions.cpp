@@ -13,8 +13,8 @@
 
 namespace {
 
-constexpr long REPETITIONS = 1000;
-constexpr long WARM_UP = 64;
+constexpr long repetitions = 1000;
+constexpr long warmUp = 64;
 
 typedef std::function<void()> Operation;
 
@@ -197,10 +197,10 @@ private:
 
 int main(int argc, char** argv) {
     setenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3", 1);
-    const long count = argc > 1 ? std::strtol(argv[1], nullptr, 10) : REPETITIONS;
+    const long count = argc > 1 ? std::strtol(argv[1], nullptr, 10) : repetitions;
     Operations operations;
     for (const auto& [name, operation] : operations.all()) {
-        for (long number = 0; number < WARM_UP; ++number)
+        for (long number = 0; number < warmUp; ++number)
             operation();
         measured_loop(operation, count);
         std::printf("%s %ld\n", name, count);

@@ -10,8 +10,8 @@
 
 namespace fuzz {
 
-constexpr unsigned int FAILURE_NONE = 0;
-constexpr unsigned int FAILURE_OVERFLOW = 1239;
+constexpr unsigned int failureNone = 0;
+constexpr unsigned int failureOverflow = 1239;
 
 /// A model of a `utility::PutStream` over a buffer of `capacity` bytes. Each operation returns the code that the stream
 /// throws, or 0. The positions are undefined after a failure, so an input ends there.
@@ -46,41 +46,41 @@ public:
         if (available() < 1)
             return overflow();
         m_written += c;
-        return FAILURE_NONE;
+        return failureNone;
     }
     virtual unsigned int putB(const std::string& bytes) {
         const std::size_t remaining = available();
         if (bytes.size() <= remaining) {
             m_written += bytes;
-            return FAILURE_NONE;
+            return failureNone;
         }
         if (!m_noThrow)
-            return FAILURE_OVERFLOW;
+            return failureOverflow;
         truncate(bytes, remaining);
-        return FAILURE_NONE;
+        return failureNone;
     }
     unsigned int putS(const std::string& text) {
         const std::size_t remaining = available();
         if (text.size() < remaining) {
             m_written += text;
-            return FAILURE_NONE;
+            return failureNone;
         }
         if (!m_noThrow)
-            return FAILURE_OVERFLOW;
+            return failureOverflow;
         // A text that fills the space exactly, without a byte for the NUL, discards the unread bytes.
         if (text.size() == remaining) {
             m_written.resize(m_read);
         } else {
             truncate(text, remaining);
         }
-        return FAILURE_NONE;
+        return failureNone;
     }
     /// `text` is the complete formatted text.
     unsigned int putF(const std::string& text) {
         const std::size_t remaining = available();
         if (text.size() <= remaining) {
             m_written += text;
-            return FAILURE_NONE;
+            return failureNone;
         }
         truncate(text, remaining);
         return overflow();
@@ -90,7 +90,7 @@ public:
         if (available() < bytes.size())
             return overflow();
         m_written += bytes;
-        return FAILURE_NONE;
+        return failureNone;
     }
 
     /// Returns how many more bytes fit.
@@ -98,7 +98,7 @@ public:
         return m_capacity - m_written.size();
     }
     unsigned int overflow() const {
-        return m_noThrow ? FAILURE_NONE : FAILURE_OVERFLOW;
+        return m_noThrow ? failureNone : failureOverflow;
     }
     bool isNoThrow() const {
         return m_noThrow;
@@ -132,8 +132,8 @@ private:
 
 /// Does one write that `in` chooses, to `stream` and to `model`. Returns false after a failure.
 inline bool writeBoth(Bytes& in, utility::PutStream& stream, PutModel& model) {
-    unsigned int expected = FAILURE_NONE;
-    unsigned int code = FAILURE_NONE;
+    unsigned int expected = failureNone;
+    unsigned int code = failureNone;
     const unsigned int kind = in.below(4);
     const std::string text = kind == 1 ? in.bytes(80) : in.text(80);
     const std::unique_ptr<char[]> exact = exactCopy(text + '\0');
@@ -155,7 +155,7 @@ inline bool writeBoth(Bytes& in, utility::PutStream& stream, PutModel& model) {
         code = codeOf([&] { stream.PutF("[%s]", exact.get()); });
     }
     require(code == expected);
-    return code == FAILURE_NONE;
+    return code == failureNone;
 }
 
 } // namespace fuzz

@@ -22,7 +22,7 @@ using fuzz::require;
 using utility::Arguments;
 using Words = std::vector<std::string>;
 
-constexpr unsigned int NOWHERE = 0xFFFFFFFFu;
+constexpr unsigned int nowhere = 0xFFFFFFFFu;
 
 Words wordsOf(const Arguments& arguments) {
     Words words;
@@ -37,7 +37,7 @@ unsigned int indexOf(const Words& words, const std::string& word) {
         if (strcasecmp(words[i].c_str(), word.c_str()) == 0)
             return static_cast<unsigned int>(i);
     }
-    return NOWHERE;
+    return nowhere;
 }
 
 void checkLookUps(const Arguments& arguments, const Words& words) {
@@ -45,8 +45,8 @@ void checkLookUps(const Arguments& arguments, const Words& words) {
         const unsigned int index = indexOf(words, word);
         require(arguments.isArg(word.c_str()) && arguments.ArgIndex(word.c_str()) == index);
         const char* const value = arguments.ArgString(word.c_str());
-        require(index + 1 < words.size() ? value && words[index + 1] == value : value == nullptr);
-        require(arguments.ArgInt(word.c_str()) == (value ? std::atol(value) : 0));
+        require(index + 1 < words.size() ? value != nullptr && words[index + 1] == value : value == nullptr);
+        require(arguments.ArgInt(word.c_str()) == (value != nullptr ? std::atol(value) : 0));
     }
     require(arguments.ArgIndex("no such word") == indexOf(words, "no such word"));
 }

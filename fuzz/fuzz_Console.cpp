@@ -22,7 +22,8 @@ using fuzz::require;
 
 std::vector<std::string> namesOf() {
     std::vector<std::string> names;
-    for (unsigned int i = 0; const console::Command* command = console::commandAt(i); ++i)
+    unsigned int i = 0;
+    for (const console::Command* command = console::commandAt(i); command != nullptr; command = console::commandAt(++i))
         names.push_back(command->name);
     return names;
 }

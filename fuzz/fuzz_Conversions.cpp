@@ -95,7 +95,7 @@ void checkGrouped(Value value, std::size_t size) {
 
 // Returns the leading digits of a size: whole groups with commas, the remaining digits as a fraction, and the unit.
 std::string sizeText(unsigned long long value, int digits) {
-    static const char* const UNITS[] = {"", " kB", " MB", " GB", " TB", " PB", " EB"};
+    static const char* const units[] = {"", " kB", " MB", " GB", " TB", " PB", " EB"};
     const std::string all = digitsOf(value);
     std::string text;
     std::size_t unit = all.size() / 3;
@@ -111,7 +111,7 @@ std::string sizeText(unsigned long long value, int digits) {
         }
         text += all[all.size() - left];
     }
-    return text + UNITS[unit];
+    return text + units[unit];
 }
 
 std::string addressText(std::uint32_t address) {

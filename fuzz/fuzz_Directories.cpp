@@ -150,8 +150,8 @@ class NamedItem : public framework::Item {
 public:
     void setNumber(unsigned int number) {
         // Names with equal and different first bytes, an empty name, and a non-ASCII name.
-        static const char* const NAMES[] = {"", "a", "aa", "ab", "b", "ba", "\xC3\xA9", "\xFF", "z", "zz"};
-        m_name = NAMES[number];
+        static const char* const names[] = {"", "a", "aa", "ab", "b", "ba", "\xC3\xA9", "\xFF", "z", "zz"};
+        m_name = names[number];
     }
     stringtoken getName() const override {
         return strings::GS.toToken(m_name);

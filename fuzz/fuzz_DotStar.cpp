@@ -28,7 +28,7 @@ Split expectedSplit(const std::string& text) {
         const std::string pair = text.substr(step, 2);
         if (pair[0] != '.')
             return {false, "", 0};
-        level += pair == ".*";
+        level += static_cast<unsigned int>(pair == ".*");
     }
     return {true, text.substr(0, end), level};
 }

@@ -69,7 +69,7 @@ void compare(Bytes& in, const std::string& format, Arguments... arguments) {
         } else {
             stream.PutF(format.c_str(), arguments...);
         }
-        require(code == fuzz::FAILURE_NONE);
+        require(code == fuzz::failureNone);
     } catch (framework::Exception* thrown) {
         const std::unique_ptr<framework::Exception> failure(thrown);
         require(failure->code() == code);

@@ -22,20 +22,20 @@ void* pointer(std::uintptr_t number) {
     return reinterpret_cast<void*>(number);
 }
 
-void* const ABSENT = pointer(~std::uintptr_t{0});
+void* const absent = pointer(~std::uintptr_t{0});
 
 // The entries in the map's order: by bucket, then by key.
 template<typename Key>
 using Entries = std::map<std::pair<std::uintptr_t, Key>, void*>;
 
-/// Whether the bucket of `place` has a greater key.
+// Whether the bucket of `place` has a greater key.
 template<typename Key>
 bool hasGreater(const Entries<Key>& entries, const std::pair<std::uintptr_t, Key>& place) {
     const auto next = entries.upper_bound(place);
     return next != entries.end() && next->first.first == place.first;
 }
 
-/// Whether the bucket of `place` has a smaller key.
+// Whether the bucket of `place` has a smaller key.
 template<typename Key>
 bool hasSmaller(const Entries<Key>& entries, const std::pair<std::uintptr_t, Key>& place) {
     const auto here = entries.lower_bound(place);
@@ -51,7 +51,7 @@ void requireEqual(MapType& map, const Entries<std::uintptr_t>& model) {
         require(map.Lookup(key) == value);
         key = map.Next(key, value);
     }
-    require(key == ABSENT);
+    require(key == absent);
 }
 
 template<typename MapType>
@@ -62,7 +62,7 @@ void runPointers(Bytes& in, MapType& map, unsigned int buckets) {
         const unsigned int kind = in.below(8);
         const std::uintptr_t number = in.flag() ? in.byte() : in.number<std::uintptr_t>();
         // The value that marks an absent key is not used as a key.
-        if (pointer(number) == ABSENT)
+        if (pointer(number) == absent)
             continue;
         const std::pair<std::uintptr_t, std::uintptr_t> place(number & (buckets - 1), number);
         const bool isPresent = model.count(place) > 0;
@@ -80,7 +80,7 @@ void runPointers(Bytes& in, MapType& map, unsigned int buckets) {
             map.DeleteAll();
             model.clear();
         }
-        require((map.Lookup(pointer(number)) != ABSENT) == (model.count(place) > 0));
+        require((map.Lookup(pointer(number)) != absent) == (model.count(place) > 0));
         require(map.count() == count);
         requireEqual(map, model);
     }
@@ -131,7 +131,7 @@ void runTexts(Bytes& in, unsigned int buckets) {
             map.DeleteAll();
             model.clear();
         }
-        require((map.Lookup(key.c_str()) != ABSENT) == (model.count(place) > 0));
+        require((map.Lookup(key.c_str()) != absent) == (model.count(place) > 0));
         require(map.count() == count);
         requireEqual(map, model);
     }

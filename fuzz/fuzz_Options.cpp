@@ -43,7 +43,7 @@ void checkLookUps(const Options& options, const ReferenceOptions& expected) {
         const unsigned int index = static_cast<unsigned int>(std::count_if(expected.content.begin(), place, isSameKey));
         require(options.getKey(static_cast<unsigned int>(i)) == token(key) && options.isOption(token(key)));
         const char* const text = options.getAsString(token(key), index);
-        require(text && value.value_or("") == text);
+        require(text != nullptr && value.value_or("") == text);
         require(options.getAsInt(token(key), index) == (value ? std::atoi(value->c_str()) : -1));
         if (value)
             require(options.isOption(token(key), text) && options.isOptionCase(token(key), text));
@@ -80,7 +80,7 @@ void apply(const std::string& line, Options& options, ReferenceOptions& expected
     const std::string key = text.substr(0, text.find('='));
     const std::string value = key.size() < text.size() ? text.substr(key.size() + 1) : "";
     const char* const given = key.size() < text.size() ? value.c_str() : nullptr;
-    const ReferenceOptions::Value optional = given ? ReferenceOptions::Value(value) : std::nullopt;
+    const ReferenceOptions::Value optional = given != nullptr ? ReferenceOptions::Value(value) : std::nullopt;
     if (action == 'a') {
         options.addOption(token(key), given);
         expected.add(key, optional);
@@ -90,7 +90,7 @@ void apply(const std::string& line, Options& options, ReferenceOptions& expected
     } else if (action == 'v') {
         options.deleteOption(token(key), given);
         expected.removeIf([&](const ReferenceOptions::Option& option) {
-            return given && option.first == key && option.second == optional;
+            return given != nullptr && option.first == key && option.second == optional;
         });
     } else if (action >= '0' && action <= '9') {
         const unsigned int index = static_cast<unsigned int>(action - '0');

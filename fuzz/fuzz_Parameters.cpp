@@ -245,10 +245,10 @@ bool writeArray(Bytes& in, utility::PutStream& stream, fuzz::PutModel& model,
     for (unsigned int i = 0; i < count; ++i)
         values.Append(in.number<Value>());
     const std::size_t room = model.available();
-    unsigned int expected = fuzz::FAILURE_NONE;
+    unsigned int expected = fuzz::failureNone;
     if (room < 4 + count * sizeof(Value))
         expected = model.overflow();
-    if (expected == fuzz::FAILURE_NONE && room >= 4) {
+    if (expected == fuzz::failureNone && room >= 4) {
         // If nothing is thrown, the count written is the full one, even if elements do not fit.
         model.putWhole(bytesOf(count));
         for (unsigned int i = 0; i < count; ++i)
@@ -256,7 +256,7 @@ bool writeArray(Bytes& in, utility::PutStream& stream, fuzz::PutModel& model,
     }
     const unsigned int code = codeOf([&] { (stream.*put)(values); });
     require(code == expected);
-    return code == fuzz::FAILURE_NONE;
+    return code == fuzz::failureNone;
 }
 
 unsigned int putBlock(fuzz::PutModel& model, const std::string& block) {
@@ -269,8 +269,8 @@ unsigned int putBlock(fuzz::PutModel& model, const std::string& block) {
 }
 
 bool writeParameter(Bytes& in, utility::PutStream& stream, fuzz::PutModel& model) {
-    unsigned int expected = fuzz::FAILURE_NONE;
-    unsigned int code = fuzz::FAILURE_NONE;
+    unsigned int expected = fuzz::failureNone;
+    unsigned int code = fuzz::failureNone;
     switch (in.below(6)) {
     case 0: {
         const std::uint16_t value = in.number<std::uint16_t>();
@@ -287,7 +287,7 @@ bool writeParameter(Bytes& in, utility::PutStream& stream, fuzz::PutModel& model
     case 2: {
         const std::string text = in.text(40);
         expected = model.putS(text);
-        if (expected == fuzz::FAILURE_NONE)
+        if (expected == fuzz::failureNone)
             expected = model.putC(0);
         code = codeOf([&] { stream.PutParmString(text.c_str()); });
         break;
@@ -304,7 +304,7 @@ bool writeParameter(Bytes& in, utility::PutStream& stream, fuzz::PutModel& model
         return writeArray<std::uint32_t>(in, stream, model, &utility::PutStream::PutParmUint32Array);
     }
     require(code == expected);
-    return code == fuzz::FAILURE_NONE;
+    return code == fuzz::failureNone;
 }
 
 void write(Bytes& in) {

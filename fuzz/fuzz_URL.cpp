@@ -21,7 +21,7 @@ using test::ReferenceURL;
 using utility::URL;
 
 std::optional<std::string> partOf(const char* text) {
-    return text ? std::optional<std::string>(text) : std::nullopt;
+    return text != nullptr ? std::optional<std::string>(text) : std::nullopt;
 }
 
 void checkParts(URL& url, const ReferenceURL& expected) {
@@ -58,7 +58,7 @@ void checkRoundTrip(URL& url, const ReferenceURL& parts) {
     const bool isRooted = parts.scheme && parts.path.value_or("/")[0] == '/';
     const char* const value = url.GetValue();
     const bool isDoubled = parts.path.value_or("").compare(0, 2, "//") == 0;
-    if (!value || !isRooted || isDoubled || all.find_first_of("%?") != std::string::npos)
+    if (value == nullptr || !isRooted || isDoubled || all.find_first_of("%?") != std::string::npos)
         return;
     if (parts.authority.value_or("x").empty() || parts.query.value_or("x").empty() ||
         parts.path.value_or("x").empty() || parts.authority.value_or("").find('/') != std::string::npos)

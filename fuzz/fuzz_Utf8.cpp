@@ -18,8 +18,8 @@ using framework::Logger;
 using fuzz::require;
 using utility::Misc;
 
-constexpr const char* DISALLOWED[] = {"", ",", "<>\"", "\xC3\t~"};
-constexpr const char* CONTROLS[] = {"", "\t\n\r", "\x01\x02\x03\x7f\t", "\x89\xC3"};
+constexpr const char* disallowedSets[] = {"", ",", "<>\"", "\xC3\t~"};
+constexpr const char* controlSets[] = {"", "\t\n\r", "\x01\x02\x03\x7f\t", "\x89\xC3"};
 
 struct Log {
     std::string text;
@@ -77,7 +77,7 @@ void checkTruncated(const std::string& text) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     if (size < 1 || size > 1000000)
         return 0;
-    checkPrintable(data + 1, size - 1, DISALLOWED[data[0] & 3], CONTROLS[data[0] >> 2 & 3]);
+    checkPrintable(data + 1, size - 1, disallowedSets[data[0] & 3], controlSets[data[0] >> 2 & 3]);
     checkTruncated(std::string(reinterpret_cast<const char*>(data + 1), size - 1).c_str());
     return 0;
 }

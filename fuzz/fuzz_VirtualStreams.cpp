@@ -67,7 +67,7 @@ public:
             if (space == 0)
                 break;
         }
-        return taken < bytes.size() ? overflow() : fuzz::FAILURE_NONE;
+        return taken < bytes.size() ? overflow() : fuzz::failureNone;
     }
 
 protected:

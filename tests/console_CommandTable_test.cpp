@@ -25,8 +25,6 @@ std::string found(const std::string& text) {
     return command != nullptr ? command->name + std::string("/") + std::to_string(used) : problem;
 }
 
-} // namespace
-
 TEST(CommandTable, UsageExample) {
     utility::StringArray words(0);
     words.Append("sh");
@@ -41,7 +39,9 @@ TEST(CommandTable, UsageExample) {
 
 TEST(CommandTable, EveryCommandIsFoundByItsName) {
     std::set<std::string> names;
-    for (unsigned int i = 0; const console::Command* command = console::commandAt(i); ++i) {
+    unsigned int i = 0;
+    for (const console::Command* command = console::commandAt(i); command != nullptr;
+         command = console::commandAt(++i)) {
         EXPECT_TRUE(names.insert(command->name).second) << command->name;
         const unsigned int words = std::string(command->name).find(' ') != std::string::npos ? 2 : 1;
         std::string line = command->name;
@@ -95,3 +95,5 @@ TEST(CommandTable, ALineWithoutACommandIsNotCompleted) {
     for (const std::string line : {"", " ", "xyz", "show xyz", "show file a", "\"", "\"open", "h x", "\xff"})
         EXPECT_EQ(console::completeCommand(line), line);
 }
+
+} // namespace

@@ -82,19 +82,17 @@ std::string binaryText(std::size_t size) {
 }
 
 #ifdef __SANITIZE_THREAD__
-const bool isThreadSanitized = true;
+constexpr bool isThreadSanitized = true;
 #else
-const bool isThreadSanitized = false;
+constexpr bool isThreadSanitized = false;
 #endif
-const char* const unseenOrder =
+constexpr const char* unseenOrder =
     "the thread sanitizer does not see that a handler runs after what came before its signal";
 
 void discardInFullDevice() {
     if (freopen("/dev/full", "w", stdout) == nullptr)
         _exit(126);
 }
-
-} // namespace
 
 // Starting
 
@@ -261,7 +259,8 @@ TEST(ConsoleHelp, ListsEveryCommandInOneLine) {
     const ChildResult child = runCommand("help");
     const std::vector<std::string> lines = linesOf(child.out);
     unsigned int i = 0;
-    for (; const console::Command* command = console::commandAt(i); ++i) {
+    for (const console::Command* command = console::commandAt(i); command != nullptr;
+         command = console::commandAt(++i)) {
         ASSERT_LT(i, lines.size());
         EXPECT_EQ(lines[i].find(std::string(command->name) + " " + command->arguments), 0U);
         EXPECT_NE(lines[i].find(command->summary), std::string::npos);
@@ -460,19 +459,15 @@ TEST(ConsoleCopy, StoresEachBlockAsItComes) {
     EXPECT_EQ(directory.read("to"), "firstlast");
 }
 
-namespace {
-
-const int firstFreeDescriptor = 3;
+constexpr int firstFreeDescriptor = 3;
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || defined(VXUT_MEMCHECK)
-const bool isChecked = true;
+constexpr bool isChecked = true;
 #else
-const bool isChecked = false;
+constexpr bool isChecked = false;
 #endif
-const char* const checkersCalls = "a sanitizer or valgrind makes such calls of its own";
-const char* const noFailingCalls = "this platform cannot make a system call fail";
-
-} // namespace
+constexpr const char* checkersCalls = "a sanitizer or valgrind makes such calls of its own";
+constexpr const char* noFailingCalls = "this platform cannot make a system call fail";
 
 TEST(ConsoleCopy, AFailureToCloseTheTargetIsReported) {
     if (isChecked)
@@ -556,8 +551,6 @@ TEST(ConsoleOutput, AnEndlessAnswerEndsWhenNobodyReadsIt) {
     }
 }
 
-namespace {
-
 void writeToAClosedPipe() {
     int ends[2];
     if (pipe(ends) != 0)
@@ -566,8 +559,6 @@ void writeToAClosedPipe() {
     close(ends[0]);
     close(ends[1]);
 }
-
-} // namespace
 
 TEST(ConsoleOutput, AClosedPipeEndsTheConsole) {
     const ChildResult child = runCommand("show file /dev/zero", [] {
@@ -949,3 +940,5 @@ TEST(ConsoleContext, AMissingFolderIsReported) {
         << child.err;
     EXPECT_TRUE(std::filesystem::is_empty(directory.path()));
 }
+
+} // namespace

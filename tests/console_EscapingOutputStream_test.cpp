@@ -70,8 +70,6 @@ std::string expectedOf(const std::string& pair) {
     return expected;
 }
 
-} // namespace
-
 TEST(ConsoleEscaping, UsageExample) {
     test::RecordingOutput terminal;
     console::EscapingOutputStream out(terminal);
@@ -181,3 +179,5 @@ TEST(ConsoleEscaping, ALineContainsNoControlCharacters) {
                                                                  "b\\xc2\\x9b");
     EXPECT_EQ(console::escapedLine(""), "");
 }
+
+} // namespace

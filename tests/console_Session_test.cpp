@@ -70,9 +70,9 @@ private:
 };
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-const bool isSanitized = true;
+constexpr bool isSanitized = true;
 #else
-const bool isSanitized = false;
+constexpr bool isSanitized = false;
 #endif
 
 __attribute__((noinline)) unsigned int overflowTheStack(unsigned int depth) {
@@ -84,8 +84,6 @@ __attribute__((noinline)) unsigned int overflowTheStack(unsigned int depth) {
 void endWell(int) {
     _exit(42);
 }
-
-} // namespace
 
 TEST(ConsoleSession, UsageExample) {
     test::TemporaryDirectory directory;
@@ -271,3 +269,5 @@ TEST(ConsoleSignalStack, RestoresThePreviousOne) {
     EXPECT_EQ(after.ss_sp, before.ss_sp);
     EXPECT_EQ(after.ss_flags, before.ss_flags);
 }
+
+} // namespace

@@ -67,9 +67,7 @@ std::string hashOf(const std::string& entries, const std::string& name) {
 }
 
 const std::string tooLong = ": the entry does not fit into 2048 bytes: use shorter texts";
-const char* const editing[] = {"add user new", "delete user root", "password root secret"};
-
-} // namespace
+constexpr const char* editing[] = {"add user new", "delete user root", "password root secret"};
 
 TEST(ConsoleUsers, AreShownFromTheFileUnderTheRoot) {
     const Root root;
@@ -358,3 +356,5 @@ TEST(ConsoleUsers, AHostileRootReachesNoShell) {
         EXPECT_FALSE(directory.exists("hacked"));
     }
 }
+
+} // namespace

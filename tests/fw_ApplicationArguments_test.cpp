@@ -20,8 +20,6 @@ char* word(const char* text) {
     return const_cast<char*>(text);
 }
 
-} // namespace
-
 TEST(ApplicationArguments, UsageExample) {
     char* argv[] = {word("console"), word("-v"), nullptr};
     framework::ApplicationArguments arguments(2, argv);
@@ -111,3 +109,5 @@ TEST(ApplicationArguments, HoldsAHundredThousandWords) {
     ASSERT_EQ(ApplicationArguments::getArgs()->ArgCount(), 100000U);
     EXPECT_EQ(ApplicationArguments::getArgs()->ArgIndex("99999"), 99999U);
 }
+
+} // namespace

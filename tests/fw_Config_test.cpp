@@ -11,6 +11,8 @@
 using framework::Config;
 using framework::Memory;
 
+namespace {
+
 TEST(Config, UsageExample) {
     const char* root = "/mnt";
     char* name = framework::Config::generateNameString("%s%s", root, "/etc/passwd");
@@ -48,3 +50,5 @@ TEST(Config, NoNameWithoutAFormatThatCanBeCarriedOut) {
     // No character has this code.
     EXPECT_EQ(Config::generateNameString("%lc", static_cast<wint_t>(0x7fffffff)), nullptr);
 }
+
+} // namespace

@@ -25,8 +25,6 @@ private:
     bool& m_destroyed;
 };
 
-} // namespace
-
 TEST(Console, UsageExample) {
     bool destroyed = false;
     KeyConsole keys(destroyed);
@@ -41,3 +39,5 @@ TEST(Console, IsDestroyedThroughItsBase) {
     console.reset();
     EXPECT_TRUE(destroyed);
 }
+
+} // namespace

@@ -196,8 +196,6 @@ void handleAndBlock(int sig) {
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
 }
 
-} // namespace
-
 TEST(Container, UsageExample) {
     const test::TemporaryDirectory directory;
     const std::string command = "cp " + directory.write("passwd.new", "root") + " " + directory.path("passwd");
@@ -720,7 +718,7 @@ TEST(Container, ShutdownWithoutAContainerExits) {
                 std::printf("exit handler");
                 std::fflush(stdout);
                 // The exit handlers of this process are not part of the test.
-                if (Container::getContainer())
+                if (Container::getContainer() != nullptr)
                     _exit(9);
             });
             Container::shutdownApplication(clean);
@@ -760,3 +758,5 @@ TEST(Container, ShutdownGoesThroughTheContainer) {
     EXPECT_EQ(application.ends, 2);
     EXPECT_FALSE(application.clean);
 }
+
+} // namespace

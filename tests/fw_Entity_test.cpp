@@ -41,8 +41,6 @@ utility::PutStream& noStream() {
     return *reinterpret_cast<utility::PutStream*>(place);
 }
 
-} // namespace
-
 TEST(Entity, UsageExample) {
     Volume volume;
     const char* name = "v1";
@@ -262,3 +260,5 @@ TEST(Entity, FailedAllocationIsNull) {
     EXPECT_EQ(text, nullptr);
     EXPECT_EQ(start, nullptr);
 }
+
+} // namespace

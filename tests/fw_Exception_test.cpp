@@ -10,6 +10,8 @@
 
 using framework::Exception;
 
+namespace {
+
 TEST(Exception, UsageExample) {
     std::string file;
     int line = 0;
@@ -97,3 +99,5 @@ TEST(Exception, WithoutMemoryForTheFileNameAllElseIsKept) {
     EXPECT_STREQ(failure.function(), "void h()");
     EXPECT_STREQ(failure.message(), "text");
 }
+
+} // namespace

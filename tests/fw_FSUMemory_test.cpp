@@ -31,8 +31,6 @@ void expectPiecesApart(FSUMemory& pool) {
             ASSERT_EQ(piece[i], size % 251);
 }
 
-} // namespace
-
 TEST(FSUMemory, UsageExample) {
     framework::FSUMemory pool(2048, 20);
     char* copy = pool.AllocString("volume");
@@ -141,3 +139,5 @@ TEST(FSUMemory, FailedAllocationIsNullAndThePoolGoesOn) {
     EXPECT_EQ(text, nullptr);
     expectPiecesApart(pool);
 }
+
+} // namespace

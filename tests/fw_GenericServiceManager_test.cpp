@@ -51,8 +51,6 @@ bool eventually(bool (*condition)()) {
     return condition();
 }
 
-} // namespace
-
 TEST(GenericServiceManager, UsageExample) {
     const Handler handler;
     ThreadInfo::MyThreadInfo();
@@ -143,3 +141,5 @@ TEST(GenericServiceManager, ForkedChildReachesItselfAlone) {
     stop = true;
     other.join();
 }
+
+} // namespace

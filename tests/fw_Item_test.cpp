@@ -32,8 +32,6 @@ Stream& untouched() {
     return *reinterpret_cast<Stream*>(place);
 }
 
-} // namespace
-
 TEST(Item, UsageExample) {
     const Volume volume;
     EXPECT_FALSE(volume.isChanged());
@@ -105,3 +103,5 @@ TEST(Item, VirtualOperationsStandInTheirSlots) {
     EXPECT_EQ(test::virtualSlot(&Item::setResources), 19);
     EXPECT_EQ(test::virtualSlot(&Item::setError), 20);
 }
+
+} // namespace

@@ -6,6 +6,8 @@
 
 using strings::StringRepository;
 
+namespace {
+
 TEST(KnownStrings, NamedTextsAreTheVeryPointersOfTheRepository) {
     EXPECT_EQ(pGSArguments, StringRepository::toString(291));
     EXPECT_EQ(pGSEnter, StringRepository::toString(366));
@@ -24,3 +26,5 @@ TEST(KnownStrings, NamedTextsAreTheVeryPointersOfTheRepository) {
     EXPECT_STREQ(pGSiSCSI, "iSCSI");
     EXPECT_STREQ(pGStrue, "true");
 }
+
+} // namespace

@@ -121,8 +121,6 @@ void tellInterruption(int) {
         _exit(124);
 }
 
-} // namespace
-
 TEST(Logger, UsageExample) {
     std::vector<std::string> lines;
     const auto collect = [](void* context, Logger::LogType, const char*, int, const char* text) {
@@ -539,8 +537,6 @@ TEST(Logger, ChildForkedWhileThreadsLogCanReplaceTheSink) {
     Logger::setSink(nullptr, nullptr);
 }
 
-namespace {
-
 std::string standardErrorWithSink(void (*body)(std::atomic<int>& calls)) {
     static void (*inChild)(std::atomic<int>&);
     inChild = body;
@@ -552,8 +548,6 @@ std::string standardErrorWithSink(void (*body)(std::atomic<int>& calls)) {
         inChild(sink.calls);
     });
 }
-
-} // namespace
 
 TEST(Logger, TriesAgainWhereTooManyThreadsAreInsideTheSink) {
     EXPECT_EQ(standardErrorWithSink([](std::atomic<int>& calls) {
@@ -596,3 +590,5 @@ TEST(Logger, DefaultGivesUpWhereAWriteTakesNothing) {
               }),
               "");
 }
+
+} // namespace

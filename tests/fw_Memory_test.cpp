@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <memory>
 #include <new>
 #include <string>
@@ -34,8 +35,6 @@ public:
 private:
     bool& m_destroyed;
 };
-
-} // namespace
 
 TEST(Memory, UsageExample) {
     const long before = Memory::staticOutstanding();
@@ -134,3 +133,5 @@ TEST(Memory, IsDestroyedThroughItsBase) {
     memory.reset();
     EXPECT_TRUE(destroyed);
 }
+
+} // namespace

@@ -47,8 +47,8 @@ int platformCall(const char* name, pthread_rwlock_t* lock) {
     return reinterpret_cast<int (*)(pthread_rwlock_t*)>(dlsym(RTLD_NEXT, name))(lock);
 }
 
-const char* const READ_LOCK = "virtual void framework::thread::PosixRWLock::readLock()";
-const char* const WRITE_LOCK = "virtual void framework::thread::PosixRWLock::writeLock()";
+constexpr const char* readLockName = "virtual void framework::thread::PosixRWLock::readLock()";
+constexpr const char* writeLockName = "virtual void framework::thread::PosixRWLock::writeLock()";
 const std::chrono::milliseconds aWhile(50);
 const std::chrono::seconds longEnough(60);
 
@@ -81,8 +81,6 @@ bool isFree(PosixRWLock& lock, void (PosixRWLock::*take)()) {
 bool waitsFor(PosixRWLock& lock, void (PosixRWLock::*take)(), const std::function<void()>& release) {
     return !isTaken(lock, take, aWhile, release);
 }
-
-} // namespace
 
 TEST(PosixRWLock, UsageExample) {
     framework::thread::PosixRWLock lock;
@@ -163,8 +161,8 @@ TEST(PosixRWLock, FailingCallsAreLoggedWithTheirNumber) {
     lock.unlock();
     EXPECT_EQ(failing.times, 0);
     EXPECT_EQ(log.count(), 3U);
-    EXPECT_TRUE(log.contains(Logger::LOG_ERROR, READ_LOCK, "locking for reading " + std::to_string(EDEADLK)));
-    EXPECT_TRUE(log.contains(Logger::LOG_ERROR, WRITE_LOCK, "locking for writing " + std::to_string(EDEADLK)));
+    EXPECT_TRUE(log.contains(Logger::LOG_ERROR, readLockName, "locking for reading " + std::to_string(EDEADLK)));
+    EXPECT_TRUE(log.contains(Logger::LOG_ERROR, writeLockName, "locking for writing " + std::to_string(EDEADLK)));
     EXPECT_TRUE(log.contains(Logger::LOG_ERROR, "virtual void framework::thread::PosixRWLock::unlock()",
                              "unlocking " + std::to_string(EPERM)));
 }
@@ -178,7 +176,7 @@ TEST(PosixRWLock, AReaderRefusedForTheMomentTriesAgainUntilItHoldsTheLock) {
     EXPECT_EQ(failing.times, 0);
     EXPECT_TRUE(waitsFor(lock, &PosixRWLock::writeLock, [&] { lock.unlock(); }));
     EXPECT_EQ(log.count(), 1U);
-    EXPECT_TRUE(log.contains(Logger::LOG_ERROR, READ_LOCK, "locking for reading " + std::to_string(EAGAIN)));
+    EXPECT_TRUE(log.contains(Logger::LOG_ERROR, readLockName, "locking for reading " + std::to_string(EAGAIN)));
 }
 
 TEST(PosixRWLock, AWriterRefusedForTheMomentTriesAgainUntilItHoldsTheLock) {
@@ -192,8 +190,10 @@ TEST(PosixRWLock, AWriterRefusedForTheMomentTriesAgainUntilItHoldsTheLock) {
     lock.unlock();
     EXPECT_TRUE(waitsFor(lock, &PosixRWLock::readLock, [&] { lock.unlock(); }));
     EXPECT_EQ(log.count(), 1U);
-    EXPECT_TRUE(log.contains(Logger::LOG_ERROR, WRITE_LOCK, "locking for writing " + std::to_string(EAGAIN)));
+    EXPECT_TRUE(log.contains(Logger::LOG_ERROR, writeLockName, "locking for writing " + std::to_string(EAGAIN)));
 }
+
+} // namespace
 
 extern "C" {
 

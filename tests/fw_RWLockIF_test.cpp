@@ -27,8 +27,6 @@ private:
     std::string& m_notes;
 };
 
-} // namespace
-
 TEST(RWLockIF, IsUsedAndDestroyedThroughItsBase) {
     std::string notes;
     std::unique_ptr<framework::thread::RWLockIF> lock = std::make_unique<NotingLock>(notes);
@@ -39,3 +37,5 @@ TEST(RWLockIF, IsUsedAndDestroyedThroughItsBase) {
     lock.reset();
     EXPECT_EQ(notes, "ruwu~");
 }
+
+} // namespace

@@ -28,8 +28,6 @@ std::string textNumber(int number) {
     return "text number " + std::to_string(number);
 }
 
-} // namespace
-
 TEST(StableStringRepository, UsageExample) {
     stringtoken token = strings::GS.toToken("volume");
     EXPECT_STREQ(strings::StringRepository::toString(token), "volume");
@@ -49,7 +47,7 @@ TEST(StableStringRepository, WorksInStaticDestructorsAndExitHandlers) {
         std::atexit([] {
             const stringtoken token = GS.toToken("made at the very end");
             const char* text = StringRepository::toString(token);
-            _exit(token >= 6945 && text && std::string(text) == "made at the very end" ? 7 : 8);
+            _exit(token >= 6945 && text != nullptr && std::string(text) == "made at the very end" ? 7 : 8);
         });
         std::exit(0);
     });
@@ -111,7 +109,7 @@ TEST(StableStringRepository, ThreadsGetTheSameNumberForTheSameText) {
                 const std::string text = "shared " + textNumber(i);
                 mine.push_back(GS.toToken(text.c_str()));
                 const char* known = StringRepository::toString(mine.back());
-                if (!known || known != text)
+                if (known == nullptr || known != text)
                     wrongText = true;
             }
         });
@@ -192,3 +190,5 @@ TEST(StableStringRepository, SignalHandlerDoesNotWaitForItsOwnThread) {
     EXPECT_FALSE(child.timedOut);
     EXPECT_EQ(child.status, 0);
 }
+
+} // namespace

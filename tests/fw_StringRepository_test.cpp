@@ -5,6 +5,8 @@
 using strings::GS;
 using strings::StringRepository;
 
+namespace {
+
 TEST(StringRepository, UsageExample) {
     const char* name = strings::StringRepository::toString(630);
     EXPECT_STREQ(name, "URL");
@@ -35,3 +37,5 @@ TEST(StringRepository, GivesTheSamePointerEachTime) {
         GS.toToken(("other text " + std::to_string(i)).c_str());
     EXPECT_EQ(StringRepository::toString(token), text);
 }
+
+} // namespace

@@ -35,8 +35,6 @@ const int firstNumber = [] {
 
 ThreadInfo* volatile seenByHandler;
 
-} // namespace
-
 TEST(ThreadInfo, UsageExample) {
     inThread([] {
         framework::ThreadInfo::MyThreadInfo()->setThreadName("worker");
@@ -171,7 +169,7 @@ TEST(ThreadInfo, ManyThreadsComeAndGo) {
             for (int round = 0; round < 50; ++round)
                 inThread([&] {
                     ThreadInfo* info = ThreadInfo::MyThreadInfo();
-                    if (!info || info != ThreadInfo::getMyself())
+                    if (info == nullptr || info != ThreadInfo::getMyself())
                         wrong = true;
                 });
         });
@@ -179,3 +177,5 @@ TEST(ThreadInfo, ManyThreadsComeAndGo) {
         thread.join();
     EXPECT_FALSE(wrong);
 }
+
+} // namespace

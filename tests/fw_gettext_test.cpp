@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+namespace {
+
 TEST(Gettext, TextWithoutACatalogueIsItself) {
     const char* message = "Press any key to continue (Q to quit)";
     EXPECT_EQ(vx_gettext(message), message);
@@ -15,3 +17,5 @@ TEST(Gettext, EmptyTextIsItself) {
 TEST(Gettext, NullIsNull) {
     EXPECT_EQ(vx_gettext(nullptr), nullptr);
 }
+
+} // namespace

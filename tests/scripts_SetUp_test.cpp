@@ -21,18 +21,18 @@ namespace fs = std::filesystem;
 using test::ChildResult;
 using test::Pty;
 
-const unsigned int nobody = 65534;
+constexpr unsigned int nobody = 65534;
 
-/// A tree with the scripts of this one, and programs in place of those that install and build. Nothing else is on the
-/// path but what the scripts need.
-///
-/// Files in the tree control the programs: packages are missing until "installed" exists, and each program waits while
-/// a file "hold" exists. A program that waits has its process number in "pid".
+// A tree with the scripts of this one, and programs in place of those that install and build. Nothing else is on the
+// path but what the scripts need.
+//
+// Files in the tree control the programs: packages are missing until "installed" exists, and each program waits while
+// a file "hold" exists. A program that waits has its process number in "pid".
 class Tree {
 public:
     Tree() {
-        fs::create_directories(directory.path("tree/bin"));
-        fs::copy(VXUT_SOURCE_DIR "/scripts", directory.path("tree/scripts"), fs::copy_options::recursive);
+        fs::create_directories(m_directory.path("tree/bin"));
+        fs::copy(VXUT_SOURCE_DIR "/scripts", m_directory.path("tree/scripts"), fs::copy_options::recursive);
         for (const char* tool :
              {"bash",    "cat",   "chmod", "cut",      "dirname", "dpkg",    "env", "flock", "getent", "grep", "id",
               "install", "mkdir", "nproc", "readlink", "rm",      "setpriv", "sh",  "sleep", "tee",    "test", "touch"})
@@ -52,28 +52,28 @@ public:
                              "printf '#!/bin/sh\\necho \"user $(id -u): $*\"\\n' >vxconsole\n"
                              "chmod 755 vxconsole\n"
                              "echo '[2/2] Linking CXX executable vxconsole'\n");
-        directory.write("tree/CMakeLists.txt", "");
+        m_directory.write("tree/CMakeLists.txt", "");
         makeAccessible();
     }
 
     std::string path(const std::string& name) const {
-        return directory.path("tree/" + name);
+        return m_directory.path("tree/" + name);
     }
     void write(const std::string& name) const {
-        directory.write("tree/" + name, "");
+        m_directory.write("tree/" + name, "");
     }
     void remove(const std::string& name) const {
         fs::remove(path(name));
     }
     std::string read(const std::string& name) const {
-        return directory.read("tree/" + name);
+        return m_directory.read("tree/" + name);
     }
-    /// Adds a program to the path.
+    // Adds a program to the path.
     void program(const std::string& name, const std::string& script) const {
-        const std::string file = directory.write("tree/bin/" + name, "#!/bin/sh\n" + script);
+        const std::string file = m_directory.write("tree/bin/" + name, "#!/bin/sh\n" + script);
         ASSERT_EQ(chmod(file.c_str(), 0755), 0);
     }
-    /// Lets a user install packages.
+    // Lets a user install packages.
     void grantSudo() const {
         program("sudo", "[ $1 != -v ] || exit 0\nshift\nexec \"$@\"\n");
     }
@@ -90,7 +90,7 @@ public:
                 unsetenv(name);
         };
     }
-    /// Starts the console with its output on pipes; `prepare` runs in its process before.
+    // Starts the console with its output on pipes; `prepare` runs in its process before.
     ChildResult start(const std::function<void()>& prepare = {}) const {
         const std::vector<std::string> words = command();
         return test::runInChild([&] {
@@ -102,7 +102,7 @@ public:
         });
     }
 
-    /// Whether the program that waits has ended.
+    // Whether the program that waits has ended.
     bool isEnded() const {
         const pid_t pid = static_cast<pid_t>(std::stol(read("pid")));
         for (int i = 0; i < 1000; ++i) {
@@ -122,13 +122,13 @@ private:
         throw std::runtime_error("no " + name);
     }
 
-    /// An ordinary user may work in the tree too.
+    // An ordinary user may work in the tree too.
     void makeAccessible() const {
-        fs::permissions(directory.path(), fs::perms(0755));
-        fs::permissions(directory.path("tree"), fs::perms(0777));
+        fs::permissions(m_directory.path(), fs::perms(0755));
+        fs::permissions(m_directory.path("tree"), fs::perms(0777));
     }
 
-    test::TemporaryDirectory directory;
+    test::TemporaryDirectory m_directory;
 };
 
 std::string answerOf(unsigned int user) {
@@ -146,7 +146,7 @@ void expectNoInstallation(const Tree& tree) {
                          "vxconsole could not be built; the messages above say why.\n");
 }
 
-/// Types Ctrl-C at a set-up that shows `sign`.
+// Types Ctrl-C at a set-up that shows `sign`.
 void expectInterruption(const Tree& tree, const std::string& sign) {
     Pty terminal(tree.command(), 80, 25, tree.environment());
     terminal.expect(sign);
@@ -156,8 +156,6 @@ void expectInterruption(const Tree& tree, const std::string& sign) {
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(10));
     EXPECT_EQ(terminal.pending().find("vxconsole could not be built"), std::string::npos) << terminal.pending();
 }
-
-} // namespace
 
 TEST(SetUp, ShowsItsProgressOnAPipeOnce) {
     const Tree tree;
@@ -290,3 +288,5 @@ TEST(SetUp, UnderSudoTheBuildBelongsToTheCaller) {
     // The user continues without sudo.
     EXPECT_EQ(tree.start(test::becomeOrdinaryUser).out, answerOf(nobody));
 }
+
+} // namespace

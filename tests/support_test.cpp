@@ -39,8 +39,6 @@ unsigned long allocationsOf(void (*operation)()) {
 
 void* volatile kept;
 
-} // namespace
-
 TEST(LogCapture, CollectsTypeFunctionLineAndText) {
     test::LogCapture log;
     Logger::StaticLog(Logger::LOG_ERROR, "%d ports", 4);
@@ -155,7 +153,7 @@ TEST(FailingAllocation, SweepFailsEachAllocationOnce) {
     const auto operation = [&] {
         for (int i = 0; i < 3; ++i) {
             void* const piece = kept = std::malloc(1);
-            failed += piece == nullptr;
+            failed += static_cast<unsigned int>(piece == nullptr);
             std::free(piece);
         }
     };
@@ -255,3 +253,5 @@ TEST(ProtectedMachine, OrdinaryUserIsEnoughWhereNoNamespaceCanBeHad) {
         GTEST_SKIP() << "this program cannot become an ordinary user";
     EXPECT_EQ(child.status, 0) << child.out << child.err;
 }
+
+} // namespace

@@ -32,8 +32,8 @@ namespace {
 using utility::Arguments;
 using Words = std::vector<std::string>;
 
-const unsigned int NOWHERE = 0xFFFFFFFFu;
-const char* const NO_WORD = "(null)";
+constexpr unsigned int nowhere = 0xFFFFFFFFu;
+constexpr const char* noWord = "(null)";
 
 static_assert(std::is_base_of<framework::Item, Arguments>::value, "arguments are an item");
 static_assert(std::is_convertible<Arguments*, framework::Entity*>::value, "and an entity");
@@ -44,7 +44,7 @@ Words wordsOf(const Arguments& arguments) {
     Words words;
     for (unsigned int i = 0; i < arguments.ArgCount(); ++i) {
         const char* const word = arguments.ArgValue(i);
-        words.push_back(word != nullptr ? word : NO_WORD);
+        words.push_back(word != nullptr ? word : noWord);
     }
     return words;
 }
@@ -235,7 +235,7 @@ TEST(Arguments, WordsOutOfRangeAreNull) {
     const Arguments arguments("a b");
     EXPECT_STREQ(arguments.ArgValue(1), "b");
     EXPECT_EQ(arguments.ArgValue(2), nullptr);
-    EXPECT_EQ(arguments.ArgValue(NOWHERE), nullptr);
+    EXPECT_EQ(arguments.ArgValue(nowhere), nullptr);
     EXPECT_EQ(arguments.ArgValue(0x80000000u), nullptr);
 }
 
@@ -249,7 +249,7 @@ TEST(Arguments, LookupsIgnoreCase) {
     EXPECT_EQ(arguments.ArgIndex("show"), 0U);
     EXPECT_EQ(arguments.ArgIndex("-File"), 1U);
     EXPECT_EQ(arguments.ArgIndex("Y"), 4U);
-    EXPECT_EQ(arguments.ArgIndex("two"), NOWHERE);
+    EXPECT_EQ(arguments.ArgIndex("two"), nowhere);
     EXPECT_STREQ(arguments.ArgString("-file"), "x");
 }
 
@@ -265,9 +265,9 @@ TEST(Arguments, FindsTheTextOfAToken) {
     const Arguments arguments("a ARGUMENTS -volume b");
     EXPECT_EQ(arguments.ArgIndexByToken(291), 1U);
     EXPECT_EQ(arguments.ArgIndexByToken(strings::GS.toToken("-Volume")), 2U);
-    EXPECT_EQ(arguments.ArgIndexByToken(630), NOWHERE);
-    EXPECT_EQ(arguments.ArgIndexByToken(0), NOWHERE);
-    EXPECT_EQ(arguments.ArgIndexByToken(NOWHERE), NOWHERE);
+    EXPECT_EQ(arguments.ArgIndexByToken(630), nowhere);
+    EXPECT_EQ(arguments.ArgIndexByToken(0), nowhere);
+    EXPECT_EQ(arguments.ArgIndexByToken(nowhere), nowhere);
 }
 
 TEST(Arguments, ArgStringIsTheWordAfterTheFirstMatch) {
@@ -298,7 +298,7 @@ TEST(Arguments, ArgIntIsTheNumberAtTheStartOfTheValue) {
 TEST(Arguments, NullWordsAreNotFound) {
     const Arguments arguments("a \"\" (null)");
     EXPECT_FALSE(arguments.isArg(nullptr));
-    EXPECT_EQ(arguments.ArgIndex(nullptr), NOWHERE);
+    EXPECT_EQ(arguments.ArgIndex(nullptr), nowhere);
     EXPECT_EQ(arguments.ArgString(nullptr), nullptr);
     EXPECT_EQ(arguments.ArgInt(nullptr), 0);
 }
@@ -326,7 +326,7 @@ TEST(Arguments, ModifyArgReplacesAWordInRange) {
     arguments.ModifyArg(1, "x y");
     arguments.ModifyArg(2, "");
     arguments.ModifyArg(3, "no");
-    arguments.ModifyArg(NOWHERE, "no");
+    arguments.ModifyArg(nowhere, "no");
     EXPECT_EQ(wordsOf(arguments), (Words{"a", "x y", ""}));
     Arguments none(nullptr);
     none.ModifyArg(0, "no");
@@ -338,7 +338,7 @@ TEST(Arguments, DeleteArgByIndexDeletesAWordInRange) {
     arguments.DeleteArg(1U);
     EXPECT_EQ(wordsOf(arguments), (Words{"a", "c", "d"}));
     arguments.DeleteArg(3U);
-    arguments.DeleteArg(NOWHERE);
+    arguments.DeleteArg(nowhere);
     EXPECT_EQ(arguments.ArgCount(), 3U);
     arguments.DeleteArg(2U);
     arguments.DeleteArg(0U);
@@ -408,7 +408,7 @@ TEST(Arguments, ToStringBeginsAtTheGivenIndex) {
     EXPECT_EQ(textOf(arguments, 1), "\"b c\" d");
     EXPECT_EQ(textOf(arguments, 2), "d");
     EXPECT_EQ(textOf(arguments, 3), "");
-    EXPECT_EQ(textOf(arguments, NOWHERE), "");
+    EXPECT_EQ(textOf(arguments, nowhere), "");
     EXPECT_EQ(textOf(Arguments("a \"b"), 1), "\"b");
     EXPECT_EQ(textOf(Arguments("a \"b"), 2), "");
 }
@@ -502,11 +502,11 @@ TEST(Arguments, RandomChangesLikeAVectorOfWords) {
         const unsigned int i = random.below(static_cast<unsigned int>(model.size()) + 3);
         const auto found =
             std::find_if(model.begin(), model.end(), [&](const std::string& w) { return equal(w, word); });
-        const unsigned int index = found == model.end() ? NOWHERE : static_cast<unsigned int>(found - model.begin());
+        const unsigned int index = found == model.end() ? nowhere : static_cast<unsigned int>(found - model.begin());
         ASSERT_EQ(arguments.ArgIndex(word.c_str()), index);
-        ASSERT_EQ(arguments.isArg(word.c_str()), index != NOWHERE);
+        ASSERT_EQ(arguments.isArg(word.c_str()), index != nowhere);
         const char* const value = arguments.ArgString(word.c_str());
-        ASSERT_EQ(value == nullptr, index == NOWHERE || index + 1 == model.size());
+        ASSERT_EQ(value == nullptr, index == nowhere || index + 1 == model.size());
         ASSERT_EQ(value != nullptr ? value : "", value != nullptr ? model[index + 1] : "");
         switch (random.below(model.size() < 40 ? 6 : 3)) {
         case 0:
@@ -649,7 +649,7 @@ TEST(Arguments, WithoutMemoryForAChangeItCanStillBeAskedAndWritten) {
             failures = failing.failures();
         }
         for (const std::string& word : wordsOf(arguments))
-            EXPECT_THAT((Words{"a", "A", "y", "c c", "d", "x", NO_WORD}), testing::Contains(word)) << nth;
+            EXPECT_THAT((Words{"a", "A", "y", "c c", "d", "x", noWord}), testing::Contains(word)) << nth;
         EXPECT_FALSE(arguments.isArg("bb")) << nth;
         EXPECT_FALSE(arguments.isArg("z")) << nth;
         EXPECT_EQ(arguments.ArgString("z"), nullptr) << nth;

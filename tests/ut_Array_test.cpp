@@ -24,8 +24,8 @@ namespace {
 using utility::Array;
 using Lines = std::vector<std::string>;
 
-const unsigned int TRACE_SWITCH = 292;
-const char* const REALLOC = "static void* utility::Array::realloc(void*, unsigned int*, unsigned int, size_t)";
+constexpr unsigned int traceSwitch = 292;
+constexpr const char* reallocName = "static void* utility::Array::realloc(void*, unsigned int*, unsigned int, size_t)";
 
 static_assert(std::has_virtual_destructor<Array>::value, "arrays must be deletable through the base class");
 static_assert(!std::is_copy_constructible<Array>::value && !std::is_copy_assignable<Array>::value,
@@ -152,11 +152,11 @@ TEST(Array, ReallocAddsToTheSizeAlsoWithoutAnOldBlock) {
 }
 
 TEST(Array, ReallocTracesTheGrowthOfAFirstBlockInOneLine) {
-    const test::DebugSwitch traced(TRACE_SWITCH);
+    const test::DebugSwitch traced(traceSwitch);
     const test::LogCapture log;
     unsigned int size = 0;
     void* block = Array::realloc(nullptr, &size, 5, 4);
-    EXPECT_EQ(test::traceLines(log), (Lines{std::string("3 ") + REALLOC +
+    EXPECT_EQ(test::traceLines(log), (Lines{std::string("3 ") + reallocName +
                                             ": growing array from 0 to 20, old [(nil)], new " + bracketed(block)}));
     framework::Memory::StaticFree(block);
 }
@@ -165,10 +165,10 @@ TEST(Array, ReallocTracesGrowthCopyAndClearing) {
     unsigned int size = 0;
     void* old = Array::realloc(nullptr, &size, 5, 4);
     const std::string oldText = bracketed(old);
-    const test::DebugSwitch traced(TRACE_SWITCH);
+    const test::DebugSwitch traced(traceSwitch);
     const test::LogCapture log;
     void* block = Array::realloc(old, &size, 3, 4);
-    const std::string start = std::string("3 ") + REALLOC + ": ";
+    const std::string start = std::string("3 ") + reallocName + ": ";
     EXPECT_EQ(test::traceLines(log),
               (Lines{start + "growing array from 20 to 32, old " + oldText + ", new " + bracketed(block),
                      start + "copy from " + oldText + " to " + bracketed(block) + " of 20 bytes",
@@ -196,7 +196,8 @@ TEST(Array, ReallocWithoutMemoryThrowsAndKeepsTheOldBlock) {
     test::failEachAllocationOnce([&] { failure = CATCH_FAILURE(grown = Array::realloc(block, &size, 3, 4)); },
                                  [&] {
                                      ++failures;
-                                     EXPECT_TRUE(test::isFailure(failure.get(), 1230, "ut_Array", REALLOC, "", true));
+                                     EXPECT_TRUE(
+                                         test::isFailure(failure.get(), 1230, "ut_Array", reallocName, "", true));
                                      EXPECT_EQ(size, 5u);
                                      EXPECT_EQ(std::string(static_cast<char*>(block), 20), std::string(20, 0x5A));
                                      EXPECT_EQ(framework::Memory::staticOutstanding(), outstanding);
@@ -207,7 +208,7 @@ TEST(Array, ReallocWithoutMemoryThrowsAndKeepsTheOldBlock) {
 }
 
 TEST(Array, ReallocTracesTheFailedGrowthBeforeItThrows) {
-    const test::DebugSwitch traced(TRACE_SWITCH);
+    const test::DebugSwitch traced(traceSwitch);
     const test::LogCapture log;
     unsigned int size = 0;
     std::unique_ptr<framework::Exception> failure;
@@ -215,9 +216,9 @@ TEST(Array, ReallocTracesTheFailedGrowthBeforeItThrows) {
         const test::FailingAllocation failing(1);
         failure = CATCH_FAILURE(Array::realloc(nullptr, &size, 5, 4));
     }
-    EXPECT_TRUE(test::isFailure(failure.get(), 1230, "ut_Array", REALLOC, "", true));
+    EXPECT_TRUE(test::isFailure(failure.get(), 1230, "ut_Array", reallocName, "", true));
     EXPECT_EQ(test::traceLines(log),
-              (Lines{std::string("3 ") + REALLOC + ": growing array from 0 to 20, old [(nil)], new [(nil)]"}));
+              (Lines{std::string("3 ") + reallocName + ": growing array from 0 to 20, old [(nil)], new [(nil)]"}));
 }
 
 TEST(Array, AnOverflowOfTheSlotCountThrowsAndChangesNothing) {
@@ -229,15 +230,15 @@ TEST(Array, AnOverflowOfTheSlotCountThrowsAndChangesNothing) {
     std::unique_ptr<framework::Exception> twenty = CATCH_FAILURE(Array::realloc(nullptr, &size, 0, 1));
     EXPECT_EQ(size, 0xFFFFFFFFu - 19);
     EXPECT_GT(test::allocationCount(), before);
-    EXPECT_TRUE(test::isFailure(one.get(), 1230, "ut_Array", REALLOC, "", true));
-    EXPECT_TRUE(test::isFailure(twenty.get(), 1230, "ut_Array", REALLOC, "", true));
+    EXPECT_TRUE(test::isFailure(one.get(), 1230, "ut_Array", reallocName, "", true));
+    EXPECT_TRUE(test::isFailure(twenty.get(), 1230, "ut_Array", reallocName, "", true));
 }
 
 TEST(Array, AnOverflowOfTheByteCountThrowsAndChangesNothing) {
     unsigned int size = 0;
     void* block = Array::realloc(nullptr, &size, 1, 4);
     std::memset(block, 0x5A, 4);
-    EXPECT_FAILURE(Array::realloc(block, &size, 3, SIZE_MAX / 4 + 1), 1230, "ut_Array", REALLOC, "");
+    EXPECT_FAILURE(Array::realloc(block, &size, 3, SIZE_MAX / 4 + 1), 1230, "ut_Array", reallocName, "");
     EXPECT_EQ(size, 1u);
     EXPECT_EQ(std::string(static_cast<char*>(block), 4), std::string(4, 0x5A));
     framework::Memory::StaticFree(block);
@@ -245,7 +246,7 @@ TEST(Array, AnOverflowOfTheByteCountThrowsAndChangesNothing) {
 
 TEST(Array, AnImpossibleAllocationThrowsAndChangesNothing) {
     unsigned int size = 0;
-    EXPECT_FAILURE(Array::realloc(nullptr, &size, 4, SIZE_MAX / 4), 1230, "ut_Array", REALLOC, "");
+    EXPECT_FAILURE(Array::realloc(nullptr, &size, 4, SIZE_MAX / 4), 1230, "ut_Array", reallocName, "");
     EXPECT_EQ(size, 0u);
 }
 

@@ -29,25 +29,26 @@ using utility::PutStream;
 
 namespace {
 
-const char* const UTC = "UTC0";
-const char* const NEW_YORK = "EST5EDT,M3.2.0,M11.1.0";
-const char* const BERLIN = "CET-1CEST,M3.5.0,M10.5.0/3";
-const char* const KOLKATA = "IST-5:30";
-const char* const LORD_HOWE = "LHST-10:30LHDT-11,M10.1.0,M4.1.0";
+constexpr const char* utcZone = "UTC0";
+constexpr const char* newYorkZone = "EST5EDT,M3.2.0,M11.1.0";
+constexpr const char* berlinZone = "CET-1CEST,M3.5.0,M10.5.0/3";
+constexpr const char* kolkataZone = "IST-5:30";
+constexpr const char* lordHoweZone = "LHST-10:30LHDT-11,M10.1.0,M4.1.0";
 
-const char* const FROM_SIX = "utility::DateTime::DateTime(int, int, int, int, int, int)";
-const char* const FROM_THREE = "utility::DateTime::DateTime(int, int, int)";
-const char* const FROM_TM = "utility::DateTime::DateTime(tm*)";
-const char* const FROM_TEXT = "utility::DateTime::DateTime(const char*)";
-const char* const FROM_RFC822 = "static utility::DateTime utility::DateTime::fromRFC822(const char*)";
-const char* const MERGE = "static utility::DateTime utility::DateTime::Merge(utility::DateTime, utility::DateTime)";
+constexpr const char* fromSixName = "utility::DateTime::DateTime(int, int, int, int, int, int)";
+constexpr const char* fromThreeName = "utility::DateTime::DateTime(int, int, int)";
+constexpr const char* fromTmName = "utility::DateTime::DateTime(tm*)";
+constexpr const char* fromTextName = "utility::DateTime::DateTime(const char*)";
+constexpr const char* fromRfc822Name = "static utility::DateTime utility::DateTime::fromRFC822(const char*)";
+constexpr const char* mergeName =
+    "static utility::DateTime utility::DateTime::Merge(utility::DateTime, utility::DateTime)";
 
-const unsigned int DEBUG_SWITCH = 348;
-const bool WIDE = sizeof(time_t) > 4;
-const time_t FIRST = std::numeric_limits<time_t>::min();
-const time_t LAST = std::numeric_limits<time_t>::max();
+constexpr unsigned int debugSwitch = 348;
+constexpr bool isTimeWide = sizeof(time_t) > 4;
+constexpr time_t firstInstant = std::numeric_limits<time_t>::min();
+constexpr time_t lastInstant = std::numeric_limits<time_t>::max();
 // 2024-03-05 09:07:03 UTC
-const long EXAMPLE = 1709629623;
+constexpr long exampleInstant = 1709629623;
 
 typedef char* (DateTime::*Formatter)(char* buf, int size) const;
 typedef void (DateTime::*StreamFormatter)(PutStream& out) const;
@@ -58,7 +59,7 @@ struct Form {
     const char* example;
 };
 
-const Form FORMS[] = {
+constexpr Form forms[] = {
     {&DateTime::ToBuf, &DateTime::ToBuffer, "Tuesday March 5, 2024, 09:07:03"},
     {&DateTime::ToISOBuf, &DateTime::ToISOBuffer, "2024-03-05 09:07:03"},
     {&DateTime::ToShortBuf, &DateTime::ToShortBuffer, "3/05/2024 09:07:03"},
@@ -105,7 +106,7 @@ std::vector<time_t> randomInstants(unsigned int count) {
     std::uniform_int_distribution<long long> wide(-30600000000LL, 253400000000LL);
     std::vector<time_t> instants;
     while (instants.size() < count) {
-        const bool isWide = WIDE && instants.size() % 2 == 1;
+        const bool isWide = isTimeWide && instants.size() % 2 == 1;
         const time_t instant = static_cast<time_t>(isWide ? wide(random) : narrow(random));
         if (instant != -1)
             instants.push_back(instant);
@@ -138,12 +139,11 @@ std::string zoneName(const testing::TestParamInfo<const char*>& info) {
     return zone.substr(0, zone.find_first_of("0123456789-"));
 }
 
-INSTANTIATE_TEST_SUITE_P(Five, DateTimeZones, testing::Values(UTC, NEW_YORK, BERLIN, KOLKATA, LORD_HOWE), zoneName);
-
-} // namespace
+INSTANTIATE_TEST_SUITE_P(Five, DateTimeZones,
+                         testing::Values(utcZone, newYorkZone, berlinZone, kolkataZone, lordHoweZone), zoneName);
 
 TEST(DateTime, UsageExample) {
-    const test::TimeZone zone(BERLIN);
+    const test::TimeZone zone(berlinZone);
     char text[32];
     const utility::DateTime start("2024-03-05 09:07:03");
     start.AddDays(1).ToShortBuf(text, sizeof text); // text is "3/06/2024 09:07:03"
@@ -153,10 +153,10 @@ TEST(DateTime, UsageExample) {
 // Construction
 
 TEST(DateTime, StoresSeconds) {
-    EXPECT_EQ(DateTime(EXAMPLE).getTime(), EXAMPLE);
+    EXPECT_EQ(DateTime(exampleInstant).getTime(), exampleInstant);
     EXPECT_EQ(DateTime(0L).getTime(), 0);
-    EXPECT_EQ(DateTime(LAST).getTime(), LAST);
-    EXPECT_EQ(DateTime(FIRST).getTime(), FIRST);
+    EXPECT_EQ(DateTime(lastInstant).getTime(), lastInstant);
+    EXPECT_EQ(DateTime(firstInstant).getTime(), firstInstant);
 }
 
 TEST(DateTime, AcceptsAnyIntegerAsSecondsEvenALiteralZero) {
@@ -175,15 +175,15 @@ TEST(DateTime, InvalidIsMinusOne) {
 }
 
 TEST(DateTime, ConvertsFieldsFromLocalTime) {
-    const test::TimeZone zone(NEW_YORK);
-    EXPECT_EQ(DateTime(2024, 3, 5, 4, 7, 3).getTime(), EXAMPLE);
+    const test::TimeZone zone(newYorkZone);
+    EXPECT_EQ(DateTime(2024, 3, 5, 4, 7, 3).getTime(), exampleInstant);
     EXPECT_EQ(DateTime(2024, 7, 1, 0, 0, 0).getTime(), 1719806400);
     EXPECT_EQ(DateTime(2024, 7, 1).getTime(), 1719806400);
     EXPECT_EQ(DateTime(1969, 12, 31, 19, 0, 0).getTime(), 0);
 }
 
 TEST(DateTime, FieldsOutOfRangeCarry) {
-    const test::TimeZone zone(UTC);
+    const test::TimeZone zone(utcZone);
     EXPECT_EQ(isoOf(DateTime(2023, 2, 29)), "2023-03-01 00:00:00");
     EXPECT_EQ(isoOf(DateTime(2023, 13, 1)), "2024-01-01 00:00:00");
     EXPECT_EQ(isoOf(DateTime(2024, 0, 1)), "2023-12-01 00:00:00");
@@ -194,23 +194,24 @@ TEST(DateTime, FieldsOutOfRangeCarry) {
 }
 
 TEST(DateTime, OneSecondBeforeTheEpochIsInvalid) {
-    const test::TimeZone zone(UTC);
-    EXPECT_FAILURE_WITH_FLAG(DateTime(1969, 12, 31, 23, 59, 59), 3591, "ut_DateTime", FROM_SIX, "Invalid Date", false);
-    EXPECT_FAILURE_WITH_FLAG(DateTime("1969-12-31 23:59:59"), 3591, "ut_DateTime", FROM_TEXT, "Invalid Date", false);
+    const test::TimeZone zone(utcZone);
+    EXPECT_FAILURE_WITH_FLAG(DateTime(1969, 12, 31, 23, 59, 59), 3591, "ut_DateTime", fromSixName, "Invalid Date",
+                             false);
+    EXPECT_FAILURE_WITH_FLAG(DateTime("1969-12-31 23:59:59"), 3591, "ut_DateTime", fromTextName, "Invalid Date", false);
     EXPECT_EQ(DateTime(1969, 12, 31, 23, 59, 58).getTime(), -2);
     EXPECT_EQ(DateTime(1970, 1, 1, 0, 0, 0).getTime(), 0);
 }
 
 TEST(DateTime, YearsThatNoPlatformRepresentsThrow) {
-    const test::TimeZone zone(UTC);
-    EXPECT_FAILURE_WITH_FLAG(DateTime(INT_MIN, 1, 1, 0, 0, 0), 3591, "ut_DateTime", FROM_SIX, "Invalid Date", false);
-    EXPECT_FAILURE_WITH_FLAG(DateTime(INT_MIN, 1, 1), 3591, "ut_DateTime", FROM_THREE, "Invalid Date", false);
-    EXPECT_FAILURE_WITH_FLAG(DateTime(INT_MIN, INT_MIN, INT_MIN), 3591, "ut_DateTime", FROM_THREE, "Invalid Date",
+    const test::TimeZone zone(utcZone);
+    EXPECT_FAILURE_WITH_FLAG(DateTime(INT_MIN, 1, 1, 0, 0, 0), 3591, "ut_DateTime", fromSixName, "Invalid Date", false);
+    EXPECT_FAILURE_WITH_FLAG(DateTime(INT_MIN, 1, 1), 3591, "ut_DateTime", fromThreeName, "Invalid Date", false);
+    EXPECT_FAILURE_WITH_FLAG(DateTime(INT_MIN, INT_MIN, INT_MIN), 3591, "ut_DateTime", fromThreeName, "Invalid Date",
                              false);
 }
 
 TEST(DateTime, ExtremeFieldsCarryOrThrow) {
-    const test::TimeZone zone(UTC);
+    const test::TimeZone zone(utcZone);
     for (const int value : {INT_MIN, INT_MIN + 1, -1, 0, 1, INT_MAX - 1, INT_MAX}) {
         for (int place = 0; place < 6; ++place) {
             int fields[6] = {2024, 3, 5, 9, 7, 3};
@@ -218,15 +219,15 @@ TEST(DateTime, ExtremeFieldsCarryOrThrow) {
             const auto failure = CATCH_FAILURE(
                 EXPECT_NE(DateTime(fields[0], fields[1], fields[2], fields[3], fields[4], fields[5]).getTime(), -1));
             if (failure != nullptr) {
-                EXPECT_TRUE(test::isFailure(failure.get(), 3591, "ut_DateTime", FROM_SIX, "Invalid Date", false));
+                EXPECT_TRUE(test::isFailure(failure.get(), 3591, "ut_DateTime", fromSixName, "Invalid Date", false));
             }
         }
     }
-    EXPECT_EQ(DateTime(2024, 3, 5, 9, 7, INT_MIN + 10).getTime(), EXAMPLE - 3 + INT_MIN + 10);
+    EXPECT_EQ(DateTime(2024, 3, 5, 9, 7, INT_MIN + 10).getTime(), exampleInstant - 3 + INT_MIN + 10);
 }
 
 TEST(DateTime, LimitsOf32BitTime) {
-    const test::TimeZone zone(UTC);
+    const test::TimeZone zone(utcZone);
     EXPECT_EQ(DateTime(2038, 1, 19, 3, 14, 7).getTime(), INT32_MAX);
     EXPECT_EQ(DateTime(1901, 12, 13, 20, 45, 52).getTime(), INT32_MIN);
     EXPECT_EQ(isoOf(DateTime(INT32_MAX)), "2038-01-19 03:14:07");
@@ -240,24 +241,24 @@ TEST(DateTime, LimitsOf32BitTime) {
 }
 
 TEST(DateTime, DatesPastTheLimitsOf32BitTimeThrowIfTimeHas32Bits) {
-    const test::TimeZone zone(UTC);
-    if (WIDE) {
+    const test::TimeZone zone(utcZone);
+    if (isTimeWide) {
         EXPECT_EQ(DateTime(2038, 1, 19, 3, 14, 8).getTime() - INT32_MAX, 1);
         EXPECT_EQ(DateTime(1901, 12, 13, 20, 45, 51).getTime() - INT32_MIN, -1);
         EXPECT_EQ(DateTime::fromRFC822("Tue, 19 Jan 2038 03:14:08 GMT").getTime() - INT32_MAX, 1);
         EXPECT_EQ(isoOf(DateTime(INT32_MAX).AddSeconds(1)), "2038-01-19 03:14:08");
         return;
     }
-    EXPECT_FAILURE_WITH_FLAG(DateTime(2038, 1, 19, 3, 14, 8), 3591, "ut_DateTime", FROM_SIX, "Invalid Date", false);
-    EXPECT_FAILURE_WITH_FLAG(DateTime(1901, 12, 13), 3591, "ut_DateTime", FROM_THREE, "Invalid Date", false);
-    EXPECT_FAILURE_WITH_FLAG(DateTime("2038-01-19 03:14:08"), 3591, "ut_DateTime", FROM_TEXT, "Invalid Date", false);
-    EXPECT_FAILURE_WITH_FLAG(DateTime::fromRFC822("Tue, 19 Jan 2038 03:14:08 GMT"), 3591, "ut_DateTime", FROM_RFC822,
+    EXPECT_FAILURE_WITH_FLAG(DateTime(2038, 1, 19, 3, 14, 8), 3591, "ut_DateTime", fromSixName, "Invalid Date", false);
+    EXPECT_FAILURE_WITH_FLAG(DateTime(1901, 12, 13), 3591, "ut_DateTime", fromThreeName, "Invalid Date", false);
+    EXPECT_FAILURE_WITH_FLAG(DateTime("2038-01-19 03:14:08"), 3591, "ut_DateTime", fromTextName, "Invalid Date", false);
+    EXPECT_FAILURE_WITH_FLAG(DateTime::fromRFC822("Tue, 19 Jan 2038 03:14:08 GMT"), 3591, "ut_DateTime", fromRfc822Name,
                              "Invalid Date", false);
-    EXPECT_EQ(DateTime(LAST).AddSeconds(1).getTime(), LAST);
+    EXPECT_EQ(DateTime(lastInstant).AddSeconds(1).getTime(), lastInstant);
 }
 
 TEST(DateTime, ConvertsAndNormalizesATmStructure) {
-    const test::TimeZone zone(BERLIN);
+    const test::TimeZone zone(berlinZone);
     tm fields = {};
     fields.tm_year = 124;
     fields.tm_mon = 1;
@@ -265,14 +266,14 @@ TEST(DateTime, ConvertsAndNormalizesATmStructure) {
     fields.tm_hour = 10;
     fields.tm_min = 7;
     fields.tm_sec = 3;
-    EXPECT_EQ(DateTime(&fields).getTime(), EXAMPLE);
+    EXPECT_EQ(DateTime(&fields).getTime(), exampleInstant);
     EXPECT_EQ(fields.tm_mon, 2);
     EXPECT_EQ(fields.tm_mday, 5);
     EXPECT_EQ(fields.tm_wday, 2);
 }
 
 TEST(DateTime, TmStructureDecidesOnDaylightSaving) {
-    const test::TimeZone zone(BERLIN);
+    const test::TimeZone zone(berlinZone);
     tm summer = {};
     summer.tm_year = 124;
     summer.tm_mon = 2;
@@ -281,11 +282,11 @@ TEST(DateTime, TmStructureDecidesOnDaylightSaving) {
     summer.tm_min = 7;
     summer.tm_sec = 3;
     summer.tm_isdst = 1;
-    EXPECT_EQ(DateTime(&summer).getTime(), EXAMPLE);
+    EXPECT_EQ(DateTime(&summer).getTime(), exampleInstant);
 }
 
 TEST(DateTime, InvalidTmStructureThrows) {
-    const test::TimeZone zone(UTC);
+    const test::TimeZone zone(utcZone);
     tm fields = {};
     fields.tm_year = 69;
     fields.tm_mon = 11;
@@ -293,8 +294,9 @@ TEST(DateTime, InvalidTmStructureThrows) {
     fields.tm_hour = 23;
     fields.tm_min = 59;
     fields.tm_sec = 59;
-    EXPECT_FAILURE_WITH_FLAG(DateTime{&fields}, 3591, "ut_DateTime", FROM_TM, "Invalid Date", false);
-    EXPECT_FAILURE_WITH_FLAG(DateTime(static_cast<tm*>(nullptr)), 3591, "ut_DateTime", FROM_TM, "Invalid Date", false);
+    EXPECT_FAILURE_WITH_FLAG(DateTime{&fields}, 3591, "ut_DateTime", fromTmName, "Invalid Date", false);
+    EXPECT_FAILURE_WITH_FLAG(DateTime(static_cast<tm*>(nullptr)), 3591, "ut_DateTime", fromTmName, "Invalid Date",
+                             false);
 }
 
 TEST(DateTime, NowIsTheRealTimeClock) {
@@ -304,7 +306,7 @@ TEST(DateTime, NowIsTheRealTimeClock) {
     const DateTime now = DateTime::Now();
     const DateTime byId = DateTime::Now(CLOCK_REALTIME);
     clock_gettime(CLOCK_REALTIME, &after);
-    EXPECT_GT(before.tv_sec, EXAMPLE);
+    EXPECT_GT(before.tv_sec, exampleInstant);
     EXPECT_LE(before.tv_sec, now.getTime());
     EXPECT_LE(now.getTime(), byId.getTime());
     EXPECT_LE(byId.getTime(), after.tv_sec);
@@ -327,19 +329,19 @@ TEST(DateTime, NowReadsAnyClock) {
 // Texts
 
 TEST(DateTime, ParsesTheIsoForm) {
-    const test::TimeZone zone(UTC);
-    EXPECT_EQ(DateTime("2024-03-05 09:07:03").getTime(), EXAMPLE);
-    EXPECT_EQ(DateTime::Parse("2024-03-05 09:07:03").getTime(), EXAMPLE);
-    EXPECT_EQ(DateTime("2024-3-5 9:7:3").getTime(), EXAMPLE);
-    EXPECT_EQ(DateTime(" \t2024--03 05\t09-07 03: ").getTime(), EXAMPLE);
+    const test::TimeZone zone(utcZone);
+    EXPECT_EQ(DateTime("2024-03-05 09:07:03").getTime(), exampleInstant);
+    EXPECT_EQ(DateTime::Parse("2024-03-05 09:07:03").getTime(), exampleInstant);
+    EXPECT_EQ(DateTime("2024-3-5 9:7:3").getTime(), exampleInstant);
+    EXPECT_EQ(DateTime(" \t2024--03 05\t09-07 03: ").getTime(), exampleInstant);
 }
 
 TEST(DateTime, ParsesTheClassicForm) {
-    const test::TimeZone zone(UTC);
-    EXPECT_EQ(DateTime("Tue Mar 5 09:07:03 2024").getTime(), EXAMPLE);
-    EXPECT_EQ(DateTime("Tue Mar  5 09:07:03 2024").getTime(), EXAMPLE);
-    EXPECT_EQ(DateTime("tuesday MARCH 05 09:07:03 2024").getTime(), EXAMPLE);
-    EXPECT_EQ(DateTime("anything mar 5 9 7 3\t2024").getTime(), EXAMPLE);
+    const test::TimeZone zone(utcZone);
+    EXPECT_EQ(DateTime("Tue Mar 5 09:07:03 2024").getTime(), exampleInstant);
+    EXPECT_EQ(DateTime("Tue Mar  5 09:07:03 2024").getTime(), exampleInstant);
+    EXPECT_EQ(DateTime("tuesday MARCH 05 09:07:03 2024").getTime(), exampleInstant);
+    EXPECT_EQ(DateTime("anything mar 5 9 7 3\t2024").getTime(), exampleInstant);
 }
 
 TEST(DateTime, TextsWithoutFieldsAreTheEpoch) {
@@ -354,28 +356,28 @@ TEST(DateTime, WrongNumberOfFieldsThrows) {
                              "Tue Mar 5 09:07:03 2024 CET", "Tue", "2024/03/05 09:07:03", "3/05/2024 09:07:03",
                              "09:07:03", "2024_03_05", "1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18 19 20 21 22",
                              "1-2-3-4-5-6-7-8-9-10-11-12-13-14-15-16-17-18-19-20-21-22"})
-        EXPECT_FAILURE_WITH_FLAG(DateTime{text}, 3591, "ut_DateTime", FROM_TEXT, "Invalid Date", false);
-    EXPECT_FAILURE_WITH_FLAG(DateTime::Parse("2024-03-05"), 3591, "ut_DateTime", FROM_TEXT, "Invalid Date", false);
+        EXPECT_FAILURE_WITH_FLAG(DateTime{text}, 3591, "ut_DateTime", fromTextName, "Invalid Date", false);
+    EXPECT_FAILURE_WITH_FLAG(DateTime::Parse("2024-03-05"), 3591, "ut_DateTime", fromTextName, "Invalid Date", false);
 }
 
 TEST(DateTime, UnknownMonthNameThrows) {
     for (const char* text : {"Tue Mrz 5 09:07:03 2024", "Tue 3 5 09:07:03 2024", "Tue Ma 5 09:07:03 2024",
                              "Tue Marc 5 09:07:03 2024", "Tue M\xE4r 5 09:07:03 2024"})
-        EXPECT_FAILURE_WITH_FLAG(DateTime{text}, 3591, "ut_DateTime", FROM_TEXT, "Invalid Date", false);
+        EXPECT_FAILURE_WITH_FLAG(DateTime{text}, 3591, "ut_DateTime", fromTextName, "Invalid Date", false);
 }
 
 TEST(DateTime, DashAnywhereSelectsTheIsoForm) {
-    const test::TimeZone zone(UTC);
-    EXPECT_FAILURE_WITH_FLAG(DateTime("Tue Mar 5 09:07:03 2024 -"), 3591, "ut_DateTime", FROM_TEXT, "Invalid Date",
+    const test::TimeZone zone(utcZone);
+    EXPECT_FAILURE_WITH_FLAG(DateTime("Tue Mar 5 09:07:03 2024 -"), 3591, "ut_DateTime", fromTextName, "Invalid Date",
                              false);
-    EXPECT_EQ(DateTime("2024 03 05 09 07 03-").getTime(), EXAMPLE);
+    EXPECT_EQ(DateTime("2024 03 05 09 07 03-").getTime(), exampleInstant);
     // Even after the bytes that are read.
     const std::string dashAfterTheLimit = "2024 03 05 09 07 03" + std::string(200, ' ') + "-";
-    EXPECT_EQ(DateTime(dashAfterTheLimit.c_str()).getTime(), EXAMPLE);
+    EXPECT_EQ(DateTime(dashAfterTheLimit.c_str()).getTime(), exampleInstant);
 }
 
 TEST(DateTime, FieldsWithoutNumbersAreZeroAndNumbersCarry) {
-    const test::TimeZone zone(UTC);
+    const test::TimeZone zone(utcZone);
     EXPECT_EQ(isoOf(DateTime("2024-03-05 xx:yy:zz")), "2024-03-05 00:00:00");
     EXPECT_EQ(isoOf(DateTime("2024-03-05T 09:07:03Z")), "2024-03-05 09:07:03");
     EXPECT_EQ(isoOf(DateTime("2023-14-30 25:61:61")), "2024-03-02 02:02:01");
@@ -383,11 +385,11 @@ TEST(DateTime, FieldsWithoutNumbersAreZeroAndNumbersCarry) {
 }
 
 TEST(DateTime, LetterTJoinsTwoFieldsAndZonesAreNotParsed) {
-    const test::TimeZone zone(UTC);
+    const test::TimeZone zone(utcZone);
     for (const char* text :
          {"2024-03-05T09:07:03", "2024-03-05T09:07:03Z", "2024-03-05 09:07:03+02:00", "2024-03-05 09:07:03-02",
           "2024-03-05 09:07:03 UTC", "Tue, 05 Mar 2024 09:07:03 GMT", "Tue Mar 5 09:07:03 UTC 2024"})
-        EXPECT_FAILURE_WITH_FLAG(DateTime{text}, 3591, "ut_DateTime", FROM_TEXT, "Invalid Date", false);
+        EXPECT_FAILURE_WITH_FLAG(DateTime{text}, 3591, "ut_DateTime", fromTextName, "Invalid Date", false);
     // The hour is part of the day field, so a zone supplies the sixth field.
     EXPECT_EQ(isoOf(DateTime("2024-03-05T09:07:03+02:00")), "2024-03-05 07:03:00");
     EXPECT_EQ(isoOf(DateTime("2024-03-05T09:07:03-02")), "2024-03-05 07:03:02");
@@ -396,28 +398,28 @@ TEST(DateTime, LetterTJoinsTwoFieldsAndZonesAreNotParsed) {
 }
 
 TEST(DateTime, NumbersOutOfRangeAreClamped) {
-    const test::TimeZone zone(UTC);
+    const test::TimeZone zone(utcZone);
     const char* const far = "Tue Mar 5 09:07:03 +99999999999999999999999999";
-    if (WIDE)
+    if (isTimeWide)
         EXPECT_EQ(DateTime(far).getYear(), INT_MAX);
     else
-        EXPECT_FAILURE_WITH_FLAG(DateTime{far}, 3591, "ut_DateTime", FROM_TEXT, "Invalid Date", false);
+        EXPECT_FAILURE_WITH_FLAG(DateTime{far}, 3591, "ut_DateTime", fromTextName, "Invalid Date", false);
     EXPECT_EQ(DateTime("1970-01-01 00:00:99999999999999999999999999").getTime(), INT_MAX);
 }
 
 TEST(DateTime, OnlyTheFirst128BytesAreRead) {
-    const test::TimeZone zone(UTC);
+    const test::TimeZone zone(utcZone);
     const std::string iso = "2024-03-05 09:07:03";
     const std::string padding(128 - iso.size(), ' ');
-    EXPECT_EQ(DateTime((padding + iso).c_str()).getTime(), EXAMPLE);
-    EXPECT_EQ(DateTime((padding + iso + " 9").c_str()).getTime(), EXAMPLE);
-    EXPECT_EQ(DateTime((padding + " " + iso).c_str()).getTime(), EXAMPLE - 3);
-    EXPECT_EQ(DateTime((iso + std::string(100000, ' ') + "junk").c_str()).getTime(), EXAMPLE);
+    EXPECT_EQ(DateTime((padding + iso).c_str()).getTime(), exampleInstant);
+    EXPECT_EQ(DateTime((padding + iso + " 9").c_str()).getTime(), exampleInstant);
+    EXPECT_EQ(DateTime((padding + " " + iso).c_str()).getTime(), exampleInstant - 3);
+    EXPECT_EQ(DateTime((iso + std::string(100000, ' ') + "junk").c_str()).getTime(), exampleInstant);
     EXPECT_EQ(DateTime(std::string(100000, ' ').c_str()).getTime(), 0);
     EXPECT_EQ(DateTime((std::string(128, ' ') + "junk-").c_str()).getTime(), 0);
-    EXPECT_FAILURE_WITH_FLAG(DateTime(std::string(100000, '9').c_str()), 3591, "ut_DateTime", FROM_TEXT, "Invalid Date",
-                             false);
-    EXPECT_FAILURE_WITH_FLAG(DateTime(std::string(100000, '\xFF').c_str()), 3591, "ut_DateTime", FROM_TEXT,
+    EXPECT_FAILURE_WITH_FLAG(DateTime(std::string(100000, '9').c_str()), 3591, "ut_DateTime", fromTextName,
+                             "Invalid Date", false);
+    EXPECT_FAILURE_WITH_FLAG(DateTime(std::string(100000, '\xFF').c_str()), 3591, "ut_DateTime", fromTextName,
                              "Invalid Date", false);
 }
 
@@ -427,39 +429,39 @@ TEST(DateTime, InvalidBytesThrow) {
                              "03\xE2\x80\x93"
                              "05 09:07:03",
                              "\x01\x02\x03", "2024-03-05\n09:07:03", "2024-03-05\v09\f07\r03"})
-        EXPECT_FAILURE_WITH_FLAG(DateTime{text}, 3591, "ut_DateTime", FROM_TEXT, "Invalid Date", false);
+        EXPECT_FAILURE_WITH_FLAG(DateTime{text}, 3591, "ut_DateTime", fromTextName, "Invalid Date", false);
 }
 
 TEST(DateTime, DoesNotModifyItsText) {
-    const test::TimeZone zone(UTC);
+    const test::TimeZone zone(utcZone);
     char text[] = "2024-03-05 09:07:03";
-    EXPECT_EQ(DateTime(static_cast<const char*>(text)).getTime(), EXAMPLE);
+    EXPECT_EQ(DateTime(static_cast<const char*>(text)).getTime(), exampleInstant);
     EXPECT_STREQ(text, "2024-03-05 09:07:03");
 }
 
 TEST(DateTime, ParsingIsTracedIfItsSwitchIsOn) {
-    const test::TimeZone zone(UTC);
+    const test::TimeZone zone(utcZone);
     test::LogCapture log;
     DateTime("2024-03-05 09:07:03");
     EXPECT_EQ(log.count(), 0U);
-    utility::Debug::setDebugOn(DEBUG_SWITCH);
+    utility::Debug::setDebugOn(debugSwitch);
     DateTime("2024-03-05 09:07:03");
     DateTime("Tue Mar 5 09:07:03 2024");
     CATCH_FAILURE(DateTime("1969-12-31 23:59:59"));
     DateTime("");
     CATCH_FAILURE(DateTime("2024-03-05"));
-    utility::Debug::setDebugOff(DEBUG_SWITCH);
+    utility::Debug::setDebugOff(debugSwitch);
     const char* const traced = "DateTime: Year 2024 Month 3 Day 5 Hour 9 Minute 7 Seconds 3";
     EXPECT_THAT(log.texts(), testing::ElementsAre(traced, traced,
                                                   "DateTime: Year 1969 Month 12 Day 31 Hour 23 Minute 59 Seconds 59"));
-    EXPECT_TRUE(log.contains(Logger::LOG_DEBUG, FROM_TEXT, traced));
+    EXPECT_TRUE(log.contains(Logger::LOG_DEBUG, fromTextName, traced));
 }
 
 TEST(DateTime, ParsesRfc822TextsInUtcInEveryZone) {
-    for (const char* name : {UTC, NEW_YORK, LORD_HOWE}) {
+    for (const char* name : {utcZone, newYorkZone, lordHoweZone}) {
         const test::TimeZone zone(name);
-        EXPECT_EQ(DateTime::fromRFC822("Tue, 05 Mar 2024 09:07:03 GMT").getTime(), EXAMPLE);
-        EXPECT_EQ(DateTime::fromRFC822("tue, 05 MAR 2024 09:07:03 gmt").getTime(), EXAMPLE);
+        EXPECT_EQ(DateTime::fromRFC822("Tue, 05 Mar 2024 09:07:03 GMT").getTime(), exampleInstant);
+        EXPECT_EQ(DateTime::fromRFC822("tue, 05 MAR 2024 09:07:03 gmt").getTime(), exampleInstant);
         EXPECT_EQ(DateTime::fromRFC822("Thu, 01 Jan 1970 00:00:00 GMT").getTime(), 0);
         EXPECT_EQ(DateTime::fromRFC822("Wed, 31 Dec 1969 23:59:59 GMT").getTime(), -1);
         EXPECT_EQ(DateTime::fromRFC822("Wed, 31 Dec 1969 23:59:58 GMT").getTime(), -2);
@@ -468,17 +470,17 @@ TEST(DateTime, ParsesRfc822TextsInUtcInEveryZone) {
 
 TEST(DateTime, Rfc822YearsMayHaveAnyLength) {
     for (const long long seconds : {-61404274377LL, -125582140800LL, 253402300800LL, 67767976233532799LL}) {
-        if (!WIDE)
+        if (!isTimeWide)
             break;
         const std::string text = textOf(DateTime(seconds), &DateTime::ToRFC822Buf);
         EXPECT_EQ(DateTime::fromRFC822(text.c_str()).getTime(), seconds) << text;
     }
     // 24 is the year 24, not 2024.
     const char* const ancient = "Tue, 05 Mar 24 09:07:03 GMT";
-    if (WIDE) {
+    if (isTimeWide) {
         EXPECT_EQ(DateTime::fromRFC822(ancient).getTime(), -61404274377LL);
     } else {
-        EXPECT_FAILURE_WITH_FLAG(DateTime::fromRFC822(ancient), 3591, "ut_DateTime", FROM_RFC822, "Invalid Date",
+        EXPECT_FAILURE_WITH_FLAG(DateTime::fromRFC822(ancient), 3591, "ut_DateTime", fromRfc822Name, "Invalid Date",
                                  false);
     }
 }
@@ -517,49 +519,50 @@ TEST(DateTime, OtherRfc822TextsThrow) {
                              "T\xFC, 05 Mar 2024 09:07:03 GMT",
                              "2024-03-05 09:07:03",
                              "%s%n, 05 Mar 2024 09:07:03 GMT"})
-        EXPECT_FAILURE_WITH_FLAG(DateTime::fromRFC822(text), 3591, "ut_DateTime", FROM_RFC822, "Invalid Date", false);
+        EXPECT_FAILURE_WITH_FLAG(DateTime::fromRFC822(text), 3591, "ut_DateTime", fromRfc822Name, "Invalid Date",
+                                 false);
     const std::string letters(100000, 'x');
     for (const std::string& text : {letters, "Tue, " + letters, "Tue, 05 Mar " + std::string(100000, '9'),
                                     "Tue, 05 Mar 2024 09:07:03 GMT" + letters})
-        EXPECT_FAILURE_WITH_FLAG(DateTime::fromRFC822(text.c_str()), 3591, "ut_DateTime", FROM_RFC822, "Invalid Date",
-                                 false);
+        EXPECT_FAILURE_WITH_FLAG(DateTime::fromRFC822(text.c_str()), 3591, "ut_DateTime", fromRfc822Name,
+                                 "Invalid Date", false);
 }
 
 TEST(DateTime, WritesEachForm) {
-    const test::TimeZone zone(UTC);
-    for (const Form& form : FORMS)
-        EXPECT_EQ(textOf(DateTime(EXAMPLE), form.toArray), form.example);
+    const test::TimeZone zone(utcZone);
+    for (const Form& form : forms)
+        EXPECT_EQ(textOf(DateTime(exampleInstant), form.toArray), form.example);
     EXPECT_EQ(textOf(DateTime(2024, 12, 25, 23, 59, 59), &DateTime::ToBuf), "Wednesday December 25, 2024, 23:59:59");
     EXPECT_EQ(textOf(DateTime(2024, 12, 25, 23, 59, 59), &DateTime::ToShortBuf), "12/25/2024 23:59:59");
 }
 
 TEST(DateTime, WritesLocalTimeInAllFormsButRfc822) {
-    const test::TimeZone zone(KOLKATA);
-    EXPECT_EQ(isoOf(DateTime(EXAMPLE)), "2024-03-05 14:37:03");
-    EXPECT_EQ(textOf(DateTime(EXAMPLE), &DateTime::ToBuf), "Tuesday March 5, 2024, 14:37:03");
-    EXPECT_EQ(textOf(DateTime(EXAMPLE), &DateTime::ToShortTimeBuf), "14:37:03");
-    EXPECT_EQ(textOf(DateTime(EXAMPLE), &DateTime::ToRFC822Buf), "Tue, 05 Mar 2024 09:07:03 GMT");
+    const test::TimeZone zone(kolkataZone);
+    EXPECT_EQ(isoOf(DateTime(exampleInstant)), "2024-03-05 14:37:03");
+    EXPECT_EQ(textOf(DateTime(exampleInstant), &DateTime::ToBuf), "Tuesday March 5, 2024, 14:37:03");
+    EXPECT_EQ(textOf(DateTime(exampleInstant), &DateTime::ToShortTimeBuf), "14:37:03");
+    EXPECT_EQ(textOf(DateTime(exampleInstant), &DateTime::ToRFC822Buf), "Tue, 05 Mar 2024 09:07:03 GMT");
 }
 
 TEST(DateTime, Rfc822TextsHaveEnglishNamesInEveryLocale) {
-    const test::TimeZone zone(UTC);
+    const test::TimeZone zone(utcZone);
     const test::GermanTimeLocale german;
     if (!german.isSet())
         GTEST_SKIP() << "localedef (package libc-bin) made no locale";
     // The locale is in effect: `strftime` formats the same date in German.
     tm fields = {};
     char localized[64];
-    DateTime(EXAMPLE).toTM(&fields);
+    DateTime(exampleInstant).toTM(&fields);
     std::strftime(localized, sizeof localized, "%a %b", &fields);
     ASSERT_STREQ(localized, "Di Mrz");
 
-    EXPECT_EQ(textOf(DateTime(EXAMPLE), &DateTime::ToRFC822Buf), "Tue, 05 Mar 2024 09:07:03 GMT");
+    EXPECT_EQ(textOf(DateTime(exampleInstant), &DateTime::ToRFC822Buf), "Tue, 05 Mar 2024 09:07:03 GMT");
     char storage[64];
     PutStream out(storage, sizeof storage);
-    DateTime(EXAMPLE).ToRFC822Buffer(out);
+    DateTime(exampleInstant).ToRFC822Buffer(out);
     EXPECT_STREQ(storage, "Tue, 05 Mar 2024 09:07:03 GMT");
     for (int day = 0; day < 366; ++day) {
-        const DateTime when = DateTime(EXAMPLE).AddDays(day);
+        const DateTime when = DateTime(exampleInstant).AddDays(day);
         const std::string text = textOf(when, &DateTime::ToRFC822Buf);
         EXPECT_EQ(DateTime::fromRFC822(text.c_str()).getTime(), when.getTime()) << text;
     }
@@ -582,7 +585,7 @@ TEST(DateTime, Rfc822TextsEqualThoseOfStrftimeInTheCLocale) {
 }
 
 TEST(DateTime, InvalidDateIsTheEmptyTextExceptInRfc822) {
-    for (const Form& form : FORMS) {
+    for (const Form& form : forms) {
         const bool isRfc822 = form.toArray == &DateTime::ToRFC822Buf;
         const char* const expected = isRfc822 ? "Wed, 31 Dec 1969 23:59:59 GMT" : "";
         EXPECT_EQ(textOf(DateTime::Invalid(), form.toArray), expected);
@@ -596,12 +599,12 @@ TEST(DateTime, InvalidDateIsTheEmptyTextExceptInRfc822) {
 }
 
 TEST(DateTime, TextIsTruncatedToAShortArray) {
-    const test::TimeZone zone(UTC);
-    for (const Form& form : FORMS) {
+    const test::TimeZone zone(utcZone);
+    for (const Form& form : forms) {
         const std::string whole = form.example;
         for (int size = 0; size <= static_cast<int>(whole.size()) + 2; ++size) {
             std::string storage(64, '#');
-            EXPECT_EQ((DateTime(EXAMPLE).*form.toArray)(storage.data(), size), storage.data());
+            EXPECT_EQ((DateTime(exampleInstant).*form.toArray)(storage.data(), size), storage.data());
             std::string expected(64, '#');
             if (size > 0) {
                 const std::string truncated = whole.substr(0, static_cast<std::size_t>(size) - 1);
@@ -613,36 +616,36 @@ TEST(DateTime, TextIsTruncatedToAShortArray) {
 }
 
 TEST(DateTime, WritesNothingToNullOrWithSizesBelowOne) {
-    for (const Form& form : FORMS) {
-        EXPECT_EQ((DateTime(EXAMPLE).*form.toArray)(nullptr, 64), nullptr);
+    for (const Form& form : forms) {
+        EXPECT_EQ((DateTime(exampleInstant).*form.toArray)(nullptr, 64), nullptr);
         char untouched[] = "#";
-        EXPECT_EQ((DateTime(EXAMPLE).*form.toArray)(untouched, 0), untouched);
-        EXPECT_EQ((DateTime(EXAMPLE).*form.toArray)(untouched, -1), untouched);
-        EXPECT_EQ((DateTime(EXAMPLE).*form.toArray)(untouched, INT_MIN), untouched);
+        EXPECT_EQ((DateTime(exampleInstant).*form.toArray)(untouched, 0), untouched);
+        EXPECT_EQ((DateTime(exampleInstant).*form.toArray)(untouched, -1), untouched);
+        EXPECT_EQ((DateTime(exampleInstant).*form.toArray)(untouched, INT_MIN), untouched);
         EXPECT_EQ((DateTime::Invalid().*form.toArray)(untouched, 0), untouched);
         EXPECT_STREQ(untouched, "#");
     }
 }
 
 TEST(DateTime, WritesTheSameTextsToStreams) {
-    const test::TimeZone zone(UTC);
-    for (const Form& form : FORMS) {
+    const test::TimeZone zone(utcZone);
+    for (const Form& form : forms) {
         char storage[80];
         PutStream out(storage, sizeof storage);
         out.PutS("at ");
-        (DateTime(EXAMPLE).*form.toStream)(out);
+        (DateTime(exampleInstant).*form.toStream)(out);
         out.PutS(".");
         EXPECT_EQ(std::string(storage), std::string("at ") + form.example + ".");
     }
 }
 
 TEST(DateTime, TextMayFillAStreamExactly) {
-    const test::TimeZone zone(UTC);
-    for (const Form& form : FORMS) {
+    const test::TimeZone zone(utcZone);
+    for (const Form& form : forms) {
         std::string storage(64, '#');
         const int length = static_cast<int>(std::strlen(form.example));
         PutStream out(storage.data(), length + 1);
-        (DateTime(EXAMPLE).*form.toStream)(out);
+        (DateTime(exampleInstant).*form.toStream)(out);
         EXPECT_STREQ(storage.c_str(), form.example);
         EXPECT_EQ(out.WriteRemaining(), 0);
         EXPECT_EQ(storage.substr(static_cast<std::size_t>(length) + 1),
@@ -654,12 +657,12 @@ TEST(DateTime, TextMayFillAStreamExactly) {
 }
 
 TEST(DateTime, TextThatDoesNotFitAStreamIsTruncatedAndThrows) {
-    const test::TimeZone zone(UTC);
-    for (const Form& form : FORMS) {
+    const test::TimeZone zone(utcZone);
+    for (const Form& form : forms) {
         std::string storage(64, '#');
         const int length = static_cast<int>(std::strlen(form.example));
         PutStream out(storage.data(), length);
-        const auto failure = CATCH_FAILURE((DateTime(EXAMPLE).*form.toStream)(out));
+        const auto failure = CATCH_FAILURE((DateTime(exampleInstant).*form.toStream)(out));
         ASSERT_TRUE(failure);
         EXPECT_EQ(failure->code(), 1239U);
         EXPECT_STREQ(failure->file(), "ut_PutStream");
@@ -674,14 +677,14 @@ TEST(DateTime, TextThatDoesNotFitAStreamIsTruncatedAndThrows) {
 }
 
 TEST(DateTime, TextThatDoesNotFitANoThrowStreamIsTruncatedAndLogged) {
-    const test::TimeZone zone(UTC);
-    for (const Form& form : FORMS) {
+    const test::TimeZone zone(utcZone);
+    for (const Form& form : forms) {
         std::string storage(64, '#');
         const int length = static_cast<int>(std::strlen(form.example));
         PutStream out(storage.data(), length);
         out.setNoThrow(true);
         const test::LogCapture log;
-        (DateTime(EXAMPLE).*form.toStream)(out);
+        (DateTime(exampleInstant).*form.toStream)(out);
         EXPECT_EQ(std::string(storage.c_str()), std::string(form.example, static_cast<std::size_t>(length) - 1));
         EXPECT_EQ(out.WritePosition(), length - 1);
         EXPECT_EQ(storage[static_cast<std::size_t>(length)], '#');
@@ -694,23 +697,23 @@ TEST(DateTime, TextThatDoesNotFitANoThrowStreamIsTruncatedAndLogged) {
 
 TEST(DateTime, WritesNothingToAStreamWithoutStorage) {
     PutStream none(nullptr, 64);
-    EXPECT_TRUE(CATCH_FAILURE(DateTime(EXAMPLE).ToISOBuffer(none)));
+    EXPECT_TRUE(CATCH_FAILURE(DateTime(exampleInstant).ToISOBuffer(none)));
     DateTime::Invalid().ToISOBuffer(none);
 }
 
 TEST(DateTime, TimesThatThePlatformCannotRepresentAreTheEmptyText) {
-    const test::TimeZone zone(UTC);
-    for (const time_t instant : {FIRST, LAST}) {
+    const test::TimeZone zone(utcZone);
+    for (const time_t instant : {firstInstant, lastInstant}) {
         const DateTime when(instant);
         tm fields;
         std::memset(&fields, 1, sizeof fields);
-        if (!WIDE) {
+        if (!isTimeWide) {
             // Every 32-bit time has a date.
             EXPECT_EQ(when.toTM(&fields), &fields);
             EXPECT_NE(isoOf(when), "");
             continue;
         }
-        for (const Form& form : FORMS)
+        for (const Form& form : forms)
             EXPECT_EQ(textOf(when, form.toArray), "");
         EXPECT_EQ(when.toTM(&fields), nullptr);
         EXPECT_EQ(fields.tm_year, 0);
@@ -720,15 +723,17 @@ TEST(DateTime, TimesThatThePlatformCannotRepresentAreTheEmptyText) {
         EXPECT_EQ(when.getSecond(), 0);
         EXPECT_FALSE(when.isDST());
         EXPECT_FALSE(when.AddMonths(1).getEpochValid());
-        EXPECT_FAILURE_WITH_FLAG(DateTime::Merge(when, DateTime(0)), 3591, "ut_DateTime", MERGE, "Invalid Date", false);
-        EXPECT_FAILURE_WITH_FLAG(DateTime::Merge(DateTime(0), when), 3591, "ut_DateTime", MERGE, "Invalid Date", false);
+        EXPECT_FAILURE_WITH_FLAG(DateTime::Merge(when, DateTime(0)), 3591, "ut_DateTime", mergeName, "Invalid Date",
+                                 false);
+        EXPECT_FAILURE_WITH_FLAG(DateTime::Merge(DateTime(0), when), 3591, "ut_DateTime", mergeName, "Invalid Date",
+                                 false);
     }
 }
 
 TEST(DateTime, TheLargestYearsNeitherOverflowNorFail) {
-    const test::TimeZone zone(UTC);
-    if (!WIDE) {
-        EXPECT_FAILURE_WITH_FLAG(DateTime(INT_MAX, 12, 31), 3591, "ut_DateTime", FROM_THREE, "Invalid Date", false);
+    const test::TimeZone zone(utcZone);
+    if (!isTimeWide) {
+        EXPECT_FAILURE_WITH_FLAG(DateTime(INT_MAX, 12, 31), 3591, "ut_DateTime", fromThreeName, "Invalid Date", false);
         return;
     }
     const DateTime last(INT_MAX, 12, 31, 23, 59, 59);
@@ -770,18 +775,18 @@ TEST(DateTime, DumpsEachField) {
 // Arithmetic
 
 TEST(DateTime, AddsPlainSeconds) {
-    const DateTime when(EXAMPLE);
-    EXPECT_EQ(when.AddSeconds(5).getTime(), EXAMPLE + 5);
-    EXPECT_EQ(when.AddSeconds(-5).getTime(), EXAMPLE - 5);
-    EXPECT_EQ(when.AddMinutes(5).getTime(), EXAMPLE + 300);
-    EXPECT_EQ(when.AddHours(-5).getTime(), EXAMPLE - 18000);
-    EXPECT_EQ(when.AddDays(5).getTime(), EXAMPLE + 432000);
-    EXPECT_EQ(when.AddWeeks(-5).getTime(), EXAMPLE - 3024000);
-    EXPECT_EQ(when.getTime(), EXAMPLE);
+    const DateTime when(exampleInstant);
+    EXPECT_EQ(when.AddSeconds(5).getTime(), exampleInstant + 5);
+    EXPECT_EQ(when.AddSeconds(-5).getTime(), exampleInstant - 5);
+    EXPECT_EQ(when.AddMinutes(5).getTime(), exampleInstant + 300);
+    EXPECT_EQ(when.AddHours(-5).getTime(), exampleInstant - 18000);
+    EXPECT_EQ(when.AddDays(5).getTime(), exampleInstant + 432000);
+    EXPECT_EQ(when.AddWeeks(-5).getTime(), exampleInstant - 3024000);
+    EXPECT_EQ(when.getTime(), exampleInstant);
 }
 
 TEST(DateTime, AddingADayAcrossADaylightSavingChangeMovesTheHour) {
-    const test::TimeZone zone(NEW_YORK);
+    const test::TimeZone zone(newYorkZone);
     const DateTime spring(2024, 3, 9, 12, 0, 0);
     EXPECT_EQ(isoOf(spring.AddDays(1)), "2024-03-10 13:00:00");
     EXPECT_EQ(isoOf(DateTime(2024, 11, 2, 12, 0, 0).AddDays(1)), "2024-11-03 11:00:00");
@@ -791,25 +796,25 @@ TEST(DateTime, AddingADayAcrossADaylightSavingChangeMovesTheHour) {
 
 TEST(DateTime, ArithmeticSaturates) {
     for (const long n : {LONG_MAX, LONG_MAX / 2}) {
-        EXPECT_EQ(DateTime(LAST).AddSeconds(n).getTime(), LAST);
-        EXPECT_EQ(DateTime(LAST).AddMinutes(n).getTime(), LAST);
-        EXPECT_EQ(DateTime(EXAMPLE).AddHours(n).getTime(), LAST);
-        EXPECT_EQ(DateTime(EXAMPLE).AddDays(n).getTime(), LAST);
-        EXPECT_EQ(DateTime(EXAMPLE).AddWeeks(n).getTime(), LAST);
+        EXPECT_EQ(DateTime(lastInstant).AddSeconds(n).getTime(), lastInstant);
+        EXPECT_EQ(DateTime(lastInstant).AddMinutes(n).getTime(), lastInstant);
+        EXPECT_EQ(DateTime(exampleInstant).AddHours(n).getTime(), lastInstant);
+        EXPECT_EQ(DateTime(exampleInstant).AddDays(n).getTime(), lastInstant);
+        EXPECT_EQ(DateTime(exampleInstant).AddWeeks(n).getTime(), lastInstant);
     }
     for (const long n : {LONG_MIN, LONG_MIN / 2}) {
-        EXPECT_EQ(DateTime(FIRST).AddSeconds(n).getTime(), FIRST);
-        EXPECT_EQ(DateTime(FIRST).AddMinutes(n).getTime(), FIRST);
-        EXPECT_EQ(DateTime(-EXAMPLE).AddHours(n).getTime(), FIRST);
-        EXPECT_EQ(DateTime(-EXAMPLE).AddDays(n).getTime(), FIRST);
-        EXPECT_EQ(DateTime(-EXAMPLE).AddWeeks(n).getTime(), FIRST);
+        EXPECT_EQ(DateTime(firstInstant).AddSeconds(n).getTime(), firstInstant);
+        EXPECT_EQ(DateTime(firstInstant).AddMinutes(n).getTime(), firstInstant);
+        EXPECT_EQ(DateTime(-exampleInstant).AddHours(n).getTime(), firstInstant);
+        EXPECT_EQ(DateTime(-exampleInstant).AddDays(n).getTime(), firstInstant);
+        EXPECT_EQ(DateTime(-exampleInstant).AddWeeks(n).getTime(), firstInstant);
     }
     EXPECT_EQ(DateTime(INT32_MIN).AddDays(40000).getTime(), INT32_MIN + 3456000000LL);
-    EXPECT_EQ(DateTime(FIRST).AddSeconds(LONG_MAX).getTime(), -1);
+    EXPECT_EQ(DateTime(firstInstant).AddSeconds(LONG_MAX).getTime(), -1);
 }
 
 TEST(DateTime, AddsMonthsAndYearsByTheLocalCalendar) {
-    const test::TimeZone zone(NEW_YORK);
+    const test::TimeZone zone(newYorkZone);
     EXPECT_EQ(isoOf(DateTime(2023, 1, 31, 8, 30, 0).AddMonths(1)), "2023-03-03 08:30:00");
     EXPECT_EQ(isoOf(DateTime(2024, 1, 31, 8, 30, 0).AddMonths(1)), "2024-03-02 08:30:00");
     EXPECT_EQ(isoOf(DateTime(2024, 1, 31, 8, 30, 0).AddMonths(-2)), "2023-12-01 08:30:00");
@@ -824,24 +829,24 @@ TEST(DateTime, AddsMonthsAndYearsByTheLocalCalendar) {
 
 TEST(DateTime, MonthsAndYearsBeyondThePlatformAreInvalid) {
     for (const long n : {LONG_MAX, LONG_MIN}) {
-        EXPECT_FALSE(DateTime(EXAMPLE).AddYears(n).getEpochValid()) << n;
-        EXPECT_FALSE(DateTime(EXAMPLE).AddMonths(n).getEpochValid()) << n;
+        EXPECT_FALSE(DateTime(exampleInstant).AddYears(n).getEpochValid()) << n;
+        EXPECT_FALSE(DateTime(exampleInstant).AddMonths(n).getEpochValid()) << n;
     }
-    EXPECT_FALSE(DateTime(EXAMPLE).AddYears(INT_MAX).getEpochValid());
-    const test::TimeZone zone(UTC);
-    if (WIDE) {
+    EXPECT_FALSE(DateTime(exampleInstant).AddYears(INT_MAX).getEpochValid());
+    const test::TimeZone zone(utcZone);
+    if (isTimeWide) {
         // The first year that fits an int; the platform counts years from 1900.
-        EXPECT_FALSE(DateTime(EXAMPLE).AddYears(static_cast<long>(INT_MIN - 2024LL)).getEpochValid());
-        EXPECT_EQ(DateTime(EXAMPLE).AddYears(INT_MIN).getYear(), 2024 + INT_MIN);
-        EXPECT_EQ(DateTime(EXAMPLE).AddMonths(INT_MIN).getYear(), 2024 - 178956970 - 1);
+        EXPECT_FALSE(DateTime(exampleInstant).AddYears(static_cast<long>(INT_MIN - 2024LL)).getEpochValid());
+        EXPECT_EQ(DateTime(exampleInstant).AddYears(INT_MIN).getYear(), 2024 + INT_MIN);
+        EXPECT_EQ(DateTime(exampleInstant).AddMonths(INT_MIN).getYear(), 2024 - 178956970 - 1);
         return;
     }
-    EXPECT_FALSE(DateTime(EXAMPLE).AddYears(14).getEpochValid());
-    EXPECT_FALSE(DateTime(EXAMPLE).AddMonths(-12 * 123).getEpochValid());
+    EXPECT_FALSE(DateTime(exampleInstant).AddYears(14).getEpochValid());
+    EXPECT_FALSE(DateTime(exampleInstant).AddMonths(-12 * 123).getEpochValid());
 }
 
 TEST(DateTime, SpansAreWholeUnits) {
-    const DateTime start(EXAMPLE);
+    const DateTime start(exampleInstant);
     EXPECT_EQ(start.SecondsSpan(start.AddSeconds(59)), 59);
     EXPECT_EQ(start.SecondsSpan(start.AddSeconds(-59)), -59);
     EXPECT_EQ(start.MinutesSpan(start.AddSeconds(119)), 1);
@@ -856,7 +861,7 @@ TEST(DateTime, SpansAreWholeUnits) {
 }
 
 TEST(DateTime, MonthAndYearSpansIgnoreTheDays) {
-    const test::TimeZone zone(BERLIN);
+    const test::TimeZone zone(berlinZone);
     EXPECT_EQ(DateTime(2024, 1, 31).MonthsSpan(DateTime(2024, 2, 1)), 1);
     EXPECT_EQ(DateTime(2024, 2, 1).MonthsSpan(DateTime(2024, 1, 31)), -1);
     EXPECT_EQ(DateTime(2024, 1, 1).MonthsSpan(DateTime(2024, 1, 31)), 0);
@@ -868,8 +873,8 @@ TEST(DateTime, MonthAndYearSpansIgnoreTheDays) {
 }
 
 TEST(DateTime, SpansBeyond32BitsAreClamped) {
-    const DateTime first(FIRST);
-    const DateTime last(LAST);
+    const DateTime first(firstInstant);
+    const DateTime last(lastInstant);
     EXPECT_EQ(first.SecondsSpan(last), INT_MAX);
     EXPECT_EQ(last.SecondsSpan(first), INT_MIN);
     EXPECT_EQ(DateTime(INT32_MIN).SecondsSpan(DateTime(INT32_MAX)), INT_MAX);
@@ -880,22 +885,22 @@ TEST(DateTime, SpansBeyond32BitsAreClamped) {
     EXPECT_EQ(first.CompareTo(last), LONG_MIN);
     EXPECT_EQ(last.CompareTo(first), LONG_MAX);
     EXPECT_EQ(DateTime::DiffTime(last, first), LONG_MAX);
-    if (WIDE) {
+    if (isTimeWide) {
         EXPECT_EQ(first.WeeksSpan(last), INT_MAX);
         EXPECT_EQ(last.WeeksSpan(first), INT_MIN);
-        const test::TimeZone zone(UTC);
+        const test::TimeZone zone(utcZone);
         EXPECT_EQ(DateTime(-2147481748, 1, 1).MonthsSpan(DateTime(INT_MAX, 1, 1)), INT_MAX);
         EXPECT_EQ(DateTime(INT_MAX, 1, 1).YearsSpan(DateTime(-2147481748, 1, 1)), INT_MIN);
     }
 }
 
 TEST(DateTime, ComparesInSeconds) {
-    const DateTime when(EXAMPLE);
+    const DateTime when(exampleInstant);
     EXPECT_EQ(when.CompareTo(when), 0);
     EXPECT_EQ(when.CompareTo(when.AddSeconds(7)), -7);
     EXPECT_EQ(when.AddSeconds(7).CompareTo(when), 7);
-    EXPECT_TRUE(when.Equals(DateTime(EXAMPLE)));
-    EXPECT_FALSE(when.Equals(DateTime(EXAMPLE + 1)));
+    EXPECT_TRUE(when.Equals(DateTime(exampleInstant)));
+    EXPECT_FALSE(when.Equals(DateTime(exampleInstant + 1)));
     EXPECT_TRUE(DateTime::Invalid().Equals(DateTime(-1)));
     EXPECT_EQ(DateTime::DiffTime(when.AddSeconds(7), when), 7);
     EXPECT_EQ(DateTime::DiffTime(when, when.AddSeconds(7)), -7);
@@ -1002,8 +1007,8 @@ TEST(DateTime, HasItsErrorMessages) {
 // Fields
 
 TEST(DateTime, ReturnsTheLocalFields) {
-    const test::TimeZone zone(NEW_YORK);
-    const DateTime when(EXAMPLE);
+    const test::TimeZone zone(newYorkZone);
+    const DateTime when(exampleInstant);
     EXPECT_EQ(when.getYear(), 2024);
     EXPECT_EQ(when.getMonth(), DateTime::March);
     EXPECT_EQ(when.getDayOfMonth(), 5);
@@ -1022,7 +1027,7 @@ TEST(DateTime, ReturnsTheLocalFields) {
 }
 
 TEST(DateTime, GetDateIsMidnightOfTheSameDay) {
-    const test::TimeZone zone(NEW_YORK);
+    const test::TimeZone zone(newYorkZone);
     EXPECT_EQ(isoOf(DateTime(2024, 3, 5, 9, 7, 3).getDate()), "2024-03-05 00:00:00");
     // On the days of the changes, midnight has the other UTC offset.
     EXPECT_EQ(isoOf(DateTime(2024, 3, 10, 12, 0, 0).getDate()), "2024-03-10 00:00:00");
@@ -1030,7 +1035,7 @@ TEST(DateTime, GetDateIsMidnightOfTheSameDay) {
 }
 
 TEST(DateTime, NextMinuteAndDayBeginExactly) {
-    const test::TimeZone zone(NEW_YORK);
+    const test::TimeZone zone(newYorkZone);
     EXPECT_EQ(isoOf(DateTime(2024, 3, 5, 9, 7, 3).getNextMinute()), "2024-03-05 09:08:00");
     EXPECT_EQ(isoOf(DateTime(2024, 3, 5, 9, 8, 0).getNextMinute()), "2024-03-05 09:09:00");
     EXPECT_EQ(isoOf(DateTime(2024, 12, 31, 23, 59, 59).getNextMinute()), "2025-01-01 00:00:00");
@@ -1043,7 +1048,7 @@ TEST(DateTime, NextMinuteAndDayBeginExactly) {
 }
 
 TEST(DateTime, NextMinuteStaysInTheFirstPassOfARepeatedHour) {
-    const test::TimeZone zone(NEW_YORK);
+    const test::TimeZone zone(newYorkZone);
     const DateTime firstPass = DateTime::fromRFC822("Sun, 03 Nov 2024 05:30:10 GMT");
     const DateTime secondPass = firstPass.AddHours(1);
     EXPECT_EQ(isoOf(firstPass), isoOf(secondPass));
@@ -1052,30 +1057,30 @@ TEST(DateTime, NextMinuteStaysInTheFirstPassOfARepeatedHour) {
 }
 
 TEST(DateTime, NextMinuteAndDayAreInvalidAtTheLimitsOfTime) {
-    const test::TimeZone zone(UTC);
-    EXPECT_FALSE(DateTime(LAST).getNextMinute().getEpochValid());
-    EXPECT_FALSE(DateTime(LAST).getNextDay().getEpochValid());
-    EXPECT_FALSE(DateTime(FIRST).getDate().getEpochValid());
-    EXPECT_EQ(isoOf(DateTime(FIRST).getNextDay()), WIDE ? "" : "1901-12-14 00:00:00");
+    const test::TimeZone zone(utcZone);
+    EXPECT_FALSE(DateTime(lastInstant).getNextMinute().getEpochValid());
+    EXPECT_FALSE(DateTime(lastInstant).getNextDay().getEpochValid());
+    EXPECT_FALSE(DateTime(firstInstant).getDate().getEpochValid());
+    EXPECT_EQ(isoOf(DateTime(firstInstant).getNextDay()), isTimeWide ? "" : "1901-12-14 00:00:00");
 }
 
 TEST(DateTime, NextMinutePast32BitTimeIsValidOnlyIfTimeHas64Bits) {
-    const test::TimeZone zone(UTC);
+    const test::TimeZone zone(utcZone);
     EXPECT_EQ(DateTime(INT32_MAX - 8).getNextMinute().getTime(), INT32_MAX - 7);
     const DateTime next = DateTime(INT32_MAX - 7).getNextMinute();
-    EXPECT_EQ(next.getEpochValid(), WIDE);
-    EXPECT_EQ(isoOf(next), WIDE ? "2038-01-19 03:15:00" : "");
+    EXPECT_EQ(next.getEpochValid(), isTimeWide);
+    EXPECT_EQ(isoOf(next), isTimeWide ? "2038-01-19 03:15:00" : "");
 }
 
 TEST(DateTime, NextMinuteAndMidnightsAreExactOrInvalidNearTheLimitsOf32BitTime) {
     const auto expected = [](long long seconds) {
-        const long long inRange = std::clamp<long long>(seconds, FIRST, LAST);
+        const long long inRange = std::clamp<long long>(seconds, firstInstant, lastInstant);
         return inRange == seconds ? static_cast<time_t>(seconds) : time_t{-1};
     };
     const struct {
         const char* zone;
         long long offset;
-    } zones[] = {{UTC, 0}, {KOLKATA, 19800}, {"CLT4", -14400}};
+    } zones[] = {{utcZone, 0}, {kolkataZone, 19800}, {"CLT4", -14400}};
     for (const auto& [name, offset] : zones) {
         const test::TimeZone zone(name);
         for (long long distance = 0; distance < 3 * 86400LL; distance += 7) {
@@ -1094,7 +1099,7 @@ TEST(DateTime, NextMinuteAndMidnightsAreExactOrInvalidNearTheLimitsOf32BitTime) 
 }
 
 TEST(DateTime, MergesADateAndATimeOfDay) {
-    const test::TimeZone zone(NEW_YORK);
+    const test::TimeZone zone(newYorkZone);
     const DateTime date(2024, 7, 1, 1, 2, 3);
     const DateTime time(2023, 12, 31, 9, 7, 3);
     EXPECT_EQ(isoOf(DateTime::Merge(date, time)), "2024-07-01 09:07:03");
@@ -1103,15 +1108,15 @@ TEST(DateTime, MergesADateAndATimeOfDay) {
 }
 
 TEST(DateTime, MergingIntoTheInvalidSecondThrows) {
-    const test::TimeZone zone(UTC);
+    const test::TimeZone zone(utcZone);
     EXPECT_FAILURE_WITH_FLAG(DateTime::Merge(DateTime(1969, 12, 31), DateTime(2024, 3, 5, 23, 59, 59)), 3591,
-                             "ut_DateTime", MERGE, "Invalid Date", false);
+                             "ut_DateTime", mergeName, "Invalid Date", false);
 }
 
 // Time zones
 
 TEST(DateTime, SkippedHourIsMovedAndRepeatedHourIsOneOfTheTwo) {
-    const test::TimeZone zone(NEW_YORK);
+    const test::TimeZone zone(newYorkZone);
     const std::string gap = isoOf(DateTime("2024-03-10 02:30:00"));
     EXPECT_THAT(gap, testing::AnyOf("2024-03-10 01:30:00", "2024-03-10 03:30:00"));
     const time_t firstPass = DateTime::fromRFC822("Sun, 03 Nov 2024 05:30:00 GMT").getTime();
@@ -1119,7 +1124,7 @@ TEST(DateTime, SkippedHourIsMovedAndRepeatedHourIsOneOfTheTwo) {
 }
 
 TEST(DateTime, HalfHourDaylightSaving) {
-    const test::TimeZone zone(LORD_HOWE);
+    const test::TimeZone zone(lordHoweZone);
     EXPECT_EQ(isoOf(DateTime(2024, 10, 6, 1, 59, 59).AddSeconds(1)), "2024-10-06 02:30:00");
     EXPECT_EQ(isoOf(DateTime(2024, 4, 7, 1, 29, 59).AddSeconds(1)), "2024-04-07 01:30:00");
     EXPECT_EQ(DateTime(2024, 1, 1, 11, 0, 0).getTime(), 1704067200);
@@ -1235,7 +1240,7 @@ TEST_P(DateTimeZones, FieldsOfTheOtherTextsRoundTrip) {
 TEST_P(DateTimeZones, MergeRestoresSplitDates) {
     const test::TimeZone zone(GetParam());
     for (const time_t instant : randomInstants(10000)) {
-        if (!WIDE && instant < INT32_MIN + 86400)
+        if (!isTimeWide && instant < INT32_MIN + 86400)
             continue; // that midnight cannot be represented
         const DateTime when(instant);
         const DateTime date = when.getDate();
@@ -1253,14 +1258,14 @@ TEST_P(DateTimeZones, TextsAgreeWithTheDateCommand) {
         input += "@" + std::to_string(instant) + "\n";
     const std::vector<std::string> local =
         askDate(input, GetParam(), "%A %B %-d, %Y, %T|%F %T|%-m/%d/%Y %T|%-m/%d/%Y|%F|%T|%j %w");
-    const std::vector<std::string> utc = askDate(input, UTC, "%a, %d %b %Y %T GMT");
+    const std::vector<std::string> utc = askDate(input, utcZone, "%a, %d %b %Y %T GMT");
     ASSERT_EQ(local.size(), instants.size());
     ASSERT_EQ(utc.size(), instants.size());
     for (std::size_t i = 0; i < instants.size(); ++i) {
         const DateTime when(instants[i]);
         std::string texts;
         for (std::size_t form = 0; form < 6; ++form)
-            texts += textOf(when, FORMS[form].toArray) + "|";
+            texts += textOf(when, forms[form].toArray) + "|";
         char days[16];
         std::snprintf(days, sizeof days, "%03d %d", when.getDayOfYear() + 1, static_cast<int>(when.getDayOfWeek()));
         ASSERT_EQ(texts + days, local[i]) << instants[i];
@@ -1300,10 +1305,12 @@ TEST_P(DateTimeZones, LimitsOf32BitTimeRoundTrip) {
 }
 
 TEST(DateTime, InvalidTextsThrowFromTheConstructor) {
-    const test::TimeZone zone(UTC);
+    const test::TimeZone zone(utcZone);
     for (const Formatter formatter : {&DateTime::ToShortBuf, &DateTime::ToShortDateBuf, &DateTime::ToISODateBuf,
                                       &DateTime::ToShortTimeBuf, &DateTime::ToRFC822Buf}) {
-        const std::string text = textOf(DateTime(EXAMPLE), formatter);
-        EXPECT_FAILURE_WITH_FLAG(DateTime(text.c_str()), 3591, "ut_DateTime", FROM_TEXT, "Invalid Date", false);
+        const std::string text = textOf(DateTime(exampleInstant), formatter);
+        EXPECT_FAILURE_WITH_FLAG(DateTime(text.c_str()), 3591, "ut_DateTime", fromTextName, "Invalid Date", false);
     }
 }
+
+} // namespace

@@ -90,7 +90,7 @@ std::ostream& operator<<(std::ostream& out, const Line& line) {
     return out << line.type << " '" << line.text << "'";
 }
 
-/// A sink without allocation and locking: each message is one write to standard error.
+// A sink without allocation and locking: each message is one write to standard error.
 void writeLine(void*, Logger::LogType type, const char*, int, const char* text) {
     char head[] = {'\1', static_cast<char>('0' + static_cast<int>(type))};
     char tail[] = {'\2'};
@@ -122,7 +122,7 @@ void install(int sig, void (*handler)(int), int flags = 0) {
 
 constexpr int crashSignals[] = {SIGSEGV, SIGABRT, SIGBUS, SIGFPE, SIGILL};
 
-/// Runs `body` in a child that handles fatal signals with `SignalCrash`; an alarm limits its time.
+// Runs `body` in a child that handles fatal signals with `SignalCrash`; an alarm limits its time.
 test::ChildResult crash(const std::function<void()>& body, int flags = 0) {
     return test::runInChild(
         [&] {
@@ -137,7 +137,7 @@ test::ChildResult crash(const std::function<void()>& body, int flags = 0) {
         std::chrono::seconds(2 * hangBound));
 }
 
-/// Runs `scenario` in a child; its failed expectations are failures here.
+// Runs `scenario` in a child; its failed expectations are failures here.
 void inChild(const std::function<void()>& scenario) {
     const test::ChildResult child = test::runInChild(
         [&] {
@@ -152,7 +152,7 @@ void inChild(const std::function<void()>& scenario) {
     EXPECT_EQ(child.status, 0) << child.out << child.err;
 }
 
-/// Ways to die.
+// Ways to die.
 int* volatile invalidAddress = reinterpret_cast<int*>(16);
 
 __attribute__((noinline, no_sanitize("address", "undefined"))) void writeToInvalidAddress() {
@@ -193,11 +193,11 @@ std::ostream& operator<<(std::ostream& out, const Death& death) {
     return out << "signal " << death.signal;
 }
 
-const Death deaths[] = {{SIGSEGV, "SIGSEGV", writeToInvalidAddress},
-                        {SIGABRT, "SIGABRT", abortProcess},
-                        {SIGBUS, "unknown", readBehindTheEndOfAFile},
-                        {SIGFPE, "SIGFPE", divideByZero},
-                        {SIGILL, "SIGILL", runInvalidInstruction}};
+constexpr Death deaths[] = {{SIGSEGV, "SIGSEGV", writeToInvalidAddress},
+                            {SIGABRT, "SIGABRT", abortProcess},
+                            {SIGBUS, "unknown", readBehindTheEndOfAFile},
+                            {SIGFPE, "SIGFPE", divideByZero},
+                            {SIGILL, "SIGILL", runInvalidInstruction}};
 
 // --- core dumps
 
@@ -222,7 +222,7 @@ bool mayRaiseHardLimit() {
     return child.status == 1;
 }
 
-/// The log messages about core dumps in a child with a limit of 0.
+// The log messages about core dumps in a child with a limit of 0.
 std::vector<Line> expectedCoreLines() {
     std::vector<Line> lines;
     if (isCorePath(corePattern()))
@@ -246,7 +246,7 @@ struct Frame {
 };
 
 struct Trace {
-    bool isWhole = false; ///< has exactly the shape of a back trace
+    bool isWhole = false; // has exactly the shape of a back trace
     unsigned int announced = 0;
     std::vector<Frame> frames;
 
@@ -309,14 +309,14 @@ constexpr std::size_t ownFrame = 1;
 constexpr std::size_t ownFrame = 0;
 #endif
 
-const char* const crashFrame = "utility::Debug::SignalCrash(int)";
+constexpr const char* crashFrame = "utility::Debug::SignalCrash(int)";
 
 Line signalLine(int type, const std::string& handler, const std::string& name, int number) {
     return {type, "\nstatic void utility::Debug::" + handler + "(int): Received SIGNAL " + name + "(" +
                       std::to_string(number) + ")"};
 }
 
-/// Expects that the child logged the whole report and nothing else, and died of the signal. Returns the back trace.
+// Expects that the child logged the whole report and nothing else, and died of the signal. Returns the back trace.
 Trace expectReport(const test::ChildResult& child, int sig, const std::string& name) {
     EXPECT_EQ(child.signal, sig) << (child.signal == SIGALRM ? "the child hung" : "") << child.err;
     EXPECT_FALSE(child.timedOut);
@@ -338,7 +338,7 @@ Trace expectReport(const test::ChildResult& child, int sig, const std::string& n
     return trace;
 }
 
-/// The least that is asked of a crash in a place where little works.
+// The least that is asked of a crash in a place where little works.
 void expectEnd(const test::ChildResult& child) {
     EXPECT_EQ(child.signal, SIGSEGV) << (child.signal == SIGALRM || child.timedOut ? "the child hung" : "")
                                      << child.status << child.err;
@@ -350,8 +350,6 @@ void expectEndWithFirstLine(const test::ChildResult& child) {
     const std::vector<Line> lines = linesIn(child.err);
     EXPECT_TRUE(!lines.empty() && lines[0] == signalLine(0, "SignalCrash", "SIGSEGV", SIGSEGV)) << child.err;
 }
-
-} // namespace
 
 // --- names
 
@@ -519,8 +517,6 @@ TEST(DebugCrash, InSeveralThreadsAtOnce) {
     expectEndWithFirstLine(child);
 }
 
-namespace {
-
 void takeMemory() {
     void* volatile piece = std::malloc(100);
     std::free(piece);
@@ -530,8 +526,6 @@ void expectReportNamingTheHandler(const test::ChildResult& child) {
     const Trace trace = expectReport(child, SIGSEGV, "SIGSEGV");
     EXPECT_TRUE(trace.names(crashFrame)) << child.err;
 }
-
-} // namespace
 
 TEST(DebugCrash, InTheAllocator) {
     const test::ChildResult child = crash([] {
@@ -566,15 +560,11 @@ TEST(DebugCrash, InTheAllocatorThatHoldsItsLockInAThreadWithARecord) {
     expectReportNamingTheHandler(child);
 }
 
-namespace {
-
 void allocatingSink(void*, Logger::LogType type, const char* function, int line, const char* text) {
     void* volatile piece = std::malloc(100);
     writeLine(nullptr, type, function, line, text);
     std::free(piece);
 }
-
-} // namespace
 
 TEST(DebugCrash, InTheAllocatorThatHoldsItsLockWithASinkThatTakesMemory) {
     const test::ChildResult child = crash([] {
@@ -604,8 +594,6 @@ TEST(DebugCrash, InTheAllocatorInAnotherThreadThatHoldsItsLock) {
     expectReportNamingTheHandler(child);
 }
 
-namespace {
-
 void crashingSink(void*, Logger::LogType type, const char* function, int line, const char* text) {
     if (std::strcmp(text, "crash") == 0)
         writeToInvalidAddress();
@@ -619,8 +607,6 @@ void lockingCrashingSink(void*, Logger::LogType type, const char* function, int 
     crashingSink(nullptr, type, function, line, text);
 }
 
-} // namespace
-
 TEST(DebugCrash, InsideTheSink) {
     for (const Logger::Sink sink : {crashingSink, lockingCrashingSink}) {
         const test::ChildResult child = crash([&] {
@@ -633,8 +619,6 @@ TEST(DebugCrash, InsideTheSink) {
             EXPECT_NE(child.err.find(text), std::string::npos) << text << "\n" << child.err;
     }
 }
-
-namespace {
 
 std::atomic<bool> threadIsInSink{false};
 
@@ -656,8 +640,6 @@ void holdSinkInAThread(void* mutex) {
     while (!threadIsInSink)
         std::this_thread::yield();
 }
-
-} // namespace
 
 TEST(DebugCrash, WhileAnotherThreadIsInTheSink) {
     const test::ChildResult child = crash([] {
@@ -707,9 +689,7 @@ TEST(DebugCrash, WhileAnotherThreadHoldsTheLockOfTheLoader) {
     expectEndWithFirstLine(child);
 }
 
-namespace {
-
-/// Makes a signal stack followed by a guard page: an access to it ends the process.
+// Makes a signal stack followed by a guard page: an access to it ends the process.
 void useSignalStack(std::size_t size) {
     const std::size_t page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
     const std::size_t pages = (size + page - 1) / page * page;
@@ -732,8 +712,6 @@ __attribute__((noinline, no_sanitize("address", "undefined"))) int recurseWithou
     room[0] = static_cast<char>(depth);
     return depth < 0 ? 0 : recurseWithoutEnd(depth + 1) + room[0];
 }
-
-} // namespace
 
 TEST(DebugCrash, OnTheSmallestSignalStack) {
     const test::ChildResult child = crash(
@@ -789,8 +767,6 @@ TEST(DebugCrash, OfAStackThatIsUsedUpWithoutASignalStack) {
 
 // --- an orderly stop
 
-namespace {
-
 void exitWith(void (*handler)(int), int sig) {
     Logger::setSink(writeLine, nullptr);
     install(sig, handler);
@@ -816,8 +792,6 @@ protected:
         _exit(clean ? 42 : 43);
     }
 };
-
-} // namespace
 
 TEST(DebugSignalExit, ReportsAndEndsWithStatus0) {
     const struct {
@@ -893,9 +867,7 @@ TEST(DebugSignalNull, LetsTheProcessGoOn) {
 
 // --- contexts of threads
 
-namespace {
-
-/// The command line of a process that is called `name`.
+// The command line of a process that is called `name`.
 class ProcessName {
 public:
     explicit ProcessName(const char* name) : m_name(name), m_words{m_name.data(), nullptr}, m_arguments(1, m_words) {}
@@ -949,12 +921,12 @@ bool waitFor(const std::function<bool()>& condition) {
     return condition();
 }
 
-/// The thread sanitizer may lose a signal that comes while a thread waits for its first time.
+// The thread sanitizer may lose a signal that comes while a thread waits for its first time.
 void waitOnce() {
     std::this_thread::sleep_for(std::chrono::milliseconds(1));
 }
 
-/// 31 threads with records beside the main one, which has a record too, that live until the end.
+// 31 threads with records beside the main one, which has a record too, that live until the end.
 class Threads {
 public:
     Threads() {
@@ -1001,7 +973,7 @@ private:
     std::atomic<bool> m_stop{false};
 };
 
-/// Expects that no lock was left held and that contexts can still be written.
+// Expects that no lock was left held and that contexts can still be written.
 void expectContextStillWorks() {
     const test::TemporaryDirectory good;
     std::filesystem::create_directory(good.path("agentContext"));
@@ -1010,7 +982,7 @@ void expectContextStillWorks() {
     EXPECT_TRUE(isWholeContext(good.path("agentContext/" + myContextFile())));
 }
 
-/// Asks 32 threads for their contexts where none can be written.
+// Asks 32 threads for their contexts where none can be written.
 void expectNoThreadIsLost(const std::string& memory) {
     setenv("VX_MEM", memory.c_str(), 1);
     const ProcessName name("agent");
@@ -1021,8 +993,6 @@ void expectNoThreadIsLost(const std::string& memory) {
     EXPECT_TRUE(waitFor([] { return contextsDone == 32; })) << contextsDone;
     expectContextStillWorks();
 }
-
-} // namespace
 
 TEST(DebugSignalThreads, LeavesAWholeContextFileOfEachOf32Threads) {
     const test::TemporaryDirectory memory;
@@ -1107,16 +1077,12 @@ TEST(DebugSignalThreads, LosesNoThreadWhenTheNameDoesNotFit) {
         EXPECT_FALSE(entry.is_regular_file()) << entry.path();
 }
 
-namespace {
-
-/// Takes and gives back memory of sizes that need the allocator's lock.
+// Takes and gives back memory of sizes that need the allocator's lock.
 void useTheAllocator(const std::atomic<bool>& stop) {
     std::array<std::unique_ptr<char[]>, 16> pieces;
     for (std::size_t i = 0; !stop; ++i)
         pieces[i % pieces.size()].reset(new char[1100 + i * 523 % 4096]);
 }
-
-} // namespace
 
 TEST(DebugSignalThreads, MakesNoDirectoryOfATruncatedName) {
     const test::TemporaryDirectory memory;
@@ -1350,9 +1316,7 @@ TEST(DebugSignalContext, LeavesNoLockHeldWhenTheFileCannotBeWritten) {
     });
 }
 
-namespace {
-
-/// The parts of a back trace that do not depend on where in its caller it was taken.
+// The parts of a back trace that do not depend on where in its caller it was taken.
 std::vector<std::string> framesFrom(const Trace& trace, std::size_t first) {
     std::vector<std::string> frames;
     for (std::size_t i = first; i < trace.frames.size(); ++i)
@@ -1361,14 +1325,12 @@ std::vector<std::string> framesFrom(const Trace& trace, std::size_t first) {
     return frames;
 }
 
-/// Writes a context and then, from the same function, the back trace that has a frame less.
+// Writes a context and then, from the same function, the back trace that has a frame less.
 __attribute__((noinline)) void writeContextAndTrace(const std::string& traceFile) {
     Debug::SignalContext(SIGUSR2);
     utility::FileOutputStream file(traceFile.c_str(), false, 0600);
     Debug::ThreadErrorContext(nullptr, file);
 }
-
-} // namespace
 
 TEST(DebugSignalContext, StartsWithItsOwnFrameAndGoesOnWithItsCallers) {
     const test::TemporaryDirectory memory;
@@ -1393,15 +1355,11 @@ TEST(DebugSignalContext, StartsWithItsOwnFrameAndGoesOnWithItsCallers) {
     });
 }
 
-namespace {
-
 int bytesIn(const test::Descriptor& fifo) {
     int count = -1;
     EXPECT_EQ(ioctl(fifo.number(), FIONREAD, &count), 0);
     return count;
 }
-
-} // namespace
 
 TEST(DebugSignalContext, MeetsAThreadInsideDlopen) {
 #ifdef __SANITIZE_THREAD__
@@ -1525,9 +1483,7 @@ TEST(DebugSignalContext, WorksInAChildForkedWhileAnotherThreadHeldTheLock) {
 
 // --- what else may have the name of a context file
 
-namespace {
-
-/// Has a context written where `path` is something else than a context file; expects one line and nothing more.
+// Has a context written where `path` is something else than a context file; expects one line and nothing more.
 void expectLeftAlone(const std::string& memory, const std::string& path) {
     setenv("VX_MEM", memory.c_str(), 1);
     const test::LogCapture log;
@@ -1538,7 +1494,7 @@ void expectLeftAlone(const std::string& memory, const std::string& path) {
     expectContextStillWorks();
 }
 
-/// Makes something at the path it is given, and says whether that is as it was made.
+// Makes something at the path it is given, and says whether that is as it was made.
 struct Obstacle {
     const char* name;
     std::function<void(const test::TemporaryDirectory&, const std::string&)> make;
@@ -1596,8 +1552,6 @@ const Obstacle obstacles[] = {
 };
 
 class DebugContextObstacle : public testing::TestWithParam<Obstacle> {};
-
-} // namespace
 
 TEST_P(DebugContextObstacle, IsLeftAloneWithOneLine) {
     const Obstacle& obstacle = GetParam();
@@ -1712,8 +1666,6 @@ TEST(DebugErrorContext, MakesTheRecordOfTheThread) {
 
 // --- back traces
 
-namespace {
-
 std::string backTrace(unsigned int depth, unsigned int skip, bool flag = true) {
     std::vector<char> text(65535);
     BufferStream out(text.data(), static_cast<int>(text.size()), false);
@@ -1734,7 +1686,7 @@ std::string hexOf(const void* address) {
     return text;
 }
 
-/// The expected text of a frame at `address`, from the platform's own texts.
+// The expected text of a frame at `address`, from the platform's own texts.
 std::string expectedFrame(unsigned int index, void* address) {
     char text[4096];
     Dl_info info = {};
@@ -1763,8 +1715,6 @@ std::string expectedTrace(const Trace& trace) {
         text += expectedFrame(frame.index, reinterpret_cast<void*>(std::stoul(frame.address, nullptr, 16)));
     return text + "<<<Backtrace End\n";
 }
-
-} // namespace
 
 TEST(DebugBackTrace, ShowsWhatThePlatformKnowsOfEachFrame) {
     for (const unsigned int skip : {0u, 1u, 2u, 3u}) {
@@ -1889,8 +1839,6 @@ TEST(DebugBackTrace, FramesWithoutSymbolTextShowTheirAddress) {
     }
 }
 
-namespace {
-
 // A function of many parameters with a name of `length` characters: its mangled and its demangled name.
 struct LongName {
     explicit LongName(int length) {
@@ -1915,8 +1863,8 @@ struct LongName {
 #if defined(__x86_64__)
 namespace {
 
-/// The back trace of a call through a function without unwind tables that is put at `place`, a page of its own; its
-/// frame has the address of `place` plus 6.
+// The back trace of a call through a function without unwind tables that is put at `place`, a page of its own; its
+// frame has the address of `place` plus 6.
 std::string backTraceThrough(void* place) {
     // sub rsp, 8; call rdi; add rsp, 8; ret
     const unsigned char code[] = {0x48, 0x83, 0xEC, 0x08, 0xFF, 0xD7, 0x48, 0x83, 0xC4, 0x08, 0xC3};
@@ -1935,8 +1883,6 @@ Frame frameAt(const Trace& trace, const std::string& address) {
                                     [&](const Frame& frame) { return frame.address == address; });
     return found != trace.frames.end() ? *found : Frame();
 }
-
-} // namespace
 
 TEST(DebugBackTrace, FrameOfAnUnknownObjectIsWrittenAsOneWithoutSymbolText) {
     void* page = mmap(nullptr, 4096, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
@@ -1967,6 +1913,9 @@ TEST(DebugBackTrace, FrameShowsANameOfAnyLengthAsAProgrammerWroteIt) {
         EXPECT_EQ(frame.object, object.path());
     }
 }
+
+} // namespace
+
 #endif
 
 // --- symbols
@@ -1996,8 +1945,6 @@ Dl_info infoOf(void* address) {
     EXPECT_NE(dladdr(address, &info), 0);
     return info;
 }
-
-} // namespace
 
 TEST(DebugSymbol, OfAFunctionOfTheLibraryIsDemangled) {
     const std::string object = infoOf(functionOfTheLibrary()).dli_fname;
@@ -2124,15 +2071,13 @@ TEST(DebugSymbol, WithANameThatOnlyLooksMangled) {
 
 // --- core dumps
 
-namespace {
-
 rlimit coreLimit() {
     rlimit limit = {};
     EXPECT_EQ(getrlimit(RLIMIT_CORE, &limit), 0);
     return limit;
 }
 
-/// Runs `scenario` in a child with the soft core limit `soft` and this process's hard limit; no dump is written.
+// Runs `scenario` in a child with the soft core limit `soft` and this process's hard limit; no dump is written.
 void inChildWithCoreLimit(rlim_t soft, const std::function<void()>& scenario) {
     std::fflush(nullptr);
     const pid_t child = fork();
@@ -2153,7 +2098,7 @@ void inChildWithCoreLimit(rlim_t soft, const std::function<void()>& scenario) {
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "the child's failures stand above";
 }
 
-/// In a child: puts `text` in place of the system's pattern, for this process alone. False where that is not allowed.
+// In a child: puts `text` in place of the system's pattern, for this process alone. False where that is not allowed.
 bool replaceCorePattern(const test::TemporaryDirectory& directory, const std::string& text) {
     const std::string file = directory.write("pattern", text);
     return unshare(CLONE_NEWNS) == 0 && mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
@@ -2184,8 +2129,6 @@ void expectCorePattern(const std::string& pattern, bool raises) {
         EXPECT_EQ(log.contains(Logger::LOG_NOTICE, "Enabling Core Dump...\n"), raises);
     });
 }
-
-} // namespace
 
 TEST(DebugMaybeEnableCoreDump, FollowsThePatternOfTheMachine) {
     const std::vector<Line> expected = expectedCoreLines();
@@ -2258,3 +2201,5 @@ TEST(DebugMaybeEnableCoreDump, ReportsALimitThatCannotBeRaised) {
         EXPECT_EQ(coreLimit().rlim_max, 0u);
     });
 }
+
+} // namespace

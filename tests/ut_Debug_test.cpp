@@ -28,9 +28,9 @@ namespace {
 using framework::Logger;
 using utility::Debug;
 
-const unsigned int SWITCHES = 8192;
+constexpr unsigned int switches = 8192;
 
-/// Every test begins and ends with all switches off.
+// Every test begins and ends with all switches off.
 class DebugTest : public testing::Test {
 protected:
     DebugTest() {
@@ -41,12 +41,12 @@ protected:
     }
 
     static void allOff() {
-        for (unsigned int n = 0; n < SWITCHES; ++n)
+        for (unsigned int n = 0; n < switches; ++n)
             Debug::setDebugOff(n);
     }
     static std::vector<unsigned int> switchesOn() {
         std::vector<unsigned int> on;
-        for (unsigned int n = 0; n < SWITCHES; ++n) {
+        for (unsigned int n = 0; n < switches; ++n) {
             if (Debug::isDebugOn(n))
                 on.push_back(n);
         }
@@ -94,7 +94,7 @@ TEST_F(DebugTest, UsageExample) {
 
 TEST(Debug, AllSwitchesAreOffAtTheStartOfAProcess) {
     const test::ChildResult child = test::runInChild([] {
-        for (unsigned int n = 0; n < SWITCHES; ++n) {
+        for (unsigned int n = 0; n < switches; ++n) {
             if (Debug::isDebugOn(n))
                 return 1;
         }
@@ -130,11 +130,11 @@ TEST_F(DebugTest, NumbersAboveTheLastAreOffAndChangeNothing) {
         EXPECT_FALSE(Debug::isDebugOn(n));
         EXPECT_EQ(switchesOn(), Numbers{}) << n;
     }
-    for (unsigned int n = 0; n < SWITCHES; ++n)
+    for (unsigned int n = 0; n < switches; ++n)
         Debug::setDebugOn(n);
     for (const unsigned int n : {8192u, 8193u, 16384u, 0x80000000u, 0xFFFFFFFFu})
         Debug::setDebugOff(n);
-    EXPECT_EQ(switchesOn().size(), SWITCHES);
+    EXPECT_EQ(switchesOn().size(), switches);
 }
 
 TEST_F(DebugTest, NamedSwitchIsTheOneOfItsToken) {
@@ -273,7 +273,7 @@ TEST_F(DebugTest, StatePassesOverNumbersWithoutAName) {
 
 TEST_F(DebugTest, StateOfAllSwitchesNamesAllThatHaveAName) {
     std::string expected;
-    for (unsigned int n = 0; n < SWITCHES; ++n) {
+    for (unsigned int n = 0; n < switches; ++n) {
         Debug::setDebugOn(n);
         const char* name = strings::StringRepository::toString(n);
         if (name != nullptr)

@@ -11,7 +11,7 @@ namespace {
 
 using utility::DotStarFormatter;
 
-const unsigned int BAD = 999;
+constexpr unsigned int bad = 999;
 
 struct Split {
     bool taken;
@@ -30,7 +30,7 @@ void PrintTo(const Split& split, std::ostream* out) {
 // The parts of `text`; the name is "untouched" if it was not written.
 Split split(const char* text) {
     char name[200001] = "untouched";
-    unsigned int level = BAD;
+    unsigned int level = bad;
     const bool taken = DotStarFormatter::getLevelAndName(text, name, sizeof name - 1, level);
     return {taken, name, level};
 }
@@ -39,7 +39,7 @@ Split taken(const char* name, unsigned int level) {
     return {true, name, level};
 }
 
-const Split REFUSED = {false, "untouched", 0};
+const Split refused = {false, "untouched", 0};
 
 TEST(DotStarFormatter, UsageExample) {
     char name[32];
@@ -62,11 +62,11 @@ TEST(DotStarFormatter, NullOrEmptyTextIsAnEmptyName) {
 }
 
 TEST(DotStarFormatter, LeadingDotIsRefused) {
-    EXPECT_EQ(split("."), REFUSED);
-    EXPECT_EQ(split(".*"), REFUSED);
-    EXPECT_EQ(split(".*x"), REFUSED);
-    EXPECT_EQ(split(".host"), REFUSED);
-    EXPECT_EQ(split("..*"), REFUSED);
+    EXPECT_EQ(split("."), refused);
+    EXPECT_EQ(split(".*"), refused);
+    EXPECT_EQ(split(".*x"), refused);
+    EXPECT_EQ(split(".host"), refused);
+    EXPECT_EQ(split("..*"), refused);
 }
 
 TEST(DotStarFormatter, DotWithoutAStarBelongsToTheName) {
@@ -82,12 +82,12 @@ TEST(DotStarFormatter, DotWithoutAStarBelongsToTheName) {
 }
 
 TEST(DotStarFormatter, PairsAfterTheFirstMarkMustBeginWithADot) {
-    EXPECT_EQ(split("a.*x"), REFUSED);
-    EXPECT_EQ(split("a.*x.*"), REFUSED);
-    EXPECT_EQ(split("a.**"), REFUSED);
-    EXPECT_EQ(split("a.*.*x"), REFUSED);
-    EXPECT_EQ(split("a.*.xx"), REFUSED);
-    EXPECT_EQ(split("a.* "), REFUSED);
+    EXPECT_EQ(split("a.*x"), refused);
+    EXPECT_EQ(split("a.*x.*"), refused);
+    EXPECT_EQ(split("a.**"), refused);
+    EXPECT_EQ(split("a.*.*x"), refused);
+    EXPECT_EQ(split("a.*.xx"), refused);
+    EXPECT_EQ(split("a.* "), refused);
 }
 
 TEST(DotStarFormatter, PairThatIsNotAMarkIsIgnored) {
@@ -95,7 +95,7 @@ TEST(DotStarFormatter, PairThatIsNotAMarkIsIgnored) {
     EXPECT_EQ(split("a.*.x.*"), taken("a", 2));
     EXPECT_EQ(split("a.*.x.y.*.z"), taken("a", 2));
     EXPECT_EQ(split("a.*.."), taken("a", 1));
-    EXPECT_EQ(split("a.*..*"), REFUSED);
+    EXPECT_EQ(split("a.*..*"), refused);
 }
 
 TEST(DotStarFormatter, SingleDotAtTheEndIsIgnored) {
@@ -116,14 +116,14 @@ TEST(DotStarFormatter, AcceptsTextsOfAnyLength) {
     for (int i = 0; i < 50000; ++i)
         marks += ".*";
     EXPECT_EQ(split(marks.c_str()), taken("n", 50000));
-    EXPECT_EQ(split((marks + "x").c_str()), REFUSED);
+    EXPECT_EQ(split((marks + "x").c_str()), refused);
 }
 
 TEST(DotStarFormatter, LongNameIsTruncatedAndTerminatedAfterItsSize) {
     for (const char* text : {"12345", "12345.*"}) {
         for (unsigned int size = 0; size < 8; ++size) {
             test::GuardedText name(size + 1);
-            unsigned int level = BAD;
+            unsigned int level = bad;
             EXPECT_TRUE(DotStarFormatter::getLevelAndName(text, name.array(), size, level));
             EXPECT_EQ(name.text(), std::string("12345").substr(0, size));
             EXPECT_TRUE(name.isTerminated());
@@ -135,7 +135,7 @@ TEST(DotStarFormatter, LongNameIsTruncatedAndTerminatedAfterItsSize) {
 
 TEST(DotStarFormatter, ShortNameUsesOnlyItsOwnLength) {
     test::GuardedText name(6);
-    unsigned int level = BAD;
+    unsigned int level = bad;
     EXPECT_TRUE(DotStarFormatter::getLevelAndName("12345", name.array(), 6, level));
     EXPECT_EQ(name.text(), "12345");
     EXPECT_TRUE(name.isTerminated());
@@ -143,7 +143,7 @@ TEST(DotStarFormatter, ShortNameUsesOnlyItsOwnLength) {
 }
 
 TEST(DotStarFormatter, NullNameIsNotWritten) {
-    unsigned int level = BAD;
+    unsigned int level = bad;
     EXPECT_TRUE(DotStarFormatter::getLevelAndName("host.*.*", nullptr, 8, level));
     EXPECT_EQ(level, 2u);
     EXPECT_TRUE(DotStarFormatter::getLevelAndName(nullptr, nullptr, 0, level));
@@ -154,7 +154,7 @@ TEST(DotStarFormatter, NullNameIsNotWritten) {
 
 TEST(DotStarFormatter, TextCanBeSplitInPlace) {
     char text[] = "host.*.*";
-    unsigned int level = BAD;
+    unsigned int level = bad;
     EXPECT_TRUE(DotStarFormatter::getLevelAndName(text, text, 8, level));
     EXPECT_STREQ(text, "host");
     EXPECT_EQ(level, 2u);

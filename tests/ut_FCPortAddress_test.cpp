@@ -18,8 +18,8 @@ using utility::FCPortAddress;
 using utility::PortAddress;
 using utility::WWN;
 
-constexpr FCPortAddress::WWNType TYPE = FCPortAddress::WWN_TYPE_0;
-constexpr FCPortAddress::WWNType OTHER_TYPE = FCPortAddress::WWN_TYPE_1;
+constexpr FCPortAddress::WWNType type = FCPortAddress::WWN_TYPE_0;
+constexpr FCPortAddress::WWNType otherType = FCPortAddress::WWN_TYPE_1;
 
 static_assert(sizeof(FCPortAddress::WWNType) == 4, "stored as 32 bits");
 static_assert(sizeof(FCPortAddress) == (sizeof(void*) + 12 + sizeof(void*) - 1) / sizeof(void*) * sizeof(void*),
@@ -27,7 +27,7 @@ static_assert(sizeof(FCPortAddress) == (sizeof(void*) + 12 + sizeof(void*) - 1) 
 
 struct FCTraits {
     typedef FCPortAddress Address;
-    static constexpr PortAddress::PortType TYPE = PortAddress::PORT_FC;
+    static constexpr PortAddress::PortType type = PortAddress::PORT_FC;
     static Address example() {
         return FCPortAddress(FCPortAddress::WWN_TYPE_0, "500a09818d5f1234");
     }
@@ -47,9 +47,9 @@ TEST(FCPortAddress, UsageExample) {
 TEST(FCPortAddress, CanBeConstructedFromTextNameOrBytes) {
     WWN wwn("500a09818d5f1234");
     unsigned char bytes[] = {0x50, 0x0A, 0x09, 0x81, 0x8D, 0x5F, 0x12, 0x34};
-    const FCPortAddress fromText(TYPE, "500A09818D5F1234");
-    const FCPortAddress fromName(TYPE, wwn);
-    const FCPortAddress fromBytes(TYPE, bytes);
+    const FCPortAddress fromText(type, "500A09818D5F1234");
+    const FCPortAddress fromName(type, wwn);
+    const FCPortAddress fromBytes(type, bytes);
     EXPECT_EQ(textOf(fromText), "500a09818d5f1234");
     EXPECT_EQ(textOf(fromName), "500a09818d5f1234");
     EXPECT_EQ(textOf(fromBytes), "500a09818d5f1234");
@@ -57,40 +57,40 @@ TEST(FCPortAddress, CanBeConstructedFromTextNameOrBytes) {
     EXPECT_TRUE(fromName == fromBytes);
     EXPECT_EQ(fromText.getType(), PortAddress::PORT_FC);
     EXPECT_TRUE(fromText.getWWN() == wwn);
-    EXPECT_EQ(fromText.getWWNType(), TYPE);
+    EXPECT_EQ(fromText.getWWNType(), type);
 }
 
 TEST(FCPortAddress, IgnoresWhetherItsTextIsAName) {
-    EXPECT_EQ(textOf(FCPortAddress(TYPE, "no name")), "0000000000000000");
-    EXPECT_EQ(textOf(FCPortAddress(TYPE, "50x")), "5000000000000000");
-    EXPECT_EQ(textOf(FCPortAddress(TYPE, static_cast<const char*>(nullptr))), "0000000000000000");
+    EXPECT_EQ(textOf(FCPortAddress(type, "no name")), "0000000000000000");
+    EXPECT_EQ(textOf(FCPortAddress(type, "50x")), "5000000000000000");
+    EXPECT_EQ(textOf(FCPortAddress(type, static_cast<const char*>(nullptr))), "0000000000000000");
 }
 
 TEST(FCPortAddress, ParsesTextAsWWNDoes) {
-    FCPortAddress address(OTHER_TYPE, "500a09818d5f1234");
+    FCPortAddress address(otherType, "500a09818d5f1234");
     EXPECT_FALSE(address.fromString("6000"));
     EXPECT_EQ(textOf(address), "600009818d5f1234");
     EXPECT_TRUE(address.fromString("0123456789ABCDEFXYZ"));
     EXPECT_EQ(textOf(address), "0123456789abcdef");
     EXPECT_TRUE(address.fromString(nullptr));
     EXPECT_EQ(textOf(address), "0000000000000000");
-    EXPECT_EQ(address.getWWNType(), OTHER_TYPE);
+    EXPECT_EQ(address.getWWNType(), otherType);
 }
 
 TEST(FCPortAddress, EqualsByNameAndType) {
-    const FCPortAddress address(TYPE, "500a09818d5f1234");
-    EXPECT_TRUE(address == FCPortAddress(TYPE, "500A09818D5F1234"));
-    EXPECT_FALSE(address != FCPortAddress(TYPE, "500A09818D5F1234"));
-    EXPECT_FALSE(address == FCPortAddress(OTHER_TYPE, "500a09818d5f1234"));
-    EXPECT_TRUE(address != FCPortAddress(OTHER_TYPE, "500a09818d5f1234"));
-    EXPECT_FALSE(address == FCPortAddress(TYPE, "500a09818d5f1235"));
+    const FCPortAddress address(type, "500a09818d5f1234");
+    EXPECT_TRUE(address == FCPortAddress(type, "500A09818D5F1234"));
+    EXPECT_FALSE(address != FCPortAddress(type, "500A09818D5F1234"));
+    EXPECT_FALSE(address == FCPortAddress(otherType, "500a09818d5f1234"));
+    EXPECT_TRUE(address != FCPortAddress(otherType, "500a09818d5f1234"));
+    EXPECT_FALSE(address == FCPortAddress(type, "500a09818d5f1235"));
     const FCPortAddress far(static_cast<FCPortAddress::WWNType>(0xFFFFFFFF), "500a09818d5f1234");
     EXPECT_TRUE(far == FCPortAddress(far));
     EXPECT_FALSE(far == address);
 }
 
 TEST(FCPortAddress, ToBufferNeverOverrunsItsArray) {
-    const FCPortAddress address(TYPE, "500a09818d5f1234");
+    const FCPortAddress address(type, "500a09818d5f1234");
     for (unsigned int size = 0; size < 20; ++size) {
         test::GuardedText buf(size);
         EXPECT_EQ(address.toBuffer(buf.array(), size), buf.array());
@@ -101,7 +101,7 @@ TEST(FCPortAddress, ToBufferNeverOverrunsItsArray) {
 }
 
 TEST(FCPortAddress, ToPutStreamWritesTheDigitsTruncated) {
-    const FCPortAddress address(TYPE, "500a09818d5f1234");
+    const FCPortAddress address(type, "500a09818d5f1234");
     for (int capacity = 0; capacity < 20; ++capacity) {
         utility::BufferStream stream(capacity);
         address.toPutStream(stream);

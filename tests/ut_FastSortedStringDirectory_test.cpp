@@ -21,7 +21,7 @@ namespace {
 using utility::FastSortedStringDirectory;
 using Names = std::vector<std::string>;
 
-const char* const REALLOC = "static void* utility::Array::realloc(void*, unsigned int*, unsigned int, size_t)";
+constexpr const char* reallocName = "static void* utility::Array::realloc(void*, unsigned int*, unsigned int, size_t)";
 
 static_assert(!std::is_copy_constructible<FastSortedStringDirectory>::value, "directories are not copied");
 
@@ -199,7 +199,7 @@ TEST(FastSortedStringDirectory, AddReturnsMinusOneWithoutMemoryForTheCopyAndThro
     {
         FastSortedStringDirectory directory(2);
         fill(directory, {"a", "c"});
-        EXPECT_FAILURE(test::failNth(1, [&] { directory.Add("b"); }), 1230, "ut_Array", REALLOC, "");
+        EXPECT_FAILURE(test::failNth(1, [&] { directory.Add("b"); }), 1230, "ut_Array", reallocName, "");
         EXPECT_EQ(contentOf(directory), (Names{"a", "c"}));
         {
             test::FailingAllocation failing(2);
@@ -210,7 +210,7 @@ TEST(FastSortedStringDirectory, AddReturnsMinusOneWithoutMemoryForTheCopyAndThro
         EXPECT_EQ(directory.Find("c"), 1);
         EXPECT_EQ(directory.Add("b"), 1);
         EXPECT_EQ(directory.Find("c"), 2);
-        EXPECT_FAILURE(test::failNth(1, [&] { FastSortedStringDirectory(5); }), 1230, "ut_Array", REALLOC, "");
+        EXPECT_FAILURE(test::failNth(1, [&] { FastSortedStringDirectory(5); }), 1230, "ut_Array", reallocName, "");
     }
     EXPECT_EQ(framework::Memory::staticOutstanding(), before);
 }

@@ -25,8 +25,8 @@ namespace {
 using utility::FastStringDirectory;
 using Names = std::vector<std::string>;
 
-const char* const REALLOC = "static void* utility::Array::realloc(void*, unsigned int*, unsigned int, size_t)";
-const char* const FREE_SLOT = "(free)";
+constexpr const char* reallocName = "static void* utility::Array::realloc(void*, unsigned int*, unsigned int, size_t)";
+constexpr const char* freeSlot = "(free)";
 
 static_assert(!std::is_copy_constructible<FastStringDirectory>::value, "directories are not copied");
 
@@ -34,7 +34,7 @@ Names contentOf(FastStringDirectory& directory) {
     Names content;
     for (int slot = 0; slot < directory.NumElements(); ++slot) {
         const char* const text = directory.ElementAt(slot);
-        content.push_back(text ? text : FREE_SLOT);
+        content.push_back(text != nullptr ? text : freeSlot);
     }
     return content;
 }
@@ -108,7 +108,7 @@ TEST(FastStringDirectory, TheSlotFreedLastIsReusedFirst) {
     directory.Delete("c");
     directory.Delete("a");
     directory.Delete("d");
-    EXPECT_EQ(contentOf(directory), (Names{FREE_SLOT, "b", FREE_SLOT, FREE_SLOT}));
+    EXPECT_EQ(contentOf(directory), (Names{freeSlot, "b", freeSlot, freeSlot}));
     EXPECT_EQ(directory.NumElements(), 4);
     EXPECT_EQ(directory.Add("w"), 3);
     EXPECT_EQ(directory.Add("x"), 0);
@@ -131,14 +131,14 @@ TEST(FastStringDirectory, DeleteRemovesTheDuplicateAddedFirst) {
     FastStringDirectory directory(0);
     fill(directory, {"a", "b", "a", "a"});
     directory.Delete("a");
-    EXPECT_EQ(contentOf(directory), (Names{FREE_SLOT, "b", "a", "a"}));
+    EXPECT_EQ(contentOf(directory), (Names{freeSlot, "b", "a", "a"}));
     EXPECT_EQ(directory.Add("a"), 0);
     directory.Delete("a");
-    EXPECT_EQ(contentOf(directory), (Names{"a", "b", FREE_SLOT, "a"}));
+    EXPECT_EQ(contentOf(directory), (Names{"a", "b", freeSlot, "a"}));
     directory.Delete("a");
     directory.Delete("a");
     directory.Delete("a");
-    EXPECT_EQ(contentOf(directory), (Names{FREE_SLOT, "b", FREE_SLOT, FREE_SLOT}));
+    EXPECT_EQ(contentOf(directory), (Names{freeSlot, "b", freeSlot, freeSlot}));
     EXPECT_EQ(directory.Find("a"), -1);
 }
 
@@ -179,7 +179,7 @@ TEST(FastStringDirectory, ANullStringIsNeitherAddedNorFound) {
     directory.Delete(nullptr);
     directory.Delete("");
     EXPECT_EQ(directory.Add(nullptr), -1);
-    EXPECT_EQ(contentOf(directory), (Names{FREE_SLOT, "a"}));
+    EXPECT_EQ(contentOf(directory), (Names{freeSlot, "a"}));
 }
 
 TEST(FastStringDirectory, AnArgumentMayBeAStringOfTheDirectory) {
@@ -247,7 +247,7 @@ TEST(FastStringDirectory, WithoutMemoryAddReturnsMinusOneOrThrowsAndChangesNothi
     {
         FastStringDirectory directory(2);
         fill(directory, {"a", "c"});
-        EXPECT_FAILURE(test::failNth(1, [&] { directory.Add("b"); }), 1230, "ut_Array", REALLOC, "");
+        EXPECT_FAILURE(test::failNth(1, [&] { directory.Add("b"); }), 1230, "ut_Array", reallocName, "");
         EXPECT_EQ(contentOf(directory), (Names{"a", "c"}));
         {
             test::FailingAllocation failing(2);
@@ -255,7 +255,7 @@ TEST(FastStringDirectory, WithoutMemoryAddReturnsMinusOneOrThrowsAndChangesNothi
         }
         EXPECT_EQ(contentOf(directory), (Names{"a", "c"}));
         // By now the table of strings has grown and the table of slot numbers has not.
-        EXPECT_FAILURE(test::failNth(2, [&] { directory.Add("b"); }), 1230, "ut_Array", REALLOC, "");
+        EXPECT_FAILURE(test::failNth(2, [&] { directory.Add("b"); }), 1230, "ut_Array", reallocName, "");
         EXPECT_EQ(contentOf(directory), (Names{"a", "c"}));
         EXPECT_EQ(directory.Find("b"), -1);
         EXPECT_EQ(directory.Add("b"), 2);
@@ -276,7 +276,7 @@ TEST(FastStringDirectory, AFreeSlotStaysFreeWithoutMemory) {
             test::FailingAllocation failing(1);
             EXPECT_EQ(directory.Add("d"), -1);
         }
-        EXPECT_EQ(contentOf(directory), (Names{FREE_SLOT, FREE_SLOT, "c"}));
+        EXPECT_EQ(contentOf(directory), (Names{freeSlot, freeSlot, "c"}));
         EXPECT_EQ(directory.Find("d"), -1);
         EXPECT_EQ(directory.Add("d"), 1);
         EXPECT_EQ(directory.Add("e"), 0);
@@ -288,7 +288,7 @@ TEST(FastStringDirectory, AFreeSlotStaysFreeWithoutMemory) {
 TEST(FastStringDirectory, ConstructionThrowsWithoutMemory) {
     const long before = framework::Memory::staticOutstanding();
     for (const unsigned long nth : {1ul, 2ul}) {
-        EXPECT_FAILURE(test::failNth(nth, [&] { FastStringDirectory(5); }), 1230, "ut_Array", REALLOC, "");
+        EXPECT_FAILURE(test::failNth(nth, [&] { FastStringDirectory(5); }), 1230, "ut_Array", reallocName, "");
     }
     EXPECT_EQ(framework::Memory::staticOutstanding(), before);
 }
@@ -322,7 +322,7 @@ struct SlotModel {
         const auto first = byName.lower_bound(name);
         if (first == byName.end() || first->first != name)
             return;
-        slots[static_cast<std::size_t>(first->second)] = FREE_SLOT;
+        slots[static_cast<std::size_t>(first->second)] = freeSlot;
         free.push_back(first->second);
         byName.erase(first);
     }

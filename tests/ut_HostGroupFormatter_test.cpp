@@ -11,7 +11,7 @@ static_assert(utility::HOST_GROUP_LEVEL_0 == 0 && utility::HOST_GROUP_LEVEL_1 ==
 
 struct HostGroups {
     typedef utility::HostGroupLevel Level;
-    static constexpr unsigned int HIGHEST = 2;
+    static constexpr unsigned int highest = 2;
     static bool split(const char* text, char* name, unsigned int size, Level& level) {
         return utility::HostGroupFormatter::getHostLevelAndName(text, name, size, level);
     }

@@ -21,7 +21,7 @@ namespace {
 using test::textOf;
 using utility::IPV4Address;
 
-constexpr const char* PUT_F = "void utility::PutStream::PutF(const char*, ...)";
+constexpr const char* putFName = "void utility::PutStream::PutF(const char*, ...)";
 
 template<typename T, typename = void>
 struct IsOrdered : std::false_type {};
@@ -31,14 +31,14 @@ static_assert(!IsOrdered<IPV4Address>::value, "the bytes of a word in network or
 
 struct IPV4Traits {
     typedef IPV4Address Address;
-    static constexpr int FAMILY = AF_INET;
-    static constexpr unsigned int SIZE = 4;
-    static constexpr bool FAILURE_CLEARS = false;
-    static constexpr const char* EXAMPLE = "1.2.3.4";
-    static constexpr const char* OTHER = "9.8.7.6";
-    static constexpr const char* ZERO = "0.0.0.0";
-    static constexpr const char* CHARACTERS = "0123456789.0123456789. -xa\xFF";
-    static constexpr const char* INVALID[] = {"",          ".",         "1",          "1.2.3",      "1.2.3.",
+    static constexpr int family = AF_INET;
+    static constexpr unsigned int size = 4;
+    static constexpr bool failureClears = false;
+    static constexpr const char* example = "1.2.3.4";
+    static constexpr const char* other = "9.8.7.6";
+    static constexpr const char* zero = "0.0.0.0";
+    static constexpr const char* characters = "0123456789.0123456789. -xa\xFF";
+    static constexpr const char* invalid[] = {"",          ".",         "1",          "1.2.3",      "1.2.3.",
                                               "1.2.3.4.",  "1.2.3.4.5", "1.2.3.256",  "256.2.3.4",  "-1.2.3.4",
                                               "1.2.3.-4",  " 1.2.3.4",  "1.2.3.4 ",   "1,2,3,4",    "1:2:3:4",
                                               "0x1.2.3.4", "1.2.3.a",   "1..3.4",     "::1.2.3.4",  "1.2.3.4/24",
@@ -123,7 +123,7 @@ TEST(IPV4Address, ToBufferThrowsIfTheTextDoesNotFitAndKeepsTheBeginning) {
     const IPV4Address address("10.0.0.1");
     for (unsigned int size = 1; size < 9; ++size) {
         test::GuardedText buf(size);
-        EXPECT_FAILURE(address.toBuffer(buf.array(), size), 1239, "ut_PutStream", PUT_F,
+        EXPECT_FAILURE(address.toBuffer(buf.array(), size), 1239, "ut_PutStream", putFName,
                        "Didn't fit. wrote=8 remaining=" + std::to_string(size - 1) + " msg='%d.%d.%d.%d'");
         EXPECT_EQ(buf.text(), std::string("10.0.0.1").substr(0, size - 1));
         EXPECT_TRUE(buf.isTerminated());
@@ -135,10 +135,10 @@ TEST(IPV4Address, ToBufferThrowsIfTheBufferIsNull) {
     const IPV4Address address("10.0.0.1");
     const char* const message = "Didn't fit. wrote=8 remaining=0 msg='%d.%d.%d.%d'";
     test::GuardedText none(0);
-    EXPECT_FAILURE(address.toBuffer(none.array(), 0), 1239, "ut_PutStream", PUT_F, message);
-    EXPECT_FAILURE(address.toBuffer(none.array(), UINT_MAX), 1239, "ut_PutStream", PUT_F, message);
+    EXPECT_FAILURE(address.toBuffer(none.array(), 0), 1239, "ut_PutStream", putFName, message);
+    EXPECT_FAILURE(address.toBuffer(none.array(), UINT_MAX), 1239, "ut_PutStream", putFName, message);
     EXPECT_TRUE(none.isUntouched());
-    EXPECT_FAILURE(address.toBuffer(nullptr, 0), 1239, "ut_PutStream", PUT_F, message);
+    EXPECT_FAILURE(address.toBuffer(nullptr, 0), 1239, "ut_PutStream", putFName, message);
 }
 
 } // namespace

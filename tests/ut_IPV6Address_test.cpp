@@ -38,19 +38,19 @@ namespace {
 using test::textOf;
 using utility::IPV6Address;
 
-constexpr const char* WRITE_ADVANCE = "virtual void utility::Buffer::WriteAdvance(int)";
-constexpr const char* LONGEST = "1111:2222:3333:4444:5555:6666:7777:8888";
+constexpr const char* writeAdvanceName = "virtual void utility::Buffer::WriteAdvance(int)";
+constexpr const char* longest = "1111:2222:3333:4444:5555:6666:7777:8888";
 
 struct IPV6Traits {
     typedef IPV6Address Address;
-    static constexpr int FAMILY = AF_INET6;
-    static constexpr unsigned int SIZE = 16;
-    static constexpr bool FAILURE_CLEARS = true;
-    static constexpr const char* EXAMPLE = "fe80::1";
-    static constexpr const char* OTHER = "2001:db8:3:4:5:6:7:fffe";
-    static constexpr const char* ZERO = "::";
-    static constexpr const char* CHARACTERS = "0123456789abcdefABCDEF::::.g \xFF";
-    static constexpr const char* INVALID[] = {"",
+    static constexpr int family = AF_INET6;
+    static constexpr unsigned int size = 16;
+    static constexpr bool failureClears = true;
+    static constexpr const char* example = "fe80::1";
+    static constexpr const char* other = "2001:db8:3:4:5:6:7:fffe";
+    static constexpr const char* zero = "::";
+    static constexpr const char* characters = "0123456789abcdefABCDEF::::.g \xFF";
+    static constexpr const char* invalid[] = {"",
                                               ":",
                                               ":::",
                                               "1",
@@ -113,7 +113,7 @@ TEST(IPV6Address, GetHexChunkReturnsGroupsInNetworkOrder) {
 }
 
 TEST(IPV6Address, GetHexChunkIsZeroOutOfRange) {
-    IPV6Address addresses[] = {IPV6Address(LONGEST), IPV6Address(LONGEST)};
+    IPV6Address addresses[] = {IPV6Address(longest), IPV6Address(longest)};
     EXPECT_EQ(addresses[0].getHexChunk(8), 0);
     EXPECT_EQ(addresses[0].getHexChunk(15), 0);
     EXPECT_EQ(addresses[0].getHexChunk(255), 0);
@@ -161,7 +161,7 @@ TEST(IPV6Address, PassesUpperCaseToThePlatform) {
 }
 
 TEST(IPV6Address, AnInvalidTextConstructsTheUnspecifiedAddress) {
-    for (const char* invalid : IPV6Traits::INVALID)
+    for (const char* invalid : IPV6Traits::invalid)
         EXPECT_TRUE(IPV6Address(invalid).isZero()) << invalid;
 }
 
@@ -202,7 +202,7 @@ TEST(IPV6Address, FormatsTheShortFormOfThePlatform) {
     EXPECT_EQ(textOf(IPV6Address("0001:0000:0000:0002:0000:0000:0000:0003")), "1:0:0:2::3");
     EXPECT_EQ(textOf(IPV6Address("::FFFF:1.2.3.4")), "::ffff:1.2.3.4");
     EXPECT_EQ(textOf(IPV6Address("::1.2.3.4")), "::1.2.3.4");
-    EXPECT_EQ(textOf(IPV6Address(LONGEST)), LONGEST);
+    EXPECT_EQ(textOf(IPV6Address(longest)), longest);
 }
 
 TEST(IPV6Address, IsV4OnlyInTheCompatibleForm) {
@@ -245,7 +245,7 @@ TEST(IPV6Address, ComparesAsANumberOf128Bits) {
 }
 
 TEST(IPV6Address, OrderComparesEveryByte) {
-    const IPV6Address address(LONGEST);
+    const IPV6Address address(longest);
     for (unsigned int i = 0; i < 16; ++i) {
         unsigned char bytes[16];
         std::memcpy(bytes, &address, sizeof bytes);
@@ -288,8 +288,8 @@ TEST(IPV6Address, ToBufferNeedsOneByteAfterTheTerminator) {
         EXPECT_TRUE(buf.isGuardWhole());
     }
     test::GuardedText whole(41);
-    IPV6Address(LONGEST).toBuffer(whole.array(), whole.size());
-    EXPECT_EQ(whole.text(), LONGEST);
+    IPV6Address(longest).toBuffer(whole.array(), whole.size());
+    EXPECT_EQ(whole.text(), longest);
 }
 
 TEST(IPV6Address, ToBufferWritesTheEmptyTextIfTheTextDoesNotFit) {
@@ -301,7 +301,7 @@ TEST(IPV6Address, ToBufferWritesTheEmptyTextIfTheTextDoesNotFit) {
         EXPECT_TRUE(buf.isGuardWhole());
     }
     test::GuardedText tight(40);
-    IPV6Address(LONGEST).toBuffer(tight.array(), tight.size());
+    IPV6Address(longest).toBuffer(tight.array(), tight.size());
     EXPECT_EQ(tight.text(), "");
 }
 
@@ -329,7 +329,7 @@ TEST(IPV6Address, ToPutStreamAdvancesPastTheExistingTextIfItsOwnDoesNotFit) {
     utility::BufferStream stream(array, sizeof array, false);
     stream.PutS("ip=");
     std::strcpy(array + 3, "old");
-    IPV6Address(LONGEST).toPutStream(stream);
+    IPV6Address(longest).toPutStream(stream);
     EXPECT_EQ(stream.WritePosition(), 6);
     EXPECT_STREQ(array, "ip=old");
 }
@@ -338,7 +338,7 @@ TEST(IPV6Address, ToPutStreamNeverAdvancesPastTheStorage) {
     char array[] = "0123456789";
     utility::PutStream stream(array, 6);
     std::memset(array, 'x', 10);
-    IPV6Address(LONGEST).toPutStream(stream);
+    IPV6Address(longest).toPutStream(stream);
     EXPECT_EQ(stream.WritePosition(), 5);
     EXPECT_STREQ(array, "xxxxxxxxxx");
 }
@@ -372,7 +372,7 @@ TEST(IPV6Address, ToPutStreamIgnoresSpaceReportedPastTheStorage) {
     for (const int remaining : {INT_MIN, -1, 0, 100, INT_MAX}) {
         test::GuardedText buf(8);
         Boaster stream(buf.array(), 8, remaining);
-        IPV6Address(LONGEST).toPutStream(stream);
+        IPV6Address(longest).toPutStream(stream);
         // The stream reserves the last byte of the array for its own terminator.
         IPV6Address("fe80::1").toPutStream(stream);
         EXPECT_EQ(stream.WritePosition(), 0) << remaining;
@@ -385,7 +385,7 @@ TEST(IPV6Address, ToPutStreamPastTheEndOfAStreamFailsAsTheStreamDoes) {
     test::GuardedText buf(8);
     utility::BufferStream stream(buf.array(), 8, false);
     CATCH_FAILURE(stream.WriteAdvance(20));
-    EXPECT_FAILURE(IPV6Address("::").toPutStream(stream), 1239, "ut_Buffer", WRITE_ADVANCE, "");
+    EXPECT_FAILURE(IPV6Address("::").toPutStream(stream), 1239, "ut_Buffer", writeAdvanceName, "");
     EXPECT_EQ(stream.WritePosition(), 20);
     CATCH_FAILURE(stream.WriteAdvance(-40));
     EXPECT_EQ(stream.WritePosition(), -20);

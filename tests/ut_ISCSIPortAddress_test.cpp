@@ -28,7 +28,7 @@ static_assert(sizeof(ISCSIPortAddress) ==
 
 struct ISCSITraits {
     typedef ISCSIPortAddress Address;
-    static constexpr PortAddress::PortType TYPE = PortAddress::PORT_ISCSI;
+    static constexpr PortAddress::PortType type = PortAddress::PORT_ISCSI;
     static Address example() {
         IPV4Address ip("10.1.2.3");
         return ISCSIPortAddress(ip, 3260, "tgt1");
@@ -45,8 +45,8 @@ struct ISCSITraits {
 
 class ISCSIPortAddressTest : public testing::Test {
 protected:
-    IPV4Address v4 = IPV4Address("10.1.2.3");
-    IPV6Address v6 = IPV6Address("fe80::1");
+    IPV4Address m_v4 = IPV4Address("10.1.2.3");
+    IPV6Address m_v6 = IPV6Address("fe80::1");
 };
 
 TEST_F(ISCSIPortAddressTest, UsageExample) {
@@ -58,76 +58,76 @@ TEST_F(ISCSIPortAddressTest, UsageExample) {
 }
 
 TEST_F(ISCSIPortAddressTest, StoresOneKindOfAddressAndLeavesTheOtherZero) {
-    const ISCSIPortAddress first(v4, 3260, "tgt1");
+    const ISCSIPortAddress first(m_v4, 3260, "tgt1");
     EXPECT_EQ(first.getType(), PortAddress::PORT_ISCSI);
     EXPECT_EQ(first.getIPType(), ISCSIPortAddress::IP_V4);
-    EXPECT_TRUE(first.getIPV4() == v4);
+    EXPECT_TRUE(first.getIPV4() == m_v4);
     EXPECT_TRUE(first.getIPV6().isZero());
     EXPECT_EQ(first.getPort(), 3260u);
     EXPECT_STREQ(first.getName(), "tgt1");
-    const ISCSIPortAddress second(v6, 0xFFFFFFFF, "tgt2");
+    const ISCSIPortAddress second(m_v6, 0xFFFFFFFF, "tgt2");
     EXPECT_EQ(second.getType(), PortAddress::PORT_ISCSI);
     EXPECT_EQ(second.getIPType(), ISCSIPortAddress::IP_V6);
     EXPECT_TRUE(second.getIPV4().isZero());
-    EXPECT_TRUE(second.getIPV6() == v6);
+    EXPECT_TRUE(second.getIPV6() == m_v6);
     EXPECT_EQ(second.getPort(), 0xFFFFFFFFu);
     EXPECT_STREQ(second.getName(), "tgt2");
 }
 
 TEST_F(ISCSIPortAddressTest, FormatsAddressPortAndName) {
-    EXPECT_EQ(textOf(ISCSIPortAddress(v4, 3260, "tgt1")), "10.1.2.3:3260[tgt1]");
-    EXPECT_EQ(textOf(ISCSIPortAddress(v4, 0, "tgt1")), "10.1.2.3[tgt1]");
-    EXPECT_EQ(textOf(ISCSIPortAddress(v4, 3260, "")), "10.1.2.3:3260");
-    EXPECT_EQ(textOf(ISCSIPortAddress(v4, 0, "")), "10.1.2.3");
-    EXPECT_EQ(textOf(ISCSIPortAddress(v4, 0, nullptr)), "10.1.2.3");
-    EXPECT_EQ(textOf(ISCSIPortAddress(v6, 0, "host")), "fe80::1[host]");
-    EXPECT_EQ(textOf(ISCSIPortAddress(v6, 3260, nullptr)), "fe80::1:3260");
+    EXPECT_EQ(textOf(ISCSIPortAddress(m_v4, 3260, "tgt1")), "10.1.2.3:3260[tgt1]");
+    EXPECT_EQ(textOf(ISCSIPortAddress(m_v4, 0, "tgt1")), "10.1.2.3[tgt1]");
+    EXPECT_EQ(textOf(ISCSIPortAddress(m_v4, 3260, "")), "10.1.2.3:3260");
+    EXPECT_EQ(textOf(ISCSIPortAddress(m_v4, 0, "")), "10.1.2.3");
+    EXPECT_EQ(textOf(ISCSIPortAddress(m_v4, 0, nullptr)), "10.1.2.3");
+    EXPECT_EQ(textOf(ISCSIPortAddress(m_v6, 0, "host")), "fe80::1[host]");
+    EXPECT_EQ(textOf(ISCSIPortAddress(m_v6, 3260, nullptr)), "fe80::1:3260");
 }
 
 TEST_F(ISCSIPortAddressTest, FormatsPortsAsSignedNumbers) {
-    EXPECT_EQ(textOf(ISCSIPortAddress(v4, 65535, nullptr)), "10.1.2.3:65535");
-    EXPECT_EQ(textOf(ISCSIPortAddress(v4, INT_MAX, nullptr)), "10.1.2.3:2147483647");
-    EXPECT_EQ(textOf(ISCSIPortAddress(v4, 0x80000000u, nullptr)), "10.1.2.3:-2147483648");
-    EXPECT_EQ(textOf(ISCSIPortAddress(v4, UINT_MAX, nullptr)), "10.1.2.3:-1");
+    EXPECT_EQ(textOf(ISCSIPortAddress(m_v4, 65535, nullptr)), "10.1.2.3:65535");
+    EXPECT_EQ(textOf(ISCSIPortAddress(m_v4, INT_MAX, nullptr)), "10.1.2.3:2147483647");
+    EXPECT_EQ(textOf(ISCSIPortAddress(m_v4, 0x80000000u, nullptr)), "10.1.2.3:-2147483648");
+    EXPECT_EQ(textOf(ISCSIPortAddress(m_v4, UINT_MAX, nullptr)), "10.1.2.3:-1");
 }
 
 TEST_F(ISCSIPortAddressTest, KeepsUpTo223CharactersOfAName) {
     for (const size_t length : {222u, 223u, 224u, 225u, 300u, 100000u}) {
         const std::string name(length, 'n');
-        EXPECT_EQ(ISCSIPortAddress(v4, 1, name.c_str()).getName(), name.substr(0, 223)) << length;
-        EXPECT_EQ(ISCSIPortAddress(v6, 1, name.c_str()).getName(), name.substr(0, 223)) << length;
+        EXPECT_EQ(ISCSIPortAddress(m_v4, 1, name.c_str()).getName(), name.substr(0, 223)) << length;
+        EXPECT_EQ(ISCSIPortAddress(m_v6, 1, name.c_str()).getName(), name.substr(0, 223)) << length;
     }
 }
 
 TEST_F(ISCSIPortAddressTest, CopiesItsName) {
     char name[] = "iqn.a\xC3\xA9\x01";
-    const ISCSIPortAddress address(v4, 1, name);
+    const ISCSIPortAddress address(m_v4, 1, name);
     name[0] = 'X';
     EXPECT_STREQ(address.getName(), "iqn.a\xC3\xA9\x01");
 }
 
 TEST_F(ISCSIPortAddressTest, AssignmentReplacesTheKindOfAddress) {
-    ISCSIPortAddress assigned(v4, 1, "x");
-    assigned = ISCSIPortAddress(v6, 3260, "tgt1");
+    ISCSIPortAddress assigned(m_v4, 1, "x");
+    assigned = ISCSIPortAddress(m_v6, 3260, "tgt1");
     EXPECT_EQ(assigned.getIPType(), ISCSIPortAddress::IP_V6);
     EXPECT_TRUE(assigned.getIPV4().isZero());
-    EXPECT_TRUE(assigned.getIPV6() == v6);
+    EXPECT_TRUE(assigned.getIPV6() == m_v6);
 }
 
 TEST_F(ISCSIPortAddressTest, EqualsByKindAddressPortAndName) {
-    const ISCSIPortAddress address(v4, 3260, "tgt1");
+    const ISCSIPortAddress address(m_v4, 3260, "tgt1");
     IPV4Address otherV4("10.1.2.4");
     IPV6Address otherV6("fe80::2");
-    EXPECT_TRUE(address == ISCSIPortAddress(v4, 3260, "tgt1"));
-    EXPECT_FALSE(address != ISCSIPortAddress(v4, 3260, "tgt1"));
+    EXPECT_TRUE(address == ISCSIPortAddress(m_v4, 3260, "tgt1"));
+    EXPECT_FALSE(address != ISCSIPortAddress(m_v4, 3260, "tgt1"));
     EXPECT_FALSE(address == ISCSIPortAddress(otherV4, 3260, "tgt1"));
-    EXPECT_FALSE(address == ISCSIPortAddress(v4, 3261, "tgt1"));
-    EXPECT_FALSE(address == ISCSIPortAddress(v4, 3260, "TGT1"));
-    EXPECT_FALSE(address == ISCSIPortAddress(v4, 3260, "tgt"));
-    EXPECT_FALSE(address == ISCSIPortAddress(v4, 3260, nullptr));
-    EXPECT_FALSE(address == ISCSIPortAddress(v6, 3260, "tgt1"));
-    EXPECT_TRUE(ISCSIPortAddress(v6, 1, "") == ISCSIPortAddress(v6, 1, nullptr));
-    EXPECT_FALSE(ISCSIPortAddress(v6, 1, "") == ISCSIPortAddress(otherV6, 1, ""));
+    EXPECT_FALSE(address == ISCSIPortAddress(m_v4, 3261, "tgt1"));
+    EXPECT_FALSE(address == ISCSIPortAddress(m_v4, 3260, "TGT1"));
+    EXPECT_FALSE(address == ISCSIPortAddress(m_v4, 3260, "tgt"));
+    EXPECT_FALSE(address == ISCSIPortAddress(m_v4, 3260, nullptr));
+    EXPECT_FALSE(address == ISCSIPortAddress(m_v6, 3260, "tgt1"));
+    EXPECT_TRUE(ISCSIPortAddress(m_v6, 1, "") == ISCSIPortAddress(m_v6, 1, nullptr));
+    EXPECT_FALSE(ISCSIPortAddress(m_v6, 1, "") == ISCSIPortAddress(otherV6, 1, ""));
     IPV4Address zero4;
     IPV6Address zero6;
     EXPECT_FALSE(ISCSIPortAddress(zero4, 0, "") == ISCSIPortAddress(zero6, 0, ""));
@@ -135,11 +135,11 @@ TEST_F(ISCSIPortAddressTest, EqualsByKindAddressPortAndName) {
 
 TEST_F(ISCSIPortAddressTest, NamesAreComparedAfterTruncation) {
     const std::string name(223, 'n');
-    EXPECT_TRUE(ISCSIPortAddress(v4, 1, (name + "a").c_str()) == ISCSIPortAddress(v4, 1, (name + "b").c_str()));
+    EXPECT_TRUE(ISCSIPortAddress(m_v4, 1, (name + "a").c_str()) == ISCSIPortAddress(m_v4, 1, (name + "b").c_str()));
 }
 
 TEST_F(ISCSIPortAddressTest, ParsingIsNotSupported) {
-    ISCSIPortAddress address(v4, 3260, "tgt1");
+    ISCSIPortAddress address(m_v4, 3260, "tgt1");
     const test::LogCapture log;
     EXPECT_FALSE(address.fromString("10.9.9.9:1[x]"));
     EXPECT_FALSE(address.fromString(nullptr));
@@ -148,7 +148,7 @@ TEST_F(ISCSIPortAddressTest, ParsingIsNotSupported) {
 }
 
 TEST_F(ISCSIPortAddressTest, ToBufferWritesATextThatFitsExactly) {
-    const ISCSIPortAddress address(v4, 3260, "tgt1");
+    const ISCSIPortAddress address(m_v4, 3260, "tgt1");
     const test::LogCapture log;
     for (const unsigned int size : {20u, 21u, 1000u}) {
         test::GuardedText buf(size);
@@ -161,7 +161,7 @@ TEST_F(ISCSIPortAddressTest, ToBufferWritesATextThatFitsExactly) {
 }
 
 TEST_F(ISCSIPortAddressTest, ToBufferTruncatesAndLogsATextThatDoesNotFit) {
-    const ISCSIPortAddress address(v4, 3260, "tgt1");
+    const ISCSIPortAddress address(m_v4, 3260, "tgt1");
     for (unsigned int size = 1; size < 20; ++size) {
         const test::LogCapture log;
         test::GuardedText buf(size);
@@ -178,7 +178,7 @@ TEST_F(ISCSIPortAddressTest, ToBufferTruncatesAndLogsATextThatDoesNotFit) {
 }
 
 TEST_F(ISCSIPortAddressTest, IPV6AddressThatDoesNotFitIsOmitted) {
-    const ISCSIPortAddress address(v6, 3260, "h");
+    const ISCSIPortAddress address(m_v6, 3260, "h");
     test::GuardedText tight(8);
     const test::LogCapture log;
     address.toBuffer(tight.array(), tight.size());
@@ -191,7 +191,7 @@ TEST_F(ISCSIPortAddressTest, IPV6AddressThatDoesNotFitIsOmitted) {
 }
 
 TEST_F(ISCSIPortAddressTest, NameIsTruncatedAtACompleteCharacter) {
-    const ISCSIPortAddress address(v4, 0, "a\xC3\xA9\xC3\xA9");
+    const ISCSIPortAddress address(m_v4, 0, "a\xC3\xA9\xC3\xA9");
     const test::LogCapture log;
     test::GuardedText buf(13);
     address.toBuffer(buf.array(), buf.size());
@@ -204,7 +204,7 @@ TEST_F(ISCSIPortAddressTest, NameIsTruncatedAtACompleteCharacter) {
 TEST_F(ISCSIPortAddressTest, ToBufferIgnoresANullBuffer) {
     const test::LogCapture log;
     test::GuardedText none(0);
-    for (const ISCSIPortAddress& address : {ISCSIPortAddress(v4, 1, "x"), ISCSIPortAddress(v6, 1, "x")}) {
+    for (const ISCSIPortAddress& address : {ISCSIPortAddress(m_v4, 1, "x"), ISCSIPortAddress(m_v6, 1, "x")}) {
         EXPECT_EQ(address.toBuffer(none.array(), 0), none.array());
         EXPECT_EQ(address.toBuffer(none.array(), UINT_MAX), none.array());
         EXPECT_EQ(address.toBuffer(nullptr, 0), nullptr);
@@ -213,7 +213,7 @@ TEST_F(ISCSIPortAddressTest, ToBufferIgnoresANullBuffer) {
 }
 
 TEST_F(ISCSIPortAddressTest, ToPutStreamReservesAByteForTheTerminator) {
-    const ISCSIPortAddress address(v4, 3260, "tgt1");
+    const ISCSIPortAddress address(m_v4, 3260, "tgt1");
     const test::LogCapture log;
     utility::BufferStream spare(20);
     address.toPutStream(spare);

@@ -22,7 +22,7 @@ namespace {
 
 using utility::ItemDirectory;
 
-const char* const REALLOC = "static void* utility::Array::realloc(void*, unsigned int*, unsigned int, size_t)";
+constexpr const char* reallocName = "static void* utility::Array::realloc(void*, unsigned int*, unsigned int, size_t)";
 
 static_assert(!std::is_copy_constructible<ItemDirectory>::value, "directories are not copied");
 static_assert(!std::is_copy_assignable<ItemDirectory>::value, "directories are not copied");
@@ -324,9 +324,9 @@ TEST(ItemDirectory, ATableThatCannotGrowThrowsAndChangesNothing) {
     {
         ItemDirectory directory(1);
         directory.add(&b);
-        EXPECT_FAILURE(test::failNth(1, [&] { directory.add(&a); }), 1230, "ut_Array", REALLOC, "");
+        EXPECT_FAILURE(test::failNth(1, [&] { directory.add(&a); }), 1230, "ut_Array", reallocName, "");
         EXPECT_EQ(sortedOf(directory), Items{&b});
-        EXPECT_FAILURE(test::failNth(2, [&] { directory.add(&a); }), 1230, "ut_Array", REALLOC, "");
+        EXPECT_FAILURE(test::failNth(2, [&] { directory.add(&a); }), 1230, "ut_Array", reallocName, "");
         EXPECT_EQ(sortedOf(directory), Items{&b});
         {
             // The allocation of the exception fails too.
@@ -339,7 +339,7 @@ TEST(ItemDirectory, ATableThatCannotGrowThrowsAndChangesNothing) {
         EXPECT_EQ(directory.add(&a), 1);
         EXPECT_EQ(sortedOf(directory), (Items{&a, &b}));
         for (const unsigned long nth : {1ul, 2ul}) {
-            EXPECT_FAILURE(test::failNth(nth, [&] { ItemDirectory(5); }), 1230, "ut_Array", REALLOC, "");
+            EXPECT_FAILURE(test::failNth(nth, [&] { ItemDirectory(5); }), 1230, "ut_Array", reallocName, "");
         }
     }
     EXPECT_EQ(framework::Memory::staticOutstanding(), before);

@@ -31,15 +31,15 @@ std::vector<int> walk(ListIterator& iterator) {
 class ListIteratorTest : public testing::Test {
 protected:
     ListIteratorTest() {
-        for (ListNumber* element : {&a, &b, &c})
-            list.addLast(element);
+        for (ListNumber* element : {&m_a, &m_b, &m_c})
+            m_list.addLast(element);
     }
 
-    ListNumber a{1};
-    ListNumber b{2};
-    ListNumber c{3};
-    ListNumber d{4};
-    List list;
+    ListNumber m_a{1};
+    ListNumber m_b{2};
+    ListNumber m_c{3};
+    ListNumber m_d{4};
+    List m_list;
 };
 
 TEST_F(ListIteratorTest, UsageExample) {
@@ -48,27 +48,27 @@ TEST_F(ListIteratorTest, UsageExample) {
         shown.push_back(&element);
     };
 
-    utility::ListIterator walk(list, utility::LAST_TO_FIRST);
+    utility::ListIterator walk(m_list, utility::LAST_TO_FIRST);
     while (utility::ListContainable* element = walk.next())
         show(*element);
 
-    EXPECT_EQ(shown, (std::vector<const utility::ListContainable*>{&c, &b, &a}));
+    EXPECT_EQ(shown, (std::vector<const utility::ListContainable*>{&m_c, &m_b, &m_a}));
 }
 
 TEST_F(ListIteratorTest, OrderZeroStartsAtTheFirstElement) {
-    ListIterator iterator(list, static_cast<SortOrder>(0));
+    ListIterator iterator(m_list, static_cast<SortOrder>(0));
     EXPECT_EQ(walk(iterator), (std::vector<int>{1, 2, 3}));
 }
 
 TEST_F(ListIteratorTest, EveryOtherOrderStartsAtTheLastElement) {
     for (const int order : {1, 2, -1, 7, 2147483647}) {
-        ListIterator iterator(list, static_cast<SortOrder>(order));
+        ListIterator iterator(m_list, static_cast<SortOrder>(order));
         EXPECT_EQ(walk(iterator), (std::vector<int>{3, 2, 1})) << order;
     }
 }
 
 TEST_F(ListIteratorTest, NextStaysNullAtTheEnd) {
-    ListIterator iterator(list, utility::FIRST_TO_LAST);
+    ListIterator iterator(m_list, utility::FIRST_TO_LAST);
     walk(iterator);
     EXPECT_EQ(iterator.next(), nullptr);
     EXPECT_EQ(iterator.next(), nullptr);
@@ -83,32 +83,32 @@ TEST_F(ListIteratorTest, NextReturnsNullForAnEmptyList) {
 }
 
 TEST_F(ListIteratorTest, IteratesOverUncountedElementsToo) {
-    list.add(1, &d);
-    ASSERT_EQ(list.count(), 3);
-    ListIterator forward(list, utility::FIRST_TO_LAST);
-    ListIterator backward(list, utility::LAST_TO_FIRST);
+    m_list.add(1, &m_d);
+    ASSERT_EQ(m_list.count(), 3);
+    ListIterator forward(m_list, utility::FIRST_TO_LAST);
+    ListIterator backward(m_list, utility::LAST_TO_FIRST);
     EXPECT_EQ(walk(forward), (std::vector<int>{1, 4, 2, 3}));
     EXPECT_EQ(walk(backward), (std::vector<int>{3, 2, 4, 1}));
 }
 
 TEST_F(ListIteratorTest, TheCallerDeletesAnIteratorReturnedByAList) {
     for (const SortOrder order : {utility::FIRST_TO_LAST, utility::LAST_TO_FIRST}) {
-        const std::unique_ptr<ListIterator> iterator(list.iterator(order));
+        const std::unique_ptr<ListIterator> iterator(m_list.iterator(order));
         ASSERT_NE(iterator, nullptr);
         EXPECT_EQ(walk(*iterator).front(), order == utility::FIRST_TO_LAST ? 1 : 3);
     }
-    list.addLast(&d);
-    EXPECT_EQ(list.count(), 4);
+    m_list.addLast(&m_d);
+    EXPECT_EQ(m_list.count(), 4);
 }
 
 TEST_F(ListIteratorTest, OtherThreadsCanRead) {
-    ListIterator iterator(list, utility::FIRST_TO_LAST);
+    ListIterator iterator(m_list, utility::FIRST_TO_LAST);
     std::thread reader([this] {
-        EXPECT_EQ(list.getFirst(), &a);
-        EXPECT_EQ(list.getLast(), &c);
-        EXPECT_EQ(list.indexOf(&b), 1);
-        EXPECT_EQ(list.count(), 3);
-        ListIterator other(list, utility::LAST_TO_FIRST);
+        EXPECT_EQ(m_list.getFirst(), &m_a);
+        EXPECT_EQ(m_list.getLast(), &m_c);
+        EXPECT_EQ(m_list.indexOf(&m_b), 1);
+        EXPECT_EQ(m_list.count(), 3);
+        ListIterator other(m_list, utility::LAST_TO_FIRST);
         EXPECT_EQ(walk(other), (std::vector<int>{3, 2, 1}));
     });
     reader.join();
@@ -116,11 +116,11 @@ TEST_F(ListIteratorTest, OtherThreadsCanRead) {
 }
 
 TEST_F(ListIteratorTest, WritersWaitUntilTheIteratorIsDestroyed) {
-    auto iterator = std::make_unique<ListIterator>(list, utility::FIRST_TO_LAST);
+    auto iterator = std::make_unique<ListIterator>(m_list, utility::FIRST_TO_LAST);
     std::vector<std::future<void>> writers;
-    writers.push_back(std::async(std::launch::async, [this] { list.addLast(&d); }));
-    writers.push_back(std::async(std::launch::async, [this] { list.remove(&b); }));
-    writers.push_back(std::async(std::launch::async, [this] { list.removeFirst(true); }));
+    writers.push_back(std::async(std::launch::async, [this] { m_list.addLast(&m_d); }));
+    writers.push_back(std::async(std::launch::async, [this] { m_list.remove(&m_b); }));
+    writers.push_back(std::async(std::launch::async, [this] { m_list.removeFirst(true); }));
     std::this_thread::sleep_for(shortDelay);
     for (const std::future<void>& writer : writers)
         EXPECT_EQ(writer.wait_for(std::chrono::seconds(0)), std::future_status::timeout);
@@ -129,21 +129,21 @@ TEST_F(ListIteratorTest, WritersWaitUntilTheIteratorIsDestroyed) {
     iterator.reset();
     for (std::future<void>& writer : writers)
         writer.get();
-    EXPECT_EQ(list.count(), 2);
-    EXPECT_EQ(list.getFirst(), &c);
-    EXPECT_EQ(list.getLast(), &d);
+    EXPECT_EQ(m_list.count(), 2);
+    EXPECT_EQ(m_list.getFirst(), &m_c);
+    EXPECT_EQ(m_list.getLast(), &m_d);
 }
 
 TEST_F(ListIteratorTest, StaysValidWhileOtherThreadsTryToWrite) {
     std::atomic<bool> done(false);
     std::thread writer([this, &done] {
         while (!done) {
-            list.addLast(&d);
-            list.remove(&d);
+            m_list.addLast(&m_d);
+            m_list.remove(&m_d);
         }
     });
     for (int round = 0; round < 500; ++round) {
-        ListIterator iterator(list, round % 2 == 0 ? utility::FIRST_TO_LAST : utility::LAST_TO_FIRST);
+        ListIterator iterator(m_list, round % 2 == 0 ? utility::FIRST_TO_LAST : utility::LAST_TO_FIRST);
         std::vector<int> values = walk(iterator);
         if (round % 2 != 0)
             std::reverse(values.begin(), values.end());

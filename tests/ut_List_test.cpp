@@ -34,7 +34,7 @@ namespace {
 
 const std::chrono::milliseconds shortDelay(50);
 const std::chrono::seconds timeout(60);
-const unsigned int waiterSwitch = 2301;
+constexpr unsigned int waiterSwitch = 2301;
 
 typedef std::vector<ListContainable*> Elements;
 
@@ -71,16 +71,16 @@ std::ptrdiff_t signalCount(const test::LogCapture& log) {
 class ListTest : public testing::Test {
 protected:
     void fill() {
-        for (ListNumber* element : {&a, &b, &c})
-            list.addLast(element);
+        for (ListNumber* element : {&m_a, &m_b, &m_c})
+            m_list.addLast(element);
     }
 
-    ListNumber a{1};
-    ListNumber b{2};
-    ListNumber c{3};
-    ListNumber d{4};
-    ListNumber anotherB{2};
-    List list;
+    ListNumber m_a{1};
+    ListNumber m_b{2};
+    ListNumber m_c{3};
+    ListNumber m_d{4};
+    ListNumber m_anotherB{2};
+    List m_list;
 };
 
 TEST(List, UsageExample) {
@@ -99,54 +99,54 @@ TEST(List, UsageExample) {
 }
 
 TEST_F(ListTest, ANewListIsEmpty) {
-    EXPECT_EQ(list.count(), 0);
-    EXPECT_EQ(list.getFirst(), nullptr);
-    EXPECT_EQ(list.getLast(), nullptr);
-    EXPECT_EQ(list.get(0), nullptr);
-    EXPECT_EQ(list.indexOf(&a), -1);
-    EXPECT_EQ(list.removeLast(), nullptr);
-    EXPECT_EQ(list.remove(0), nullptr);
-    list.remove(&a);
-    list.removeAndDelete(0);
-    list.removeAndDelete(&a);
-    list.removeAll();
-    list.removeAndDeleteAll();
-    EXPECT_EQ(list.count(), 0);
+    EXPECT_EQ(m_list.count(), 0);
+    EXPECT_EQ(m_list.getFirst(), nullptr);
+    EXPECT_EQ(m_list.getLast(), nullptr);
+    EXPECT_EQ(m_list.get(0), nullptr);
+    EXPECT_EQ(m_list.indexOf(&m_a), -1);
+    EXPECT_EQ(m_list.removeLast(), nullptr);
+    EXPECT_EQ(m_list.remove(0), nullptr);
+    m_list.remove(&m_a);
+    m_list.removeAndDelete(0);
+    m_list.removeAndDelete(&m_a);
+    m_list.removeAll();
+    m_list.removeAndDeleteAll();
+    EXPECT_EQ(m_list.count(), 0);
 }
 
 TEST_F(ListTest, AddFirstPrependsAndAddLastAppends) {
-    list.addFirst(&b);
-    list.addFirst(&a);
-    list.addLast(&c);
-    EXPECT_EQ(content(list), (Elements{&a, &b, &c}));
-    EXPECT_EQ(contentBackwards(list), (Elements{&a, &b, &c}));
-    EXPECT_EQ(list.count(), 3);
-    EXPECT_EQ(list.getFirst(), &a);
-    EXPECT_EQ(list.getLast(), &c);
+    m_list.addFirst(&m_b);
+    m_list.addFirst(&m_a);
+    m_list.addLast(&m_c);
+    EXPECT_EQ(content(m_list), (Elements{&m_a, &m_b, &m_c}));
+    EXPECT_EQ(contentBackwards(m_list), (Elements{&m_a, &m_b, &m_c}));
+    EXPECT_EQ(m_list.count(), 3);
+    EXPECT_EQ(m_list.getFirst(), &m_a);
+    EXPECT_EQ(m_list.getLast(), &m_c);
 }
 
 TEST_F(ListTest, NullIsNeitherAddedNorSignaled) {
     const test::DebugSwitch traces(waiterSwitch);
     const test::LogCapture log;
-    list.addFirst(nullptr);
-    list.addLast(nullptr);
-    list.add(0, nullptr);
-    list.add(-1, nullptr);
-    EXPECT_EQ(list.count(), 0);
-    EXPECT_EQ(list.getFirst(), nullptr);
+    m_list.addFirst(nullptr);
+    m_list.addLast(nullptr);
+    m_list.add(0, nullptr);
+    m_list.add(-1, nullptr);
+    EXPECT_EQ(m_list.count(), 0);
+    EXPECT_EQ(m_list.getFirst(), nullptr);
     EXPECT_EQ(log.count(), 0u);
 }
 
 TEST_F(ListTest, AddingAtAnEndSignalsOnce) {
     const test::DebugSwitch traces(waiterSwitch);
     const test::LogCapture log;
-    list.addFirst(&b);
+    m_list.addFirst(&m_b);
     EXPECT_EQ(signalCount(log), 1);
-    list.addLast(&c);
+    m_list.addLast(&m_c);
     EXPECT_EQ(signalCount(log), 2);
-    list.add(0, &a);
+    m_list.add(0, &m_a);
     EXPECT_EQ(signalCount(log), 3);
-    list.add(99, &d);
+    m_list.add(99, &m_d);
     EXPECT_EQ(signalCount(log), 4);
 }
 
@@ -154,24 +154,24 @@ TEST_F(ListTest, ADuplicateIsNeitherAddedNorSignaled) {
     fill();
     const test::DebugSwitch traces(waiterSwitch);
     const test::LogCapture log;
-    list.addFirst(&anotherB);
-    list.addLast(&anotherB);
+    m_list.addFirst(&m_anotherB);
+    m_list.addLast(&m_anotherB);
     for (const int index : {-1, 0, 1, 2, 3, 4})
-        list.add(index, &anotherB);
-    EXPECT_EQ(list.count(), 3);
-    EXPECT_EQ(content(list), (Elements{&a, &b, &c}));
+        m_list.add(index, &m_anotherB);
+    EXPECT_EQ(m_list.count(), 3);
+    EXPECT_EQ(content(m_list), (Elements{&m_a, &m_b, &m_c}));
     EXPECT_EQ(log.count(), 0u);
 }
 
 TEST_F(ListTest, EqualElementsAreStoredWhenDuplicatesAreAllowed) {
     List duplicates(true);
-    duplicates.addLast(&b);
-    duplicates.addLast(&anotherB);
-    duplicates.addFirst(&b);
-    duplicates.add(1, &anotherB);
-    EXPECT_EQ(content(duplicates), (Elements{&b, &anotherB, &b, &anotherB}));
+    duplicates.addLast(&m_b);
+    duplicates.addLast(&m_anotherB);
+    duplicates.addFirst(&m_b);
+    duplicates.add(1, &m_anotherB);
+    EXPECT_EQ(content(duplicates), (Elements{&m_b, &m_anotherB, &m_b, &m_anotherB}));
     EXPECT_EQ(duplicates.count(), 3);
-    EXPECT_EQ(duplicates.indexOf(&anotherB), 0);
+    EXPECT_EQ(duplicates.indexOf(&m_anotherB), 0);
 }
 
 TEST_F(ListTest, CallsEqualsOnTheGivenElementWithEachStoredOne) {
@@ -185,206 +185,206 @@ TEST_F(ListTest, CallsEqualsOnTheGivenElementWithEachStoredOne) {
     };
     fill();
     Asked asked;
-    EXPECT_EQ(list.indexOf(&asked), -1);
-    EXPECT_EQ(asked.askedWith, (Elements{&a, &b, &c}));
+    EXPECT_EQ(m_list.indexOf(&asked), -1);
+    EXPECT_EQ(asked.askedWith, (Elements{&m_a, &m_b, &m_c}));
 
     asked.askedWith.clear();
-    asked.match = &b;
-    EXPECT_EQ(list.indexOf(&asked), 1);
-    EXPECT_EQ(asked.askedWith, (Elements{&a, &b}));
+    asked.match = &m_b;
+    EXPECT_EQ(m_list.indexOf(&asked), 1);
+    EXPECT_EQ(asked.askedWith, (Elements{&m_a, &m_b}));
 
     asked.askedWith.clear();
-    list.addLast(&asked);
-    EXPECT_EQ(asked.askedWith, (Elements{&a, &b}));
-    EXPECT_EQ(list.count(), 3);
+    m_list.addLast(&asked);
+    EXPECT_EQ(asked.askedWith, (Elements{&m_a, &m_b}));
+    EXPECT_EQ(m_list.count(), 3);
 
-    list.remove(&asked);
-    EXPECT_EQ(content(list), (Elements{&a, &c}));
+    m_list.remove(&asked);
+    EXPECT_EQ(content(m_list), (Elements{&m_a, &m_c}));
 }
 
 TEST_F(ListTest, AddAtOrBeyondTheCountAppends) {
     fill();
-    list.add(5, &d);
-    EXPECT_EQ(content(list), (Elements{&a, &b, &c, &d}));
-    EXPECT_EQ(list.count(), 4);
+    m_list.add(5, &m_d);
+    EXPECT_EQ(content(m_list), (Elements{&m_a, &m_b, &m_c, &m_d}));
+    EXPECT_EQ(m_list.count(), 4);
 
     ListNumber e(5);
-    list.add(4, &e);
-    EXPECT_EQ(list.getLast(), &e);
+    m_list.add(4, &e);
+    EXPECT_EQ(m_list.getLast(), &e);
     ListNumber f(6);
-    list.add(INT_MAX, &f);
-    EXPECT_EQ(list.getLast(), &f);
-    EXPECT_EQ(list.count(), 6);
-    list.removeAll();
+    m_list.add(INT_MAX, &f);
+    EXPECT_EQ(m_list.getLast(), &f);
+    EXPECT_EQ(m_list.count(), 6);
+    m_list.removeAll();
 }
 
 TEST_F(ListTest, AddAtANegativeIndexAppends) {
     fill();
-    list.add(-1, &d);
-    EXPECT_EQ(content(list), (Elements{&a, &b, &c, &d}));
+    m_list.add(-1, &m_d);
+    EXPECT_EQ(content(m_list), (Elements{&m_a, &m_b, &m_c, &m_d}));
     ListNumber e(5);
-    list.add(INT_MIN, &e);
-    EXPECT_EQ(list.getLast(), &e);
-    EXPECT_EQ(list.count(), 5);
-    list.removeAll();
+    m_list.add(INT_MIN, &e);
+    EXPECT_EQ(m_list.getLast(), &e);
+    EXPECT_EQ(m_list.count(), 5);
+    m_list.removeAll();
 }
 
 TEST_F(ListTest, AddAtIndexZeroPrepends) {
     fill();
-    list.add(0, &d);
-    EXPECT_EQ(content(list), (Elements{&d, &a, &b, &c}));
-    EXPECT_EQ(list.count(), 4);
+    m_list.add(0, &m_d);
+    EXPECT_EQ(content(m_list), (Elements{&m_d, &m_a, &m_b, &m_c}));
+    EXPECT_EQ(m_list.count(), 4);
 }
 
 TEST_F(ListTest, AddAtIndexZeroOfAnEmptyListAddsItsOnlyElement) {
-    list.add(0, &a);
-    EXPECT_EQ(list.getFirst(), &a);
-    EXPECT_EQ(list.getLast(), &a);
-    EXPECT_EQ(list.count(), 1);
+    m_list.add(0, &m_a);
+    EXPECT_EQ(m_list.getFirst(), &m_a);
+    EXPECT_EQ(m_list.getLast(), &m_a);
+    EXPECT_EQ(m_list.count(), 1);
 }
 
 TEST_F(ListTest, AddInBetweenDoesNotCountOrSignal) {
     fill();
     const test::DebugSwitch traces(waiterSwitch);
     const test::LogCapture log;
-    list.add(1, &d);
-    EXPECT_EQ(content(list), (Elements{&a, &d, &b, &c}));
-    EXPECT_EQ(contentBackwards(list), (Elements{&a, &d, &b, &c}));
-    EXPECT_EQ(list.count(), 3);
-    EXPECT_EQ(list.get(3), &c);
-    EXPECT_EQ(list.get(4), nullptr);
+    m_list.add(1, &m_d);
+    EXPECT_EQ(content(m_list), (Elements{&m_a, &m_d, &m_b, &m_c}));
+    EXPECT_EQ(contentBackwards(m_list), (Elements{&m_a, &m_d, &m_b, &m_c}));
+    EXPECT_EQ(m_list.count(), 3);
+    EXPECT_EQ(m_list.get(3), &m_c);
+    EXPECT_EQ(m_list.get(4), nullptr);
     EXPECT_EQ(log.count(), 0u);
 }
 
 TEST_F(ListTest, AddAtTheLastCountedPositionGoesBeforeItsElement) {
     fill();
-    list.add(2, &d);
-    EXPECT_EQ(content(list), (Elements{&a, &b, &d, &c}));
+    m_list.add(2, &m_d);
+    EXPECT_EQ(content(m_list), (Elements{&m_a, &m_b, &m_d, &m_c}));
     ListNumber e(5);
-    list.add(3, &e); // the count is still 3, so this appends
-    EXPECT_EQ(content(list), (Elements{&a, &b, &d, &c, &e}));
-    EXPECT_EQ(list.count(), 4);
-    list.removeAll();
+    m_list.add(3, &e); // the count is still 3, so this appends
+    EXPECT_EQ(content(m_list), (Elements{&m_a, &m_b, &m_d, &m_c, &e}));
+    EXPECT_EQ(m_list.count(), 4);
+    m_list.removeAll();
 }
 
 TEST_F(ListTest, CountBecomesNegativeIfMoreIsRemovedThanCounted) {
     fill();
-    list.add(1, &d);
-    list.removeAll();
-    EXPECT_EQ(list.count(), -1);
-    EXPECT_EQ(list.getFirst(), nullptr);
-    EXPECT_EQ(list.getLast(), nullptr);
+    m_list.add(1, &m_d);
+    m_list.removeAll();
+    EXPECT_EQ(m_list.count(), -1);
+    EXPECT_EQ(m_list.getFirst(), nullptr);
+    EXPECT_EQ(m_list.getLast(), nullptr);
 
-    list.addLast(&a);
-    EXPECT_EQ(list.count(), 0);
-    EXPECT_EQ(list.getFirst(), &a);
-    list.add(1, &b);
-    EXPECT_EQ(content(list), (Elements{&a, &b}));
+    m_list.addLast(&m_a);
+    EXPECT_EQ(m_list.count(), 0);
+    EXPECT_EQ(m_list.getFirst(), &m_a);
+    m_list.add(1, &m_b);
+    EXPECT_EQ(content(m_list), (Elements{&m_a, &m_b}));
 }
 
 TEST_F(ListTest, AnElementIsRemovedFromAListWithACountOfZero) {
     fill();
-    list.add(1, &d);
+    m_list.add(1, &m_d);
     for (int element = 0; element < 3; ++element)
-        list.removeLast();
-    ASSERT_EQ(list.count(), 0);
-    EXPECT_EQ(list.removeFirst(true), &a);
+        m_list.removeLast();
+    ASSERT_EQ(m_list.count(), 0);
+    EXPECT_EQ(m_list.removeFirst(true), &m_a);
 }
 
 TEST_F(ListTest, GetCountsFromZero) {
     fill();
-    EXPECT_EQ(list.get(0), &a);
-    EXPECT_EQ(list.get(1), &b);
-    EXPECT_EQ(list.get(2), &c);
+    EXPECT_EQ(m_list.get(0), &m_a);
+    EXPECT_EQ(m_list.get(1), &m_b);
+    EXPECT_EQ(m_list.get(2), &m_c);
 }
 
 TEST_F(ListTest, PositionsOutOfRangeReturnNull) {
     fill();
     for (const int index : {-1, INT_MIN, 3, INT_MAX}) {
-        EXPECT_EQ(list.get(index), nullptr) << index;
-        EXPECT_EQ(list.remove(index), nullptr) << index;
-        list.removeAndDelete(index);
+        EXPECT_EQ(m_list.get(index), nullptr) << index;
+        EXPECT_EQ(m_list.remove(index), nullptr) << index;
+        m_list.removeAndDelete(index);
     }
-    EXPECT_EQ(content(list), (Elements{&a, &b, &c}));
+    EXPECT_EQ(content(m_list), (Elements{&m_a, &m_b, &m_c}));
 }
 
 TEST_F(ListTest, IndexOfFindsTheFirstEqualElement) {
     fill();
-    EXPECT_EQ(list.indexOf(&a), 0);
-    EXPECT_EQ(list.indexOf(&anotherB), 1);
-    EXPECT_EQ(list.indexOf(&c), 2);
-    EXPECT_EQ(list.indexOf(&d), -1);
-    EXPECT_EQ(list.indexOf(nullptr), -1);
+    EXPECT_EQ(m_list.indexOf(&m_a), 0);
+    EXPECT_EQ(m_list.indexOf(&m_anotherB), 1);
+    EXPECT_EQ(m_list.indexOf(&m_c), 2);
+    EXPECT_EQ(m_list.indexOf(&m_d), -1);
+    EXPECT_EQ(m_list.indexOf(nullptr), -1);
 }
 
 TEST_F(ListTest, NullIsNeverRemoved) {
     fill();
-    list.remove(static_cast<const ListContainable*>(nullptr));
-    list.removeAndDelete(static_cast<ListContainable*>(nullptr));
-    EXPECT_EQ(content(list), (Elements{&a, &b, &c}));
+    m_list.remove(static_cast<const ListContainable*>(nullptr));
+    m_list.removeAndDelete(static_cast<ListContainable*>(nullptr));
+    EXPECT_EQ(content(m_list), (Elements{&m_a, &m_b, &m_c}));
 }
 
 TEST_F(ListTest, RemovesFromEitherEnd) {
     fill();
-    EXPECT_EQ(list.removeFirst(false), &a);
-    EXPECT_EQ(list.removeLast(), &c);
-    EXPECT_EQ(list.count(), 1);
-    EXPECT_EQ(list.removeLast(), &b);
-    EXPECT_EQ(list.getFirst(), nullptr);
-    EXPECT_EQ(list.getLast(), nullptr);
-    EXPECT_EQ(list.count(), 0);
-    list.addFirst(&d);
-    EXPECT_EQ(list.getLast(), &d);
+    EXPECT_EQ(m_list.removeFirst(false), &m_a);
+    EXPECT_EQ(m_list.removeLast(), &m_c);
+    EXPECT_EQ(m_list.count(), 1);
+    EXPECT_EQ(m_list.removeLast(), &m_b);
+    EXPECT_EQ(m_list.getFirst(), nullptr);
+    EXPECT_EQ(m_list.getLast(), nullptr);
+    EXPECT_EQ(m_list.count(), 0);
+    m_list.addFirst(&m_d);
+    EXPECT_EQ(m_list.getLast(), &m_d);
 }
 
 TEST_F(ListTest, RemovesByPosition) {
     fill();
-    EXPECT_EQ(list.remove(1), &b);
-    EXPECT_EQ(contentBackwards(list), (Elements{&a, &c}));
-    EXPECT_EQ(list.remove(1), &c);
-    EXPECT_EQ(list.getLast(), &a);
-    EXPECT_EQ(list.remove(0), &a);
-    EXPECT_EQ(list.getFirst(), nullptr);
-    EXPECT_EQ(list.count(), 0);
+    EXPECT_EQ(m_list.remove(1), &m_b);
+    EXPECT_EQ(contentBackwards(m_list), (Elements{&m_a, &m_c}));
+    EXPECT_EQ(m_list.remove(1), &m_c);
+    EXPECT_EQ(m_list.getLast(), &m_a);
+    EXPECT_EQ(m_list.remove(0), &m_a);
+    EXPECT_EQ(m_list.getFirst(), nullptr);
+    EXPECT_EQ(m_list.count(), 0);
 }
 
 TEST_F(ListTest, RemovesTheFirstEqualElement) {
     List duplicates(true);
-    duplicates.addLast(&a);
-    duplicates.addLast(&b);
-    duplicates.addLast(&anotherB);
-    duplicates.remove(&anotherB);
-    EXPECT_EQ(content(duplicates), (Elements{&a, &anotherB}));
-    duplicates.remove(&c);
+    duplicates.addLast(&m_a);
+    duplicates.addLast(&m_b);
+    duplicates.addLast(&m_anotherB);
+    duplicates.remove(&m_anotherB);
+    EXPECT_EQ(content(duplicates), (Elements{&m_a, &m_anotherB}));
+    duplicates.remove(&m_c);
     EXPECT_EQ(duplicates.count(), 2);
 }
 
 TEST_F(ListTest, RemoveAndDeleteByPositionDeletesTheElement) {
     const int alive = ListNumber::alive;
-    list.addLast(&a);
-    list.addLast(new ListNumber(20));
-    list.addLast(&b);
-    list.removeAndDelete(1);
+    m_list.addLast(&m_a);
+    m_list.addLast(new ListNumber(20));
+    m_list.addLast(&m_b);
+    m_list.removeAndDelete(1);
     EXPECT_EQ(ListNumber::alive, alive);
-    EXPECT_EQ(content(list), (Elements{&a, &b}));
-    EXPECT_EQ(list.count(), 2);
+    EXPECT_EQ(content(m_list), (Elements{&m_a, &m_b}));
+    EXPECT_EQ(m_list.count(), 2);
 }
 
 TEST_F(ListTest, RemoveAndDeleteDeletesTheStoredElementNotTheOneGiven) {
     const int alive = ListNumber::alive;
     ListNumber twenty(20);
-    list.addLast(&a);
-    list.addLast(new ListNumber(20));
-    list.removeAndDelete(&twenty);
+    m_list.addLast(&m_a);
+    m_list.addLast(new ListNumber(20));
+    m_list.removeAndDelete(&twenty);
     EXPECT_EQ(ListNumber::alive, alive + 1);
-    EXPECT_EQ(content(list), (Elements{&a}));
+    EXPECT_EQ(content(m_list), (Elements{&m_a}));
 
     auto* stored = new ListNumber(30);
-    list.addFirst(stored);
-    list.removeAndDelete(stored);
+    m_list.addFirst(stored);
+    m_list.removeAndDelete(stored);
     EXPECT_EQ(ListNumber::alive, alive + 1);
-    list.removeAndDelete(&b);
-    EXPECT_EQ(content(list), (Elements{&a}));
+    m_list.removeAndDelete(&m_b);
+    EXPECT_EQ(content(m_list), (Elements{&m_a}));
 }
 
 TEST_F(ListTest, AnElementIsDeletedBeforeItIsRemoved) {
@@ -406,10 +406,10 @@ TEST_F(ListTest, AnElementIsDeletedBeforeItIsRemoved) {
         }
         int& countAtEnd = lastCount();
     };
-    list.addLast(new Watching(list));
-    list.removeAndDelete(0);
+    m_list.addLast(new Watching(m_list));
+    m_list.removeAndDelete(0);
     EXPECT_EQ(Watching::lastCount(), 1);
-    EXPECT_EQ(list.count(), 0);
+    EXPECT_EQ(m_list.count(), 0);
 }
 
 TEST_F(ListTest, AnElementMayRemoveItselfInItsDestructor) {
@@ -424,37 +424,37 @@ TEST_F(ListTest, AnElementMayRemoveItselfInItsDestructor) {
         List& list;
         ListContainable* successor;
     };
-    list.addLast(&a);
-    list.addLast(new Leaving(20, list, nullptr));
-    list.addLast(&b);
-    list.removeAndDelete(1);
-    EXPECT_EQ(content(list), (Elements{&a, &b}));
-    EXPECT_EQ(contentBackwards(list), (Elements{&a, &b}));
-    EXPECT_EQ(list.count(), 2);
+    m_list.addLast(&m_a);
+    m_list.addLast(new Leaving(20, m_list, nullptr));
+    m_list.addLast(&m_b);
+    m_list.removeAndDelete(1);
+    EXPECT_EQ(content(m_list), (Elements{&m_a, &m_b}));
+    EXPECT_EQ(contentBackwards(m_list), (Elements{&m_a, &m_b}));
+    EXPECT_EQ(m_list.count(), 2);
 
-    auto* leaving = new Leaving(20, list, &c);
-    list.addFirst(leaving);
-    list.removeAndDelete(leaving);
-    EXPECT_EQ(content(list), (Elements{&a, &b, &c}));
-    EXPECT_EQ(list.count(), 3);
+    auto* leaving = new Leaving(20, m_list, &m_c);
+    m_list.addFirst(leaving);
+    m_list.removeAndDelete(leaving);
+    EXPECT_EQ(content(m_list), (Elements{&m_a, &m_b, &m_c}));
+    EXPECT_EQ(m_list.count(), 3);
 
-    list.removeAll();
+    m_list.removeAll();
     for (int number = 20; number < 23; ++number)
-        list.addLast(new Leaving(number, list, nullptr));
-    list.removeAndDeleteAll();
-    EXPECT_EQ(list.getFirst(), nullptr);
-    EXPECT_EQ(list.getLast(), nullptr);
-    EXPECT_EQ(list.count(), 0);
+        m_list.addLast(new Leaving(number, m_list, nullptr));
+    m_list.removeAndDeleteAll();
+    EXPECT_EQ(m_list.getFirst(), nullptr);
+    EXPECT_EQ(m_list.getLast(), nullptr);
+    EXPECT_EQ(m_list.count(), 0);
 }
 
 TEST_F(ListTest, RemoveAllDeletesNoElement) {
     fill();
     const int alive = ListNumber::alive;
-    list.removeAll();
+    m_list.removeAll();
     EXPECT_EQ(ListNumber::alive, alive);
-    EXPECT_EQ(list.getFirst(), nullptr);
-    EXPECT_EQ(list.getLast(), nullptr);
-    EXPECT_EQ(list.count(), 0);
+    EXPECT_EQ(m_list.getFirst(), nullptr);
+    EXPECT_EQ(m_list.getLast(), nullptr);
+    EXPECT_EQ(m_list.count(), 0);
 }
 
 TEST_F(ListTest, RemoveAndDeleteAllDeletesEveryElementInOrder) {
@@ -473,20 +473,20 @@ TEST_F(ListTest, RemoveAndDeleteAllDeletesEveryElementInOrder) {
     };
     std::vector<int> deleted;
     for (int number = 1; number <= 3; ++number)
-        list.addLast(new Ordered(number, deleted));
-    list.add(1, new Ordered(4, deleted));
-    list.removeAndDeleteAll();
+        m_list.addLast(new Ordered(number, deleted));
+    m_list.add(1, new Ordered(4, deleted));
+    m_list.removeAndDeleteAll();
     EXPECT_EQ(deleted, (std::vector<int>{1, 4, 2, 3}));
-    EXPECT_EQ(list.getFirst(), nullptr);
-    EXPECT_EQ(list.count(), -1);
+    EXPECT_EQ(m_list.getFirst(), nullptr);
+    EXPECT_EQ(m_list.count(), -1);
 }
 
 TEST_F(ListTest, TheDestructorDeletesNoElement) {
     const int alive = ListNumber::alive;
     {
         List other;
-        other.addLast(&a);
-        other.addLast(&b);
+        other.addLast(&m_a);
+        other.addLast(&m_b);
     }
     EXPECT_EQ(ListNumber::alive, alive);
 }
@@ -494,7 +494,7 @@ TEST_F(ListTest, TheDestructorDeletesNoElement) {
 TEST_F(ListTest, RemoveFirstWithoutWaitReturnsNullAtOnceIfTheListIsEmpty) {
     const test::DebugSwitch traces(waiterSwitch);
     const test::LogCapture log;
-    EXPECT_EQ(list.removeFirst(false), nullptr);
+    EXPECT_EQ(m_list.removeFirst(false), nullptr);
     EXPECT_EQ(log.count(), 0u);
 }
 
@@ -502,50 +502,50 @@ TEST_F(ListTest, RemoveFirstDoesNotWaitIfTheListIsNotEmpty) {
     fill();
     const test::DebugSwitch traces(waiterSwitch);
     const test::LogCapture log;
-    EXPECT_EQ(list.removeFirst(true), &a);
+    EXPECT_EQ(m_list.removeFirst(true), &m_a);
     EXPECT_EQ(log.count(), 0u);
 }
 
 TEST_F(ListTest, RemoveFirstWaitsWithoutATimeoutAndWithTheListUnlocked) {
     const test::DebugSwitch traces(waiterSwitch);
     const test::LogCapture log;
-    std::future<ListContainable*> consumer = startConsumer(list);
+    std::future<ListContainable*> consumer = startConsumer(m_list);
     while (!log.contains(framework::Logger::LOG_DEBUG, "Wait .... (1 waiters)"))
         std::this_thread::yield();
     EXPECT_EQ(log.texts(), (std::vector<std::string>{"Locking .....", "Waiting: 0", "Wait .... (1 waiters)"}));
-    EXPECT_EQ(list.removeLast(), nullptr); // takes the write lock
+    EXPECT_EQ(m_list.removeLast(), nullptr); // takes the write lock
     EXPECT_FALSE(isReady(consumer));
-    list.addFirst(&a);
-    EXPECT_EQ(consumer.get(), &a);
+    m_list.addFirst(&m_a);
+    EXPECT_EQ(consumer.get(), &m_a);
 }
 
 TEST_F(ListTest, RemoveFirstBlocksUntilAnElementIsAdded) {
     const std::function<void(ListContainable*)> additions[] = {
-        [this](ListContainable* element) { list.addFirst(element); },
-        [this](ListContainable* element) { list.addLast(element); },
-        [this](ListContainable* element) { list.add(0, element); },
-        [this](ListContainable* element) { list.add(7, element); },
+        [this](ListContainable* element) { m_list.addFirst(element); },
+        [this](ListContainable* element) { m_list.addLast(element); },
+        [this](ListContainable* element) { m_list.add(0, element); },
+        [this](ListContainable* element) { m_list.add(7, element); },
     };
     for (const auto& addition : additions) {
-        std::future<ListContainable*> consumer = startConsumer(list);
+        std::future<ListContainable*> consumer = startConsumer(m_list);
         std::this_thread::sleep_for(shortDelay);
         EXPECT_FALSE(isReady(consumer));
-        addition(&a);
-        EXPECT_EQ(consumer.get(), &a);
-        EXPECT_EQ(list.count(), 0);
+        addition(&m_a);
+        EXPECT_EQ(consumer.get(), &m_a);
+        EXPECT_EQ(m_list.count(), 0);
     }
 }
 
 TEST_F(ListTest, WakeAllMakesEveryConsumerReturnNull) {
     std::vector<std::future<ListContainable*>> consumers;
     for (int consumer = 0; consumer < 4; ++consumer)
-        consumers.push_back(startConsumer(list));
+        consumers.push_back(startConsumer(m_list));
     std::this_thread::sleep_for(shortDelay);
     for (const std::future<ListContainable*>& consumer : consumers)
         EXPECT_FALSE(isReady(consumer));
     for (std::future<ListContainable*>& consumer : consumers) {
         while (!isReady(consumer)) {
-            list.wakeAll();
+            m_list.wakeAll();
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
         }
         EXPECT_EQ(consumer.get(), nullptr);
@@ -557,7 +557,7 @@ TEST_F(ListTest, OneWakeAllWakesEveryBlockedConsumer) {
     const test::LogCapture log;
     std::vector<std::future<ListContainable*>> consumers;
     for (int consumer = 0; consumer < 4; ++consumer)
-        consumers.push_back(startConsumer(list));
+        consumers.push_back(startConsumer(m_list));
     // The last consumer logs this just before it waits. It has the lock, so the others have released it by waiting.
     while (!log.contains(framework::Logger::LOG_DEBUG, "Wait .... (4 waiters)"))
         std::this_thread::yield();
@@ -566,7 +566,7 @@ TEST_F(ListTest, OneWakeAllWakesEveryBlockedConsumer) {
     };
     EXPECT_EQ(readyCount(), 0);
 
-    list.wakeAll();
+    m_list.wakeAll();
     const auto end = std::chrono::steady_clock::now() + timeout;
     while (readyCount() < 3 && std::chrono::steady_clock::now() < end)
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
@@ -574,18 +574,18 @@ TEST_F(ListTest, OneWakeAllWakesEveryBlockedConsumer) {
 
     for (std::future<ListContainable*>& consumer : consumers) {
         while (!isReady(consumer))
-            list.wakeAll();
+            m_list.wakeAll();
         EXPECT_EQ(consumer.get(), nullptr);
     }
 }
 
 TEST_F(ListTest, WakeAllWithoutConsumersIsNotRemembered) {
-    list.wakeAll();
-    std::future<ListContainable*> consumer = startConsumer(list);
+    m_list.wakeAll();
+    std::future<ListContainable*> consumer = startConsumer(m_list);
     std::this_thread::sleep_for(shortDelay);
     EXPECT_FALSE(isReady(consumer));
-    list.addLast(&a);
-    EXPECT_EQ(consumer.get(), &a);
+    m_list.addLast(&m_a);
+    EXPECT_EQ(consumer.get(), &m_a);
 }
 
 // Runs `action` once, in the thread that logs `text`, from within the log call and with the traces switched off.
@@ -628,43 +628,43 @@ ListContainable* resultOf(std::future<ListContainable*>& consumer, List& list) {
 
 TEST_F(ListTest, AnElementAddedJustBeforeAConsumerWaitsIsRemoved) {
     const Interruption interruption("Locking .....", [this] {
-        std::thread producer([this] { list.addLast(&a); });
+        std::thread producer([this] { m_list.addLast(&m_a); });
         producer.join();
     });
-    std::future<ListContainable*> consumer = startConsumer(list);
-    EXPECT_EQ(resultOf(consumer, list), &a);
+    std::future<ListContainable*> consumer = startConsumer(m_list);
+    EXPECT_EQ(resultOf(consumer, m_list), &m_a);
 }
 
 TEST_F(ListTest, AnElementAddedWhileAConsumerBeginsToWaitIsRemoved) {
     std::thread producer;
     const Interruption interruption("Wait .... (1 waiters)", [this, &producer] {
-        producer = std::thread([this] { list.addLast(&a); });
+        producer = std::thread([this] { m_list.addLast(&m_a); });
         std::this_thread::sleep_for(shortDelay);
     });
-    std::future<ListContainable*> consumer = startConsumer(list);
-    EXPECT_EQ(resultOf(consumer, list), &a);
+    std::future<ListContainable*> consumer = startConsumer(m_list);
+    EXPECT_EQ(resultOf(consumer, m_list), &m_a);
     producer.join();
 }
 
 TEST_F(ListTest, AnEntryIsOneAllocation) {
     const unsigned long before = test::allocationCount();
-    list.addLast(&a);
+    m_list.addLast(&m_a);
     EXPECT_EQ(test::allocationCount() - before, 1u);
-    list.addFirst(&b);
+    m_list.addFirst(&m_b);
     EXPECT_EQ(test::allocationCount() - before, 2u);
-    list.add(1, &c);
+    m_list.add(1, &m_c);
     EXPECT_EQ(test::allocationCount() - before, 3u);
 }
 
 TEST_F(ListTest, WithoutMemoryAddDoesNotAddOrSignal) {
     const std::function<void()> additions[] = {
-        [this] { list.addFirst(&d); }, [this] { list.addLast(&d); }, [this] { list.add(0, &d); },
-        [this] { list.add(1, &d); },   [this] { list.add(-1, &d); },
+        [this] { m_list.addFirst(&m_d); }, [this] { m_list.addLast(&m_d); }, [this] { m_list.add(0, &m_d); },
+        [this] { m_list.add(1, &m_d); },   [this] { m_list.add(-1, &m_d); },
     };
     for (const bool filled : {false, true}) {
         if (filled)
             fill();
-        const Elements before = content(list);
+        const Elements before = content(m_list);
         for (const auto& addition : additions) {
             const test::DebugSwitch traces(waiterSwitch);
             const test::LogCapture log;
@@ -674,32 +674,32 @@ TEST_F(ListTest, WithoutMemoryAddDoesNotAddOrSignal) {
                 failing.stop();
                 EXPECT_EQ(failing.failures(), 1u);
             }
-            EXPECT_EQ(content(list), before);
-            EXPECT_EQ(contentBackwards(list), before);
-            EXPECT_EQ(list.count(), static_cast<int>(before.size()));
+            EXPECT_EQ(content(m_list), before);
+            EXPECT_EQ(contentBackwards(m_list), before);
+            EXPECT_EQ(m_list.count(), static_cast<int>(before.size()));
             EXPECT_EQ(log.count(), 0u);
         }
     }
-    list.addLast(&d);
-    EXPECT_EQ(list.getLast(), &d);
+    m_list.addLast(&m_d);
+    EXPECT_EQ(m_list.getLast(), &m_d);
 }
 
 TEST_F(ListTest, ReadingAndRemovingDoNotAllocate) {
     fill();
-    list.addLast(new ListNumber(20));
-    list.addLast(new ListNumber(21));
+    m_list.addLast(new ListNumber(20));
+    m_list.addLast(new ListNumber(21));
     const test::FailingAllocation failing(test::failAll);
-    EXPECT_EQ(list.getFirst(), &a);
-    EXPECT_EQ(list.get(2), &c);
-    EXPECT_EQ(list.indexOf(&b), 1);
-    EXPECT_EQ(list.removeFirst(true), &a);
-    EXPECT_EQ(list.remove(1), &c);
-    list.remove(&b);
-    list.removeAndDelete(0);
-    list.wakeAll();
-    list.removeAndDeleteAll();
-    list.removeAll();
-    EXPECT_EQ(list.count(), 0);
+    EXPECT_EQ(m_list.getFirst(), &m_a);
+    EXPECT_EQ(m_list.get(2), &m_c);
+    EXPECT_EQ(m_list.indexOf(&m_b), 1);
+    EXPECT_EQ(m_list.removeFirst(true), &m_a);
+    EXPECT_EQ(m_list.remove(1), &m_c);
+    m_list.remove(&m_b);
+    m_list.removeAndDelete(0);
+    m_list.wakeAll();
+    m_list.removeAndDeleteAll();
+    m_list.removeAll();
+    EXPECT_EQ(m_list.count(), 0);
     EXPECT_EQ(failing.failures(), 0u);
 }
 
@@ -707,12 +707,12 @@ TEST_F(ListTest, WithoutMemoryIteratorReturnsNullAndLeavesTheListUnlocked) {
     fill();
     {
         const test::FailingAllocation failing(test::failAll);
-        EXPECT_EQ(list.iterator(utility::FIRST_TO_LAST), nullptr);
-        EXPECT_EQ(list.iterator(utility::LAST_TO_FIRST), nullptr);
+        EXPECT_EQ(m_list.iterator(utility::FIRST_TO_LAST), nullptr);
+        EXPECT_EQ(m_list.iterator(utility::LAST_TO_FIRST), nullptr);
     }
-    std::thread writer([this] { list.addLast(&d); });
+    std::thread writer([this] { m_list.addLast(&m_d); });
     writer.join();
-    EXPECT_EQ(list.count(), 4);
+    EXPECT_EQ(m_list.count(), 4);
 }
 
 TEST(ListEntry, ANewEntryHasNoNeighbors) {
@@ -985,7 +985,7 @@ TEST(List, EachOfAMillionElementsFromEightProducersReachesOneOfEightConsumers) {
         consumers.push_back(std::async(std::launch::async, [&] {
             for (;;) {
                 ListContainable* element = queue.removeFirst(true);
-                if (element) {
+                if (element != nullptr) {
                     ++static_cast<Parcel*>(element)->removed;
                     ++removed;
                 } else if (closing) {

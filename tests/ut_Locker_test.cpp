@@ -21,9 +21,9 @@ namespace {
 using framework::Logger;
 using utility::Locker;
 
-const char* const CONSTRUCT = "utility::Locker::Locker()";
-const char* const LOCK = "void utility::Locker::lock() const";
-const char* const UNLOCK = "void utility::Locker::unlock() const";
+constexpr const char* constructName = "utility::Locker::Locker()";
+constexpr const char* lockName = "void utility::Locker::lock() const";
+constexpr const char* unlockName = "void utility::Locker::unlock() const";
 
 static_assert(!std::is_polymorphic<Locker>::value, "it has no virtual operation");
 static_assert(sizeof(Locker) == sizeof(pthread_mutex_t), "it is a mutex and nothing else");
@@ -170,7 +170,7 @@ TEST(Locker, FailingInitIsLoggedAndTheZeroFilledMutexWorks) {
     calls.answerNext(test::MUTEX_INIT, ENOMEM);
     const Locker* const locker = new (storage) Locker;
     EXPECT_EQ(log.count(), 1u);
-    EXPECT_TRUE(log.contains(Logger::LOG_ERROR, CONSTRUCT, "initializing Consistency mutex 12"));
+    EXPECT_TRUE(log.contains(Logger::LOG_ERROR, constructName, "initializing Consistency mutex 12"));
     locker->lock();
     EXPECT_FALSE(isFreeForAnotherThread(*locker));
     locker->unlock();
@@ -185,7 +185,7 @@ TEST(Locker, FailingLockIsLoggedWithItsContext) {
     test::ThreadCalls calls(&locker, sizeof locker);
     calls.answerNext(test::MUTEX_LOCK, EINVAL);
     locker.lock();
-    expectErrorWithContext(log, LOCK, "locking consistency mutex 22");
+    expectErrorWithContext(log, lockName, "locking consistency mutex 22");
     EXPECT_TRUE(isFreeForAnotherThread(locker));
 }
 
@@ -198,7 +198,7 @@ TEST(Locker, FailingUnlockIsLoggedWithItsContext) {
         calls.answerNext(test::MUTEX_UNLOCK, EPERM);
         locker.unlock();
     }
-    expectErrorWithContext(log, UNLOCK, "unlocking consistency mutex 1");
+    expectErrorWithContext(log, unlockName, "unlocking consistency mutex 1");
     EXPECT_FALSE(isFreeForAnotherThread(locker));
     locker.unlock();
 }

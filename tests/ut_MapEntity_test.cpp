@@ -24,7 +24,7 @@ public:
 
 struct MapEntityTraits : test::PointerKeyTraits {
     typedef TestedMapEntity Map;
-    static constexpr const char* CONSTRUCTOR = "utility::MapEntity::MapEntity(unsigned int, framework::Memory*)";
+    static constexpr const char* constructorName = "utility::MapEntity::MapEntity(unsigned int, framework::Memory*)";
 };
 
 typedef test::HashMapTest<MapEntityTraits> Tests;

@@ -14,7 +14,7 @@ namespace {
 
 struct MapTraits : test::PointerKeyTraits {
     typedef utility::Map Map;
-    static constexpr const char* CONSTRUCTOR = "utility::Map::Map(unsigned int)";
+    static constexpr const char* constructorName = "utility::Map::Map(unsigned int)";
 };
 
 TEST(Map, UsageExample) {

@@ -46,9 +46,7 @@ std::string password(const char* a, const char* b, const char* c, int size) {
     return out;
 }
 
-const char* const EMPTY_MD5 = "d41d8cd98f00b204e9800998ecf8427e";
-
-} // namespace
+constexpr const char* emptyMd5 = "d41d8cd98f00b204e9800998ecf8427e";
 
 TEST(MiscChecksum, TableHasTheRemaindersOfThe1WirePolynomial) {
     for (unsigned int i = 0; i < 256; ++i) {
@@ -112,13 +110,13 @@ TEST(MiscChecksum, CalcCrcAgreesWithOneLookupPerByte) {
 }
 
 TEST(MiscChecksum, CalcMd5WritesLowerCaseDigits) {
-    EXPECT_EQ(md5Of(""), EMPTY_MD5);
+    EXPECT_EQ(md5Of(""), emptyMd5);
     EXPECT_EQ(md5Of("abc"), "900150983cd24fb0d6963f7d28e17f72");
-    EXPECT_EQ(md5Of(nullptr), EMPTY_MD5);
+    EXPECT_EQ(md5Of(nullptr), emptyMd5);
 }
 
 TEST(MiscChecksum, CalcMd5IsTruncatedToTheBuffer) {
-    const std::string whole = EMPTY_MD5;
+    const std::string whole = emptyMd5;
     for (int size = 0; size <= 36; ++size) {
         std::string out(40, '#');
         EXPECT_EQ(Misc::calc_md5("", out.data(), size), 2) << size;
@@ -251,3 +249,5 @@ TEST(MiscChecksum, GenpwAcceptsTextsOf247CharactersInTotal) {
                    "ut_PutStream", "void utility::PutStream::PutF(const char*, ...)",
                    "Didn't fit. wrote=100010 remaining=255 msg='hz%swm%sgt%sk!'");
 }
+
+} // namespace

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include "LogCapture.h"
 #include "PageEnd.h"
 #include "ReferenceUtf8.h"
@@ -14,7 +16,7 @@ using utility::Misc;
 
 namespace {
 
-const char* const TEXT_CONTROLS = "\t\n\r";
+constexpr const char* textControls = "\t\n\r";
 
 // A copy of these bytes at the end of a page that an inaccessible page follows. Each call replaces the previous copy.
 const char* atPageEnd(const std::string& bytes) {
@@ -66,8 +68,6 @@ std::string escaped(const char* in) {
     EXPECT_EQ(Misc::escapeDoubleQuotes(out.data(), in), out.data());
     return out.data();
 }
-
-} // namespace
 
 TEST(MiscText, IsStringPrintableAsciiAccepts32To126) {
     EXPECT_TRUE(Misc::isStringPrintableAscii(""));
@@ -153,15 +153,15 @@ TEST(MiscText, Utf8RefusesDisallowedCharacters) {
 
 TEST(MiscText, Utf8AcceptsOnlyTheAllowedControls) {
     test::LogCapture log;
-    EXPECT_TRUE(isPrintable("\t", "", TEXT_CONTROLS));
-    EXPECT_TRUE(isPrintable("a\tb\r\n", "", TEXT_CONTROLS));
+    EXPECT_TRUE(isPrintable("\t", "", textControls));
+    EXPECT_TRUE(isPrintable("a\tb\r\n", "", textControls));
     EXPECT_TRUE(isPrintable("\x7f", "", "\x7f"));
     EXPECT_EQ(log.count(), 0U);
     expectRefused("\t", "isStringPrintableUtf8: found non-printable ASCII character 0x09\n");
     expectRefused("abcdefgh\x1f", "isStringPrintableUtf8: found non-printable ASCII character 0x1f\n", "",
-                  TEXT_CONTROLS);
+                  textControls);
     expectRefused("abcdefgh\x7f", "isStringPrintableUtf8: found non-printable ASCII character 0x7f\n", "",
-                  TEXT_CONTROLS);
+                  textControls);
     // `disallowed` does not affect control characters.
     expectRefused("a\x01", "isStringPrintableUtf8: found non-printable ASCII character 0x01\n", "b\x01");
 }
@@ -178,7 +178,7 @@ TEST(MiscText, Utf8ValidatesEveryByteAtEveryPositionOfAWord) {
         for (int c = 0; c < 256; ++c) {
             std::string bytes(150, 'x');
             bytes[place] = static_cast<char>(c);
-            expectAsReference(bytes, "", c % 2 == 0 ? "" : TEXT_CONTROLS);
+            expectAsReference(bytes, "", c % 2 == 0 ? "" : textControls);
             if (HasFatalFailure())
                 FAIL() << c << " at " << place;
         }
@@ -257,7 +257,7 @@ TEST(MiscText, Utf8ValidatesControlsBetweenMultibyteCharacters) {
         for (const char* two : {"\x01x", "x\x01", "\tx", "x\t", "x\x7F"}) {
             bytes.replace(place, 2, two);
             expectAsReference(bytes, "", "");
-            expectAsReference(bytes, "", TEXT_CONTROLS);
+            expectAsReference(bytes, "", textControls);
         }
         if (HasFatalFailure())
             FAIL() << "at " << place;
@@ -359,7 +359,7 @@ TEST(MiscText, Utf8AgreesWithAByteByByteReference) {
             bytes[below(static_cast<unsigned int>(bytes.size()))] = static_cast<char>(random());
         if (below(3) == 0)
             bytes.resize(below(static_cast<unsigned int>(bytes.size()) + 1));
-        expectAsReference(bytes, below(4) == 0 ? "," : "", below(2) == 0 ? TEXT_CONTROLS : "");
+        expectAsReference(bytes, below(4) == 0 ? "," : "", below(2) == 0 ? textControls : "");
         if (HasFatalFailure())
             FAIL() << "text " << i;
     }
@@ -373,7 +373,7 @@ TEST(MiscText, Utf8ValidatesLongCharactersAtEveryPositionOfTextsOfEveryLength) {
             for (std::size_t at = 0; at + character.size() <= length; ++at) {
                 std::string text(length, 'a');
                 text.replace(at, character.size(), character);
-                expectAsReference(text, "", TEXT_CONTROLS);
+                expectAsReference(text, "", textControls);
                 if (HasFatalFailure())
                     FAIL() << "length " << length << ", character at " << at;
             }
@@ -537,3 +537,5 @@ TEST(MiscText, ParseTokensOfALongText) {
     EXPECT_EQ(tokens[50000], nullptr);
     EXPECT_STREQ(tokens[49999], "t");
 }
+
+} // namespace

@@ -23,32 +23,32 @@ using utility::Misc;
 
 namespace {
 
-const char* const PUT_C = "void utility::PutStream::PutC(char)";
-const char* const PUT_F = "void utility::PutStream::PutF(const char*, ...)";
+constexpr const char* putCName = "void utility::PutStream::PutC(char)";
+constexpr const char* putFName = "void utility::PutStream::PutF(const char*, ...)";
 
 // A buffer with guard bytes around it, filled with '#'.
 class WatchedBuffer {
 public:
     explicit WatchedBuffer(int size)
-        : m_bytes(static_cast<std::size_t>(size) + 2 * MARGIN, '#'), m_size(static_cast<std::size_t>(size)) {}
+        : m_bytes(static_cast<std::size_t>(size) + 2 * margin, '#'), m_size(static_cast<std::size_t>(size)) {}
 
     char* data() {
-        return m_bytes.data() + MARGIN;
+        return m_bytes.data() + margin;
     }
     int size() const {
         return static_cast<int>(m_size);
     }
     std::string content() const {
-        return std::string(m_bytes.data() + MARGIN, m_size);
+        return std::string(m_bytes.data() + margin, m_size);
     }
     bool surroundingsIntact() const {
-        const std::string margin(MARGIN, '#');
-        return std::string(m_bytes.data(), MARGIN) == margin &&
-               std::string(m_bytes.data() + MARGIN + m_size, MARGIN) == margin;
+        const std::string expected(margin, '#');
+        return std::string(m_bytes.data(), margin) == expected &&
+               std::string(m_bytes.data() + margin + m_size, margin) == expected;
     }
 
 private:
-    static constexpr std::size_t MARGIN = 64;
+    static constexpr std::size_t margin = 64;
     std::vector<char> m_bytes;
     std::size_t m_size;
 };
@@ -141,8 +141,6 @@ std::string referenceCapacity(long long v, int digits) {
 long long randomNumber(std::mt19937_64& random) {
     return static_cast<long long>(random() >> (random() % 64)) * (random() % 2 == 0 ? 1 : -1);
 }
-
-} // namespace
 
 TEST(Misc, UsageExample) {
     char text[32];
@@ -373,16 +371,16 @@ TEST(Misc, ToDecimalNeedsTwoBytesMoreThanTheText) {
     // The digits that fit are written and terminated although the call throws.
     for (const int size : {1, 2, 6, 7}) {
         WatchedBuffer buffer(size);
-        EXPECT_FAILURE(Misc::toDecimal(-1000L, buffer.data(), size), 1239, "ut_PutStream", PUT_C, "");
+        EXPECT_FAILURE(Misc::toDecimal(-1000L, buffer.data(), size), 1239, "ut_PutStream", putCName, "");
         EXPECT_EQ(std::string(buffer.data()), std::string("-1,000").substr(0, static_cast<std::size_t>(size) - 1));
         EXPECT_TRUE(buffer.surroundingsIntact()) << size;
     }
     for (const int size : {INT_MIN, -1, 0}) {
         WatchedBuffer buffer(0);
-        EXPECT_FAILURE(Misc::toDecimal(-1000LL, buffer.data(), size), 1239, "ut_PutStream", PUT_C, "");
+        EXPECT_FAILURE(Misc::toDecimal(-1000LL, buffer.data(), size), 1239, "ut_PutStream", putCName, "");
         EXPECT_TRUE(buffer.surroundingsIntact()) << size;
     }
-    EXPECT_FAILURE(Misc::toDecimal(7L, nullptr, 20), 1239, "ut_PutStream", PUT_C, "");
+    EXPECT_FAILURE(Misc::toDecimal(7L, nullptr, 20), 1239, "ut_PutStream", putCName, "");
 }
 
 TEST(Misc, ToDecimalOfZeroNeedsOneByteMoreThanTheText) {
@@ -390,7 +388,7 @@ TEST(Misc, ToDecimalOfZeroNeedsOneByteMoreThanTheText) {
     EXPECT_EQ(Misc::toDecimal(0LL, enough.data(), 2), enough.data());
     EXPECT_EQ(enough.content(), std::string("0\0", 2));
     WatchedBuffer one(1);
-    EXPECT_FAILURE(Misc::toDecimal(0LL, one.data(), 1), 1239, "ut_PutStream", PUT_C, "");
+    EXPECT_FAILURE(Misc::toDecimal(0LL, one.data(), 1), 1239, "ut_PutStream", putCName, "");
     EXPECT_TRUE(one.surroundingsIntact());
 }
 
@@ -460,17 +458,17 @@ TEST(Misc, ToDSdecimalThrowsIfTheTextDoesNotFit) {
     EXPECT_TRUE(exact.surroundingsIntact());
 
     WatchedBuffer unitCut(8);
-    EXPECT_FAILURE(Misc::toDSdecimal(-1500L, 3, unitCut.data(), 8), 1239, "ut_PutStream", PUT_F,
+    EXPECT_FAILURE(Misc::toDSdecimal(-1500L, 3, unitCut.data(), 8), 1239, "ut_PutStream", putFName,
                    "Didn't fit. wrote=3 remaining=2 msg='%s'");
     EXPECT_TRUE(unitCut.surroundingsIntact());
     for (const int size : {1, 2, 5}) {
         WatchedBuffer buffer(size);
-        EXPECT_FAILURE(Misc::toDSdecimal(-1500L, 3, buffer.data(), size), 1239, "ut_PutStream", PUT_C, "");
+        EXPECT_FAILURE(Misc::toDSdecimal(-1500L, 3, buffer.data(), size), 1239, "ut_PutStream", putCName, "");
         EXPECT_TRUE(buffer.surroundingsIntact()) << size;
     }
     for (const int size : {INT_MIN, -1, 0}) {
         WatchedBuffer buffer(0);
-        EXPECT_FAILURE(Misc::toDSdecimal(0LL, 3, buffer.data(), size), 1239, "ut_PutStream", PUT_C, "");
+        EXPECT_FAILURE(Misc::toDSdecimal(0LL, 3, buffer.data(), size), 1239, "ut_PutStream", putCName, "");
         EXPECT_TRUE(buffer.surroundingsIntact()) << size;
     }
 }
@@ -635,3 +633,5 @@ TEST(Misc, GetErrnoMsgIsTruncatedToTheBuffer) {
     EXPECT_TRUE(none.surroundingsIntact());
     EXPECT_EQ(Misc::getErrnoMsg(nullptr, 10), ENOENT);
 }
+
+} // namespace

@@ -37,8 +37,8 @@ using Value = ReferenceOptions::Value;
 using Option = ReferenceOptions::Option;
 using Content = ReferenceOptions::Content;
 
-const Value NONE = std::nullopt;
-const unsigned int CONTINUED = 1153;
+const Value none = std::nullopt;
+constexpr unsigned int continued = 1153;
 
 static_assert(sizeof(Options) == (sizeof(void*) == 8 ? 136 : 84), "clients hold options in their own objects");
 static_assert(std::has_virtual_destructor<Options>::value, "options may be deleted as their base");
@@ -67,8 +67,8 @@ Content contentOf(const Options& options) {
             index += options.getKey(before) == key ? 1 : 0;
         const char* const text = strings::StringRepository::toString(key);
         const char* const value = options.getAsString(key, index);
-        const bool missing = value && !*value && options.getAsInt(key, index) == -1;
-        content.push_back({text != nullptr ? text : "(unknown)", value && !missing ? Value(value) : NONE});
+        const bool missing = value != nullptr && *value == 0 && options.getAsInt(key, index) == -1;
+        content.push_back({text != nullptr ? text : "(unknown)", value != nullptr && !missing ? Value(value) : none});
     }
     return content;
 }
@@ -108,7 +108,7 @@ TEST(Options, BeginEmpty) {
 TEST(Options, ATextHoldsOneOptionForEachValue) {
     Options options;
     set(options, "a=1,2&b");
-    EXPECT_EQ(contentOf(options), (Content{{"a", "1"}, {"a", "2"}, {"b", NONE}}));
+    EXPECT_EQ(contentOf(options), (Content{{"a", "1"}, {"a", "2"}, {"b", none}}));
     EXPECT_STREQ(options.getAsString(token("b"), 0), "");
     EXPECT_EQ(options.getAsInt(token("b"), 0), -1);
     EXPECT_EQ(options.getAsInt(token("a"), 1), 2);
@@ -127,7 +127,7 @@ TEST(Options, EmptyValuesAreKept) {
     EXPECT_EQ(contentOfText("a="), (Content{{"a", ""}}));
     EXPECT_EQ(contentOfText("a=,"), (Content{{"a", ""}, {"a", ""}}));
     EXPECT_EQ(contentOfText("a=1,,2,"), (Content{{"a", "1"}, {"a", ""}, {"a", "2"}, {"a", ""}}));
-    EXPECT_EQ(contentOfText("a=&b"), (Content{{"a", ""}, {"b", NONE}}));
+    EXPECT_EQ(contentOfText("a=&b"), (Content{{"a", ""}, {"b", none}}));
 }
 
 TEST(Options, EmptyKeysAreKept) {
@@ -137,33 +137,33 @@ TEST(Options, EmptyKeysAreKept) {
 }
 
 TEST(Options, EmptyItemsAreOptionsWithAnEmptyKeyAndNoValue) {
-    EXPECT_EQ(contentOfText("a&&b"), (Content{{"a", NONE}, {"", NONE}, {"b", NONE}}));
-    EXPECT_EQ(contentOfText("&a"), (Content{{"", NONE}, {"a", NONE}}));
-    EXPECT_EQ(contentOfText("a=1&"), (Content{{"a", "1"}, {"", NONE}}));
-    EXPECT_EQ(contentOfText("&"), (Content{{"", NONE}, {"", NONE}}));
+    EXPECT_EQ(contentOfText("a&&b"), (Content{{"a", none}, {"", none}, {"b", none}}));
+    EXPECT_EQ(contentOfText("&a"), (Content{{"", none}, {"a", none}}));
+    EXPECT_EQ(contentOfText("a=1&"), (Content{{"a", "1"}, {"", none}}));
+    EXPECT_EQ(contentOfText("&"), (Content{{"", none}, {"", none}}));
 }
 
 TEST(Options, AnItemIsSplitAtItsFirstEqualsSign) {
     EXPECT_EQ(contentOfText("a=b=c,d=e"), (Content{{"a", "b=c"}, {"a", "d=e"}}));
     EXPECT_EQ(contentOfText("a=="), (Content{{"a", "="}}));
     EXPECT_EQ(contentOfText("a,b=1"), (Content{{"a,b", "1"}}));
-    EXPECT_EQ(contentOfText("a,b"), (Content{{"a,b", NONE}}));
+    EXPECT_EQ(contentOfText("a,b"), (Content{{"a,b", none}}));
 }
 
 TEST(Options, NothingIsTrimmedOrDecoded) {
-    EXPECT_EQ(contentOfText(" a = 1 , %20 &+b"), (Content{{" a ", " 1 "}, {" a ", " %20 "}, {"+b", NONE}}));
+    EXPECT_EQ(contentOfText(" a = 1 , %20 &+b"), (Content{{" a ", " 1 "}, {" a ", " %20 "}, {"+b", none}}));
 }
 
 TEST(Options, FurtherTextsAddTheirOptions) {
     Options options;
     set(options, "a=1");
     set(options, "b&a=2");
-    EXPECT_EQ(contentOf(options), (Content{{"a", "1"}, {"b", NONE}, {"a", "2"}}));
+    EXPECT_EQ(contentOf(options), (Content{{"a", "1"}, {"b", none}, {"a", "2"}}));
 }
 
 TEST(Options, OfNineOptionsTheNinthIsDropped) {
     const Content eight = {{"a", "1"}, {"a", "2"}, {"a", "3"},  {"a", "4"},
-                           {"b", "5"}, {"b", "6"}, {"c", NONE}, {"d", NONE}};
+                           {"b", "5"}, {"b", "6"}, {"c", none}, {"d", none}};
     EXPECT_EQ(contentOfText("a=1,2,3,4&b=5,6&c&d"), eight);
     Options options;
     const test::LogCapture log;
@@ -204,7 +204,7 @@ TEST(Options, AddOptionAppendsACopy) {
     text[0] = '#';
     options.addOption(token("k"), nullptr);
     options.addOption(token("k"), "");
-    EXPECT_EQ(contentOf(options), (Content{{"k", "value"}, {"k", NONE}, {"k", ""}}));
+    EXPECT_EQ(contentOf(options), (Content{{"k", "value"}, {"k", none}, {"k", ""}}));
 }
 
 TEST(Options, SetOptionReplacesTheValueAtTheIndex) {
@@ -214,7 +214,7 @@ TEST(Options, SetOptionReplacesTheValueAtTheIndex) {
     EXPECT_EQ(contentOf(options), (Content{{"a", "1"}, {"b", "2"}, {"a", "x"}}));
     options.setOption(token("a"), "y", 0);
     options.setOption(token("b"), nullptr, 0);
-    EXPECT_EQ(contentOf(options), (Content{{"a", "y"}, {"b", NONE}, {"a", "x"}}));
+    EXPECT_EQ(contentOf(options), (Content{{"a", "y"}, {"b", none}, {"a", "x"}}));
     options.setOption(token("b"), "", 0);
     EXPECT_EQ(contentOf(options), (Content{{"a", "y"}, {"b", ""}, {"a", "x"}}));
 }
@@ -225,14 +225,14 @@ TEST(Options, SetOptionAddsAMissingOption) {
     options.setOption(token("a"), "2", 1);
     options.setOption(token("a"), "3", 7);
     options.setOption(token("b"), nullptr, 0xFFFFFFFFu);
-    EXPECT_EQ(contentOf(options), (Content{{"a", "1"}, {"a", "2"}, {"a", "3"}, {"b", NONE}}));
+    EXPECT_EQ(contentOf(options), (Content{{"a", "1"}, {"a", "2"}, {"a", "3"}, {"b", none}}));
 }
 
 TEST(Options, DeleteOptionRemovesEveryOneWithTheKey) {
     Options options;
     set(options, "a=1&b=2&a=3&c&a");
     options.deleteOption(token("a"));
-    EXPECT_EQ(contentOf(options), (Content{{"b", "2"}, {"c", NONE}}));
+    EXPECT_EQ(contentOf(options), (Content{{"b", "2"}, {"c", none}}));
     options.deleteOption(token("a"));
     options.deleteOption(0);
     EXPECT_EQ(options.count(), 2U);
@@ -245,9 +245,9 @@ TEST(Options, DeleteOptionByValueRemovesExactMatches) {
     Options options;
     set(options, "a=x,X,x,xx,&a&b=x");
     options.deleteOption(token("a"), "x");
-    EXPECT_EQ(contentOf(options), (Content{{"a", "X"}, {"a", "xx"}, {"a", ""}, {"a", NONE}, {"b", "x"}}));
+    EXPECT_EQ(contentOf(options), (Content{{"a", "X"}, {"a", "xx"}, {"a", ""}, {"a", none}, {"b", "x"}}));
     options.deleteOption(token("a"), "");
-    EXPECT_EQ(contentOf(options), (Content{{"a", "X"}, {"a", "xx"}, {"a", NONE}, {"b", "x"}}));
+    EXPECT_EQ(contentOf(options), (Content{{"a", "X"}, {"a", "xx"}, {"a", none}, {"b", "x"}}));
     options.deleteOption(token("a"), nullptr);
     EXPECT_EQ(options.count(), 4U);
 }
@@ -377,33 +377,33 @@ TEST(Options, AreWrittenWithAnAmpersandBeforeAllButTheFirst) {
 TEST(Options, ContinuationWritesOnlyItsValue) {
     Options options;
     options.addOption(token("a"), "1");
-    options.addOption(CONTINUED, "2");
-    options.addOption(CONTINUED, nullptr);
-    options.addOption(CONTINUED, "");
+    options.addOption(continued, "2");
+    options.addOption(continued, nullptr);
+    options.addOption(continued, "");
     options.addOption(token("b"), nullptr);
-    options.addOption(CONTINUED, "3");
-    options.addOption(CONTINUED, "4");
+    options.addOption(continued, "3");
+    options.addOption(continued, "4");
     options.addOption(token("c"), nullptr);
     EXPECT_EQ(textOf(options), "a=1,2,&b=3,4&c");
 }
 
 TEST(Options, ContinuationAtTheStartWritesItsValue) {
     Options options;
-    options.addOption(CONTINUED, "1");
-    options.addOption(CONTINUED, "2");
+    options.addOption(continued, "1");
+    options.addOption(continued, "2");
     options.addOption(token("a"), "3");
     EXPECT_EQ(textOf(options), "=1,2&a=3");
     options.clear();
-    options.addOption(CONTINUED, nullptr);
+    options.addOption(continued, nullptr);
     options.addOption(token("a"), nullptr);
     EXPECT_EQ(textOf(options), "&a");
 }
 
 TEST(Options, TheContinuationKeyIsWhatAnUnknownDecorationGives) {
-    EXPECT_STREQ(strings::StringRepository::toString(CONTINUED), "Undefined");
+    EXPECT_STREQ(strings::StringRepository::toString(continued), "Undefined");
     Options options;
     set(options, "a=1&Undefined=2");
-    EXPECT_EQ(options.getKey(1), CONTINUED);
+    EXPECT_EQ(options.getKey(1), continued);
     EXPECT_EQ(textOf(options), "a=1,2");
 }
 
@@ -449,7 +449,7 @@ TEST(Options, RandomChangesLikeTheModel) {
     while (random.steps(20000)) {
         const std::string key = random.text(1, "abc");
         const unsigned int index = random.below(4);
-        const Value value = random.below(4) == 0 ? NONE : Value(random.text(2, "xX1"));
+        const Value value = random.below(4) == 0 ? none : Value(random.text(2, "xX1"));
         const char* const text = value ? value->c_str() : nullptr;
         const auto found = model.at(key, index);
         const bool isThere = found != model.content.end();

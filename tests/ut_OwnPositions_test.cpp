@@ -29,7 +29,7 @@ using utility::BufferStream;
 
 constexpr int capacity = 64;
 
-/// A stream that overrides the four position operations and counts their calls.
+// A stream that overrides the four position operations and counts their calls.
 class OverridingStream : public BufferStream {
 public:
     OverridingStream(char* storage, int size, bool quiet) : BufferStream(storage, size, quiet) {}
@@ -58,7 +58,7 @@ private:
     mutable int m_calls = 0;
 };
 
-/// A stream of a caller's class that overrides something else.
+// A stream of a caller's class that overrides something else.
 class NamedStream : public BufferStream {
 public:
     NamedStream(char* storage, int size, bool quiet) : BufferStream(storage, size, quiet) {}
@@ -67,7 +67,7 @@ public:
     }
 };
 
-/// What a caller can see of an operation: its result or failure, and the state that it left.
+// What a caller can see of an operation: its result or failure, and the state that it left.
 struct Outcome {
     std::string result;
     std::string failure;
@@ -126,7 +126,7 @@ std::string readNumber(BufferStream& stream, bool (utility::GetStream::*read)(Nu
     return std::to_string(done) + " " + std::to_string(value);
 }
 
-/// Carries out one operation and returns its result as text. `number` is from 0 to 29.
+// Carries out one operation and returns its result as text. `number` is from 0 to 29.
 using Operation = std::string (*)(BufferStream& stream, int number, std::string& text);
 
 const std::vector<Operation>& operations() {
@@ -178,12 +178,13 @@ const std::vector<Operation>& operations() {
             return writeArray(stream, &utility::PutStream::PutParmSint32Array, number / 2);
         },
         [](BufferStream& stream, int, std::string& text) {
-            return std::to_string(stream.SendOutputStream(text.data(), static_cast<unsigned int>(text.size())));
+            return std::to_string(
+                static_cast<int>(stream.SendOutputStream(text.data(), static_cast<unsigned int>(text.size()))));
         },
         [](BufferStream& stream, int, std::string&) {
             char c = '?';
             const bool done = stream.GetC(&c);
-            return std::to_string(done) + c;
+            return std::to_string(static_cast<int>(done)) + c;
         },
         [](BufferStream& stream, int, std::string&) { return shown(stream.ReadLine()); },
         [](BufferStream& stream, int, std::string&) { return shown(stream.GetLine()); },
@@ -262,7 +263,7 @@ TEST(OwnPositions, OperationsOfACallersClassMatchThoseOfAnOverridingClass) {
     expectSameAsOverriding<NamedStream>(false);
 }
 
-/// Reads an array of `count` elements, of which the stream has `bytes` bytes only, into an array of `length` elements.
+// Reads an array of `count` elements, of which the stream has `bytes` bytes only, into an array of `length` elements.
 template<typename ArrayType>
 std::string arrayFrom(BufferStream& stream, bool (utility::GetStream::*read)(ArrayType&), unsigned int count, int bytes,
                       int length) {

@@ -37,13 +37,13 @@ using utility::UIntArray;
 using utility::UShortArray;
 using Lines = std::vector<std::string>;
 
-constexpr const char* WRITE_ADVANCE = "virtual void utility::Buffer::WriteAdvance(int)";
-constexpr const char* READ_ADVANCE = "virtual void utility::Buffer::ReadAdvance(int)";
-constexpr const char* PUT_S = "void utility::PutStream::PutS(const char*)";
-constexpr unsigned int SLACK = 65535;
+constexpr const char* writeAdvanceName = "virtual void utility::Buffer::WriteAdvance(int)";
+constexpr const char* readAdvanceName = "virtual void utility::Buffer::ReadAdvance(int)";
+constexpr const char* putSName = "void utility::PutStream::PutS(const char*)";
+constexpr unsigned int slack = 65535;
 // More elements than a hostile message of a few bytes can produce; the arrays reserve this capacity, as growing is
 // slow.
-constexpr unsigned int MOST_READ = 66000;
+constexpr unsigned int mostRead = 66000;
 
 std::string writer(const std::string& signature) {
     return "void utility::PutStream::" + signature;
@@ -93,7 +93,7 @@ private:
 std::vector<std::string> textsOf(const StringArray& array) {
     std::vector<std::string> texts;
     for (unsigned int index = 0; index < array.length(); ++index)
-        texts.push_back(array.ElementAt(index) ? array.ElementAt(index) : "<null>");
+        texts.push_back(array.ElementAt(index) != nullptr ? array.ElementAt(index) : "<null>");
     return texts;
 }
 
@@ -327,12 +327,12 @@ TEST(ParameterEncoding, TextAndItsTerminatorFillTheSpaceExactly) {
 
 TEST(ParameterEncoding, TextWithoutSpaceForItsTerminatorIsRefusedByTheWritePosition) {
     Stream stream(5);
-    EXPECT_FAILURE(stream->PutParmString("ports"), 1239, "ut_Buffer", WRITE_ADVANCE, "");
+    EXPECT_FAILURE(stream->PutParmString("ports"), 1239, "ut_Buffer", writeAdvanceName, "");
     stream->Rewind();
-    EXPECT_FAILURE(stream->PutParmString("volume"), 1239, "ut_PutStream", PUT_S,
+    EXPECT_FAILURE(stream->PutParmString("volume"), 1239, "ut_PutStream", putSName,
                    "Didn't fit. remaining=5 msg='volume'");
     EXPECT_EQ(stream.readable(), "volum");
-    EXPECT_FAILURE(stream->PutParmString(""), 1239, "ut_Buffer", WRITE_ADVANCE, "");
+    EXPECT_FAILURE(stream->PutParmString(""), 1239, "ut_Buffer", writeAdvanceName, "");
 }
 
 TEST(ParameterEncoding, WithNoThrowATextWithoutSpaceForItsTerminatorMovesBackToTheReadPosition) {
@@ -495,7 +495,7 @@ TEST(ParameterEncoding, BlockLengthPastTheContentCopiesTheRestAndThrowsFromBuffe
     for (const int length : {4, 100, INT_MAX - 8, INT_MAX}) {
         Stream stream(memoryOf<std::int32_t>(length) + "abc");
         test::GuardedBytes read(8);
-        EXPECT_FAILURE(stream->GetParmBuf(read.array(), 8), 1239, "ut_Buffer", READ_ADVANCE, "") << length;
+        EXPECT_FAILURE(stream->GetParmBuf(read.array(), 8), 1239, "ut_Buffer", readAdvanceName, "") << length;
         EXPECT_EQ(read.content().substr(0, 4), "abc\x7E");
         EXPECT_TRUE(read.areGuardsWhole());
         unsigned short number = 0;
@@ -524,7 +524,7 @@ TEST(ParameterEncoding, BlockOfNegativeLengthCopiesNothingAndThrowsFromBuffer) {
     for (const int length : {-1, -4, -100, INT_MIN}) {
         Stream stream(memoryOf<std::int32_t>(length) + "abc");
         test::GuardedBytes read(8);
-        EXPECT_FAILURE(stream->GetParmBuf(read.array(), 8), 1239, "ut_Buffer", READ_ADVANCE, "") << length;
+        EXPECT_FAILURE(stream->GetParmBuf(read.array(), 8), 1239, "ut_Buffer", readAdvanceName, "") << length;
         EXPECT_TRUE(read.isUntouched());
         unsigned int number = 0;
         CATCH_FAILURE(stream->GetParmUint32(&number));
@@ -674,13 +674,13 @@ TYPED_TEST(ParameterArray, CountOf65535ElementsTooManyIsReadAndOneMoreIsRefused)
     for (unsigned int held = 0; held < 3; ++held) {
         const std::string elements =
             this->encoded(this->someValues()).substr(4, held * sizeof(typename TypeParam::Value));
-        Stream just(memoryOf<std::uint32_t>(held + SLACK) + elements);
+        Stream just(memoryOf<std::uint32_t>(held + slack) + elements);
         typename TestFixture::Array read(0);
         EXPECT_TRUE(this->get(just, read));
-        EXPECT_EQ(read.length(), held + SLACK);
-        EXPECT_EQ(read[held + SLACK - 1], held == 0 ? 0 : this->someValues()[held - 1]);
+        EXPECT_EQ(read.length(), held + slack);
+        EXPECT_EQ(read[held + slack - 1], held == 0 ? 0 : this->someValues()[held - 1]);
 
-        Stream beyond(memoryOf<std::uint32_t>(held + SLACK + 1) + elements);
+        Stream beyond(memoryOf<std::uint32_t>(held + slack + 1) + elements);
         typename TestFixture::Array refused(0);
         refused.Append(9);
         EXPECT_FALSE(this->get(beyond, refused));
@@ -753,13 +753,13 @@ TEST(ParameterEncoding, ArrayOfTextsKeepsTheTextsThatFit) {
     array.Append("ab");
     array.Append("volume");
     Stream stream(10);
-    EXPECT_FAILURE(stream->PutParmStringArray(array), 1239, "ut_PutStream", PUT_S,
+    EXPECT_FAILURE(stream->PutParmStringArray(array), 1239, "ut_PutStream", putSName,
                    "Didn't fit. remaining=3 msg='volume'");
     EXPECT_EQ(stream.readable(), bytes({2, 0, 0, 0, 'a', 'b', 0, 'v', 'o', 'l'}));
     Stream exact(13);
-    EXPECT_FAILURE(exact->PutParmStringArray(array), 1239, "ut_Buffer", WRITE_ADVANCE, "");
+    EXPECT_FAILURE(exact->PutParmStringArray(array), 1239, "ut_Buffer", writeAdvanceName, "");
     Stream countOnly(4);
-    EXPECT_FAILURE(countOnly->PutParmStringArray(array), 1239, "ut_PutStream", PUT_S,
+    EXPECT_FAILURE(countOnly->PutParmStringArray(array), 1239, "ut_PutStream", putSName,
                    "Didn't fit. remaining=0 msg='ab'");
     EXPECT_EQ(countOnly.readable(), bytes({2, 0, 0, 0}));
 }
@@ -800,13 +800,13 @@ TEST(ParameterEncoding, ArrayOfTextsWithoutItsCountReturnsFalse) {
 }
 
 TEST(ParameterEncoding, CountOf65535TextsTooManyIsReadAndOneMoreIsRefused) {
-    Stream just(memoryOf<std::uint32_t>(2 + SLACK) + bytes({0, 0}));
+    Stream just(memoryOf<std::uint32_t>(2 + slack) + bytes({0, 0}));
     StringArray read(0);
     EXPECT_TRUE(just->GetParmStringArray(read));
-    EXPECT_EQ(read.length(), 2 + SLACK);
+    EXPECT_EQ(read.length(), 2 + slack);
     EXPECT_STREQ(read.ElementAt(1), "");
     EXPECT_EQ(read.ElementAt(2), nullptr);
-    Stream beyond(memoryOf<std::uint32_t>(3 + SLACK) + bytes({0, 0}));
+    Stream beyond(memoryOf<std::uint32_t>(3 + slack) + bytes({0, 0}));
     StringArray refused(0);
     refused.Append("kept");
     EXPECT_FALSE(beyond->GetParmStringArray(refused));
@@ -903,7 +903,7 @@ public:
     }
     bool readsBack(BufferStream& stream) override {
         const char* const read = stream.GetParmString();
-        return read && m_text == read;
+        return read != nullptr && m_text == read;
     }
     std::string encoded() const override {
         return m_text + '\0';
@@ -923,7 +923,7 @@ public:
         test::GuardedBytes read(m_maximum);
         const std::size_t taken = std::min(m_block.size(), m_maximum);
         return stream.GetParmBuf(read.array(), read.size()) == static_cast<int>(m_block.size()) &&
-               read.content() == m_block.substr(0, taken) + std::string(m_maximum - taken, test::GuardedBytes::FILL) &&
+               read.content() == m_block.substr(0, taken) + std::string(m_maximum - taken, test::GuardedBytes::fill) &&
                read.areGuardsWhole();
     }
     std::string encoded() const override {
@@ -1087,33 +1087,33 @@ void readAnything(test::RandomRun& random, BufferStream& stream) {
         return;
     }
     case 5: {
-        UShortArray array(MOST_READ);
+        UShortArray array(mostRead);
         stream.GetParmUint16Array(array);
-        EXPECT_LE(array.length(), MOST_READ);
+        EXPECT_LE(array.length(), mostRead);
         return;
     }
     case 6: {
-        UIntArray array(MOST_READ);
+        UIntArray array(mostRead);
         stream.GetParmUint32Array(array);
-        EXPECT_LE(array.length(), MOST_READ);
+        EXPECT_LE(array.length(), mostRead);
         return;
     }
     case 7: {
-        ShortArray array(MOST_READ);
+        ShortArray array(mostRead);
         stream.GetParmSint16Array(array);
-        EXPECT_LE(array.length(), MOST_READ);
+        EXPECT_LE(array.length(), mostRead);
         return;
     }
     case 8: {
-        IntArray array(MOST_READ);
+        IntArray array(mostRead);
         stream.GetParmSint32Array(array);
-        EXPECT_LE(array.length(), MOST_READ);
+        EXPECT_LE(array.length(), mostRead);
         return;
     }
     case 9: {
-        StringArray array(MOST_READ);
+        StringArray array(mostRead);
         stream.GetParmStringArray(array);
-        EXPECT_LE(array.length(), MOST_READ);
+        EXPECT_LE(array.length(), mostRead);
         return;
     }
     default:

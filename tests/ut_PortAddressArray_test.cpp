@@ -28,8 +28,8 @@ using utility::FCPortAddress;
 using utility::PortAddress;
 using utility::PortAddressArray;
 
-const FCPortAddress::WWNType TYPE = FCPortAddress::WWN_TYPE_0;
-const char* const BOTH_KINDS = "500a09818d5f1234,,10.1.2.3:3260[tgt1]";
+constexpr FCPortAddress::WWNType type = FCPortAddress::WWN_TYPE_0;
+constexpr const char* bothKinds = "500a09818d5f1234,,10.1.2.3:3260[tgt1]";
 
 // A copy would clone the elements and not delete the clones.
 class Unowned : public test::Unowned<PortAddressArray> {
@@ -45,7 +45,7 @@ struct PortAddressArrayTraits : test::ArrayTraits {
     static constexpr const char* valueName = "utility::PortAddress*";
     static constexpr unsigned int traceSwitch = 4500;
     static PortAddress* element(unsigned int index) {
-        static std::vector<FCPortAddress> addresses(50, FCPortAddress(TYPE, "05"));
+        static std::vector<FCPortAddress> addresses(50, FCPortAddress(type, "05"));
         return &addresses.at(index);
     }
 };
@@ -77,14 +77,14 @@ class PortAddressArrayTest : public testing::Test {
 protected:
     void fillWithBothKinds(PortAddressArray& array) {
         utility::IPV4Address address("10.1.2.3");
-        array.Append(new FCPortAddress(TYPE, "500a09818d5f1234"));
+        array.Append(new FCPortAddress(type, "500a09818d5f1234"));
         array.Append(nullptr);
         array.Append(new utility::ISCSIPortAddress(address, 3260, "tgt1"));
     }
 
-    FCPortAddress a{TYPE, "01"};
-    FCPortAddress b{TYPE, "02"};
-    FCPortAddress c{TYPE, "03"};
+    FCPortAddress m_a{type, "01"};
+    FCPortAddress m_b{type, "02"};
+    FCPortAddress m_c{type, "03"};
 };
 
 TEST_F(PortAddressArrayTest, UsageExample) {
@@ -100,10 +100,10 @@ TEST_F(PortAddressArrayTest, UsageExample) {
 
 TEST_F(PortAddressArrayTest, ElementAtIsNullOutOfRange) {
     Unowned array(4);
-    array.Append(&a);
-    array.Append(&b);
-    EXPECT_EQ(array.ElementAt(0), &a);
-    EXPECT_EQ(array.ElementAt(1), &b);
+    array.Append(&m_a);
+    array.Append(&m_b);
+    EXPECT_EQ(array.ElementAt(0), &m_a);
+    EXPECT_EQ(array.ElementAt(1), &m_b);
     EXPECT_EQ(array.ElementAt(2), nullptr);
     EXPECT_EQ(array.ElementAt(0xFFFFFFFF), nullptr);
 }
@@ -115,7 +115,7 @@ TEST_F(PortAddressArrayTest, ACopyClonesTheElementsAndHasTheSameCapacity) {
     EXPECT_EQ(copy.size(), 7u);
     expectClones(copy, array);
     array.DeleteAll();
-    EXPECT_EQ(textOf(copy), BOTH_KINDS);
+    EXPECT_EQ(textOf(copy), bothKinds);
 }
 
 TEST_F(PortAddressArrayTest, AnEmptyCopyHasTheSameCapacity) {
@@ -130,12 +130,12 @@ TEST_F(PortAddressArrayTest, AnAssignmentReplacesTheElementsByClones) {
     fillWithBothKinds(array);
     PortAddressArray assigned(30);
     fillWithBothKinds(assigned);
-    assigned.Append(new FCPortAddress(TYPE, "99"));
+    assigned.Append(new FCPortAddress(type, "99"));
     EXPECT_EQ(&(assigned = array), &assigned);
     EXPECT_EQ(assigned.size(), 7u);
     expectClones(assigned, array);
     array.DeleteAll();
-    EXPECT_EQ(textOf(assigned), BOTH_KINDS);
+    EXPECT_EQ(textOf(assigned), bothKinds);
     assigned = array;
     EXPECT_EQ(assigned.length(), 0u);
     EXPECT_EQ(assigned.size(), 7u);
@@ -186,14 +186,14 @@ TEST_F(PortAddressArrayTest, DeleteAllEmptiesTheArrayAndKeepsItsBlock) {
     EXPECT_EQ(array.size(), 22u);
     array.DeleteAll();
     fillWithBothKinds(array);
-    EXPECT_EQ(textOf(array), BOTH_KINDS);
+    EXPECT_EQ(textOf(array), bothKinds);
 }
 
 TEST_F(PortAddressArrayTest, ReplacedRemovedAndTruncatedElementsAreNotDeleted) {
     PortAddressArray array(4);
-    array.Append(&a);
-    array.Append(&b);
-    array.Append(&c);
+    array.Append(&m_a);
+    array.Append(&m_b);
+    array.Append(&m_c);
     array.SetAt(0, nullptr);
     array.DeleteAt(1);
     array.truncate(1);
@@ -204,9 +204,9 @@ TEST_F(PortAddressArrayTest, ReplacedRemovedAndTruncatedElementsAreNotDeleted) {
 TEST_F(PortAddressArrayTest, WritesItsElementsWithCommasBetween) {
     Unowned array(4);
     EXPECT_EQ(textOf(array), "");
-    array.Append(&a);
+    array.Append(&m_a);
     EXPECT_EQ(textOf(array), "0100000000000000");
-    array.Append(&b);
+    array.Append(&m_b);
     EXPECT_EQ(textOf(array), "0100000000000000,0200000000000000");
 }
 
@@ -216,15 +216,15 @@ TEST_F(PortAddressArrayTest, WritesTheCommasOfNullElementsToo) {
     EXPECT_EQ(textOf(array), "");
     array.Append(nullptr);
     EXPECT_EQ(textOf(array), ",");
-    array.Append(&a);
+    array.Append(&m_a);
     array.Append(nullptr);
     EXPECT_EQ(textOf(array), ",,0100000000000000,");
 }
 
 TEST_F(PortAddressArrayTest, AStreamWithoutSpaceForACommaThrows) {
     Unowned array(4);
-    array.Append(&a);
-    array.Append(&b);
+    array.Append(&m_a);
+    array.Append(&m_b);
     utility::BufferStream stream(16);
     EXPECT_FAILURE(array.toPutStream(stream), 1239, "ut_PutStream", "void utility::PutStream::PutC(char)", "");
     EXPECT_STREQ(stream.pBuffer(), "0100000000000000");
@@ -232,7 +232,7 @@ TEST_F(PortAddressArrayTest, AStreamWithoutSpaceForACommaThrows) {
 
 TEST_F(PortAddressArrayTest, CopyAssignmentAndDeletionDoNotTrace) {
     Unowned array(4);
-    array.Append(&a);
+    array.Append(&m_a);
     const test::DebugSwitch traced(PortAddressArrayTraits::traceSwitch);
     const test::LogCapture log;
     const PortAddressArray copy(array);
@@ -247,7 +247,7 @@ TEST_F(PortAddressArrayTest, WithoutMemoryCopyThrowsAndDoesNotLeak) {
     PortAddressArray array(4);
     fillWithBothKinds(array);
     PortAddressArray assigned(3);
-    assigned.Append(new FCPortAddress(TYPE, "99"));
+    assigned.Append(new FCPortAddress(type, "99"));
     const long before = framework::Memory::staticOutstanding();
     int blocks = 0;
     int clones = 0;
@@ -265,7 +265,7 @@ TEST_F(PortAddressArrayTest, WithoutMemoryCopyThrowsAndDoesNotLeak) {
             },
             [&] {
                 EXPECT_EQ(framework::Memory::staticOutstanding(), before);
-                EXPECT_EQ(textOf(array), BOTH_KINDS);
+                EXPECT_EQ(textOf(array), bothKinds);
                 EXPECT_EQ(textOf(assigned), "9900000000000000");
                 EXPECT_EQ(assigned.size(), 3u);
             });
@@ -274,7 +274,7 @@ TEST_F(PortAddressArrayTest, WithoutMemoryCopyThrowsAndDoesNotLeak) {
     EXPECT_EQ(attempt([&] { assigned = array; }), 3u);
     EXPECT_EQ(blocks, 2);
     EXPECT_EQ(clones, 4);
-    EXPECT_EQ(textOf(assigned), BOTH_KINDS);
+    EXPECT_EQ(textOf(assigned), bothKinds);
 }
 
 } // namespace

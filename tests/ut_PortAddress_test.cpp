@@ -28,7 +28,7 @@ using utility::ISCSIPortAddress;
 using utility::PortAddress;
 using Lines = std::vector<std::string>;
 
-const unsigned int TRACE_SWITCH = 4499;
+constexpr unsigned int traceSwitch = 4499;
 
 static_assert(sizeof(PortAddress) == sizeof(void*), "no data of its own");
 static_assert(sizeof(PortAddress::PortType) == 4, "exchanged as 32 bits");
@@ -213,7 +213,7 @@ TEST(PortAddress, PortTypeFromLinkTypeAcceptsSingleBitsOnly) {
 TEST(PortAddress, LinkTypesAreTraced) {
     const std::string where =
         "3 static utility::PortAddress::PortType utility::PortAddress::PortTypeFromLinkType(uint8_t): ";
-    const test::DebugSwitch traced(TRACE_SWITCH);
+    const test::DebugSwitch traced(traceSwitch);
     const test::LogCapture log;
     PortAddress::PortTypeFromLinkType(128);
     PortAddress::PortTypeFromLinkType(2);

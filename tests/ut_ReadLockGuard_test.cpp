@@ -15,8 +15,8 @@ using framework::thread::ReadLockGuard;
 
 struct ReadGuards {
     typedef ReadLockGuard Guard;
-    static constexpr const char* TAKES = "readLock";
-    static constexpr const char* MANGLED = "_ZN9framework6thread13ReadLockGuard";
+    static constexpr const char* takes = "readLock";
+    static constexpr const char* mangled = "_ZN9framework6thread13ReadLockGuard";
 };
 
 TEST(ReadLockGuard, UsageExample) {

@@ -18,8 +18,8 @@ namespace {
 
 using utility::SerialNumber;
 
-const char* const GOOD = "00c0ff112233aabb4455667788000000";
-const char* const ZERO = "00000000000000000000000000000000";
+constexpr const char* goodText = "00c0ff112233aabb4455667788000000";
+constexpr const char* zero = "00000000000000000000000000000000";
 
 static_assert(sizeof(SerialNumber) == 16, "sixteen bytes and nothing else");
 static_assert(std::is_trivially_copyable<SerialNumber>::value, "a plain value");
@@ -38,7 +38,7 @@ std::string shortText(const SerialNumber& number) {
 }
 
 std::string withCharacter(size_t index, char c) {
-    std::string result = GOOD;
+    std::string result = goodText;
     result[index] = c;
     return result;
 }
@@ -65,32 +65,32 @@ TEST(SerialNumber, CopiesBytesInWrittenOrder) {
 }
 
 TEST(SerialNumber, CanBeCopied) {
-    SerialNumber number(GOOD);
+    SerialNumber number(goodText);
     const SerialNumber copy(number);
     number.fromString(nullptr);
-    EXPECT_EQ(text(copy), GOOD);
+    EXPECT_EQ(text(copy), goodText);
     number = copy;
     EXPECT_TRUE(number == copy);
 }
 
 TEST(SerialNumber, ParsesUpperAndLowerCase) {
-    SerialNumber number(GOOD);
+    SerialNumber number(goodText);
     EXPECT_TRUE(number.fromString("0123456789ABCDEFfedcba9876543210"));
     EXPECT_EQ(text(number), "0123456789abcdeffedcba9876543210");
 }
 
 TEST(SerialNumber, NullTextIsZero) {
-    SerialNumber number(GOOD);
+    SerialNumber number(goodText);
     EXPECT_TRUE(number.fromString(nullptr));
-    EXPECT_EQ(text(number), ZERO);
-    EXPECT_EQ(text(SerialNumber(static_cast<const char*>(nullptr))), ZERO);
+    EXPECT_EQ(text(number), zero);
+    EXPECT_EQ(text(SerialNumber(static_cast<const char*>(nullptr))), zero);
 }
 
 TEST(SerialNumber, IgnoresTextAfterTheLastDigit) {
-    SerialNumber number(ZERO);
-    EXPECT_TRUE(number.fromString((std::string(GOOD) + "XYZ").c_str()));
-    EXPECT_EQ(text(number), GOOD);
-    EXPECT_TRUE(number.fromString((std::string(GOOD) + std::string(100000, '\xFF')).c_str()));
+    SerialNumber number(zero);
+    EXPECT_TRUE(number.fromString((std::string(goodText) + "XYZ").c_str()));
+    EXPECT_EQ(text(number), goodText);
+    EXPECT_TRUE(number.fromString((std::string(goodText) + std::string(100000, '\xFF')).c_str()));
 }
 
 TEST(SerialNumber, ShortTextReturnsFalseAndStoresItsDigits) {
@@ -100,7 +100,7 @@ TEST(SerialNumber, ShortTextReturnsFalseAndStoresItsDigits) {
     EXPECT_FALSE(number.fromString("00C0f"));
     EXPECT_EQ(text(number), "00c0f0ffffffffffffffffffffffffff");
     EXPECT_FALSE(number.fromString("00c0ff112233aabb445566778800000"));
-    EXPECT_EQ(text(number), GOOD);
+    EXPECT_EQ(text(number), goodText);
     EXPECT_EQ(text(SerialNumber("00c0ff1")), "00c0ff10000000000000000000000000");
 }
 
@@ -108,11 +108,11 @@ TEST(SerialNumber, OtherCharacterReturnsFalseAndStoresTheDigitsBeforeIt) {
     for (int c = 1; c < 256; ++c) {
         if (std::isxdigit(c) != 0)
             continue;
-        SerialNumber number(ZERO);
+        SerialNumber number(zero);
         EXPECT_FALSE(number.fromString(withCharacter(7, static_cast<char>(c)).c_str())) << c;
         EXPECT_EQ(text(number), "00c0ff10000000000000000000000000") << c;
     }
-    EXPECT_FALSE(SerialNumber(ZERO).fromString(std::string(100000, '-').c_str()));
+    EXPECT_FALSE(SerialNumber(zero).fromString(std::string(100000, '-').c_str()));
 }
 
 TEST(SerialNumber, RoundTripsTheTextsOfThePlatform) {
@@ -122,7 +122,7 @@ TEST(SerialNumber, RoundTripsTheTextsOfThePlatform) {
         const unsigned long long high = random();
         const unsigned long long low = random();
         std::snprintf(expected, sizeof expected, "%016llx%016llx", high, low);
-        SerialNumber number(ZERO);
+        SerialNumber number(zero);
         ASSERT_TRUE(number.fromString(expected));
         ASSERT_EQ(text(number), expected);
         const std::string whole = expected;
@@ -133,14 +133,14 @@ TEST(SerialNumber, RoundTripsTheTextsOfThePlatform) {
 TEST(SerialNumber, ToBufferTerminatesIfThereIsSpace) {
     for (const unsigned int size : {33u, 34u, 100u}) {
         test::GuardedText buf(size);
-        EXPECT_EQ(SerialNumber(GOOD).toBuffer(buf.array(), size), buf.array());
-        EXPECT_EQ(buf.text(), GOOD);
+        EXPECT_EQ(SerialNumber(goodText).toBuffer(buf.array(), size), buf.array());
+        EXPECT_EQ(buf.text(), goodText);
         EXPECT_TRUE(buf.isTerminated());
         EXPECT_TRUE(buf.isGuardWhole());
     }
     for (const unsigned int size : {17u, 18u, 100u}) {
         test::GuardedText buf(size);
-        EXPECT_EQ(SerialNumber(GOOD).toShortBuffer(buf.array(), size), buf.array());
+        EXPECT_EQ(SerialNumber(goodText).toShortBuffer(buf.array(), size), buf.array());
         EXPECT_EQ(buf.text(), "1122334455667788");
         EXPECT_TRUE(buf.isTerminated());
         EXPECT_TRUE(buf.isGuardWhole());
@@ -149,12 +149,12 @@ TEST(SerialNumber, ToBufferTerminatesIfThereIsSpace) {
 
 TEST(SerialNumber, BufferOfOnlyTheDigitsIsNotTerminated) {
     test::GuardedText whole(32);
-    SerialNumber(GOOD).toBuffer(whole.array(), 32);
-    EXPECT_EQ(whole.text(), GOOD);
+    SerialNumber(goodText).toBuffer(whole.array(), 32);
+    EXPECT_EQ(whole.text(), goodText);
     EXPECT_FALSE(whole.isTerminated());
     EXPECT_TRUE(whole.isGuardWhole());
     test::GuardedText part(16);
-    SerialNumber(GOOD).toShortBuffer(part.array(), 16);
+    SerialNumber(goodText).toShortBuffer(part.array(), 16);
     EXPECT_EQ(part.text(), "1122334455667788");
     EXPECT_FALSE(part.isTerminated());
     EXPECT_TRUE(part.isGuardWhole());
@@ -163,26 +163,26 @@ TEST(SerialNumber, BufferOfOnlyTheDigitsIsNotTerminated) {
 TEST(SerialNumber, SmallBuffersAreNeverOverrun) {
     for (unsigned int size = 0; size < 32; ++size) {
         test::GuardedText buf(size);
-        EXPECT_EQ(SerialNumber(GOOD).toBuffer(buf.array(), size), buf.array());
-        EXPECT_EQ(buf.text(), std::string(GOOD).substr(0, size));
+        EXPECT_EQ(SerialNumber(goodText).toBuffer(buf.array(), size), buf.array());
+        EXPECT_EQ(buf.text(), std::string(goodText).substr(0, size));
         EXPECT_TRUE(buf.isGuardWhole());
     }
     for (unsigned int size = 0; size < 16; ++size) {
         test::GuardedText buf(size);
-        EXPECT_EQ(SerialNumber(GOOD).toShortBuffer(buf.array(), size), buf.array());
+        EXPECT_EQ(SerialNumber(goodText).toShortBuffer(buf.array(), size), buf.array());
         EXPECT_EQ(buf.text(), std::string("1122334455667788").substr(0, size));
         EXPECT_TRUE(buf.isGuardWhole());
     }
-    EXPECT_EQ(SerialNumber(GOOD).toBuffer(nullptr, 33), nullptr);
-    EXPECT_EQ(SerialNumber(GOOD).toShortBuffer(nullptr, 17), nullptr);
+    EXPECT_EQ(SerialNumber(goodText).toBuffer(nullptr, 33), nullptr);
+    EXPECT_EQ(SerialNumber(goodText).toShortBuffer(nullptr, 17), nullptr);
 }
 
 TEST(SerialNumber, FormatsBothForms) {
     utility::BufferStream stream(64);
     stream.PutS("<");
-    SerialNumber(GOOD).toPutStream(stream);
+    SerialNumber(goodText).toPutStream(stream);
     stream.PutS("|");
-    SerialNumber(GOOD).toShortPutStream(stream);
+    SerialNumber(goodText).toShortPutStream(stream);
     stream.PutS(">");
     EXPECT_STREQ(stream.pBuffer(), "<00c0ff112233aabb4455667788000000|1122334455667788>");
 }
@@ -190,34 +190,34 @@ TEST(SerialNumber, FormatsBothForms) {
 TEST(SerialNumber, ToPutStreamThrowsIfTheDigitsDoNotFitAndKeepsTheFirst) {
     const char* const putC = "void utility::PutStream::PutC(char)";
     utility::BufferStream whole(31);
-    EXPECT_FAILURE(SerialNumber(GOOD).toPutStream(whole), 1239, "ut_PutStream", putC, "");
+    EXPECT_FAILURE(SerialNumber(goodText).toPutStream(whole), 1239, "ut_PutStream", putC, "");
     EXPECT_STREQ(whole.pBuffer(), "00c0ff112233aabb445566778800000");
     utility::BufferStream part(15);
-    EXPECT_FAILURE(SerialNumber(GOOD).toShortPutStream(part), 1239, "ut_PutStream", putC, "");
+    EXPECT_FAILURE(SerialNumber(goodText).toShortPutStream(part), 1239, "ut_PutStream", putC, "");
     EXPECT_STREQ(part.pBuffer(), "112233445566778");
 }
 
 TEST(SerialNumber, IsValidChecksOnlyPrefixAndSuffix) {
-    EXPECT_TRUE(SerialNumber(GOOD).isValid());
+    EXPECT_TRUE(SerialNumber(goodText).isValid());
     EXPECT_TRUE(SerialNumber("00c0ffffffffffffffffffffff000000").isValid());
     EXPECT_TRUE(SerialNumber("00c0ff00000000000000000000000000").isValid());
-    EXPECT_FALSE(SerialNumber(ZERO).isValid());
-    unsigned char good[16];
-    SerialNumber(GOOD).toByteArray(good);
+    EXPECT_FALSE(SerialNumber(zero).isValid());
+    unsigned char goodBytes[16];
+    SerialNumber(goodText).toByteArray(goodBytes);
     for (unsigned int i = 0; i < 16; ++i) {
         unsigned char bytes[16];
-        std::memcpy(bytes, good, sizeof bytes);
+        std::memcpy(bytes, goodBytes, sizeof bytes);
         bytes[i] ^= 0x01;
         EXPECT_EQ(SerialNumber(bytes).isValid(), i >= 3 && i <= 12) << i;
     }
 }
 
 TEST(SerialNumber, ComparesByteByByte) {
-    const char* const ascending[] = {ZERO,
+    const char* const ascending[] = {zero,
                                      "00000000000000000000000000000001",
                                      "000000000000000000000000000000ff",
                                      "00000000000000000100000000000000",
-                                     GOOD,
+                                     goodText,
                                      "7fffffffffffffffffffffffffffffff",
                                      "80000000000000000000000000000000",
                                      "ffffffffffffffffffffffffffffffff"};
@@ -256,7 +256,7 @@ TEST(SerialNumber, NumbersThatDifferInBytes3To7HashEqually) {
 }
 
 TEST(SerialNumber, IsSerialNumberAcceptsWellFormedNumbersInLowerCase) {
-    EXPECT_TRUE(SerialNumber::isSerialNumber(GOOD));
+    EXPECT_TRUE(SerialNumber::isSerialNumber(goodText));
     EXPECT_TRUE(SerialNumber::isSerialNumber("00C0FF112233aabb4455667788000000"));
     EXPECT_TRUE(SerialNumber::isSerialNumber("00c0Ff112233aabb4455667788000000"));
     EXPECT_FALSE(SerialNumber::isSerialNumber(nullptr));
@@ -264,7 +264,7 @@ TEST(SerialNumber, IsSerialNumberAcceptsWellFormedNumbersInLowerCase) {
     EXPECT_FALSE(SerialNumber::isSerialNumber("00c0ff112233aabb445566778800000"));
     EXPECT_FALSE(SerialNumber::isSerialNumber("00c0ff112233aabb44556677880000000"));
     EXPECT_FALSE(SerialNumber::isSerialNumber(std::string(100000, '0').c_str()));
-    EXPECT_FALSE(SerialNumber::isSerialNumber(ZERO));
+    EXPECT_FALSE(SerialNumber::isSerialNumber(zero));
 }
 
 TEST(SerialNumber, IsSerialNumberIgnoresCharacters14And15) {

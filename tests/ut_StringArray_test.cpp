@@ -24,13 +24,13 @@ using utility::StringArray;
 using Text = std::optional<std::string>;
 using Content = std::vector<Text>;
 
-const char* const REALLOC = "static void* utility::Array::realloc(void*, unsigned int*, unsigned int, size_t)";
-const char* const INSERT_AT = "void utility::StringArray::InsertAt(unsigned int, const char*)";
-const char* const SET_AT = "void utility::StringArray::SetAt(unsigned int, const char*)";
-const char* const DELETE_AT = "void utility::StringArray::DeleteAt(unsigned int)";
-const char* const AT = "char*& utility::StringArray::operator[](unsigned int)";
-const char* const AT_CONST = "char* const& utility::StringArray::operator[](unsigned int) const";
-const unsigned int GROWTH_SWITCH = 292;
+constexpr const char* reallocName = "static void* utility::Array::realloc(void*, unsigned int*, unsigned int, size_t)";
+constexpr const char* insertAtName = "void utility::StringArray::InsertAt(unsigned int, const char*)";
+constexpr const char* setAtName = "void utility::StringArray::SetAt(unsigned int, const char*)";
+constexpr const char* deleteAtName = "void utility::StringArray::DeleteAt(unsigned int)";
+constexpr const char* atName = "char*& utility::StringArray::operator[](unsigned int)";
+constexpr const char* atConstName = "char* const& utility::StringArray::operator[](unsigned int) const";
+constexpr unsigned int growthSwitch = 292;
 
 static_assert(!std::is_copy_assignable<StringArray>::value, "assignment would share the texts");
 static_assert(!std::is_convertible<unsigned int, StringArray>::value, "the constructor must be explicit");
@@ -306,17 +306,17 @@ TEST(StringArray, BadIndicesThrowAndChangeNothing) {
     StringArray array(2);
     fill(array, 2);
     const StringArray& constant = array;
-    EXPECT_FAILURE(array.InsertAt(3, "x"), 1229, "ut_StringArray", INSERT_AT, "");
-    EXPECT_FAILURE(array.SetAt(2, "x"), 1229, "ut_StringArray", SET_AT, "");
-    EXPECT_FAILURE(array.SetAt(2, nullptr), 1229, "ut_StringArray", SET_AT, "");
-    EXPECT_FAILURE(array.DeleteAt(2), 1229, "ut_StringArray", DELETE_AT, "");
-    EXPECT_FAILURE(array[2], 1229, "ut_StringArray", AT, "");
-    EXPECT_FAILURE(constant[2], 1229, "ut_StringArray", AT_CONST, "");
-    EXPECT_FAILURE(array.InsertAt(0xFFFFFFFF, "x"), 1229, "ut_StringArray", INSERT_AT, "");
-    EXPECT_FAILURE(array.SetAt(0xFFFFFFFF, "x"), 1229, "ut_StringArray", SET_AT, "");
-    EXPECT_FAILURE(array.DeleteAt(0xFFFFFFFF), 1229, "ut_StringArray", DELETE_AT, "");
-    EXPECT_FAILURE(array[0xFFFFFFFF], 1229, "ut_StringArray", AT, "");
-    EXPECT_FAILURE(constant[0xFFFFFFFF], 1229, "ut_StringArray", AT_CONST, "");
+    EXPECT_FAILURE(array.InsertAt(3, "x"), 1229, "ut_StringArray", insertAtName, "");
+    EXPECT_FAILURE(array.SetAt(2, "x"), 1229, "ut_StringArray", setAtName, "");
+    EXPECT_FAILURE(array.SetAt(2, nullptr), 1229, "ut_StringArray", setAtName, "");
+    EXPECT_FAILURE(array.DeleteAt(2), 1229, "ut_StringArray", deleteAtName, "");
+    EXPECT_FAILURE(array[2], 1229, "ut_StringArray", atName, "");
+    EXPECT_FAILURE(constant[2], 1229, "ut_StringArray", atConstName, "");
+    EXPECT_FAILURE(array.InsertAt(0xFFFFFFFF, "x"), 1229, "ut_StringArray", insertAtName, "");
+    EXPECT_FAILURE(array.SetAt(0xFFFFFFFF, "x"), 1229, "ut_StringArray", setAtName, "");
+    EXPECT_FAILURE(array.DeleteAt(0xFFFFFFFF), 1229, "ut_StringArray", deleteAtName, "");
+    EXPECT_FAILURE(array[0xFFFFFFFF], 1229, "ut_StringArray", atName, "");
+    EXPECT_FAILURE(constant[0xFFFFFFFF], 1229, "ut_StringArray", atConstName, "");
     EXPECT_EQ(contentOf(array), (Content{"0", "1"}));
     EXPECT_EQ(array.size(), 2u);
 }
@@ -324,10 +324,10 @@ TEST(StringArray, BadIndicesThrowAndChangeNothing) {
 TEST(StringArray, AnEmptyArrayHasNoElementToSetDeleteOrRead) {
     StringArray array(2);
     const StringArray& constant = array;
-    EXPECT_FAILURE(array.SetAt(0, "x"), 1229, "ut_StringArray", SET_AT, "");
-    EXPECT_FAILURE(array.DeleteAt(0), 1229, "ut_StringArray", DELETE_AT, "");
-    EXPECT_FAILURE(array[0], 1229, "ut_StringArray", AT, "");
-    EXPECT_FAILURE(constant[0], 1229, "ut_StringArray", AT_CONST, "");
+    EXPECT_FAILURE(array.SetAt(0, "x"), 1229, "ut_StringArray", setAtName, "");
+    EXPECT_FAILURE(array.DeleteAt(0), 1229, "ut_StringArray", deleteAtName, "");
+    EXPECT_FAILURE(array[0], 1229, "ut_StringArray", atName, "");
+    EXPECT_FAILURE(constant[0], 1229, "ut_StringArray", atConstName, "");
     EXPECT_EQ(array.length(), 0u);
 }
 
@@ -362,7 +362,7 @@ TEST(StringArray, SortDoesNotChangeTheOrder) {
 
 TEST(StringArray, DoesNotTraceWithAnySwitchOn) {
     for (unsigned int number = 0; number < 8192; ++number) {
-        if (number != GROWTH_SWITCH)
+        if (number != growthSwitch)
             utility::Debug::setDebugOn(number);
     }
     const test::LogCapture log;
@@ -396,7 +396,7 @@ TEST(StringArray, WithoutMemoryForABlockItThrowsAndForATextTheElementIsNull) {
         const bool blockFails = nth == 1;
         const auto expectFailure = [&](const std::unique_ptr<framework::Exception>& failure) {
             if (blockFails)
-                EXPECT_TRUE(test::isFailure(failure.get(), 1230, "ut_Array", REALLOC, "", true));
+                EXPECT_TRUE(test::isFailure(failure.get(), 1230, "ut_Array", reallocName, "", true));
             else
                 EXPECT_EQ(failure, nullptr);
         };
@@ -459,7 +459,8 @@ TEST(StringArray, WithoutMemoryConstructionThrowsAndDoesNotLeak) {
     test::failEachAllocationOnce([&] { failure = CATCH_FAILURE(StringArray(3)); },
                                  [&] {
                                      ++failures;
-                                     EXPECT_TRUE(test::isFailure(failure.get(), 1230, "ut_Array", REALLOC, "", true));
+                                     EXPECT_TRUE(
+                                         test::isFailure(failure.get(), 1230, "ut_Array", reallocName, "", true));
                                      EXPECT_EQ(framework::Memory::staticOutstanding(), before);
                                  });
     EXPECT_EQ(failures, 1);
@@ -480,7 +481,7 @@ TEST(StringArray, WithoutMemoryACopyThrowsForTheBlockAndHasNullForAText) {
             failure = CATCH_FAILURE(made = new (storage) StringArray(array));
         }
         if (nth == 1) {
-            EXPECT_TRUE(test::isFailure(failure.get(), 1230, "ut_Array", REALLOC, "", true));
+            EXPECT_TRUE(test::isFailure(failure.get(), 1230, "ut_Array", reallocName, "", true));
             EXPECT_EQ(made, nullptr);
         } else {
             EXPECT_EQ(failure, nullptr);

@@ -22,7 +22,7 @@ using utility::BufferStream;
 using utility::StringDirectory;
 using Names = std::vector<std::string>;
 
-const char* const REALLOC = "static void* utility::Array::realloc(void*, unsigned int*, unsigned int, size_t)";
+constexpr const char* reallocName = "static void* utility::Array::realloc(void*, unsigned int*, unsigned int, size_t)";
 
 static_assert(!std::is_copy_constructible<StringDirectory>::value, "directories are not copied");
 static_assert(!std::is_copy_assignable<StringDirectory>::value, "directories are not copied");
@@ -193,7 +193,7 @@ TEST(StringDirectory, AddReturnsMinusOneWithoutMemoryForTheCopyAndThrowsWithoutM
     {
         StringDirectory directory(1);
         directory.Add("x");
-        EXPECT_FAILURE(test::failNth(1, [&] { directory.Add("y"); }), 1230, "ut_Array", REALLOC, "");
+        EXPECT_FAILURE(test::failNth(1, [&] { directory.Add("y"); }), 1230, "ut_Array", reallocName, "");
         EXPECT_EQ(contentOf(directory), Names{"x"});
         {
             test::FailingAllocation failing(2);
@@ -202,7 +202,7 @@ TEST(StringDirectory, AddReturnsMinusOneWithoutMemoryForTheCopyAndThrowsWithoutM
         EXPECT_EQ(contentOf(directory), Names{"x"});
         EXPECT_EQ(directory.Add("z"), 1);
         EXPECT_EQ(contentOf(directory), (Names{"x", "z"}));
-        EXPECT_FAILURE(test::failNth(1, [&] { StringDirectory(5); }), 1230, "ut_Array", REALLOC, "");
+        EXPECT_FAILURE(test::failNth(1, [&] { StringDirectory(5); }), 1230, "ut_Array", reallocName, "");
     }
     EXPECT_EQ(framework::Memory::staticOutstanding(), before);
 }

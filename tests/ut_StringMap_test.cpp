@@ -27,9 +27,9 @@ struct StringMapTraits {
     typedef const char* Key;
     typedef std::string ModelKey;
 
-    static constexpr const char* CONSTRUCTOR = "utility::StringMap::StringMap(unsigned int)";
-    static constexpr unsigned int PIECES_PER_ENTRY = 2;
-    static constexpr bool DELETES_ONLY_THE_FIRST = true;
+    static constexpr const char* constructorName = "utility::StringMap::StringMap(unsigned int)";
+    static constexpr unsigned int piecesPerEntry = 2;
+    static constexpr bool deletesOnlyTheFirst = true;
 
     static Key argument(const ModelKey& key) {
         return key.c_str();

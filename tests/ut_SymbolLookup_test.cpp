@@ -48,7 +48,7 @@ std::string demangled(const char* name) {
     return result;
 }
 
-/// The text of `address` from what the platform says.
+// The text of `address` from what the platform says.
 std::string expectedPath(const void* address) {
     Dl_info info = {};
     if (dladdr(address, &info) == 0)
@@ -58,7 +58,7 @@ std::string expectedPath(const void* address) {
            "+" + std::to_string(static_cast<const char*>(address) - start);
 }
 
-/// Addresses all over the loaded objects: the bounds of each segment, and the bounds of symbols in between.
+// Addresses all over the loaded objects: the bounds of each segment, and the bounds of symbols in between.
 std::vector<const char*> addressesOfAllObjects() {
     std::vector<const char*> addresses;
     const auto take = [](dl_phdr_info* object, std::size_t, void* context) {
@@ -89,8 +89,6 @@ std::vector<const char*> addressesOfAllObjects() {
     return addresses;
 }
 
-} // namespace
-
 TEST(SymbolLookup, AgreesWithThePlatformAllOverTheLoadedObjects) {
     unsigned int named = 0;
     for (const char* const address : addressesOfAllObjects()) {
@@ -103,9 +101,7 @@ TEST(SymbolLookup, AgreesWithThePlatformAllOverTheLoadedObjects) {
 
 // --- damaged tables
 
-namespace {
-
-/// A loaded object whose tables can be damaged; they are restored at the end.
+// A loaded object whose tables can be damaged; they are restored at the end.
 class DamagedObject {
 public:
     DamagedObject() : m_object("_Z6victimv"), m_map(nullptr) {
@@ -154,7 +150,7 @@ public:
         ElfW(Word) bucket = 1;
         ElfW(Word) chain = 1;
     };
-    /// Gives the object a GNU hash table, in place of the other one.
+    // Gives the object a GNU hash table, in place of the other one.
     GnuHash& useGnuHash() {
         auto& table = *static_cast<GnuHash*>(m_object.address());
         set(table, GnuHash());
@@ -175,10 +171,8 @@ private:
     std::vector<Change> m_changes;
 };
 
-const char* const whole = "victim()";
-const char* const unknown = "--";
-
-} // namespace
+constexpr const char* whole = "victim()";
+constexpr const char* unknown = "--";
 
 TEST(SymbolLookup, OfAnObjectWithAWholeTableHasAName) {
     EXPECT_EQ(DamagedObject().name(), whole);
@@ -277,13 +271,15 @@ TEST(SymbolLookup, OfADynamicSectionWithoutAnEndHasAnEnd) {
     EXPECT_EQ(object.name(), whole);
 }
 
+} // namespace
+
 // --- a lock that an interrupted thread holds
 
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
 
 namespace {
 
-/// Runs once, inside the next `calloc` of the thread that sets it.
+// Runs once, inside the next `calloc` of the thread that sets it.
 __attribute__((tls_model("initial-exec"))) thread_local void (*inCalloc)() = nullptr;
 
 } // namespace
@@ -318,8 +314,6 @@ void waitFor(const int (&ends)[2]) {
         _exit(4);
 }
 
-} // namespace
-
 TEST(SymbolLookup, DoesNotWaitForAStaticConstructorThatWaitsForTheInterruptedThread) {
     const test::TemporaryDirectory memory;
     std::filesystem::create_directory(memory.path("Context"));
@@ -352,5 +346,7 @@ TEST(SymbolLookup, DoesNotWaitForAStaticConstructorThatWaitsForTheInterruptedThr
         contexts += entry.file_size() > 0 ? 1 : 0;
     EXPECT_EQ(contexts, 1u);
 }
+
+} // namespace
 
 #endif

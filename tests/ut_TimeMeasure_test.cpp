@@ -17,12 +17,12 @@ using utility::TimeMeasure;
 
 namespace {
 
-const bool WIDE = sizeof(long) > 4;
+constexpr bool wide = sizeof(long) > 4;
 
 typedef char* (*Printer)(int64_t ts, char* buf, int size);
 
-const Printer ALL[] = {&TimeMeasure::printDuration, &TimeMeasure::printDurationMillisec, &TimeMeasure::printTimestamp,
-                       &TimeMeasure::printTimestampMillisec};
+constexpr Printer all[] = {&TimeMeasure::printDuration, &TimeMeasure::printDurationMillisec,
+                           &TimeMeasure::printTimestamp, &TimeMeasure::printTimestampMillisec};
 
 std::string textOf(Printer printer, int64_t ts) {
     char text[64];
@@ -34,8 +34,6 @@ std::string textOf(Printer printer, int64_t ts) {
 std::string durationOf(int64_t ts) {
     return textOf(&TimeMeasure::printDuration, ts);
 }
-
-} // namespace
 
 TEST(TimeMeasure, UsageExample) {
     char text[20];
@@ -75,16 +73,16 @@ TEST(TimeMeasure, ComposesATimestamp) {
 TEST(TimeMeasure, PartsRoundTrip) {
     std::mt19937_64 random(5);
     for (int i = 0; i < 10000; ++i) {
-        const int64_t ts = static_cast<int64_t>(random()) >> (WIDE ? i % 32 : 13);
+        const int64_t ts = static_cast<int64_t>(random()) >> (wide ? i % 32 : 13);
         ASSERT_EQ(TimeMeasure::timeStampFromParts(TimeMeasure::getSeconds(ts), TimeMeasure::getSubSeconds(ts)), ts);
     }
 }
 
 TEST(TimeMeasure, ResultsAreClamped) {
-    EXPECT_EQ(TimeMeasure::getSeconds(INT64_MAX), WIDE ? static_cast<long>(INT64_MAX / 1000000) : LONG_MAX);
-    EXPECT_EQ(TimeMeasure::getSeconds(INT64_MIN), WIDE ? static_cast<long>(INT64_MIN / 1000000) : LONG_MIN);
+    EXPECT_EQ(TimeMeasure::getSeconds(INT64_MAX), wide ? static_cast<long>(INT64_MAX / 1000000) : LONG_MAX);
+    EXPECT_EQ(TimeMeasure::getSeconds(INT64_MIN), wide ? static_cast<long>(INT64_MIN / 1000000) : LONG_MIN);
     EXPECT_EQ(TimeMeasure::getSubSeconds(INT64_MIN), -775808);
-    if (WIDE) {
+    if (wide) {
         EXPECT_EQ(TimeMeasure::timeStampFromParts(LONG_MAX, 0), INT64_MAX);
         EXPECT_EQ(TimeMeasure::timeStampFromParts(LONG_MIN, 0), INT64_MIN);
         EXPECT_EQ(TimeMeasure::timeStampFromParts(1, LONG_MAX), INT64_MAX);
@@ -131,7 +129,7 @@ TEST(TimeMeasure, DurationsUseAtMost20Bytes) {
 
 TEST(TimeMeasure, TextIsTruncatedToAShortArray) {
     const test::TimeZone zone("UTC0");
-    for (const Printer printer : ALL) {
+    for (const Printer printer : all) {
         const std::string whole = textOf(printer, 3723456789);
         for (int size = 1; size <= static_cast<int>(whole.size()) + 2; ++size) {
             std::string storage(40, '#');
@@ -144,7 +142,7 @@ TEST(TimeMeasure, TextIsTruncatedToAShortArray) {
 }
 
 TEST(TimeMeasure, WritesNothingToNullOrWithSizesBelowOne) {
-    for (const Printer printer : ALL) {
+    for (const Printer printer : all) {
         for (const int64_t ts : {int64_t{0}, INT64_MAX, INT64_MIN}) {
             EXPECT_EQ(printer(ts, nullptr, 20), nullptr);
             char untouched[] = "#";
@@ -182,8 +180,10 @@ TEST(TimeMeasure, LimitsOf32BitTime) {
     const test::TimeZone zone("UTC0");
     EXPECT_EQ(textOf(&TimeMeasure::printTimestamp, 2147483647999999), "03:14:07.999999");
     EXPECT_EQ(textOf(&TimeMeasure::printTimestamp, -2147483648000000), "20:45:52.000000");
-    EXPECT_EQ(textOf(&TimeMeasure::printTimestamp, 2147483648000000), WIDE ? "03:14:08.000000" : "");
-    EXPECT_EQ(textOf(&TimeMeasure::printTimestamp, -2147483648000001), WIDE ? "20:45:51.999999" : "");
-    EXPECT_EQ(textOf(&TimeMeasure::printTimestampMillisec, INT64_MAX), WIDE ? "04:00:54.775" : "");
-    EXPECT_EQ(textOf(&TimeMeasure::printTimestampMillisec, INT64_MIN), WIDE ? "19:59:05.224" : "");
+    EXPECT_EQ(textOf(&TimeMeasure::printTimestamp, 2147483648000000), wide ? "03:14:08.000000" : "");
+    EXPECT_EQ(textOf(&TimeMeasure::printTimestamp, -2147483648000001), wide ? "20:45:51.999999" : "");
+    EXPECT_EQ(textOf(&TimeMeasure::printTimestampMillisec, INT64_MAX), wide ? "04:00:54.775" : "");
+    EXPECT_EQ(textOf(&TimeMeasure::printTimestampMillisec, INT64_MIN), wide ? "19:59:05.224" : "");
 }
+
+} // namespace

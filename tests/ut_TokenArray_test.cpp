@@ -23,7 +23,7 @@ using test::contentOf;
 using utility::TokenArray;
 using Tokens = std::vector<stringtoken>;
 
-const char* const REALLOC = "static void* utility::Array::realloc(void*, unsigned int*, unsigned int, size_t)";
+constexpr const char* reallocName = "static void* utility::Array::realloc(void*, unsigned int*, unsigned int, size_t)";
 
 struct TokenArrayTraits : test::ArrayTraits {
     using ArrayType = TokenArray;
@@ -109,10 +109,10 @@ TEST(TokenArray, AListIsTracedTokenByToken) {
 TEST(TokenArray, AListThatDoesNotFitThrowsWithoutMemoryAndDoesNotLeak) {
     const stringtoken tokens[] = {token("a"), token("b")};
     const long before = framework::Memory::staticOutstanding();
-    EXPECT_FAILURE(test::failNth(2, [&] { TokenArray("a,b", 1); }), 1230, "ut_Array", REALLOC, "");
+    EXPECT_FAILURE(test::failNth(2, [&] { TokenArray("a,b", 1); }), 1230, "ut_Array", reallocName, "");
     EXPECT_EQ(framework::Memory::staticOutstanding(), before);
     TokenArray array(1);
-    EXPECT_FAILURE(test::failNth(1, [&] { array.SetFromStringList("a,b"); }), 1230, "ut_Array", REALLOC, "");
+    EXPECT_FAILURE(test::failNth(1, [&] { array.SetFromStringList("a,b"); }), 1230, "ut_Array", reallocName, "");
     EXPECT_EQ(contentOf(array), Tokens{tokens[0]});
 }
 

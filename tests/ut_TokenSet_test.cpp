@@ -24,14 +24,14 @@ using utility::TokenSet;
 using Tokens = std::vector<stringtoken>;
 using Lines = std::vector<std::string>;
 
-const unsigned int TRACE_SWITCH = 625;
-const char* const REALLOC = "static void* utility::Array::realloc(void*, unsigned int*, unsigned int, size_t)";
-const char* const APPEND = "void utility::TokenSet::append(strings::stringtoken)";
-const char* const INSERT_AT = "void utility::TokenSet::insertAt(unsigned int, strings::stringtoken)";
-const char* const SET_AT = "void utility::TokenSet::setAt(unsigned int, strings::stringtoken)";
-const char* const DELETE_AT = "void utility::TokenSet::deleteAt(unsigned int)";
-const char* const INDEX = "strings::stringtoken& utility::TokenSet::operator[](unsigned int)";
-const char* const CONST_INDEX = "const strings::stringtoken& utility::TokenSet::operator[](unsigned int) const";
+constexpr unsigned int traceSwitch = 625;
+constexpr const char* reallocName = "static void* utility::Array::realloc(void*, unsigned int*, unsigned int, size_t)";
+constexpr const char* appendName = "void utility::TokenSet::append(strings::stringtoken)";
+constexpr const char* insertAtName = "void utility::TokenSet::insertAt(unsigned int, strings::stringtoken)";
+constexpr const char* setAtName = "void utility::TokenSet::setAt(unsigned int, strings::stringtoken)";
+constexpr const char* deleteAtName = "void utility::TokenSet::deleteAt(unsigned int)";
+constexpr const char* indexName = "strings::stringtoken& utility::TokenSet::operator[](unsigned int)";
+constexpr const char* constIndexName = "const strings::stringtoken& utility::TokenSet::operator[](unsigned int) const";
 
 static_assert(!std::is_copy_assignable<TokenSet>::value, "assignment would share the block");
 static_assert(!std::is_convertible<unsigned int, TokenSet>::value, "the constructor must be explicit");
@@ -258,12 +258,12 @@ TEST(TokenSet, BadIndicesThrowAndChangeNothing) {
     TokenSet set(2);
     fill(set, {7, 8});
     const TokenSet& constant = set;
-    EXPECT_FAILURE(set.insertAt(3, 9), 1229, "ut_TokenSet", INSERT_AT, "");
-    EXPECT_FAILURE(set.insertAt(0xFFFFFFFF, 9), 1229, "ut_TokenSet", INSERT_AT, "");
-    EXPECT_FAILURE(set.setAt(2, 9), 1229, "ut_TokenSet", SET_AT, "");
-    EXPECT_FAILURE(set.deleteAt(2), 1229, "ut_TokenSet", DELETE_AT, "");
-    EXPECT_FAILURE(set[2], 1229, "ut_TokenSet", INDEX, "");
-    EXPECT_FAILURE(constant[2], 1229, "ut_TokenSet", CONST_INDEX, "");
+    EXPECT_FAILURE(set.insertAt(3, 9), 1229, "ut_TokenSet", insertAtName, "");
+    EXPECT_FAILURE(set.insertAt(0xFFFFFFFF, 9), 1229, "ut_TokenSet", insertAtName, "");
+    EXPECT_FAILURE(set.setAt(2, 9), 1229, "ut_TokenSet", setAtName, "");
+    EXPECT_FAILURE(set.deleteAt(2), 1229, "ut_TokenSet", deleteAtName, "");
+    EXPECT_FAILURE(set[2], 1229, "ut_TokenSet", indexName, "");
+    EXPECT_FAILURE(constant[2], 1229, "ut_TokenSet", constIndexName, "");
     EXPECT_EQ(contentOf(set), (Tokens{7, 8}));
     EXPECT_EQ(set.size(), 2u);
 }
@@ -278,16 +278,16 @@ TEST(TokenSet, ACopyHasTheSameCapacityAndItsOwnTokens) {
 }
 
 TEST(TokenSet, TracesEachStepOfAChange) {
-    test::DebugSwitch trace(TRACE_SWITCH);
+    test::DebugSwitch trace(traceSwitch);
     test::LogCapture log;
     TokenSet set(4);
     fill(set, {7, 8, 7, 5});
     set.setAt(0, 1);
     set.unset(1);
     EXPECT_EQ(test::traceLines(log),
-              (Lines{line(3, APPEND, "Appending [7] at 0"), line(3, APPEND, "Appending [8] at 1"),
-                     line(4, INSERT_AT, "Enter"), line(3, INSERT_AT, "moving from 1 to 2"),
-                     line(3, INSERT_AT, "moving from 0 to 1"), line(3, INSERT_AT, "setting 0 = 5")}));
+              (Lines{line(3, appendName, "Appending [7] at 0"), line(3, appendName, "Appending [8] at 1"),
+                     line(4, insertAtName, "Enter"), line(3, insertAtName, "moving from 1 to 2"),
+                     line(3, insertAtName, "moving from 0 to 1"), line(3, insertAtName, "setting 0 = 5")}));
 }
 
 TEST(TokenSet, DoesNotTraceWithItsSwitchOff) {
@@ -304,13 +304,13 @@ TEST(TokenSet, WithoutMemoryThrowsAndChangesNothing) {
         fill(set, {7, 9});
         TokenSet other(1);
         other.set(1);
-        EXPECT_FAILURE(test::failNth(1, [&] { set.set(8); }), 1230, "ut_Array", REALLOC, "");
-        EXPECT_FAILURE(test::failNth(1, [&] { set.set(10); }), 1230, "ut_Array", REALLOC, "");
-        EXPECT_FAILURE(test::failNth(1, [&] { other.mergeSet(set); }), 1230, "ut_Array", REALLOC, "");
+        EXPECT_FAILURE(test::failNth(1, [&] { set.set(8); }), 1230, "ut_Array", reallocName, "");
+        EXPECT_FAILURE(test::failNth(1, [&] { set.set(10); }), 1230, "ut_Array", reallocName, "");
+        EXPECT_FAILURE(test::failNth(1, [&] { other.mergeSet(set); }), 1230, "ut_Array", reallocName, "");
         EXPECT_EQ(contentOf(set), (Tokens{7, 9}));
         EXPECT_EQ(set.size(), 2u);
-        EXPECT_FAILURE(test::failNth(1, [&] { TokenSet copy(set); }), 1230, "ut_Array", REALLOC, "");
-        EXPECT_FAILURE(test::failNth(1, [&] { TokenSet another(3); }), 1230, "ut_Array", REALLOC, "");
+        EXPECT_FAILURE(test::failNth(1, [&] { TokenSet copy(set); }), 1230, "ut_Array", reallocName, "");
+        EXPECT_FAILURE(test::failNth(1, [&] { TokenSet another(3); }), 1230, "ut_Array", reallocName, "");
         char text[100];
         test::FailingAllocation failure(test::failAll);
         set.toStringList(text, sizeof text);
@@ -323,7 +323,7 @@ TEST(TokenSet, AListThatDoesNotFitThrowsWithoutMemoryAndDoesNotLeak) {
     token("a");
     token("b");
     const long before = framework::Memory::staticOutstanding();
-    EXPECT_FAILURE(test::failNth(2, [&] { TokenSet("a,b", 1); }), 1230, "ut_Array", REALLOC, "");
+    EXPECT_FAILURE(test::failNth(2, [&] { TokenSet("a,b", 1); }), 1230, "ut_Array", reallocName, "");
     EXPECT_EQ(framework::Memory::staticOutstanding(), before);
 }
 

@@ -32,14 +32,14 @@ using test::referenceDecoded;
 using utility::URL;
 using Part = std::optional<std::string>;
 
-const Part NONE = std::nullopt;
+const Part none = std::nullopt;
 
 static_assert(std::is_base_of<framework::Item, URL>::value, "a URL is an item");
 static_assert(std::is_convertible<URL*, framework::Entity*>::value, "and an entity");
 static_assert(!std::is_convertible<const char*, URL>::value, "a text is no URL by itself");
 
 Part partOf(const char* text) {
-    return text ? Part(text) : NONE;
+    return text ? Part(text) : none;
 }
 
 Parts partsOf(const URL& url) {
@@ -78,20 +78,20 @@ TEST(URL, IsSplitIntoItsFourParts) {
 }
 
 TEST(URL, OpaquePartIsThePath) {
-    EXPECT_EQ(partsOf("news:item.42"), (Parts{"news", NONE, "item.42", NONE}));
-    EXPECT_EQ(partsOf("mailto:a@b.c?subject=x"), (Parts{"mailto", NONE, "a@b.c", "subject=x"}));
-    EXPECT_EQ(partsOf("a:b/c//d"), (Parts{"a", NONE, "b/c//d", NONE}));
-    EXPECT_EQ(partsOf("a:b:c"), (Parts{"a", NONE, "b:c", NONE}));
+    EXPECT_EQ(partsOf("news:item.42"), (Parts{"news", none, "item.42", none}));
+    EXPECT_EQ(partsOf("mailto:a@b.c?subject=x"), (Parts{"mailto", none, "a@b.c", "subject=x"}));
+    EXPECT_EQ(partsOf("a:b/c//d"), (Parts{"a", none, "b/c//d", none}));
+    EXPECT_EQ(partsOf("a:b:c"), (Parts{"a", none, "b:c", none}));
 }
 
 TEST(URL, SchemeBeginsWithALetter) {
     for (const char* const text : {"1abc:x", "+a:x", "-a:x", ".a:x", ":x", "://x", ":", "a_b:x", "a b:x", "a%41:x",
                                    "\xC3\xA4:x", "a\xC3\xA4:x", "abc", "a;b:c", "a@b:c", "[::1]"}) {
         const Parts parts = partsOf(text);
-        EXPECT_EQ(parts, (Parts{NONE, NONE, referenceDecoded(text), NONE})) << text;
+        EXPECT_EQ(parts, (Parts{none, none, referenceDecoded(text), none})) << text;
     }
-    EXPECT_EQ(partsOf("a1+-.Z:x"), (Parts{"a1+-.Z", NONE, "x", NONE}));
-    EXPECT_EQ(partsOf("Z:x"), (Parts{"Z", NONE, "x", NONE}));
+    EXPECT_EQ(partsOf("a1+-.Z:x"), (Parts{"a1+-.Z", none, "x", none}));
+    EXPECT_EQ(partsOf("Z:x"), (Parts{"Z", none, "x", none}));
     for (int c = 1; c < 256; ++c) {
         const std::string text = std::string(1, static_cast<char>(c)) + "x:y";
         const bool isLetter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
@@ -100,39 +100,39 @@ TEST(URL, SchemeBeginsWithALetter) {
 }
 
 TEST(URL, SlashOrQuestionMarkEndsTheSearchForAScheme) {
-    EXPECT_EQ(partsOf("a/b:c"), (Parts{NONE, NONE, "a/b:c", NONE}));
-    EXPECT_EQ(partsOf("a?b:c"), (Parts{NONE, NONE, "a", "b:c"}));
-    EXPECT_EQ(partsOf("/a:b"), (Parts{NONE, NONE, "/a:b", NONE}));
+    EXPECT_EQ(partsOf("a/b:c"), (Parts{none, none, "a/b:c", none}));
+    EXPECT_EQ(partsOf("a?b:c"), (Parts{none, none, "a", "b:c"}));
+    EXPECT_EQ(partsOf("/a:b"), (Parts{none, none, "/a:b", none}));
 }
 
 TEST(URL, AuthorityEndsAtTheNextSlashOrQuestionMark) {
-    EXPECT_EQ(partsOf("//host/p?q"), (Parts{NONE, "host", "/p", "q"}));
-    EXPECT_EQ(partsOf("//host"), (Parts{NONE, "host", NONE, NONE}));
-    EXPECT_EQ(partsOf("//host?q"), (Parts{NONE, "host", NONE, "q"}));
-    EXPECT_EQ(partsOf("a://u:p@h:1"), (Parts{"a", "u:p@h:1", NONE, NONE}));
-    EXPECT_EQ(partsOf("a://h#f/x"), (Parts{"a", "h#f", "/x", NONE}));
-    EXPECT_EQ(partsOf("a://[::1]:80/"), (Parts{"a", "[::1]:80", "/", NONE}));
+    EXPECT_EQ(partsOf("//host/p?q"), (Parts{none, "host", "/p", "q"}));
+    EXPECT_EQ(partsOf("//host"), (Parts{none, "host", none, none}));
+    EXPECT_EQ(partsOf("//host?q"), (Parts{none, "host", none, "q"}));
+    EXPECT_EQ(partsOf("a://u:p@h:1"), (Parts{"a", "u:p@h:1", none, none}));
+    EXPECT_EQ(partsOf("a://h#f/x"), (Parts{"a", "h#f", "/x", none}));
+    EXPECT_EQ(partsOf("a://[::1]:80/"), (Parts{"a", "[::1]:80", "/", none}));
 }
 
 TEST(URL, PathEndsAtTheQuestionMarkAndTheQueryAtTheEnd) {
-    EXPECT_EQ(partsOf("/p/q//r?s?t/u//v"), (Parts{NONE, NONE, "/p/q//r", "s?t/u//v"}));
-    EXPECT_EQ(partsOf("/"), (Parts{NONE, NONE, "/", NONE}));
-    EXPECT_EQ(partsOf("?q"), (Parts{NONE, NONE, NONE, "q"}));
-    EXPECT_EQ(partsOf("p"), (Parts{NONE, NONE, "p", NONE}));
-    EXPECT_EQ(partsOf("a:?q"), (Parts{"a", NONE, NONE, "q"}));
-    EXPECT_EQ(partsOf("a:/p"), (Parts{"a", NONE, "/p", NONE}));
-    EXPECT_EQ(partsOf("a://h//p"), (Parts{"a", "h", "//p", NONE}));
-    EXPECT_EQ(partsOf("a:b#c?d#e"), (Parts{"a", NONE, "b#c", "d#e"}));
+    EXPECT_EQ(partsOf("/p/q//r?s?t/u//v"), (Parts{none, none, "/p/q//r", "s?t/u//v"}));
+    EXPECT_EQ(partsOf("/"), (Parts{none, none, "/", none}));
+    EXPECT_EQ(partsOf("?q"), (Parts{none, none, none, "q"}));
+    EXPECT_EQ(partsOf("p"), (Parts{none, none, "p", none}));
+    EXPECT_EQ(partsOf("a:?q"), (Parts{"a", none, none, "q"}));
+    EXPECT_EQ(partsOf("a:/p"), (Parts{"a", none, "/p", none}));
+    EXPECT_EQ(partsOf("a://h//p"), (Parts{"a", "h", "//p", none}));
+    EXPECT_EQ(partsOf("a:b#c?d#e"), (Parts{"a", none, "b#c", "d#e"}));
 }
 
 TEST(URL, EmptyPartIsNull) {
-    EXPECT_EQ(partsOf("a:"), (Parts{"a", NONE, NONE, NONE}));
-    EXPECT_EQ(partsOf("a:///p"), (Parts{"a", NONE, "/p", NONE}));
-    EXPECT_EQ(partsOf("//"), (Parts{NONE, NONE, NONE, NONE}));
-    EXPECT_EQ(partsOf("//?"), (Parts{NONE, NONE, NONE, NONE}));
-    EXPECT_EQ(partsOf("?"), (Parts{NONE, NONE, NONE, NONE}));
-    EXPECT_EQ(partsOf("p?"), (Parts{NONE, NONE, "p", NONE}));
-    EXPECT_EQ(partsOf("a://h?"), (Parts{"a", "h", NONE, NONE}));
+    EXPECT_EQ(partsOf("a:"), (Parts{"a", none, none, none}));
+    EXPECT_EQ(partsOf("a:///p"), (Parts{"a", none, "/p", none}));
+    EXPECT_EQ(partsOf("//"), (Parts{none, none, none, none}));
+    EXPECT_EQ(partsOf("//?"), (Parts{none, none, none, none}));
+    EXPECT_EQ(partsOf("?"), (Parts{none, none, none, none}));
+    EXPECT_EQ(partsOf("p?"), (Parts{none, none, "p", none}));
+    EXPECT_EQ(partsOf("a://h?"), (Parts{"a", "h", none, none}));
 }
 
 TEST(URL, NullAndTheEmptyTextChangeNothing) {
@@ -161,7 +161,7 @@ TEST(URL, PartsThatATextDoesNotHaveKeepTheirValues) {
 TEST(URL, EmptyPartReplacesItsValueByNull) {
     URL url("a://b/c?d");
     url.SetURL("///x?");
-    EXPECT_EQ(partsOf(url), (Parts{"a", NONE, "/x", NONE}));
+    EXPECT_EQ(partsOf(url), (Parts{"a", none, "/x", none}));
 }
 
 TEST(URL, TextTruncatedAtEveryPositionIsSplitLikeTheReference) {
@@ -191,7 +191,7 @@ TEST(URL, EachPartIsDecoded) {
     EXPECT_EQ(partsOf("a://b%3A%2f/c%20d?e%3F"), (Parts{"a", "b:/", "/c d", "e?"}));
     EXPECT_EQ(partsOf("/a%20b").path, Part("/a b"));
     EXPECT_EQ(partsOf("a%4").path, Part("a"));
-    EXPECT_EQ(partsOf("/a+b?c+d"), (Parts{NONE, NONE, "/a+b", "c+d"}));
+    EXPECT_EQ(partsOf("/a+b?c+d"), (Parts{none, none, "/a+b", "c+d"}));
 }
 
 TEST(URL, EveryByteCanBeEscaped) {
@@ -250,13 +250,13 @@ TEST(URL, TruncatedEscapeIsDropped) {
 TEST(URL, EscapedNulEndsTheText) {
     EXPECT_EQ(decoded("a%00b"), "a");
     EXPECT_EQ(decoded("%00"), "");
-    EXPECT_EQ(partsOf("/x%00y?z%00"), (Parts{NONE, NONE, "/x", "z"}));
+    EXPECT_EQ(partsOf("/x%00y?z%00"), (Parts{none, none, "/x", "z"}));
 }
 
 TEST(URL, DecodesOnce) {
     EXPECT_EQ(decoded("%2541"), "%41");
-    EXPECT_EQ(partsOf("/%3Fx%3a?y"), (Parts{NONE, NONE, "/?x:", "y"}));
-    EXPECT_EQ(partsOf("/a%2Fb"), (Parts{NONE, NONE, "/a/b", NONE}));
+    EXPECT_EQ(partsOf("/%3Fx%3a?y"), (Parts{none, none, "/?x:", "y"}));
+    EXPECT_EQ(partsOf("/a%2Fb"), (Parts{none, none, "/a/b", none}));
 }
 
 TEST(URL, DecodesOnlyTheGivenLength) {
@@ -325,7 +325,7 @@ TEST(URL, CanBeConstructedFromItsParts) {
     EXPECT_EQ(partsOf(url), (Parts{"a", "b%41", "/c?", "%"}));
     EXPECT_STREQ(url.GetValue(), "a://b%41/c??%");
     EXPECT_EQ(partsOf(URL(nullptr, nullptr, nullptr, nullptr)), Parts{});
-    EXPECT_EQ(partsOf(URL(nullptr, "h", nullptr, nullptr)), (Parts{NONE, "h", NONE, NONE}));
+    EXPECT_EQ(partsOf(URL(nullptr, "h", nullptr, nullptr)), (Parts{none, "h", none, none}));
 }
 
 TEST(URL, SettersCopyAndIgnoreNull) {
@@ -377,8 +377,8 @@ TEST(URL, WithoutPartsThereIsNoValue) {
 
 TEST(URL, EachPartIsWrittenWithItsDelimiter) {
     for (int present = 1; present < 16; ++present) {
-        const Parts parts = {present & 1 ? Part("s") : NONE, present & 2 ? Part("a") : NONE,
-                             present & 4 ? Part("/p") : NONE, present & 8 ? Part("q") : NONE};
+        const Parts parts = {present & 1 ? Part("s") : none, present & 2 ? Part("a") : none,
+                             present & 4 ? Part("/p") : none, present & 8 ? Part("q") : none};
         URL url(parts.scheme ? "s" : nullptr, parts.authority ? "a" : nullptr, parts.path ? "/p" : nullptr,
                 parts.query ? "q" : nullptr);
         EXPECT_EQ(valueOf(url), parts.value());
@@ -409,7 +409,7 @@ TEST(URL, EachValueIsANewAllocation) {
     url.SetPath("c");
     EXPECT_STREQ(second, "a:b");
     EXPECT_STREQ(url.GetValue(), "a:c");
-    EXPECT_EQ(partsOf(url), (Parts{"a", NONE, "c", NONE}));
+    EXPECT_EQ(partsOf(url), (Parts{"a", none, "c", none}));
 }
 
 TEST(URL, ClearRemovesThePartsAndFreesThePool) {
@@ -437,11 +437,11 @@ TEST(URL, AssignmentMakesADeepCopy) {
     {
         URL original("a://b/c");
         copy = original;
-        EXPECT_EQ(partsOf(copy), (Parts{"a", "b", "/c", NONE}));
+        EXPECT_EQ(partsOf(copy), (Parts{"a", "b", "/c", none}));
         EXPECT_NE(copy.GetScheme(), original.GetScheme());
         original.clear();
         original.SetURL("e:f");
-        EXPECT_EQ(partsOf(original), (Parts{"e", NONE, "f", NONE}));
+        EXPECT_EQ(partsOf(original), (Parts{"e", none, "f", none}));
     }
     EXPECT_STREQ(copy.GetValue(), "a://b/c");
     copy = URL(nullptr);
@@ -563,7 +563,7 @@ TEST(URL, RandomTextsWithoutEscapesAndEmptyPartsRoundTrip) {
         if (!query.empty())
             text += "?" + query;
         URL url(text.c_str());
-        ASSERT_EQ(valueOf(url), text.empty() ? NONE : Part(text));
+        ASSERT_EQ(valueOf(url), text.empty() ? none : Part(text));
         ASSERT_EQ(partsOf(URL(url.GetValue())), partsOf(url)) << text;
     }
 }

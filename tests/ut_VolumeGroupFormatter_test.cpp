@@ -10,7 +10,7 @@ static_assert(utility::VOLUME_LEVEL_0 == 0 && utility::VOLUME_LEVEL_1 == 1, "a l
 
 struct VolumeGroups {
     typedef utility::VolumeLevel Level;
-    static constexpr unsigned int HIGHEST = 1;
+    static constexpr unsigned int highest = 1;
     static bool split(const char* text, char* name, unsigned int size, Level& level) {
         return utility::VolumeGroupFormatter::getVolumeLevelAndName(text, name, size, level);
     }

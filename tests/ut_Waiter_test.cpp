@@ -28,14 +28,14 @@ using Lines = std::vector<std::string>;
 using Calls = std::vector<test::ThreadCall>;
 using Clock = std::chrono::steady_clock;
 
-const unsigned int TRACE_SWITCH = 2301;
-const char* const CONSTRUCT = "utility::Waiter::Waiter()";
-const char* const LOCK = "void utility::Waiter::lock() const";
-const char* const UNLOCK = "void utility::Waiter::unlock() const";
-const char* const WAIT = "bool utility::Waiter::wait(long int) const";
-const char* const WAIT_MICROSECONDS = "bool utility::Waiter::waitMicroseconds(long long unsigned int) const";
-const char* const SIGNAL = "void utility::Waiter::signal() const";
-const char* const BROADCAST = "void utility::Waiter::broadcast() const";
+constexpr unsigned int traceSwitch = 2301;
+constexpr const char* constructName = "utility::Waiter::Waiter()";
+constexpr const char* lockName = "void utility::Waiter::lock() const";
+constexpr const char* unlockName = "void utility::Waiter::unlock() const";
+constexpr const char* waitName = "bool utility::Waiter::wait(long int) const";
+constexpr const char* waitMicrosecondsName = "bool utility::Waiter::waitMicroseconds(long long unsigned int) const";
+constexpr const char* signalName = "void utility::Waiter::signal() const";
+constexpr const char* broadcastName = "void utility::Waiter::broadcast() const";
 
 static_assert(!std::is_polymorphic<Waiter>::value, "it has no virtual operation");
 static_assert(!std::is_copy_constructible<Waiter>::value, "a mutex cannot be copied");
@@ -236,7 +236,7 @@ TEST(Waiter, DestructionWakesTheWaitingThreadsBeforeTheConditionGoes) {
 
 // Time-outs
 
-/// The time-out that a timed wait asks the platform for; it is answered at once.
+// The time-out that a timed wait asks the platform for; it is answered at once.
 template<class Wait>
 timespec deadlineOf(const Waiter& waiter, Wait wait) {
     test::ThreadCalls calls(&waiter, sizeof waiter);
@@ -383,27 +383,28 @@ TEST(Waiter, PlainWaitsLeaveTheLockAlone) {
 // Traces
 
 TEST(Waiter, TracesLockAndUnlock) {
-    const test::DebugSwitch traces(TRACE_SWITCH);
+    const test::DebugSwitch traces(traceSwitch);
     test::LogCapture log;
     const Waiter waiter;
     waiter.lock();
     waiter.unlock();
-    EXPECT_EQ(test::traceLines(log), (Lines{line(3, LOCK, "Locking ....."), line(3, UNLOCK, ".....  Unlocking")}));
+    EXPECT_EQ(test::traceLines(log),
+              (Lines{line(3, lockName, "Locking ....."), line(3, unlockName, ".....  Unlocking")}));
 }
 
 TEST(Waiter, TracesSignalButNoBroadcast) {
-    const test::DebugSwitch traces(TRACE_SWITCH);
+    const test::DebugSwitch traces(traceSwitch);
     test::LogCapture log;
     {
         const Waiter waiter;
         waiter.signal();
         waiter.broadcast();
     }
-    EXPECT_EQ(test::traceLines(log), Lines{line(3, SIGNAL, "Signal")});
+    EXPECT_EQ(test::traceLines(log), Lines{line(3, signalName, "Signal")});
 }
 
 TEST(Waiter, TracesWaitsWithoutALimit) {
-    const test::DebugSwitch traces(TRACE_SWITCH);
+    const test::DebugSwitch traces(traceSwitch);
     const Waiter waiter;
     test::ThreadCalls calls(&waiter, sizeof waiter);
     test::LogCapture log;
@@ -411,13 +412,13 @@ TEST(Waiter, TracesWaitsWithoutALimit) {
     waiter.wait(0);
     calls.answerNext(test::CONDITION_WAIT, 0);
     waiter.waitMicroseconds(0);
-    EXPECT_EQ(test::traceLines(log),
-              (Lines{line(3, WAIT, "Waiting: 0"), line(3, WAIT, "Wait .... (1 waiters)"),
-                     line(3, WAIT_MICROSECONDS, "Waiting: 0"), line(3, WAIT_MICROSECONDS, "Wait .... (1 waiters)")}));
+    EXPECT_EQ(test::traceLines(log), (Lines{line(3, waitName, "Waiting: 0"), line(3, waitName, "Wait .... (1 waiters)"),
+                                            line(3, waitMicrosecondsName, "Waiting: 0"),
+                                            line(3, waitMicrosecondsName, "Wait .... (1 waiters)")}));
 }
 
 TEST(Waiter, TracesTimedWaits) {
-    const test::DebugSwitch traces(TRACE_SWITCH);
+    const test::DebugSwitch traces(traceSwitch);
     const Waiter waiter;
     test::ThreadCalls calls(&waiter, sizeof waiter);
     test::LogCapture log;
@@ -427,32 +428,33 @@ TEST(Waiter, TracesTimedWaits) {
     waiter.wait(-1);
     calls.answerNext(test::CONDITION_TIMEDWAIT, ETIMEDOUT);
     waiter.waitMicroseconds(4294967295ULL);
-    EXPECT_EQ(test::traceLines(log), (Lines{line(3, WAIT, "Waiting: 3600"),               //
-                                            line(3, WAIT, "timed Wait .... (1 waiters)"), //
-                                            line(3, WAIT, "Waiting: -1"),                 //
-                                            line(3, WAIT, "timed Wait .... (1 waiters)"), //
-                                            line(3, WAIT_MICROSECONDS, "Waiting: 4294967295"),
-                                            line(3, WAIT_MICROSECONDS, "timed Wait .... (1 waiters)")}));
+    EXPECT_EQ(test::traceLines(log), (Lines{line(3, waitName, "Waiting: 3600"),               //
+                                            line(3, waitName, "timed Wait .... (1 waiters)"), //
+                                            line(3, waitName, "Waiting: -1"),                 //
+                                            line(3, waitName, "timed Wait .... (1 waiters)"), //
+                                            line(3, waitMicrosecondsName, "Waiting: 4294967295"),
+                                            line(3, waitMicrosecondsName, "timed Wait .... (1 waiters)")}));
 }
 
 TEST(Waiter, TracesTheStepsOfANoLockWait) {
-    const test::DebugSwitch traces(TRACE_SWITCH);
+    const test::DebugSwitch traces(traceSwitch);
     Waiter waiter;
     test::LogCapture log;
     EXPECT_FALSE(waiter.waitMicrosecondsNoLock(1));
-    EXPECT_EQ(test::traceLines(log),
-              (Lines{line(3, LOCK, "Locking ....."), line(3, WAIT_MICROSECONDS, "Waiting: 1"),
-                     line(3, WAIT_MICROSECONDS, "timed Wait .... (1 waiters)"), line(3, UNLOCK, ".....  Unlocking")}));
+    EXPECT_EQ(
+        test::traceLines(log),
+        (Lines{line(3, lockName, "Locking ....."), line(3, waitMicrosecondsName, "Waiting: 1"),
+               line(3, waitMicrosecondsName, "timed Wait .... (1 waiters)"), line(3, unlockName, ".....  Unlocking")}));
     log.clear();
     EXPECT_FALSE(waiter.waitNoLock(1));
     EXPECT_EQ(test::traceLines(log),
-              (Lines{line(3, LOCK, "Locking ....."), line(3, WAIT, "Waiting: 1"),
-                     line(3, WAIT, "timed Wait .... (1 waiters)"), line(3, UNLOCK, ".....  Unlocking")}));
+              (Lines{line(3, lockName, "Locking ....."), line(3, waitName, "Waiting: 1"),
+                     line(3, waitName, "timed Wait .... (1 waiters)"), line(3, unlockName, ".....  Unlocking")}));
 }
 
 TEST(Waiter, CountsTheThreadsThatAreInsideAWait) {
     Waiter waiter;
-    const test::DebugSwitch traces(TRACE_SWITCH);
+    const test::DebugSwitch traces(traceSwitch);
     test::LogCapture log;
     {
         WaitingThread first(waiter, [&] { return waiter.wait(0); });
@@ -510,8 +512,8 @@ TEST(Waiter, FailingInitsAreLoggedAndTheZeroFilledPartsWork) {
         waiter = new (storage) Waiter;
         EXPECT_EQ(calls.calls(), (Calls{test::MUTEX_INIT, test::CONDITION_INIT}));
     }
-    EXPECT_EQ(test::traceLines(log), (Lines{line(0, CONSTRUCT, "initializing Consistency mutex 12"),
-                                            line(0, CONSTRUCT, "initializing wait condition 11")}));
+    EXPECT_EQ(test::traceLines(log), (Lines{line(0, constructName, "initializing Consistency mutex 12"),
+                                            line(0, constructName, "initializing wait condition 11")}));
     {
         WaitingThread waiting(*waiter, [=] { return waiter->wait(0); });
         waiter->signal();
@@ -527,7 +529,7 @@ TEST(Waiter, FailingLockIsLoggedWithItsContext) {
     test::ThreadCalls calls(&waiter, sizeof waiter);
     calls.answerNext(test::MUTEX_LOCK, EINVAL);
     waiter.lock();
-    expectErrorWithContext(log, LOCK, "locking consistency mutex 22");
+    expectErrorWithContext(log, lockName, "locking consistency mutex 22");
 }
 
 TEST(Waiter, FailingUnlockIsLoggedWithItsContext) {
@@ -537,7 +539,7 @@ TEST(Waiter, FailingUnlockIsLoggedWithItsContext) {
     test::ThreadCalls calls(&waiter, sizeof waiter);
     calls.answerNext(test::MUTEX_UNLOCK, EPERM);
     waiter.unlock();
-    expectErrorWithContext(log, UNLOCK, "unlocking consistency mutex 1");
+    expectErrorWithContext(log, unlockName, "unlocking consistency mutex 1");
     waiter.unlock();
 }
 
@@ -553,10 +555,10 @@ TEST(Waiter, FailingWaitIsLoggedAndCountsAsWoken) {
     EXPECT_TRUE(waiter.wait(1));
     calls.answerNext(test::CONDITION_TIMEDWAIT, EPERM);
     EXPECT_TRUE(waiter.waitMicroseconds(1));
-    EXPECT_EQ(test::traceLines(log), (Lines{line(0, WAIT, "Wait condition error 22"),             //
-                                            line(0, WAIT_MICROSECONDS, "Wait condition error 1"), //
-                                            line(0, WAIT, "Wait condition error 22"),             //
-                                            line(0, WAIT_MICROSECONDS, "Wait condition error 1")}));
+    EXPECT_EQ(test::traceLines(log), (Lines{line(0, waitName, "Wait condition error 22"),            //
+                                            line(0, waitMicrosecondsName, "Wait condition error 1"), //
+                                            line(0, waitName, "Wait condition error 22"),            //
+                                            line(0, waitMicrosecondsName, "Wait condition error 1")}));
 }
 
 TEST(Waiter, WaitWithoutALimitThatReportsATimeOutIsAnError) {
@@ -565,7 +567,7 @@ TEST(Waiter, WaitWithoutALimitThatReportsATimeOutIsAnError) {
     test::ThreadCalls calls(&waiter, sizeof waiter);
     calls.answerNext(test::CONDITION_WAIT, ETIMEDOUT);
     EXPECT_TRUE(waiter.wait(0));
-    EXPECT_EQ(test::traceLines(log), Lines{line(0, WAIT, "Wait condition error 110")});
+    EXPECT_EQ(test::traceLines(log), Lines{line(0, waitName, "Wait condition error 110")});
 }
 
 TEST(Waiter, FailedWaitsLeaveTheCountAsItWas) {
@@ -583,10 +585,10 @@ TEST(Waiter, FailedWaitsLeaveTheCountAsItWas) {
         waiter.waitMicroseconds(0);
     }
     log.clear();
-    const test::DebugSwitch traces(TRACE_SWITCH);
+    const test::DebugSwitch traces(traceSwitch);
     calls.answerNext(test::CONDITION_WAIT, 0);
     waiter.wait(0);
-    EXPECT_TRUE(log.contains(Logger::LOG_DEBUG, WAIT, "Wait .... (1 waiters)"));
+    EXPECT_TRUE(log.contains(Logger::LOG_DEBUG, waitName, "Wait .... (1 waiters)"));
 }
 
 TEST(Waiter, FailingSignalAndBroadcastAreLogged) {
@@ -597,12 +599,12 @@ TEST(Waiter, FailingSignalAndBroadcastAreLogged) {
     waiter.signal();
     calls.answerNext(test::CONDITION_BROADCAST, EPERM);
     waiter.broadcast();
-    EXPECT_EQ(test::traceLines(log),
-              (Lines{line(0, SIGNAL, "Signal condition error 22"), line(0, BROADCAST, "Broadcast condition error 1")}));
+    EXPECT_EQ(test::traceLines(log), (Lines{line(0, signalName, "Signal condition error 22"),
+                                            line(0, broadcastName, "Broadcast condition error 1")}));
 }
 
 TEST(Waiter, TracesComeBeforeTheErrors) {
-    const test::DebugSwitch traces(TRACE_SWITCH);
+    const test::DebugSwitch traces(traceSwitch);
     const Waiter waiter;
     test::LogCapture log;
     test::ThreadCalls calls(&waiter, sizeof waiter);
@@ -610,9 +612,10 @@ TEST(Waiter, TracesComeBeforeTheErrors) {
     waiter.wait(1);
     calls.answerNext(test::CONDITION_SIGNAL, EINVAL);
     waiter.signal();
-    EXPECT_EQ(test::traceLines(log), (Lines{line(3, WAIT, "Waiting: 1"), line(3, WAIT, "timed Wait .... (1 waiters)"),
-                                            line(0, WAIT, "Wait condition error 22"), line(3, SIGNAL, "Signal"),
-                                            line(0, SIGNAL, "Signal condition error 22")}));
+    EXPECT_EQ(test::traceLines(log),
+              (Lines{line(3, waitName, "Waiting: 1"), line(3, waitName, "timed Wait .... (1 waiters)"),
+                     line(0, waitName, "Wait condition error 22"), line(3, signalName, "Signal"),
+                     line(0, signalName, "Signal condition error 22")}));
 }
 
 } // namespace

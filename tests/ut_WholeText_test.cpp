@@ -47,7 +47,7 @@ private:
 
 using Writer = std::function<void(PutStream& out)>;
 
-/// Writes of random values.
+// Writes of random values.
 Writer randomWriter(test::RandomRun& random) {
     const std::uint64_t bits = random.bits();
     const unsigned int word = random.below(4) == 0 ? random.below(256) << 24 | random.below(256) : random.below(~0U);

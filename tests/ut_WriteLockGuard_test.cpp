@@ -16,8 +16,8 @@ using framework::thread::WriteLockGuard;
 
 struct WriteGuards {
     typedef WriteLockGuard Guard;
-    static constexpr const char* TAKES = "writeLock";
-    static constexpr const char* MANGLED = "_ZN9framework6thread14WriteLockGuard";
+    static constexpr const char* takes = "writeLock";
+    static constexpr const char* mangled = "_ZN9framework6thread14WriteLockGuard";
 };
 
 TEST(WriteLockGuard, UsageExample) {

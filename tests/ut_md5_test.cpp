@@ -66,8 +66,6 @@ std::vector<std::string> md5sum(const std::vector<std::string>& contents) {
     return sums;
 }
 
-} // namespace
-
 TEST(md5, UsageExample) {
     md5_state_t state;
     unsigned char digest[16];
@@ -214,3 +212,5 @@ TEST(md5, CanBeCalledFromC) {
     md5_from_c(reinterpret_cast<const unsigned char*>("message digest"), 14, digest);
     EXPECT_EQ(asHex(digest), "f96b697d7cb7938d525a2f31aaf161d0");
 }
+
+} // namespace

@@ -77,7 +77,7 @@ public:
             isReserveTaken.clear(std::memory_order_release);
     }
 
-    /// `reportSize` bytes; null if there is no memory and the reserve is in use.
+    // `reportSize` bytes; null if there is no memory and the reserve is in use.
     char* text() const {
         return m_text;
     }
@@ -153,8 +153,8 @@ const char* processName() {
     return name != nullptr ? name : "";
 }
 
-/// Writes the back trace of the calling thread to `text`, which holds `reportSize` bytes, and returns its length. This
-/// function and `BackTrace` are the two skipped frames: the first one written is that of the caller.
+// Writes the back trace of the calling thread to `text`, which holds `reportSize` bytes, and returns its length. This
+// function and `BackTrace` are the two skipped frames: the first one written is that of the caller.
 __attribute__((noinline)) unsigned int renderContext(char* text) {
     BufferStream stream(text, reportSize, true);
     Debug::BackTrace(&stream, deepestBackTrace, skippedFrames, true);
@@ -170,9 +170,9 @@ bool isSomethingElse(const char* name) {
     return lstat(name, &status) == 0 && !isFileWithOneLink(status);
 }
 
-/// Replaces the content of the context file `name`. Returns false, and leaves it unchanged, if something else than a
-/// regular file with one link has that name: another user may have put it there to have a file overwritten or this
-/// thread blocked. A file that cannot be opened or written is not reported.
+// Replaces the content of the context file `name`. Returns false, and leaves it unchanged, if something else than a
+// regular file with one link has that name: another user may have put it there to have a file overwritten or this
+// thread blocked. A file that cannot be opened or written is not reported.
 bool writeContext(const char* name, const char* text, unsigned int size) {
     // Look before opening: opening a device or a FIFO can already have an effect.
     if (isSomethingElse(name))
@@ -210,7 +210,7 @@ void limitReport(int sig) {
     alarm(longestReportSeconds);
 }
 
-/// Holds a lock with all signals blocked, so that no handler that interrupts the thread waits for the lock or forks.
+// Holds a lock with all signals blocked, so that no handler that interrupts the thread waits for the lock or forks.
 class SignalSafeLock {
 public:
     explicit SignalSafeLock(const Locker& locker) : m_locker(locker) {

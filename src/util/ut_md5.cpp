@@ -59,13 +59,13 @@ inline void step(uint32_t& a, uint32_t b, uint32_t c, uint32_t d, uint32_t word,
 }
 
 // Four steps of a round. They use the words of the block at a fixed distance, modulo 16.
-template<typename Function, int First, int Distance, int S1, int S2, int S3, int S4>
+template<typename Function, int first, int distance, int s1, int s2, int s3, int s4>
 inline void fourSteps(uint32_t& a, uint32_t& b, uint32_t& c, uint32_t& d, const unsigned char* block, uint32_t k1,
                       uint32_t k2, uint32_t k3, uint32_t k4) {
-    step<Function>(a, b, c, d, loadWord(block + 4 * (First % 16)), S1, k1);
-    step<Function>(d, a, b, c, loadWord(block + 4 * ((First + Distance) % 16)), S2, k2);
-    step<Function>(c, d, a, b, loadWord(block + 4 * ((First + 2 * Distance) % 16)), S3, k3);
-    step<Function>(b, c, d, a, loadWord(block + 4 * ((First + 3 * Distance) % 16)), S4, k4);
+    step<Function>(a, b, c, d, loadWord(block + 4 * (first % 16)), s1, k1);
+    step<Function>(d, a, b, c, loadWord(block + 4 * ((first + distance) % 16)), s2, k2);
+    step<Function>(c, d, a, b, loadWord(block + 4 * ((first + 2 * distance) % 16)), s3, k3);
+    step<Function>(b, c, d, a, loadWord(block + 4 * ((first + 3 * distance) % 16)), s4, k4);
 }
 
 // Uses four variables instead of an array: compilers vectorize the additions on an array, which delays the next block.

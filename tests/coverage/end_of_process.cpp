@@ -30,7 +30,7 @@ bool endsProcess(int sig) {
 
 } // namespace
 
-extern "C" [[noreturn]] void _exit(int status) {
+extern "C" [[gnu::noreturn]] void _exit(int status) {
     writeCounts();
     syscall(SYS_exit_group, status);
     __builtin_unreachable();
@@ -42,7 +42,7 @@ extern "C" int raise(int sig) noexcept {
     return pthread_kill(pthread_self(), sig);
 }
 
-extern "C" [[noreturn]] void abort() noexcept {
+extern "C" [[gnu::noreturn]] void abort() noexcept {
     if (endsProcess(SIGABRT))
         writeCounts();
     const auto platform = reinterpret_cast<void (*)()>(dlsym(RTLD_NEXT, "abort"));

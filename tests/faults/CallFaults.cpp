@@ -22,9 +22,9 @@ namespace test {
 
 namespace {
 
-const int isShort = 0;
+constexpr int isShort = 0;
 
-/// Every function that is replaced, and how it can fail.
+// Every function that is replaced, and how it can fail.
 const std::map<std::string, std::vector<int>>& faults() {
     // Never destroyed: a scenario may end the process by `exit` while its calls are watched.
     static const auto& table = *new std::map<std::string, std::vector<int>>{
@@ -92,7 +92,7 @@ const std::map<std::string, std::vector<int>>& faults() {
     return table;
 }
 
-/// In memory that a child process shares, so that its calls are known even if a signal ends it.
+// In memory that a child process shares, so that its calls are known even if a signal ends it.
 struct Record {
     unsigned counts[128];
     bool isMet;
@@ -103,7 +103,7 @@ std::string replacedFile;
 std::string replacement;
 __attribute__((tls_model("initial-exec"))) thread_local bool isWatched = false;
 
-/// Whether this call of `name` is the one that fails.
+// Whether this call of `name` is the one that fails.
 bool fails(const char* name) {
     if (!isWatched)
         return false;

@@ -73,7 +73,7 @@ __attribute__((format(printf, 1, 2))) void say(const char* format, ...) {
     syscall(SYS_write, STDOUT_FILENO, piece.data(), piece.size());
 }
 
-/// The name of an errno, where 0 is none.
+// The name of an errno, where 0 is none.
 const char* nameOf(int error) {
     return error == 0 ? "0" : strerrorname_np(error);
 }
@@ -82,7 +82,7 @@ std::string path(const char* name) {
     return directory->path(name);
 }
 
-/// Says the first line of what is logged at the levels 0 to 2, without the path of the directory.
+// Says the first line of what is logged at the levels 0 to 2, without the path of the directory.
 void sayLogged(void*, Logger::LogType type, const char*, int, const char* text) {
     if (type > Logger::LOG_NOTICE)
         return;
@@ -97,15 +97,17 @@ void sayLogged(void*, Logger::LogType type, const char*, int, const char* text) 
 }
 
 void sayState(FileOutputStream& out) {
-    say("open=%d error=%d errno=%s", out.isOutputStreamOpen(), out.isOutputStreamInError(), nameOf(out.errorNumber()));
+    say("open=%d error=%d errno=%s", static_cast<int>(out.isOutputStreamOpen()),
+        static_cast<int>(out.isOutputStreamInError()), nameOf(out.errorNumber()));
 }
 
 void sayState(FileInputStream& in) {
-    say("open=%d error=%d errno=%s end=%d", in.isInputStreamOpen(), in.isInputStreamInError(), nameOf(in.errorNumber()),
-        in.isInputStreamAtEnd());
+    say("open=%d error=%d errno=%s end=%d", static_cast<int>(in.isInputStreamOpen()),
+        static_cast<int>(in.isInputStreamInError()), nameOf(in.errorNumber()),
+        static_cast<int>(in.isInputStreamAtEnd()));
 }
 
-/// Keeps the numbers 0 to 2 free while it lives.
+// Keeps the numbers 0 to 2 free while it lives.
 class NoStandardStreams {
 public:
     NoStandardStreams() {
@@ -142,7 +144,7 @@ void outputOpen() {
             out = std::make_unique<FileOutputStream>(file.c_str(), false, 0600u);
         }
         sayState(*out);
-        say("sent=%d", out->SendOutputStream("new", 3));
+        say("sent=%d", static_cast<int>(out->SendOutputStream("new", 3)));
     }
     say("content=%s", directory->read("file").c_str());
 }
@@ -156,7 +158,7 @@ void outputOpenLow() {
         out = std::make_unique<FileOutputStream>(file.c_str(), true, 0600u);
     }
     sayState(*out);
-    say("sent=%d", out->SendOutputStream("new", 3));
+    say("sent=%d", static_cast<int>(out->SendOutputStream("new", 3)));
     say("content=%s", directory->read("file").c_str());
 }
 
@@ -169,7 +171,7 @@ void outputAdopt() {
             out = std::make_unique<FileOutputStream>(fd);
         }
         sayState(*out);
-        say("sent=%d", out->SendOutputStream("new", 3));
+        say("sent=%d", static_cast<int>(out->SendOutputStream("new", 3)));
         say("content=%s", directory->read("file").c_str());
     }
     close(fd);
@@ -184,10 +186,10 @@ void outputSend() {
         first = out.SendOutputStream("abcd", 4);
         second = out.SendOutputStream("efgh", 4);
     }
-    say("sent=%d,%d", first, second);
+    say("sent=%d,%d", static_cast<int>(first), static_cast<int>(second));
     sayState(out);
     say("content=%s", directory->read("file").c_str());
-    say("third=%d", out.SendOutputStream("ijkl", 4));
+    say("third=%d", static_cast<int>(out.SendOutputStream("ijkl", 4)));
     say("content=%s", directory->read("file").c_str());
 }
 
@@ -200,9 +202,9 @@ void outputStart() {
         const Watch watch;
         isStarted = out.StartOutputStream();
     }
-    say("started=%d end=%d", isStarted, out.isOutputStreamAtEnd());
+    say("started=%d end=%d", static_cast<int>(isStarted), static_cast<int>(out.isOutputStreamAtEnd()));
     sayState(out);
-    say("sent=%d", out.SendOutputStream("ef", 2));
+    say("sent=%d", static_cast<int>(out.SendOutputStream("ef", 2)));
     say("content=%s", directory->read("file").c_str());
 }
 
@@ -251,7 +253,8 @@ void inputAdopt() {
         }
         char text[5] = "";
         const int count = in->ReceiveInputStream(text, 4);
-        say("received=%d %s open=%d errno=%s", count, text, in->isInputStreamOpen(), nameOf(in->errorNumber()));
+        say("received=%d %s open=%d errno=%s", count, text, static_cast<int>(in->isInputStreamOpen()),
+            nameOf(in->errorNumber()));
     }
     close(fd);
 }
@@ -285,7 +288,7 @@ void inputReceive() {
     }
     say("received=%d,%d %s,%s", first, second, text, text + 8);
     sayState(in);
-    say("start=%d", in.StartInputStream());
+    say("start=%d", static_cast<int>(in.StartInputStream()));
 }
 
 void inputPosition() {
@@ -298,7 +301,7 @@ void inputPosition() {
     }
     char text[16] = "";
     const int count = in.ReceiveInputStream(text, 4);
-    say("positioned=%d received=%d %s", isPositioned, count, text);
+    say("positioned=%d received=%d %s", static_cast<int>(isPositioned), count, text);
     sayState(in);
 }
 
@@ -326,7 +329,8 @@ void inputStatus() {
         size = in.GetInputStreamSize();
         inode = in.GetInode();
     }
-    say("size=%d inode=%d", size, inode == 0xFFFFFFFF ? -1 : inode == FileInputStream::GetInode(file.c_str()));
+    say("size=%d inode=%d", size,
+        inode == 0xFFFFFFFF ? -1 : static_cast<int>(inode == FileInputStream::GetInode(file.c_str())));
     sayState(in);
 }
 
@@ -348,7 +352,8 @@ void inputError() {
         const Watch watch;
         isInError = in.isInputStreamInError();
     }
-    say("in error=%d again=%d errno=%s", isInError, in.isInputStreamInError(), nameOf(in.errorNumber()));
+    say("in error=%d again=%d errno=%s", static_cast<int>(isInError), static_cast<int>(in.isInputStreamInError()),
+        nameOf(in.errorNumber()));
 }
 
 void inputClose() {
@@ -392,7 +397,7 @@ void virtualGet() {
         for (int count; (count = in.ReceiveInputStream(piece, sizeof piece)) > 0;)
             text.append(piece, static_cast<std::size_t>(count));
     }
-    say("started=%d received=%s", isStarted, text.c_str());
+    say("started=%d received=%s", static_cast<int>(isStarted), text.c_str());
     sayState(file);
 }
 
@@ -407,7 +412,7 @@ void directoryWalk() {
         utility::DirIterator files(directory->path().c_str(), "*.walk");
         for (const char* name = files.getFirst(nullptr); name != nullptr; name = files.getNext())
             ++count;
-        say("error=%d index=%d", files.inError(), files.getIndex());
+        say("error=%d index=%d", static_cast<int>(files.inError()), files.getIndex());
     }
     say("count=%s", count < 2 ? "less" : "2");
 }
@@ -420,7 +425,7 @@ void directoryOpenLow() {
         const Watch watch;
         isOpen = files.open();
     }
-    say("open=%d error=%d", isOpen, files.inError());
+    say("open=%d error=%d", static_cast<int>(isOpen), static_cast<int>(files.inError()));
 }
 
 void directoryType() {
@@ -436,16 +441,16 @@ void directoryType() {
 void pathExists() {
     const utility::Path file(directory->write("file", "").c_str());
     const Watch watch;
-    say("exists=%d", file.exists());
+    say("exists=%d", static_cast<int>(file.exists()));
 }
 
 void pathMakeDir() {
     utility::Path made(path("made").c_str());
     {
         const Watch watch;
-        say("made=%d", made.makeDir());
+        say("made=%d", static_cast<int>(made.makeDir()));
     }
-    say("exists=%d", made.exists());
+    say("exists=%d", static_cast<int>(made.exists()));
 }
 
 void pathFind() {
@@ -454,7 +459,7 @@ void pathFind() {
     const std::string search = "/absent:" + directory->path();
     {
         const Watch watch;
-        say("found=%d", file.find(search.c_str()));
+        say("found=%d", static_cast<int>(file.find(search.c_str())));
     }
     say("path=%s", *file.getPath() != 0 ? "set" : "");
 }
@@ -495,7 +500,7 @@ void spawnPipedLow() {
 
 // --- password file
 
-const char users[] = "root:x:0:0:Root:/root:/bin/sh\nguest:*:1002:100:Guest:/home/guest:/bin/false\n";
+constexpr char users[] = "root:x:0:0:Root:/root:/bin/sh\nguest:*:1002:100:Guest:/home/guest:/bin/false\n";
 
 void enterRoot() {
     mkdir(path("etc").c_str(), 0755);
@@ -508,10 +513,10 @@ void sayPasswordFile() {
     const std::string text = directory->read("etc/passwd");
     const std::string added = std::string(users) + "added:pw:7:8:Name:/:/bin/sh\n";
     say("file=%s", text == users ? "old" : text == added ? "new" : "neither");
-    say("new file=%s", !directory->exists("etc/passwd.new")            ? "none"
-                       : directory->read("etc/passwd.new") == added    ? "whole"
-                       : directory->read("etc/passwd.new").size() == 0 ? "empty"
-                                                                       : "part");
+    say("new file=%s", !directory->exists("etc/passwd.new")         ? "none"
+                       : directory->read("etc/passwd.new") == added ? "whole"
+                       : directory->read("etc/passwd.new").empty()  ? "empty"
+                                                                    : "part");
 }
 
 void passwordGet() {
@@ -589,7 +594,7 @@ void waiterWait() {
     waiter.lock();
     {
         const Watch watch;
-        say("woken=%d", waiter.wait(0));
+        say("woken=%d", static_cast<int>(waiter.wait(0)));
     }
     waiter.unlock();
 }
@@ -600,7 +605,7 @@ void waiterWaitSeconds() {
     waiter.lock();
     {
         const Watch watch;
-        say("woken=%d", waiter.wait(30));
+        say("woken=%d", static_cast<int>(waiter.wait(30)));
     }
     waiter.unlock();
 }
@@ -611,7 +616,7 @@ void waiterWaitMicroseconds() {
     waiter.lock();
     {
         const Watch watch;
-        say("woken=%d", waiter.waitMicroseconds(30000000));
+        say("woken=%d", static_cast<int>(waiter.waitMicroseconds(30000000)));
     }
     waiter.unlock();
 }
@@ -626,7 +631,7 @@ void lockerLock() {
     if (isTaken)
         locker->unlock();
     locker.reset();
-    say("tried=%d", isTaken);
+    say("tried=%d", static_cast<int>(isTaken));
 }
 
 void readWriteLock() {
@@ -647,7 +652,7 @@ void threadRecord() {
     const Watch watch;
     const framework::ThreadInfo* const first = framework::ThreadInfo::MyThreadInfo();
     const framework::ThreadInfo* const again = framework::ThreadInfo::MyThreadInfo();
-    say("record=%d again=%d name=%s", first != nullptr, again != nullptr,
+    say("record=%d again=%d name=%s", static_cast<int>(first != nullptr), static_cast<int>(again != nullptr),
         again != nullptr ? again->getThreadName() : "");
 }
 
@@ -674,7 +679,7 @@ void timeNow() {
         isValid = utility::DateTime::Now().getEpochValid();
         utility::DateTime::ClockTime(&time);
     }
-    say("stamp=%d now=%d clock=%s", stamp > 0, isValid,
+    say("stamp=%d now=%d clock=%s", static_cast<int>(stamp > 0), static_cast<int>(isValid),
         time.tv_sec > 1    ? "read"
         : time.tv_sec == 1 ? "untouched"
                            : "0");
@@ -719,7 +724,7 @@ void contextFile() {
         // The lock is free again.
         utility::Debug::SignalContext(SIGUSR2);
     }
-    say("again=%d", directory->read(name).find("<<<Backtrace End\n") != std::string::npos);
+    say("again=%d", static_cast<int>(directory->read(name).find("<<<Backtrace End\n") != std::string::npos));
 }
 
 // Where the first look at the name fails, opening meets the link, as if somebody had just put it there.
@@ -744,7 +749,7 @@ void contextRequest() {
         const Watch watch;
         utility::Debug::SignalThreads(SIGUSR1);
     }
-    say("directory=%d", directory->exists("agentContext"));
+    say("directory=%d", static_cast<int>(directory->exists("agentContext")));
 }
 
 void errorContext() {
@@ -772,7 +777,7 @@ void crash() {
 class SayingContainer : public framework::Container {
 protected:
     void shutdown(bool clean) override {
-        say("shutdown=%d", clean);
+        say("shutdown=%d", static_cast<int>(clean));
     }
 };
 
@@ -816,7 +821,7 @@ struct Scenario {
     void (*run)();
 };
 
-const Scenario scenarios[] = {
+constexpr Scenario scenarios[] = {
     {"output open", outputOpen},
     {"output open low", outputOpenLow},
     {"output adopt", outputAdopt},
@@ -882,8 +887,8 @@ std::set<int> openDescriptors() {
 }
 
 struct Trial {
-    std::string outcome; ///< what the scenario says, and how it ended
-    bool isMet = false;  ///< the fault took place
+    std::string outcome; // what the scenario says, and how it ended
+    bool isMet = false;  // the fault took place
     std::map<std::string, unsigned> counts;
 };
 
@@ -927,7 +932,7 @@ void replaceAll(std::string* text, const std::string& from, const std::string& t
         text->replace(at, from.size(), to);
 }
 
-/// An expected outcome, with the fault's own texts in the places of %E, %S and %N.
+// An expected outcome, with the fault's own texts in the places of %E, %S and %N.
 std::string expanded(std::string outcome, int error) {
     replaceAll(&outcome, "%E", faultName(error));
     replaceAll(&outcome, "%S", strerrordesc_np(error));
@@ -937,7 +942,7 @@ std::string expanded(std::string outcome, int error) {
 
 unsigned findings = 0;
 unsigned trials = 0;
-/// The expectations that were asked for, and for which calls.
+// The expectations that were asked for, and for which calls.
 std::set<std::pair<const Expected*, std::string>> used;
 
 bool hasWord(const char* words, const std::string& word) {

@@ -6,7 +6,7 @@
 namespace {
 
 /// As without a failing call.
-const char* const same = nullptr;
+constexpr const char* same = nullptr;
 
 struct Expected {
     const char* scenario;
@@ -38,7 +38,7 @@ struct Expected {
 #define EXITED "{static void utility::Debug::SignalExit(int): Received SIGNAL SIGTERM(15)}"
 
 // clang-format off
-const Expected expectations[] = {
+constexpr Expected expectations[] = {
     {"output open", "", 0, "*", "open=1 error=0 errno=0 sent=1 content=new"},
     {"output open", "close fcntl64", 0, "*", same},
     {"output open", "open64", 0, "*", "open=0 error=1 errno=%E sent=1 content=old"},

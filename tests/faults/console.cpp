@@ -27,18 +27,18 @@ constexpr int skipped = 77;
 constexpr int longestSeconds = 180;
 
 enum Answer {
-    EXACT,       ///< the same in each run
-    NUMBERS,     ///< the same but for its numbers
-    BACK_TRACES, ///< back traces: the addresses vary
+    EXACT,       // the same in each run
+    NUMBERS,     // the same but for its numbers
+    BACK_TRACES, // back traces: the addresses vary
 };
 
 struct Scenario {
-    const char* command; ///< %D is the directory of the trial
+    const char* command; // %D is the directory of the trial
     Answer answer;
-    bool isShort = false; ///< among those of a short run
+    bool isShort = false; // among those of a short run
 };
 
-const Scenario scenarios[] = {
+constexpr Scenario scenarios[] = {
     {"ls %D/folder", EXACT, true},
     {"show file %D/text", EXACT},
     {"dump %D/text", EXACT},
@@ -68,8 +68,8 @@ const Scenario scenarios[] = {
     {"debug on DirIterator", EXACT},
 };
 
-/// Shows the open descriptors of the console.
-const char* const nextCommand = "ls /proc/self/fd";
+// Shows the open descriptors of the console.
+constexpr const char* nextCommand = "ls /proc/self/fd";
 
 const std::string users = "root:x:0:0:Root:/root:/bin/sh\nguest:*:1002:100:Guest:/home/guest:/bin/false\n";
 
@@ -81,14 +81,14 @@ std::string replaced(std::string text, const std::string& from, const std::strin
     return text;
 }
 
-/// What a run leaves.
+// What a run leaves.
 struct Outcome {
     test::Traced traced;
     std::string out;
     std::string err;
-    std::string users;  ///< the password file, with each hash as HASH
-    std::string target; ///< the target of a copy
-    std::string text;   ///< the source of a copy
+    std::string users;  // the password file, with each hash as HASH
+    std::string target; // the target of a copy
+    std::string text;   // the source of a copy
 };
 
 class Runner {
@@ -166,8 +166,8 @@ bool endsWith(const std::string& text, const std::string& end) {
     return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
 }
 
-/// What is wrong with the outcome of a failure, or nothing. `plain` is that of a run without a failure, `next` the
-/// answer to the next command.
+// What is wrong with the outcome of a failure, or nothing. `plain` is that of a run without a failure, `next` the
+// answer to the next command.
 std::string judge(const Outcome& outcome, const Outcome& plain, const std::string& next) {
     const int status = outcome.traced.status;
     if (outcome.traced.hasHung)

@@ -42,7 +42,7 @@ constexpr unsigned trialsPerLine = 50;
 
 unsigned findings = 0;
 
-/// Shows that a long run goes on.
+// Shows that a long run goes on.
 void showProgress(const char* what, unsigned done) {
     if (done % trialsPerLine == 0) {
         std::printf("%s: %u so far; %u findings\n", what, done, findings);
@@ -71,7 +71,7 @@ std::string usersText(int count) {
     return text;
 }
 
-/// Long, so that a file with several entries of the user grows by pages.
+// Long, so that a file with several entries of the user grows by pages.
 const std::string realName(1500, 'N');
 
 std::string addedLine() {
@@ -90,10 +90,10 @@ void putAdded() {
     PWService::putUser(&user);
 }
 
-/// A password file and what it may become.
+// A password file and what it may become.
 class Scene {
 public:
-    /// The file has `text`, and then `entries` entries of the user that a rewrite puts, or none.
+    // The file has `text`, and then `entries` entries of the user that a rewrite puts, or none.
     Scene(const std::string& root, const std::string& text, int entries = 0)
         : m_root(root), m_before(text), m_after(text) {
         for (int i = 0; i < entries; ++i) {
@@ -117,7 +117,7 @@ public:
         return m_before.size();
     }
 
-    /// Puts everything back; false if it does not fit.
+    // Puts everything back; false if it does not fit.
     bool reset() const {
         mkdir(m_root.c_str(), 0755);
         mkdir((m_root + "/etc").c_str(), 0755);
@@ -129,7 +129,7 @@ public:
         return file.good();
     }
 
-    /// Turns the process into one that rewrites the file.
+    // Turns the process into one that rewrites the file.
     void enter() const {
         setenv("VX_ROOT", m_root.c_str(), 1);
         const int fd = open(log().c_str(), O_WRONLY | O_APPEND);
@@ -147,7 +147,7 @@ public:
         return contentOf(newFile()) == m_after;
     }
 
-    /// Reports what must not be, and counts what is.
+    // Reports what must not be, and counts what is.
     void judge(const std::string& trial, bool hasLived) {
         const std::string text = contentOf(file());
         const bool before = text == m_before;
@@ -185,7 +185,7 @@ private:
     }
 
 public:
-    bool isUnlinkKept = false; ///< the `.new` file could not be removed
+    bool isUnlinkKept = false; // the `.new` file could not be removed
 
 private:
     std::string m_root;
@@ -203,7 +203,7 @@ unsigned openDescriptors() {
     return count;
 }
 
-/// One rewrite; the result is an exit status.
+// One rewrite; the result is an exit status.
 int rewriteOnce() {
     const unsigned before = openDescriptors();
     test::TracedRun::mark();
@@ -213,7 +213,7 @@ int rewriteOnce() {
     return openDescriptors() == before && !isChildLeft ? 0 : leaked;
 }
 
-/// Waits for all children, of killed ones as well; false if that takes too long.
+// Waits for all children, of killed ones as well; false if that takes too long.
 bool reapAll() {
     const auto end = Clock::now() + std::chrono::seconds(longestSeconds);
     for (;;) {
@@ -236,7 +236,7 @@ pid_t startRewrite(const Scene& scene) {
     _exit(rewriteOnce());
 }
 
-/// How long a rewrite takes that nothing disturbs.
+// How long a rewrite takes that nothing disturbs.
 std::chrono::microseconds measureRewrite(Scene& scene) {
     scene.reset();
     const auto begun = Clock::now();
@@ -247,8 +247,8 @@ std::chrono::microseconds measureRewrite(Scene& scene) {
     return time;
 }
 
-/// Kills rewrites until `kills` of them were under way. Under load a rewrite takes longer or, when the load has ended,
-/// less long than before: moments are chosen within the shortest of the last ones that were measured.
+// Kills rewrites until `kills` of them were under way. Under load a rewrite takes longer or, when the load has ended,
+// less long than before: moments are chosen within the shortest of the last ones that were measured.
 void killAtRandom(Scene& scene, unsigned kills, unsigned seed) {
     constexpr std::size_t measuredAtOnce = 5;
     constexpr unsigned triesPerMeasurement = 20;
@@ -292,8 +292,8 @@ void killAtRandom(Scene& scene, unsigned kills, unsigned seed) {
         report("kills", "too few hit a rewrite: " + std::to_string(hits) + " of " + std::to_string(kills));
 }
 
-/// Runs one rewrite on a disk of `pages` pages that the password file fills in part; false if it does not hold even
-/// that.
+// Runs one rewrite on a disk of `pages` pages that the password file fills in part; false if it does not hold even
+// that.
 int rewriteOnDisk(const std::string& directory, const std::string& text, int pages, const std::string& log) {
     if (!test::mountSmallDisk(directory, pages))
         return skipped;
@@ -413,8 +413,8 @@ void stopWorker(int sig) {
     kill(worker, SIGKILL);
 }
 
-/// Runs `body` in a child process and returns its exit status. A signal that stops this process ends the child first
-/// and is left in `stopSignal`. All processes that the child started have then ended and use no file any more.
+// Runs `body` in a child process and returns its exit status. A signal that stops this process ends the child first
+// and is left in `stopSignal`. All processes that the child started have then ended and use no file any more.
 template<class Body>
 int runStoppable(Body&& body) {
     sigset_t stops;
@@ -460,7 +460,7 @@ int runIn(const std::string& parent, bool isShort, unsigned kills, unsigned seed
     return result;
 }
 
-/// Stops a run in the middle of its rewrites.
+// Stops a run in the middle of its rewrites.
 int showStop() {
     namespace fs = std::filesystem;
     const test::TemporaryDirectory directory;

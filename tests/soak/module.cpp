@@ -18,7 +18,7 @@ const AtLoadAndUnload atLoadAndUnload;
 
 } // namespace
 
-/// Whether the library still works from here.
+// Whether the library still works from here.
 extern "C" __attribute__((visibility("default"))) bool usesLibrary() {
     utility::BufferStream stream(64);
     stream.PutF("%s %d", "soak", 64);

@@ -77,7 +77,7 @@ TYPED_TEST_P(ArrayCopy, WithoutMemoryCopyingThrowsAndDoesNotLeak) {
         failure = CATCH_FAILURE(typename TypeParam::ArrayType{array});
     };
     const auto check = [&] {
-        EXPECT_TRUE(test::isFailure(failure.get(), 1230, "ut_Array", this->realloc, "", true));
+        EXPECT_TRUE(test::isFailure(failure.get(), 1230, "ut_Array", this->m_realloc, "", true));
         EXPECT_EQ(framework::Memory::staticOutstanding(), before);
     };
     EXPECT_EQ(test::failEachAllocationOnce(copy, check), 1u);

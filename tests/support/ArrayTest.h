@@ -94,28 +94,29 @@ protected:
     Lines appending(unsigned int number, unsigned int index) const {
         Lines lines;
         if (Traits::tracedArguments != TracedArguments::none)
-            lines.push_back("4 " + append + ": " + text(number));
-        lines.push_back("3 " + append + ": Appending [" + text(number) + "] at " + std::to_string(index));
+            lines.push_back("4 " + m_append + ": " + text(number));
+        lines.push_back("3 " + m_append + ": Appending [" + text(number) + "] at " + std::to_string(index));
         return lines;
     }
 
     /// The first trace of InsertAt.
     std::string insertAtEntry(unsigned int index, unsigned int number) const {
         const bool isTraced = Traits::tracedArguments != TracedArguments::none;
-        return "4 " + insertAt + ": " + (isTraced ? std::to_string(index) + ", " + text(number) : "Enter");
+        return "4 " + m_insertAt + ": " + (isTraced ? std::to_string(index) + ", " + text(number) : "Enter");
     }
 
-    const std::string file = std::string("ut_") + Traits::className;
-    const std::string scope = std::string("utility::") + Traits::className + "::";
-    const std::string valueName = Traits::valueName;
-    const std::string append = "void " + scope + "Append(" + valueName + ")";
-    const std::string insertAt = "void " + scope + "InsertAt(unsigned int, " + valueName + ")";
-    const std::string setAt = "void " + scope + "SetAt(unsigned int, " + valueName + ")";
-    const std::string deleteAt = "void " + scope + "DeleteAt(unsigned int)";
-    const std::string at = valueName + "& " + scope + "operator[](unsigned int)";
-    const std::string atConst = (std::is_pointer_v<Value> ? valueName + " const& " : "const " + valueName + "& ") +
-                                scope + "operator[](unsigned int) const";
-    const std::string realloc = "static void* utility::Array::realloc(void*, unsigned int*, unsigned int, size_t)";
+    const std::string m_file = std::string("ut_") + Traits::className;
+    const std::string m_scope = std::string("utility::") + Traits::className + "::";
+    const std::string m_valueName = Traits::valueName;
+    const std::string m_append = "void " + m_scope + "Append(" + m_valueName + ")";
+    const std::string m_insertAt = "void " + m_scope + "InsertAt(unsigned int, " + m_valueName + ")";
+    const std::string m_setAt = "void " + m_scope + "SetAt(unsigned int, " + m_valueName + ")";
+    const std::string m_deleteAt = "void " + m_scope + "DeleteAt(unsigned int)";
+    const std::string m_at = m_valueName + "& " + m_scope + "operator[](unsigned int)";
+    const std::string m_atConst =
+        (std::is_pointer_v<Value> ? m_valueName + " const& " : "const " + m_valueName + "& ") + m_scope +
+        "operator[](unsigned int) const";
+    const std::string m_realloc = "static void* utility::Array::realloc(void*, unsigned int*, unsigned int, size_t)";
 };
 
 } // namespace test

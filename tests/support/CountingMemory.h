@@ -33,7 +33,7 @@ public:
         if (m_requests.size() >= m_refuseFrom && m_requests.size() < m_refuseBefore)
             return nullptr;
         void* piece = std::malloc(size);
-        if (piece)
+        if (piece != nullptr)
             m_pieces.push_back(piece);
         return piece;
     }

@@ -98,7 +98,7 @@ VXTEST_IN_PLACE_OF_PLATFORM void* realloc(void* piece, std::size_t size) noexcep
 }
 
 VXTEST_IN_PLACE_OF_PLATFORM void free(void* piece) noexcept {
-    if (!piece || (test::allocatorState != test::REFUSE && !test::detail::enterAllocator()))
+    if (piece == nullptr || (test::allocatorState != test::REFUSE && !test::detail::enterAllocator()))
         return;
     VXTEST_PLATFORM(free)(piece);
 }

@@ -24,7 +24,7 @@ std::unique_ptr<framework::Exception> failureOf(Operation&& operation) {
 inline testing::AssertionResult isFailure(const framework::Exception* failure, unsigned int code,
                                           const std::string& file, const std::string& function,
                                           const std::string& message, bool flag) {
-    if (!failure)
+    if (failure == nullptr)
         return testing::AssertionFailure() << "nothing was thrown";
     if (failure->code() == code && failure->file() == file && failure->function() == function &&
         failure->message() == message && failure->flag() == flag && failure->line() > 0)

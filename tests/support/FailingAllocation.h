@@ -173,7 +173,7 @@ VXTEST_UNWATCHED int posix_memalign(void** piece, std::size_t alignment, std::si
     if (test::detail::failThisAllocation())
         return ENOMEM;
     *piece = VXTEST_COUNTED(VXTEST_PLATFORM(memalign)(alignment, size));
-    return *piece ? 0 : ENOMEM;
+    return *piece != nullptr ? 0 : ENOMEM;
 }
 
 #ifndef VXTEST_CHECKED_HEAP

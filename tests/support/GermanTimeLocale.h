@@ -25,14 +25,14 @@ public:
         const std::string charmap = m_directory.write("charmap", asciiCharmap());
         // Ignore the result: localedef warns about the missing categories and exits with 1.
         const std::string command = "localedef -c --no-archive -f '" + charmap + "' -i '" + source + "' '" +
-                                    m_directory.path(NAME) + "' >'" + m_directory.path("log") + "' 2>&1";
+                                    m_directory.path(name) + "' >'" + m_directory.path("log") + "' 2>&1";
         static_cast<void>(std::system(command.c_str()));
 
         const char* path = std::getenv("LOCPATH");
         const bool wasSet = path != nullptr;
         const std::string previousPath = wasSet ? path : "";
         setenv("LOCPATH", m_directory.path().c_str(), 1);
-        m_isSet = std::setlocale(LC_TIME, NAME) != nullptr;
+        m_isSet = std::setlocale(LC_TIME, name) != nullptr;
         if (wasSet)
             setenv("LOCPATH", previousPath.c_str(), 1);
         else
@@ -50,7 +50,7 @@ public:
 
 private:
     // Not "german", which is an alias of de_DE.
-    static constexpr const char* NAME = "test_german";
+    static constexpr const char* name = "test_german";
 
     static std::string timeCategory() {
         return "LC_TIME\n"

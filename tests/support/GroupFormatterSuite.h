@@ -37,7 +37,7 @@ protected:
 TYPED_TEST_SUITE_P(GroupFormatterTest);
 
 TYPED_TEST_P(GroupFormatterTest, LevelIsTheCountOfMarks) {
-    for (unsigned int level = 0; level <= TypeParam::HIGHEST; ++level) {
+    for (unsigned int level = 0; level <= TypeParam::highest; ++level) {
         const typename TestFixture::Result result(this->withMarks("group", level));
         EXPECT_TRUE(result.accepted);
         EXPECT_STREQ(result.name, "group");
@@ -46,7 +46,7 @@ TYPED_TEST_P(GroupFormatterTest, LevelIsTheCountOfMarks) {
 }
 
 TYPED_TEST_P(GroupFormatterTest, MoreMarksReturnFalseWithLevelZero) {
-    for (unsigned int level = TypeParam::HIGHEST + 1; level < TypeParam::HIGHEST + 4; ++level) {
+    for (unsigned int level = TypeParam::highest + 1; level < TypeParam::highest + 4; ++level) {
         const typename TestFixture::Result result(this->withMarks("group", level));
         EXPECT_FALSE(result.accepted);
         EXPECT_EQ(result.level, 0u);

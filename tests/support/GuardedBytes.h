@@ -15,33 +15,33 @@ namespace test {
 ///     EXPECT_TRUE(bytes.areGuardsWhole());
 class GuardedBytes {
 public:
-    static constexpr char FILL = '\x7E';
+    static constexpr char fill = '\x7E';
 
-    explicit GuardedBytes(std::size_t size) : m_size(size), m_bytes(GUARD + size + GUARD, FILL) {}
+    explicit GuardedBytes(std::size_t size) : m_size(size), m_bytes(guard + size + guard, fill) {}
 
     char* array() {
-        return m_bytes.data() + GUARD;
+        return m_bytes.data() + guard;
     }
     int size() const {
         return static_cast<int>(m_size);
     }
     /// All bytes of the array.
     std::string content() const {
-        return std::string(m_bytes.data() + GUARD, m_size);
+        return std::string(m_bytes.data() + guard, m_size);
     }
     bool areGuardsWhole() const {
         const auto isFill = [](char c) {
-            return c == FILL;
+            return c == fill;
         };
-        return std::all_of(m_bytes.begin(), m_bytes.begin() + GUARD, isFill) &&
-               std::all_of(m_bytes.end() - GUARD, m_bytes.end(), isFill);
+        return std::all_of(m_bytes.begin(), m_bytes.begin() + guard, isFill) &&
+               std::all_of(m_bytes.end() - guard, m_bytes.end(), isFill);
     }
     bool isUntouched() const {
-        return areGuardsWhole() && content() == std::string(m_size, FILL);
+        return areGuardsWhole() && content() == std::string(m_size, fill);
     }
 
 private:
-    static constexpr std::ptrdiff_t GUARD = 64;
+    static constexpr std::ptrdiff_t guard = 64;
 
     std::size_t m_size;
     std::vector<char> m_bytes;

@@ -15,7 +15,7 @@ namespace test {
 ///     EXPECT_TRUE(text.isGuardWhole());
 class GuardedText {
 public:
-    explicit GuardedText(unsigned int size) : m_size(size), m_bytes(size + GUARD, FILL) {}
+    explicit GuardedText(unsigned int size) : m_size(size), m_bytes(size + guard, fill) {}
 
     char* array() {
         return m_bytes.data();
@@ -26,7 +26,7 @@ public:
     /// The text up to its NUL, or up to the first byte that was not written.
     std::string text() const {
         return std::string(m_bytes.begin(),
-                           std::find_if(m_bytes.begin(), end(), [](char c) { return c == 0 || c == FILL; }));
+                           std::find_if(m_bytes.begin(), end(), [](char c) { return c == 0 || c == fill; }));
     }
     /// Whether the text ends in a NUL.
     bool isTerminated() const {
@@ -41,11 +41,11 @@ public:
     }
 
 private:
-    static constexpr unsigned int GUARD = 64;
-    static constexpr char FILL = '\x7E';
+    static constexpr unsigned int guard = 64;
+    static constexpr char fill = '\x7E';
 
     static bool isFill(char c) {
-        return c == FILL;
+        return c == fill;
     }
     std::vector<char>::const_iterator end() const {
         return m_bytes.begin() + static_cast<std::ptrdiff_t>(m_size);

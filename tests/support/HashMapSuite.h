@@ -45,8 +45,8 @@ std::string dumpOf(MapType& map) {
 /// - `argument(key)` and `modelKey(key)`: convert between `ModelKey` and `Key`
 /// - `key(number)`: a key with the hash `number`, ordered by `number`; does not allocate for numbers below 1,000
 /// - `hash(key)`, `randomKey(random)`, and `printed(key)`, its text in the placement trace
-/// - `PIECES_PER_ENTRY`: the number of blocks of memory for one entry
-/// - `DELETES_ONLY_THE_FIRST`: whether `Delete` examines only the first key of a bucket
+/// - `piecesPerEntry`: the number of blocks of memory for one entry
+/// - `deletesOnlyTheFirst`: whether `Delete` examines only the first key of a bucket
 ///
 ///     namespace test {
 ///     INSTANTIATE_TYPED_TEST_SUITE_P(Map, HashMapTest, MapTraits);
@@ -161,7 +161,7 @@ public:
             const bool greaterInBucket = after != m_model.end() && after->first.first == place.first;
             const bool smallerInBucket = atLeast != m_model.begin() && std::prev(atLeast)->first.first == place.first;
             const bool present = m_model.count(place) > 0;
-            const bool expected = Traits::DELETES_ONLY_THE_FIRST ? !smallerInBucket : present || !greaterInBucket;
+            const bool expected = Traits::deletesOnlyTheFirst ? !smallerInBucket : present || !greaterInBucket;
             EXPECT_EQ(HashMapTest::remove(m_map, place.second), expected);
             if (expected)
                 m_count -= static_cast<unsigned int>(m_model.erase(place));
@@ -225,7 +225,7 @@ TYPED_TEST_P(HashMapTest, RejectsEveryOtherBucketCount) {
         const long outstanding = framework::Memory::staticOutstanding();
         const LogCapture log;
         typename TypeParam::Map map(buckets);
-        EXPECT_TRUE(log.contains(framework::Logger::LOG_ERROR, TypeParam::CONSTRUCTOR,
+        EXPECT_TRUE(log.contains(framework::Logger::LOG_ERROR, TypeParam::constructorName,
                                  "need to use num buckets at power of 2 instead of " +
                                      TypeParam::printedCount(buckets) + "\n"));
         EXPECT_EQ(log.count(), 1u);
@@ -301,7 +301,7 @@ TYPED_TEST_P(HashMapTest, DeleteReleasesTheMemoryOfItsEntry) {
     const long outstanding = framework::Memory::staticOutstanding();
     typename TypeParam::Map map(16);
     this->add(map, TypeParam::key(8), nullptr);
-    EXPECT_EQ(framework::Memory::staticOutstanding(), outstanding + 1 + TypeParam::PIECES_PER_ENTRY);
+    EXPECT_EQ(framework::Memory::staticOutstanding(), outstanding + 1 + TypeParam::piecesPerEntry);
     this->remove(map, TypeParam::key(8));
     EXPECT_EQ(framework::Memory::staticOutstanding(), outstanding + 1);
 }
@@ -330,7 +330,7 @@ TYPED_TEST_P(HashMapTest, DeleteAllRemovesAllEntriesAndKeepsTheCount) {
         map.DeleteAll();
         for (unsigned int number = 0; number < 100; ++number)
             this->add(map, TypeParam::key(number), nullptr);
-        EXPECT_EQ(framework::Memory::staticOutstanding(), outstanding + 1 + 100 * TypeParam::PIECES_PER_ENTRY);
+        EXPECT_EQ(framework::Memory::staticOutstanding(), outstanding + 1 + 100 * TypeParam::piecesPerEntry);
         map.DeleteAll();
         EXPECT_EQ(framework::Memory::staticOutstanding(), outstanding + 1); // the table
         void* value = nullptr;
@@ -371,7 +371,7 @@ TYPED_TEST_P(HashMapTest, OnlyAddAllocates) {
     const unsigned long before = allocationCount();
     for (unsigned int number = 0; number < 999; ++number)
         this->add(map, TypeParam::key(number), pointer(number));
-    EXPECT_EQ(allocationCount() - before, 999u * TypeParam::PIECES_PER_ENTRY);
+    EXPECT_EQ(allocationCount() - before, 999u * TypeParam::piecesPerEntry);
 
     const FailingAllocation failing(failAll);
     for (unsigned int number = 0; number < 999; ++number)
@@ -395,7 +395,7 @@ TYPED_TEST_P(HashMapTest, WithoutMemoryForAnEntryAddChangesNothing) {
         const auto entries = this->entriesOf(map);
         const long outstanding = framework::Memory::staticOutstanding();
         for (const unsigned int number : {0x8, 0x18, 0x28, 0x21}) {
-            for (unsigned int nth = 1; nth <= TypeParam::PIECES_PER_ENTRY; ++nth) {
+            for (unsigned int nth = 1; nth <= TypeParam::piecesPerEntry; ++nth) {
                 FailingAllocation failing(nth);
                 EXPECT_FALSE(this->add(map, TypeParam::key(number), pointer(1)));
                 failing.stop();

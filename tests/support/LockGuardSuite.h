@@ -67,9 +67,9 @@ TYPED_TEST_P(LockGuardTest, LocksWhenConstructedAndUnlocksOnceAtTheEndOfTheScope
     RecordingLock lock;
     {
         const typename TypeParam::Guard guard(lock);
-        EXPECT_EQ(lock.calls, LockCalls{TypeParam::TAKES});
+        EXPECT_EQ(lock.calls, LockCalls{TypeParam::takes});
     }
-    EXPECT_EQ(lock.calls, (LockCalls{TypeParam::TAKES, "unlock"}));
+    EXPECT_EQ(lock.calls, (LockCalls{TypeParam::takes, "unlock"}));
 }
 
 TYPED_TEST_P(LockGuardTest, UnlocksIfAnExceptionLeavesTheScope) {
@@ -80,7 +80,7 @@ TYPED_TEST_P(LockGuardTest, UnlocksIfAnExceptionLeavesTheScope) {
             throw std::runtime_error("left");
         },
         std::runtime_error);
-    EXPECT_EQ(lock.calls, (LockCalls{TypeParam::TAKES, "unlock"}));
+    EXPECT_EQ(lock.calls, (LockCalls{TypeParam::takes, "unlock"}));
 }
 
 TYPED_TEST_P(LockGuardTest, DoesNotUnlockALockThatItCouldNotTake) {
@@ -95,7 +95,7 @@ TYPED_TEST_P(LockGuardTest, NestedGuardsUnlockOncePerGuard) {
         const typename TypeParam::Guard outer(lock);
         const typename TypeParam::Guard inner(lock);
     }
-    EXPECT_EQ(lock.calls, (LockCalls{TypeParam::TAKES, TypeParam::TAKES, "unlock", "unlock"}));
+    EXPECT_EQ(lock.calls, (LockCalls{TypeParam::takes, TypeParam::takes, "unlock", "unlock"}));
 }
 
 TYPED_TEST_P(LockGuardTest, EachGuardUnlocksItsOwnLock) {
@@ -103,15 +103,15 @@ TYPED_TEST_P(LockGuardTest, EachGuardUnlocksItsOwnLock) {
     RecordingLock second;
     const typename TypeParam::Guard outer(first);
     { const typename TypeParam::Guard inner(second); }
-    EXPECT_EQ(first.calls, LockCalls{TypeParam::TAKES});
-    EXPECT_EQ(second.calls, (LockCalls{TypeParam::TAKES, "unlock"}));
+    EXPECT_EQ(first.calls, LockCalls{TypeParam::takes});
+    EXPECT_EQ(second.calls, (LockCalls{TypeParam::takes, "unlock"}));
 }
 
 TYPED_TEST_P(LockGuardTest, IsExportedByTheLibrary) {
     void* const library = dlopen("libVXut.so.1", RTLD_NOW);
     ASSERT_NE(library, nullptr);
     for (const char* operation : {"C1ERNS0_8RWLockIFE", "C2ERNS0_8RWLockIFE", "D1Ev", "D2Ev"}) {
-        const std::string symbol = std::string(TypeParam::MANGLED) + operation;
+        const std::string symbol = std::string(TypeParam::mangled) + operation;
         EXPECT_NE(dlsym(library, symbol.c_str()), nullptr) << symbol;
     }
     dlclose(library);

@@ -51,7 +51,7 @@ void LogCapture::sink(void* context, framework::Logger::LogType type, const char
 
 void LogCapture::add(framework::Logger::LogType type, const char* function, int line, const char* text) {
     const std::lock_guard<std::mutex> guard(m_mutex);
-    const char* name = function ? function : "";
+    const char* name = function != nullptr ? function : "";
     const std::size_t nameSize = std::strlen(name) + 1;
     const std::size_t textSize = std::strlen(text) + 1;
     void* storage = reserve(sizeof(Record) + nameSize + textSize);
@@ -59,13 +59,13 @@ void LogCapture::add(framework::Logger::LogType type, const char* function, int 
     std::memcpy(texts, name, nameSize);
     std::memcpy(texts + nameSize, text, textSize);
     auto* record = new (storage) Record{nullptr, type, line, texts, texts + nameSize};
-    (m_last ? m_last->next : m_first) = record;
+    (m_last != nullptr ? m_last->next : m_first) = record;
     m_last = record;
 }
 
 void* LogCapture::reserve(std::size_t size) {
     size = aligned(size);
-    if (!m_chunks || m_chunks->size - m_chunks->used < size) {
+    if (m_chunks == nullptr || m_chunks->size - m_chunks->used < size) {
         const std::size_t header = aligned(sizeof(Chunk));
         const std::size_t mapped = std::max(chunkSize, header + size);
         void* storage = mmap(nullptr, mapped, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
@@ -81,7 +81,7 @@ void* LogCapture::reserve(std::size_t size) {
 }
 
 void LogCapture::releaseChunks() {
-    while (m_chunks) {
+    while (m_chunks != nullptr) {
         Chunk* chunk = m_chunks;
         m_chunks = chunk->next;
         munmap(chunk, chunk->size);
@@ -91,7 +91,7 @@ void LogCapture::releaseChunks() {
 std::vector<LogEntry> LogCapture::entries() const {
     const std::lock_guard<std::mutex> guard(m_mutex);
     std::vector<LogEntry> result;
-    for (const Record* record = m_first; record; record = record->next)
+    for (const Record* record = m_first; record != nullptr; record = record->next)
         result.push_back({record->type, record->function, record->line, record->text});
     return result;
 }
@@ -99,7 +99,7 @@ std::vector<LogEntry> LogCapture::entries() const {
 std::vector<std::string> LogCapture::texts() const {
     const std::lock_guard<std::mutex> guard(m_mutex);
     std::vector<std::string> result;
-    for (const Record* record = m_first; record; record = record->next)
+    for (const Record* record = m_first; record != nullptr; record = record->next)
         result.push_back(record->text);
     return result;
 }
@@ -107,7 +107,7 @@ std::vector<std::string> LogCapture::texts() const {
 unsigned int LogCapture::count() const {
     const std::lock_guard<std::mutex> guard(m_mutex);
     unsigned int result = 0;
-    for (const Record* record = m_first; record; record = record->next)
+    for (const Record* record = m_first; record != nullptr; record = record->next)
         ++result;
     return result;
 }

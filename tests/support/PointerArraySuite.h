@@ -153,7 +153,7 @@ TYPED_TEST_P(PointerArray, WithoutMemoryAppendOfAnArrayThrowsAndChangesNothing) 
             failure = CATCH_FAILURE(array.Append(array));
         };
         const auto check = [&] {
-            EXPECT_TRUE(test::isFailure(failure.get(), 1230, "ut_Array", this->realloc, "", true));
+            EXPECT_TRUE(test::isFailure(failure.get(), 1230, "ut_Array", this->m_realloc, "", true));
             EXPECT_THAT(contentOf(array), ElementsAre(this->item(0), this->item(1)));
             EXPECT_EQ(array.size(), 2u);
             EXPECT_EQ(framework::Memory::staticOutstanding(), before + 1);

@@ -16,8 +16,8 @@ struct PointerKeyTraits {
     typedef void* Key;
     typedef std::uintptr_t ModelKey;
 
-    static constexpr unsigned int PIECES_PER_ENTRY = 1;
-    static constexpr bool DELETES_ONLY_THE_FIRST = false;
+    static constexpr unsigned int piecesPerEntry = 1;
+    static constexpr bool deletesOnlyTheFirst = false;
 
     static Key argument(ModelKey key) {
         return pointer(key);

@@ -54,7 +54,7 @@ protected:
 TYPED_TEST_SUITE_P(PortAddressTest);
 
 TYPED_TEST_P(PortAddressTest, HasItsType) {
-    EXPECT_EQ(TypeParam::example().getType(), TypeParam::TYPE);
+    EXPECT_EQ(TypeParam::example().getType(), TypeParam::type);
 }
 
 TYPED_TEST_P(PortAddressTest, EqualsIfEveryMemberIsEqual) {
@@ -76,7 +76,7 @@ TYPED_TEST_P(PortAddressTest, DiffersFromAddressesOfOtherTypes) {
 
 TYPED_TEST_P(PortAddressTest, ComparingWithAnObjectOfAnotherClassThrowsBadCast) {
     const typename TypeParam::Address address = TypeParam::example();
-    const FalseAddress other(TypeParam::TYPE);
+    const FalseAddress other(TypeParam::type);
     EXPECT_THROW(static_cast<void>(address == other), std::bad_cast);
     EXPECT_THROW(static_cast<void>(address != other), std::bad_cast);
 }

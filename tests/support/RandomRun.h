@@ -47,7 +47,7 @@ private:
 
     static unsigned int chooseSeed() {
         const char* const given = std::getenv("VXUT_TEST_SEED");
-        return given ? static_cast<unsigned int>(std::strtoul(given, nullptr, 10)) : std::random_device()();
+        return given != nullptr ? static_cast<unsigned int>(std::strtoul(given, nullptr, 10)) : std::random_device()();
     }
 
     testing::ScopedTrace m_trace;

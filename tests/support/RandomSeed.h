@@ -12,7 +12,7 @@ namespace test {
 ///     SCOPED_TRACE(test::repeatWith(seed));
 inline unsigned int randomSeed() {
     const char* given = std::getenv("VXUT_TEST_SEED");
-    return given ? static_cast<unsigned int>(std::strtoul(given, nullptr, 10)) : std::random_device()();
+    return given != nullptr ? static_cast<unsigned int>(std::strtoul(given, nullptr, 10)) : std::random_device()();
 }
 
 /// The environment setting that repeats the run.

@@ -24,7 +24,7 @@ struct ReferenceURL {
     }
     /// The expected result of `GetValue`; a missing part is empty.
     std::optional<std::string> value() const {
-        if (scheme.value_or("") + authority.value_or("") + path.value_or("") + query.value_or("") == "")
+        if ((scheme.value_or("") + authority.value_or("") + path.value_or("") + query.value_or("")).empty())
             return std::nullopt;
         return (scheme ? *scheme + ":" : "") + (authority ? "//" + *authority : "") + path.value_or("") +
                (query ? "?" + *query : "");
@@ -40,7 +40,7 @@ inline void PrintTo(const ReferenceURL& url, std::ostream* out) {
 inline int referenceDigit(char c) {
     const char* const digits = "0123456789abcdef0123456789ABCDEF";
     const char* const found = c ? std::strchr(digits, c) : nullptr;
-    return found ? static_cast<int>((found - digits) % 16) : 255;
+    return found != nullptr ? static_cast<int>((found - digits) % 16) : 255;
 }
 
 /// The decoded text up to its first NUL.

@@ -22,10 +22,10 @@ public:
     explicit SymbolObject(const std::string& symbol) : m_handle(nullptr) {
         m_directory.write("object.so", content(symbol));
         m_handle = dlopen(path().c_str(), RTLD_NOW | RTLD_LOCAL);
-        if (!m_handle)
+        if (m_handle == nullptr)
             throw std::runtime_error(dlerror());
         m_address = dlsym(m_handle, symbol.c_str());
-        if (!m_address)
+        if (m_address == nullptr)
             throw std::runtime_error("no symbol in " + path());
     }
     SymbolObject(const SymbolObject&) = delete;

@@ -18,7 +18,7 @@ namespace test {
 class TemporaryDirectory {
 public:
     TemporaryDirectory() : m_path((std::filesystem::temp_directory_path() / "vxut.XXXXXX").string()) {
-        if (!mkdtemp(m_path.data()))
+        if (mkdtemp(m_path.data()) == nullptr)
             throw std::runtime_error("cannot create " + m_path);
     }
     TemporaryDirectory(const TemporaryDirectory&) = delete;

@@ -113,26 +113,26 @@ TYPED_TEST_P(TypedArray, BadIndicesThrowAndChangeNothing) {
     typename TypeParam::ArrayType array(2);
     this->fill(array, 2);
     const auto& constant = std::as_const(array);
-    EXPECT_FAILURE(array.InsertAt(3, this->item(7)), 1229, this->file, this->insertAt, "");
-    EXPECT_FAILURE(array.SetAt(2, this->item(7)), 1229, this->file, this->setAt, "");
-    EXPECT_FAILURE(array.DeleteAt(2), 1229, this->file, this->deleteAt, "");
-    EXPECT_FAILURE(array[2], 1229, this->file, this->at, "");
-    EXPECT_FAILURE(constant[2], 1229, this->file, this->atConst, "");
-    EXPECT_FAILURE(array.InsertAt(0xFFFFFFFF, this->item(7)), 1229, this->file, this->insertAt, "");
-    EXPECT_FAILURE(array.SetAt(0xFFFFFFFF, this->item(7)), 1229, this->file, this->setAt, "");
-    EXPECT_FAILURE(array.DeleteAt(0xFFFFFFFF), 1229, this->file, this->deleteAt, "");
-    EXPECT_FAILURE(array[0xFFFFFFFF], 1229, this->file, this->at, "");
-    EXPECT_FAILURE(constant[0xFFFFFFFF], 1229, this->file, this->atConst, "");
+    EXPECT_FAILURE(array.InsertAt(3, this->item(7)), 1229, this->m_file, this->m_insertAt, "");
+    EXPECT_FAILURE(array.SetAt(2, this->item(7)), 1229, this->m_file, this->m_setAt, "");
+    EXPECT_FAILURE(array.DeleteAt(2), 1229, this->m_file, this->m_deleteAt, "");
+    EXPECT_FAILURE(array[2], 1229, this->m_file, this->m_at, "");
+    EXPECT_FAILURE(constant[2], 1229, this->m_file, this->m_atConst, "");
+    EXPECT_FAILURE(array.InsertAt(0xFFFFFFFF, this->item(7)), 1229, this->m_file, this->m_insertAt, "");
+    EXPECT_FAILURE(array.SetAt(0xFFFFFFFF, this->item(7)), 1229, this->m_file, this->m_setAt, "");
+    EXPECT_FAILURE(array.DeleteAt(0xFFFFFFFF), 1229, this->m_file, this->m_deleteAt, "");
+    EXPECT_FAILURE(array[0xFFFFFFFF], 1229, this->m_file, this->m_at, "");
+    EXPECT_FAILURE(constant[0xFFFFFFFF], 1229, this->m_file, this->m_atConst, "");
     EXPECT_THAT(contentOf(array), ElementsAre(this->item(0), this->item(1)));
     EXPECT_EQ(array.size(), 2u);
 }
 
 TYPED_TEST_P(TypedArray, AnEmptyArrayHasNoElementToSetDeleteOrRead) {
     typename TypeParam::ArrayType array(2);
-    EXPECT_FAILURE(array.SetAt(0, this->item(7)), 1229, this->file, this->setAt, "");
-    EXPECT_FAILURE(array.DeleteAt(0), 1229, this->file, this->deleteAt, "");
-    EXPECT_FAILURE(array[0], 1229, this->file, this->at, "");
-    EXPECT_FAILURE(std::as_const(array)[0], 1229, this->file, this->atConst, "");
+    EXPECT_FAILURE(array.SetAt(0, this->item(7)), 1229, this->m_file, this->m_setAt, "");
+    EXPECT_FAILURE(array.DeleteAt(0), 1229, this->m_file, this->m_deleteAt, "");
+    EXPECT_FAILURE(array[0], 1229, this->m_file, this->m_at, "");
+    EXPECT_FAILURE(std::as_const(array)[0], 1229, this->m_file, this->m_atConst, "");
     EXPECT_EQ(array.length(), 0u);
 }
 
@@ -146,7 +146,7 @@ TYPED_TEST_P(TypedArray, TruncateNeverLengthens) {
     array.truncate(1);
     EXPECT_THAT(contentOf(array), ElementsAre(this->item(0)));
     EXPECT_EQ(array.size(), 4u);
-    EXPECT_FAILURE(array[1], 1229, this->file, this->at, "");
+    EXPECT_FAILURE(array[1], 1229, this->m_file, this->m_at, "");
     array.truncate(0);
     EXPECT_EQ(array.length(), 0u);
 }
@@ -179,7 +179,7 @@ TYPED_TEST_P(TypedArray, InsertAtTracesEachMoveFromTheTopDown) {
     const test::DebugSwitch traced(TypeParam::traceSwitch);
     const test::LogCapture log;
     array.InsertAt(1, this->item(42));
-    const std::string start = "3 " + this->insertAt + ": ";
+    const std::string start = "3 " + this->m_insertAt + ": ";
     const std::string value = this->text(42);
     EXPECT_THAT(test::traceLines(log),
                 ElementsAre(this->insertAtEntry(1, 42), start + "moving from 2 to 3", start + "moving from 1 to 2",
@@ -205,8 +205,8 @@ TYPED_TEST_P(TypedArray, SetAtAndDeleteAtTraceAtMostTheirArguments) {
     CATCH_FAILURE(array.DeleteAt(7));
     std::vector<std::string> expected;
     if (TypeParam::tracedArguments == test::TracedArguments::ofEveryChange)
-        expected = {"4 " + this->setAt + ": 0, " + this->text(0), "4 " + this->setAt + ": 1, " + this->text(1),
-                    "4 " + this->deleteAt + ": 0", "4 " + this->deleteAt + ": 7"};
+        expected = {"4 " + this->m_setAt + ": 0, " + this->text(0), "4 " + this->m_setAt + ": 1, " + this->text(1),
+                    "4 " + this->m_deleteAt + ": 0", "4 " + this->m_deleteAt + ": 7"};
     EXPECT_EQ(test::traceLines(log), expected);
 }
 
@@ -247,7 +247,7 @@ TYPED_TEST_P(TypedArray, GrowthIsTracedBeforeTheElement) {
     EXPECT_TRUE(std::equal(expected.begin(), expected.end() - 1, lines.begin()));
     const std::size_t width = sizeof(typename TypeParam::Value);
     EXPECT_THAT(lines[expected.size() - 1],
-                StartsWith("3 " + this->realloc + ": growing array from " + std::to_string(width) + " to " +
+                StartsWith("3 " + this->m_realloc + ": growing array from " + std::to_string(width) + " to " +
                            std::to_string(21 * width) + ", old ["));
     EXPECT_EQ(lines.back(), expected.back());
 }
@@ -271,7 +271,7 @@ TYPED_TEST_P(TypedArray, WithoutMemoryConstructionAndAppendThrowAndChangeNothing
         this->fill(array, 2);
         std::unique_ptr<framework::Exception> failure;
         const auto check = [&] {
-            EXPECT_TRUE(test::isFailure(failure.get(), 1230, "ut_Array", this->realloc, "", true));
+            EXPECT_TRUE(test::isFailure(failure.get(), 1230, "ut_Array", this->m_realloc, "", true));
             EXPECT_THAT(contentOf(array), ElementsAre(this->item(0), this->item(1)));
             EXPECT_EQ(array.size(), 2u);
             EXPECT_EQ(framework::Memory::staticOutstanding(), before + 1);
@@ -292,7 +292,7 @@ TYPED_TEST_P(TypedArray, WithoutMemoryInsertAtThrowsAndChangesNothing) {
     array.Append(this->item(0));
     std::unique_ptr<framework::Exception> failure;
     const auto check = [&] {
-        EXPECT_TRUE(test::isFailure(failure.get(), 1230, "ut_Array", this->realloc, "", true));
+        EXPECT_TRUE(test::isFailure(failure.get(), 1230, "ut_Array", this->m_realloc, "", true));
         EXPECT_THAT(contentOf(array), ElementsAre(this->item(0)));
         EXPECT_EQ(array.size(), 1u);
     };

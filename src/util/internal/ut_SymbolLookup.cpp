@@ -52,7 +52,7 @@ public:
             countByHash();
     }
 
-    /// Returns the global symbol that contains `address`; of several, the first one with the highest start.
+    // Returns the global symbol that contains `address`; of several, the first one with the highest start.
     const Symbol* symbolAt(Address address) const {
         const Symbol* const symbols = arrayAt<Symbol>(m_symbols, m_end);
         const Symbol* best = nullptr;

@@ -25,12 +25,12 @@ namespace {
 
 #if defined(__arm__)
 using Instruction = std::uint16_t;
-constexpr Instruction BREAKPOINT = 0xde01; // Thumb: `udf #1`
-constexpr std::uintptr_t ADDRESS_MASK = ~std::uintptr_t{1};
+constexpr Instruction breakpoint = 0xde01; // Thumb: `udf #1`
+constexpr std::uintptr_t addressMask = ~std::uintptr_t{1};
 #else
 using Instruction = std::uint8_t;
-constexpr Instruction BREAKPOINT = 0xcc; // `int3`
-constexpr std::uintptr_t ADDRESS_MASK = ~std::uintptr_t{0};
+constexpr Instruction breakpoint = 0xcc; // `int3`
+constexpr std::uintptr_t addressMask = ~std::uintptr_t{0};
 #endif
 
 struct Place {
@@ -53,7 +53,7 @@ void write(Place& place, Instruction instruction) {
 void onBreakpoint(int number, siginfo_t*, void* context) {
     auto& machine = static_cast<ucontext_t*>(context)->uc_mcontext;
 #if defined(__arm__)
-    const std::uintptr_t at = machine.arm_pc & ADDRESS_MASK;
+    const std::uintptr_t at = machine.arm_pc & addressMask;
 #else
     const std::uintptr_t at = static_cast<std::uintptr_t>(machine.gregs[REG_RIP]) - sizeof(Instruction);
 #endif
@@ -159,7 +159,7 @@ EnteredOperations::EnteredOperations(const char* list) {
         if (address % 2 == 0)
             continue; // not Thumb
 #endif
-        auto* at = reinterpret_cast<Instruction*>(address & ADDRESS_MASK);
+        auto* at = reinterpret_cast<Instruction*>(address & addressMask);
         makeWritable(at);
         places.push_back({at, *at, {merged.begin(), merged.end()}, false});
     }
@@ -178,7 +178,7 @@ void EnteredOperations::watch() {
                                            [](std::size_t operation) { return entered[operation] == 0; });
         if (isMissing) {
             place.isSet = true;
-            write(place, BREAKPOINT);
+            write(place, breakpoint);
         }
     }
 }

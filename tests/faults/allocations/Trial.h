@@ -52,7 +52,7 @@ private:
 struct Row {
     std::string name; ///< class and operation
     /// The outcomes with a failing allocation, separated by blanks; each has to occur. "same" is the outcome without
-    /// one. ALLOCATES_NOTHING: the operation allocates nothing and throws nothing, and is not false.
+    /// one. allocatesNothing: the operation allocates nothing and throws nothing, and is not false.
     const char* onFailure;
     std::function<void(Trial& trial)> body;
     /// Why pieces stay allocated after the row, such as a text that the process keeps for good; null when none does.
@@ -62,7 +62,7 @@ struct Row {
     const char* miscounts = nullptr;
 };
 
-constexpr const char* ALLOCATES_NOTHING = nullptr;
+constexpr const char* allocatesNothing = nullptr;
 
 #define FAULTS_EXPECT(condition) trial.expect((condition), #condition, __LINE__)
 

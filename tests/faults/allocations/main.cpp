@@ -32,19 +32,19 @@ namespace faults {
 
 namespace {
 
-/// Which allocations fail, and which memory object the process uses at the time.
+// Which allocations fail, and which memory object the process uses at the time.
 enum Door {
-    HEAP,         ///< `malloc` and its family and `operator new`; no memory object
-    HEAP_BENEATH, ///< the same, with a memory object that takes its pieces there
-    MEMORY_OBJECT ///< the memory object alone
+    HEAP,         // `malloc` and its family and `operator new`; no memory object
+    HEAP_BENEATH, // the same, with a memory object that takes its pieces there
+    MEMORY_OBJECT // the memory object alone
 };
 
-constexpr const char* DOOR_NAMES[] = {"heap", "heap beneath a memory object", "memory object"};
+constexpr const char* doorNames[] = {"heap", "heap beneath a memory object", "memory object"};
 
 // More allocations than any row makes.
-constexpr unsigned long ENDLESS = 5000;
+constexpr unsigned long endless = 5000;
 
-/// A memory object that fails on request, and notices what is released to it but was not taken from it.
+// A memory object that fails on request, and notices what is released to it but was not taken from it.
 class ArmedMemory : public framework::Memory {
 public:
     void* allocate(unsigned long size) override {
@@ -111,7 +111,7 @@ private:
     bool m_armed = false;
 };
 
-/// While it exists and is enabled, the sanitizer does not report allocated blocks as leaks.
+// While it exists and is enabled, the sanitizer does not report allocated blocks as leaks.
 class UnwatchedLeaks {
 public:
     explicit UnwatchedLeaks([[maybe_unused]] bool wanted) {
@@ -148,7 +148,7 @@ void dropLine(void*, framework::Logger::LogType, const char*, int, const char*) 
 
 } // namespace
 
-/// Runs rows, counts, and reports what is wrong.
+// Runs rows, counts, and reports what is wrong.
 class Runner {
 public:
     explicit Runner(EnteredOperations* entered) : m_entered(entered) {}
@@ -261,7 +261,7 @@ void Runner::report(const char* format, ...) {
     ++m_findings;
     std::fprintf(output, "%s", m_row != nullptr ? m_row->name.c_str() : "table");
     if (m_nth != 0)
-        std::fprintf(output, " [%s, allocation %lu%s]", DOOR_NAMES[m_door], m_nth, m_all ? " and all later" : "");
+        std::fprintf(output, " [%s, allocation %lu%s]", doorNames[m_door], m_nth, m_all ? " and all later" : "");
     std::fprintf(output, ": ");
     va_list arguments;
     va_start(arguments, format);
@@ -272,7 +272,7 @@ void Runner::report(const char* format, ...) {
 }
 
 bool Runner::isStated(const char* outcome) const {
-    if (m_row->onFailure == ALLOCATES_NOTHING)
+    if (m_row->onFailure == allocatesNothing)
         return false;
     const std::string stated = std::string(" ") + m_row->onFailure + " ";
     return stated.find(std::string(" ") + outcome + " ") != std::string::npos;
@@ -318,15 +318,15 @@ void Runner::judge() {
 }
 
 unsigned long Runner::runAll(Door door, bool all) {
-    for (unsigned long nth = 1; nth < ENDLESS; ++nth) {
+    for (unsigned long nth = 1; nth < endless; ++nth) {
         runOnce(door, nth, all);
         if (m_fired == 0)
             return nth - 1;
         ++m_failures;
         judge();
     }
-    report("more than %lu allocations", ENDLESS);
-    return ENDLESS;
+    report("more than %lu allocations", endless);
+    return endless;
 }
 
 // A row that states what never happens says less than it seems to.
@@ -361,7 +361,7 @@ void Runner::runRow(const Row& row) {
     runOnce(MEMORY_OBJECT, 0, false);
     asked += m_asked;
 
-    if (row.onFailure == ALLOCATES_NOTHING) {
+    if (row.onFailure == allocatesNothing) {
         if (asked != 0)
             report("allocates, %lu times, though it is stated not to", asked);
         if (m_trial.m_threw || std::strcmp(m_trial.m_outcome.text, "false") == 0)

@@ -29,10 +29,10 @@ namespace faults {
 
 namespace {
 
-constexpr const char* WWN_TEXT = "500a09818d5f1234";
-constexpr const char* SERIAL_TEXT = "00c0ff112233aabb4455667788000000";
+constexpr const char* wwnText = "500a09818d5f1234";
+constexpr const char* serialText = "00c0ff112233aabb4455667788000000";
 
-/// The rows that all arrays of numbers share.
+// The rows that all arrays of numbers share.
 template<typename Array, typename Element>
 std::vector<Row> numberRows(const std::string& name) {
     return {
@@ -74,7 +74,7 @@ std::vector<Row> numberRows(const std::string& name) {
              trial.run([&] { array.SetAt(1, Element{2}); });
              FAULTS_EXPECT(array.length() == 1 && array[0] == Element{1});
          }},
-        {name + ": what allocates nothing", ALLOCATES_NOTHING,
+        {name + ": what allocates nothing", allocatesNothing,
          [](Trial& trial) {
              std::optional<Array> array(std::in_place, 4u);
              trial.run([&] {
@@ -93,7 +93,7 @@ std::vector<Row> numberRows(const std::string& name) {
     };
 }
 
-/// The rows that all arrays of pointers share; `make` gives an element, `drop` deletes it.
+// The rows that all arrays of pointers share; `make` gives an element, `drop` deletes it.
 template<typename Array, typename Element, Element* (*make)(), void (*drop)(Element*)>
 std::vector<Row> pointerRows(const std::string& name) {
     return {
@@ -142,7 +142,7 @@ std::vector<Row> pointerRows(const std::string& name) {
              trial.run([&] { array.SetAt(0, nullptr); });
              FAULTS_EXPECT(array.length() == 0);
          }},
-        {name + ": what allocates nothing", ALLOCATES_NOTHING,
+        {name + ": what allocates nothing", allocatesNothing,
          [](Trial& trial) {
              std::optional<Array> array(std::in_place, 4u);
              Element* first = make();
@@ -163,7 +163,7 @@ std::vector<Row> pointerRows(const std::string& name) {
 }
 
 utility::WWN* makeWWN() {
-    return new utility::WWN(WWN_TEXT);
+    return new utility::WWN(wwnText);
 }
 
 void deleteWWN(utility::WWN* name) {
@@ -171,7 +171,7 @@ void deleteWWN(utility::WWN* name) {
 }
 
 utility::SerialNumber* makeSerialNumber() {
-    return new utility::SerialNumber(SERIAL_TEXT);
+    return new utility::SerialNumber(serialText);
 }
 
 void deleteSerialNumber(utility::SerialNumber* number) {
@@ -179,7 +179,7 @@ void deleteSerialNumber(utility::SerialNumber* number) {
 }
 
 utility::PortAddress* makePort() {
-    return new utility::FCPortAddress(utility::FCPortAddress::WWN_TYPE_0, WWN_TEXT);
+    return new utility::FCPortAddress(utility::FCPortAddress::WWN_TYPE_0, wwnText);
 }
 
 // Addresses are trivially destructible.
@@ -232,7 +232,7 @@ std::vector<Row> portRows() {
          },
          nullptr,
          "the block is released with the global delete operator, so the static services count one piece too many"},
-        {"PortAddressArray: DeleteAll, ElementAt, toPutStream", ALLOCATES_NOTHING,
+        {"PortAddressArray: DeleteAll, ElementAt, toPutStream", allocatesNothing,
          [](Trial& trial) {
              utility::PortAddressArray array(2);
              array.Append(makePort());
@@ -302,7 +302,7 @@ std::vector<Row> stringRows() {
              StringArray array(2);
              trial.run([&] { return array[0] != nullptr; });
          }},
-        {"StringArray: what allocates nothing", ALLOCATES_NOTHING,
+        {"StringArray: what allocates nothing", allocatesNothing,
          [](Trial& trial) {
              std::optional<StringArray> array(std::in_place, 4u);
              array->Append("one");
@@ -321,7 +321,7 @@ std::vector<Row> stringRows() {
     };
 }
 
-/// Tokens of names that the framework knows, so that none is stored anew.
+// Tokens of names that the framework knows, so that none is stored anew.
 template<typename Array>
 std::vector<Row> tokenListRows(const std::string& name) {
     return {
@@ -401,7 +401,7 @@ std::vector<Row> tokenSetRows() {
              char text[3];
              trial.run([&] { tokens.toStringList(text, sizeof text); });
          }},
-        {"TokenSet: what allocates nothing", ALLOCATES_NOTHING,
+        {"TokenSet: what allocates nothing", allocatesNothing,
          [](Trial& trial) {
              std::optional<TokenSet> tokens(std::in_place, 40u);
              TokenSet other(2);
@@ -437,7 +437,7 @@ std::vector<Row> baseRows() {
              FAULTS_EXPECT(size == (trial.failed() ? 4 : 24));
              framework::Memory::StaticFree(block);
          }},
-        {"Array: the base alone", ALLOCATES_NOTHING,
+        {"Array: the base alone", allocatesNothing,
          [](Trial& trial) {
              trial.run([] {
                  utility::Array array(7);
@@ -446,7 +446,7 @@ std::vector<Row> baseRows() {
                  return array.length() + array.size();
              });
          }},
-        {"UIntArray::compare, ElementAt of the short arrays, Sort", ALLOCATES_NOTHING,
+        {"UIntArray::compare, ElementAt of the short arrays, Sort", allocatesNothing,
          [](Trial& trial) {
              utility::ShortArray numbers(2);
              utility::UShortArray others(3);

@@ -57,7 +57,7 @@ std::vector<Row> mapRows() {
              FAULTS_EXPECT((map.Lookup(key(1)) == key(2)) == !trial.failed());
              FAULTS_EXPECT(map.Add(key(2), key(3)));
          }},
-        {"Map: what allocates nothing", ALLOCATES_NOTHING,
+        {"Map: what allocates nothing", allocatesNothing,
          [](Trial& trial) {
              std::optional<Map> map(std::in_place, 2u);
              map->Add(key(0), key(1));
@@ -98,7 +98,7 @@ std::vector<Row> mapRows() {
              trial.run([&] { return map.Add(key(1), key(2)); });
              FAULTS_EXPECT(map.Lookup(key(0)) == key(1) && map.count() == (trial.failed() ? 1 : 2));
          }},
-        {"MapEntity: what allocates nothing", ALLOCATES_NOTHING,
+        {"MapEntity: what allocates nothing", allocatesNothing,
          [](Trial& trial) {
              std::optional<utility::MapEntity> map(std::in_place, 2u, nullptr);
              map->Add(key(0), key(1));
@@ -131,7 +131,7 @@ std::vector<Row> mapRows() {
              FAULTS_EXPECT((map.Lookup("second") == key(2)) == !trial.failed());
              FAULTS_EXPECT(map.Add("third", key(3)));
          }},
-        {"StringMap: what allocates nothing", ALLOCATES_NOTHING,
+        {"StringMap: what allocates nothing", allocatesNothing,
          [](Trial& trial) {
              std::optional<utility::StringMap> map(std::in_place, 2u);
              map->Add("a", key(1));
@@ -148,7 +148,7 @@ std::vector<Row> mapRows() {
                  return whole && count == 1;
              });
          }},
-        {"Map, MapEntity, StringMap: dump", ALLOCATES_NOTHING,
+        {"Map, MapEntity, StringMap: dump", allocatesNothing,
          [](Trial& trial) {
              utility::Map map(2);
              utility::MapEntity entity(2, nullptr);
@@ -162,7 +162,7 @@ std::vector<Row> mapRows() {
     };
 }
 
-/// The rows that all directories of strings share.
+// The rows that all directories of strings share.
 template<typename Directory>
 std::vector<Row> directoryRows(const std::string& name) {
     return {
@@ -187,7 +187,7 @@ std::vector<Row> directoryRows(const std::string& name) {
              utility::BufferStream out(4);
              trial.run([&] { directory.ToBuffer(out); });
          }},
-        {name + ": what allocates nothing", ALLOCATES_NOTHING,
+        {name + ": what allocates nothing", allocatesNothing,
          [](Trial& trial) {
              std::optional<Directory> directory(std::in_place, 4);
              directory->Add("a");
@@ -233,7 +233,7 @@ std::vector<Row> itemRows() {
              FAULTS_EXPECT(directory.get(first.getName()) != nullptr);
              directory.add(&first);
          }},
-        {"ItemDirectory: what allocates nothing", ALLOCATES_NOTHING,
+        {"ItemDirectory: what allocates nothing", allocatesNothing,
          [](Trial& trial) {
              framework::Item first;
              framework::Item second;
@@ -269,7 +269,7 @@ private:
     int m_value;
 };
 
-/// An operation that adds `second` to a list of two other elements.
+// An operation that adds `second` to a list of two other elements.
 Row listRow(const std::string& name, void (*operation)(utility::List& list, utility::ListContainable* second)) {
     return {"List: " + name, "false", [operation](Trial& trial) {
                 Number first(1);
@@ -302,7 +302,7 @@ std::vector<Row> listRows() {
                 [](List& list, ListContainable* second) { list.getEntry(1)->insertBefore(second); }),
         listRow("ListEntry::insertAfter",
                 [](List& list, ListContainable* second) { list.getEntry(0)->insertAfter(second); }),
-        {"List::ListEntry: constructor and destructor", ALLOCATES_NOTHING,
+        {"List::ListEntry: constructor and destructor", allocatesNothing,
          [](Trial& trial) {
              Number one(1);
              trial.run([&] {
@@ -323,7 +323,7 @@ std::vector<Row> listRows() {
              list.removeAll();
              FAULTS_EXPECT(list.count() == 0);
          }},
-        {"List: what allocates nothing", ALLOCATES_NOTHING,
+        {"List: what allocates nothing", allocatesNothing,
          [](Trial& trial) {
              Number numbers[] = {Number(0), Number(1), Number(2), Number(3), Number(4)};
              std::optional<List> list(std::in_place, true);
@@ -356,7 +356,7 @@ std::vector<Row> listRows() {
                  return whole && empty.count() == 0;
              });
          }},
-        {"List: removeFirst of an empty list, waiting", ALLOCATES_NOTHING,
+        {"List: removeFirst of an empty list, waiting", allocatesNothing,
          [](Trial& trial) {
              List list;
              std::atomic<bool> ended(false);
@@ -388,7 +388,7 @@ std::vector<Row> poolRows() {
              trial.run([&] { return element = new BufferStreamElement(64, nullptr); });
              delete element;
          }},
-        {"BufferStreamElement: chains", ALLOCATES_NOTHING,
+        {"BufferStreamElement: chains", allocatesNothing,
          [](Trial& trial) {
              BufferStreamElement first(8, nullptr);
              BufferStreamElement second(8, nullptr);
@@ -414,7 +414,7 @@ std::vector<Row> poolRows() {
                  FAULTS_EXPECT(list->Count() > 0);
              }
          }},
-        {"BufferStreamList: what allocates nothing", ALLOCATES_NOTHING,
+        {"BufferStreamList: what allocates nothing", allocatesNothing,
          [](Trial& trial) {
              auto* first = new BufferStreamElement(8, nullptr);
              auto* second = new BufferStreamElement(8, nullptr);
@@ -435,7 +435,7 @@ std::vector<Row> poolRows() {
                  return whole;
              });
          }},
-        {"BufferStreamList: Wait", ALLOCATES_NOTHING,
+        {"BufferStreamList: Wait", allocatesNothing,
          [](Trial& trial) {
              BufferStreamList list;
              trial.run([&] {
@@ -444,7 +444,7 @@ std::vector<Row> poolRows() {
                  list.UnLock();
              });
          }},
-        {"BufferStreamQueue: what allocates nothing", ALLOCATES_NOTHING,
+        {"BufferStreamQueue: what allocates nothing", allocatesNothing,
          [](Trial& trial) {
              auto* first = new BufferStreamElement(8, nullptr);
              auto* second = new BufferStreamElement(8, nullptr);
@@ -472,7 +472,7 @@ std::vector<Row> stackRows() {
              FAULTS_EXPECT(stack.topObj() == key(trial.failed() ? 0 : 1));
              FAULTS_EXPECT(stack.push(nullptr, key(2)));
          }},
-        {"Stack: what allocates nothing", ALLOCATES_NOTHING,
+        {"Stack: what allocates nothing", allocatesNothing,
          [](Trial& trial) {
              const std::string name = "name";
              std::optional<Stack> stack(std::in_place);

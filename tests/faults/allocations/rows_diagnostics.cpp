@@ -27,7 +27,7 @@ namespace {
 using utility::BufferStream;
 using utility::Debug;
 
-/// A folder for context files, which the library uses for the life of the process.
+// A folder for context files, which the library uses for the life of the process.
 struct ContextFolder {
     test::TemporaryDirectory folder;
 
@@ -53,7 +53,7 @@ std::vector<Row> switchRows() {
              FAULTS_EXPECT(!Debug::isDebugOn(name.c_str()));
          },
          "new names are kept for good"},
-        {"Debug: switches, what allocates nothing", ALLOCATES_NOTHING,
+        {"Debug: switches, what allocates nothing", allocatesNothing,
          [](Trial& trial) {
              utility::StringArray names(1);
              names.Append("Entity");
@@ -86,7 +86,7 @@ std::vector<Row> dumpRows() {
              const std::string data(4000, 'x');
              trial.run([&] { Debug::hexDump(data.c_str(), 4000); });
          }},
-        {"Debug: reverseHexDump", ALLOCATES_NOTHING,
+        {"Debug: reverseHexDump", allocatesNothing,
          [](Trial& trial) {
              const std::string data(4000, 'x');
              trial.run([&] { Debug::reverseHexDump(data.c_str(), 4000); });
@@ -101,7 +101,7 @@ std::vector<Row> dumpRows() {
              BufferStream out(2);
              trial.run([&] { Debug::readableString("text", &out, 4); });
          }},
-        {"Debug: SymbolName, SymbolPath", ALLOCATES_NOTHING,
+        {"Debug: SymbolName, SymbolPath", allocatesNothing,
          [](Trial& trial) {
              void* address = reinterpret_cast<void*>(&utility::windowResize);
              char name[256];
@@ -113,7 +113,7 @@ std::vector<Row> dumpRows() {
              FAULTS_EXPECT(std::strstr(name, "windowResize") != nullptr &&
                            std::strstr(path, "windowResize") != nullptr);
          }},
-        {"Debug: texts, what allocates nothing", ALLOCATES_NOTHING,
+        {"Debug: texts, what allocates nothing", allocatesNothing,
          [](Trial& trial) {
              BufferStream out(64);
              trial.run([&] {
@@ -128,7 +128,7 @@ std::vector<Row> dumpRows() {
 std::vector<Row> contextRows() {
     contextFolder();
     return {
-        {"Debug: BackTrace", ALLOCATES_NOTHING,
+        {"Debug: BackTrace", allocatesNothing,
          [](Trial& trial) {
              BufferStream out(8192);
              out.setNoThrow(true);
@@ -137,15 +137,15 @@ std::vector<Row> contextRows() {
                  return out.ReadAvailable() > 0;
              });
          }},
-        {"Debug: ErrorContext", ALLOCATES_NOTHING,
+        {"Debug: ErrorContext", allocatesNothing,
          [](Trial& trial) {
              trial.run([] { Debug::ErrorContext(); });
          }},
-        {"Debug: SignalContext", ALLOCATES_NOTHING,
+        {"Debug: SignalContext", allocatesNothing,
          [](Trial& trial) {
              trial.run([] { Debug::SignalContext(SIGUSR1); });
          }},
-        {"Debug: ThreadErrorContext", ALLOCATES_NOTHING,
+        {"Debug: ThreadErrorContext", allocatesNothing,
          [](Trial& trial) {
              utility::FileOutputStream file((contextFolder().folder.path("file")).c_str(), false, 0600);
              file.StartOutputStream();
@@ -153,7 +153,7 @@ std::vector<Row> contextRows() {
              trial.run([&] { Debug::ThreadErrorContext(thread, file); });
              file.EndOutputStream();
          }},
-        {"Debug: SignalThreads, SignalNull, SignalAllThreads", ALLOCATES_NOTHING,
+        {"Debug: SignalThreads, SignalNull, SignalAllThreads", allocatesNothing,
          [](Trial& trial) {
              framework::ThreadInfo::MyThreadInfo();
              std::signal(SIGUSR1, SIG_IGN);
@@ -173,7 +173,7 @@ std::vector<Row> contextRows() {
 std::vector<Row> lockRows() {
     using utility::Terminal;
     return {
-        {"Locker, Waiter: all", ALLOCATES_NOTHING,
+        {"Locker, Waiter: all", allocatesNothing,
          [](Trial& trial) {
              trial.run([] {
                  const utility::Locker locker;
@@ -203,7 +203,7 @@ std::vector<Row> lockRows() {
              delete Terminal::o_instance;
              Terminal::o_instance = nullptr;
          }},
-        {"Terminal: what allocates nothing", ALLOCATES_NOTHING,
+        {"Terminal: what allocates nothing", allocatesNothing,
          [](Trial& trial) {
              Terminal::instance();
              trial.run([] {

@@ -71,7 +71,7 @@ std::vector<Row> argumentRows() {
              BufferStream out(4);
              trial.run([&] { arguments.ToString(0, out); });
          }},
-        {"Arguments: what allocates nothing", ALLOCATES_NOTHING,
+        {"Arguments: what allocates nothing", allocatesNothing,
          [](Trial& trial) {
              std::optional<Arguments> arguments(std::in_place, "Entity two -lines 20 \"x");
              BufferStream out(64);
@@ -124,7 +124,7 @@ std::vector<Row> optionRows() {
              BufferStream out(4);
              trial.run([&] { options.toStream(out); });
          }},
-        {"Options: what allocates nothing", ALLOCATES_NOTHING,
+        {"Options: what allocates nothing", allocatesNothing,
          [](Trial& trial) {
              std::optional<Options> options(std::in_place);
              options->addOption(367, "20");
@@ -183,7 +183,7 @@ std::vector<Row> optionRows() {
              Environment::UnsetEnv(name.c_str());
          },
          "the platform keeps what it took for a variable"},
-        {"Environment: what allocates nothing", ALLOCATES_NOTHING,
+        {"Environment: what allocates nothing", allocatesNothing,
          [](Trial& trial) {
              std::optional<Environment> set(std::in_place);
              set->set("one", "1");
@@ -205,10 +205,10 @@ std::vector<Row> optionRows() {
     };
 }
 
-constexpr const char* LONG_DIRECTORY = "/a directory name that is longer than a short string/and another one of them/";
-constexpr const char* LONG_FILE = "a file name that is longer than a short string.and an extension that is as well";
+constexpr const char* longDirectory = "/a directory name that is longer than a short string/and another one of them/";
+constexpr const char* longFile = "a file name that is longer than a short string.and an extension that is as well";
 
-/// An operation of a path that leaves it unchanged if an allocation fails.
+// An operation of a path that leaves it unchanged if an allocation fails.
 Row pathRow(const std::string& name, void (*operation)(utility::Path& path)) {
     return {"Path: " + name, "bad_alloc", [operation](Trial& trial) {
                 utility::Path path("/etc/hosts.allow");
@@ -230,35 +230,35 @@ std::vector<Row> pathRows() {
          }},
         {"Path: constructor from parts", "bad_alloc",
          [](Trial& trial) {
-             construct<Path>(trial, LONG_DIRECTORY, LONG_FILE, LONG_FILE);
+             construct<Path>(trial, longDirectory, longFile, longFile);
          }},
-        pathRow("setFullPath", [](Path& path) { path.setFullPath((std::string(LONG_DIRECTORY) + LONG_FILE).c_str()); }),
-        pathRow("setFullFile", [](Path& path) { path.setFullFile(LONG_FILE); }),
-        pathRow("setValue", [](Path& path) { path.setValue(LONG_DIRECTORY, true, false, false); }),
-        pathRow("setPath", [](Path& path) { path.setPath(LONG_DIRECTORY); }),
-        pathRow("setPath of a part", [](Path& path) { path.setPath(LONG_DIRECTORY, 40); }),
-        pathRow("setFile", [](Path& path) { path.setFile(LONG_FILE); }),
-        pathRow("setExtension", [](Path& path) { path.setExtension(LONG_FILE); }),
+        pathRow("setFullPath", [](Path& path) { path.setFullPath((std::string(longDirectory) + longFile).c_str()); }),
+        pathRow("setFullFile", [](Path& path) { path.setFullFile(longFile); }),
+        pathRow("setValue", [](Path& path) { path.setValue(longDirectory, true, false, false); }),
+        pathRow("setPath", [](Path& path) { path.setPath(longDirectory); }),
+        pathRow("setPath of a part", [](Path& path) { path.setPath(longDirectory, 40); }),
+        pathRow("setFile", [](Path& path) { path.setFile(longFile); }),
+        pathRow("setExtension", [](Path& path) { path.setExtension(longFile); }),
         {"Path: getFullFile", "bad_alloc",
          [](Trial& trial) {
-             const Path path((std::string(LONG_DIRECTORY) + LONG_FILE).c_str());
+             const Path path((std::string(longDirectory) + longFile).c_str());
              trial.run([&] { path.getFullFile(); });
-             FAULTS_EXPECT(std::strcmp(path.getFullFile(), LONG_FILE) == 0);
+             FAULTS_EXPECT(std::strcmp(path.getFullFile(), longFile) == 0);
          }},
         {"Path: getValue", "bad_alloc",
          [](Trial& trial) {
-             const std::string whole = std::string(LONG_DIRECTORY) + LONG_FILE;
+             const std::string whole = std::string(longDirectory) + longFile;
              const Path path(whole.c_str());
              trial.run([&] { path.getValue(); });
              FAULTS_EXPECT(path.getValue() == whole);
          }},
         {"Path: component", "bad_alloc",
          [](Trial& trial) {
-             const Path path(LONG_DIRECTORY);
+             const Path path(longDirectory);
              trial.run([&] { path.component(0); });
              FAULTS_EXPECT(path.component(1) != nullptr);
          }},
-        {"Path: removeComponent", ALLOCATES_NOTHING,
+        {"Path: removeComponent", allocatesNothing,
          [](Trial& trial) {
              Path path("/a directory name that is long enough/another one, also long enough/third");
              trial.run([&] { path.removeComponent(1); });
@@ -272,12 +272,12 @@ std::vector<Row> pathRows() {
          }},
         {"Path: exists", "bad_alloc",
          [](Trial& trial) {
-             const Path path(LONG_DIRECTORY);
+             const Path path(longDirectory);
              trial.run([&] { return path.exists(); });
          }},
         {"Path: makeDir", "bad_alloc",
          [](Trial& trial) {
-             Path path((std::string(LONG_DIRECTORY) + "x").c_str());
+             Path path((std::string(longDirectory) + "x").c_str());
              trial.run([&] { return path.makeDir(); });
          }},
         {"Path: find", "bad_alloc",
@@ -310,7 +310,7 @@ std::vector<Row> pathRows() {
              trial.run([&] { return path.getNameString(); });
          },
          "new names are kept for good"},
-        {"Path: what allocates nothing", ALLOCATES_NOTHING,
+        {"Path: what allocates nothing", allocatesNothing,
          [](Trial& trial) {
              Path path("/etc/a.b");
              trial.run([&] {
@@ -362,7 +362,7 @@ std::vector<Row> pathRows() {
              files.setPattern("null");
              FAULTS_EXPECT(files.getFirst(nullptr) != nullptr);
          }},
-        {"DirIterator: what allocates nothing", ALLOCATES_NOTHING,
+        {"DirIterator: what allocates nothing", allocatesNothing,
          [](Trial& trial) {
              std::optional<DirIterator> files(std::in_place, "/dev", "null");
              files->getFirst(nullptr);
@@ -378,13 +378,13 @@ std::vector<Row> pathRows() {
 
 std::vector<Row> urlRows() {
     using utility::URL;
-    static constexpr const char* TEXT = "abc://node:8080/a%20b?x=1";
+    static constexpr const char* text = "abc://node:8080/a%20b?x=1";
     return {
         {"URL: constructor from a text", "same",
          [](Trial& trial) {
              std::optional<URL> url;
-             trial.run([&] { url.emplace(TEXT); });
-             url->SetURL(TEXT);
+             trial.run([&] { url.emplace(text); });
+             url->SetURL(text);
              FAULTS_EXPECT(std::strcmp(url->GetPath(), "/a b") == 0);
          }},
         {"URL: constructor from parts", "same",
@@ -393,12 +393,12 @@ std::vector<Row> urlRows() {
          }},
         {"URL: copy constructor", "same",
          [](Trial& trial) {
-             const URL original(TEXT);
+             const URL original(text);
              construct<URL>(trial, original);
          }},
         {"URL: assignment", "same",
          [](Trial& trial) {
-             const URL original(TEXT);
+             const URL original(text);
              URL url("x:y");
              trial.run([&] { url = original; });
              url = original;
@@ -419,8 +419,8 @@ std::vector<Row> urlRows() {
         {"URL: SetURL", "same",
          [](Trial& trial) {
              URL url(nullptr);
-             trial.run([&] { url.SetURL(TEXT); });
-             url.SetURL(TEXT);
+             trial.run([&] { url.SetURL(text); });
+             url.SetURL(text);
              FAULTS_EXPECT(std::strcmp(url.GetValue(), "abc://node:8080/a b?x=1") == 0);
          }},
         {"URL: GetValue", "null",
@@ -437,9 +437,9 @@ std::vector<Row> urlRows() {
              trial.run([&] { return url.decodeAndAlloc("%41", 3); });
              FAULTS_EXPECT(url.decodeAndAlloc("%41", 3)[0] == 'A');
          }},
-        {"URL: what allocates nothing", ALLOCATES_NOTHING,
+        {"URL: what allocates nothing", allocatesNothing,
          [](Trial& trial) {
-             std::optional<URL> url(std::in_place, TEXT);
+             std::optional<URL> url(std::in_place, text);
              trial.run([&] {
                  const bool whole = url->GetScheme() != nullptr && url->GetAuthority() != nullptr &&
                                     url->GetPath() != nullptr && url->GetQuery() != nullptr && url->getName() == 630 &&
@@ -452,7 +452,7 @@ std::vector<Row> urlRows() {
     };
 }
 
-/// A root folder with a password file, which the service uses for the life of the process.
+// A root folder with a password file, which the service uses for the life of the process.
 struct Root {
     test::TemporaryDirectory folder;
 
@@ -466,13 +466,13 @@ struct Root {
         write();
     }
     void write() const {
-        folder.write("etc/passwd", TEXT);
+        folder.write("etc/passwd", text);
     }
     bool isUnchanged() const {
-        return folder.read("etc/passwd") == TEXT;
+        return folder.read("etc/passwd") == text;
     }
 
-    static constexpr const char* TEXT = "root:x:0:0:root:/root:/bin/sh\nguest:x:1000:1000::/home/guest:/bin/sh\n";
+    static constexpr const char* text = "root:x:0:0:root:/root:/bin/sh\nguest:x:1000:1000::/home/guest:/bin/sh\n";
 };
 
 const Root& root() {
@@ -521,7 +521,7 @@ std::vector<Row> passwordRows() {
                  return PWService::encryptPassword("secret", out, sizeof out) == out && out[0] == '$';
              });
          }},
-        {"PW: what allocates nothing", ALLOCATES_NOTHING,
+        {"PW: what allocates nothing", allocatesNothing,
          [](Trial& trial) {
              trial.run([] {
                  PW user;

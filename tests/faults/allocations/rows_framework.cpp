@@ -88,7 +88,7 @@ std::vector<Row> entityRows() {
              const std::string text(5000, 'x');
              trial.run([&] { entity.LogMethodError("operation", 1, "%s", text.c_str()); });
          }},
-        {"Entity: what allocates nothing", ALLOCATES_NOTHING,
+        {"Entity: what allocates nothing", allocatesNothing,
          [](Trial& trial) {
              Entity original;
              FSUMemory pool(64, 1);
@@ -119,7 +119,7 @@ std::vector<Row> entityRows() {
              trial.run([&] { item.setResources(); });
              item.setResources();
          }},
-        {"Item: what allocates nothing", ALLOCATES_NOTHING,
+        {"Item: what allocates nothing", allocatesNothing,
          [](Trial& trial) {
              utility::BufferStream stream(64);
              trial.run([&] {
@@ -164,7 +164,7 @@ std::vector<Row> memoryRows() {
              trial.run([&] { return text = Memory::StaticAllocString("text", 2); });
              Memory::StaticFreeString(text);
          }},
-        {"Memory: what allocates nothing", ALLOCATES_NOTHING,
+        {"Memory: what allocates nothing", allocatesNothing,
          [](Trial& trial) {
              void* piece = Memory::StaticAlloc(8);
              trial.run([&] {
@@ -200,7 +200,7 @@ std::vector<Row> memoryRows() {
              trial.run([&] { return pool.AllocString("text", 2); });
              FAULTS_EXPECT(pool.AllocString("text", 2) != nullptr);
          }},
-        {"FSUMemory: what allocates nothing", ALLOCATES_NOTHING,
+        {"FSUMemory: what allocates nothing", allocatesNothing,
          [](Trial& trial) {
              std::optional<FSUMemory> pool(std::in_place, 64u, 1u);
              pool->Alloc(8);
@@ -225,7 +225,7 @@ std::vector<Row> nameRows() {
              FAULTS_EXPECT(strings::GS.toToken(name.c_str()) != 0);
          },
          "new names are kept for good"},
-        {"StringRepository: what allocates nothing", ALLOCATES_NOTHING,
+        {"StringRepository: what allocates nothing", allocatesNothing,
          [](Trial& trial) {
              trial.run([] {
                  return strings::GS.toToken("Entity") == 367 && strings::StringRepository::toString(367) != nullptr;
@@ -247,7 +247,7 @@ std::vector<Row> nameRows() {
              });
          },
          "new names are kept for good"},
-        {"Exception: what allocates nothing", ALLOCATES_NOTHING,
+        {"Exception: what allocates nothing", allocatesNothing,
          [](Trial& trial) {
              trial.run([] {
                  const framework::Exception failure(1, "Entity", 2, "function", "message", true);
@@ -264,11 +264,11 @@ std::vector<Row> nameRows() {
              trial.run([&] { arguments.emplace(1, words); });
              FAULTS_EXPECT((framework::ApplicationArguments::getArgs() != nullptr) == arguments.has_value());
          }},
-        {"ApplicationArguments: getArgs", ALLOCATES_NOTHING,
+        {"ApplicationArguments: getArgs", allocatesNothing,
          [](Trial& trial) {
              trial.run([] { return framework::ApplicationArguments::getArgs() == nullptr; });
          }},
-        {"vx_gettext", ALLOCATES_NOTHING,
+        {"vx_gettext", allocatesNothing,
          [](Trial& trial) {
              trial.run([] { return vx_gettext("message"); });
          }},
@@ -288,7 +288,7 @@ std::vector<Row> logRows() {
              const std::string text(5000, 'x');
              trial.run([&] { Logger::StaticLogMethod(Logger::LOG_ERROR, "operation", 1, "%s", text.c_str()); });
          }},
-        {"Logger: what allocates nothing", ALLOCATES_NOTHING,
+        {"Logger: what allocates nothing", allocatesNothing,
          [](Trial& trial) {
              trial.run([] {
                  Logger::setSink([](void*, Logger::LogType, const char*, int, const char*) {}, nullptr);
@@ -317,7 +317,7 @@ private:
 std::vector<Row> threadRows() {
     using framework::thread::PosixRWLock;
     return {
-        {"ThreadInfo: what allocates nothing", ALLOCATES_NOTHING,
+        {"ThreadInfo: what allocates nothing", allocatesNothing,
          [](Trial& trial) {
              framework::ThreadInfo* info = framework::ThreadInfo::MyThreadInfo();
              trial.run([&] {
@@ -326,11 +326,11 @@ std::vector<Row> threadRows() {
                         info->getThreadName()[0] == 'n';
              });
          }},
-        {"ThreadInfo: MyThreadInfo in a new thread", ALLOCATES_NOTHING,
+        {"ThreadInfo: MyThreadInfo in a new thread", allocatesNothing,
          [](Trial& trial) {
              std::thread([&] { trial.run([] { return framework::ThreadInfo::MyThreadInfo() != nullptr; }); }).join();
          }},
-        {"Locks: all", ALLOCATES_NOTHING,
+        {"Locks: all", allocatesNothing,
          [](Trial& trial) {
              trial.run([] {
                  PosixRWLock lock;
@@ -344,7 +344,7 @@ std::vector<Row> threadRows() {
                  { const framework::thread::WriteLockGuard guard(lock); }
              });
          }},
-        {"Container, Console: constructor and destructor", ALLOCATES_NOTHING,
+        {"Container, Console: constructor and destructor", allocatesNothing,
          [](Trial& trial) {
              std::optional<StubConsole> console(std::in_place);
              framework::Container* former = framework::Container::m_pMe;

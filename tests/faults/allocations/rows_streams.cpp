@@ -33,7 +33,7 @@ namespace {
 using utility::BufferStream;
 using utility::NullStream;
 
-/// A file with one line of text, and a folder for others, until the program ends.
+// A file with one line of text, and a folder for others, until the program ends.
 struct Files {
     test::TemporaryDirectory folder;
     std::string text = folder.path() + "/text";
@@ -52,7 +52,7 @@ const Files& files() {
     return made;
 }
 
-/// Calls what only derived classes may call.
+// Calls what only derived classes may call.
 struct DerivedStream : BufferStream {
     using BufferStream::BufferStream;
 
@@ -64,7 +64,7 @@ struct DerivedStream : BufferStream {
 
 std::vector<Row> bufferRows() {
     return {
-        {"Buffer: operations for derived classes", ALLOCATES_NOTHING,
+        {"Buffer: operations for derived classes", allocatesNothing,
          [](Trial& trial) {
              DerivedStream stream(16);
              int answer = 0;
@@ -104,7 +104,7 @@ std::vector<Row> bufferRows() {
              trial.run([&] { return stream.fromFile(files().text.c_str()); });
              FAULTS_EXPECT(stream.ReadAvailable() == 8 || stream.ReadAvailable() == 0);
          }},
-        {"PutStream: ToFile", ALLOCATES_NOTHING,
+        {"PutStream: ToFile", allocatesNothing,
          [](Trial& trial) {
              BufferStream stream(16);
              stream.PutC('x');
@@ -178,7 +178,7 @@ std::vector<Row> bufferRows() {
              trial.run([&] { return stream.GetParmStringArray(read); });
              FAULTS_EXPECT(read.length() == (trial.failed() ? 1 : 2));
          }},
-        {"Buffer and streams: what allocates nothing", ALLOCATES_NOTHING,
+        {"Buffer and streams: what allocates nothing", allocatesNothing,
          [](Trial& trial) {
              utility::UShortArray unsignedShorts(2);
              utility::ShortArray shorts(2);
@@ -279,7 +279,7 @@ std::vector<Row> memoryStreamRows() {
              trial.run([&] { return stream = new CircularStream(16); });
              delete stream;
          }},
-        {"CircularStream: what allocates nothing", ALLOCATES_NOTHING,
+        {"CircularStream: what allocates nothing", allocatesNothing,
          [](Trial& trial) {
              std::optional<CircularStream> stream(std::in_place, 8);
              NullStream source(3);
@@ -323,7 +323,7 @@ std::vector<Row> memoryStreamRows() {
              stream.StartOutputStream();
              FAULTS_EXPECT(stream.SendOutputStream(data, sizeof data));
          }},
-        {"DynamicStream: what allocates nothing", ALLOCATES_NOTHING,
+        {"DynamicStream: what allocates nothing", allocatesNothing,
          [](Trial& trial) {
              std::optional<DynamicStream> stream(std::in_place, 100);
              stream->SendOutputStream("abc", 3);
@@ -344,7 +344,7 @@ std::vector<Row> memoryStreamRows() {
                  return whole;
              });
          }},
-        {"NullStream: all", ALLOCATES_NOTHING,
+        {"NullStream: all", allocatesNothing,
          [](Trial& trial) {
              trial.run([] {
                  NullStream stream(4);
@@ -365,7 +365,7 @@ std::vector<Row> memoryStreamRows() {
     };
 }
 
-/// A console without a person: the first key shows the next page.
+// A console without a person: the first key shows the next page.
 class PressedKey : public framework::Console {
 public:
     explicit PressedKey(framework::OutputStream& out) : m_out(out) {}
@@ -398,7 +398,7 @@ std::vector<Row> virtualRows() {
              trial.run([&] { return stream = new VirtualPutStream(target, 16, 8); });
              delete stream;
          }},
-        {"VirtualPutStream: what allocates nothing", ALLOCATES_NOTHING,
+        {"VirtualPutStream: what allocates nothing", allocatesNothing,
          [](Trial& trial) {
              NullStream target(0);
              trial.run([&] {
@@ -425,7 +425,7 @@ std::vector<Row> virtualRows() {
              PressedKey console(target);
              construct<PagingVirtualPutStream>(trial, console, 80, 24, 64, 8);
          }},
-        {"PagingVirtualPutStream: what allocates nothing", ALLOCATES_NOTHING,
+        {"PagingVirtualPutStream: what allocates nothing", allocatesNothing,
          [](Trial& trial) {
              NullStream target(0);
              target.StartOutputStream();
@@ -454,7 +454,7 @@ std::vector<Row> virtualRows() {
              VirtualGetStream stream(source, 16, 4, 4, nullptr);
              trial.run([&] { return stream[9]; });
          }},
-        {"VirtualGetStream: what allocates nothing", ALLOCATES_NOTHING,
+        {"VirtualGetStream: what allocates nothing", allocatesNothing,
          [](Trial& trial) {
              NullStream source(64);
              trial.run([&] {
@@ -482,7 +482,7 @@ std::vector<Row> fileRows() {
     using utility::FileInputStream;
     using utility::FileOutputStream;
     return {
-        {"FileInputStream: constructor", ALLOCATES_NOTHING,
+        {"FileInputStream: constructor", allocatesNothing,
          [](Trial& trial) {
              std::optional<FileInputStream> stream;
              trial.run([&] { stream.emplace(files().text.c_str()); });
@@ -493,7 +493,7 @@ std::vector<Row> fileRows() {
                  FAULTS_EXPECT(stream->isInputStreamOpen() || stream->errorNumber() != 0);
              }
          }},
-        {"FileOutputStream: constructor", ALLOCATES_NOTHING,
+        {"FileOutputStream: constructor", allocatesNothing,
          [](Trial& trial) {
              std::optional<FileOutputStream> stream;
              trial.run([&] { stream.emplace(files().written.c_str(), false, 0600u); });
@@ -502,7 +502,7 @@ std::vector<Row> fileRows() {
                  FAULTS_EXPECT(sent || stream->errorNumber() != 0);
              }
          }},
-        {"File streams that cannot be opened", ALLOCATES_NOTHING,
+        {"File streams that cannot be opened", allocatesNothing,
          [](Trial& trial) {
              trial.run([] {
                  FileInputStream in("/nonexistent/file");
@@ -511,7 +511,7 @@ std::vector<Row> fileRows() {
                         out.isOutputStreamInError() && in.errorNumber() != 0 && out.errorNumber() != 0;
              });
          }},
-        {"FileInputStream: what allocates nothing", ALLOCATES_NOTHING,
+        {"FileInputStream: what allocates nothing", allocatesNothing,
          [](Trial& trial) {
              std::optional<FileInputStream> stream(std::in_place, files().text.c_str());
              const int fd = open(files().text.c_str(), O_RDONLY);
@@ -530,7 +530,7 @@ std::vector<Row> fileRows() {
                  return whole && adopted.isInputStreamOpen();
              });
          }},
-        {"FileOutputStream: what allocates nothing", ALLOCATES_NOTHING,
+        {"FileOutputStream: what allocates nothing", allocatesNothing,
          [](Trial& trial) {
              std::optional<FileOutputStream> stream(std::in_place, files().written.c_str(), true, 0600u);
              const int fd = open(files().written.c_str(), O_WRONLY | O_CREAT, 0600);
@@ -545,7 +545,7 @@ std::vector<Row> fileRows() {
                  return whole && adopted.isOutputStreamOpen();
              });
          }},
-        {"DescriptorOutputStream: all operations", ALLOCATES_NOTHING,
+        {"DescriptorOutputStream: all operations", allocatesNothing,
          [](Trial& trial) {
              const int fd = open(files().written.c_str(), O_WRONLY | O_CREAT, 0600);
              utility::DescriptorOutputStream stream(fd);
@@ -558,7 +558,7 @@ std::vector<Row> fileRows() {
              });
              close(fd);
          }},
-        {"TerminalConsole: all operations", ALLOCATES_NOTHING,
+        {"TerminalConsole: all operations", allocatesNothing,
          [](Trial& trial) {
              const int in = open(files().text.c_str(), O_RDONLY);
              const int out = open(files().written.c_str(), O_WRONLY | O_CREAT, 0600);

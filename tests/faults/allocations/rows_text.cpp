@@ -38,7 +38,7 @@ using utility::WWN;
 
 std::vector<Row> identifierRows() {
     return {
-        {"WWN: all", ALLOCATES_NOTHING,
+        {"WWN: all", allocatesNothing,
          [](Trial& trial) {
              BufferStream out(64);
              trial.run([&] {
@@ -54,7 +54,7 @@ std::vector<Row> identifierRows() {
                         low.hash(255) == same.hash(255) && WWN::isWWN(text);
              });
          }},
-        {"SerialNumber: all", ALLOCATES_NOTHING,
+        {"SerialNumber: all", allocatesNothing,
          [](Trial& trial) {
              BufferStream out(128);
              trial.run([&] {
@@ -74,7 +74,7 @@ std::vector<Row> identifierRows() {
                         low.hash(255) == same.hash(255) && SerialNumber::isSerialNumber(text) && low.fromString(text);
              });
          }},
-        {"IPV4Address: all", ALLOCATES_NOTHING,
+        {"IPV4Address: all", allocatesNothing,
          [](Trial& trial) {
              BufferStream out(64);
              trial.run([&] {
@@ -110,7 +110,7 @@ std::vector<Row> identifierRows() {
          [](Trial& trial) {
              trial.run([] { return !IPV6Address("fe80::1").isZero(); });
          }},
-        {"IPV6Address: what allocates nothing", ALLOCATES_NOTHING,
+        {"IPV6Address: what allocates nothing", allocatesNothing,
          [](Trial& trial) {
              BufferStream out(64);
              trial.run([&] {
@@ -164,7 +164,7 @@ std::vector<Row> identifierRows() {
              FAULTS_EXPECT(copy == nullptr || *copy == address);
              PortAddress::operator delete(copy);
          }},
-        {"Port addresses: what allocates nothing", ALLOCATES_NOTHING,
+        {"Port addresses: what allocates nothing", allocatesNothing,
          [](Trial& trial) {
              BufferStream out(128);
              trial.run([&] {
@@ -199,7 +199,7 @@ std::vector<Row> identifierRows() {
                         utility::decodeControllerSelector(utility::CONTROLLER_A) == 'A';
              });
          }},
-        {"Formatters: all", ALLOCATES_NOTHING,
+        {"Formatters: all", allocatesNothing,
          [](Trial& trial) {
              trial.run([] {
                  char name[64];
@@ -211,7 +211,7 @@ std::vector<Row> identifierRows() {
                         utility::VolumeGroupFormatter::getVolumeLevelAndName("name.*", name, sizeof name, volume);
              });
          }},
-        {"ParameterList: all", ALLOCATES_NOTHING,
+        {"ParameterList: all", allocatesNothing,
          [](Trial& trial) {
              trial.run([] {
                  char text[] = "one,two";
@@ -230,18 +230,18 @@ std::vector<Row> miscRows() {
              char text[4];
              trial.run([&] { Misc::toDecimal(123456L, text, sizeof text); });
          }},
-        {"Misc: isStringPrintableUtf8 of a refused text", ALLOCATES_NOTHING,
+        {"Misc: isStringPrintableUtf8 of a refused text", allocatesNothing,
          [](Trial& trial) {
              trial.run([] { return !Misc::isStringPrintableUtf8("a\xff", 2, "", ""); });
          }},
-        {"Misc: truncateUtf8 of a partial character", ALLOCATES_NOTHING,
+        {"Misc: truncateUtf8 of a partial character", allocatesNothing,
          [](Trial& trial) {
              trial.run([] {
                  char text[] = "a\xc3";
                  return Misc::truncateUtf8(text);
              });
          }},
-        {"Misc: what allocates nothing", ALLOCATES_NOTHING,
+        {"Misc: what allocates nothing", allocatesNothing,
          [](Trial& trial) {
              trial.run([] {
                  char text[80];
@@ -264,8 +264,9 @@ std::vector<Row> miscRows() {
                          Misc::toDSdecimal(1234567LL, 3, text, size) != nullptr &&
                          Misc::toIPV4String(1, text, size) != nullptr && Misc::toMacAddress(1, text, size) != nullptr &&
                          Misc::uint64FromMACAddress(bytes) != 0 && Misc::isStringPrintableAscii("abc") &&
-                         Misc::isStringPrintableUtf8("abc", 3, "", "") && Misc::escapeDoubleQuotes(text, "a\"b") &&
-                         Misc::stringToLower(lower)[0] == 'a' && Misc::parseTokens(tokens, 4, split, " ") == 2;
+                         Misc::isStringPrintableUtf8("abc", 3, "", "") &&
+                         (Misc::escapeDoubleQuotes(text, "a\"b") != nullptr) && Misc::stringToLower(lower)[0] == 'a' &&
+                         Misc::parseTokens(tokens, 4, split, " ") == 2;
                  Misc::sleepSeconds(0);
                  Misc::sleepMicroseconds(1);
                  errno = ENOENT;
@@ -290,7 +291,7 @@ std::vector<Row> timeRows() {
          [](Trial& trial) {
              trial.run([] { const DateTime invalid("no date"); });
          }},
-        {"DateTime: what allocates nothing", ALLOCATES_NOTHING,
+        {"DateTime: what allocates nothing", allocatesNothing,
          [](Trial& trial) {
              BufferStream out(512);
              trial.run([&] {
@@ -348,7 +349,7 @@ std::vector<Row> timeRows() {
                  return whole && parsed.getEpochValid();
              });
          }},
-        {"TimeMeasure: all", ALLOCATES_NOTHING,
+        {"TimeMeasure: all", allocatesNothing,
          [](Trial& trial) {
              trial.run([] {
                  using utility::TimeMeasure;
