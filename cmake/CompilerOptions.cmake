@@ -57,7 +57,7 @@ function(vxut_hardening target)
     endif()
 endfunction()
 
-# Everything for one of the two shared libraries.
+# Everything for one of the two libraries. Link options apply only to shared ones.
 function(vxut_library_options target)
     vxut_warnings(${target})
     vxut_check_locking(${target})
@@ -79,6 +79,10 @@ function(vxut_library_options target)
         target_compile_options(${target} PRIVATE --coverage -fprofile-update=atomic)
         target_link_options(${target} PRIVATE --coverage)
     endif()
+    if(VXUT_LIBRARY_TYPE STREQUAL "STATIC")
+        # A client linked with --gc-sections contains only what it uses.
+        target_compile_options(${target} PRIVATE -ffunction-sections -fdata-sections)
+    endif()
     target_compile_features(${target} PUBLIC cxx_std_17)
     set_target_properties(${target} PROPERTIES
         VERSION ${PROJECT_VERSION}
@@ -87,6 +91,7 @@ function(vxut_library_options target)
         CXX_VISIBILITY_PRESET hidden
         INSTALL_RPATH "$ORIGIN"
         LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}
+        ARCHIVE_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}
         # Both are in one folder in the build tree too; a second path would leave an empty entry, the current directory.
         BUILD_WITH_INSTALL_RPATH ON)
 endfunction()

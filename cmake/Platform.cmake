@@ -2,8 +2,11 @@
 include(CheckCXXSymbolExists)
 include(CheckTypeSize)
 find_package(Threads REQUIRED)
-find_library(VXUT_CRYPT_LIBRARY crypt REQUIRED)
+find_library(VXUT_CRYPT_LIBRARY crypt)
 mark_as_advanced(VXUT_CRYPT_LIBRARY)
+if(NOT VXUT_CRYPT_LIBRARY)
+    message(FATAL_ERROR "libcrypt is not installed: install the package libcrypt-dev.")
+endif()
 
 set(CMAKE_EXTRA_INCLUDE_FILES time.h)
 check_type_size(time_t VXUT_TIME_SIZE LANGUAGE CXX)

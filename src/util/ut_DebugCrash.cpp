@@ -32,11 +32,19 @@
 #include "ut_FileOutputStream.h"
 #include "ut_Locker.h"
 
+#ifdef VXUT_DEMANGLE
 // The demangler of libsupc++ in the form that does not allocate: a handler may have interrupted the allocator. It
 // passes the name to the callback piece by piece and returns 0, or another value if `symbol` is not a mangled name. No
 // header declares it, and only the static library contains it.
 extern "C" int __gcclibcxx_demangle_callback( // NOLINT(bugprone-reserved-identifier)
     const char* symbol, void (*take)(const char* text, std::size_t length, void* context), void* context);
+#else
+// Demangles nothing: the reports of a build without the demangler contain mangled names, which c++filt translates.
+static int __gcclibcxx_demangle_callback( // NOLINT(bugprone-reserved-identifier)
+    const char* /*symbol*/, void (* /*take*/)(const char* text, std::size_t length, void* context), void* /*context*/) {
+    return 1;
+}
+#endif
 
 namespace utility {
 
