@@ -31,10 +31,12 @@ trap 'rm -rf "$folder"' EXIT
 status=0
 checks=0
 
-# in_gdb NAME OPTION...: runs gdb without a terminal and without the user's settings.
+# in_gdb NAME OPTION...: runs gdb without a terminal, the user's settings and the machine's debug information, such as that
+# of libc, which takes long to read.
 in_gdb() {
     local name=$1
-    timeout -k 5 100 "$gdb" -nx -batch -iex 'set debuginfod enabled off' -iex 'set confirm off' "${@:2}" \
+    timeout -k 5 100 "$gdb" -nx -batch -iex 'set debuginfod enabled off' -iex 'set confirm off' \
+        -iex "set debug-file-directory $folder" "${@:2}" \
         </dev/null >"$folder/$name.log" 2>&1
     if grep -q 'ptrace: Operation not permitted' "$folder/$name.log"; then
         skip "gdb may not trace processes here"
@@ -116,8 +118,10 @@ installed() {
 
 if [ ${#emulator[@]} -gt 0 ]; then
     emulated values objectsExist
+    emulated locks locksAreHeld
 else
     live_and_core values objectsExist
+    live_and_core locks locksAreHeld
     installed
 fi
 [ "$status" -ne 0 ] || echo "$checks runs of $("$gdb" --version | head -n 1)"
