@@ -624,7 +624,7 @@ std::atomic<bool> threadIsInSink{false};
 
 void holdingSink(void* mutex, Logger::LogType type, const char* function, int line, const char* text) {
     std::unique_lock<std::mutex> guard;
-    if (mutex)
+    if (mutex != nullptr)
         guard = std::unique_lock<std::mutex>(*static_cast<std::mutex*>(mutex));
     if (std::strcmp(text, "hold") == 0) {
         threadIsInSink = true;
@@ -822,7 +822,7 @@ TEST(DebugSignalExit, ShutsTheContainerDownCleanly) {
 TEST(DebugSignalExit, RunsTheExitHandlers) {
     const test::ChildResult child = test::runInChild([] {
         alarm(hangBound);
-        std::atexit([] { static_cast<void>(!write(STDOUT_FILENO, "handler", 7)); });
+        std::atexit([] { static_cast<void>(write(STDOUT_FILENO, "handler", 7) == 0); });
         exitWith(Debug::SignalExit, SIGTERM);
     });
     EXPECT_EQ(child.status, 0);
@@ -1142,7 +1142,7 @@ TEST(DebugSignalThreads, WithoutAnyRecordSignalsNobody) {
             install(SIGUSR2, writeContextAndCount, SA_RESTART);
             Debug::SignalThreads(SIGUSR1);
         }).join();
-        const int expected = ThreadInfo::getMyself() ? 1 : 0;
+        const int expected = ThreadInfo::getMyself() != nullptr ? 1 : 0;
         EXPECT_TRUE(waitFor([&] { return contextsDone == expected; }));
     });
     EXPECT_TRUE(std::filesystem::is_directory(memory.path("agentContext")));

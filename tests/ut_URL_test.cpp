@@ -39,7 +39,7 @@ static_assert(std::is_convertible<URL*, framework::Entity*>::value, "and an enti
 static_assert(!std::is_convertible<const char*, URL>::value, "a text is no URL by itself");
 
 Part partOf(const char* text) {
-    return text ? Part(text) : none;
+    return text != nullptr ? Part(text) : none;
 }
 
 Parts partsOf(const URL& url) {
@@ -60,7 +60,7 @@ std::string decoded(const std::string& text) {
     const std::unique_ptr<char[]> bytes(new char[text.size()]);
     std::memcpy(bytes.get(), text.data(), text.size());
     const char* const result = url.decodeAndAlloc(bytes.get(), static_cast<unsigned int>(text.size()));
-    return result ? result : "(null)";
+    return result != nullptr ? result : "(null)";
 }
 
 TEST(URL, UsageExample) {

@@ -8,7 +8,7 @@ namespace test {
 
 /// The tests of a class that splits a selector of groups. `Traits` names the class to test:
 /// - `Level`, its enumeration of levels,
-/// - `HIGHEST`, its highest level,
+/// - `highest`, its highest level,
 /// - `split(text, name, size, level)`, its operation.
 ///
 ///     namespace test {

@@ -7,7 +7,7 @@
 
 namespace test {
 
-/// A caller's array of `size` bytes between guard bytes. The array and the guards are initialized with `FILL`.
+/// A caller's array of `size` bytes between guard bytes. The array and the guards are initialized with `fill`.
 ///
 ///     test::GuardedBytes bytes(8);
 ///     in.ReceiveInputStream(bytes.array(), 8);

@@ -37,7 +37,7 @@ std::string dumpOf(MapType& map) {
 
 /// The tests of a hash map. Further tests may use its helpers and `Model`. `Traits` describes the map to test:
 /// - `Map`: a class with a constructor that takes the bucket count
-/// - `CONSTRUCTOR`: the signature text of the constructor in the log
+/// - `constructorName`: the signature text of the constructor in the log
 /// - `printedCount(buckets)`: the text of a bucket count in the constructor's log line
 /// - `Key`: the parameter type of its operations
 /// - `end()`: the result of `First` and `Next` at the end

@@ -16,10 +16,10 @@
 namespace test {
 
 /// The tests of an IP address. `Traits` describes the class to test:
-/// - `Address`, the class, `FAMILY`, its address family, and `SIZE`, the size of its addresses in bytes,
-/// - `EXAMPLE` and `OTHER`, the texts of two addresses, and `ZERO`, the text of the address of zero bytes,
-/// - `INVALID`, texts that are not addresses,
-/// - `CHARACTERS`, characters for random texts, including those of addresses,
+/// - `Address`, the class, `family`, its address family, and `size`, the size of its addresses in bytes,
+/// - `example` and `other`, the texts of two addresses, and `zero`, the text of the address of zero bytes,
+/// - `invalid`, texts that are not addresses,
+/// - `characters`, characters for random texts, including those of addresses,
 /// - `failureClears`, whether an invalid text sets all bytes to zero; otherwise it changes nothing.
 ///
 ///     namespace test {

@@ -44,8 +44,8 @@ public:
 
 /// The tests of a class that holds a lock until the end of its scope. `Traits` names the class to test:
 /// - `Guard`, the class,
-/// - `TAKES`, the operation of the lock that it calls,
-/// - `MANGLED`, its name in the symbols of the library.
+/// - `takes`, the operation of the lock that it calls,
+/// - `mangled`, its name in the symbols of the library.
 ///
 ///     namespace test {
 ///     INSTANTIATE_TYPED_TEST_SUITE_P(ReadLockGuard, LockGuardTest, ReadGuards);

@@ -38,7 +38,7 @@ private:
 };
 
 /// The tests of a class of port addresses. `Traits` describes the class to test:
-/// - `Address`, the class, and `TYPE`, what its `getType` returns,
+/// - `Address`, the class, and `type`, what its `getType` returns,
 /// - `example()`, an address, and `others()`, addresses that each differ from it in one member only.
 ///
 ///     namespace test {
