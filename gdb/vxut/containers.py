@@ -137,6 +137,8 @@ class _Linked(Sequence):
 
     def elements(self):
         length = 0
+        if (self.expected() or 0) < 0:
+            raise Corrupt("a count of %d" % self.expected())
         for node in chain(self.first(), self.following):
             if length == self.expected():
                 raise Corrupt("more elements than counted")

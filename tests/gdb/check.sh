@@ -24,6 +24,7 @@ gdb=gdb
 [ ${#emulator[@]} -eq 0 ] || gdb="gdb-multiarch"
 command -v "$gdb" >/dev/null || skip "$gdb is not installed"
 "$gdb" -nx -batch -ex 'python print("works")' 2>/dev/null | grep -q works || skip "$gdb has no Python"
+[ -e "$build/libVXut.so" ] || skip "the libraries are static"
 readelf -S "$build/libVXut.so" 2>/dev/null | grep -q debug_info || skip "the library has no debug information"
 
 folder=$(mktemp -d) || exit

@@ -27,6 +27,7 @@ CORRUPTIONS = (
     ("map.m_chains.table[0].next = map.m_chains.table[0]", "map", "~.*<corrupt: a circular chain>}"),
     ("list.m_count = 1", "list", "~.*<corrupt: more elements than counted>}"),
     ("list.m_count = 2000000000", "list", "~.*<corrupt: 1999999998 elements are missing>}"),
+    ("list.m_count = -1", "list", "~.*{<corrupt: a count of -1>}"),
     ("pool.m_head.m_next = pool.m_head", "pool", "~.*<corrupt: a circular chain>}"),
     ("options.m_count = 9", "options", "~.*<corrupt: a count of 9>}"),
     ("url.m_path = (char*)1", "url", "<corrupt: Cannot access memory at address 0x1>"),
