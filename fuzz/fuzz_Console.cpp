@@ -36,16 +36,14 @@ void checkFinding(const std::vector<std::string>& words) {
     utility::StringArray array(0);
     for (const std::string& word : words)
         array.Append(word.c_str());
-    std::string problem;
-    unsigned int used = 0;
-    const console::Command* const command = console::findCommand(array, &used, &problem);
-    require((command == nullptr) == !problem.empty());
-    if (command == nullptr)
+    const console::Lookup found = console::findCommand(array);
+    require((found.command == nullptr) == !found.problem.empty());
+    if (found.command == nullptr)
         return;
     // Each word used is a prefix of that word of the name.
-    std::string name = command->name;
-    require(used >= 1 && used <= words.size());
-    for (unsigned int i = 0; i < used; ++i) {
+    std::string name = found.command->name;
+    require(found.used >= 1 && found.used <= words.size());
+    for (unsigned int i = 0; i < found.used; ++i) {
         const std::size_t end = std::min(name.find(' '), name.size());
         require(beginsWith(name.substr(0, end), words[i]));
         name.erase(0, end + 1);

@@ -2,6 +2,7 @@
 
 #include <set>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -19,22 +20,30 @@ utility::StringArray wordsOf(const std::string& text) {
 
 // Returns the name of the command found and the number of words used, as "name/words", or the problem.
 std::string found(const std::string& text) {
-    std::string problem;
-    unsigned int used = 0;
-    const console::Command* command = console::findCommand(wordsOf(text), &used, &problem);
-    return command != nullptr ? command->name + std::string("/") + std::to_string(used) : problem;
+    const console::Lookup lookup = console::findCommand(wordsOf(text));
+    return lookup.command != nullptr ? lookup.command->name + std::string("/") + std::to_string(lookup.used)
+                                     : lookup.problem;
 }
 
 TEST(CommandTable, UsageExample) {
     utility::StringArray words(0);
     words.Append("sh");
     words.Append("f");
-    std::string problem;
-    unsigned int used = 0;
-    const console::Command* command = console::findCommand(words, &used, &problem);
-    ASSERT_NE(command, nullptr);
-    EXPECT_STREQ(command->name, "show file");
-    EXPECT_EQ(used, 2U);
+    const console::Lookup found = console::findCommand(words);
+    ASSERT_NE(found.command, nullptr);
+    EXPECT_STREQ(found.command->name, "show file");
+    EXPECT_EQ(found.used, 2U);
+}
+
+TEST(CommandTable, AnExactNameWinsElseAllThatBeginWithTheWord) {
+    using Names = std::vector<std::string>;
+    const Names names = {"copy", "count", "crc", "user", "users"};
+    EXPECT_EQ(console::matches(names, "co"), (Names{"copy", "count"}));
+    EXPECT_EQ(console::matches(names, "cr"), Names{"crc"});
+    EXPECT_EQ(console::matches(names, "user"), Names{"user"});
+    EXPECT_EQ(console::matches(names, "users"), Names{"users"});
+    EXPECT_EQ(console::matches(names, "usersx"), Names());
+    EXPECT_EQ(console::matches(names, ""), names);
 }
 
 TEST(CommandTable, EveryCommandIsFoundByItsName) {
@@ -69,10 +78,9 @@ TEST(CommandTable, AnUnknownCommandIsReported) {
     EXPECT_EQ(found(""), "unknown command:  (try help)");
     utility::StringArray words(0);
     words.Append("");
-    std::string problem;
-    unsigned int used = 0;
-    EXPECT_EQ(console::findCommand(words, &used, &problem), nullptr);
-    EXPECT_EQ(problem, "unknown command:  (try help)");
+    const console::Lookup empty = console::findCommand(words);
+    EXPECT_EQ(empty.command, nullptr);
+    EXPECT_EQ(empty.problem, "unknown command:  (try help)");
     EXPECT_EQ(found("showfile"), "unknown command: showfile (try help)");
     EXPECT_EQ(found("\xff\x80"), "unknown command: \xff\x80 (try help)");
     EXPECT_EQ(found(std::string(100000, 's')).size(), std::string("unknown command:  (try help)").size() + 100000);

@@ -102,18 +102,80 @@ TEST(ConsoleProgram, UsageExample) {
     EXPECT_NE(child.out.find("show file PATH"), std::string::npos);
 }
 
-TEST(ConsoleProgram, PrintsItsUsage) {
+TEST(ConsoleProgram, PrintsItsUsageAndItsVersion) {
     const ChildResult asked = runConsole({"--help"});
     EXPECT_EQ(asked.status, 0);
-    EXPECT_EQ(asked.out.compare(0, 30, "usage: vxconsole [-c COMMAND]\n"), 0);
+    EXPECT_EQ(asked.out.compare(0, 17, "usage: vxconsole "), 0);
     EXPECT_EQ(asked.err, "");
-    for (const std::vector<std::string>& wrong :
-         {std::vector<std::string>{"-c"}, {"-x"}, {"-c", "help", "help"}, {"help"}}) {
-        const ChildResult child = runConsole(wrong);
+    const std::pair<std::vector<std::string>, std::string> wrong[] = {{{"-c"}, "an argument is missing after -c"},
+                                                                      {{"-x"}, "unknown option -x"},
+                                                                      {{"--bogus"}, "unknown option --bogus"},
+                                                                      {{"-c", "help", "help"}, "not an option: help"},
+                                                                      {{"help"}, "not an option: help"}};
+    for (const auto& [arguments, problem] : wrong) {
+        const ChildResult child = runConsole(arguments);
         EXPECT_EQ(child.status, 2);
         EXPECT_EQ(child.out, "");
-        EXPECT_EQ(child.err, asked.out);
+        EXPECT_EQ(child.err, "vxconsole: " + problem + "\n" + asked.out);
     }
+    EXPECT_TRUE(std::regex_match(runConsole({"--version"}).out, std::regex("vxconsole [0-9]+\\.[0-9]+\\.[0-9]+\n")));
+    const ChildResult full = runConsole({"--version"}, "", discardInFullDevice);
+    expectFailure(full, "standard output: No space left on device");
+}
+
+// Scripts
+
+TEST(ConsoleScript, RunsEachCommandAndFileInOrder) {
+    TemporaryDirectory directory;
+    const std::string script = directory.write("script", "# a comment\n\n  # another \"\nurl a:1\nbogus\nurl b:2");
+    const ChildResult child = runConsole({"-c", "url c:3", "-f", script, "-c", "url d:4", "-f", "-"}, "url e:5\n");
+    EXPECT_EQ(child.status, 1);
+    EXPECT_EQ(child.err, "unknown command: bogus (try help)\n");
+    std::string schemes;
+    for (const std::string& line : linesOf(child.out)) {
+        if (line.compare(0, 7, "scheme ") == 0)
+            schemes += line.back();
+    }
+    EXPECT_EQ(schemes, "cabde");
+}
+
+TEST(ConsoleScript, StopsAtTheFirstFailureIfAsked) {
+    TemporaryDirectory directory;
+    const std::string script = directory.write("script", "find x /\nurl a:1\n");
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>{"-e", "-f", script, "-c", "url b:2"}, {"-e", "-c", "bogus", "-f", script}, {"-e"}}) {
+        const ChildResult child = runConsole(arguments, "bogus\nurl c:3\n");
+        EXPECT_EQ(child.status, 1);
+        EXPECT_EQ(child.out, "");
+        EXPECT_EQ(countOf(child.err, "\n"), 1U) << child.err;
+    }
+}
+
+TEST(ConsoleScript, EndsWithQuit) {
+    expectAnswer(runConsole({"-c", "quit", "-c", "url a:1", "-f", "-"}, "url b:2\n"), "");
+}
+
+TEST(ConsoleScript, AFileThatCannotBeReadIsAFailure) {
+    expectFailure(runConsole({"-f", "/nonexistent"}), "/nonexistent: No such file or directory");
+    expectFailure(runConsole({"-f", "/"}), "/: Is a directory");
+    const ChildResult child = runConsole({"-f", "/nonexistent", "-c", "find hosts /etc"});
+    EXPECT_EQ(child.status, 1);
+    EXPECT_EQ(child.out, "/etc/hosts\n");
+}
+
+TEST(ConsoleScript, AnotherRootIsReadInsteadOfTheSystem) {
+    TemporaryDirectory directory;
+    std::filesystem::create_directories(directory.path("sys/block/sda/queue"));
+    std::filesystem::create_directories(directory.path("proc"));
+    directory.write("sys/block/sda/size", "2000000\n");
+    directory.write("sys/block/sda/queue/rotational", "1\n");
+    directory.write("proc/uptime", "93784.56 1.00\n");
+    const ChildResult child = runConsole({"--root", directory.path(), "-c", "show disks", "-c", "uptime"});
+    EXPECT_EQ(child.status, 0) << child.err;
+    const std::vector<std::string> lines = linesOf(child.out);
+    ASSERT_EQ(lines.size(), 3U);
+    EXPECT_TRUE(std::regex_match(lines[1], std::regex("sda +1\\.02 GB +1,024 MB +rotational +-"))) << lines[1];
+    EXPECT_EQ(lines[2], "26:03:04.560");
 }
 
 TEST(ConsoleProgram, AnEmptyCommandSucceedsQuietly) {

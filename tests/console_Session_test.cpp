@@ -69,6 +69,12 @@ private:
     int m_output[2];
 };
 
+console::Settings paged() {
+    console::Settings settings;
+    settings.isPaged = true;
+    return settings;
+}
+
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 constexpr bool isSanitized = true;
 #else
@@ -90,23 +96,23 @@ TEST(ConsoleSession, UsageExample) {
     const std::string file = directory.write("hosts", "localhost\n");
     PipeTerminal pipes;
     console::TerminalConsole terminal(pipes.input(), pipes.output(), false);
-    console::Session session(terminal, false);
-    std::string failure;
-    EXPECT_TRUE(session.run(("show file " + file).c_str(), &failure));
+    console::Session session(terminal, console::Settings());
+    const console::Session::Result result = session.run("show file " + file);
+    EXPECT_TRUE(result.succeeded) << result.failure;
     EXPECT_EQ(pipes.shown(), "localhost\n");
 }
 
 TEST(ConsoleSession, AnswersEachRequestBeforeTheNext) {
     PipeTerminal pipes;
     console::TerminalConsole terminal(pipes.input(), pipes.output(), false);
-    console::Session session(terminal, false);
+    console::Session session(terminal, console::Settings());
     for (int i = 0; i < 500; ++i) {
-        std::string failure;
         const std::string name = "n" + std::to_string(i);
-        ASSERT_TRUE(session.run("url s:" + name, &failure)) << failure;
+        ASSERT_TRUE(session.run("url s:" + name).succeeded);
         ASSERT_NE(pipes.shown().find(name), std::string::npos);
-        ASSERT_FALSE(session.run("show file /nonexistent/" + name, &failure));
-        ASSERT_EQ(failure, "show file: /nonexistent/" + name + ": No such file or directory");
+        const console::Session::Result result = session.run("show file /nonexistent/" + name);
+        ASSERT_FALSE(result.succeeded);
+        ASSERT_EQ(result.failure, "show file: /nonexistent/" + name + ": No such file or directory");
         ASSERT_EQ(pipes.shown(), "");
     }
     EXPECT_FALSE(session.isEnded());
@@ -116,22 +122,22 @@ TEST(ConsoleSession, EndsWithAndWithoutARequest) {
     for (int i = 0; i < 100; ++i) {
         PipeTerminal pipes;
         console::TerminalConsole terminal(pipes.input(), pipes.output(), false);
-        console::Session session(terminal, i % 2 == 0);
-        std::string failure;
+        console::Session session(terminal, i % 2 == 0 ? paged() : console::Settings());
         if (i % 3 == 0) {
-            EXPECT_TRUE(session.run("quit", &failure));
+            EXPECT_TRUE(session.run("quit").succeeded);
         }
         EXPECT_EQ(session.isEnded(), i % 3 == 0);
     }
 }
 
-TEST(ConsoleSession, AnEmptyLineDoesNothing) {
+TEST(ConsoleSession, AnEmptyLineAndACommentDoNothing) {
     PipeTerminal pipes;
     console::TerminalConsole terminal(pipes.input(), pipes.output(), false);
-    console::Session session(terminal, true);
-    std::string failure;
-    EXPECT_TRUE(session.run("", &failure));
-    EXPECT_TRUE(session.run(" \t\r\n", &failure));
+    console::Session session(terminal, paged());
+    EXPECT_TRUE(session.run("").succeeded);
+    EXPECT_TRUE(session.run(" \t\r\n").succeeded);
+    EXPECT_TRUE(session.run("# bogus \"").succeeded);
+    EXPECT_TRUE(session.run(" \t#bogus").succeeded);
     EXPECT_EQ(terminal.history().text(), "");
     EXPECT_EQ(pipes.shown(), "");
 }
@@ -140,9 +146,8 @@ TEST(ConsoleSession, TheEndOfInputAtThePagePromptCountsAsQuit) {
     PipeTerminal pipes;
     pipes.closeInput();
     console::TerminalConsole terminal(pipes.input(), pipes.output(), false);
-    console::Session session(terminal, true);
-    std::string failure;
-    EXPECT_TRUE(session.run("help", &failure));
+    console::Session session(terminal, paged());
+    EXPECT_TRUE(session.run("help").succeeded);
     const std::string shown = pipes.shown();
     EXPECT_EQ(std::count(shown.begin(), shown.end(), '\n'), 24);
     EXPECT_NE(shown.find("Press any key"), std::string::npos);

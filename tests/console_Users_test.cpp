@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "support/ConsoleProgram.h"
+#include "support/Pty.h"
 #include "support/TemporaryDirectory.h"
 
 namespace {
@@ -66,8 +67,21 @@ std::string hashOf(const std::string& entries, const std::string& name) {
     return entries.substr(at, entries.find(':', at) - at);
 }
 
+// Expects that the platform computes the same hash. Asserts nothing more than its form where openssl is not installed.
+void expectHashOf(const std::string& password, const std::string& hash) {
+    ASSERT_EQ(hash.compare(0, 3, "$1$"), 0) << hash;
+    const ChildResult peer = test::runInChild([&] {
+        execlp("openssl", "openssl", "passwd", "-1", "-salt", hash.substr(3, 8).c_str(), password.c_str(),
+               static_cast<char*>(nullptr));
+        return 127;
+    });
+    if (peer.status != 127) {
+        EXPECT_EQ(peer.out, hash + "\n");
+    }
+}
+
 const std::string tooLong = ": the entry does not fit into 2048 bytes: use shorter texts";
-constexpr const char* editing[] = {"add user new", "delete user root", "password root secret"};
+constexpr const char* editing[] = {"add user new", "delete user root", "password root -\nsecret"};
 
 TEST(ConsoleUsers, AreShownFromTheFileUnderTheRoot) {
     const Root root;
@@ -89,9 +103,9 @@ TEST(ConsoleUsers, AreShownFromTheMachinesFileWithoutARoot) {
 TEST(ConsoleUsers, AMissingFileIsReported) {
     TemporaryDirectory directory;
     const char* const commands[][2] = {
-        {"show users", ""}, {"add user", " new"}, {"delete user", " root"}, {"password", " root secret"}};
+        {"show users", ""}, {"add user", " new"}, {"delete user", " root"}, {"password", " root -\nsecret"}};
     for (const auto& command : commands) {
-        const ChildResult child = test::runCommand(std::string(command[0]) + command[1],
+        const ChildResult child = test::runConsole({}, std::string(command[0]) + command[1],
                                                    [&] { setenv("VX_ROOT", directory.path().c_str(), 1); });
         EXPECT_EQ(child.status, 1);
         EXPECT_EQ(child.err, command[0] + (": " + directory.path("etc/passwd")) + ": No such file or directory\n");
@@ -108,7 +122,7 @@ TEST(ConsoleUsers, APartlyReadableFileIsShownUpToTheErrorAndNotRewritten) {
                        "add user: " + root.file() + ": an entry does not fit into 2048 bytes: shorten it");
     root.expectRefusal("delete user root",
                        "delete user: " + root.file() + ": an entry does not fit into 2048 bytes: shorten it");
-    root.expectRefusal("password root secret",
+    root.expectRefusal("password root -\nsecret",
                        "password: " + root.file() + ": an entry does not fit into 2048 bytes: shorten it");
 }
 
@@ -116,8 +130,8 @@ TEST(ConsoleUsers, APartlyReadableFileIsShownUpToTheErrorAndNotRewritten) {
 
 TEST(ConsoleUsers, AreNotEditedWithoutARoot) {
     for (const std::string command : editing) {
-        const ChildResult unset = test::runCommand(command);
-        const ChildResult empty = test::runCommand(command, [] { setenv("VX_ROOT", "", 1); });
+        const ChildResult unset = test::runConsole({}, command);
+        const ChildResult empty = test::runConsole({}, command, [] { setenv("VX_ROOT", "", 1); });
         for (const ChildResult& child : {unset, empty}) {
             EXPECT_EQ(child.status, 1);
             EXPECT_EQ(child.out, "");
@@ -194,7 +208,7 @@ TEST(ConsoleUsers, AnEntryTooLongToBeReadAgainIsRefused) {
     // The real name is as long as possible, so that the password does not fit.
     expectQuiet(root.run("add user new " + std::string(1990, 'x') + "\nadd user more\n"));
     const std::string before = root.entries();
-    root.expectRefusal("password new secret", "password: new" + tooLong);
+    root.expectRefusal("password new -\nsecret", "password: new" + tooLong);
     EXPECT_EQ(root.run("show user more\n").status, 0);
     EXPECT_NE(before.find("more:!:1002:1002:"), std::string::npos);
 }
@@ -227,7 +241,7 @@ TEST(ConsoleUsers, AFileThatCannotBeReplacedIsReported) {
         const char* operation;
     } cases[] = {{"delete user root", "delete user", "delUser"},
                  {"add user new", "add user", "putUser"},
-                 {"password root secret", "password", "putUser"}};
+                 {"password root -\nsecret", "password", "putUser"}};
     for (const auto& [line, command, operation] : cases) {
         // The service logs the reason; the console reports which command failed.
         const ChildResult child = root.run(std::string(line) + "\n");
@@ -248,7 +262,7 @@ TEST(ConsoleUsers, AFileEmptiedByAFailingCopyIsReported) {
         const Root root;
         const std::string program = root.directory().write("cp", "#!/bin/sh\n: >\"$2\"\nexit 1\n");
         ASSERT_EQ(chmod(program.c_str(), 0755), 0);
-        const ChildResult child = test::runCommand(command, [&] {
+        const ChildResult child = test::runConsole({}, command, [&] {
             setenv("VX_ROOT", root.directory().path().c_str(), 1);
             // An emulator of the console is found on the rest of the path.
             setenv("PATH", (root.directory().path() + ":" + getenv("PATH")).c_str(), 1);
@@ -266,7 +280,7 @@ TEST(ConsoleUsers, AnUnwritableFileOrFolderIsReported) {
     const std::string folder = root.directory().path("etc");
     for (const std::string& place : {folder, root.file()}) {
         ASSERT_EQ(chmod(place.c_str(), 0555), 0);
-        for (const char* command : {"delete user root", "add user new", "password root secret"}) {
+        for (const char* command : {"delete user root", "add user new", "password root -\nsecret"}) {
             const ChildResult child = test::runConsole({}, command, [&] {
                 setenv("VX_ROOT", root.directory().path().c_str(), 1);
                 test::obeyPermissions();
@@ -281,7 +295,7 @@ TEST(ConsoleUsers, AnUnwritableFileOrFolderIsReported) {
 
 TEST(ConsoleUsers, WithClosedStandardStreamsNoMessageEndsUpInTheFile) {
     const Root root;
-    const ChildResult child = test::runConsole({}, "debug on PW\npassword root secret\n", [&] {
+    const ChildResult child = test::runConsole({}, "debug on PW\npassword root -\nsecret\n", [&] {
         setenv("VX_ROOT", root.directory().path().c_str(), 1);
         close(STDOUT_FILENO);
         close(STDERR_FILENO);
@@ -307,36 +321,97 @@ TEST(ConsoleUsers, TheFileKeepsItsPermissions) {
 
 TEST(ConsoleUsers, APasswordIsHashedAsThePlatformHashesIt) {
     const Root root;
-    expectQuiet(root.run("password monitor \"s3cret $(words)\"\n"));
+    expectQuiet(root.run("password monitor -\ns3cret $(words)\n"));
     const std::string hash = hashOf(root.entries(), "monitor");
     ASSERT_EQ(hash.compare(0, 3, "$1$"), 0) << root.entries();
     ASSERT_EQ(hash.find('$', 3), 11U);
-    const std::string salt = hash.substr(3, 8);
-    const ChildResult peer = test::runInChild([&] {
-        execlp("openssl", "openssl", "passwd", "-1", "-salt", salt.c_str(), "s3cret $(words)",
-               static_cast<char*>(nullptr));
-        return 127;
-    });
-    if (peer.status == 127)
-        GTEST_SKIP() << "openssl is not installed";
-    EXPECT_EQ(peer.out, hash + "\n");
+    expectHashOf("s3cret $(words)", hash);
     EXPECT_EQ(root.entries(), rootEntry + "monitor:" + hash + ":1000:1000:Monitor:/home/monitor:/bin/sh\n");
 }
 
 TEST(ConsoleUsers, APasswordOfAnUnknownUserIsRefused) {
     const Root root;
-    root.expectRefusal("password nobody secret", "password: nobody: no such user");
-    root.expectRefusal("password monitor", "usage: password NAME PASSWORD");
+    root.expectRefusal("password nobody -\nsecret", "password: nobody: no such user");
+    root.expectRefusal("password", "usage: password NAME [-]");
+}
+
+TEST(ConsoleUsers, APasswordIsNotGivenOnTheCommandLine) {
+    const Root root;
+    root.expectRefusal("password monitor secret",
+                       "password: a password is not given on the command line: use \"password NAME\", which asks for "
+                       "it, or \"password NAME -\", which reads a line of standard input");
+}
+
+TEST(ConsoleUsers, APasswordThatIsMissingEmptyOrHasANulByteIsRefused) {
+    const Root root;
+    root.expectRefusal("password monitor -", "password: standard input has no line with the password");
+    root.expectRefusal("password monitor -\n\n", "password: the password is empty");
+    root.expectRefusal(std::string("password monitor -\na\0b\n", 23),
+                       "password: a password must not contain a NUL byte");
+    root.expectRefusal("password monitor", "password: standard input is not a terminal: use \"password NAME -\"");
+}
+
+TEST(ConsoleUsers, APasswordIsReadFromStandardInputBesideACommandLine) {
+    const Root root;
+    const ChildResult child = test::runConsole({"-c", "password monitor -", "-c", "show user monitor"}, "secret\n",
+                                               [&] { setenv("VX_ROOT", root.directory().path().c_str(), 1); });
+    EXPECT_EQ(child.status, 0) << child.err;
+    EXPECT_EQ(hashOf(root.entries(), "monitor").compare(0, 3, "$1$"), 0);
+}
+
+TEST(ConsoleUsers, APasswordIsAskedForTwiceWithoutEcho) {
+    for (const bool isInteractive : {false, true}) {
+        const Root root;
+        const std::vector<std::string> options =
+            isInteractive ? std::vector<std::string>() : std::vector<std::string>{"-c", "password monitor"};
+        test::Pty terminal(test::consoleCommand(options), 80, 25, [&] {
+            test::setConsoleEnvironment();
+            setenv("VX_ROOT", root.directory().path().c_str(), 1);
+        });
+        if (isInteractive) {
+            terminal.expect("vx> ");
+            terminal.type("password monitor\n");
+        }
+        terminal.expect("New password: ");
+        terminal.type("s3crex\177t\n");
+        const std::string shown = terminal.expect("The same again: ");
+        terminal.type("wrong\025s3cret\n");
+        if (isInteractive) {
+            EXPECT_EQ(terminal.expect("vx> ").find("cre"), std::string::npos);
+            terminal.type("quit\n");
+        }
+        EXPECT_EQ(terminal.waitForChange().status, 0) << terminal.pending();
+        EXPECT_EQ((shown + terminal.pending()).find("cre"), std::string::npos);
+        EXPECT_TRUE(terminal.isInFormerMode());
+        const std::string hash = hashOf(root.entries(), "monitor");
+        EXPECT_EQ(hash.compare(0, 3, "$1$"), 0) << root.entries();
+        expectHashOf("s3cret", hash);
+    }
+}
+
+TEST(ConsoleUsers, TwoDifferentPasswordsAreRefused) {
+    const Root root;
+    test::Pty terminal(test::consoleCommand({"-c", "password monitor"}), 80, 25, [&] {
+        test::setConsoleEnvironment();
+        setenv("VX_ROOT", root.directory().path().c_str(), 1);
+    });
+    terminal.expect("New password: ");
+    terminal.type("one\n");
+    terminal.expect("The same again: ");
+    terminal.type("two\n");
+    EXPECT_EQ(terminal.waitForChange().status, 1);
+    EXPECT_NE(terminal.pending().find("password: the two passwords are different"), std::string::npos);
+    EXPECT_EQ(root.entries(), rootEntry + monitorEntry);
 }
 
 TEST(ConsoleUsers, NoPasswordEntersTheHistoryEvenIfMistyped) {
     const Root root;
-    const ChildResult child = root.run("password monitor s3cret1\npass monitor s3cret2\npasword monitor s3cret3\n"
+    const ChildResult child = root.run("password monitor s3cret1\npass monitor -\ns3cret2\npasword monitor s3cret3\n"
                                        "p monitor s3cret4\npassword monitor s3cret5 more\npassword nobody s3cret6\n"
                                        "password monitor \"s3cret7\nhistory\n");
     EXPECT_EQ(child.out.find("s3cret"), std::string::npos) << child.out;
     EXPECT_EQ(child.err.find("s3cret"), std::string::npos) << child.err;
-    EXPECT_EQ(child.out.compare(0, 43, "vx> password\nvx> password\nvx> pasword\nunkno"), 0) << child.out;
+    EXPECT_EQ(child.out.compare(0, 36, "vx> password\npassword: a password is"), 0) << child.out;
     EXPECT_EQ(root.entries().find("s3cret"), std::string::npos);
 }
 

@@ -141,9 +141,10 @@ void expectNoInstallation(const Tree& tree) {
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(10));
     EXPECT_EQ(child.status, 1);
     EXPECT_EQ(child.out, "");
-    EXPECT_EQ(child.err, "Packages are missing, and installing them needs root or sudo. Ask an administrator to run:\n"
-                         "    apt-get install cmake ninja-build g++ libcrypt-dev googletest\n"
-                         "vxconsole could not be built; the messages above say why.\n");
+    EXPECT_EQ(child.err,
+              "Packages are missing, and installing them needs root or sudo. Ask an administrator to run:\n"
+              "    apt-get install cmake ninja-build g++ libcrypt-dev googletest libedit-dev nlohmann-json3-dev\n"
+              "vxconsole could not be built; the messages above say why.\n");
 }
 
 // Types Ctrl-C at a set-up that shows `sign`.
@@ -163,14 +164,15 @@ TEST(SetUp, ShowsItsProgressOnAPipeOnce) {
     const ChildResult first = tree.start();
     EXPECT_EQ(first.status, 0);
     EXPECT_EQ(first.out, answerOf(geteuid()));
-    EXPECT_EQ(first.err, "Installing cmake ninja-build g++ libcrypt-dev googletest\n"
+    EXPECT_EQ(first.err, "Installing cmake ninja-build g++ libcrypt-dev googletest libedit-dev nlohmann-json3-dev\n"
                          "Get:1 http://mirror.example cmake\n"
                          "Unpacking cmake (3.25) ...\n"
                          "Building vxconsole\n"
                          "[1/2] Building CXX object main.cpp.o\n"
                          "[2/2] Linking CXX executable vxconsole\n");
     const std::string installed = tree.read("installed");
-    EXPECT_NE(installed.find("install --no-install-recommends cmake ninja-build g++ libcrypt-dev googletest"),
+    EXPECT_NE(installed.find("install --no-install-recommends cmake ninja-build g++ libcrypt-dev googletest "
+                             "libedit-dev nlohmann-json3-dev"),
               std::string::npos)
         << installed;
 }

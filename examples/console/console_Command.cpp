@@ -1,21 +1,9 @@
 #include "console_Command.h"
 
-#include <cstdarg>
-#include <cstdio>
-#include <cstdlib>
-
 namespace console {
 
-bool Invocation::fail(const char* format, ...) {
-    char* text = nullptr;
-    va_list arguments;
-    va_start(arguments, format);
-    const bool formatted = vasprintf(&text, format, arguments) >= 0;
-    va_end(arguments);
-    m_failure = formatted ? text : format;
-    if (formatted)
-        std::free(text);
-    return false;
+std::string usageOf(const Command& command) {
+    return std::string(command.name) + (*command.arguments != 0 ? " " : "") + command.arguments;
 }
 
 } // namespace console

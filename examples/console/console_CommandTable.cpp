@@ -1,167 +1,144 @@
 #include "console_CommandTable.h"
 
 #include <algorithm>
-#include <cstring>
+#include <iterator>
+#include <set>
 
-#include "console_CommandGroups.h"
+#include "console_CommandGroup.h"
 #include "ut_Arguments.h"
-#include "ut_FastSortedStringDirectory.h"
-#include "ut_StringMap.h"
 
 namespace console {
 
 namespace {
 
-constexpr const Command* groups[] = {generalCommands, fileCommands, textCommands,
-                                     systemCommands,  pathCommands, userCommands};
+const CommandGroup* const groups[] = {&generalCommands, &fileCommands, &textCommands,
+                                      &systemCommands,  &pathCommands, &userCommands};
 
-// The commands by name, and their names in alphabetical order.
-class Index {
-public:
-    Index() : m_names(0), m_commands(64) {
-        const Command* command = nullptr;
-        for (unsigned int i = 0; (command = commandAt(i)) != nullptr; ++i) {
-            m_names.Add(command->name);
-            m_commands.Add(command->name, const_cast<Command*>(command));
-        }
-    }
-
-    const Command* find(const std::string& name) {
-        const char* found = m_names.Find(name.c_str()) >= 0 ? name.c_str() : nullptr;
-        return found != nullptr ? static_cast<const Command*>(m_commands.Lookup(found)) : nullptr;
-    }
-    const char* nameAt(int i) {
-        return m_names.ElementAt(i);
-    }
-    int count() {
-        return m_names.NumElements();
-    }
-
-private:
-    utility::FastSortedStringDirectory m_names;
-    utility::StringMap m_commands;
-};
-
-Index& theIndex() {
-    static Index index;
-    return index;
+std::string firstWordOf(const Command& command) {
+    const std::string name = command.name;
+    return name.substr(0, name.find(' '));
 }
 
-unsigned int countWords(const char* name) {
-    return std::strchr(name, ' ') != nullptr ? 2 : 1;
+// Returns the second word of a name; empty if it has only one.
+std::string secondWordOf(const Command& command) {
+    const std::string name = command.name;
+    const std::size_t blank = name.find(' ');
+    return blank != std::string::npos ? name.substr(blank + 1) : "";
 }
 
-bool accepts(const Command& command, unsigned int arguments) {
-    return arguments >= command.fewest && arguments <= command.most;
+// Calls `take` for each command.
+template<typename Take>
+void forEachCommand(Take take) {
+    for (const CommandGroup* group : groups)
+        std::for_each(group->begin(), group->end(), take);
 }
 
-// Whether each of `words` is a prefix of the word of `name` at the same position.
-bool isBegunBy(const char* name, const utility::StringArray& words) {
-    for (unsigned int i = 0; *name != 0 && (i == 0 || i < words.length()); ++i) {
-        const std::size_t length = std::strcspn(name, " ");
-        const char* word = words.ElementAt(i);
-        const std::size_t given = word != nullptr ? std::strlen(word) : 0;
-        if (given == 0 || given > length || std::strncmp(name, word, given) != 0)
-            return false;
-        name += length + (name[length] == ' ' ? 1 : 0);
+// Returns the first words of all names, each once, in alphabetical order.
+std::vector<std::string> firstWords() {
+    std::set<std::string> words;
+    forEachCommand([&](const Command& command) { words.insert(firstWordOf(command)); });
+    return {words.begin(), words.end()};
+}
+
+// Returns what follows `first` in the names that begin with it, in alphabetical order; for a name of one word, an empty
+// text.
+std::vector<std::string> secondWords(const std::string& first) {
+    std::set<std::string> words;
+    forEachCommand([&](const Command& command) {
+        if (firstWordOf(command) == first)
+            words.insert(secondWordOf(command));
+    });
+    return {words.begin(), words.end()};
+}
+
+std::string nameOf(const std::string& first, const std::string& second) {
+    return second.empty() ? first : first + ' ' + second;
+}
+
+const Command* commandNamed(const std::string& name) {
+    const Command* found = nullptr;
+    forEachCommand([&](const Command& command) { found = name == command.name ? &command : found; });
+    return found;
+}
+
+// Returns the names that the words abbreviate: for a name of one word, an argument may follow it.
+std::vector<std::string> namesFor(const std::string& first, const char* second) {
+    std::vector<std::string> names;
+    for (const std::string& word : matches(firstWords(), first)) {
+        std::vector<std::string> rest = secondWords(word);
+        const bool isWhole = rest.front().empty();
+        if (second != nullptr)
+            rest = *second != 0 ? matches(rest, second) : std::vector<std::string>();
+        if (second == nullptr && isWhole)
+            rest = {""};
+        if (rest.empty() && isWhole)
+            rest.emplace_back();
+        std::transform(rest.begin(), rest.end(), std::back_inserter(names),
+                       [&](const std::string& last) { return nameOf(word, last); });
     }
-    return true;
+    return names;
 }
 
-// Returns the command with exactly this name, or null. A name of two words wins over one of a single word. A single
-// word counts only if the command accepts the remaining words as arguments: "debug of" abbreviates "debug off".
-const Command* findSpelled(const utility::StringArray& words, unsigned int* used) {
-    const char* first = words.ElementAt(0);
-    const char* second = words.ElementAt(1);
-    const Command* command = second != nullptr ? theIndex().find(std::string(first) + ' ' + second) : nullptr;
-    *used = 2;
-    if (command != nullptr || first == nullptr)
-        return command;
-    command = theIndex().find(first);
-    *used = 1;
-    return command != nullptr && accepts(*command, words.length() - 1) ? command : nullptr;
-}
-
-// The commands that match an abbreviation.
-struct Candidates {
-    unsigned int count = 0;
-    const Command* command = nullptr;
-    std::string names;
-};
-
-// Returns the commands that `words` abbreviate; with `all`, only those with every word of the name given.
-Candidates findCandidates(const utility::StringArray& words, bool all) {
-    Candidates candidates;
-    for (int i = 0; i < theIndex().count(); ++i) {
-        const char* name = theIndex().nameAt(i);
-        if (!isBegunBy(name, words) || std::strcmp(name, words.ElementAt(0)) == 0)
-            continue;
-        if (all && countWords(name) > words.length())
-            continue;
-        candidates.names += (candidates.count++ > 0 ? ", " : "") + std::string(name);
-        candidates.command = theIndex().find(name);
-    }
-    return candidates;
+std::string joined(const std::vector<std::string>& names) {
+    std::string text;
+    for (const std::string& name : names)
+        text += (text.empty() ? "" : ", ") + name;
+    return text;
 }
 
 } // namespace
 
-const Command* commandAt(unsigned int i) {
-    for (const Command* group : groups) {
-        for (const Command* command = group; command->name != nullptr; ++command, --i) {
-            if (i == 0)
-                return command;
-        }
+std::vector<std::string> matches(const std::vector<std::string>& names, const std::string& word) {
+    std::vector<std::string> found;
+    for (const std::string& name : names) {
+        if (name == word)
+            return {name};
+        if (name.compare(0, word.size(), word) == 0)
+            found.push_back(name);
     }
-    return nullptr;
+    return found;
 }
 
-const Command* findCommand(const utility::StringArray& words, unsigned int* used, std::string* problem) {
-    const Command* command = findSpelled(words, used);
-    if (command != nullptr)
-        return command;
+const Command* commandAt(unsigned int i) {
+    const Command* found = nullptr;
+    forEachCommand([&](const Command& command) { found = i-- == 0 ? &command : found; });
+    return found;
+}
+
+Lookup findCommand(const utility::StringArray& words) {
     const std::string first = words.ElementAt(0) != nullptr ? words.ElementAt(0) : "";
-    Candidates candidates = findCandidates(words, true);
-    // If the first word is a command's full name, but the number of arguments is wrong, the caller reports the usage.
-    if (candidates.count == 0 && theIndex().find(first) == nullptr)
-        candidates = findCandidates(words, false);
-    if (candidates.count == 1) {
-        *used = std::min(countWords(candidates.command->name), words.length());
-        return candidates.command;
-    }
-    if (candidates.count > 1) {
-        *problem = "ambiguous command: " + candidates.names;
-        return nullptr;
-    }
-    command = theIndex().find(first);
-    *used = 1;
-    if (command == nullptr)
-        *problem = "unknown command: " + first + " (try help)";
-    return command;
+    const char* second = words.ElementAt(1);
+    const std::vector<std::string> names = first.empty() ? std::vector<std::string>() : namesFor(first, second);
+    if (names.size() > 1)
+        return {nullptr, 0, "ambiguous command: " + joined(names)};
+    if (names.empty())
+        return {nullptr, 0, "unknown command: " + first + " (try help)"};
+    const bool hasTwoWords = names[0].find(' ') != std::string::npos;
+    return {commandNamed(names[0]), hasTwoWords && second != nullptr ? 2U : 1U, ""};
 }
 
 std::string completeCommand(const std::string& line) {
     const utility::Arguments arguments(line.c_str());
-    utility::StringArray words(arguments.ArgCount());
-    for (unsigned int i = 0; i < arguments.ArgCount(); ++i)
-        words.Append(arguments.ArgValue(i));
-    std::string common;
-    unsigned int count = 0;
-    for (int i = 0; words.length() > 0 && i < theIndex().count(); ++i) {
-        std::string name = theIndex().nameAt(i);
-        // A single word may abbreviate the first word of a name of two.
-        const bool begins = words.length() == 1
-                                ? name.compare(0, std::strlen(words[0]), words[0]) == 0
-                                : words.length() == countWords(name.c_str()) && isBegunBy(name.c_str(), words);
-        if (!begins)
-            continue;
-        if (count++ == 0)
-            common = name;
+    if (arguments.ArgCount() == 0 || arguments.ArgCount() > 2)
+        return line;
+    std::vector<std::string> names;
+    for (const std::string& first : matches(firstWords(), arguments.ArgValue(0))) {
+        for (const std::string& second : secondWords(first)) {
+            const bool isGiven = arguments.ArgCount() == 2;
+            const std::string begun = isGiven ? arguments.ArgValue(1) : "";
+            if (second.compare(0, begun.size(), begun) == 0 && (!isGiven || !second.empty()))
+                names.push_back(nameOf(first, second));
+        }
+    }
+    if (names.empty())
+        return line;
+    if (names.size() == 1)
+        return names[0] + ' ';
+    std::string common = names[0];
+    for (const std::string& name : names) {
         while (name.compare(0, common.size(), common) != 0)
             common.pop_back();
     }
-    if (count == 1)
-        return common + ' ';
     return common.size() > line.size() ? common : line;
 }
 

@@ -1,25 +1,33 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "console_Command.h"
 #include "ut_StringArray.h"
 
 namespace console {
 
-// The commands of the console, found by name. Each word of a name may be abbreviated to an unambiguous prefix. The
-// table lives as long as the program.
+// The commands of the console, found by name. The table lives as long as the program.
 //
 //     utility::StringArray words(0);
 //     words.Append("sh");
 //     words.Append("f");
-//     std::string problem;
-//     unsigned int used = 0;
-//     const console::Command* command = console::findCommand(words, &used, &problem);   // "show file", 2 words used
+//     const console::Lookup found = console::findCommand(words);   // "show file", 2 words used
 
-/// Returns the command that the first words name and stores their number in `used`. Returns null and sets `problem` if
-/// no command matches or more than one does.
-const Command* findCommand(const utility::StringArray& words, unsigned int* used, std::string* problem);
+/// What `findCommand` found.
+struct Lookup {
+    const Command* command; ///< null if no command matches, or more than one does
+    unsigned int used;      ///< the number of words that name the command
+    std::string problem;    ///< why there is no command
+};
+
+/// The rule for each word that may be abbreviated: returns the name that is equal to `word`, or else all that begin
+/// with it.
+std::vector<std::string> matches(const std::vector<std::string>& names, const std::string& word);
+
+/// Returns the command that the first words name. Each word of a name may be abbreviated; see `matches`.
+Lookup findCommand(const utility::StringArray& words);
 
 /// Returns command `i` in the order of the help; null if there are no more.
 const Command* commandAt(unsigned int i);

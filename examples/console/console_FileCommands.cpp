@@ -1,12 +1,14 @@
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
+#include <string>
 
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "console_CommandGroups.h"
+#include "console_CommandGroup.h"
 #include "console_Files.h"
 #include "ut_Debug.h"
 #include "ut_DescriptorOutputStream.h"
@@ -20,31 +22,32 @@ constexpr int bytesPerLine = 16;
 
 bool showFile(Invocation& call) {
     return readFile(call, call.word(0), [&](const char* block, int count) {
-        return call.out().SendOutputStream(block, static_cast<unsigned int>(count)) && call.isWanted();
+        call.answer().text("content", block, static_cast<std::size_t>(count));
+        return call.isWanted();
     });
 }
 
-void putDumpLine(utility::PutStream& out, unsigned long long offset, const char* bytes, int count) {
-    char line[bytesPerLine * 4 + 1] = {};
-    char* at = line;
-    for (int i = 0; i < bytesPerLine; ++i) {
-        const unsigned char byte = i < count ? static_cast<unsigned char>(bytes[i]) : 0;
-        *at++ = ' ';
-        *at++ = i < count ? utility::Debug::hexChar(static_cast<char>(byte >> 4)) : ' ';
-        *at++ = i < count ? utility::Debug::hexChar(static_cast<char>(byte & 15)) : ' ';
+void addDumpLine(Answer& answer, unsigned long long offset, const char* bytes, int count) {
+    char digits[17];
+    std::string hex;
+    std::string text;
+    std::snprintf(digits, sizeof digits, "%08llx", offset);
+    for (int i = 0; i < count; ++i) {
+        const unsigned char byte = static_cast<unsigned char>(bytes[i]);
+        hex += i > 0 ? " " : "";
+        hex += utility::Debug::hexChar(static_cast<char>(byte >> 4));
+        hex += utility::Debug::hexChar(static_cast<char>(byte & 15));
+        text += bytes[i] >= 32 && bytes[i] <= 126 ? bytes[i] : '.';
     }
-    *at = 0;
-    out.PutF("%08llx:%s  ", offset, line);
-    for (int i = 0; i < count; ++i)
-        out.PutC(bytes[i] >= 32 && bytes[i] <= 126 ? bytes[i] : '.');
-    out.PutC('\n');
+    answer.row({Value(offset).shownAs(digits), hex, text});
 }
 
 bool dump(Invocation& call) {
     unsigned long long offset = 0;
+    call.answer().table("lines", {left("offset", 8, ": "), left("bytes", bytesPerLine * 3 - 1, "  "), left("text")});
     return readFile(call, call.word(0), [&](const char* block, int count) {
         for (int at = 0; at < count; at += bytesPerLine)
-            putDumpLine(call.out(), offset + static_cast<unsigned int>(at), block + at,
+            addDumpLine(call.answer(), offset + static_cast<unsigned int>(at), block + at,
                         std::min(bytesPerLine, count - at));
         offset += static_cast<unsigned int>(count);
         return call.isWanted();
@@ -92,11 +95,12 @@ bool copy(Invocation& call) {
     return true;
 }
 
+constexpr Command commands[] = {{"show file", "PATH", "show a text file", 1, 1, showFile},
+                                {"dump", "PATH", "show a file in hexadecimal", 1, 1, dump},
+                                {"copy", "FROM TO", "copy a file", 2, 2, copy}};
+
 } // namespace
 
-constexpr Command fileCommands[] = {{"show file", "PATH", "show a text file", 1, 1, showFile},
-                                    {"dump", "PATH", "show a file in hexadecimal", 1, 1, dump},
-                                    {"copy", "FROM TO", "copy a file", 2, 2, copy},
-                                    {nullptr, nullptr, nullptr, 0, 0, nullptr}};
+constexpr CommandGroup fileCommands("Files", commands);
 
 } // namespace console

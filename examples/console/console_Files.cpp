@@ -4,7 +4,25 @@
 #include <cerrno>
 #include <cstring>
 
+#include "ut_DirIterator.h"
+
 namespace console {
+
+std::vector<std::string> namesIn(const std::string& directory, std::string* failure) {
+    std::vector<std::string> names;
+    utility::DirIterator entries(directory.c_str(), "[!.]*");
+    if (!entries.open()) {
+        if (errno != ENOENT && failure->empty())
+            *failure = directory + ": " + std::strerror(errno);
+        return names;
+    }
+    for (const char* name = entries.getFirst(nullptr); name != nullptr; name = entries.getNext())
+        names.emplace_back(name);
+    if (entries.inError() && failure->empty())
+        *failure = directory + ": cannot be read to its end";
+    std::sort(names.begin(), names.end());
+    return names;
+}
 
 std::string firstLineOf(const std::string& path, std::string* failure) {
     utility::FileInputStream file(path.c_str());

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstring>
+#include <string>
+#include <vector>
 
 #include "console_Command.h"
 #include "ut_FileInputStream.h"
@@ -32,5 +34,11 @@ bool readFile(Invocation& call, const char* path, Take take) {
 /// there is no such file, or if it cannot be read.
 /// - `failure`: set to the path and the reason if the file exists but cannot be read, unless it is set already
 std::string firstLineOf(const std::string& path, std::string* failure);
+
+/// Returns the names in a directory in alphabetical order, without those that begin with a dot; none if there is no
+/// such directory.
+/// - `failure`: set to the path and the reason if the directory exists but cannot be read to its end, unless it is set
+///   already
+std::vector<std::string> namesIn(const std::string& directory, std::string* failure);
 
 } // namespace console

@@ -2,8 +2,11 @@
 #include <cerrno>
 #include <cstring>
 #include <string>
+#include <vector>
 
-#include "console_CommandGroups.h"
+#include <unistd.h>
+
+#include "console_CommandGroup.h"
 #include "console_CommandTable.h"
 #include "fw_StableStringRepository.h"
 #include "ut_Debug.h"
@@ -23,35 +26,38 @@ bool help(Invocation& call) {
     std::size_t width = 0;
     const Command* command = nullptr;
     for (unsigned int i = 0; (command = commandAt(i)) != nullptr; ++i)
-        width = std::max(width, std::strlen(command->name) + 1 + std::strlen(command->arguments));
+        width = std::max(width, usageOf(*command).size());
+    call.answer().table("commands", {left("usage", static_cast<unsigned int>(width), "  "), left("summary")});
     bool found = false;
     for (unsigned int i = 0; (command = commandAt(i)) != nullptr; ++i) {
-        const std::string usage = std::string(command->name) + " " + command->arguments;
+        const std::string usage = usageOf(*command) + (*command->arguments == 0 ? " " : "");
         if (usage.compare(0, beginning.size(), beginning) != 0)
             continue;
         found = true;
-        call.out().PutF("%-*s  %s\n", static_cast<int>(width), usage.c_str(), command->summary);
+        call.answer().row({usageOf(*command), command->summary});
     }
     return found || call.fail("%s: no such command (try help)", beginning.c_str());
 }
 
 bool showEnvironment(Invocation& call) {
-    utility::Environment::globalInformation(call.out(), 0);
+    call.answer().table("variables", {left("name", 0, "="), left("value")});
+    for (char** variable = environ; *variable != nullptr; ++variable) {
+        const std::string text = *variable;
+        const std::size_t end = std::min(text.find('='), text.size());
+        call.answer().row({text.substr(0, end), text.substr(std::min(end + 1, text.size()))});
+    }
     return true;
 }
 
-bool isAnySwitchOn() {
-    stringtoken n = 0;
-    while (n <= lastSwitch && !utility::Debug::isDebugOn(n))
-        ++n;
-    return n <= lastSwitch;
-}
-
 bool showSwitches(Invocation& call) {
-    if (!isAnySwitchOn())
-        call.out().PutS("no debug switch is on");
-    utility::Debug::debugState(&call.out());
-    call.out().PutC('\n');
+    std::vector<std::string> names;
+    for (stringtoken n = 0; n <= lastSwitch; ++n) {
+        const char* name = utility::Debug::isDebugOn(n) ? strings::StringRepository::toString(n) : nullptr;
+        if (name != nullptr)
+            names.emplace_back(name);
+    }
+    const Value switches(names);
+    call.answer().line("switches", names.empty() ? switches.shownAs("no debug switch is on") : switches);
     return true;
 }
 
@@ -71,8 +77,8 @@ bool setSwitchOff(Invocation& call) {
 }
 
 bool history(Invocation& call) {
-    const std::string text = call.history().text();
-    call.out().SendOutputStream(text.data(), static_cast<unsigned int>(text.size()));
+    const std::string text = call.terminal().history().text();
+    call.answer().text("text", text.data(), text.size());
     return true;
 }
 
@@ -87,9 +93,7 @@ bool quit(Invocation& call) {
     return true;
 }
 
-} // namespace
-
-constexpr Command generalCommands[] = {
+constexpr Command commands[] = {
     {"help", "[COMMAND]", "list all commands, or those that begin with COMMAND", 0, 2, help},
     {"show environment", "", "show the environment of this process", 0, 0, showEnvironment},
     {"set", "NAME VALUE", "set an environment variable of this process", 2, 2, setVariable},
@@ -97,7 +101,10 @@ constexpr Command generalCommands[] = {
     {"debug", "", "show the debug switches that are on", 0, 0, showSwitches},
     {"debug on", "NAME", "turn a debug switch on", 1, 1, setSwitchOn},
     {"debug off", "NAME", "turn a debug switch off", 1, 1, setSwitchOff},
-    {"quit", "", "leave the console", 0, 0, quit},
-    {nullptr, nullptr, nullptr, 0, 0, nullptr}};
+    {"quit", "", "leave the console", 0, 0, quit}};
+
+} // namespace
+
+constexpr CommandGroup generalCommands("The console", commands);
 
 } // namespace console

@@ -6,7 +6,7 @@
 
 #include <sys/stat.h>
 
-#include "console_CommandGroups.h"
+#include "console_CommandGroup.h"
 #include "ut_DirIterator.h"
 #include "ut_Misc.h"
 #include "ut_Path.h"
@@ -40,6 +40,7 @@ bool list(Invocation& call) {
     const bool isReadToEnd = !entries.inError();
     std::string failure;
     std::sort(names.begin(), names.end());
+    call.answer().table("entries", {left("type", 9), right("size", 20), left("name")});
     for (const std::string& name : names) {
         struct stat status = {};
         char size[32];
@@ -50,9 +51,9 @@ bool list(Invocation& call) {
                 failure = path + ": " + std::strerror(errno);
             continue;
         }
-        call.out().PutF("%-9s %20s %s\n", typeOf(status.st_mode),
-                        utility::Misc::toDecimal(static_cast<long long>(status.st_size), size, sizeof size),
-                        name.c_str());
+        const long long bytes = status.st_size;
+        call.answer().row(
+            {typeOf(status.st_mode), Value(bytes).shownAs(utility::Misc::toDecimal(bytes, size, sizeof size)), name});
     }
     if (!isReadToEnd)
         return call.fail("%s: cannot be read to its end", call.word(0));
@@ -61,12 +62,16 @@ bool list(Invocation& call) {
 
 bool showPath(Invocation& call) {
     utility::Path path(call.word(0));
-    call.out().PutF("directory  %s\nfile       %s\nextension  %s\n", path.getPath(), path.getFile(),
-                    path.getExtension());
+    call.answer().field("directory", path.getPath());
+    call.answer().field("file", path.getFile());
+    call.answer().field("extension", path.getExtension());
+    call.answer().table("components", {right("index", 9, "  "), left("name")});
     for (unsigned int i = 0; i < path.componentCount(); ++i)
-        call.out().PutF("%9u  %s\n", i, path.component(i) != nullptr ? path.component(i) : "");
-    const bool valid = path.isValid();
-    call.out().PutF("normal     %s%s\n", path.getValue(), valid ? "" : " (leaves its root)");
+        call.answer().row({i, path.component(i) != nullptr ? path.component(i) : ""});
+    const bool leavesRoot = !path.isValid();
+    const std::string normal = path.getValue();
+    call.answer().field("normal", Value(normal).shownAs(normal + (leavesRoot ? " (leaves its root)" : "")));
+    call.answer().detail("leavesRoot", leavesRoot);
     return true;
 }
 
@@ -75,31 +80,28 @@ bool find(Invocation& call) {
     path.setFullFile(call.word(0));
     if (!path.find(call.word(1)))
         return call.fail("%s: not found in %s", call.word(0), call.word(1));
-    call.out().PutF("%s\n", path.getValue());
+    call.answer().line("path", path.getValue());
     return true;
-}
-
-void showPart(Invocation& call, const char* name, const char* part) {
-    call.out().PutF("%-10s %s\n", name, part != nullptr ? part : "-");
 }
 
 bool showUrl(Invocation& call) {
     utility::URL url(call.word(0));
-    showPart(call, "scheme", url.GetScheme());
-    showPart(call, "authority", url.GetAuthority());
-    showPart(call, "path", url.GetPath());
-    showPart(call, "query", url.GetQuery());
-    showPart(call, "decoded", url.GetValue());
+    call.answer().field("scheme", url.GetScheme());
+    call.answer().field("authority", url.GetAuthority());
+    call.answer().field("path", url.GetPath());
+    call.answer().field("query", url.GetQuery());
+    call.answer().field("decoded", url.GetValue());
     return true;
 }
 
-} // namespace
-
-constexpr Command pathCommands[] = {
+constexpr Command commands[] = {
     {"ls", "DIRECTORY [PATTERN]", "list a directory", 1, 2, list},
     {"path", "TEXT", "show the parts of a path and its normal form", 1, 1, showPath},
     {"find", "FILE PATHLIST", "find a file in a colon-separated list of directories", 2, 2, find},
-    {"url", "TEXT", "show the parts of a URL, decoded", 1, 1, showUrl},
-    {nullptr, nullptr, nullptr, 0, 0, nullptr}};
+    {"url", "TEXT", "show the parts of a URL, decoded", 1, 1, showUrl}};
+
+} // namespace
+
+constexpr CommandGroup pathCommands("Paths and URLs", commands);
 
 } // namespace console

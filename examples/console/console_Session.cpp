@@ -6,8 +6,10 @@
 
 #include "console_CommandTable.h"
 #include "console_EscapingOutputStream.h"
+#include "console_JsonAnswer.h"
 #include "console_Pager.h"
 #include "console_SignalStack.h"
+#include "console_TextAnswer.h"
 #include "fw_Exception.h"
 #include "fw_ThreadInfo.h"
 #include "ut_Arguments.h"
@@ -60,8 +62,16 @@ struct Session::Request {
     utility::StringArray words{0};
 };
 
-Session::Session(TerminalConsole& terminal, bool paged)
-    : m_terminal(terminal), m_paged(paged), m_ended(false), m_pool(elementCount, elementSize) {}
+// What a command that was run, or was not found, leaves.
+struct Session::Outcome {
+    const Command* command = nullptr;
+    bool succeeded = false;
+    bool ends = false;
+    std::string failure;
+};
+
+Session::Session(TerminalConsole& terminal, const Settings& settings)
+    : m_terminal(terminal), m_settings(settings), m_ended(false), m_pool(elementCount, elementSize) {}
 
 Session::~Session() {
     if (!m_worker.joinable())
@@ -102,36 +112,44 @@ void Session::giveBack(utility::BufferStreamElement* element) {
     m_pool.UnLock();
 }
 
-bool Session::run(const std::string& line, std::string* failure) {
+// Ends a command that cannot be passed to the worker, which does not use the terminal now.
+Session::Result Session::refuse(const std::string& failure) {
+    if (m_settings.isJson) {
+        const std::string object = JsonAnswer().object(nullptr, failure.c_str());
+        m_terminal.outputStream().SendOutputStream(object.data(), static_cast<unsigned int>(object.size()));
+    }
+    return {false, failure};
+}
+
+Session::Result Session::run(const std::string& line) {
     // The command would end at the NUL byte: refuse it rather than run a part of it.
-    if (line.find('\0') != std::string::npos) {
-        *failure = "a command must not contain a NUL byte";
-        return false;
-    }
+    if (line.find('\0') != std::string::npos)
+        return refuse("a command must not contain a NUL byte");
+    const std::size_t first = line.find_first_not_of(" \t");
+    if (first != std::string::npos && line[first] == '#')
+        return {};
     utility::Arguments arguments(line.c_str());
-    if (arguments.quoteUnmatched()) {
-        *failure = "a quote is not closed";
-        return false;
-    }
+    if (arguments.quoteUnmatched())
+        return refuse("a quote is not closed");
     utility::StringArray words(arguments.ArgCount());
     for (unsigned int i = 0; i < arguments.ArgCount(); ++i)
         words.Append(arguments.ArgValue(i));
     if (words.length() == 0)
-        return true;
-    if (!startWorker(failure))
-        return false;
+        return {};
+    std::string failure;
+    if (!startWorker(&failure))
+        return refuse(failure);
 
     utility::BufferStreamElement* element = takeElement();
-    bool succeeded = false;
-    if (writeRequest(*element, line.c_str(), words)) {
-        send(m_requests, element);
-        element = receive(m_answers);
-        succeeded = readAnswer(*element, failure);
-    } else {
-        *failure = "the command is too long";
+    if (!writeRequest(*element, line.c_str(), words)) {
+        giveBack(element);
+        return refuse("the command is too long");
     }
+    send(m_requests, element);
+    element = receive(m_answers);
+    const Result result = readAnswer(*element);
     giveBack(element);
-    return succeeded;
+    return result;
 }
 
 bool Session::writeRequest(utility::BufferStreamElement& element, const char* line, utility::StringArray& words) {
@@ -150,16 +168,14 @@ bool Session::writeRequest(utility::BufferStreamElement& element, const char* li
     return true;
 }
 
-bool Session::readAnswer(utility::BufferStreamElement& element, std::string* failure) {
+Session::Result Session::readAnswer(utility::BufferStreamElement& element) {
     unsigned int succeeded = 0;
     unsigned int ends = 0;
     element.GetParmUint32(&succeeded);
     element.GetParmUint32(&ends);
-    const char* text = element.GetParmString();
-    if (text != nullptr)
-        *failure = text;
+    const char* failure = element.GetParmString();
     m_ended = ends != 0;
-    return succeeded != 0;
+    return {succeeded != 0, failure != nullptr ? failure : ""};
 }
 
 void Session::work() {
@@ -184,86 +200,101 @@ bool Session::serve(utility::BufferStreamElement& element) {
     element.GetParmUint32(&kind);
     if (kind != REQUEST_COMMAND)
         return false;
-    std::string failure;
-    bool succeeded = false;
-    bool ends = false;
+    Outcome outcome;
     try {
         Request request;
         element.GetParmSint32(&request.width);
         element.GetParmSint32(&request.height);
         request.line = element.GetParmString();
         element.GetParmStringArray(request.words);
-        succeeded = answer(request, &failure, &ends);
+        outcome = answer(request);
     } catch (const std::exception& failed) {
-        failure = failed.what();
+        outcome.failure = failed.what();
     }
 
     element.Rewind();
-    element.PutParmUint32(succeeded ? 1 : 0);
-    element.PutParmUint32(ends ? 1 : 0);
-    element.PutParmString(failure.c_str());
+    element.PutParmUint32(outcome.succeeded ? 1 : 0);
+    element.PutParmUint32(outcome.ends ? 1 : 0);
+    element.PutParmString(outcome.failure.c_str());
     return true;
 }
 
-bool Session::answer(Request& request, std::string* failure, bool* ends) {
-    bool succeeded = false;
-    if (m_paged) {
+Session::Outcome Session::answer(Request& request) {
+    Outcome outcome;
+    if (m_settings.isPaged) {
         Pager pages(m_terminal, request.width, request.height, outputSize, outputThreshold);
-        succeeded = answerTo(pages, request, failure, ends);
+        outcome = answerTo(pages, request);
     } else {
-        succeeded = answerTo(m_terminal.outputStream(), request, failure, ends);
+        outcome = answerTo(m_terminal.outputStream(), request);
     }
     m_terminal.setAnswering(false);
-    *failure = oneLine(*failure);
-    if (!succeeded)
-        m_terminal.history().addLines(*failure);
-    if (m_terminal.outputError() == 0)
-        return succeeded;
-    *failure = std::string("standard output: ") + std::strerror(m_terminal.outputError());
-    return false;
+    if (!outcome.succeeded)
+        m_terminal.history().addLines(outcome.failure);
+    if (m_terminal.outputError() != 0) {
+        outcome.succeeded = false;
+        outcome.failure = std::string("standard output: ") + std::strerror(m_terminal.outputError());
+    }
+    return outcome;
 }
 
 // Escapes before the pager counts columns, because an escaped byte takes more of them.
-bool Session::answerTo(framework::OutputStream& target, Request& request, std::string* failure, bool* ends) {
+Session::Outcome Session::answerTo(framework::OutputStream& target, Request& request) {
     EscapingOutputStream escaping(target);
     framework::OutputStream& shown = m_terminal.isShownByTerminal() ? escaping : target;
     utility::VirtualPutStream out(shown, outputSize, outputThreshold);
     // When paged, send each block at once so that the user sees it.
-    out.setHoldOutput(!m_paged);
-    const bool succeeded = runCommand(request, out, failure, ends);
+    out.setHoldOutput(!m_settings.isPaged);
+    Outcome outcome;
+    if (m_settings.isJson) {
+        outcome = answerInJson(out, request);
+    } else {
+        TextAnswer text(out);
+        outcome = runCommand(request, text);
+    }
     out.EndOutputStream();
-    return succeeded;
+    return outcome;
 }
 
-bool Session::runCommand(Request& request, utility::PutStream& out, std::string* failure, bool* ends) {
-    unsigned int used = 0;
-    const Command* command = findCommand(request.words, &used, failure);
+Session::Outcome Session::answerInJson(utility::PutStream& out, Request& request) {
+    JsonAnswer json;
+    const Outcome outcome = runCommand(request, json);
+    const std::string object = json.object(outcome.command != nullptr ? outcome.command->name : nullptr,
+                                           outcome.succeeded ? nullptr : outcome.failure.c_str());
+    out.SendOutputStream(object.data(), static_cast<unsigned int>(object.size()));
+    return outcome;
+}
+
+Session::Outcome Session::runCommand(Request& request, Answer& answer) {
+    Outcome outcome;
+    const Lookup found = findCommand(request.words);
+    outcome.command = found.command;
     // An unknown command may be a mistyped `password`: keep its arguments out of the history.
-    const Remembered remembered = command != nullptr ? command->remembered : REMEMBER_NAME;
-    const std::string name = command != nullptr ? command->name : request.words[0];
-    Invocation call(request.words, used, out, m_terminal.history());
+    const Remembered remembered = found.command != nullptr ? found.command->remembered : REMEMBER_NAME;
+    const std::string name = found.command != nullptr ? found.command->name : request.words[0];
     if (remembered != REMEMBER_NOTHING)
         m_terminal.history().addLines("vx> " + (remembered == REMEMBER_ALL ? request.line : name));
-    if (command == nullptr)
-        return false;
-    if (call.wordCount() < command->fewest || call.wordCount() > command->most) {
-        *failure = std::string("usage: ") + command->name + (*command->arguments != 0 ? " " : "") + command->arguments;
-        return false;
+    if (found.command == nullptr) {
+        outcome.failure = oneLine(found.problem);
+        return outcome;
+    }
+    Invocation call(request.words, found.used, answer, m_terminal, m_settings);
+    if (call.wordCount() < found.command->fewest || call.wordCount() > found.command->most) {
+        outcome.failure = "usage: " + usageOf(*found.command);
+        return outcome;
     }
     m_terminal.setAnswering(remembered != REMEMBER_NOTHING);
-    bool succeeded = false;
     try {
-        succeeded = command->run(call);
+        outcome.succeeded = found.command->run(call);
     } catch (framework::Exception* caught) {
         const std::unique_ptr<framework::Exception> thrown(caught);
         call.fail("failure %u at %s:%d: %s", thrown->code(), thrown->file(), thrown->line(), thrown->message());
     } catch (const std::exception& failed) {
         call.fail("%s", failed.what());
     }
-    *ends = call.ends();
-    if (!succeeded)
-        *failure = std::string(command->name) + ": " + call.failure();
-    return succeeded;
+    outcome.ends = call.ends();
+    if (!outcome.succeeded)
+        outcome.failure = oneLine(name + ": " + call.failure());
+    return outcome;
 }
 
 } // namespace console

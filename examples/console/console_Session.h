@@ -3,6 +3,8 @@
 #include <string>
 #include <thread>
 
+#include "console_Answer.h"
+#include "console_Settings.h"
 #include "console_TerminalConsole.h"
 #include "ut_BufferStreamList.h"
 #include "ut_BufferStreamQueue.h"
@@ -18,21 +20,26 @@ namespace console {
 /// is not owned and must outlive the session. If its output is a terminal, control characters in answers are escaped.
 /// One thread at a time calls `run`, which starts the worker unless it is running.
 ///
-///     console::Session session(terminal, true);
-///     std::string failure;
-///     if (!session.run("show file /etc/hosts", &failure)) report(failure);
+///     console::Session session(terminal, console::Settings());
+///     const console::Session::Result result = session.run("show file /etc/hosts");
+///     if (!result.succeeded) report(result.failure);
 class Session {
 public:
-    /// If `paged`, answers stop after each full page of the terminal.
-    Session(TerminalConsole& terminal, bool paged);
+    /// How a command ended.
+    struct Result {
+        bool succeeded = true;
+        std::string failure; ///< why the command failed, as one line
+    };
+
+    Session(TerminalConsole& terminal, const Settings& settings);
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
     /// Ends the worker thread and waits for it.
     ~Session();
 
-    /// Runs the command in `line` and shows its answer. Returns false, with one line in `failure`, if the command
-    /// failed. Returns true for an empty line, without doing anything.
-    bool run(const std::string& line, std::string* failure);
+    /// Runs the command in `line` and shows its answer. Does nothing if the line is empty or a comment, which begins
+    /// with '#'.
+    Result run(const std::string& line);
     /// Whether a command has requested that the console exit.
     bool isEnded() const {
         return m_ended;
@@ -40,21 +47,24 @@ public:
 
 private:
     struct Request;
+    struct Outcome;
 
+    Result refuse(const std::string& failure);
     bool startWorker(std::string* failure);
     utility::BufferStreamElement* takeElement();
     void giveBack(utility::BufferStreamElement* element);
     bool writeRequest(utility::BufferStreamElement& element, const char* line, utility::StringArray& words);
-    bool readAnswer(utility::BufferStreamElement& element, std::string* failure);
+    Result readAnswer(utility::BufferStreamElement& element);
 
     void work();
     bool serve(utility::BufferStreamElement& element);
-    bool answer(Request& request, std::string* failure, bool* ends);
-    bool answerTo(framework::OutputStream& target, Request& request, std::string* failure, bool* ends);
-    bool runCommand(Request& request, utility::PutStream& out, std::string* failure, bool* ends);
+    Outcome answer(Request& request);
+    Outcome answerTo(framework::OutputStream& target, Request& request);
+    Outcome answerInJson(utility::PutStream& out, Request& request);
+    Outcome runCommand(Request& request, Answer& answer);
 
     TerminalConsole& m_terminal;
-    const bool m_paged;
+    const Settings m_settings;
     bool m_ended;
     utility::BufferStreamList m_pool;
     utility::BufferStreamQueue m_requests;

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <map>
@@ -15,8 +16,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "console_CommandGroups.h"
+#include "console_CommandGroup.h"
+#include "console_ContextFolder.h"
 #include "console_Files.h"
+#include "ut_BufferStream.h"
 #include "ut_DateTime.h"
 #include "ut_Debug.h"
 #include "ut_DirIterator.h"
@@ -36,26 +39,6 @@ constexpr unsigned int iscsiPort = 3260;
 constexpr long long bytesPerSector = 512;
 constexpr const char* blockDevices = "/sys/block";
 constexpr const char* fibreChannelHosts = "/sys/class/fc_host";
-
-// Returns the names in a directory in alphabetical order, without those that begin with a dot; none if there is no
-// such directory.
-// - `failure`: set to the path and the reason if the directory exists but cannot be read to its end, unless it is set
-//   already
-std::vector<std::string> namesIn(const char* directory, std::string* failure) {
-    std::vector<std::string> names;
-    utility::DirIterator entries(directory, "[!.]*");
-    if (!entries.open()) {
-        if (errno != ENOENT && failure->empty())
-            *failure = std::string(directory) + ": " + std::strerror(errno);
-        return names;
-    }
-    for (const char* name = entries.getFirst(nullptr); name != nullptr; name = entries.getNext())
-        names.emplace_back(name);
-    if (entries.inError() && failure->empty())
-        *failure = std::string(directory) + ": cannot be read to its end";
-    std::sort(names.begin(), names.end());
-    return names;
-}
 
 struct Interface {
     std::string mac;
@@ -82,6 +65,16 @@ void addAddress(Interface& interface, const sockaddr* address) {
     }
 }
 
+// Returns the addresses of an interface, each with the port of iSCSI.
+Value portalsOf(const Interface& interface) {
+    std::vector<std::string> portals;
+    for (unsigned int i = 0; i < interface.addresses.length(); ++i) {
+        char text[80];
+        portals.emplace_back(interface.addresses[i]->toBuffer(text, sizeof text));
+    }
+    return portals.empty() ? Value(portals).shownAs("") : Value(portals);
+}
+
 bool showPorts(Invocation& call) {
     ifaddrs* list = nullptr;
     if (getifaddrs(&list) != 0)
@@ -93,42 +86,50 @@ bool showPorts(Invocation& call) {
         if (entry->ifa_addr != nullptr)
             addAddress(interface, entry->ifa_addr);
     }
-    for (const auto& entry : interfaces) {
-        const Interface& interface = entry.second;
-        call.out().PutF("%-12s %-*s", entry.first.c_str(), interface.addresses.length() > 0 ? 18 : 0,
-                        interface.mac.empty() ? "-" : interface.mac.c_str());
-        interface.addresses.toPutStream(call.out());
-        call.out().PutC('\n');
-    }
+    call.answer().table("ports", {left("name", 12), left("address", 17), left("portals")});
+    for (const auto& [name, interface] : interfaces)
+        call.answer().row({name, interface.mac.empty() ? Value() : Value(interface.mac), portalsOf(interface)});
     std::string failure;
-    for (const std::string& host : namesIn(fibreChannelHosts, &failure)) {
-        const std::string name = firstLineOf(std::string(fibreChannelHosts) + '/' + host + "/port_name", &failure);
+    const std::string hosts = call.systemPath(fibreChannelHosts);
+    for (const std::string& host : namesIn(hosts, &failure)) {
+        const std::string name = firstLineOf(hosts + '/' + host + "/port_name", &failure);
         const utility::WWN wwn(name.compare(0, 2, "0x") == 0 ? name.c_str() + 2 : name.c_str());
-        call.out().PutF("%-12s ", host.c_str());
-        wwn.toPutStream(call.out());
-        call.out().PutC('\n');
+        char text[40];
+        call.answer().row({host, wwn.toBuffer(text, sizeof text), std::vector<std::string>()});
     }
     return failure.empty() || call.fail("%s", failure.c_str());
 }
 
+// Returns a size with three and with four significant digits, at the right edges of two columns.
+std::string sizeText(long long size) {
+    char three[40];
+    char four[40];
+    char both[82];
+    utility::Misc::toDSdecimal(size, 3, three, sizeof three);
+    utility::Misc::toDSdecimal(size, 4, four, sizeof four);
+    std::snprintf(both, sizeof both, "%10s %11s", three, four);
+    return both;
+}
+
+Value kindOf(const std::string& rotational) {
+    if (rotational == "1")
+        return "rotational";
+    return rotational == "0" ? Value("solid") : Value();
+}
+
 bool showDisks(Invocation& call) {
-    call.out().PutF("%-12s %10s %11s  %-10s %s\n", "NAME", "SIZE", "", "KIND", "MODEL");
+    call.answer().table("disks", {left("name", 12), left("size", 22, "  "), left("kind", 10), left("model")},
+                        Answer::WITH_TITLES);
     std::string failure;
-    for (const std::string& name : namesIn(blockDevices, &failure)) {
-        const std::string folder = std::string(blockDevices) + '/' + name;
+    const std::string devices = call.systemPath(blockDevices);
+    for (const std::string& name : namesIn(devices, &failure)) {
+        const std::string folder = devices + '/' + name;
         const std::string sectors = firstLineOf(folder + "/size", &failure);
         const long long size = std::strtoll(sectors.c_str(), nullptr, 10) * bytesPerSector;
         const std::string model = firstLineOf(folder + "/device/model", &failure);
-        char three[40];
-        char four[40];
-        utility::Misc::toDSdecimal(size, 3, three, sizeof three);
-        utility::Misc::toDSdecimal(size, 4, four, sizeof four);
         const std::string rotational = firstLineOf(folder + "/queue/rotational", &failure);
-        call.out().PutF("%-12s %10s %11s  %-10s %s\n", name.c_str(), three, four,
-                        rotational == "1"   ? "rotational"
-                        : rotational == "0" ? "solid"
-                                            : "-",
-                        model.empty() ? "-" : model.c_str());
+        call.answer().row(
+            {name, Value(size).shownAs(sizeText(size)), kindOf(rotational), model.empty() ? Value() : Value(model)});
     }
     return failure.empty() || call.fail("%s", failure.c_str());
 }
@@ -137,82 +138,33 @@ bool date(Invocation& call) {
     const utility::DateTime now = utility::DateTime::Now();
     if (!now.getEpochValid())
         return call.fail("the clock cannot be read");
-    now.ToBuffer(call.out());
-    call.out().PutC('\n');
+    utility::BufferStream text(100);
+    now.ToBuffer(text);
+    call.answer().line("date", std::string(text.pTail(), static_cast<std::size_t>(text.ReadAvailable())));
     return true;
 }
 
 bool uptime(Invocation& call) {
+    const std::string path = call.systemPath("/proc/uptime");
     std::string failure;
-    const std::string text = firstLineOf("/proc/uptime", &failure);
+    const std::string text = firstLineOf(path, &failure);
     if (text.empty())
-        return call.fail("%s", failure.empty() ? "/proc/uptime cannot be read" : failure.c_str());
+        return call.fail("%s", failure.empty() ? (path + " cannot be read").c_str() : failure.c_str());
     const double seconds = std::strtod(text.c_str(), nullptr);
     char duration[20];
     utility::TimeMeasure::printDurationMillisec(static_cast<int64_t>(seconds * 1e6), duration, sizeof duration);
-    call.out().PutF("%s\n", duration);
+    call.answer().line("seconds", Value(seconds).shownAs(duration));
     return true;
 }
-
-// A temporary folder for context files. The destructor removes it and the files, unless `remove` did.
-class ContextFolder {
-public:
-    ContextFolder() : m_made(false) {
-        const char* folder = utility::Environment::GetEnv("TMPDIR");
-        const char* former = utility::Environment::GetEnv("VX_MEM");
-        m_hadRoot = former != nullptr;
-        m_formerRoot = m_hadRoot ? former : "";
-        m_root = std::string(folder != nullptr && *folder != 0 ? folder : "/tmp") + "/vxconsoleXXXXXX";
-        m_made = mkdtemp(&m_root[0]) != nullptr;
-        if (m_made)
-            utility::Environment::SetEnv("VX_MEM", m_root.c_str());
-    }
-    ContextFolder(const ContextFolder&) = delete;
-    ContextFolder& operator=(const ContextFolder&) = delete;
-    ~ContextFolder() {
-        remove();
-    }
-
-    // Removes the folder. Returns false and sets `errno` if that fails.
-    bool remove() {
-        if (!m_made)
-            return true;
-        m_made = false;
-        if (m_hadRoot) {
-            utility::Environment::SetEnv("VX_MEM", m_formerRoot.c_str());
-        } else {
-            utility::Environment::UnsetEnv("VX_MEM");
-        }
-        std::string failure;
-        for (const std::string& name : names(&failure))
-            unlink((path() + '/' + name).c_str());
-        rmdir(path().c_str());
-        return rmdir(m_root.c_str()) == 0;
-    }
-
-    bool isMade() const {
-        return m_made;
-    }
-    const std::string& root() const {
-        return m_root;
-    }
-    std::string path() const {
-        return m_root + "/vxconsoleContext";
-    }
-    std::vector<std::string> names(std::string* failure) const {
-        return namesIn(path().c_str(), failure);
-    }
-
-private:
-    bool m_made;
-    bool m_hadRoot;
-    std::string m_formerRoot;
-    std::string m_root;
-};
 
 std::string contentsOf(const std::string& path) {
     utility::GetStream file(path.c_str());
     return std::string(file.pTail() != nullptr ? file.pTail() : "", static_cast<std::size_t>(file.ReadAvailable()));
+}
+
+// The row that shows the report adds a newline.
+std::string withoutLastNewline(const std::string& text) {
+    return !text.empty() && text.back() == '\n' ? text.substr(0, text.size() - 1) : text;
 }
 
 bool isWhole(const std::string& report) {
@@ -236,8 +188,9 @@ bool context(Invocation& call) {
         whole = static_cast<unsigned int>(
             std::count_if(reports.begin(), reports.end(), [](const auto& report) { return isWhole(report.second); }));
     }
+    call.answer().table("threads", {left("name", 0, "\n"), left("context")});
     for (const auto& report : reports)
-        call.out().PutF("%s\n%s", report.first.c_str(), report.second.c_str());
+        call.answer().row({report.first, withoutLastNewline(report.second)});
     const int removeError = folder.remove() ? 0 : errno;
     if (!failure.empty())
         return call.fail("%s", failure.c_str());
@@ -247,14 +200,14 @@ bool context(Invocation& call) {
            call.fail("%s: cannot be removed: %s", folder.root().c_str(), std::strerror(removeError));
 }
 
+constexpr Command commands[] = {{"show ports", "", "show network interfaces and Fibre Channel hosts", 0, 0, showPorts},
+                                {"show disks", "", "show the block devices", 0, 0, showDisks},
+                                {"date", "", "show the date and time", 0, 0, date},
+                                {"uptime", "", "show how long the system has been running", 0, 0, uptime},
+                                {"context", "", "show the back trace of every thread", 0, 0, context}};
+
 } // namespace
 
-constexpr Command systemCommands[] = {
-    {"show ports", "", "show network interfaces and Fibre Channel hosts", 0, 0, showPorts},
-    {"show disks", "", "show the block devices", 0, 0, showDisks},
-    {"date", "", "show the date and time", 0, 0, date},
-    {"uptime", "", "show how long the system has been running", 0, 0, uptime},
-    {"context", "", "show the back trace of every thread", 0, 0, context},
-    {nullptr, nullptr, nullptr, 0, 0, nullptr}};
+constexpr CommandGroup systemCommands("This machine", commands);
 
 } // namespace console

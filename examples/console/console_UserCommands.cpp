@@ -13,7 +13,9 @@
 #include <pwd.h>
 #include <unistd.h>
 
-#include "console_CommandGroups.h"
+#include "console_CommandGroup.h"
+#include "console_Secret.h"
+#include "console_UserEntry.h"
 #include "ut_Environment.h"
 #include "ut_PWService.h"
 
@@ -53,9 +55,13 @@ bool isWritable(Invocation& call) {
     return true;
 }
 
-void putUser(utility::PutStream& out, const passwd& user) {
-    out.PutF("%-16s %6u %6u %-24s %-20s %s\n", user.pw_name, user.pw_uid, user.pw_gid, user.pw_gecos, user.pw_dir,
-             user.pw_shell);
+void startUsers(Answer& answer) {
+    answer.table("users", {left("name", 16), right("userId", 6), right("groupId", 6), left("realName", 24),
+                           left("home", 20), left("shell")});
+}
+
+void addUserRow(Answer& answer, const passwd& user) {
+    answer.row({user.pw_name, user.pw_uid, user.pw_gid, user.pw_gecos, user.pw_dir, user.pw_shell});
 }
 
 // Passes each entry of the password file `name` to `take`. Returns false and sets the failure if the file cannot be
@@ -76,43 +82,16 @@ bool forEachUser(Invocation& call, const char* name, Take take) {
     return error == ENOENT || call.fail("%s: %s", name, std::strerror(error));
 }
 
-// An entry of a password file.
-class Entry {
-public:
-    explicit Entry(const passwd& user) : m_name(textOf(user.pw_name)) {
-        // A reference to another service has no numbers.
-        const bool hasNumbers = m_name.find_first_of("+-") != 0;
-        m_rest = textOf(user.pw_passwd) + ':' + (hasNumbers ? std::to_string(user.pw_uid) : "") + ':' +
-                 (hasNumbers ? std::to_string(user.pw_gid) : "") + ':' + textOf(user.pw_gecos) + ':' +
-                 textOf(user.pw_dir) + ':' + textOf(user.pw_shell);
-    }
-
-    const std::string& name() const {
-        return m_name;
-    }
-    bool operator==(const Entry& other) const {
-        return m_name == other.m_name && m_rest == other.m_rest;
-    }
-
-private:
-    static std::string textOf(const char* field) {
-        return field != nullptr ? field : "";
-    }
-
-    std::string m_name;
-    std::string m_rest;
-};
-
 // The entries of a password file. The password service does not report whether a rewrite succeeded, so they are
 // compared before and after.
-using Entries = std::vector<Entry>;
+using Entries = std::vector<UserEntry>;
 
 bool readEntries(Invocation& call, const std::string& file, Entries* entries) {
     return forEachUser(call, file.c_str(), [&](const passwd& user) { entries->emplace_back(user); });
 }
 
 bool hasUser(const Entries& entries, const char* name) {
-    return std::any_of(entries.begin(), entries.end(), [&](const Entry& entry) { return entry.name() == name; });
+    return std::any_of(entries.begin(), entries.end(), [&](const UserEntry& entry) { return entry.name() == name; });
 }
 
 // Reads the entries before a rewrite. A rewrite keeps only the entries that can be read, so it must not follow if this
@@ -140,15 +119,18 @@ bool isRewritten(Invocation& call, const Entries& before, const Entries& expecte
 }
 
 bool showUsers(Invocation& call) {
-    return forEachUser(call, utility::PWService::getFileName(), [&](const passwd& user) { putUser(call.out(), user); });
+    startUsers(call.answer());
+    return forEachUser(call, utility::PWService::getFileName(),
+                       [&](const passwd& user) { addUserRow(call.answer(), user); });
 }
 
 bool showUser(Invocation& call) {
     const char* const file = utility::PWService::getFileName();
     bool isFound = false;
+    startUsers(call.answer());
     const bool isRead = forEachUser(call, file, [&](const passwd& user) {
         if (!isFound && std::strcmp(user.pw_name, call.word(0)) == 0) {
-            putUser(call.out(), user);
+            addUserRow(call.answer(), user);
             isFound = true;
         }
     });
@@ -195,40 +177,59 @@ utility::PW* findUser(Invocation& call, const Entries& entries, const char* name
     return user;
 }
 
+// Reads the entries to which a user is added, and the first number that is free for it. Returns false, with the failure
+// set, if the name is in use or no number is left.
+bool prepareUser(Invocation& call, Entries* before, unsigned int* number) {
+    const char* name = call.word(0);
+    *number = firstUserNumber;
+    const bool isRead = forEachUser(call, utility::PWService::getFileName(), [&](const passwd& other) {
+        before->emplace_back(other);
+        if (other.pw_uid >= *number && other.pw_uid <= lastUserNumber)
+            *number = other.pw_uid + 1;
+    });
+    if (hasUser(*before, name))
+        return call.fail("user %s already exists", name);
+    if (!isRead)
+        return false;
+    return *number <= lastUserNumber ||
+           call.fail("%s: no user ID is left: %u, the largest for an ordinary user, is in use", name, lastUserNumber);
+}
+
+std::string homeOf(const char* name) {
+    return std::string("/home/") + name;
+}
+
+void fillUser(utility::PW* user, const char* name, const char* realName, unsigned int number) {
+    user->m_passwd.pw_name = user->newString(name);
+    user->m_passwd.pw_passwd = user->newString(noPassword);
+    user->m_passwd.pw_uid = number;
+    user->m_passwd.pw_gid = number;
+    user->m_passwd.pw_gecos = user->newString(realName);
+    user->m_passwd.pw_dir = user->newString(homeOf(name).c_str());
+    user->m_passwd.pw_shell = user->newString(shell);
+}
+
+// Adds `user` to the file that held `before`.
+bool storeUser(Invocation& call, const Entries& before, utility::PW* user) {
+    Entries expected = before;
+    expected.emplace_back(user->m_passwd);
+    utility::PWService::putUser(user);
+    return isRewritten(call, before, expected);
+}
+
 bool addUser(Invocation& call) {
     const char* name = call.word(0);
-    const std::string home = std::string("/home/") + name;
     const char* realName = call.wordCount() > 1 ? call.word(1) : "";
     if (!hasRoot(call) || !isWritable(call) || !isUserName(call, name) || !isField(call, realName))
         return false;
     Entries before;
-    unsigned int number = firstUserNumber;
-    const bool read = forEachUser(call, utility::PWService::getFileName(), [&](const passwd& other) {
-        before.emplace_back(other);
-        if (other.pw_uid >= number && other.pw_uid <= lastUserNumber)
-            number = other.pw_uid + 1;
-    });
-    if (hasUser(before, name))
-        return call.fail("user %s already exists", name);
-    if (!read)
-        return false;
-    if (number > lastUserNumber)
-        return call.fail("%s: no user ID is left: %u, the largest for an ordinary user, is in use", name,
-                         lastUserNumber);
-    if (!isReadable(call, {name, noPassword, realName, home.c_str(), shell}))
+    unsigned int number = 0;
+    const std::string home = homeOf(name);
+    if (!prepareUser(call, &before, &number) || !isReadable(call, {name, noPassword, realName, home.c_str(), shell}))
         return false;
     utility::PW user;
-    user.m_passwd.pw_name = user.newString(name);
-    user.m_passwd.pw_passwd = user.newString(noPassword);
-    user.m_passwd.pw_uid = number;
-    user.m_passwd.pw_gid = number;
-    user.m_passwd.pw_gecos = user.newString(realName);
-    user.m_passwd.pw_dir = user.newString(home.c_str());
-    user.m_passwd.pw_shell = user.newString(shell);
-    Entries expected = before;
-    expected.emplace_back(user.m_passwd);
-    utility::PWService::putUser(&user);
-    return isRewritten(call, before, expected);
+    fillUser(&user, name, realName, number);
+    return storeUser(call, before, &user);
 }
 
 bool deleteUser(Invocation& call) {
@@ -240,20 +241,45 @@ bool deleteUser(Invocation& call) {
         return false;
     Entries expected;
     std::copy_if(before.begin(), before.end(), std::back_inserter(expected),
-                 [&](const Entry& entry) { return entry.name() != call.word(0); });
+                 [&](const UserEntry& entry) { return entry.name() != call.word(0); });
     utility::PWService::delUser(user);
     return isRewritten(call, before, expected);
 }
 
+// Reads the line of standard input with the password. Called before anything can fail: the line must never be taken for
+// a command.
+bool readPasswordLine(Invocation& call, std::string* password) {
+    if (std::strcmp(call.word(1), "-") != 0)
+        return call.fail("a password is not given on the command line: use \"password NAME\", which asks for it, or "
+                         "\"password NAME -\", which reads a line of standard input");
+    return call.terminal().readPlainLine(password) || call.fail("standard input has no line with the password");
+}
+
+// Asks twice, because the password is not shown.
+bool askForPassword(Invocation& call, std::string* password) {
+    std::string again;
+    if (!readSecret(call, "New password: ", password) || !readSecret(call, "The same again: ", &again))
+        return false;
+    return *password == again || call.fail("the two passwords are different");
+}
+
+bool isPassword(Invocation& call, const std::string& password) {
+    if (password.find('\0') != std::string::npos)
+        return call.fail("a password must not contain a NUL byte");
+    return !password.empty() || call.fail("the password is empty");
+}
+
 bool setPassword(Invocation& call) {
     char hash[64];
+    std::string password;
     Entries before;
-    if (!canRewrite(call, &before))
+    const bool fromInput = call.wordCount() > 1;
+    if ((fromInput && !readPasswordLine(call, &password)) || !canRewrite(call, &before))
         return false;
     utility::PW* user = findUser(call, before, call.word(0));
-    if (user == nullptr)
+    if (user == nullptr || (!fromInput && !askForPassword(call, &password)) || !isPassword(call, password))
         return false;
-    if (*utility::PWService::encryptPassword(call.word(1), hash, sizeof hash) == 0)
+    if (*utility::PWService::encryptPassword(password.c_str(), hash, sizeof hash) == 0)
         return call.fail("this platform's crypt() does not support MD5 hashes");
     user->m_passwd.pw_passwd = hash;
     const passwd& fields = user->m_passwd;
@@ -261,20 +287,21 @@ bool setPassword(Invocation& call) {
         return false;
     Entries expected = before;
     std::replace_if(
-        expected.begin(), expected.end(), [&](const Entry& entry) { return entry.name() == call.word(0); },
-        Entry(fields));
+        expected.begin(), expected.end(), [&](const UserEntry& entry) { return entry.name() == call.word(0); },
+        UserEntry(fields));
     utility::PWService::putUser(user);
     return isRewritten(call, before, expected);
 }
 
-} // namespace
-
-constexpr Command userCommands[] = {
+constexpr Command commands[] = {
     {"show users", "", "show the users of the password file", 0, 0, showUsers},
     {"show user", "NAME", "show one user", 1, 1, showUser},
     {"add user", "NAME [REALNAME]", "add a user under VX_ROOT, without a password", 1, 2, addUser},
     {"delete user", "NAME", "delete a user under VX_ROOT", 1, 1, deleteUser},
-    {"password", "NAME PASSWORD", "set a user's password under VX_ROOT", 2, 2, setPassword, REMEMBER_NAME},
-    {nullptr, nullptr, nullptr, 0, 0, nullptr}};
+    {"password", "NAME [-]", "set a user's password under VX_ROOT", 1, 2, setPassword, REMEMBER_NAME}};
+
+} // namespace
+
+constexpr CommandGroup userCommands("Users", commands);
 
 } // namespace console

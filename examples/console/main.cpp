@@ -1,3 +1,4 @@
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <cstring>
@@ -6,6 +7,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "console_CommandLine.h"
 #include "console_CommandTable.h"
 #include "console_Session.h"
 #include "console_SignalStack.h"
@@ -17,17 +19,15 @@
 
 namespace {
 
-int usage(std::FILE* out) {
-    std::fputs("usage: vxconsole [-c COMMAND]\n"
-               "  -c COMMAND  run one command and exit with status 0, or 1 if it failed\n"
-               "Without -c, commands are read from the terminal or, line by line, from standard input.\n"
-               "Enter \"help\" for a list of all commands.\n",
-               out);
-    return out == stdout ? 0 : 2;
-}
-
 void report(const std::string& failure) {
     std::fprintf(stderr, "%s\n", failure.c_str());
+}
+
+int show(const char* text) {
+    if (std::fputs(text, stdout) >= 0 && std::fflush(stdout) == 0)
+        return console::exitSuccess;
+    report(std::string("standard output: ") + std::strerror(errno));
+    return console::exitFailure;
 }
 
 // Occupies the descriptors of standard streams that were closed when the process started. Otherwise the next file
@@ -59,54 +59,115 @@ void handleSignals() {
     sigaction(SIGUSR2, &action, nullptr);
 }
 
-int runOne(console::TerminalConsole& terminal, const char* line) {
-    console::Session session(terminal, false);
-    std::string failure;
-    if (session.run(line, &failure))
-        return 0;
-    report(failure);
-    return 1;
-}
+// Runs the commands of the command line, of a file or of the terminal.
+class Program {
+public:
+    Program(console::TerminalConsole& terminal, const console::CommandLine& commandLine, bool isInteractive)
+        : m_terminal(terminal),
+          m_commandLine(commandLine),
+          m_session(terminal, settingsOf(commandLine, isInteractive)),
+          m_isInteractive(isInteractive),
+          m_status(console::exitSuccess) {}
 
-// Runs each line of standard input as a command. Returns the exit status: 1 if a command failed.
-int runAll(console::TerminalConsole& terminal) {
-    console::Session session(terminal, false);
-    int status = 0;
-    std::string line;
-    while (!session.isEnded() && terminal.readPlainLine(&line)) {
-        std::string failure;
-        if (session.run(line, &failure))
-            continue;
+    // Runs all commands. Returns the exit status.
+    int run() {
+        if (m_isInteractive) {
+            runInteractively();
+            return console::exitSuccess;
+        }
+        for (const console::CommandLine::Source& source : m_commandLine.sources) {
+            if (source.isFile && source.text != "-") {
+                runFile(source.text);
+            } else if (source.isFile) {
+                runInput();
+            } else {
+                runLine(source.text);
+            }
+        }
+        if (m_commandLine.sources.empty())
+            runInput();
+        return m_status;
+    }
+
+private:
+    static console::Settings settingsOf(const console::CommandLine& commandLine, bool isInteractive) {
+        console::Settings settings = commandLine.settings;
+        settings.isPaged = isInteractive;
+        return settings;
+    }
+
+    bool goesOn() const {
+        return !m_session.isEnded() && (m_status == console::exitSuccess || !m_commandLine.stopsAtFailure);
+    }
+
+    void fail(const std::string& failure) {
         report(failure);
-        status = 1;
+        m_status = console::exitFailure;
     }
-    if (terminal.inputError() != 0) {
-        report(std::string("standard input: ") + std::strerror(terminal.inputError()));
-        status = 1;
-    }
-    return status;
-}
 
-int runInteractively(console::TerminalConsole& terminal) {
-    console::Session session(terminal, true);
-    std::string line;
-    while (!session.isEnded() && terminal.readLine("vx> ", console::completeCommand, &line)) {
-        std::string failure;
-        if (!session.run(line, &failure))
-            report(failure);
+    void runLine(const std::string& line) {
+        if (!goesOn())
+            return;
+        const console::Session::Result result = m_session.run(line);
+        if (!result.succeeded)
+            fail(result.failure);
     }
-    return 0;
-}
+
+    // Runs each line of standard input as a command.
+    void runInput() {
+        std::string line;
+        while (goesOn() && m_terminal.readPlainLine(&line))
+            runLine(line);
+        if (m_terminal.inputError() != 0)
+            fail(std::string("standard input: ") + std::strerror(m_terminal.inputError()));
+    }
+
+    void runFile(const std::string& path) {
+        if (!goesOn())
+            return;
+        const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+        if (file < 0) {
+            fail(path + ": " + std::strerror(errno));
+            return;
+        }
+        console::TerminalConsole input(file, STDOUT_FILENO, false);
+        std::string line;
+        while (goesOn() && input.readPlainLine(&line))
+            runLine(line);
+        close(file);
+        if (input.inputError() != 0)
+            fail(path + ": " + std::strerror(input.inputError()));
+    }
+
+    void runInteractively() {
+        std::string line;
+        while (!m_session.isEnded() && m_terminal.readLine("vx> ", console::completeCommand, &line)) {
+            const console::Session::Result result = m_session.run(line);
+            if (!result.succeeded)
+                report(result.failure);
+        }
+    }
+
+    console::TerminalConsole& m_terminal;
+    const console::CommandLine& m_commandLine;
+    console::Session m_session;
+    const bool m_isInteractive;
+    int m_status;
+};
 
 } // namespace
 
 int main(int argc, char** argv) {
     fillStandardDescriptors();
-    const bool hasCommand = argc == 3 && std::strcmp(argv[1], "-c") == 0;
-    if (argc == 2 && (std::strcmp(argv[1], "--help") == 0 || std::strcmp(argv[1], "-h") == 0))
-        return usage(stdout);
-    if (argc > 1 && !hasCommand)
-        return usage(stderr);
+    const console::CommandLine commandLine = console::parseCommandLine(argc, argv);
+    if (!commandLine.problem.empty()) {
+        std::fprintf(stderr, "vxconsole: %s\n%s", commandLine.problem.c_str(), console::usageText());
+        return console::exitUsage;
+    }
+    if (commandLine.asks == console::CommandLine::FOR_HELP)
+        return show(console::usageText());
+    if (commandLine.asks == console::CommandLine::FOR_VERSION)
+        return show("vxconsole " VXCONSOLE_VERSION "\n");
 
     framework::Container container;
     // Crash reports and context files are named after `argv[0]`: use a fixed name.
@@ -117,9 +178,7 @@ int main(int argc, char** argv) {
     handleSignals();
     framework::ThreadInfo::MyThreadInfo()->setThreadName("console");
     utility::Terminal::instance();
-    const bool interactive = !hasCommand && isatty(STDIN_FILENO) != 0 && isatty(STDOUT_FILENO) != 0;
-    console::TerminalConsole terminal(STDIN_FILENO, STDOUT_FILENO, interactive);
-    if (hasCommand)
-        return runOne(terminal, argv[2]);
-    return interactive ? runInteractively(terminal) : runAll(terminal);
+    const bool isInteractive = commandLine.sources.empty() && isatty(STDIN_FILENO) != 0 && isatty(STDOUT_FILENO) != 0;
+    console::TerminalConsole terminal(STDIN_FILENO, STDOUT_FILENO, isInteractive);
+    return Program(terminal, commandLine, isInteractive).run();
 }

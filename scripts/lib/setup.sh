@@ -4,7 +4,7 @@
 
 root=$(cd -- "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/../.." && pwd)
 
-build_packages=(cmake ninja-build g++ libcrypt-dev googletest)
+build_packages=(cmake ninja-build g++ libcrypt-dev googletest libedit-dev nlohmann-json3-dev)
 test_packages=(gdb openssl pkg-config python3)
 check_packages=(clang clang-format clang-tidy)
 deep_packages=(clang libclang-rt-14-dev cppcheck gcovr valgrind)
@@ -12,7 +12,7 @@ mutate_packages=(python3 util-linux)
 instructions_packages=(valgrind python3)
 bench_packages=(libfmt-dev libspdlog-dev libabsl-dev libboost-dev libglib2.0-dev libssl-dev libmsgpack-cxx-dev libprotobuf-dev
     libpocofoundation80 pkg-config python3)
-armhf_packages=(g++-arm-linux-gnueabihf gdb-multiarch qemu-user libc6:armhf libstdc++6:armhf libcrypt-dev:armhf)
+armhf_packages=(g++-arm-linux-gnueabihf gdb-multiarch qemu-user libc6:armhf libstdc++6:armhf libcrypt-dev:armhf libedit2:armhf)
 
 # Under sudo, only packages are installed as root. Everything else runs as the user who called sudo and belongs to that user.
 caller=()

@@ -55,7 +55,7 @@ constexpr Scenario scenarios[] = {
     {"show user guest", EXACT},
     {"add user new \"Real Name\"", EXACT},
     {"delete user guest", EXACT, true},
-    {"password guest secret", EXACT},
+    {"password guest -\nsecret", EXACT},
     {"show ports", EXACT},
     {"show disks", EXACT},
     {"date", NUMBERS},
