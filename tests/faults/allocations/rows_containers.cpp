@@ -18,6 +18,7 @@
 #include "ut_ListIterator.h"
 #include "ut_Map.h"
 #include "ut_MapEntity.h"
+#include "ut_MessageChannel.h"
 #include "ut_Stack.h"
 #include "ut_StringDirectory.h"
 #include "ut_StringMap.h"
@@ -455,6 +456,23 @@ std::vector<Row> poolRows() {
                  queue.enQueue(second);
                  const bool whole = queue.Count() == 2 && queue.deQueue() == second;
                  delete second;
+                 return whole;
+             });
+         }},
+        {"MessageChannel: constructor", "1238 bad_alloc",
+         [](Trial& trial) { construct<utility::MessageChannel>(trial, 2, 16); }, "the token of the source file's name"},
+        {"MessageChannel: what allocates nothing", allocatesNothing,
+         [](Trial& trial) {
+             std::optional<utility::MessageChannel> channel(std::in_place, 2, 16);
+             trial.run([&] {
+                 auto message = channel->allocate();
+                 message->PutC('x');
+                 bool whole =
+                     channel->send(std::move(message)) && channel->count() == 1 && channel->receive(1) != nullptr;
+                 whole = whole && channel->receive(0) == nullptr && !channel->isClosed();
+                 channel->close();
+                 whole = whole && channel->isAtEnd() && channel->allocate() == nullptr;
+                 channel.reset();
                  return whole;
              });
          }},

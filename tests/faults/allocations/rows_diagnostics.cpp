@@ -16,6 +16,8 @@
 #include "ut_StringArray.h"
 #include "ut_Switches.h"
 #include "ut_Terminal.h"
+#include "ut_Try.h"
+#include "ut_Version.h"
 #include "ut_Waiter.h"
 
 // Debug switches, dumps, contexts, locks and the terminal.
@@ -221,11 +223,39 @@ std::vector<Row> lockRows() {
 
 } // namespace
 
+std::vector<Row> failureRows() {
+    using utility::Failure;
+    return {
+        {"Failure: current", "same",
+         [](Trial& trial) {
+             trial.run([] {
+                 try {
+                     throw 4;
+                 } catch (...) {
+                     const Failure failure = Failure::current(true);
+                     return failure.kind() == Failure::KIND_OTHER && failure.name()[0] == 'i';
+                 }
+             });
+         }},
+        {"Failure, failureName, installTerminateHandler, version: what allocates nothing", allocatesNothing,
+         [](Trial& trial) {
+             trial.run([] {
+                 const std::terminate_handler former = std::get_terminate();
+                 utility::installTerminateHandler();
+                 std::set_terminate(former);
+                 return Failure().kind() == Failure::KIND_NONE && utility::failureName(1229) != nullptr &&
+                        utility::version()[0] != 0 && utility::versionNumber() == VXUT_VERSION_NUMBER;
+             });
+         }},
+    };
+}
+
 std::vector<Row> diagnosticRows() {
     std::vector<Row> rows = switchRows();
     add(rows, dumpRows());
     add(rows, contextRows());
     add(rows, lockRows());
+    add(rows, failureRows());
     return rows;
 }
 
