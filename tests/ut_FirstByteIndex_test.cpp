@@ -34,7 +34,12 @@ struct Indexed {
         return index.find(name.c_str(), nameAt());
     }
     int findFirst(const std::string& name) {
+        asked = 0;
         return index.findFirst(name.c_str(), nameAt());
+    }
+    int scanFirst(const std::string& name) {
+        asked = 0;
+        return index.scanFirst(name.c_str(), nameAt());
     }
     int insertionPoint(const std::string& name) {
         asked = 0;
@@ -124,6 +129,8 @@ TEST(FirstByteIndex, FindReadsOneNamePerStepOfTheBinarySearch) {
         EXPECT_LE(names.asked, 10);
         EXPECT_EQ(names.find("name" + std::to_string(1000 + i) + "x"), -1);
         EXPECT_LE(names.asked, 10);
+        EXPECT_EQ(names.findFirst("name" + std::to_string(1000 + i)), i + 2);
+        EXPECT_LE(names.asked, 10);
     }
     // The search in a range of 1000 names compares position 500 first, then 250, and so on.
     EXPECT_EQ(names.find(names.names[2 + 500]), 2 + 500);
@@ -162,6 +169,7 @@ TEST(FirstByteIndex, SearchesLikeTheStandardAlgorithms) {
             ASSERT_EQ(names.insertionPoint(name), position(range.second));
             const bool held = range.first != range.second;
             ASSERT_EQ(names.findFirst(name), held ? position(range.first) : -1);
+            ASSERT_EQ(names.scanFirst(name), held ? position(range.first) : -1);
             const int found = names.find(name);
             ASSERT_EQ(found >= 0, held);
             if (held) {

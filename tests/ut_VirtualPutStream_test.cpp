@@ -1085,4 +1085,127 @@ TEST(VirtualPutStream, TracesNothingByDefault) {
     EXPECT_EQ(log.count(), 0u);
 }
 
+// Writes that do not flush skip the virtual calls if the class does not override the position operations. The same
+// random writes to a stream with a class that overrides them must have the same effect.
+
+class OverridingStream : public VirtualPutStream {
+public:
+    using VirtualPutStream::VirtualPutStream;
+    int WriteRemaining() const override {
+        ++m_calls;
+        return VirtualPutStream::WriteRemaining();
+    }
+    void WriteAdvance(int n) override {
+        ++m_calls;
+        VirtualPutStream::WriteAdvance(n);
+    }
+    int calls() const {
+        return m_calls;
+    }
+
+private:
+    mutable int m_calls = 0;
+};
+
+struct Writing {
+    int kind;
+    int number;
+    std::string text;
+};
+
+void write(VirtualPutStream& stream, const Writing& writing) {
+    switch (writing.kind) {
+    case 0:
+        return stream.PutC(static_cast<char>('a' + writing.number));
+    case 1:
+        return stream.PutS(writing.text.c_str());
+    case 2:
+        return stream.PutF("%s-%d", writing.text.c_str(), writing.number);
+    case 3:
+        return stream.PutParmUint16(static_cast<uint16_t>(writing.number));
+    case 4:
+        return stream.PutParmString(writing.text.c_str());
+    case 5:
+        return stream.Indent(writing.number);
+    case 6: // bytes of its own buffer
+        return stream.PutB(stream.pBuffer(), writing.number % (stream.Size() + 1));
+    case 7:
+        return stream.FlushOutputStream();
+    default:
+        return put(stream, writing.text);
+    }
+}
+
+// The effect of a write that a caller can see.
+Lines effectOf(VirtualPutStream& stream, test::RecordingOutput& target, const Writing& writing) {
+    test::LogCapture log;
+    const auto failure = CATCH_FAILURE(write(stream, writing));
+    Lines effect = std::move(target.calls);
+    target.calls.clear();
+    for (const std::string& text : log.texts())
+        effect.push_back(text);
+    if (failure != nullptr)
+        effect.push_back(failure->function() + std::string(": ") + failure->message());
+    effect.push_back(std::to_string(stream.WritePosition()) + " " + std::to_string(stream.ReadPosition()) + " " +
+                     std::to_string(stream.transferred()));
+    effect.emplace_back(stream.pBuffer(), static_cast<std::size_t>(stream.Size()));
+    return effect;
+}
+
+TEST(VirtualPutStream, WritesMatchThoseOfAnOverridingClass) {
+    test::RandomRun random;
+    while (random.steps(60)) {
+        test::RecordingOutput directTarget;
+        test::RecordingOutput plainTarget;
+        const int size = static_cast<int>(random.below(60));
+        const int threshold = static_cast<int>(random.below(70)) - 2;
+        std::vector<char> direct(static_cast<std::size_t>(size) + 1);
+        std::vector<char> plain(direct);
+        VirtualPutStream directStream(directTarget, direct.data(), size + 1, threshold);
+        OverridingStream plainStream(plainTarget, plain.data(), size + 1, threshold);
+        const bool noThrow = random.below(2) == 0;
+        const bool trace = random.below(4) == 0;
+        for (VirtualPutStream* const stream : {&directStream, static_cast<VirtualPutStream*>(&plainStream)}) {
+            stream->setNoThrow(noThrow);
+            stream->setTrace(trace);
+        }
+        for (int step = 0; step < 100 && !testing::Test::HasFailure(); ++step) {
+            const Writing writing{static_cast<int>(random.below(11)), static_cast<int>(random.below(20)),
+                                  random.text(30, "ab\n\xc3\xa4")};
+            directTarget.refusals = plainTarget.refusals = random.below(10) == 0 ? 1 : 0;
+            directTarget.error = plainTarget.error = random.below(50) == 0;
+            const Lines expected = effectOf(plainStream, plainTarget, writing);
+            EXPECT_EQ(effectOf(directStream, directTarget, writing), expected) << "kind " << writing.kind;
+        }
+        EXPECT_GT(plainStream.calls(), 0);
+        directStream.setTrace(false); // no lines from the destructors
+        plainStream.setTrace(false);
+    }
+}
+
+// A class of the caller that overrides something else.
+class FlushCounter : public VirtualPutStream {
+public:
+    using VirtualPutStream::VirtualPutStream;
+    void FlushOutputStream() override {
+        ++flushes;
+        VirtualPutStream::FlushOutputStream();
+    }
+    int flushes = 0;
+};
+
+TEST(VirtualPutStream, AWriteThatReachesTheThresholdCallsAnOverriddenFlush) {
+    test::RecordingOutput target;
+    FlushCounter stream(target, 16, 4);
+    stream.PutB("abc", 3);
+    EXPECT_EQ(stream.flushes, 0);
+    stream.PutB("d", 1);
+    EXPECT_EQ(stream.flushes, 1);
+    EXPECT_EQ(target.text(), "abcd");
+    stream.PutS("efgh");
+    EXPECT_EQ(stream.flushes, 1);
+    stream.PutS("i");
+    EXPECT_EQ(stream.flushes, 2);
+}
+
 } // namespace

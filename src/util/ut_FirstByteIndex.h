@@ -77,9 +77,29 @@ public:
         return -1;
     }
 
-    /// Returns the position of the first name equal to `name`, or -1. Linear search in the range of the first byte.
+    /// Returns the position of the first name equal to `name`, or -1. Binary search in the range of the first byte.
     template<typename NameAt>
     int findFirst(const char* name, NameAt nameAt) const {
+        const unsigned char byte = firstByte(name);
+        int start = m_entries[byte];
+        int end = m_entries[byte + 1];
+        bool found = false;
+        while (start < end) {
+            const int middle = start + (end - start) / 2;
+            const int order = std::strcmp(name, nameAt(middle));
+            found = found || order == 0;
+            if (order > 0)
+                start = middle + 1;
+            else
+                end = middle;
+        }
+        return found ? start : -1;
+    }
+
+    /// Does what `findFirst` does, but compares name by name from the start of the range, for an owner with names that
+    /// a caller's class supplies: it sees which names are read.
+    template<typename NameAt>
+    int scanFirst(const char* name, NameAt nameAt) const {
         const unsigned char byte = firstByte(name);
         for (int position = m_entries[byte]; position < m_entries[byte + 1]; ++position) {
             const int order = std::strcmp(name, nameAt(position));

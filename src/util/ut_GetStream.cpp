@@ -112,7 +112,7 @@ char& GetStream::operator[](unsigned int index) {
 }
 
 template<typename Number>
-bool GetStream::getValue(Number* value) {
+[[gnu::always_inline]] inline bool GetStream::getValue(Number* value) {
     const char* const tail = value != nullptr ? claimTail(sizeof *value) : nullptr;
     if (tail == nullptr)
         return getBytes(value, sizeof *value);
@@ -144,7 +144,18 @@ bool GetStream::GetParmSint32(int* value) {
     return getValue(value);
 }
 
+char* GetStream::claimText() {
+    const auto available = static_cast<std::size_t>(boundedReadable(INT_MAX));
+    if (available == 0 || !hasOwnReading())
+        return nullptr;
+    const char* const start = pTail();
+    const void* const end = std::memchr(start, 0, available);
+    return end != nullptr ? claimTail(static_cast<int>(static_cast<const char*>(end) - start) + 1) : nullptr;
+}
+
 char* GetStream::GetParmString() {
+    if (char* const text = claimText(); text != nullptr)
+        return text;
     const int available = boundedReadable(readAvailable());
     if (available < 1)
         return nullptr;
@@ -163,8 +174,13 @@ char* GetStream::GetParmString() {
 
 int GetStream::GetParmBuf(char* destination, int maximum) {
     int length = 0;
-    if (!GetParmSint32(&length))
+    if (!getValue(&length))
         return 0;
+    const char* const block = destination != nullptr && length <= maximum ? claimTail(length) : nullptr;
+    if (block != nullptr) {
+        std::memmove(destination, block, static_cast<std::size_t>(length));
+        return length;
+    }
     const int count = boundedReadable(std::min({length, maximum, readAvailable()}));
     if (count > 0 && destination != nullptr)
         std::memmove(destination, pTail(), static_cast<std::size_t>(count));

@@ -113,6 +113,9 @@ private:
     template<typename Number>
     VXUT_HIDDEN bool getValue(Number* value);
     VXUT_HIDDEN bool getBytes(void* value, int width);
+    // Moves past a readable text and its NUL and returns it. Returns null and moves nothing if no NUL is readable or if
+    // a derived class overrides a read operation.
+    VXUT_HIDDEN char* claimText();
     template<typename ArrayType>
     VXUT_HIDDEN bool getArray(ArrayType& array, unsigned int arraySwitch);
     VXUT_HIDDEN unsigned int appendReadable(Array& array, int width, unsigned int count, unsigned int arraySwitch);

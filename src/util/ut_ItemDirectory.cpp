@@ -53,7 +53,7 @@ int ItemDirectory::add(framework::Item* item) {
 
 void ItemDirectory::remove(stringtoken nameToken) {
     const char* const name = textOf(nameToken);
-    const int sortedPosition = m_index.findFirst(name, SortedNames{*this});
+    const int sortedPosition = m_index.scanFirst(name, SortedNames{*this});
     if (sortedPosition < 0)
         return;
     const unsigned int entry = static_cast<unsigned int>(sortedPosition);

@@ -55,7 +55,7 @@ bool PutStream::putCharacter(char c) {
     if (boundedRoom(WriteRemaining()) < 1)
         return false;
     *pHead() = c;
-    WriteAdvance(1);
+    writeAdvance(1);
     terminate();
     return true;
 }
@@ -89,29 +89,34 @@ void PutStream::PutB(const char* data, int n) {
 }
 
 void PutStream::PutS(const char* text) {
-    if (text == nullptr || putDirectly(text, 0))
+    if (text == nullptr)
         return;
-    const int remaining = WriteRemaining();
-    const int space = boundedRoom(remaining);
+    const int remaining = writeRemaining();
+    if (putDirectly(text, remaining, 0) || putText(text, boundedRoom(remaining)))
+        return;
+    if (!isNoThrow())
+        throwOverflow(__LINE__, __PRETTY_FUNCTION__, "Didn't fit. remaining=%d msg='%.90s'", remaining, text);
+    framework::Logger::StaticLog(framework::Logger::LOG_ERROR, "PutStream::PutS: Didn't fit. remaining=%d msg='%.200s'",
+                                 remaining, text);
+    truncatePartialUtf8();
+}
+
+bool PutStream::putText(const char* text, int space) {
     const int length = static_cast<int>(strnlen(text, static_cast<std::size_t>(space) + 1));
     if (length < space) {
         std::memcpy(pHead(), text, static_cast<std::size_t>(length) + 1);
         WriteAdvance(length);
-        return;
+        return true;
     }
     if (space > 0)
         std::memcpy(pHead(), text, static_cast<std::size_t>(space));
     if (length == space) {
         // Callers rely on this advance for a text that fills the space exactly: it is always refused.
         WriteAdvance(-1 - WritePosition());
-        return;
+        return true;
     }
     WriteAdvance(space);
-    if (!isNoThrow())
-        throwOverflow(__LINE__, __PRETTY_FUNCTION__, "Didn't fit. remaining=%d msg='%.90s'", remaining, text);
-    framework::Logger::StaticLog(framework::Logger::LOG_ERROR, "PutStream::PutS: Didn't fit. remaining=%d msg='%.200s'",
-                                 remaining, text);
-    truncatePartialUtf8();
+    return false;
 }
 
 void PutStream::PutF(const char* format, ...) {
@@ -191,19 +196,21 @@ bool PutStream::ToFile(const char* path) {
 }
 
 template<typename Number>
-bool PutStream::putValue(Number value) {
+[[gnu::always_inline]] inline bool PutStream::putValue(Number value) {
     char* const head = claimHead(sizeof value);
     if (head == nullptr)
-        return putBytes(&value, sizeof value);
+        return putValueSlowly(value);
     std::memcpy(head, &value, sizeof value);
     return true;
 }
 
-bool PutStream::putBytes(const void* value, int width) {
-    if (boundedRoom(WriteRemaining()) < width)
+// Out of line, because the address of `value` would cost every caller a protected stack frame.
+template<typename Number>
+[[gnu::noinline]] bool PutStream::putValueSlowly(Number value) {
+    if (boundedRoom(WriteRemaining()) < static_cast<int>(sizeof value))
         return false;
-    std::memcpy(pHead(), value, static_cast<std::size_t>(width));
-    WriteAdvance(width);
+    std::memcpy(pHead(), &value, sizeof value);
+    WriteAdvance(sizeof value);
     return true;
 }
 
@@ -230,7 +237,7 @@ void PutStream::PutParmSint32(int32_t value) {
 void PutStream::PutParmString(const char* text) {
     if (text == nullptr)
         return;
-    if (putDirectly(text, 1)) {
+    if (hasOwnWriting() && putDirectly(text, writeRemaining(), 1)) {
         terminate();
         return;
     }

@@ -120,11 +120,13 @@ protected:
 
 private:
     bool putCharacter(char c);
+    VXUT_HIDDEN bool putText(const char* text, int space);
     int formatAtHead(int remaining, const char* format, va_list arguments) VXUT_PRINTF(3, 0);
     bool advanceFormatted(int wrote, int remaining);
     template<typename Number>
     VXUT_HIDDEN bool putValue(Number value);
-    VXUT_HIDDEN bool putBytes(const void* value, int width);
+    template<typename Number>
+    VXUT_HIDDEN bool putValueSlowly(Number value);
     bool fitsArray(unsigned int count, unsigned int width) const;
     template<typename ArrayType, typename Writer>
     void putArray(ArrayType& array, Writer put);

@@ -7,6 +7,7 @@
 #include "fw_KnownStrings.h"
 #include "fw_ThreadInfo.h"
 #include "internal/ut_Failure.h"
+#include "internal/ut_OwnPositions.h"
 #include "internal/ut_Trace.h"
 
 namespace utility {
@@ -21,6 +22,15 @@ int threadNumber() {
 const char* truth(bool value) {
     return value ? pGStrue : pGSfalse;
 }
+
+// The `WriteRemaining` of this class, as the virtual tables of its objects have it.
+#if __SIZEOF_POINTER__ == 8
+extern "C" VXUT_HIDDEN void
+ut_virtualWriteRemaining() __asm__("_ZTv0_n32_NK7utility16VirtualPutStream14WriteRemainingEv");
+#else
+extern "C" VXUT_HIDDEN void
+ut_virtualWriteRemaining() __asm__("_ZTv0_n16_NK7utility16VirtualPutStream14WriteRemainingEv");
+#endif
 
 // Writes `count` bytes, which fit in the buffer, and may come from it.
 void append(Buffer& buffer, const char* data, int count) {
@@ -60,11 +70,13 @@ void VirtualPutStream::countTransferred(int count) {
     m_transferred = static_cast<int>(static_cast<unsigned int>(m_transferred) + static_cast<unsigned int>(count));
 }
 
+inline bool VirtualPutStream::mustFlush() const {
+    return distance(ReadPosition(), WritePosition()) >= m_flushThreshold;
+}
+
 int VirtualPutStream::WriteRemaining() const {
     // Flush here: every write operation calls this first.
-    if (Buffer::ReadAvailable() >= m_flushThreshold)
-        const_cast<VirtualPutStream*>(this)->FlushOutputStream();
-    return Buffer::WriteRemaining();
+    return mustFlush() ? spaceAfterFlush() : distance(WritePosition(), Size());
 }
 
 void VirtualPutStream::FlushOutputStream() {
@@ -110,8 +122,20 @@ bool VirtualPutStream::SendOutputStream(const char* data, unsigned int size) {
     return size == 0;
 }
 
+// A write that does not flush first and fits. Writes nothing if a derived class overrides a position operation.
+inline bool VirtualPutStream::appendDirectly(const char* data, int length) {
+    if (operationOf(this, SLOT_WRITE_REMAINING) != reinterpret_cast<void*>(&ut_virtualWriteRemaining) ||
+        !isOwnOperation(this, SLOT_WRITE_ADVANCE) || mustFlush() || length < 1 || boundedRoom(length) != length)
+        return false;
+    std::memmove(pHead(), data, static_cast<std::size_t>(length));
+    setWritePosition(WritePosition() + length);
+    if (mustFlush())
+        FlushOutputStream();
+    return true;
+}
+
 void VirtualPutStream::PutB(const char* data, int length) {
-    if (data == nullptr)
+    if (data == nullptr || appendDirectly(data, length))
         return;
     int space = boundedRoom(WriteRemaining());
     while (length > 0) {
@@ -137,6 +161,11 @@ void VirtualPutStream::PutB(const char* data, int length) {
     std::snprintf(text, sizeof text, "Didn't fit. size=%d remaining=%d msg='%.*s'", length, space, std::min(length, 90),
                   data);
     VXUT_THROW(FAILURE_BUFFER, text);
+}
+
+int VirtualPutStream::spaceAfterFlush() const {
+    const_cast<VirtualPutStream*>(this)->FlushOutputStream();
+    return distance(WritePosition(), Size());
 }
 
 int VirtualPutStream::spaceAfterRetry() const {

@@ -86,6 +86,10 @@ protected:
     framework::OutputStream* m_target;
 
 private:
+    VXUT_HIDDEN bool mustFlush() const;
+    VXUT_HIDDEN bool appendDirectly(const char* data, int length);
+    // Out of line, so that `WriteRemaining` needs no stack frame where it does not flush.
+    VXUT_HIDDEN int spaceAfterFlush() const;
     // The space after one more flush of a full buffer: a usable target that refused a flush may accept the next.
     VXUT_HIDDEN int spaceAfterRetry() const;
 

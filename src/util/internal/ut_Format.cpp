@@ -7,6 +7,8 @@
 #include <cstdio>
 #include <cstring>
 
+#include "internal/ut_ShortCopy.h"
+
 namespace utility {
 
 namespace {
@@ -33,12 +35,7 @@ public:
 
     void put(const char* text, std::size_t length) {
         char* const at = claim(length);
-        // Most pieces are short: a call would cost more than a loop.
-        if (length > 16)
-            std::memcpy(at, text, length);
-        else
-            for (std::size_t i = 0; i < length; ++i)
-                at[i] = text[i];
+        copyShort(at, text, length);
     }
     void fill(char c, std::size_t length) {
         char* const at = claim(length);
@@ -93,7 +90,9 @@ const char* readLength(const char* at, unsigned int& bytes) {
 
 // Reads the conversion at `start`, a '%'. Returns false if it is not a common one.
 bool readConversion(const char* start, Conversion& conversion) {
-    conversion = {start, nullptr, 0, -1, sizeof(int), 0, false, false};
+    conversion = {start, start + 2, 0, -1, sizeof(int), start[1], false, false};
+    if (start[1] == 's' || start[1] == 'd' || start[1] == 'u')
+        return true;
     const char* at = start + 1;
     for (; *at == '0' || *at == '-'; ++at)
         (*at == '0' ? conversion.isZeroPadded : conversion.isLeftAligned) = true;
@@ -140,13 +139,18 @@ void putPadded(Output& out, const Conversion& conversion, const char* text, std:
     const std::size_t shown = prefixLength + length;
     const auto width = static_cast<std::size_t>(conversion.width);
     const std::size_t padding = width > shown ? width - shown : 0;
-    if (padding > 0 && !conversion.isLeftAligned && !conversion.isZeroPadded)
+    if (padding == 0) {
+        out.put(prefix, prefixLength);
+        out.put(text, length);
+        return;
+    }
+    if (!conversion.isLeftAligned && !conversion.isZeroPadded)
         out.fill(' ', padding);
     out.put(prefix, prefixLength);
-    if (padding > 0 && !conversion.isLeftAligned && conversion.isZeroPadded)
+    if (!conversion.isLeftAligned && conversion.isZeroPadded)
         out.fill('0', padding);
     out.put(text, length);
-    if (padding > 0 && conversion.isLeftAligned)
+    if (conversion.isLeftAligned)
         out.fill(' ', padding);
 }
 

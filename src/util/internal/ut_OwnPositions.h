@@ -1,7 +1,9 @@
 #pragma once
 
+#include <climits>
 #include <cstring>
 
+#include "internal/ut_ShortCopy.h"
 #include "ut_Buffer.h"
 
 // Devirtualizes the position operations of a buffer: calls them directly where no derived class overrides them.
@@ -19,12 +21,25 @@ extern "C" void* const ut_bufferTable[] __asm__("_ZTVN7utility6BufferE");
 /// The slots of the position operations in the virtual table, counted from the first virtual operation.
 enum PositionSlot { SLOT_WRITE_REMAINING = 2, SLOT_READ_AVAILABLE, SLOT_WRITE_ADVANCE, SLOT_READ_ADVANCE };
 
+/// Returns the address of the operation of `buffer` in `slot`.
+inline void* operationOf(const Buffer* buffer, PositionSlot slot) {
+    void* const* slots = nullptr;
+    std::memcpy(&slots, static_cast<const void*>(buffer), sizeof slots);
+    return slots[slot];
+}
+
 /// Returns whether the class of `buffer` does not override the operation in `slot`.
 inline bool isOwnOperation(const Buffer* buffer, PositionSlot slot) {
     constexpr int headerEntries = 2;
-    void* const* slots = nullptr;
-    std::memcpy(&slots, static_cast<const void*>(buffer), sizeof slots);
-    return slots[slot] == ut_bufferTable[headerEntries + slot];
+    return operationOf(buffer, slot) == ut_bufferTable[headerEntries + slot];
+}
+
+/// Returns `to` minus `from`, saturated.
+inline int distance(int from, int to) {
+    int difference = 0;
+    if (__builtin_sub_overflow(to, from, &difference))
+        return to < from ? INT_MIN : INT_MAX;
+    return difference;
 }
 
 inline bool Buffer::hasOwnWriting() const {
@@ -92,16 +107,16 @@ inline bool Buffer::putDirectly(char c) {
     return true;
 }
 
-inline bool Buffer::putDirectly(const char* text, int nuls) {
-    const int space = boundedRoom(m_size);
-    if (space < 1 || !hasOwnWriting())
+inline bool Buffer::putDirectly(const char* text, int remaining, int nuls) {
+    const int space = boundedRoom(remaining);
+    if (space < 1 || !isOwnOperation(this, SLOT_WRITE_ADVANCE))
         return false;
     const void* const end = std::memchr(text, 0, static_cast<std::size_t>(space));
     if (end == nullptr)
         return false;
     const auto length = static_cast<std::size_t>(static_cast<const char*>(end) - text);
     char* const head = m_storage + m_head;
-    std::memcpy(head, text, length);
+    copyShort(head, text, length);
     head[length] = 0;
     m_head += static_cast<int>(length) + nuls;
     return true;
