@@ -53,6 +53,7 @@ public:
     ///   end but its status is lost: the result is false.
     /// - If `poll` fails, both pipes are closed; if a read or write fails, its pipe is closed. The program then reads
     ///   end of file, and the result is false. Input that the program does not read is not a failure.
+    /// - Needs about 34 KB of stack.
     static bool spawn(const char* command, utility::GetStream* in, utility::PutStream* out);
 
     /// Ends the process by the default action of `sig`, or of SIGABRT if that action does not end the process. May

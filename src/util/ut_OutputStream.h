@@ -27,6 +27,7 @@ public:
     virtual void FlushOutputStream();
     /// Sends the rest of `in`, up to 16,384 bytes at a time. Starts and ends neither stream. Returns true if the sink
     /// accepted every byte and `in` is then at its end without an error, or a receive returned 0 bytes.
+    /// Needs about 17 KB of stack.
     virtual bool TransferFromInputStream(InputStream& in);
     /// Returns whether the sink is open.
     virtual bool isOutputStreamOpen() = 0;

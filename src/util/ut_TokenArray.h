@@ -36,6 +36,7 @@ public:
     /// - Names after the 50th, and bytes after the 8192nd, are ignored.
     /// - A new name for which memory allocation fails gets the token 0.
     /// - Throws code 1230 if the array cannot grow; the tokens before the failure are then in the array.
+    /// - Needs about 9 KB of stack.
     void SetFromStringList(const char* list);
 
     /// Adds `token` at the end.

@@ -38,6 +38,7 @@ public:
     /// - Names after the 50th, and bytes after the 8192nd, are ignored.
     /// - A new name for which memory allocation fails gets the token 0.
     /// - Throws code 1230 if the set cannot grow; the tokens before the failure are then in the set.
+    /// - Needs about 9 KB of stack.
     void SetFromStringList(const char* list);
     /// Writes the names of the tokens, in order, to `buffer` of `size` bytes as NUL-terminated text: the names without
     /// separators, then one comma. Callers rely on that form. An empty set is the empty text; a token without a name
