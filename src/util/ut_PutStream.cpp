@@ -89,10 +89,10 @@ void PutStream::PutB(const char* data, int n) {
 }
 
 void PutStream::PutS(const char* text) {
-    if (text == nullptr)
+    if (text == nullptr || (hasOwnWriting() && putDirectly(text, Size(), 0)))
         return;
-    const int remaining = writeRemaining();
-    if (putDirectly(text, remaining, 0) || putText(text, boundedRoom(remaining)))
+    const int remaining = WriteRemaining();
+    if (putText(text, boundedRoom(remaining)))
         return;
     if (!isNoThrow())
         throwOverflow(__LINE__, __PRETTY_FUNCTION__, "Didn't fit. remaining=%d msg='%.90s'", remaining, text);
@@ -105,7 +105,7 @@ bool PutStream::putText(const char* text, int space) {
     const int length = static_cast<int>(strnlen(text, static_cast<std::size_t>(space) + 1));
     if (length < space) {
         std::memcpy(pHead(), text, static_cast<std::size_t>(length) + 1);
-        WriteAdvance(length);
+        writeAdvance(length);
         return true;
     }
     if (space > 0)
@@ -237,7 +237,7 @@ void PutStream::PutParmSint32(int32_t value) {
 void PutStream::PutParmString(const char* text) {
     if (text == nullptr)
         return;
-    if (hasOwnWriting() && putDirectly(text, writeRemaining(), 1)) {
+    if (hasOwnWriting() && putDirectly(text, Size(), 1)) {
         terminate();
         return;
     }

@@ -3,7 +3,6 @@
 #include <climits>
 #include <cstring>
 
-#include "internal/ut_ShortCopy.h"
 #include "ut_Buffer.h"
 
 // Devirtualizes the position operations of a buffer: calls them directly where no derived class overrides them.
@@ -116,7 +115,7 @@ inline bool Buffer::putDirectly(const char* text, int remaining, int nuls) {
         return false;
     const auto length = static_cast<std::size_t>(static_cast<const char*>(end) - text);
     char* const head = m_storage + m_head;
-    copyShort(head, text, length);
+    std::memcpy(head, text, length);
     head[length] = 0;
     m_head += static_cast<int>(length) + nuls;
     return true;
