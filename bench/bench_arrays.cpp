@@ -140,28 +140,18 @@ struct Front {
 
 void front(Bench& bench) {
     Front front(COUNT);
-    const auto insert = [&](long i) {
-        front.insert(i);
-    };
-    const auto insertPeer = [&](long i) {
-        front.insertPeer(i);
-    };
-    insert(1);
-    insertPeer(1);
-    bench.row({"IntArray::InsertAt, front of 1,000", "std::vector::insert", 1.5}, equal(front.array, front.vector),
-              insert, insertPeer);
+    front.insert(1);
+    front.insertPeer(1);
+    bench.row(
+        {"IntArray::InsertAt, front of 1,000", "std::vector::insert", 1.5}, equal(front.array, front.vector),
+        [&](long i) { front.insert(i); }, [&](long i) { front.insertPeer(i); });
 
     Front other(COUNT);
-    const auto remove = [&](long i) {
-        other.remove(i);
-    };
-    const auto removePeer = [&](long i) {
-        other.removePeer(i);
-    };
-    remove(1);
-    removePeer(1);
-    bench.row({"IntArray::DeleteAt, front of 1,000", "std::vector::erase", 1.5}, equal(other.array, other.vector),
-              remove, removePeer);
+    other.remove(1);
+    other.removePeer(1);
+    bench.row(
+        {"IntArray::DeleteAt, front of 1,000", "std::vector::erase", 1.5}, equal(other.array, other.vector),
+        [&](long i) { other.remove(i); }, [&](long i) { other.removePeer(i); });
 }
 
 void growth(Bench& bench) {

@@ -24,24 +24,25 @@ constexpr unsigned int MESSAGES = 5000;
 constexpr int POOL = 256;
 constexpr int MESSAGE_SIZE = 64;
 
-// Sends numbers through a pool and a queue of streams; the receiver adds them up.
+// Sends numbers through a channel; the receiver adds them up.
+template<typename Channel>
+std::uint64_t sumThrough(Channel& channel) {
+    std::uint64_t sum = 0;
+    std::thread receiver([&] {
+        for (unsigned int number = 0; number < MESSAGES; ++number)
+            sum += channel.receive();
+    });
+    for (unsigned int number = 0; number < MESSAGES; ++number)
+        channel.send(number);
+    receiver.join();
+    return sum;
+}
+
+// A pool and a queue of streams.
 class Ours {
 public:
     explicit Ours(int poolSize) : m_pool(poolSize, MESSAGE_SIZE) {}
 
-    std::uint64_t run() {
-        std::uint64_t sum = 0;
-        std::thread receiver([&] {
-            for (unsigned int number = 0; number < MESSAGES; ++number)
-                sum += receive();
-        });
-        for (unsigned int number = 0; number < MESSAGES; ++number)
-            send(number);
-        receiver.join();
-        return sum;
-    }
-
-private:
     void send(unsigned int number) {
         m_pool.Lock();
         utility::BufferStreamElement* element = m_pool.Allocate();
@@ -74,12 +75,18 @@ private:
         return number;
     }
 
+private:
     utility::BufferStreamList m_pool;
     utility::BufferStreamQueue m_queue;
 };
 
 // The same with the standard library.
 class Standard {
+    struct Message {
+        std::size_t size = 0;
+        char bytes[MESSAGE_SIZE] = {};
+    };
+
 public:
     Standard() {
         for (int count = 0; count < POOL; ++count) {
@@ -87,24 +94,6 @@ public:
             m_pool.push_back(m_messages.back().get());
         }
     }
-
-    std::uint64_t run() {
-        std::uint64_t sum = 0;
-        std::thread receiver([&] {
-            for (unsigned int number = 0; number < MESSAGES; ++number)
-                sum += receive();
-        });
-        for (unsigned int number = 0; number < MESSAGES; ++number)
-            send(number);
-        receiver.join();
-        return sum;
-    }
-
-private:
-    struct Message {
-        std::size_t size = 0;
-        char bytes[MESSAGE_SIZE] = {};
-    };
 
     void send(unsigned int number) {
         Message* message = nullptr;
@@ -138,6 +127,7 @@ private:
         return number;
     }
 
+private:
     std::vector<std::unique_ptr<Message>> m_messages;
     std::vector<Message*> m_pool;
     std::mutex m_poolMutex;
@@ -247,7 +237,8 @@ void benchMessages(Bench& bench) {
     bench.row(
         {"message between threads, pool of 256, processor time", "std::queue, mutex, condition", 0.95, MESSAGES,
          CLOCK_PROCESS_CPUTIME_ID},
-        ours.run() == sum && standard.run() == sum, [&](long) { ours.run(); }, [&](long) { standard.run(); });
+        sumThrough(ours) == sum && sumThrough(standard) == sum, [&](long) { sumThrough(ours); },
+        [&](long) { sumThrough(standard); });
 
     {
         Echo<OurQueue> ourEcho;

@@ -25,10 +25,12 @@
 #include "support/Descriptor.h"
 #include "support/FailingSystemCall.h"
 #include "support/TemporaryDirectory.h"
+#include "support/TextLines.h"
 
 namespace {
 
 using test::ChildResult;
+using test::linesOf;
 using test::runCommand;
 using test::runConsole;
 using test::TemporaryDirectory;
@@ -44,14 +46,6 @@ void expectFailure(const ChildResult& child, const std::string& line) {
     EXPECT_EQ(child.status, 1);
     EXPECT_EQ(child.out, "");
     EXPECT_EQ(child.err, line + "\n");
-}
-
-std::vector<std::string> linesOf(const std::string& text) {
-    std::istringstream in(text);
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(in, line);)
-        lines.push_back(line);
-    return lines;
 }
 
 std::size_t countOf(const std::string& text, const std::string& part) {

@@ -30,12 +30,14 @@
 #include "support/ChildProcess.h"
 #include "support/ExpectFailure.h"
 #include "support/FailingAllocation.h"
+#include "support/OpenDescriptors.h"
 #include "support/TemporaryDirectory.h"
 #include "ut_GetStream.h"
 #include "ut_PutStream.h"
 
 using framework::Container;
 using framework::Memory;
+using test::openDescriptors;
 
 namespace {
 
@@ -163,16 +165,6 @@ std::string largeText() {
     for (int i = 0; text.size() < 3000000; ++i)
         text += "line " + std::to_string(i) + "\n";
     return text;
-}
-
-std::set<int> openDescriptors() {
-    std::set<int> descriptors;
-    DIR* directory = opendir("/proc/self/fd");
-    while (const dirent* entry = readdir(directory))
-        if (entry->d_name[0] != '.' && std::atoi(entry->d_name) != dirfd(directory))
-            descriptors.insert(std::atoi(entry->d_name));
-    closedir(directory);
-    return descriptors;
 }
 
 bool hasNoChild() {

@@ -17,6 +17,7 @@
 #include "ExpectFailure.h"
 #include "FailingAllocation.h"
 #include "GuardedText.h"
+#include "HeldBytes.h"
 #include "LogCapture.h"
 #include "RandomRun.h"
 #include "ReferenceWords.h"
@@ -59,7 +60,7 @@ std::string textOf(const Arguments& arguments, unsigned int first = 0) {
         capacity += word.size() + 3;
     utility::BufferStream out(static_cast<int>(capacity));
     arguments.ToString(first, out);
-    return std::string(out.pTail(), static_cast<std::size_t>(out.ReadAvailable()));
+    return test::heldBytes(out);
 }
 
 // Whether `ToString` can express the word: it quotes only words with blanks, and cannot escape quotes.

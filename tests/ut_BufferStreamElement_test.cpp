@@ -36,7 +36,7 @@ static_assert(sizeof(BufferStreamElement) == (is64Bit ? 96 : 72), "the size stay
 
 Chain chainFrom(const BufferStreamElement* first) {
     Chain chain;
-    for (const BufferStreamElement* e = first; e && chain.size() < 100; e = e->Next())
+    for (const BufferStreamElement* e = first; e != nullptr && chain.size() < 100; e = e->Next())
         chain.push_back(e);
     return chain;
 }
@@ -45,7 +45,7 @@ Chain chainFrom(const BufferStreamElement* first) {
 class InspectingMemory : public test::CountingMemory {
 public:
     void release(const void* piece) override {
-        if (watched)
+        if (watched != nullptr)
             std::memcpy(&seen, watched, sizeof seen);
         watched = nullptr;
         CountingMemory::release(piece);

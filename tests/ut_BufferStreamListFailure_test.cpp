@@ -19,6 +19,7 @@
 
 namespace {
 
+using test::traceLine;
 using utility::BufferStreamList;
 using Lines = std::vector<std::string>;
 
@@ -32,11 +33,11 @@ struct {
 bool isIn(const void* place) {
     const auto* begin = static_cast<const char*>(failing.object);
     const auto* at = static_cast<const char*>(place);
-    return begin && at >= begin && at < begin + sizeof(BufferStreamList);
+    return begin != nullptr && at >= begin && at < begin + sizeof(BufferStreamList);
 }
 
 bool fails(const char* name, const void* place) {
-    return failing.call && std::strcmp(failing.call, name) == 0 && isIn(place);
+    return failing.call != nullptr && std::strcmp(failing.call, name) == 0 && isIn(place);
 }
 
 int onMutex(const char* name, pthread_mutex_t* mutex) {
@@ -61,16 +62,12 @@ public:
     }
 };
 
-std::string logged(const char* function, const std::string& text) {
-    return std::string("0 ") + function + ": " + text;
-}
-
-constexpr const char* INIT = "void utility::BufferStreamList::init()";
-constexpr const char* LOCK = "void utility::BufferStreamList::Lock()";
-constexpr const char* UNLOCK = "void utility::BufferStreamList::UnLock()";
-constexpr const char* WAIT = "bool utility::BufferStreamList::Wait(long int)";
-constexpr const char* SIGNAL = "void utility::BufferStreamList::Signal()";
-constexpr const char* BROADCAST = "void utility::BufferStreamList::Broadcast()";
+constexpr const char* initName = "void utility::BufferStreamList::init()";
+constexpr const char* lockName = "void utility::BufferStreamList::Lock()";
+constexpr const char* unlockName = "void utility::BufferStreamList::UnLock()";
+constexpr const char* waitName = "bool utility::BufferStreamList::Wait(long int)";
+constexpr const char* signalName = "void utility::BufferStreamList::Signal()";
+constexpr const char* broadcastName = "void utility::BufferStreamList::Broadcast()";
 
 } // namespace
 
@@ -113,6 +110,8 @@ int pthread_cond_broadcast(pthread_cond_t* condition) noexcept {
 
 } // extern "C"
 
+namespace {
+
 TEST(BufferStreamListFailure, FailedInitializationIsLoggedAndConstructionContinues) {
     alignas(BufferStreamList) unsigned char place[sizeof(BufferStreamList)];
     test::LogCapture log;
@@ -122,8 +121,8 @@ TEST(BufferStreamListFailure, FailedInitializationIsLoggedAndConstructionContinu
         EXPECT_EQ(list->Count(), 0);
         list->~BufferStreamList();
     }
-    EXPECT_EQ(test::traceLines(log), (Lines{logged(INIT, "initializing Consistency mutex 11"),
-                                            logged(INIT, "initializing wait condition 11")}));
+    EXPECT_EQ(test::traceLines(log), (Lines{traceLine(0, initName, "initializing Consistency mutex 11"),
+                                            traceLine(0, initName, "initializing wait condition 11")}));
 }
 
 TEST(BufferStreamListFailure, FailedLockIsOnlyLogged) {
@@ -131,7 +130,7 @@ TEST(BufferStreamListFailure, FailedLockIsOnlyLogged) {
     BufferStreamList list;
     const Failing failure("pthread_mutex_lock", &list, EINVAL);
     list.Lock();
-    EXPECT_EQ(test::traceLines(log), (Lines{logged(LOCK, "locking consistency mutex 22")}));
+    EXPECT_EQ(test::traceLines(log), (Lines{traceLine(0, lockName, "locking consistency mutex 22")}));
 }
 
 TEST(BufferStreamListFailure, FailedUnlockIsOnlyLogged) {
@@ -141,7 +140,7 @@ TEST(BufferStreamListFailure, FailedUnlockIsOnlyLogged) {
         const Failing failure("pthread_mutex_unlock", &list, EPERM);
         list.Lock();
         list.UnLock();
-        EXPECT_EQ(test::traceLines(log), (Lines{logged(UNLOCK, "unlocking consistency mutex 1")}));
+        EXPECT_EQ(test::traceLines(log), (Lines{traceLine(0, unlockName, "unlocking consistency mutex 1")}));
     }
     list.UnLock();
     EXPECT_EQ(log.count(), 1u);
@@ -160,8 +159,8 @@ TEST(BufferStreamListFailure, FailedWaitIsLoggedAndCountsAsWoken) {
         EXPECT_TRUE(list.Wait(1));
     }
     list.UnLock();
-    EXPECT_EQ(test::traceLines(log),
-              (Lines{logged(WAIT, "Wait condition error 22"), logged(WAIT, "Wait condition error 1")}));
+    EXPECT_EQ(test::traceLines(log), (Lines{traceLine(0, waitName, "Wait condition error 22"),
+                                            traceLine(0, waitName, "Wait condition error 1")}));
 }
 
 TEST(BufferStreamListFailure, TimedWaitThatTimesOutIsNotAFailure) {
@@ -185,8 +184,8 @@ TEST(BufferStreamListFailure, FailedWakeUpsAreOnlyLogged) {
         const Failing failure("pthread_cond_broadcast", &list, EINVAL);
         list.Broadcast();
     }
-    EXPECT_EQ(test::traceLines(log),
-              (Lines{logged(SIGNAL, "Signal condition error 22"), logged(BROADCAST, "Broadcast condition error 22")}));
+    EXPECT_EQ(test::traceLines(log), (Lines{traceLine(0, signalName, "Signal condition error 22"),
+                                            traceLine(0, broadcastName, "Broadcast condition error 22")}));
 }
 
 TEST(BufferStreamListFailure, DestructorDoesNotBroadcast) {
@@ -197,3 +196,5 @@ TEST(BufferStreamListFailure, DestructorDoesNotBroadcast) {
     list->~BufferStreamList();
     EXPECT_EQ(log.count(), 0u);
 }
+
+} // namespace

@@ -27,9 +27,9 @@ using utility::BufferStreamList;
 using Chain = std::vector<const BufferStreamElement*>;
 using Lines = std::vector<std::string>;
 
-constexpr const char* WAIT = "bool utility::BufferStreamList::Wait(long int)";
-constexpr unsigned int WAIT_SWITCH = 300;
-constexpr unsigned int WAITER_SWITCH = 2301;
+constexpr const char* waitName = "bool utility::BufferStreamList::Wait(long int)";
+constexpr unsigned int waitSwitch = 300;
+constexpr unsigned int waiterSwitch = 2301;
 
 static_assert(!std::is_copy_constructible<BufferStreamList>::value, "a copy would own the same elements");
 
@@ -49,7 +49,7 @@ double secondsSince(const timespec& start) {
 }
 
 std::string traced(const std::string& text) {
-    return std::string("3 ") + WAIT + ": " + text;
+    return test::traceLine(3, waitName, text);
 }
 
 // A thread that waits without limit, and whether it was woken.
@@ -436,7 +436,7 @@ TEST(BufferStreamList, WaitingIsTracedOnlyWithItsSwitch) {
     BufferStreamList list;
     list.Lock();
     {
-        const test::DebugSwitch waiter(WAITER_SWITCH);
+        const test::DebugSwitch waiter(waiterSwitch);
         list.Wait(-1);
         list.Signal();
         list.Broadcast();
@@ -444,7 +444,7 @@ TEST(BufferStreamList, WaitingIsTracedOnlyWithItsSwitch) {
         list.Lock();
     }
     EXPECT_EQ(log.count(), 0u);
-    const test::DebugSwitch tracing(WAIT_SWITCH);
+    const test::DebugSwitch tracing(waitSwitch);
     list.Signal();
     list.Broadcast();
     EXPECT_EQ(log.count(), 0u);
@@ -456,7 +456,7 @@ TEST(BufferStreamList, WaitingIsTracedOnlyWithItsSwitch) {
 }
 
 TEST(BufferStreamList, TracesShowHowManyThreadsWait) {
-    const test::DebugSwitch tracing(WAIT_SWITCH);
+    const test::DebugSwitch tracing(waitSwitch);
     test::LogCapture log;
     BufferStreamList list;
     {

@@ -26,7 +26,7 @@ static_assert(!std::is_copy_constructible<BufferStreamQueue>::value, "a copy wou
 class BufferStreamQueueTest : public testing::Test {
 protected:
     ~BufferStreamQueueTest() override {
-        while (queue.deQueue()) {
+        while (queue.deQueue() != nullptr) {
         }
     }
     BufferStreamElement a{8, nullptr};
@@ -82,8 +82,8 @@ bool isRequest(BufferStreamElement& element, unsigned int number) {
     if (!element.GetParmUint32(&readNumber) || readNumber != number)
         return false;
     const char* const text = element.GetParmString();
-    return text && std::string(text) == (number % 2 == 0 ? "create volume" : "") && element.GetParmSint16(&truncated) &&
-           truncated == static_cast<short>(number) && element.ReadAvailable() == 0;
+    return text != nullptr && std::string(text) == (number % 2 == 0 ? "create volume" : "") &&
+           element.GetParmSint16(&truncated) && truncated == static_cast<short>(number) && element.ReadAvailable() == 0;
 }
 
 TEST_F(BufferStreamQueueTest, UsageExample) {
@@ -278,7 +278,7 @@ TEST(BufferStreamQueue, BehavesAsADeque) {
             } else {
                 BufferStreamElement* const taken = queue.deQueue();
                 ASSERT_EQ(taken, model.empty() ? nullptr : model.front());
-                if (taken)
+                if (taken != nullptr)
                     model.pop_front();
                 delete taken;
             }

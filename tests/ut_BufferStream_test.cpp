@@ -27,9 +27,9 @@ using utility::GetStream;
 using utility::PutStream;
 using Lines = std::vector<std::string>;
 
-constexpr const char* ALLOC_BUFFER = "void utility::Buffer::allocBuffer()";
-constexpr const char* PUT_C = "void utility::PutStream::PutC(char)";
-constexpr const char* PUT_S = "void utility::PutStream::PutS(const char*)";
+constexpr const char* allocBufferName = "void utility::Buffer::allocBuffer()";
+constexpr const char* putCName = "void utility::PutStream::PutC(char)";
+constexpr const char* putSName = "void utility::PutStream::PutS(const char*)";
 
 static_assert(std::is_base_of<PutStream, BufferStream>::value && std::is_base_of<GetStream, BufferStream>::value,
               "a buffer stream is a writer and a reader");
@@ -67,28 +67,28 @@ TEST(BufferStream, OwnStorageHoldsItsSize) {
         EXPECT_FALSE(stream.isNoThrow());
         for (int i = 0; i < size; ++i)
             stream.PutC('x');
-        EXPECT_FAILURE(stream.PutC('y'), 1239, "ut_PutStream", PUT_C, "");
+        EXPECT_FAILURE(stream.PutC('y'), 1239, "ut_PutStream", putCName, "");
         EXPECT_EQ(std::string(stream.pBuffer()), std::string(static_cast<std::size_t>(size), 'x'));
     }
 }
 
 TEST(BufferStream, FailedAllocationOfStorageThrows1238) {
-    EXPECT_FAILURE(test::failNth(1, [] { BufferStream stream(16); }), 1238, "ut_Buffer", ALLOC_BUFFER, "");
+    EXPECT_FAILURE(test::failNth(1, [] { BufferStream stream(16); }), 1238, "ut_Buffer", allocBufferName, "");
     test::CountingMemory memory;
     memory.refuseAll();
-    EXPECT_FAILURE(BufferStream(16), 1238, "ut_Buffer", ALLOC_BUFFER, "");
+    EXPECT_FAILURE(BufferStream(16), 1238, "ut_Buffer", allocBufferName, "");
     EXPECT_EQ(memory.requests(), std::vector<unsigned long>{17});
 }
 
 TEST(BufferStream, NegativeSizeThrows1238) {
     for (const int size : {-1, -2, INT_MIN})
-        EXPECT_FAILURE(BufferStream{size}, 1238, "ut_Buffer", ALLOC_BUFFER, "") << size;
+        EXPECT_FAILURE(BufferStream{size}, 1238, "ut_Buffer", allocBufferName, "") << size;
 }
 
 TEST(BufferStream, StreamOnTheHeapIsFreedIfItsStorageCannotBeAllocated) {
     test::CountingMemory memory;
     memory.refuse(2);
-    EXPECT_FAILURE(delete new BufferStream(16), 1238, "ut_Buffer", ALLOC_BUFFER, "");
+    EXPECT_FAILURE(delete new BufferStream(16), 1238, "ut_Buffer", allocBufferName, "");
     EXPECT_EQ(memory.requests().size(), 2u);
     EXPECT_EQ(memory.outstanding(), 0u);
     EXPECT_TRUE(memory.foreign().empty());
@@ -107,7 +107,7 @@ TEST(BufferStream, ACallersArrayOfSixteenBytesHoldsFifteenCharacters) {
     EXPECT_EQ(stream.Size(), 15);
     for (int i = 0; i < 15; ++i)
         stream.PutC('x');
-    EXPECT_FAILURE(stream.PutC('y'), 1239, "ut_PutStream", PUT_C, "");
+    EXPECT_FAILURE(stream.PutC('y'), 1239, "ut_PutStream", putCName, "");
     EXPECT_EQ(bytes.content(), std::string(15, 'x') + std::string(1, '\0'));
     EXPECT_TRUE(bytes.areGuardsWhole());
 }
@@ -117,7 +117,7 @@ TEST(BufferStream, TheLastArgumentIsTheNoThrowFlag) {
     char text[4];
     BufferStream loud(text, sizeof text, false);
     EXPECT_FALSE(loud.isNoThrow());
-    EXPECT_FAILURE(loud.PutS("ports"), 1239, "ut_PutStream", PUT_S, "Didn't fit. remaining=3 msg='ports'");
+    EXPECT_FAILURE(loud.PutS("ports"), 1239, "ut_PutStream", putSName, "Didn't fit. remaining=3 msg='ports'");
     EXPECT_EQ(log.count(), 0u);
     BufferStream quiet(text, sizeof text, true);
     EXPECT_TRUE(quiet.isNoThrow());
@@ -210,7 +210,7 @@ TEST(BufferStream, FileThatCannotBeReadLeavesAnEmptyStream) {
         BufferStream stream(path.c_str());
         EXPECT_EQ(stream.Size(), 0);
         EXPECT_EQ(stream.ReadLine(), nullptr);
-        EXPECT_FAILURE(stream.PutC('a'), 1239, "ut_PutStream", PUT_C, "");
+        EXPECT_FAILURE(stream.PutC('a'), 1239, "ut_PutStream", putCName, "");
         stream.Rewind();
     }
 }
@@ -220,7 +220,7 @@ TEST(BufferStream, LoadingWithoutMemoryThrows1238AndFreesTheStream) {
     const std::string path = directory.write("file", "ports");
     test::CountingMemory memory;
     memory.refuse(2);
-    EXPECT_FAILURE(delete new BufferStream(path.c_str()), 1238, "ut_Buffer", ALLOC_BUFFER, "");
+    EXPECT_FAILURE(delete new BufferStream(path.c_str()), 1238, "ut_Buffer", allocBufferName, "");
     EXPECT_EQ(memory.outstanding(), 0u);
     EXPECT_TRUE(memory.foreign().empty());
 }

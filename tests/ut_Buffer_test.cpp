@@ -11,26 +11,31 @@
 
 #include <gtest/gtest.h>
 
+#include "CountedPositions.h"
 #include "CountingMemory.h"
 #include "ExpectFailure.h"
 #include "FailingAllocation.h"
 #include "FailingOperation.h"
 #include "GuardedBytes.h"
 #include "HeapGrowth.h"
+#include "HeldBytes.h"
 #include "LogCapture.h"
+#include "OverstatedSpace.h"
 #include "TraceLines.h"
 #include "VirtualSlot.h"
 #include "ut_BufferStream.h"
 
 namespace {
 
+using test::heldBytes;
+using test::traceLine;
 using utility::Buffer;
 using Lines = std::vector<std::string>;
 
-constexpr const char* ALLOC_BUFFER = "void utility::Buffer::allocBuffer()";
-constexpr const char* WRITE_ADVANCE = "virtual void utility::Buffer::WriteAdvance(int)";
-constexpr const char* READ_ADVANCE = "virtual void utility::Buffer::ReadAdvance(int)";
-constexpr const char* COPY_FROM = "void utility::Buffer::CopyFrom(utility::Buffer*)";
+constexpr const char* allocBufferName = "void utility::Buffer::allocBuffer()";
+constexpr const char* writeAdvanceName = "virtual void utility::Buffer::WriteAdvance(int)";
+constexpr const char* readAdvanceName = "virtual void utility::Buffer::ReadAdvance(int)";
+constexpr const char* copyFromName = "void utility::Buffer::CopyFrom(utility::Buffer*)";
 
 static_assert(!std::is_copy_constructible<Buffer>::value && !std::is_copy_assignable<Buffer>::value,
               "a copy would share the storage");
@@ -55,32 +60,6 @@ public:
     using Buffer::terminate;
 };
 
-// Counts the calls of its position operations, which streams that page or flush override.
-class CountedBuffer : public OpenBuffer {
-public:
-    using OpenBuffer::OpenBuffer;
-    int WriteRemaining() const override {
-        ++remaining;
-        return OpenBuffer::WriteRemaining();
-    }
-    int ReadAvailable() const override {
-        ++available;
-        return OpenBuffer::ReadAvailable();
-    }
-    void WriteAdvance(int n) override {
-        ++written;
-        OpenBuffer::WriteAdvance(n);
-    }
-    void ReadAdvance(int n) override {
-        ++read;
-        OpenBuffer::ReadAdvance(n);
-    }
-    mutable int remaining = 0;
-    mutable int available = 0;
-    int written = 0;
-    int read = 0;
-};
-
 // The process's memory object while it exists; allocates with `malloc` and does not track the allocations.
 class MallocMemory : public framework::Memory {
 public:
@@ -96,14 +75,6 @@ public:
     void release(const void*) override {}
 };
 
-// Reports more space than its storage has, as a stream does that flushes while it is written to.
-class OverstatedSpace : public OpenBuffer {
-public:
-    int WriteRemaining() const override {
-        return 1000;
-    }
-};
-
 void put(Buffer& buffer, const std::string& bytes) {
     std::memcpy(buffer.pHead(), bytes.data(), bytes.size());
     buffer.WriteAdvance(static_cast<int>(bytes.size()));
@@ -112,10 +83,6 @@ void put(Buffer& buffer, const std::string& bytes) {
 void putText(Buffer& buffer, const std::string& text) {
     put(buffer, text);
     *buffer.pHead() = 0;
-}
-
-std::string content(const Buffer& buffer) {
-    return std::string(buffer.pTail(), static_cast<std::size_t>(buffer.ReadAvailable()));
 }
 
 void expectPositions(const Buffer& buffer, int write, int read) {
@@ -198,7 +165,7 @@ TEST(Buffer, LargestCapacityIncludesItsTerminatorInTheRequest) {
     memory.refuseAll();
     OpenBuffer buffer;
     buffer.setSize(INT_MAX);
-    EXPECT_FAILURE(buffer.allocBuffer(), 1238, "ut_Buffer", ALLOC_BUFFER, "");
+    EXPECT_FAILURE(buffer.allocBuffer(), 1238, "ut_Buffer", allocBufferName, "");
     EXPECT_EQ(memory.requests(), std::vector<unsigned long>{2147483648ul});
 }
 
@@ -206,7 +173,7 @@ TEST(Buffer, NegativeCapacityCannotBeAllocated) {
     for (const int size : {-1, -2, INT_MIN}) {
         OpenBuffer buffer;
         buffer.setSize(size);
-        EXPECT_FAILURE(buffer.allocBuffer(), 1238, "ut_Buffer", ALLOC_BUFFER, "") << size;
+        EXPECT_FAILURE(buffer.allocBuffer(), 1238, "ut_Buffer", allocBufferName, "") << size;
         EXPECT_EQ(buffer.Size(), 0);
         EXPECT_EQ(buffer.pBuffer(), nullptr);
     }
@@ -215,7 +182,7 @@ TEST(Buffer, NegativeCapacityCannotBeAllocated) {
 TEST(Buffer, FailedMallocThrows1238AndSetsCapacityToZero) {
     OpenBuffer buffer;
     buffer.setSize(8);
-    EXPECT_FAILURE(test::failNth(1, [&] { buffer.allocBuffer(); }), 1238, "ut_Buffer", ALLOC_BUFFER, "");
+    EXPECT_FAILURE(test::failNth(1, [&] { buffer.allocBuffer(); }), 1238, "ut_Buffer", allocBufferName, "");
     EXPECT_EQ(buffer.Size(), 0);
     EXPECT_EQ(buffer.pBuffer(), nullptr);
     EXPECT_EQ(buffer.WriteRemaining(), 0);
@@ -227,7 +194,7 @@ TEST(Buffer, RefusedMemoryThrows1238AndSetsCapacityToZero) {
         OpenBuffer buffer;
         buffer.setSize(8);
         memory.refuse(1);
-        EXPECT_FAILURE(buffer.allocBuffer(), 1238, "ut_Buffer", ALLOC_BUFFER, "");
+        EXPECT_FAILURE(buffer.allocBuffer(), 1238, "ut_Buffer", allocBufferName, "");
         EXPECT_EQ(buffer.Size(), 0);
     }
     EXPECT_TRUE(memory.foreign().empty());
@@ -244,7 +211,7 @@ TEST(Buffer, WithNoThrowFailedAllocationIsLogged) {
     EXPECT_EQ(CATCH_FAILURE(buffer.allocBuffer()), nullptr);
     EXPECT_EQ(buffer.Size(), 0);
     EXPECT_EQ(buffer.pBuffer(), nullptr);
-    EXPECT_EQ(test::traceLines(log), (Lines{std::string("0 ") + ALLOC_BUFFER + ": Buffer was not allocated"}));
+    EXPECT_EQ(test::traceLines(log), (Lines{traceLine(0, allocBufferName, "Buffer was not allocated")}));
 }
 
 TEST(Buffer, WithNoThrowFailedMallocIsLogged) {
@@ -254,7 +221,7 @@ TEST(Buffer, WithNoThrowFailedMallocIsLogged) {
     buffer.setNoThrow(true);
     EXPECT_EQ(CATCH_FAILURE(test::failNth(1, [&] { buffer.allocBuffer(); })), nullptr);
     EXPECT_EQ(buffer.Size(), 0);
-    EXPECT_EQ(test::traceLines(log), (Lines{std::string("0 ") + ALLOC_BUFFER + ": Buffer was not allocated"}));
+    EXPECT_EQ(test::traceLines(log), (Lines{traceLine(0, allocBufferName, "Buffer was not allocated")}));
 }
 
 TEST(Buffer, AllocationCanBeRetriedAfterAFailure) {
@@ -356,7 +323,7 @@ TEST(Buffer, FailedNewReturnsNull) {
 TEST(Buffer, ObjectIsFreedIfItsStorageCannotBeAllocated) {
     test::CountingMemory memory;
     memory.refuse(2);
-    EXPECT_FAILURE(delete new OpenBuffer(8), 1238, "ut_Buffer", ALLOC_BUFFER, "");
+    EXPECT_FAILURE(delete new OpenBuffer(8), 1238, "ut_Buffer", allocBufferName, "");
     EXPECT_EQ(memory.outstanding(), 0u);
     EXPECT_TRUE(memory.foreign().empty());
 }
@@ -409,12 +376,12 @@ TEST(Buffer, WriteAdvanceMovesAtMostToTheCapacity) {
     buffer.WriteAdvance(0);
     buffer.WriteAdvance(8);
     expectPositions(buffer, 8, 0);
-    EXPECT_FAILURE(buffer.WriteAdvance(1), 1239, "ut_Buffer", WRITE_ADVANCE, "");
+    EXPECT_FAILURE(buffer.WriteAdvance(1), 1239, "ut_Buffer", writeAdvanceName, "");
 }
 
 TEST(Buffer, RefusedWriteAdvanceLeavesThePositionMoved) {
     OpenBuffer buffer(8);
-    EXPECT_FAILURE(buffer.WriteAdvance(11), 1239, "ut_Buffer", WRITE_ADVANCE, "");
+    EXPECT_FAILURE(buffer.WriteAdvance(11), 1239, "ut_Buffer", writeAdvanceName, "");
     expectPositions(buffer, 11, 0);
     EXPECT_EQ(buffer.WriteRemaining(), -3);
     EXPECT_EQ(buffer.ReadAvailable(), 11);
@@ -423,7 +390,7 @@ TEST(Buffer, RefusedWriteAdvanceLeavesThePositionMoved) {
 TEST(Buffer, NegativeWriteAdvanceIsRefusedEvenInRange) {
     OpenBuffer buffer(8);
     buffer.WriteAdvance(4);
-    EXPECT_FAILURE(buffer.WriteAdvance(-1), 1239, "ut_Buffer", WRITE_ADVANCE, "");
+    EXPECT_FAILURE(buffer.WriteAdvance(-1), 1239, "ut_Buffer", writeAdvanceName, "");
     expectPositions(buffer, 3, 0);
 }
 
@@ -457,7 +424,7 @@ TEST(Buffer, ReadAdvanceMovesAtMostToTheWritePosition) {
     buffer.ReadAdvance(0);
     buffer.ReadAdvance(5);
     expectPositions(buffer, 5, 5);
-    EXPECT_FAILURE(buffer.ReadAdvance(1), 1239, "ut_Buffer", READ_ADVANCE, "");
+    EXPECT_FAILURE(buffer.ReadAdvance(1), 1239, "ut_Buffer", readAdvanceName, "");
     expectPositions(buffer, 5, 6);
     EXPECT_EQ(buffer.ReadAvailable(), -1);
 }
@@ -466,7 +433,7 @@ TEST(Buffer, NegativeReadAdvanceIsRefusedEvenInRange) {
     OpenBuffer buffer(8);
     buffer.WriteAdvance(5);
     buffer.ReadAdvance(3);
-    EXPECT_FAILURE(buffer.ReadAdvance(-1), 1239, "ut_Buffer", READ_ADVANCE, "");
+    EXPECT_FAILURE(buffer.ReadAdvance(-1), 1239, "ut_Buffer", readAdvanceName, "");
     expectPositions(buffer, 5, 2);
 }
 
@@ -490,16 +457,16 @@ TEST(Buffer, ExtremeAdvancesAreRefused) {
         OpenBuffer buffer(8);
         buffer.WriteAdvance(5);
         buffer.ReadAdvance(2);
-        EXPECT_FAILURE(buffer.WriteAdvance(n), 1239, "ut_Buffer", WRITE_ADVANCE, "") << n;
-        EXPECT_FAILURE(buffer.WriteAdvance(n), 1239, "ut_Buffer", WRITE_ADVANCE, "") << n;
+        EXPECT_FAILURE(buffer.WriteAdvance(n), 1239, "ut_Buffer", writeAdvanceName, "") << n;
+        EXPECT_FAILURE(buffer.WriteAdvance(n), 1239, "ut_Buffer", writeAdvanceName, "") << n;
         buffer.Rewind();
         buffer.WriteAdvance(5);
         buffer.ReadAdvance(2);
-        EXPECT_FAILURE(buffer.ReadAdvance(n), 1239, "ut_Buffer", READ_ADVANCE, "") << n;
-        EXPECT_FAILURE(buffer.ReadAdvance(n), 1239, "ut_Buffer", READ_ADVANCE, "") << n;
+        EXPECT_FAILURE(buffer.ReadAdvance(n), 1239, "ut_Buffer", readAdvanceName, "") << n;
+        EXPECT_FAILURE(buffer.ReadAdvance(n), 1239, "ut_Buffer", readAdvanceName, "") << n;
         buffer.Rewind();
         putText(buffer, "volume");
-        EXPECT_EQ(content(buffer), "volume");
+        EXPECT_EQ(heldBytes(buffer), "volume");
     }
 }
 
@@ -534,7 +501,7 @@ TEST(Buffer, CanBeQueriedRewoundAndUsedAfterARefusedAdvance) {
     buffer.Rewind();
     expectPositions(buffer, 0, 0);
     putText(buffer, "12345678");
-    EXPECT_EQ(content(buffer), "12345678");
+    EXPECT_EQ(heldBytes(buffer), "12345678");
 }
 
 TEST(Buffer, RewindDiscardsTheContent) {
@@ -634,7 +601,7 @@ TEST(Buffer, CopyFromOfOneByteTooManyThrowsAndMovesNothing) {
     OpenBuffer source(8);
     putText(source, "volume");
     OpenBuffer target(5);
-    EXPECT_FAILURE(target.CopyFrom(&source), 1239, "ut_Buffer", COPY_FROM, "");
+    EXPECT_FAILURE(target.CopyFrom(&source), 1239, "ut_Buffer", copyFromName, "");
     expectPositions(target, 0, 0);
     expectPositions(source, 6, 0);
     EXPECT_EQ(target.pBuffer()[0], 0);
@@ -680,13 +647,13 @@ TEST(Buffer, CopyFromItselfMovesTheBytesAfterThemselves) {
     putText(buffer, "abc");
     buffer.CopyFrom(&buffer);
     expectPositions(buffer, 6, 3);
-    EXPECT_EQ(content(buffer), "abc");
+    EXPECT_EQ(heldBytes(buffer), "abc");
 }
 
 TEST(Buffer, CopyFromUsesTheVirtualPositionOperations) {
-    CountedBuffer source(8);
+    test::CountedPositions<OpenBuffer> source(8);
     putText(source, "volume");
-    CountedBuffer target(8);
+    test::CountedPositions<OpenBuffer> target(8);
     source.available = source.written = source.read = source.remaining = 0;
     target.CopyFrom(&source);
     EXPECT_GE(source.available, 1);
@@ -742,11 +709,11 @@ TEST(Buffer, CopyFromStaysInBoundsIfTheSpaceReportedIsTooLarge) {
     test::GuardedBytes bytes(5);
     OpenBuffer source(8);
     putText(source, "volumes");
-    OverstatedSpace target;
+    test::OverstatedSpace<OpenBuffer> target;
     target.supplyArray(bytes.array(), bytes.size());
     target.CopyFrom(&source);
     EXPECT_STREQ(target.pBuffer(), "volu");
-    EXPECT_EQ(content(source), "mes");
+    EXPECT_EQ(heldBytes(source), "mes");
     EXPECT_TRUE(bytes.areGuardsWhole());
 }
 

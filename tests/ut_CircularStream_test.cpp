@@ -13,25 +13,17 @@
 #include "FailingAllocation.h"
 #include "FailingOperation.h"
 #include "RandomRun.h"
+#include "ReceiveText.h"
+#include "SendText.h"
 
 namespace {
 
+using test::receiveText;
+using test::sendText;
 using utility::CircularStream;
 
 static_assert(!std::is_copy_constructible<CircularStream>::value, "a copy would share the storage");
 static_assert(!std::is_copy_assignable<CircularStream>::value, "an assignment would share the storage");
-
-void send(CircularStream& stream, const std::string& data) {
-    EXPECT_TRUE(stream.SendOutputStream(data.data(), static_cast<unsigned int>(data.size())));
-}
-
-std::string receive(CircularStream& stream, unsigned int size) {
-    std::string data(size, '\0');
-    const int count = stream.ReceiveInputStream(data.data(), size);
-    EXPECT_GE(count, 0);
-    data.resize(static_cast<std::size_t>(std::max(count, 0)));
-    return data;
-}
 
 TEST(CircularStream, UsageExample) {
     utility::CircularStream history(8);
@@ -45,25 +37,25 @@ TEST(CircularStream, UsageExample) {
 TEST(CircularStream, ReadsBackDataThatFits) {
     CircularStream stream(8);
     EXPECT_EQ(stream.ReadAvailable(), 0);
-    send(stream, "ABC");
+    EXPECT_TRUE(sendText(stream, "ABC"));
     EXPECT_EQ(stream.ReadAvailable(), 3);
-    send(stream, "DEFG");
+    EXPECT_TRUE(sendText(stream, "DEFG"));
     EXPECT_EQ(stream.ReadAvailable(), 7);
-    EXPECT_EQ(receive(stream, 2), "AB");
-    EXPECT_EQ(receive(stream, 20), "CDEFG");
-    EXPECT_EQ(receive(stream, 20), "");
+    EXPECT_EQ(receiveText(stream, 2), "AB");
+    EXPECT_EQ(receiveText(stream, 20), "CDEFG");
+    EXPECT_EQ(receiveText(stream, 20), "");
     EXPECT_TRUE(stream.StartInputStream());
-    EXPECT_EQ(receive(stream, 20), "ABCDEFG");
+    EXPECT_EQ(receiveText(stream, 20), "ABCDEFG");
 }
 
 TEST(CircularStream, FillingTheLastByteWrapsAndLosesTheFirstByte) {
     CircularStream stream(8);
-    send(stream, "ABCDEFGH");
+    EXPECT_TRUE(sendText(stream, "ABCDEFGH"));
     EXPECT_EQ(stream.WritePosition(), 0);
     EXPECT_EQ(stream.ReadAvailable(), 7);
-    EXPECT_EQ(receive(stream, 20), "BCDEFGH");
+    EXPECT_EQ(receiveText(stream, 20), "BCDEFGH");
     EXPECT_TRUE(stream.StartInputStream());
-    EXPECT_EQ(receive(stream, 20), "BCDEFGH");
+    EXPECT_EQ(receiveText(stream, 20), "BCDEFGH");
 }
 
 TEST(CircularStream, KeepsTheLastBytesOfAWriteManyTimesItsCapacity) {
@@ -71,72 +63,72 @@ TEST(CircularStream, KeepsTheLastBytesOfAWriteManyTimesItsCapacity) {
     std::string data;
     for (int i = 0; i < 1000; ++i)
         data += static_cast<char>('a' + i % 26);
-    send(stream, data);
-    EXPECT_EQ(receive(stream, 20), data.substr(993));
+    EXPECT_TRUE(sendText(stream, data));
+    EXPECT_EQ(receiveText(stream, 20), data.substr(993));
 }
 
 TEST(CircularStream, OverrunMovesTheReaderToTheOldestByteLeft) {
     CircularStream stream(8);
-    send(stream, "ABCDEF");
-    EXPECT_EQ(receive(stream, 4), "ABCD");
-    send(stream, "GHIJ");
+    EXPECT_TRUE(sendText(stream, "ABCDEF"));
+    EXPECT_EQ(receiveText(stream, 4), "ABCD");
+    EXPECT_TRUE(sendText(stream, "GHIJ"));
     EXPECT_EQ(stream.ReadAvailable(), 6);
-    send(stream, "K");
+    EXPECT_TRUE(sendText(stream, "K"));
     EXPECT_EQ(stream.ReadAvailable(), 7);
-    send(stream, "L");
+    EXPECT_TRUE(sendText(stream, "L"));
     EXPECT_EQ(stream.ReadAvailable(), 7);
-    send(stream, "MN");
-    EXPECT_EQ(receive(stream, 20), "HIJKLMN");
+    EXPECT_TRUE(sendText(stream, "MN"));
+    EXPECT_EQ(receiveText(stream, 20), "HIJKLMN");
 }
 
 TEST(CircularStream, ReadsAroundTheEndInPieces) {
     CircularStream stream(8);
-    send(stream, "ABCDEFGHIJ");
-    EXPECT_EQ(receive(stream, 1), "D");
-    EXPECT_EQ(receive(stream, 4), "EFGH");
+    EXPECT_TRUE(sendText(stream, "ABCDEFGHIJ"));
+    EXPECT_EQ(receiveText(stream, 1), "D");
+    EXPECT_EQ(receiveText(stream, 4), "EFGH");
     EXPECT_EQ(stream.ReadPosition(), 0);
-    EXPECT_EQ(receive(stream, 4), "IJ");
+    EXPECT_EQ(receiveText(stream, 4), "IJ");
 }
 
 TEST(CircularStream, WriteRemainingIsAlwaysTheCapacity) {
     CircularStream stream(8);
     EXPECT_EQ(stream.WriteRemaining(), 8);
-    send(stream, "ABCDE");
+    EXPECT_TRUE(sendText(stream, "ABCDE"));
     EXPECT_EQ(stream.WriteRemaining(), 8);
-    send(stream, "ABCDE");
+    EXPECT_TRUE(sendText(stream, "ABCDE"));
     EXPECT_EQ(stream.WriteRemaining(), 8);
 }
 
 TEST(CircularStream, StartInputWrapsAPositionPastTheLastByteToTheFirst) {
     CircularStream stream(8);
-    send(stream, "ABCDEFGHIJKLMNO");
+    EXPECT_TRUE(sendText(stream, "ABCDEFGHIJKLMNO"));
     EXPECT_EQ(stream.WritePosition(), 7);
     EXPECT_TRUE(stream.StartInputStream());
     EXPECT_EQ(stream.ReadPosition(), 0);
-    EXPECT_EQ(receive(stream, 20), "IJKLMNO");
+    EXPECT_EQ(receiveText(stream, 20), "IJKLMNO");
 }
 
 TEST(CircularStream, StartOutputKeepsTheWrappedState) {
     CircularStream stream(8);
-    send(stream, "ABCDEFGHIJ");
+    EXPECT_TRUE(sendText(stream, "ABCDEFGHIJ"));
     EXPECT_TRUE(stream.StartOutputStream());
     EXPECT_EQ(stream.WritePosition(), 0);
     EXPECT_EQ(stream.ReadAvailable(), 0);
-    send(stream, "xy");
-    EXPECT_EQ(receive(stream, 20), "xy");
+    EXPECT_TRUE(sendText(stream, "xy"));
+    EXPECT_EQ(receiveText(stream, 20), "xy");
     EXPECT_TRUE(stream.StartInputStream());
-    EXPECT_EQ(receive(stream, 20), "DEFGHxy");
+    EXPECT_EQ(receiveText(stream, 20), "DEFGHxy");
 }
 
 TEST(CircularStream, StartOutputOfARingThatNeverWrappedDiscardsTheContent) {
     CircularStream stream(8);
-    send(stream, "ABCDE");
+    EXPECT_TRUE(sendText(stream, "ABCDE"));
     EXPECT_TRUE(stream.StartOutputStream());
     EXPECT_TRUE(stream.StartInputStream());
-    EXPECT_EQ(receive(stream, 20), "");
-    send(stream, "xy");
+    EXPECT_EQ(receiveText(stream, 20), "");
+    EXPECT_TRUE(sendText(stream, "xy"));
     EXPECT_TRUE(stream.StartInputStream());
-    EXPECT_EQ(receive(stream, 20), "xy");
+    EXPECT_EQ(receiveText(stream, 20), "xy");
 }
 
 TEST(CircularStream, StatesAreThoseOfAStreamThatNeverFails) {
@@ -149,12 +141,12 @@ TEST(CircularStream, StatesAreThoseOfAStreamThatNeverFails) {
         EXPECT_TRUE(stream.isInputStreamOpen());
         EXPECT_FALSE(stream.isInputStreamInError());
         EXPECT_EQ(stream.GetInputStreamSize(), -1);
-        send(stream, "abc");
+        EXPECT_TRUE(sendText(stream, "abc"));
         stream.EndOutputStream();
         EXPECT_FALSE(stream.isInputStreamAtEnd());
         stream.EndInputStream();
         EXPECT_FALSE(stream.isInputStreamAtEnd());
-        EXPECT_EQ(receive(stream, 4).size(), 3u);
+        EXPECT_EQ(receiveText(stream, 4).size(), 3u);
         EXPECT_TRUE(stream.isInputStreamAtEnd());
         EXPECT_FALSE(stream.isInputStreamGood());
     }
@@ -162,7 +154,7 @@ TEST(CircularStream, StatesAreThoseOfAStreamThatNeverFails) {
 
 TEST(CircularStream, AdvancesBelowOneDoNothing) {
     CircularStream stream(8);
-    send(stream, "ABCDE");
+    EXPECT_TRUE(sendText(stream, "ABCDE"));
     for (const int n : {0, -1, INT_MIN}) {
         stream.WriteAdvance(n);
         stream.ReadAdvance(n);
@@ -173,16 +165,16 @@ TEST(CircularStream, AdvancesBelowOneDoNothing) {
 
 TEST(CircularStream, ReadAdvanceIsLimitedToTheReadableBytes) {
     CircularStream stream(8);
-    send(stream, "ABCDE");
+    EXPECT_TRUE(sendText(stream, "ABCDE"));
     stream.ReadAdvance(2);
-    EXPECT_EQ(receive(stream, 1), "C");
+    EXPECT_EQ(receiveText(stream, 1), "C");
     stream.ReadAdvance(INT_MAX);
     EXPECT_EQ(stream.ReadAvailable(), 0);
     EXPECT_EQ(stream.ReadPosition(), 5);
-    send(stream, "FGHIJ");
+    EXPECT_TRUE(sendText(stream, "FGHIJ"));
     stream.ReadAdvance(3);
     EXPECT_EQ(stream.ReadPosition(), 0);
-    EXPECT_EQ(receive(stream, 20), "IJ");
+    EXPECT_EQ(receiveText(stream, 20), "IJ");
 }
 
 TEST(CircularStream, WriteAdvanceByManyRoundsStaysInRange) {
@@ -193,7 +185,7 @@ TEST(CircularStream, WriteAdvanceByManyRoundsStaysInRange) {
             stream.WriteAdvance(n);
             EXPECT_EQ(stream.WritePosition(), static_cast<int>((start + static_cast<long long>(n)) % 8));
             EXPECT_EQ(stream.ReadAvailable(), 7);
-            EXPECT_EQ(receive(stream, 20).size(), 7u);
+            EXPECT_EQ(receiveText(stream, 20).size(), 7u);
             stream.WriteAdvance(n);
             EXPECT_EQ(stream.ReadAvailable(), 7);
         }
@@ -229,19 +221,19 @@ TEST(CircularStream, PositionsOfTheLargestRingWrapAroundItsEnd) {
 
 TEST(CircularStream, CapacityOneAcceptsEverythingAndReturnsNothing) {
     CircularStream stream(1);
-    send(stream, "ABC");
+    EXPECT_TRUE(sendText(stream, "ABC"));
     EXPECT_EQ(stream.ReadAvailable(), 0);
     EXPECT_TRUE(stream.StartInputStream());
-    EXPECT_EQ(receive(stream, 5), "");
+    EXPECT_EQ(receiveText(stream, 5), "");
 }
 
 TEST(CircularStream, CapacityZeroAcceptsEverythingAndStoresNothing) {
     CircularStream stream(0);
-    send(stream, "ABC");
+    EXPECT_TRUE(sendText(stream, "ABC"));
     stream.WriteAdvance(5);
     stream.ReadAdvance(5);
     EXPECT_TRUE(stream.StartInputStream());
-    EXPECT_EQ(receive(stream, 5), "");
+    EXPECT_EQ(receiveText(stream, 5), "");
     EXPECT_TRUE(stream.StartOutputStream());
     EXPECT_EQ(stream.WriteRemaining(), 0);
     EXPECT_TRUE(stream.isInputStreamAtEnd());
@@ -257,9 +249,9 @@ TEST(CircularStream, NullDataWritesNothingAndANullBufferConsumesNothing) {
     CircularStream stream(8);
     EXPECT_TRUE(stream.SendOutputStream(nullptr, 5));
     EXPECT_EQ(stream.ReadAvailable(), 0);
-    send(stream, "ABC");
+    EXPECT_TRUE(sendText(stream, "ABC"));
     EXPECT_EQ(stream.ReceiveInputStream(nullptr, 5), 0);
-    EXPECT_EQ(receive(stream, 5), "ABC");
+    EXPECT_EQ(receiveText(stream, 5), "ABC");
 }
 
 TEST(CircularStream, AllocatesOnlyItsStorage) {
@@ -275,9 +267,9 @@ TEST(CircularStream, AllocatesOnlyItsStorage) {
 TEST(CircularStream, ReceivesATransferFromAnotherRing) {
     CircularStream from(100);
     CircularStream to(8);
-    send(from, "ABCDEFGHIJ");
+    EXPECT_TRUE(sendText(from, "ABCDEFGHIJ"));
     EXPECT_TRUE(to.TransferFromInputStream(from));
-    EXPECT_EQ(receive(to, 20), "DEFGHIJ");
+    EXPECT_EQ(receiveText(to, 20), "DEFGHIJ");
 }
 
 // A ring that counts the calls of its virtual position operations.
@@ -327,9 +319,9 @@ TEST(CircularStream, SourceAndDestinationMayBeItsOwnStorage) {
 
 TEST(CircularStream, ADerivedRingSeesEveryAdvance) {
     CountingRing ring(8);
-    send(ring, "ABCDEFGHIJ");
+    EXPECT_TRUE(sendText(ring, "ABCDEFGHIJ"));
     EXPECT_EQ(ring.m_written, (std::vector<int>{8, 2}));
-    EXPECT_EQ(receive(ring, 20), "DEFGHIJ");
+    EXPECT_EQ(receiveText(ring, 20), "DEFGHIJ");
     EXPECT_EQ(ring.m_read, (std::vector<int>{5, 2}));
     EXPECT_GT(ring.m_questions, 0);
 }
@@ -375,7 +367,7 @@ void runAgainstModel(test::RandomRun& random, int steps) {
     CircularStream stream(static_cast<int>(capacity));
     RingModel model(capacity);
     // Advancing makes bytes readable that were not written, so fill the ring and the model with known bytes first.
-    send(stream, std::string(capacity, '.'));
+    EXPECT_TRUE(sendText(stream, std::string(capacity, '.')));
     model.send(std::string(capacity, '.'));
     for (int step = 0; step < steps && !testing::Test::HasFailure(); ++step) {
         const unsigned int n = random.below(random.below(8) == 0 ? 200 : capacity);
@@ -399,10 +391,10 @@ void runAgainstModel(test::RandomRun& random, int steps) {
         default:
             if (random.below(2) == 0) {
                 const std::string data = random.text(n, "abcdefghijklmnopqrstuvwxyz");
-                send(stream, data);
+                EXPECT_TRUE(sendText(stream, data));
                 model.send(data);
             } else {
-                EXPECT_EQ(receive(stream, n), model.receive(n));
+                EXPECT_EQ(receiveText(stream, n), model.receive(n));
             }
         }
         EXPECT_EQ(stream.ReadAvailable(), static_cast<int>(model.unread));

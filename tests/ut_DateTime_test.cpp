@@ -19,11 +19,13 @@
 #include "LogCapture.h"
 #include "RandomRun.h"
 #include "TemporaryDirectory.h"
+#include "TextLines.h"
 #include "TimeZone.h"
 #include "ut_Debug.h"
 #include "ut_PutStream.h"
 
 using framework::Logger;
+using test::linesOf;
 using utility::DateTime;
 using utility::PutStream;
 
@@ -112,14 +114,6 @@ std::vector<time_t> randomInstants(unsigned int count) {
             instants.push_back(instant);
     }
     return instants;
-}
-
-std::vector<std::string> linesOf(const std::string& text) {
-    std::istringstream stream(text);
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(stream, line);)
-        lines.push_back(line);
-    return lines;
 }
 
 // The output of `date` for each line of `input` in the time zone `zone`.

@@ -55,15 +55,22 @@
 #include "support/ExpectFailure.h"
 #include "support/GuardedText.h"
 #include "support/LogCapture.h"
+#include "support/PermissionsOf.h"
 #include "support/ProtectedMachine.h"
 #include "support/SymbolObject.h"
+#include "support/SymbolText.h"
 #include "support/TemporaryDirectory.h"
+#include "support/TextLines.h"
 #include "ut_BufferStream.h"
 #include "ut_FileOutputStream.h"
 #include "ut_Locker.h"
 
 using framework::Logger;
 using framework::ThreadInfo;
+using test::linesOf;
+using test::permissionsOf;
+using test::symbolName;
+using test::symbolPath;
 using utility::BufferStream;
 using utility::Debug;
 
@@ -255,21 +262,13 @@ struct Trace {
     }
 };
 
-std::vector<std::string> splitLines(const std::string& text) {
-    std::vector<std::string> lines;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);)
-        lines.push_back(line);
-    return lines;
-}
-
 Trace parse(const std::string& text, unsigned int skip) {
     static const std::regex first("Backtrace of ([0-9]+) stack frames");
     static const std::regex object("\\(([0-9]+)\\) (.+): @(0x[0-9a-f]+|\\(nil\\))");
     static const std::regex symbol("    (.*)\\+0x([0-9A-F]+) \\[(0x[0-9a-f]+)\\]");
     static const std::regex address("\\(([0-9]+)\\) \\[(0x[0-9a-f]+) *\\]");
     Trace trace;
-    const std::vector<std::string> lines = splitLines(text);
+    const std::vector<std::string> lines = linesOf(text);
     std::smatch match;
     if (lines.size() < 3 || !std::regex_match(lines[0], match, first))
         return trace;
@@ -901,12 +900,6 @@ std::string myContextFile() {
     return std::to_string(myself->getNum()) + myself->getThreadName();
 }
 
-mode_t modeOf(const std::string& path) {
-    struct stat status = {};
-    EXPECT_EQ(stat(path.c_str(), &status), 0) << path;
-    return status.st_mode & 07777;
-}
-
 std::atomic<int> contextsDone{0};
 
 void writeContextAndCount(int sig) {
@@ -1008,10 +1001,10 @@ TEST(DebugSignalThreads, LeavesAWholeContextFileOfEachOf32Threads) {
         EXPECT_TRUE(waitFor([] { return contextsDone == 32; })) << contextsDone;
         EXPECT_EQ(threads.files().size(), 32u);
         EXPECT_EQ(filesIn(directory), threads.files());
-        EXPECT_EQ(modeOf(directory), 0770u);
+        EXPECT_EQ(permissionsOf(directory), 0770u);
         for (const std::string& file : threads.files()) {
             EXPECT_TRUE(isWholeContext(directory + "/" + file)) << contentOf(directory + "/" + file);
-            EXPECT_EQ(modeOf(directory + "/" + file), 0666u);
+            EXPECT_EQ(permissionsOf(directory + "/" + file), 0666u);
         }
     });
 }
@@ -1921,20 +1914,6 @@ TEST(DebugBackTrace, FrameShowsANameOfAnyLengthAsAProgrammerWroteIt) {
 // --- symbols
 
 namespace {
-
-std::string symbolPath(void* address) {
-    char text[8192];
-    std::memset(text, 'x', sizeof text);
-    Debug::SymbolPath(address, text, sizeof text);
-    return text;
-}
-
-std::string symbolName(void* address) {
-    char text[8192];
-    std::memset(text, 'x', sizeof text);
-    Debug::SymbolName(address, text, sizeof text);
-    return text;
-}
 
 char* functionOfTheLibrary() {
     return reinterpret_cast<char*>(&Debug::signalName);

@@ -11,10 +11,12 @@
 
 #include <gtest/gtest.h>
 
+#include "BytePattern.h"
 #include "ChildProcess.h"
 #include "ExpectFailure.h"
 #include "FailingOperation.h"
 #include "GuardedText.h"
+#include "HeldBytes.h"
 #include "LogCapture.h"
 #include "PointerText.h"
 #include "fw_Container.h"
@@ -26,6 +28,7 @@
 namespace {
 
 using framework::Logger;
+using test::bytePattern;
 using utility::Debug;
 
 constexpr unsigned int switches = 8192;
@@ -56,7 +59,7 @@ protected:
         static char text[200000];
         utility::BufferStream out(text, sizeof text, false);
         Debug::debugState(&out);
-        return std::string(out.pTail(), static_cast<std::size_t>(out.ReadAvailable()));
+        return test::heldBytes(out);
     }
 };
 
@@ -76,13 +79,6 @@ std::string hexadecimal(unsigned long long value, int width) {
 
 std::string hexByte(char byte) {
     return hexadecimal(static_cast<unsigned char>(byte), 2);
-}
-
-std::string patternOf(std::size_t size) {
-    std::string pattern(size, '\0');
-    for (std::size_t i = 0; i < size; ++i)
-        pattern[i] = static_cast<char>(i * 7 + i / 256);
-    return pattern;
 }
 
 TEST_F(DebugTest, UsageExample) {
@@ -333,7 +329,7 @@ TEST(Debug, HexFromCharTakesBothCasesAnd255IsAnythingElse) {
 std::string readable(const std::string& bytes) {
     utility::BufferStream out(static_cast<int>(bytes.size() * 4 + 1));
     Debug::readableString(bytes.data(), &out, static_cast<int>(bytes.size()));
-    return std::string(out.pTail(), static_cast<std::size_t>(out.ReadAvailable()));
+    return test::heldBytes(out);
 }
 
 TEST(Debug, ReadableStringEscapesAsInC) {
@@ -434,7 +430,7 @@ TEST(Debug, HexDumpIsOnePlainMessageAtLevelThreeWithoutASwitch) {
 }
 
 TEST(Debug, HexDumpHasLinesOf64Bytes) {
-    const std::string data = patternOf(11000);
+    const std::string data = bytePattern(11000);
     for (const std::size_t size : {1u, 63u, 64u, 65u, 128u, 129u, 9984u, 10049u, 11000u}) {
         test::LogCapture log;
         Debug::hexDump(data.data(), static_cast<int>(size));
@@ -470,7 +466,7 @@ TEST(Debug, HexDumpOfNullShowsNoBytes) {
 }
 
 TEST(Debug, HexDumpOfMoreThanAMessageHoldsGoesOnInFurtherOnes) {
-    const std::string data = patternOf(400000);
+    const std::string data = bytePattern(400000);
     test::LogCapture log;
     Debug::hexDump(data.data(), static_cast<int>(data.size()));
     std::string text;
@@ -484,7 +480,7 @@ TEST(Debug, HexDumpOfMoreThanAMessageHoldsGoesOnInFurtherOnes) {
 }
 
 TEST(Debug, HexDumpThatJustFitsOneMessageIsOne) {
-    const std::string data = patternOf(170000);
+    const std::string data = bytePattern(170000);
     std::size_t size = 0;
     for (std::size_t step = 131072; step > 0; step /= 2) {
         if (size + step <= data.size() && dumpOf(data.data(), size + step).size() <= 0x100000)
@@ -596,7 +592,7 @@ TEST(Debug, FormattedDumpIsPlainMessagesAtLevelThreeWithoutASwitch) {
 }
 
 TEST(Debug, FormattedDumpOf2000BytesIsTwoMessagesAndOnlyTheFirstHasTheHeader) {
-    const std::string data = patternOf(2000);
+    const std::string data = bytePattern(2000);
     test::LogCapture log;
     Debug::hexDumpFormatted(data.data(), 2000, 8, 16);
     ASSERT_EQ(log.count(), 2u);
@@ -606,7 +602,7 @@ TEST(Debug, FormattedDumpOf2000BytesIsTwoMessagesAndOnlyTheFirstHasTheHeader) {
 }
 
 TEST(Debug, FormattedDumpOfEverySizeAndWidth) {
-    const std::string data = patternOf(5000);
+    const std::string data = bytePattern(5000);
     for (const unsigned int size : {1u, 3u, 4u, 15u, 16u, 17u, 1023u, 1024u, 1025u, 2047u, 2048u, 2049u, 5000u}) {
         for (const unsigned int bytesPerLine : {1u, 2u, 4u, 8u, 16u, 32u, 64u, 1024u}) {
             // With an exact copy, a sanitizer reports each read past the end.
@@ -646,7 +642,7 @@ TEST(Debug, FormattedDumpOfNothingLogsNothing) {
 }
 
 TEST(Debug, FormattedDumpWithNoBytesPerLineTakesSixteen) {
-    const std::string data = patternOf(40);
+    const std::string data = bytePattern(40);
     test::LogCapture log;
     Debug::hexDumpFormatted(data.data(), 40, 8, 0);
     EXPECT_EQ(log.texts(), pagesOf(data.data(), 40, 16));
@@ -660,7 +656,7 @@ TEST(Debug, FormattedDumpWithTheLongestLinesIsRefusedForWantOfRoom) {
 }
 
 TEST(Debug, FormattedDumpWithTooSmallAMessageIsRefused) {
-    const std::string data = patternOf(1024);
+    const std::string data = bytePattern(1024);
     for (const unsigned int bufferKiB : {0u, 1u, 3u}) {
         test::LogCapture log;
         const auto failure = CATCH_FAILURE(Debug::hexDumpFormatted(data.data(), 1024, bufferKiB, 16));
@@ -705,7 +701,7 @@ std::string reverseDumpOf(const char* data, std::size_t size) {
 }
 
 TEST(Debug, ReverseDumpPrintsTheLastBytesFirstInForwardOrder) {
-    const std::string data = patternOf(20);
+    const std::string data = bytePattern(20);
     const test::ChildResult child = test::runInChild([&] { Debug::reverseHexDump(data.data(), 20); });
     EXPECT_TRUE(child.exited);
     EXPECT_EQ(child.err, "");
@@ -717,7 +713,7 @@ TEST(Debug, ReverseDumpPrintsTheLastBytesFirstInForwardOrder) {
 }
 
 TEST(Debug, ReverseDumpOfEverySizeIsInLinesOf16) {
-    const std::string data = patternOf(300);
+    const std::string data = bytePattern(300);
     for (const int size : {0, 1, 15, 16, 17, 32, 33, 300}) {
         const test::ChildResult child = test::runInChild([&] { Debug::reverseHexDump(data.data(), size); });
         EXPECT_EQ(child.out, reverseDumpOf(data.data(), static_cast<std::size_t>(size))) << size;

@@ -36,14 +36,15 @@
 namespace {
 
 using framework::Logger;
+using test::openDescriptors;
 using testing::IsEmpty;
 using testing::StartsWith;
 using testing::UnorderedElementsAre;
 using utility::DirIterator;
 using Names = std::vector<std::string>;
 
-const unsigned int TRACE_SWITCH = 353;
-const char* const ERROR_TEXT = "DirIterator: error accessing directory ";
+constexpr unsigned int traceSwitch = 353;
+constexpr const char* errorText = "DirIterator: error accessing directory ";
 
 static_assert(std::is_base_of<utility::Path, DirIterator>::value, "an iterator is a path");
 static_assert(!std::is_copy_constructible<DirIterator>::value, "a copy would share the open directory");
@@ -87,13 +88,6 @@ Names platformMatches(const std::string& directory, const char* pattern) {
 void fill(const test::TemporaryDirectory& directory, const Names& names) {
     for (const std::string& name : names)
         directory.write(name, "");
-}
-
-std::size_t openDescriptors() {
-    std::size_t count = 0;
-    for (int descriptor = 0; descriptor < 1024; ++descriptor)
-        count += fcntl(descriptor, F_GETFD) >= 0 ? 1 : 0;
-    return count;
 }
 
 Names textsFrom(const test::LogCapture& log) {
@@ -288,7 +282,7 @@ TEST(DirIterator, EndsIfTheDirectoryIsRemovedDuringIteration) {
     iterator.close();
     EXPECT_EQ(iterator.getFirst(nullptr), nullptr);
     EXPECT_TRUE(iterator.inError());
-    EXPECT_EQ(iterator.ErrorMessage(), ERROR_TEXT + sub + "/");
+    EXPECT_EQ(iterator.ErrorMessage(), errorText + sub + "/");
 }
 
 TEST(DirIterator, EntriesMayBeRemovedAndAddedDuringIteration) {
@@ -340,7 +334,7 @@ TEST(DirIterator, UnreadableDirectoryReturnsNullAndIsReported) {
         EXPECT_FALSE(iterator.inError());
         EXPECT_EQ(iterator.getFirst(nullptr), nullptr) << path;
         EXPECT_TRUE(iterator.inError()) << path;
-        EXPECT_EQ(std::string(iterator.ErrorMessage()).substr(0, 200), (ERROR_TEXT + path).substr(0, 200));
+        EXPECT_EQ(std::string(iterator.ErrorMessage()).substr(0, 200), (errorText + path).substr(0, 200));
         EXPECT_EQ(iterator.getIndex(), -1);
         EXPECT_EQ(iterator.getNext(), nullptr);
         EXPECT_EQ(iterator.getIndex(), -1);
@@ -358,7 +352,7 @@ TEST(DirIterator, ErrorIsReportedOnlyOnce) {
     DirIterator iterator(path.c_str(), "*");
     EXPECT_FALSE(iterator.open());
     EXPECT_TRUE(iterator.inError());
-    EXPECT_EQ(iterator.ErrorMessage(), ERROR_TEXT + path);
+    EXPECT_EQ(iterator.ErrorMessage(), errorText + path);
     iterator.ClearError();
     EXPECT_FALSE(iterator.open());
     EXPECT_EQ(iterator.getFirst(nullptr), nullptr);
@@ -371,7 +365,7 @@ TEST(DirIterator, NullDirectoryCannotBeRead) {
     DirIterator iterator(nullptr, nullptr);
     EXPECT_STREQ(iterator.getPath(), "");
     EXPECT_FALSE(iterator.open());
-    EXPECT_EQ(iterator.ErrorMessage(), std::string(ERROR_TEXT));
+    EXPECT_EQ(iterator.ErrorMessage(), std::string(errorText));
 }
 
 TEST(DirIterator, DirectoryWithoutPermissionCannotBeRead) {
@@ -382,8 +376,8 @@ TEST(DirIterator, DirectoryWithoutPermissionCannotBeRead) {
         if (geteuid() == 0 && seteuid(65534) != 0)
             return 1;
         DirIterator iterator(sub.c_str(), "*");
-        return !iterator.open() && iterator.ErrorMessage() == ERROR_TEXT + sub && iterator.getFirst("*") == nullptr ? 0
-                                                                                                                    : 2;
+        return !iterator.open() && iterator.ErrorMessage() == errorText + sub && iterator.getFirst("*") == nullptr ? 0
+                                                                                                                   : 2;
     });
     EXPECT_TRUE(child.exited);
     EXPECT_EQ(child.status, 0) << child.err;
@@ -433,7 +427,7 @@ TEST(DirIterator, FailureAtTheFirstEntryIsReported) {
     EXPECT_EQ(iterator.getFirst(nullptr), nullptr);
     EXPECT_EQ(iterator.getIndex(), -1);
     EXPECT_TRUE(iterator.inError());
-    EXPECT_EQ(iterator.ErrorMessage(), ERROR_TEXT + sub + "/");
+    EXPECT_EQ(iterator.ErrorMessage(), errorText + sub + "/");
     EXPECT_EQ(iterator.getNext(), nullptr);
     EXPECT_EQ(iterator.getType(), 0);
 }
@@ -453,7 +447,7 @@ TEST(DirIterator, FailureAfterTheLastEntryIsReported) {
     EXPECT_EQ(iterator.getNext(), nullptr);
     EXPECT_EQ(iterator.getIndex(), -1);
     EXPECT_TRUE(iterator.inError());
-    EXPECT_EQ(iterator.ErrorMessage(), ERROR_TEXT + sub + "/");
+    EXPECT_EQ(iterator.ErrorMessage(), errorText + sub + "/");
 }
 
 TEST(DirIterator, FailureInTheMiddleOfALongDirectoryIsReported) {
@@ -471,7 +465,7 @@ TEST(DirIterator, FailureInTheMiddleOfALongDirectoryIsReported) {
         ++seen;
     EXPECT_LT(seen, count);
     EXPECT_TRUE(iterator.inError());
-    EXPECT_EQ(iterator.ErrorMessage(), ERROR_TEXT + sub + "/");
+    EXPECT_EQ(iterator.ErrorMessage(), errorText + sub + "/");
 }
 
 TEST(DirIterator, OnlyTheFirstFailureIsReported) {
@@ -533,29 +527,29 @@ TEST(DirIterator, NeverOpensUnderTheNumberOfAStandardStream) {
 TEST(DirIterator, OpensOnceAndClosesInTheDestructor) {
     const test::TemporaryDirectory directory;
     directory.write("a", "");
-    const std::size_t before = openDescriptors();
+    const std::size_t before = openDescriptors().size();
     {
         DirIterator iterator(directory.path().c_str(), "a");
-        EXPECT_EQ(openDescriptors(), before);
+        EXPECT_EQ(openDescriptors().size(), before);
         EXPECT_TRUE(iterator.open());
         EXPECT_TRUE(iterator.open());
         iterator.getFirst(nullptr);
         iterator.length(nullptr);
-        EXPECT_EQ(openDescriptors(), before + 1);
+        EXPECT_EQ(openDescriptors().size(), before + 1);
     }
-    EXPECT_EQ(openDescriptors(), before);
+    EXPECT_EQ(openDescriptors().size(), before);
 }
 
 TEST(DirIterator, CanBeClosedAtAnyTime) {
     const test::TemporaryDirectory directory;
     fill(directory, {"a", "b"});
-    const std::size_t before = openDescriptors();
+    const std::size_t before = openDescriptors().size();
     DirIterator iterator(directory.path().c_str(), "?");
     iterator.close();
     ASSERT_NE(iterator.getFirst(nullptr), nullptr);
     iterator.close();
     iterator.close();
-    EXPECT_EQ(openDescriptors(), before);
+    EXPECT_EQ(openDescriptors().size(), before);
     EXPECT_EQ(iterator.getIndex(), -1);
     EXPECT_EQ(iterator.getType(), 0);
     EXPECT_EQ(iterator.getNext(), nullptr);
@@ -627,7 +621,7 @@ TEST(DirIterator, OpeningIsTraced) {
     const std::string path = directory.path() + "/";
     DirIterator iterator(path.c_str(), "*");
     const char* const OPEN = "bool utility::DirIterator::open()";
-    const test::DebugSwitch debug(TRACE_SWITCH);
+    const test::DebugSwitch debug(traceSwitch);
     test::LogCapture log;
     ASSERT_TRUE(iterator.open());
     ASSERT_EQ(log.count(), 1U);
@@ -644,7 +638,7 @@ TEST(DirIterator, OpeningIsTraced) {
 TEST(DirIterator, ClosingIsTracedBeforeAndAfter) {
     const test::TemporaryDirectory directory;
     DirIterator iterator(directory.path().c_str(), "*");
-    const test::DebugSwitch debug(TRACE_SWITCH);
+    const test::DebugSwitch debug(traceSwitch);
     test::LogCapture log;
     iterator.close();
     EXPECT_EQ(log.count(), 0U);
@@ -675,7 +669,7 @@ TEST(DirIterator, EachMatchIsTraced) {
         if (isMatch)
             lines.push_back("returning value a.x");
     }
-    const test::DebugSwitch debug(TRACE_SWITCH);
+    const test::DebugSwitch debug(traceSwitch);
     test::LogCapture log;
     ASSERT_STREQ(iterator.getFirst(nullptr), "a.x");
     EXPECT_EQ(textsFrom(log), upToTheMatch);
@@ -689,7 +683,7 @@ TEST(DirIterator, MatchesAreTracedInTheNamesOfGetFirstAndGetNext) {
     fill(directory, {"a.x", "b.x"});
     DirIterator iterator(directory.path().c_str(), "*.x");
     ASSERT_TRUE(iterator.open());
-    const test::DebugSwitch debug(TRACE_SWITCH);
+    const test::DebugSwitch debug(traceSwitch);
     test::LogCapture log;
     const std::string first = iterator.getFirst(nullptr);
     EXPECT_TRUE(log.contains(Logger::LOG_DEBUG, "const char* utility::DirIterator::getFirst(const char*)",
@@ -725,12 +719,12 @@ TEST(DirIterator, IsNamedAsItsDirectory) {
 
 TEST(DirIterator, CanBeDeletedAsAnEntity) {
     const test::TemporaryDirectory directory;
-    const std::size_t before = openDescriptors();
+    const std::size_t before = openDescriptors().size();
     auto* const iterator = new DirIterator(directory.path().c_str(), "*");
     iterator->getFirst(nullptr);
     framework::Entity* const entity = iterator;
     delete entity;
-    EXPECT_EQ(openDescriptors(), before);
+    EXPECT_EQ(openDescriptors().size(), before);
 }
 
 TEST(DirIterator, LeaksNothing) {
@@ -753,7 +747,7 @@ TEST(DirIterator, ResultsAreCorrectOrNullIfMemoryIsExhausted) {
     const test::TemporaryDirectory directory;
     fill(directory, {"a", "b"});
     const std::string path = directory.path();
-    const std::size_t before = openDescriptors();
+    const std::size_t before = openDescriptors().size();
     const long outstanding = framework::Memory::staticOutstanding();
     const unsigned long failed = test::failEachAllocationOnce(
         [&] {
@@ -768,7 +762,7 @@ TEST(DirIterator, ResultsAreCorrectOrNullIfMemoryIsExhausted) {
             }
         },
         [&] {
-            EXPECT_EQ(openDescriptors(), before);
+            EXPECT_EQ(openDescriptors().size(), before);
             EXPECT_EQ(framework::Memory::staticOutstanding(), outstanding);
         });
     EXPECT_GE(failed, 3U);

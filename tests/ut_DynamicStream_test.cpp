@@ -8,52 +8,37 @@
 
 #include <gtest/gtest.h>
 
+#include "BytePattern.h"
 #include "DebugSwitch.h"
 #include "FailingAllocation.h"
 #include "LogCapture.h"
 #include "RandomRun.h"
+#include "ReceiveText.h"
+#include "SendText.h"
 #include "TraceLines.h"
 #include "fw_Memory.h"
 
 namespace {
 
+using test::bytePattern;
+using test::receiveText;
+using test::sendText;
+using test::traceLine;
 using utility::DynamicStream;
 using Lines = std::vector<std::string>;
 
-constexpr unsigned int TRACE_SWITCH = 4395;
-constexpr const char* CONSTRUCT = "utility::DynamicStream::DynamicStream(int)";
-constexpr const char* SEND = "virtual bool utility::DynamicStream::SendOutputStream(const char*, unsigned int)";
-constexpr const char* RECEIVE = "virtual int utility::DynamicStream::ReceiveInputStream(char*, unsigned int)";
+constexpr unsigned int traceSwitch = 4395;
+constexpr const char* constructName = "utility::DynamicStream::DynamicStream(int)";
+constexpr const char* sendName = "virtual bool utility::DynamicStream::SendOutputStream(const char*, unsigned int)";
+constexpr const char* receiveName = "virtual int utility::DynamicStream::ReceiveInputStream(char*, unsigned int)";
 
 static_assert(!std::is_copy_constructible<DynamicStream>::value, "a copy would share the pages");
 static_assert(!std::is_copy_assignable<DynamicStream>::value, "an assignment would share the pages");
 static_assert(std::is_base_of<framework::InputStream, DynamicStream>::value, "it is read as an input");
 static_assert(std::is_base_of<framework::OutputStream, DynamicStream>::value, "it is written as an output");
 
-std::string patternOf(unsigned int length) {
-    std::string pattern(length, '\0');
-    for (unsigned int i = 0; i < length; ++i)
-        pattern[i] = static_cast<char>(i * 7 + i / 256);
-    return pattern;
-}
-
-bool send(DynamicStream& stream, const std::string& data) {
-    return stream.SendOutputStream(data.data(), static_cast<unsigned int>(data.size()));
-}
-
-std::string receive(DynamicStream& stream, unsigned int size) {
-    std::string data(size, '\0');
-    const int count = stream.ReceiveInputStream(data.data(), size);
-    data.resize(static_cast<std::size_t>(std::max(count, 0)));
-    return data;
-}
-
 unsigned int footprint(unsigned int slots, unsigned int pages) {
     return slots * 4 + pages * 4096 + 32;
-}
-
-std::string line(int type, const char* function, const std::string& text) {
-    return std::to_string(type) + " " + function + ": " + text;
 }
 
 TEST(DynamicStream, UsageExample) {
@@ -78,9 +63,10 @@ TEST(DynamicStream, RefusesEveryWriteIfItsMaximumIsBelowOne) {
     for (const int maxSize : {0, -1, -4097, INT_MIN}) {
         DynamicStream stream(maxSize);
         test::LogCapture log;
-        EXPECT_FALSE(send(stream, "x"));
-        EXPECT_FALSE(send(stream, ""));
-        EXPECT_EQ(test::traceLines(log), (Lines{line(0, SEND, "not enough room"), line(0, SEND, "not enough room")}));
+        EXPECT_FALSE(sendText(stream, "x"));
+        EXPECT_FALSE(sendText(stream, ""));
+        EXPECT_EQ(test::traceLines(log),
+                  (Lines{traceLine(0, sendName, "not enough room"), traceLine(0, sendName, "not enough room")}));
         EXPECT_EQ(stream.GetInputStreamSize(), 0);
         EXPECT_EQ(stream.getSize(), footprint(1, 0));
     }
@@ -88,23 +74,23 @@ TEST(DynamicStream, RefusesEveryWriteIfItsMaximumIsBelowOne) {
 
 TEST(DynamicStream, WriteLongerThanTheSpaceStoresWhatFitsAndFailsWithoutALogLine) {
     DynamicStream stream(10000);
-    const std::string data = patternOf(12000);
+    const std::string data = bytePattern(12000);
     test::LogCapture log;
-    EXPECT_FALSE(send(stream, data));
+    EXPECT_FALSE(sendText(stream, data));
     EXPECT_EQ(log.count(), 0u);
     EXPECT_EQ(stream.GetInputStreamSize(), 10000);
     EXPECT_EQ(stream.getSize(), footprint(3, 3));
-    EXPECT_EQ(receive(stream, 20000), data.substr(0, 10000));
+    EXPECT_EQ(receiveText(stream, 20000), data.substr(0, 10000));
 }
 
 TEST(DynamicStream, WriteToAFullStreamIsLogged) {
     DynamicStream stream(5);
     test::LogCapture log;
-    EXPECT_TRUE(send(stream, "ports"));
+    EXPECT_TRUE(sendText(stream, "ports"));
     EXPECT_EQ(log.count(), 0u);
-    EXPECT_FALSE(send(stream, "x"));
-    EXPECT_EQ(test::traceLines(log), (Lines{line(0, SEND, "not enough room")}));
-    EXPECT_EQ(receive(stream, 10), "ports");
+    EXPECT_FALSE(sendText(stream, "x"));
+    EXPECT_EQ(test::traceLines(log), (Lines{traceLine(0, sendName, "not enough room")}));
+    EXPECT_EQ(receiveText(stream, 10), "ports");
 }
 
 TEST(DynamicStream, AllocatesAPageWhenItsFirstByteIsWritten) {
@@ -112,14 +98,14 @@ TEST(DynamicStream, AllocatesAPageWhenItsFirstByteIsWritten) {
     {
         DynamicStream stream(10000);
         EXPECT_EQ(framework::Memory::staticOutstanding(), before + 1);
-        EXPECT_TRUE(send(stream, ""));
+        EXPECT_TRUE(sendText(stream, ""));
         EXPECT_EQ(stream.getSize(), footprint(3, 0));
-        EXPECT_TRUE(send(stream, patternOf(4095)));
+        EXPECT_TRUE(sendText(stream, bytePattern(4095)));
         EXPECT_EQ(stream.getSize(), footprint(3, 1));
-        EXPECT_TRUE(send(stream, "x"));
+        EXPECT_TRUE(sendText(stream, "x"));
         EXPECT_EQ(stream.getSize(), footprint(3, 1));
         EXPECT_EQ(framework::Memory::staticOutstanding(), before + 2);
-        EXPECT_TRUE(send(stream, "y"));
+        EXPECT_TRUE(sendText(stream, "y"));
         EXPECT_EQ(stream.getSize(), footprint(3, 2));
         EXPECT_EQ(framework::Memory::staticOutstanding(), before + 3);
     }
@@ -128,23 +114,23 @@ TEST(DynamicStream, AllocatesAPageWhenItsFirstByteIsWritten) {
 
 TEST(DynamicStream, MaximumOfWholePagesFillsThemToTheLastByte) {
     DynamicStream stream(8192);
-    const std::string data = patternOf(8192);
-    EXPECT_TRUE(send(stream, data));
+    const std::string data = bytePattern(8192);
+    EXPECT_TRUE(sendText(stream, data));
     EXPECT_EQ(stream.getSize(), footprint(3, 2));
     test::LogCapture log;
-    EXPECT_FALSE(send(stream, "x"));
-    EXPECT_TRUE(log.contains(framework::Logger::LOG_ERROR, SEND, "not enough room"));
-    EXPECT_EQ(receive(stream, 8192), data);
+    EXPECT_FALSE(sendText(stream, "x"));
+    EXPECT_TRUE(log.contains(framework::Logger::LOG_ERROR, sendName, "not enough room"));
+    EXPECT_EQ(receiveText(stream, 8192), data);
 }
 
 TEST(DynamicStream, ReadsAcrossPagesInPiecesOfAnySize) {
-    const std::string data = patternOf(10000);
+    const std::string data = bytePattern(10000);
     for (const unsigned int piece : {1u, 1000u, 4095u, 4096u, 4097u, 10000u, 12000u}) {
         DynamicStream stream(20000);
-        EXPECT_TRUE(send(stream, data));
+        EXPECT_TRUE(sendText(stream, data));
         std::string all;
         while (!stream.isInputStreamAtEnd())
-            all += receive(stream, piece);
+            all += receiveText(stream, piece);
         EXPECT_EQ(all, data) << piece;
         char byte;
         EXPECT_EQ(stream.ReceiveInputStream(&byte, 1), -1);
@@ -156,52 +142,52 @@ TEST(DynamicStream, ReceivesMinusOneAtTheEndAndZeroForASizeOfZero) {
     char byte = 'z';
     EXPECT_EQ(stream.ReceiveInputStream(&byte, 1), -1);
     EXPECT_EQ(stream.ReceiveInputStream(&byte, 0), -1);
-    EXPECT_TRUE(send(stream, "ab"));
+    EXPECT_TRUE(sendText(stream, "ab"));
     EXPECT_EQ(stream.ReceiveInputStream(&byte, 0), 0);
     EXPECT_EQ(byte, 'z');
-    EXPECT_EQ(receive(stream, 10), "ab");
+    EXPECT_EQ(receiveText(stream, 10), "ab");
     EXPECT_EQ(stream.ReceiveInputStream(&byte, 1), -1);
-    EXPECT_TRUE(send(stream, "c"));
-    EXPECT_EQ(receive(stream, 10), "c");
+    EXPECT_TRUE(sendText(stream, "c"));
+    EXPECT_EQ(receiveText(stream, 10), "c");
 }
 
 TEST(DynamicStream, StartInputReadsFromTheFirstByteAgain) {
     DynamicStream stream(100);
-    EXPECT_TRUE(send(stream, "ports"));
-    EXPECT_EQ(receive(stream, 3), "por");
+    EXPECT_TRUE(sendText(stream, "ports"));
+    EXPECT_EQ(receiveText(stream, 3), "por");
     EXPECT_TRUE(stream.StartInputStream());
-    EXPECT_EQ(receive(stream, 10), "ports");
+    EXPECT_EQ(receiveText(stream, 10), "ports");
 }
 
 TEST(DynamicStream, EndInputSkipsTheUnreadBytes) {
     DynamicStream stream(100);
-    EXPECT_TRUE(send(stream, "ports"));
-    EXPECT_EQ(receive(stream, 1), "p");
+    EXPECT_TRUE(sendText(stream, "ports"));
+    EXPECT_EQ(receiveText(stream, 1), "p");
     EXPECT_FALSE(stream.isInputStreamAtEnd());
     stream.EndInputStream();
     EXPECT_TRUE(stream.isInputStreamAtEnd());
-    EXPECT_EQ(receive(stream, 10), "");
-    EXPECT_TRUE(send(stream, "4"));
-    EXPECT_EQ(receive(stream, 10), "4");
+    EXPECT_EQ(receiveText(stream, 10), "-1");
+    EXPECT_TRUE(sendText(stream, "4"));
+    EXPECT_EQ(receiveText(stream, 10), "4");
     EXPECT_EQ(stream.GetInputStreamSize(), 6);
 }
 
 TEST(DynamicStream, StartOutputWritesFromTheStartAndKeepsThePages) {
     DynamicStream stream(10000);
-    EXPECT_TRUE(send(stream, patternOf(5000)));
+    EXPECT_TRUE(sendText(stream, bytePattern(5000)));
     const long before = framework::Memory::staticOutstanding();
-    EXPECT_EQ(receive(stream, 4), patternOf(4));
+    EXPECT_EQ(receiveText(stream, 4), bytePattern(4));
     EXPECT_TRUE(stream.StartOutputStream());
     EXPECT_EQ(stream.GetInputStreamSize(), 0);
     EXPECT_EQ(stream.getSize(), footprint(3, 2));
     EXPECT_TRUE(stream.isInputStreamAtEnd());
-    EXPECT_TRUE(send(stream, "por"));
+    EXPECT_TRUE(sendText(stream, "por"));
     EXPECT_TRUE(stream.isInputStreamAtEnd());
-    EXPECT_TRUE(send(stream, "ts"));
-    EXPECT_EQ(receive(stream, 10), "s");
+    EXPECT_TRUE(sendText(stream, "ts"));
+    EXPECT_EQ(receiveText(stream, 10), "s");
     EXPECT_TRUE(stream.StartInputStream());
-    EXPECT_EQ(receive(stream, 10), "ports");
-    EXPECT_TRUE(send(stream, patternOf(8000)));
+    EXPECT_EQ(receiveText(stream, 10), "ports");
+    EXPECT_TRUE(sendText(stream, bytePattern(8000)));
     EXPECT_EQ(framework::Memory::staticOutstanding(), before);
     stream.EndOutputStream();
     EXPECT_EQ(stream.GetInputStreamSize(), 8005);
@@ -210,15 +196,15 @@ TEST(DynamicStream, StartOutputWritesFromTheStartAndKeepsThePages) {
 TEST(DynamicStream, ResetFreesAllPagesAndTheStreamIsReusable) {
     DynamicStream stream(10000);
     const long before = framework::Memory::staticOutstanding();
-    EXPECT_TRUE(send(stream, patternOf(10000)));
-    EXPECT_EQ(receive(stream, 5).size(), 5u);
+    EXPECT_TRUE(sendText(stream, bytePattern(10000)));
+    EXPECT_EQ(receiveText(stream, 5).size(), 5u);
     stream.reset();
     EXPECT_EQ(framework::Memory::staticOutstanding(), before);
     EXPECT_EQ(stream.getSize(), footprint(3, 0));
     EXPECT_EQ(stream.GetInputStreamSize(), 0);
-    EXPECT_EQ(receive(stream, 5), "");
-    EXPECT_TRUE(send(stream, "ports"));
-    EXPECT_EQ(receive(stream, 10), "ports");
+    EXPECT_EQ(receiveText(stream, 5), "-1");
+    EXPECT_TRUE(sendText(stream, "ports"));
+    EXPECT_EQ(receiveText(stream, 10), "ports");
     stream.reset();
     stream.reset();
 }
@@ -239,19 +225,19 @@ TEST(DynamicStream, OutputIsAtItsEndFromTheStartButAcceptsData) {
     DynamicStream stream(5);
     EXPECT_TRUE(stream.isOutputStreamAtEnd());
     EXPECT_FALSE(stream.isOutputStreamGood());
-    EXPECT_TRUE(send(stream, "por"));
+    EXPECT_TRUE(sendText(stream, "por"));
     EXPECT_TRUE(stream.isOutputStreamAtEnd());
-    EXPECT_TRUE(send(stream, "ts"));
+    EXPECT_TRUE(sendText(stream, "ts"));
     EXPECT_TRUE(stream.isOutputStreamAtEnd());
 }
 
 TEST(DynamicStream, CanBeTargetAndSourceOfATransfer) {
     DynamicStream from(50000);
     DynamicStream to(50000);
-    const std::string data = patternOf(40000);
-    EXPECT_TRUE(send(from, data));
+    const std::string data = bytePattern(40000);
+    EXPECT_TRUE(sendText(from, data));
     EXPECT_TRUE(to.TransferFromInputStream(from));
-    EXPECT_EQ(receive(to, 50000), data);
+    EXPECT_EQ(receiveText(to, 50000), data);
     EXPECT_TRUE(from.isInputStreamAtEnd());
 
     DynamicStream small(20000);
@@ -268,68 +254,71 @@ TEST(DynamicStream, NullDataStoresNothingAndANullBufferConsumesNothing) {
     EXPECT_FALSE(stream.SendOutputStream(nullptr, 5));
     EXPECT_EQ(stream.GetInputStreamSize(), 0);
     EXPECT_EQ(stream.ReceiveInputStream(nullptr, 5), -1);
-    EXPECT_TRUE(send(stream, "ports"));
+    EXPECT_TRUE(sendText(stream, "ports"));
     EXPECT_EQ(stream.ReceiveInputStream(nullptr, 5), 0);
-    EXPECT_EQ(receive(stream, 5), "ports");
+    EXPECT_EQ(receiveText(stream, 5), "ports");
 }
 
 TEST(DynamicStream, TracesEachStepOfAWriteThatCrossesAPage) {
-    test::DebugSwitch trace(TRACE_SWITCH);
+    test::DebugSwitch trace(traceSwitch);
     test::LogCapture log;
     DynamicStream stream(5000);
-    const std::string data = patternOf(4095);
-    EXPECT_TRUE(send(stream, data));
-    EXPECT_FALSE(send(stream, patternOf(1000)));
-    EXPECT_EQ(test::traceLines(log),
-              (Lines{line(3, CONSTRUCT, "maxPages: 2"), line(3, SEND, "size: 4095"), line(3, SEND, "available: 5000"),
-                     line(3, SEND, "page: 0, offset: 0, length: 4096"), line(3, SEND, "allocating page: 0"),
-                     line(3, SEND,
-                          "transfer: 4095, page: 0, offset: 0, length: 4096, size: 4095, inputCount: 0, outputCount: "
-                          "0"),
-                     line(3, SEND, "size: 1000"), line(3, SEND, "available: 905"),
-                     line(3, SEND, "page: 0, offset: 4095, length: 1"),
-                     line(3, SEND,
-                          "transfer: 1, page: 0, offset: 4095, length: 1, size: 1000, inputCount: 0, outputCount: "
-                          "4095"),
-                     line(3, SEND, "available: 904"), line(3, SEND, "page: 1, offset: 0, length: 4096"),
-                     line(3, SEND, "allocating page: 1"),
-                     line(3, SEND,
-                          "transfer: 904, page: 1, offset: 0, length: 4096, size: 999, inputCount: 0, outputCount: "
-                          "4096"),
-                     line(3, SEND, "available: 0")}));
+    const std::string data = bytePattern(4095);
+    EXPECT_TRUE(sendText(stream, data));
+    EXPECT_FALSE(sendText(stream, bytePattern(1000)));
+    EXPECT_EQ(
+        test::traceLines(log),
+        (Lines{traceLine(3, constructName, "maxPages: 2"), traceLine(3, sendName, "size: 4095"),
+               traceLine(3, sendName, "available: 5000"), traceLine(3, sendName, "page: 0, offset: 0, length: 4096"),
+               traceLine(3, sendName, "allocating page: 0"),
+               traceLine(3, sendName,
+                         "transfer: 4095, page: 0, offset: 0, length: 4096, size: 4095, inputCount: 0, outputCount: "
+                         "0"),
+               traceLine(3, sendName, "size: 1000"), traceLine(3, sendName, "available: 905"),
+               traceLine(3, sendName, "page: 0, offset: 4095, length: 1"),
+               traceLine(3, sendName,
+                         "transfer: 1, page: 0, offset: 4095, length: 1, size: 1000, inputCount: 0, outputCount: "
+                         "4095"),
+               traceLine(3, sendName, "available: 904"), traceLine(3, sendName, "page: 1, offset: 0, length: 4096"),
+               traceLine(3, sendName, "allocating page: 1"),
+               traceLine(3, sendName,
+                         "transfer: 904, page: 1, offset: 0, length: 4096, size: 999, inputCount: 0, outputCount: "
+                         "4096"),
+               traceLine(3, sendName, "available: 0")}));
 }
 
 TEST(DynamicStream, TracesEachStepOfAReadThatCrossesAPage) {
     DynamicStream stream(5000);
-    EXPECT_TRUE(send(stream, patternOf(4100)));
-    EXPECT_EQ(receive(stream, 4090).size(), 4090u);
-    test::DebugSwitch trace(TRACE_SWITCH);
+    EXPECT_TRUE(sendText(stream, bytePattern(4100)));
+    EXPECT_EQ(receiveText(stream, 4090).size(), 4090u);
+    test::DebugSwitch trace(traceSwitch);
     test::LogCapture log;
-    EXPECT_EQ(receive(stream, 20).size(), 10u);
-    EXPECT_EQ(receive(stream, 20), "");
-    EXPECT_EQ(test::traceLines(log),
-              (Lines{line(3, RECEIVE, "size: 20"), line(3, RECEIVE, "page: 0, offset: 4090, length: 6"),
-                     line(3, RECEIVE,
-                          "transfer: 6, page: 0, offset: 4090, length: 6, size: 20, inputCount: 4090, outputCount: "
-                          "4100"),
-                     line(3, RECEIVE, "page: 1, offset: 0, length: 4096"),
-                     line(3, RECEIVE,
-                          "transfer: 4, page: 1, offset: 0, length: 4096, size: 14, inputCount: 4096, outputCount: "
-                          "4100"),
-                     line(3, RECEIVE, "size: 20")}));
+    EXPECT_EQ(receiveText(stream, 20).size(), 10u);
+    EXPECT_EQ(receiveText(stream, 20), "-1");
+    EXPECT_EQ(
+        test::traceLines(log),
+        (Lines{traceLine(3, receiveName, "size: 20"), traceLine(3, receiveName, "page: 0, offset: 4090, length: 6"),
+               traceLine(3, receiveName,
+                         "transfer: 6, page: 0, offset: 4090, length: 6, size: 20, inputCount: 4090, outputCount: "
+                         "4100"),
+               traceLine(3, receiveName, "page: 1, offset: 0, length: 4096"),
+               traceLine(3, receiveName,
+                         "transfer: 4, page: 1, offset: 0, length: 4096, size: 14, inputCount: 4096, outputCount: "
+                         "4100"),
+               traceLine(3, receiveName, "size: 20")}));
 }
 
 TEST(DynamicStream, TracesNothingIfTheSwitchIsOff) {
     test::LogCapture log;
     DynamicStream stream(5000);
-    EXPECT_TRUE(send(stream, patternOf(5000)));
-    EXPECT_EQ(receive(stream, 5000).size(), 5000u);
+    EXPECT_TRUE(sendText(stream, bytePattern(5000)));
+    EXPECT_EQ(receiveText(stream, 5000).size(), 5000u);
     EXPECT_EQ(log.count(), 0u);
 }
 
 TEST(DynamicStream, AllocatesOnlyItsPages) {
     DynamicStream stream(100000);
-    const std::string data = patternOf(50000);
+    const std::string data = bytePattern(50000);
     std::string back(50000, '\0');
     const unsigned long before = test::allocationCount();
     EXPECT_TRUE(stream.SendOutputStream(data.data(), 50000));
@@ -341,17 +330,17 @@ TEST(DynamicStream, AllocatesOnlyItsPages) {
 
 TEST(DynamicStream, FailedPageAllocationFailsTheWriteAndKeepsTheContent) {
     DynamicStream stream(10000);
-    const std::string data = patternOf(10000);
+    const std::string data = bytePattern(10000);
     test::LogCapture log;
     {
         test::FailingAllocation failing(2);
-        EXPECT_FALSE(send(stream, data));
+        EXPECT_FALSE(stream.SendOutputStream(data.data(), 10000));
     }
-    EXPECT_EQ(test::traceLines(log), (Lines{line(0, SEND, "no memory for page: 1")}));
+    EXPECT_EQ(test::traceLines(log), (Lines{traceLine(0, sendName, "no memory for page: 1")}));
     EXPECT_EQ(stream.GetInputStreamSize(), 4096);
     EXPECT_EQ(stream.getSize(), footprint(3, 1));
-    EXPECT_TRUE(send(stream, data.substr(4096)));
-    EXPECT_EQ(receive(stream, 10000), data);
+    EXPECT_TRUE(sendText(stream, data.substr(4096)));
+    EXPECT_EQ(receiveText(stream, 10000), data);
 }
 
 TEST(DynamicStream, RefusesEveryWriteWithoutItsPageTable) {
@@ -361,11 +350,11 @@ TEST(DynamicStream, RefusesEveryWriteWithoutItsPageTable) {
         DynamicStream stream(10000);
         failing.stop();
         test::LogCapture log;
-        EXPECT_FALSE(send(stream, "ports"));
+        EXPECT_FALSE(sendText(stream, "ports"));
         EXPECT_EQ(test::traceLines(log),
-                  (Lines{line(0, SEND, "tried to write past the end of the max for a dynamic stream")}));
+                  (Lines{traceLine(0, sendName, "tried to write past the end of the max for a dynamic stream")}));
         EXPECT_EQ(stream.getSize(), footprint(0, 0));
-        EXPECT_EQ(receive(stream, 5), "");
+        EXPECT_EQ(receiveText(stream, 5), "-1");
         stream.reset();
     }
     EXPECT_EQ(framework::Memory::staticOutstanding(), before);
@@ -424,7 +413,7 @@ TEST(DynamicStream, BehavesAsAStringUnderRandomOperations) {
         default:
             if (random.below(2) == 0) {
                 const std::string data(size, static_cast<char>(random.below(256)));
-                ASSERT_EQ(send(stream, data), model.send(data));
+                ASSERT_EQ(sendText(stream, data), model.send(data));
             } else {
                 std::string data(size, '\0');
                 std::string expected;

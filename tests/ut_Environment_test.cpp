@@ -23,19 +23,22 @@
 #include "LogCapture.h"
 #include "RandomRun.h"
 #include "TraceLines.h"
+#include "WrittenText.h"
 #include "fw_Memory.h"
 #include "ut_BufferStream.h"
 #include "ut_PutStream.h"
 
 namespace {
 
+using test::writtenText;
 using utility::Environment;
 using Lines = std::vector<std::string>;
 using Variables = std::vector<std::pair<std::string, std::string>>;
 
-const char* const ELEMENT_AT = "const char* utility::Environment::ElementAt(unsigned int, char*, unsigned int) const";
-const char* const FIND = "int utility::Environment::find(const char*) const";
-const unsigned int TRACE_SWITCH = 368;
+constexpr const char* elementAtName =
+    "const char* utility::Environment::ElementAt(unsigned int, char*, unsigned int) const";
+constexpr const char* findName = "int utility::Environment::find(const char*) const";
+constexpr unsigned int traceSwitch = 368;
 
 static_assert(!std::is_copy_constructible<Environment>::value, "a copy would share the variables");
 static_assert(!std::is_copy_assignable<Environment>::value, "an assignment would share the variables");
@@ -50,15 +53,8 @@ Variables contentOf(const Environment& set) {
     return content;
 }
 
-template<class Write>
-std::string written(Write&& write, int capacity = 1000000) {
-    utility::BufferStream out(capacity);
-    write(out);
-    return std::string(out.pTail(), static_cast<std::size_t>(out.ReadAvailable()));
-}
-
 std::string textOf(const Environment& set) {
-    return written([&](utility::PutStream& out) { set.privateInformation(out, 0); });
+    return writtenText([&](utility::PutStream& out) { set.privateInformation(out, 0); });
 }
 
 TEST(Environment, UsageExample) {
@@ -238,11 +234,11 @@ TEST(Environment, StoresThousandsOfVariables) {
 TEST(Environment, ElementAtThrowsOutOfRange) {
     Environment set;
     char name[8];
-    EXPECT_FAILURE(set.ElementAt(0, name, sizeof name), 1229, "ut_Environment", ELEMENT_AT, "");
+    EXPECT_FAILURE(set.ElementAt(0, name, sizeof name), 1229, "ut_Environment", elementAtName, "");
     set.set("A", "1");
     set.set("B", "2");
     for (const unsigned int i : {set.length(), 3U, 0x7FFFFFFFu, 0x80000000u, 0x80000001u, 0xFFFFFFFFu})
-        EXPECT_FAILURE(set.ElementAt(i, name, sizeof name), 1229, "ut_Environment", ELEMENT_AT, "");
+        EXPECT_FAILURE(set.ElementAt(i, name, sizeof name), 1229, "ut_Environment", elementAtName, "");
     EXPECT_STREQ(set.ElementAt(1, name, sizeof name), "2");
 }
 
@@ -289,7 +285,7 @@ TEST(Environment, PrintIgnoresTheLevel) {
     Environment set;
     set.set("A", "1");
     for (const int level : {-1, 0, 1, 100})
-        EXPECT_EQ(written([&](utility::PutStream& out) { set.privateInformation(out, level); }), "A=1\n");
+        EXPECT_EQ(writtenText([&](utility::PutStream& out) { set.privateInformation(out, level); }), "A=1\n");
 }
 
 TEST(Environment, PrintsPercentSignsUnchanged) {
@@ -320,8 +316,8 @@ TEST(Environment, FindTracesEachStepWithItsSwitchOn) {
     set.set("A", "1");
     set.set("B", "2");
     set.set("C", "3");
-    const std::string where = std::string("3 ") + FIND + ": ";
-    const test::DebugSwitch debug(TRACE_SWITCH);
+    const std::string where = std::string("3 ") + findName + ": ";
+    const test::DebugSwitch debug(traceSwitch);
     test::LogCapture log;
     EXPECT_EQ(set.find("B"), 2);
     EXPECT_EQ(test::traceLines(log), (Lines{where + "check 0", where + "B == A", where + "check 2", where + "B == B"}));
@@ -406,18 +402,18 @@ TEST(Environment, GlobalInformationWritesEveryVariableOfTheProcessInOrder) {
     for (char** entry = environ; *entry; ++entry)
         expected += *entry + std::string("\n");
     for (const int level : {-1, 0, 7})
-        EXPECT_EQ(written([&](utility::PutStream& out) { Environment::globalInformation(out, level); },
-                          static_cast<int>(expected.size()) + 16),
+        EXPECT_EQ(writtenText([&](utility::PutStream& out) { Environment::globalInformation(out, level); },
+                              static_cast<int>(expected.size()) + 16),
                   expected);
 }
 
 TEST(Environment, GlobalInformationOfAnEmptiedProcessEnvironmentIsEmpty) {
     const test::ChildResult child = test::runInChild([] {
         clearenv();
-        const std::string none = written([](utility::PutStream& out) { Environment::globalInformation(out, 0); });
+        const std::string none = writtenText([](utility::PutStream& out) { Environment::globalInformation(out, 0); });
         const bool absent = Environment::GetEnv("PATH") == nullptr;
         const bool set = Environment::SetEnv("%s%n", std::string(5000, 'x').c_str()) == 0;
-        const std::string one = written([](utility::PutStream& out) { Environment::globalInformation(out, 0); });
+        const std::string one = writtenText([](utility::PutStream& out) { Environment::globalInformation(out, 0); });
         return none.empty() && absent && set && one == "%s%n=" + std::string(5000, 'x') + "\n" ? 0 : 1;
     });
     EXPECT_TRUE(child.exited);

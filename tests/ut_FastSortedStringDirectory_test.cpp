@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "CountedComparisons.h"
+#include "DirectoryContent.h"
 #include "ExpectFailure.h"
 #include "FailingAllocation.h"
 #include "FailingOperation.h"
@@ -18,24 +19,14 @@
 
 namespace {
 
+using test::contentOf;
+using test::fill;
 using utility::FastSortedStringDirectory;
 using Names = std::vector<std::string>;
 
 constexpr const char* reallocName = "static void* utility::Array::realloc(void*, unsigned int*, unsigned int, size_t)";
 
 static_assert(!std::is_copy_constructible<FastSortedStringDirectory>::value, "directories are not copied");
-
-Names contentOf(FastSortedStringDirectory& directory) {
-    Names content;
-    for (int i = 0; i < directory.NumElements(); ++i)
-        content.push_back(directory.ElementAt(i));
-    return content;
-}
-
-void fill(FastSortedStringDirectory& directory, const Names& names) {
-    for (const std::string& name : names)
-        directory.Add(name.c_str());
-}
 
 TEST(FastSortedStringDirectory, UsageExample) {
     utility::FastSortedStringDirectory names(0);

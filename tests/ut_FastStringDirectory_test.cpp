@@ -13,6 +13,7 @@
 #include <gtest/gtest.h>
 
 #include "CountedComparisons.h"
+#include "DirectoryContent.h"
 #include "ExpectFailure.h"
 #include "FailingAllocation.h"
 #include "FailingOperation.h"
@@ -22,6 +23,8 @@
 
 namespace {
 
+using test::contentOf;
+using test::fill;
 using utility::FastStringDirectory;
 using Names = std::vector<std::string>;
 
@@ -29,20 +32,6 @@ constexpr const char* reallocName = "static void* utility::Array::realloc(void*,
 constexpr const char* freeSlot = "(free)";
 
 static_assert(!std::is_copy_constructible<FastStringDirectory>::value, "directories are not copied");
-
-Names contentOf(FastStringDirectory& directory) {
-    Names content;
-    for (int slot = 0; slot < directory.NumElements(); ++slot) {
-        const char* const text = directory.ElementAt(slot);
-        content.push_back(text != nullptr ? text : freeSlot);
-    }
-    return content;
-}
-
-void fill(FastStringDirectory& directory, const Names& names) {
-    for (const std::string& name : names)
-        directory.Add(name.c_str());
-}
 
 TEST(FastStringDirectory, UsageExample) {
     utility::FastStringDirectory names(0);

@@ -20,6 +20,7 @@
 #include "LogCapture.h"
 #include "OpenDescriptors.h"
 #include "OrdinaryUser.h"
+#include "ReceiveText.h"
 #include "RecordingOutput.h"
 #include "TemporaryDirectory.h"
 #include "VirtualSlot.h"
@@ -27,6 +28,7 @@
 
 namespace {
 
+using test::receiveText;
 using utility::FileInputStream;
 
 static_assert(std::is_base_of<framework::InputStream, FileInputStream>::value, "it is read as an input");
@@ -34,19 +36,7 @@ static_assert(!std::is_copy_constructible<FileInputStream>::value, "a copy would
 static_assert(!std::is_copy_assignable<FileInputStream>::value, "an assignment would close the descriptor twice");
 static_assert(!std::is_convertible<int, FileInputStream>::value, "a number is not a stream by itself");
 
-constexpr unsigned int NONE = 0xFFFFFFFFu;
-
-// The bytes of one receive of at most `size` bytes; "-1" for an error.
-std::string receive(FileInputStream& stream, unsigned int size) {
-    std::string data(size + 1, '\x7E');
-    const int count = stream.ReceiveInputStream(data.data(), size);
-    if (count < 0)
-        return std::to_string(count);
-    EXPECT_LE(static_cast<unsigned int>(count), size);
-    for (std::size_t i = static_cast<std::size_t>(count); i < data.size(); ++i)
-        EXPECT_EQ(data[i], '\x7E') << "written past the bytes received";
-    return data.substr(0, static_cast<std::size_t>(count));
-}
+constexpr unsigned int none = 0xFFFFFFFFu;
 
 // Expects that no test logs anything.
 class FileInputStreamTest : public testing::Test {
@@ -117,11 +107,11 @@ TEST_F(FileInputStreamTest, NeverUsesTheDescriptorOfAStandardStream) {
         test::closeStandardStreams();
         {
             FileInputStream stream(path.c_str());
-            if (!test::areStandardStreamsClosed() || !stream.isInputStreamGood() || receive(stream, 10) != "4")
+            if (!test::areStandardStreamsClosed() || !stream.isInputStreamGood() || receiveText(stream, 10) != "4")
                 return 1;
             if (!test::isClosedOnExec(test::descriptorsOf(path).at(0)))
                 return 2;
-            if (stream.Reopen() != 0 || !test::areStandardStreamsClosed() || receive(stream, 10) != "4")
+            if (stream.Reopen() != 0 || !test::areStandardStreamsClosed() || receiveText(stream, 10) != "4")
                 return 3;
             const std::vector<int> descriptors = test::descriptorsOf(path);
             if (descriptors.size() != 1 || !test::isClosedOnExec(descriptors[0]))
@@ -175,7 +165,7 @@ TEST_F(FileInputStreamTest, ClosesTheFileItOpened) {
 TEST_F(FileInputStreamTest, ClosesTheFileItOpenedEvenInError) {
     {
         FileInputStream stream(m_directory.path().c_str());
-        EXPECT_EQ(receive(stream, 10), "-1");
+        EXPECT_EQ(receiveText(stream, 10), "-1");
         EXPECT_TRUE(stream.isInputStreamInError());
         EXPECT_EQ(test::descriptorsOf(m_directory.path()).size(), 1u);
     }
@@ -188,12 +178,12 @@ void expectFailedOpen(FileInputStream& stream, int error) {
     EXPECT_FALSE(stream.isInputStreamAtEnd());
     EXPECT_FALSE(stream.isInputStreamGood());
     EXPECT_EQ(stream.errorNumber(), error);
-    EXPECT_EQ(receive(stream, 10), "-1");
+    EXPECT_EQ(receiveText(stream, 10), "-1");
     EXPECT_FALSE(stream.StartInputStream());
     EXPECT_FALSE(stream.Position(0));
-    EXPECT_EQ(stream.At(), NONE);
+    EXPECT_EQ(stream.At(), none);
     EXPECT_EQ(stream.GetInputStreamSize(), -1);
-    EXPECT_EQ(stream.GetInode(), NONE);
+    EXPECT_EQ(stream.GetInode(), none);
     EXPECT_EQ(stream.errorNumber(), error);
 }
 
@@ -231,7 +221,7 @@ TEST_F(FileInputStreamTest, FileWithoutReadPermissionIsAnError) {
     const test::ChildResult child = test::runInChild([&] {
         test::becomeOrdinaryUser();
         FileInputStream stream(path.c_str());
-        const bool refused = receive(stream, 6) == "-1";
+        const bool refused = receiveText(stream, 6) == "-1";
         return refused && !stream.isInputStreamOpen() && stream.isInputStreamInError() ? stream.errorNumber() : -1;
     });
     EXPECT_EQ(child.status, EACCES) << child.err;
@@ -245,7 +235,7 @@ TEST_F(FileInputStreamTest, AdoptedDescriptorIsSeekedToItsStart) {
     EXPECT_TRUE(stream.isInputStreamOpen());
     EXPECT_FALSE(stream.isInputStreamAtEnd());
     EXPECT_EQ(file.offset(), 0);
-    EXPECT_EQ(receive(stream, 3), "012");
+    EXPECT_EQ(receiveText(stream, 3), "012");
     EXPECT_EQ(stream.errorNumber(), 0);
 }
 
@@ -255,7 +245,7 @@ TEST_F(FileInputStreamTest, AdoptedDescriptorStaysOpenAndKeepsItsFlags) {
     {
         FileInputStream stream(file.number());
         EXPECT_FALSE(test::isClosedOnExec(file.number()));
-        EXPECT_EQ(receive(stream, 3), "012");
+        EXPECT_EQ(receiveText(stream, 3), "012");
     }
     EXPECT_EQ(file.readAvailable(), "3456789");
 }
@@ -264,11 +254,11 @@ TEST_F(FileInputStreamTest, AskingForTheErrorStateSetsItForAnAdoptedDescriptor) 
     m_directory.write("ports", "0123456789");
     const test::Descriptor file = openFile("ports", O_RDONLY);
     FileInputStream stream(file.number());
-    EXPECT_EQ(receive(stream, 3), "012");
+    EXPECT_EQ(receiveText(stream, 3), "012");
     EXPECT_TRUE(stream.isInputStreamInError());
     EXPECT_FALSE(stream.isInputStreamGood());
     EXPECT_TRUE(stream.isInputStreamOpen());
-    EXPECT_EQ(receive(stream, 3), "-1");
+    EXPECT_EQ(receiveText(stream, 3), "-1");
     EXPECT_FALSE(stream.StartInputStream());
 }
 
@@ -304,7 +294,7 @@ TEST_F(FileInputStreamTest, AdoptedPipeIsInErrorFromTheStart) {
     FileInputStream stream(pipe.reader.number());
     EXPECT_TRUE(stream.isInputStreamOpen());
     EXPECT_EQ(stream.errorNumber(), ESPIPE);
-    EXPECT_EQ(receive(stream, 4), "-1");
+    EXPECT_EQ(receiveText(stream, 4), "-1");
     EXPECT_TRUE(stream.isInputStreamInError());
     EXPECT_EQ(pipe.reader.readAvailable(), "kept");
 }
@@ -314,17 +304,17 @@ TEST_F(FileInputStreamTest, InvalidDescriptorIsInError) {
     EXPECT_TRUE(stream.isInputStreamOpen());
     EXPECT_EQ(stream.errorNumber(), EBADF);
     EXPECT_TRUE(stream.isInputStreamInError());
-    EXPECT_EQ(receive(stream, 4), "-1");
+    EXPECT_EQ(receiveText(stream, 4), "-1");
     EXPECT_EQ(stream.GetInputStreamSize(), -1);
-    EXPECT_EQ(stream.GetInode(), NONE);
+    EXPECT_EQ(stream.GetInode(), none);
 }
 
 TEST_F(FileInputStreamTest, ReceivesTheAvailableBytesUpToTheSize) {
     const std::string path = m_directory.write("ports", "0123456789");
     FileInputStream stream(path.c_str());
-    EXPECT_EQ(receive(stream, 1), "0");
-    EXPECT_EQ(receive(stream, 4), "1234");
-    EXPECT_EQ(receive(stream, 100), "56789");
+    EXPECT_EQ(receiveText(stream, 1), "0");
+    EXPECT_EQ(receiveText(stream, 4), "1234");
+    EXPECT_EQ(receiveText(stream, 100), "56789");
     EXPECT_FALSE(stream.isInputStreamAtEnd()) << "the end is known only when nothing was left";
 }
 
@@ -334,29 +324,29 @@ TEST_F(FileInputStreamTest, ReceivesBytesOfAnyValue) {
         content[i] = static_cast<char>(i * 7 + i / 256);
     const std::string path = m_directory.write("ports", content);
     FileInputStream stream(path.c_str());
-    EXPECT_EQ(receive(stream, 80000), content);
+    EXPECT_EQ(receiveText(stream, 80000), content);
 }
 
 TEST_F(FileInputStreamTest, EndOfFileReturnsZeroAndSetsAFlagThatStartClears) {
     const std::string path = m_directory.write("ports", "4");
     FileInputStream stream(path.c_str());
-    EXPECT_EQ(receive(stream, 10), "4");
-    EXPECT_EQ(receive(stream, 10), "");
+    EXPECT_EQ(receiveText(stream, 10), "4");
+    EXPECT_EQ(receiveText(stream, 10), "");
     EXPECT_TRUE(stream.isInputStreamAtEnd());
     EXPECT_FALSE(stream.isInputStreamGood());
     EXPECT_FALSE(stream.isInputStreamInError());
-    EXPECT_EQ(receive(stream, 10), "");
+    EXPECT_EQ(receiveText(stream, 10), "");
     EXPECT_TRUE(stream.StartInputStream());
     EXPECT_FALSE(stream.isInputStreamAtEnd());
     EXPECT_TRUE(stream.isInputStreamGood());
-    EXPECT_EQ(receive(stream, 10), "4");
+    EXPECT_EQ(receiveText(stream, 10), "4");
 }
 
 TEST_F(FileInputStreamTest, EmptyFileIsAtItsEndAfterTheFirstReceive) {
     const std::string path = m_directory.write("ports", "");
     FileInputStream stream(path.c_str());
     EXPECT_FALSE(stream.isInputStreamAtEnd());
-    EXPECT_EQ(receive(stream, 10), "");
+    EXPECT_EQ(receiveText(stream, 10), "");
     EXPECT_TRUE(stream.isInputStreamAtEnd());
     EXPECT_EQ(stream.GetInputStreamSize(), 0);
 }
@@ -364,19 +354,19 @@ TEST_F(FileInputStreamTest, EmptyFileIsAtItsEndAfterTheFirstReceive) {
 TEST_F(FileInputStreamTest, FileThatGrowsCanBeReadFurther) {
     const std::string path = m_directory.write("ports", "4");
     FileInputStream stream(path.c_str());
-    EXPECT_EQ(receive(stream, 10), "4");
-    EXPECT_EQ(receive(stream, 10), "");
+    EXPECT_EQ(receiveText(stream, 10), "4");
+    EXPECT_EQ(receiveText(stream, 10), "");
     const test::Descriptor writer = openFile("ports", O_WRONLY | O_APPEND);
     ASSERT_EQ(write(writer.number(), "2", 1), 1);
-    EXPECT_EQ(receive(stream, 10), "2");
+    EXPECT_EQ(receiveText(stream, 10), "2");
 }
 
 TEST_F(FileInputStreamTest, ReceivingZeroBytesSetsTheEndState) {
     const std::string path = m_directory.write("ports", "4");
     FileInputStream stream(path.c_str());
-    EXPECT_EQ(receive(stream, 0), "");
+    EXPECT_EQ(receiveText(stream, 0), "");
     EXPECT_TRUE(stream.isInputStreamAtEnd());
-    EXPECT_EQ(receive(stream, 1), "4");
+    EXPECT_EQ(receiveText(stream, 1), "4");
 }
 
 TEST_F(FileInputStreamTest, NullBufferIsRefusedWithoutAnError) {
@@ -387,20 +377,20 @@ TEST_F(FileInputStreamTest, NullBufferIsRefusedWithoutAnError) {
     EXPECT_FALSE(stream.isInputStreamAtEnd());
     EXPECT_FALSE(stream.isInputStreamInError());
     EXPECT_EQ(stream.errorNumber(), 0);
-    EXPECT_EQ(receive(stream, 10), "4");
+    EXPECT_EQ(receiveText(stream, 10), "4");
 }
 
 TEST_F(FileInputStreamTest, DirectoryOpensButCannotBeRead) {
     FileInputStream stream(m_directory.path().c_str());
     EXPECT_TRUE(stream.isInputStreamGood());
-    EXPECT_EQ(receive(stream, 10), "-1");
+    EXPECT_EQ(receiveText(stream, 10), "-1");
     EXPECT_EQ(stream.errorNumber(), EISDIR);
     EXPECT_TRUE(stream.isInputStreamInError());
     EXPECT_TRUE(stream.isInputStreamOpen());
     EXPECT_FALSE(stream.isInputStreamAtEnd());
     EXPECT_FALSE(stream.StartInputStream());
     EXPECT_FALSE(stream.Position(0));
-    EXPECT_EQ(stream.At(), NONE);
+    EXPECT_EQ(stream.At(), none);
     EXPECT_EQ(stream.errorNumber(), EISDIR);
 }
 
@@ -409,7 +399,7 @@ TEST_F(FileInputStreamTest, DescriptorForWritingCannotBeRead) {
     const test::Descriptor file = openFile("ports", O_WRONLY);
     FileInputStream stream(file.number());
     EXPECT_EQ(stream.errorNumber(), 0);
-    EXPECT_EQ(receive(stream, 10), "-1");
+    EXPECT_EQ(receiveText(stream, 10), "-1");
     EXPECT_EQ(stream.errorNumber(), EBADF);
 }
 
@@ -417,10 +407,10 @@ TEST_F(FileInputStreamTest, NothingIsReadAfterAnError) {
     m_directory.write("ports", "4");
     const test::Descriptor writing = openFile("ports", O_WRONLY);
     FileInputStream stream(writing.number());
-    EXPECT_EQ(receive(stream, 10), "-1");
+    EXPECT_EQ(receiveText(stream, 10), "-1");
     const test::Descriptor reading = openFile("ports", O_RDONLY);
     ASSERT_EQ(dup2(reading.number(), writing.number()), writing.number());
-    EXPECT_EQ(receive(stream, 10), "-1");
+    EXPECT_EQ(receiveText(stream, 10), "-1");
     EXPECT_EQ(reading.offset(), 0);
 }
 
@@ -429,10 +419,10 @@ TEST_F(FileInputStreamTest, OneReceiveIsOneReadOfWhatAPipeHolds) {
     const test::Descriptor writer = openFile("fifo", O_RDWR);
     FileInputStream stream(path.c_str());
     ASSERT_EQ(write(writer.number(), "123", 3), 3);
-    EXPECT_EQ(receive(stream, 10), "123");
+    EXPECT_EQ(receiveText(stream, 10), "123");
     ASSERT_EQ(write(writer.number(), "45", 2), 2);
-    EXPECT_EQ(receive(stream, 1), "4");
-    EXPECT_EQ(receive(stream, 10), "5");
+    EXPECT_EQ(receiveText(stream, 1), "4");
+    EXPECT_EQ(receiveText(stream, 10), "5");
 }
 
 TEST_F(FileInputStreamTest, PipeCannotBeSeeked) {
@@ -446,7 +436,7 @@ TEST_F(FileInputStreamTest, PipeCannotBeSeeked) {
     EXPECT_TRUE(stream.isInputStreamInError());
     EXPECT_EQ(stream.errorNumber(), ESPIPE);
     ASSERT_EQ(write(writer.number(), "123", 3), 3);
-    EXPECT_EQ(receive(stream, 10), "-1");
+    EXPECT_EQ(receiveText(stream, 10), "-1");
 }
 
 TEST_F(FileInputStreamTest, AskingForThePositionOfAPipeIsAnError) {
@@ -454,7 +444,7 @@ TEST_F(FileInputStreamTest, AskingForThePositionOfAPipeIsAnError) {
     const test::Descriptor writer = openFile("fifo", O_RDWR);
     FileInputStream stream(path.c_str());
     stream.EndInputStream();
-    EXPECT_EQ(stream.At(), NONE);
+    EXPECT_EQ(stream.At(), none);
     EXPECT_FALSE(stream.isInputStreamAtEnd());
     EXPECT_TRUE(stream.isInputStreamInError());
     EXPECT_EQ(stream.errorNumber(), ESPIPE);
@@ -466,7 +456,7 @@ TEST_F(FileInputStreamTest, EmptyNonBlockingPipeIsAnError) {
     FileInputStream stream(path.c_str());
     for (const int fd : test::descriptorsOf(path))
         ASSERT_EQ(fcntl(fd, F_SETFL, fcntl(fd, F_GETFL) | O_NONBLOCK), 0);
-    EXPECT_EQ(receive(stream, 10), "-1");
+    EXPECT_EQ(receiveText(stream, 10), "-1");
     EXPECT_EQ(stream.errorNumber(), EAGAIN);
     EXPECT_TRUE(stream.isInputStreamInError());
 }
@@ -483,7 +473,7 @@ TEST_F(FileInputStreamTest, InterruptedReadIsNotRepeated) {
         sigaction(SIGALRM, &action, nullptr);
         const itimerval often = {{0, 20000}, {0, 20000}};
         setitimer(ITIMER_REAL, &often, nullptr);
-        return receive(stream, 10) == "-1" && stream.isInputStreamInError() ? stream.errorNumber() : -1;
+        return receiveText(stream, 10) == "-1" && stream.isInputStreamInError() ? stream.errorNumber() : -1;
     });
     EXPECT_EQ(child.status, EINTR);
 }
@@ -495,23 +485,23 @@ TEST_F(FileInputStreamTest, EndStateDoesNotPreventReceives) {
     EXPECT_TRUE(stream.isInputStreamAtEnd());
     EXPECT_TRUE(stream.isInputStreamOpen());
     EXPECT_FALSE(stream.isInputStreamGood());
-    EXPECT_EQ(receive(stream, 1), "4");
+    EXPECT_EQ(receiveText(stream, 1), "4");
     EXPECT_TRUE(stream.isInputStreamAtEnd());
     EXPECT_TRUE(stream.StartInputStream());
-    EXPECT_EQ(receive(stream, 1), "4");
+    EXPECT_EQ(receiveText(stream, 1), "4");
 }
 
 TEST_F(FileInputStreamTest, PositionSeeksAndClearsTheEnd) {
     const std::string path = m_directory.write("ports", "0123456789");
     FileInputStream stream(path.c_str());
     EXPECT_TRUE(stream.Position(4));
-    EXPECT_EQ(receive(stream, 2), "45");
+    EXPECT_EQ(receiveText(stream, 2), "45");
     stream.EndInputStream();
     EXPECT_TRUE(stream.Position(9));
     EXPECT_FALSE(stream.isInputStreamAtEnd());
-    EXPECT_EQ(receive(stream, 2), "9");
+    EXPECT_EQ(receiveText(stream, 2), "9");
     EXPECT_TRUE(stream.Position(0));
-    EXPECT_EQ(receive(stream, 2), "01");
+    EXPECT_EQ(receiveText(stream, 2), "01");
 }
 
 TEST_F(FileInputStreamTest, PositionAtAndBeyondTheEndIsAllowed) {
@@ -521,7 +511,7 @@ TEST_F(FileInputStreamTest, PositionAtAndBeyondTheEndIsAllowed) {
         EXPECT_TRUE(stream.Position(offset)) << offset;
         EXPECT_FALSE(stream.isInputStreamAtEnd());
         EXPECT_EQ(stream.At(), offset);
-        EXPECT_EQ(receive(stream, 2), "");
+        EXPECT_EQ(receiveText(stream, 2), "");
         EXPECT_TRUE(stream.isInputStreamAtEnd());
     }
     EXPECT_FALSE(stream.isInputStreamInError());
@@ -531,12 +521,12 @@ TEST_F(FileInputStreamTest, AtReturnsTheCurrentOffsetAndClearsTheEnd) {
     const std::string path = m_directory.write("ports", "0123456789");
     FileInputStream stream(path.c_str());
     EXPECT_EQ(stream.At(), 0u);
-    EXPECT_EQ(receive(stream, 3), "012");
+    EXPECT_EQ(receiveText(stream, 3), "012");
     EXPECT_EQ(stream.At(), 3u);
     stream.EndInputStream();
     EXPECT_EQ(stream.At(), 3u);
     EXPECT_FALSE(stream.isInputStreamAtEnd());
-    EXPECT_EQ(receive(stream, 3), "345");
+    EXPECT_EQ(receiveText(stream, 3), "345");
 }
 
 TEST_F(FileInputStreamTest, SizeFollowsTheFile) {
@@ -568,12 +558,12 @@ TEST_F(FileInputStreamTest, SizeAndInodeOfAClosedDescriptorSetThePermanentErrorS
         if (sizeFirst)
             EXPECT_EQ(stream.GetInputStreamSize(), -1);
         else
-            EXPECT_EQ(stream.GetInode(), NONE);
+            EXPECT_EQ(stream.GetInode(), none);
         EXPECT_EQ(stream.errorNumber(), EBADF);
         EXPECT_TRUE(stream.isInputStreamOpen());
         const test::Descriptor again = openFile("ports", O_RDONLY);
         EXPECT_FALSE(stream.Position(0)) << "an error stays";
-        EXPECT_EQ(receive(stream, 5), "-1");
+        EXPECT_EQ(receiveText(stream, 5), "-1");
     }
 }
 
@@ -596,15 +586,15 @@ TEST_F(FileInputStreamTest, FileOfMoreThanTwoGiBCanBeReadAtItsEnd) {
     FileInputStream stream(path.c_str());
     ASSERT_TRUE(stream.isInputStreamGood());
     EXPECT_EQ(stream.GetInputStreamSize(), -1);
-    EXPECT_EQ(receive(stream, 5), "first");
+    EXPECT_EQ(receiveText(stream, 5), "first");
     EXPECT_TRUE(stream.Position(3000000000u));
     EXPECT_EQ(stream.At(), 3000000000u);
-    EXPECT_EQ(receive(stream, 10), "last");
+    EXPECT_EQ(receiveText(stream, 10), "last");
     EXPECT_EQ(stream.At(), 3000000004u);
-    EXPECT_EQ(receive(stream, 10), "");
+    EXPECT_EQ(receiveText(stream, 10), "");
     EXPECT_EQ(FileInputStream::GetInode(path.c_str()), inodeOf(path));
     EXPECT_EQ(stream.Reopen(), 0);
-    EXPECT_EQ(receive(stream, 5), "first");
+    EXPECT_EQ(receiveText(stream, 5), "first");
 }
 
 TEST_F(FileInputStreamTest, InodeIsThatOfTheOpenFile) {
@@ -629,8 +619,8 @@ TEST_F(FileInputStreamTest, InodeIsAvailableInTheErrorState) {
 }
 
 TEST_F(FileInputStreamTest, InodeOfAMissingPathHasAllBitsSet) {
-    EXPECT_EQ(FileInputStream::GetInode(m_directory.path("missing").c_str()), NONE);
-    EXPECT_EQ(FileInputStream::GetInode(static_cast<const char*>(nullptr)), NONE);
+    EXPECT_EQ(FileInputStream::GetInode(m_directory.path("missing").c_str()), none);
+    EXPECT_EQ(FileInputStream::GetInode(static_cast<const char*>(nullptr)), none);
     EXPECT_EQ(FileInputStream::GetInode(m_directory.path().c_str()), inodeOf(m_directory.path()));
 }
 
@@ -638,12 +628,12 @@ TEST_F(FileInputStreamTest, AskingForTheErrorStateSetsItForARemovedFile) {
     const std::string path = m_directory.write("ports", "0123456789");
     FileInputStream stream(path.c_str());
     ASSERT_EQ(unlink(path.c_str()), 0);
-    EXPECT_EQ(receive(stream, 3), "012") << "nobody asked yet";
+    EXPECT_EQ(receiveText(stream, 3), "012") << "nobody asked yet";
     EXPECT_TRUE(stream.isInputStreamInError());
     EXPECT_FALSE(stream.isInputStreamGood());
     EXPECT_TRUE(stream.isInputStreamOpen());
     EXPECT_EQ(stream.errorNumber(), ENOENT);
-    EXPECT_EQ(receive(stream, 3), "-1");
+    EXPECT_EQ(receiveText(stream, 3), "-1");
     m_directory.write("ports", "new");
     EXPECT_TRUE(stream.isInputStreamInError());
 }
@@ -652,7 +642,7 @@ TEST_F(FileInputStreamTest, RemovingTheFileAfterAnErrorKeepsTheErrno) {
     const std::string path = m_directory.path("folder");
     ASSERT_EQ(mkdir(path.c_str(), 0700), 0);
     FileInputStream stream(path.c_str());
-    EXPECT_EQ(receive(stream, 10), "-1");
+    EXPECT_EQ(receiveText(stream, 10), "-1");
     ASSERT_EQ(rmdir(path.c_str()), 0);
     EXPECT_TRUE(stream.isInputStreamInError());
     EXPECT_EQ(stream.errorNumber(), EISDIR);
@@ -671,13 +661,13 @@ TEST_F(FileInputStreamTest, ReplacedFileCanBeReadFurther) {
     FileInputStream stream(path.c_str());
     ASSERT_EQ(rename(m_directory.write("new", "new").c_str(), path.c_str()), 0);
     EXPECT_FALSE(stream.isInputStreamInError());
-    EXPECT_EQ(receive(stream, 10), "old");
+    EXPECT_EQ(receiveText(stream, 10), "old");
 }
 
 TEST_F(FileInputStreamTest, ReopenReadsTheFileThePathNamesNow) {
     const std::string path = m_directory.write("ports", "old");
     FileInputStream stream(path.c_str());
-    EXPECT_EQ(receive(stream, 1), "o");
+    EXPECT_EQ(receiveText(stream, 1), "o");
     const std::string moved = m_directory.path("moved");
     ASSERT_EQ(rename(path.c_str(), moved.c_str()), 0);
     m_directory.write("ports", "new");
@@ -688,7 +678,7 @@ TEST_F(FileInputStreamTest, ReopenReadsTheFileThePathNamesNow) {
     ASSERT_EQ(descriptors.size(), 1u);
     EXPECT_TRUE(test::isClosedOnExec(descriptors[0]));
     EXPECT_EQ(fcntl(descriptors[0], F_GETFL) & O_ACCMODE, O_RDONLY);
-    EXPECT_EQ(receive(stream, 10), "new");
+    EXPECT_EQ(receiveText(stream, 10), "new");
     EXPECT_EQ(stream.GetInode(), inodeOf(path));
 }
 
@@ -698,7 +688,7 @@ TEST_F(FileInputStreamTest, ReopenKeepsTheEndFlag) {
     stream.EndInputStream();
     EXPECT_EQ(stream.Reopen(), 0);
     EXPECT_TRUE(stream.isInputStreamAtEnd());
-    EXPECT_EQ(receive(stream, 10), "4");
+    EXPECT_EQ(receiveText(stream, 10), "4");
 }
 
 TEST_F(FileInputStreamTest, ReopenedFileIsClosedByTheDestructor) {
@@ -721,7 +711,7 @@ TEST_F(FileInputStreamTest, ReopenDoesNotClearAnError) {
     EXPECT_EQ(stream.Reopen(), 0);
     EXPECT_TRUE(stream.isInputStreamOpen());
     EXPECT_TRUE(stream.isInputStreamInError());
-    EXPECT_EQ(receive(stream, 10), "-1");
+    EXPECT_EQ(receiveText(stream, 10), "-1");
     EXPECT_EQ(stream.GetInputStreamSize(), 1);
 }
 
@@ -774,14 +764,14 @@ TEST_F(FileInputStreamTest, PathPointerIsStoredAndNotCopied) {
     FileInputStream stream(path.c_str());
     path.back() = '2';
     EXPECT_EQ(stream.Reopen(), 0);
-    EXPECT_EQ(receive(stream, 10), "second");
+    EXPECT_EQ(receiveText(stream, 10), "second");
 }
 
 TEST_F(FileInputStreamTest, SettingAModeChangesNothing) {
     const std::string path = m_directory.write("ports", "4");
     FileInputStream stream(path.c_str());
     stream.setInputMode(framework::InputStream::INPUT_DEFAULT);
-    EXPECT_EQ(receive(stream, 10), "4");
+    EXPECT_EQ(receiveText(stream, 10), "4");
 }
 
 } // namespace

@@ -20,22 +20,21 @@
 #include "LogCapture.h"
 #include "OpenDescriptors.h"
 #include "OrdinaryUser.h"
+#include "SendText.h"
 #include "TemporaryDirectory.h"
+#include "Umask.h"
 #include "VirtualSlot.h"
 #include "ut_FileInputStream.h"
 
 namespace {
 
+using test::sendText;
 using utility::FileOutputStream;
 
 static_assert(std::is_base_of<framework::OutputStream, FileOutputStream>::value, "it is written as an output");
 static_assert(!std::is_copy_constructible<FileOutputStream>::value, "a copy would close the descriptor twice");
 static_assert(!std::is_copy_assignable<FileOutputStream>::value, "an assignment would close the descriptor twice");
 static_assert(!std::is_convertible<int, FileOutputStream>::value, "a number is not a stream by itself");
-
-bool send(FileOutputStream& stream, const std::string& data) {
-    return stream.SendOutputStream(data.data(), static_cast<unsigned int>(data.size()));
-}
 
 // Expects that no test logs anything.
 class FileOutputStreamTest : public testing::Test {
@@ -54,18 +53,6 @@ protected:
 
     test::TemporaryDirectory m_directory;
     test::LogCapture m_log;
-};
-
-// Sets the umask to 0 while it exists.
-class NoMask {
-public:
-    NoMask() : m_previous(umask(0)) {}
-    ~NoMask() {
-        umask(m_previous);
-    }
-
-private:
-    mode_t m_previous;
 };
 
 TEST_F(FileOutputStreamTest, UsageExample) {
@@ -102,7 +89,7 @@ TEST_F(FileOutputStreamTest, NewFileIsOpenAndGood) {
 }
 
 TEST_F(FileOutputStreamTest, NewFileHasTheGivenPermissions) {
-    const NoMask noMask;
+    const test::Umask mask(0);
     for (const bool append : {false, true}) {
         for (const unsigned int mode : {0600u, 0640u, 0666u, 0400u}) {
             const std::string path = m_directory.path(std::to_string(mode) + (append ? "a" : ""));
@@ -123,7 +110,7 @@ TEST_F(FileOutputStreamTest, TruncatesAnExistingFile) {
     const std::string path = m_directory.write("ports", "a long former content");
     FileOutputStream stream(path.c_str(), false, 0600);
     EXPECT_EQ(m_directory.read("ports"), "");
-    EXPECT_TRUE(send(stream, "new"));
+    EXPECT_TRUE(sendText(stream, "new"));
     EXPECT_EQ(m_directory.read("ports"), "new");
 }
 
@@ -131,8 +118,8 @@ TEST_F(FileOutputStreamTest, AppendsToAnExistingFile) {
     const std::string path = m_directory.write("ports", "1\n");
     FileOutputStream stream(path.c_str(), true, 0600);
     EXPECT_EQ(m_directory.read("ports"), "1\n");
-    EXPECT_TRUE(send(stream, "2\n"));
-    EXPECT_TRUE(send(stream, "3\n"));
+    EXPECT_TRUE(sendText(stream, "2\n"));
+    EXPECT_TRUE(sendText(stream, "3\n"));
     EXPECT_EQ(m_directory.read("ports"), "1\n2\n3\n");
 }
 
@@ -140,7 +127,7 @@ TEST_F(FileOutputStreamTest, AppendsEvenAfterASeekToTheStart) {
     const std::string path = m_directory.write("ports", "1\n");
     FileOutputStream stream(path.c_str(), true, 0600);
     EXPECT_TRUE(stream.StartOutputStream());
-    EXPECT_TRUE(send(stream, "2\n"));
+    EXPECT_TRUE(sendText(stream, "2\n"));
     EXPECT_EQ(m_directory.read("ports"), "1\n2\n");
 }
 
@@ -181,7 +168,7 @@ TEST_F(FileOutputStreamTest, NeverUsesTheDescriptorOfAStandardStream) {
                 // If the file's descriptor were 2, this message would be written to the file.
                 framework::Logger::setSink(nullptr, nullptr);
                 framework::Logger::StaticLog(framework::Logger::LOG_ERROR, "a message");
-                if (!send(stream, "4"))
+                if (!sendText(stream, "4"))
                     return 3;
             }
             return test::descriptorsOf(path).empty() ? 0 : 4;
@@ -251,7 +238,7 @@ void expectFailedOpen(FileOutputStream& stream, int error) {
     EXPECT_FALSE(stream.isOutputStreamAtEnd());
     EXPECT_FALSE(stream.isOutputStreamGood());
     EXPECT_EQ(stream.errorNumber(), error);
-    EXPECT_TRUE(send(stream, "dropped"));
+    EXPECT_TRUE(sendText(stream, "dropped"));
     EXPECT_FALSE(stream.StartOutputStream());
     EXPECT_EQ(stream.errorNumber(), error);
 }
@@ -300,7 +287,7 @@ TEST_F(FileOutputStreamTest, FileWithoutWritePermissionIsAnError) {
     const test::ChildResult child = test::runInChild([&] {
         test::becomeOrdinaryUser();
         FileOutputStream stream(path.c_str(), false, 0600);
-        const bool dropped = send(stream, "dropped");
+        const bool dropped = sendText(stream, "dropped");
         return dropped && !stream.isOutputStreamOpen() && stream.isOutputStreamInError() ? stream.errorNumber() : -1;
     });
     EXPECT_EQ(child.status, EACCES) << child.err;
@@ -317,7 +304,7 @@ TEST_F(FileOutputStreamTest, AdoptedDescriptorIsSeekedToItsStart) {
     EXPECT_FALSE(stream.isOutputStreamAtEnd());
     EXPECT_EQ(stream.errorNumber(), 0);
     EXPECT_EQ(file.offset(), 0);
-    EXPECT_TRUE(send(stream, "abc"));
+    EXPECT_TRUE(sendText(stream, "abc"));
     EXPECT_EQ(m_directory.read("ports"), "abc3456789");
 }
 
@@ -329,8 +316,8 @@ TEST_F(FileOutputStreamTest, AdoptedDescriptorOverwritesUnlessItAppends) {
     ASSERT_EQ(lseek(over.number(), 0, SEEK_END), 10);
     FileOutputStream first(over.number());
     FileOutputStream second(append.number());
-    EXPECT_TRUE(send(first, "abc"));
-    EXPECT_TRUE(send(second, "abc"));
+    EXPECT_TRUE(sendText(first, "abc"));
+    EXPECT_TRUE(sendText(second, "abc"));
     EXPECT_EQ(m_directory.read("over"), "abc3456789");
     EXPECT_EQ(m_directory.read("append"), "0123456789abc");
 }
@@ -341,7 +328,7 @@ TEST_F(FileOutputStreamTest, AdoptedDescriptorStaysOpenAndKeepsItsFlags) {
     {
         FileOutputStream stream(file.number());
         EXPECT_FALSE(test::isClosedOnExec(file.number()));
-        EXPECT_TRUE(send(stream, "4"));
+        EXPECT_TRUE(sendText(stream, "4"));
     }
     EXPECT_TRUE(test::isOpenDescriptor(file.number()));
     EXPECT_EQ(write(file.number(), "2", 1), 1);
@@ -355,7 +342,7 @@ TEST_F(FileOutputStreamTest, AdoptedPipeIsInErrorAndDiscardsAllOutput) {
     EXPECT_TRUE(stream.isOutputStreamInError());
     EXPECT_FALSE(stream.isOutputStreamGood());
     EXPECT_EQ(stream.errorNumber(), ESPIPE);
-    EXPECT_TRUE(send(stream, "dropped"));
+    EXPECT_TRUE(sendText(stream, "dropped"));
     EXPECT_FALSE(stream.StartOutputStream());
     EXPECT_EQ(pipe.reader.readAvailable(), "");
 }
@@ -365,7 +352,7 @@ TEST_F(FileOutputStreamTest, StandardOutputOnAPipeIsInErrorAndDiscardsAllOutput)
     const test::ChildResult child = test::runInChild([&] {
         dup2(pipe.writer.number(), 1);
         FileOutputStream stream(1);
-        return send(stream, "dropped") && stream.isOutputStreamInError() ? stream.errorNumber() : -1;
+        return sendText(stream, "dropped") && stream.isOutputStreamInError() ? stream.errorNumber() : -1;
     });
     EXPECT_EQ(child.status, ESPIPE);
     EXPECT_EQ(pipe.reader.readAvailable(), "");
@@ -381,7 +368,7 @@ TEST_F(FileOutputStreamTest, AdoptedTerminalIsInErrorAndDiscardsAllOutput) {
     EXPECT_TRUE(stream.isOutputStreamOpen());
     EXPECT_TRUE(stream.isOutputStreamInError());
     EXPECT_EQ(stream.errorNumber(), ESPIPE);
-    EXPECT_TRUE(send(stream, "dropped"));
+    EXPECT_TRUE(sendText(stream, "dropped"));
     EXPECT_EQ(screen.readAvailable(), "");
 }
 
@@ -390,15 +377,15 @@ TEST_F(FileOutputStreamTest, InvalidDescriptorIsInError) {
     EXPECT_TRUE(stream.isOutputStreamOpen());
     EXPECT_TRUE(stream.isOutputStreamInError());
     EXPECT_EQ(stream.errorNumber(), EBADF);
-    EXPECT_TRUE(send(stream, "dropped"));
+    EXPECT_TRUE(sendText(stream, "dropped"));
 }
 
 TEST_F(FileOutputStreamTest, StartSeeksToTheFirstByte) {
     const std::string path = m_directory.path("ports");
     FileOutputStream stream(path.c_str(), false, 0600);
-    EXPECT_TRUE(send(stream, "12345"));
+    EXPECT_TRUE(sendText(stream, "12345"));
     EXPECT_TRUE(stream.StartOutputStream());
-    EXPECT_TRUE(send(stream, "ab"));
+    EXPECT_TRUE(sendText(stream, "ab"));
     EXPECT_EQ(m_directory.read("ports"), "ab345");
 }
 
@@ -410,7 +397,7 @@ TEST_F(FileOutputStreamTest, EndStateIsClearedByStartAndDoesNotPreventSends) {
     EXPECT_TRUE(stream.isOutputStreamOpen());
     EXPECT_FALSE(stream.isOutputStreamInError());
     EXPECT_FALSE(stream.isOutputStreamGood());
-    EXPECT_TRUE(send(stream, "1"));
+    EXPECT_TRUE(sendText(stream, "1"));
     EXPECT_TRUE(stream.isOutputStreamAtEnd());
     EXPECT_EQ(m_directory.read("ports"), "1");
     EXPECT_TRUE(stream.StartOutputStream());
@@ -433,13 +420,13 @@ TEST_F(FileOutputStreamTest, FailedSeekOfStartSetsThePermanentErrorState) {
     const test::Descriptor reader = openFile("fifo", O_RDONLY | O_NONBLOCK);
     FileOutputStream stream(path.c_str(), false, 0600);
     EXPECT_TRUE(stream.isOutputStreamGood());
-    EXPECT_TRUE(send(stream, "before"));
+    EXPECT_TRUE(sendText(stream, "before"));
     stream.EndOutputStream();
     EXPECT_FALSE(stream.StartOutputStream());
     EXPECT_FALSE(stream.isOutputStreamAtEnd()) << "cleared before the seek";
     EXPECT_TRUE(stream.isOutputStreamInError());
     EXPECT_EQ(stream.errorNumber(), ESPIPE);
-    EXPECT_TRUE(send(stream, "after"));
+    EXPECT_TRUE(sendText(stream, "after"));
     EXPECT_FALSE(stream.StartOutputStream());
     EXPECT_EQ(reader.readAvailable(), "before");
 }
@@ -450,7 +437,7 @@ TEST_F(FileOutputStreamTest, SendsAllBytesOfAnyValue) {
         data[i] = static_cast<char>(i * 7 + i / 256);
     const std::string path = m_directory.path("ports");
     FileOutputStream stream(path.c_str(), false, 0600);
-    EXPECT_TRUE(send(stream, data));
+    EXPECT_TRUE(sendText(stream, data));
     EXPECT_EQ(m_directory.read("ports"), data);
 }
 
@@ -476,12 +463,12 @@ TEST_F(FileOutputStreamTest, SendOfNullReturnsTrueAndWritesNothing) {
 TEST_F(FileOutputStreamTest, SendToAFullDiskReturnsTrueAndSetsThePermanentErrorState) {
     FileOutputStream stream("/dev/full", false, 0600);
     ASSERT_TRUE(stream.isOutputStreamGood());
-    EXPECT_TRUE(send(stream, "lost"));
+    EXPECT_TRUE(sendText(stream, "lost"));
     EXPECT_TRUE(stream.isOutputStreamOpen());
     EXPECT_TRUE(stream.isOutputStreamInError());
     EXPECT_FALSE(stream.isOutputStreamGood());
     EXPECT_EQ(stream.errorNumber(), ENOSPC);
-    EXPECT_TRUE(send(stream, "dropped"));
+    EXPECT_TRUE(sendText(stream, "dropped"));
     EXPECT_FALSE(stream.StartOutputStream());
     EXPECT_TRUE(stream.isOutputStreamInError());
     EXPECT_EQ(stream.errorNumber(), ENOSPC);
@@ -492,7 +479,7 @@ TEST_F(FileOutputStreamTest, SendToAReadOnlyDescriptorReturnsTrueAndSetsTheError
     const test::Descriptor file = openFile("ports", O_RDONLY);
     FileOutputStream stream(file.number());
     EXPECT_FALSE(stream.isOutputStreamInError());
-    EXPECT_TRUE(send(stream, "lost"));
+    EXPECT_TRUE(sendText(stream, "lost"));
     EXPECT_TRUE(stream.isOutputStreamInError());
     EXPECT_EQ(stream.errorNumber(), EBADF);
     EXPECT_EQ(m_directory.read("ports"), "kept");
@@ -502,10 +489,10 @@ TEST_F(FileOutputStreamTest, NothingIsWrittenAfterAnError) {
     m_directory.write("ports", "");
     test::Descriptor reading = openFile("ports", O_RDONLY);
     FileOutputStream stream(reading.number());
-    EXPECT_TRUE(send(stream, "lost"));
+    EXPECT_TRUE(sendText(stream, "lost"));
     const test::Descriptor writing = openFile("ports", O_WRONLY);
     ASSERT_EQ(dup2(writing.number(), reading.number()), reading.number());
-    EXPECT_TRUE(send(stream, "dropped"));
+    EXPECT_TRUE(sendText(stream, "dropped"));
     EXPECT_EQ(m_directory.read("ports"), "");
 }
 
@@ -517,11 +504,11 @@ TEST_F(FileOutputStreamTest, OnlyAShortWriteReturnsFalseAndItIsNotAnError) {
     for (const int fd : test::descriptorsOf(path))
         ASSERT_EQ(fcntl(fd, F_SETFL, fcntl(fd, F_GETFL) | O_NONBLOCK), 0);
 
-    EXPECT_FALSE(send(stream, std::string(4000000, 'x')));
+    EXPECT_FALSE(sendText(stream, std::string(4000000, 'x')));
     EXPECT_FALSE(stream.isOutputStreamInError());
     EXPECT_EQ(stream.errorNumber(), 0);
 
-    EXPECT_TRUE(send(stream, "lost"));
+    EXPECT_TRUE(sendText(stream, "lost"));
     EXPECT_TRUE(stream.isOutputStreamInError());
     EXPECT_EQ(stream.errorNumber(), EAGAIN);
 }
@@ -544,9 +531,9 @@ TEST_F(FileOutputStreamTest, WriteAcrossTheFileSizeLimitReturnsFalseAndTheNextOn
         std::signal(SIGXFSZ, SIG_IGN);
         const rlimit limit = {50, 50};
         setrlimit(RLIMIT_FSIZE, &limit);
-        if (send(stream, std::string(100, 'x')) || stream.isOutputStreamInError() || stream.errorNumber() != 0)
+        if (sendText(stream, std::string(100, 'x')) || stream.isOutputStreamInError() || stream.errorNumber() != 0)
             return 1;
-        return send(stream, "y") && stream.isOutputStreamInError() ? stream.errorNumber() : 2;
+        return sendText(stream, "y") && stream.isOutputStreamInError() ? stream.errorNumber() : 2;
     });
     EXPECT_EQ(child.status, EFBIG);
     EXPECT_EQ(m_directory.read("ports"), std::string(50, 'x'));
@@ -560,7 +547,7 @@ TEST_F(FileOutputStreamTest, SendToAPipeWithoutReaderReturnsTrueAndSetsTheErrorS
         test::Descriptor reader = openFile("fifo", O_RDONLY | O_NONBLOCK);
         FileOutputStream stream(path.c_str(), false, 0600);
         reader.close();
-        return send(stream, "lost") && stream.isOutputStreamInError() ? stream.errorNumber() : -1;
+        return sendText(stream, "lost") && stream.isOutputStreamInError() ? stream.errorNumber() : -1;
     });
     EXPECT_EQ(child.status, EPIPE);
 }
@@ -570,7 +557,7 @@ TEST_F(FileOutputStreamTest, WritesContinueToARemovedFile) {
     FileOutputStream stream(path.c_str(), false, 0600);
     const test::Descriptor reader = openFile("ports", O_RDONLY);
     ASSERT_EQ(unlink(path.c_str()), 0);
-    EXPECT_TRUE(send(stream, "4"));
+    EXPECT_TRUE(sendText(stream, "4"));
     EXPECT_FALSE(stream.isOutputStreamInError());
     EXPECT_EQ(reader.readAvailable(), "4");
 }
@@ -580,7 +567,7 @@ TEST_F(FileOutputStreamTest, WritesContinueToAMovedFile) {
     FileOutputStream stream(path.c_str(), false, 0600);
     ASSERT_EQ(rename(path.c_str(), m_directory.path("moved").c_str()), 0);
     m_directory.write("ports", "new");
-    EXPECT_TRUE(send(stream, "4"));
+    EXPECT_TRUE(sendText(stream, "4"));
     EXPECT_FALSE(stream.isOutputStreamInError());
     EXPECT_EQ(m_directory.read("moved"), "4");
     EXPECT_EQ(m_directory.read("ports"), "new");
@@ -589,7 +576,7 @@ TEST_F(FileOutputStreamTest, WritesContinueToAMovedFile) {
 TEST_F(FileOutputStreamTest, FlushDoesNothing) {
     const std::string path = m_directory.path("ports");
     FileOutputStream stream(path.c_str(), false, 0600);
-    EXPECT_TRUE(send(stream, "4"));
+    EXPECT_TRUE(sendText(stream, "4"));
     stream.FlushOutputStream();
     EXPECT_TRUE(stream.isOutputStreamGood());
     EXPECT_EQ(m_directory.read("ports"), "4");
@@ -611,7 +598,7 @@ TEST_F(FileOutputStreamTest, AppendsToAFileOfMoreThanTwoGiB) {
     ASSERT_EQ(truncate64(path.c_str(), size), 0);
     FileOutputStream stream(path.c_str(), true, 0600);
     ASSERT_TRUE(stream.isOutputStreamGood());
-    EXPECT_TRUE(send(stream, "4"));
+    EXPECT_TRUE(sendText(stream, "4"));
     struct stat64 status;
     ASSERT_EQ(stat64(path.c_str(), &status), 0);
     EXPECT_EQ(status.st_size, size + 1);

@@ -14,24 +14,18 @@
 #include <gtest/gtest.h>
 
 #include "support/ExpectFailure.h"
+#include "support/PutV.h"
 #include "support/RandomRun.h"
 #include "ut_BufferStream.h"
 
 namespace {
 
+using test::putV;
+
 // The formats are not constants, but they are built to match their arguments.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
 #pragma GCC diagnostic ignored "-Wformat-security"
-
-void putV(utility::PutStream& stream, const char* format, ...) {
-    va_list arguments;
-    va_start(arguments, format);
-    const auto failure = test::failureOf([&] { stream.PutV(format, arguments); });
-    va_end(arguments);
-    if (failure != nullptr)
-        throw new framework::Exception(*failure);
-}
 
 std::string described(int wrote, std::size_t remaining, const std::string& format, const std::string& storage) {
     std::string message;

@@ -14,12 +14,15 @@
 
 #include <gtest/gtest.h>
 
+#include "BytePattern.h"
 #include "CountingMemory.h"
 #include "DebugSwitch.h"
 #include "ExpectFailure.h"
 #include "FailingAllocation.h"
 #include "GuardedBytes.h"
+#include "HeldBytes.h"
 #include "LogCapture.h"
+#include "OpenDescriptors.h"
 #include "TemporaryDirectory.h"
 #include "TraceLines.h"
 #include "VirtualSlot.h"
@@ -28,14 +31,18 @@
 
 namespace {
 
+using test::bytePattern;
+using test::heldBytes;
+using test::lowestFreeDescriptor;
+using test::traceLine;
 using utility::GetStream;
 using Lines = std::vector<std::string>;
 
-constexpr const char* AT = "virtual char& utility::GetStream::operator[](unsigned int)";
-constexpr const char* READ_LINE = "char* utility::GetStream::ReadLine()";
-constexpr const char* READ_ADVANCE = "virtual void utility::Buffer::ReadAdvance(int)";
-constexpr const char* ALLOC_BUFFER = "void utility::Buffer::allocBuffer()";
-constexpr unsigned int READ_LINE_SWITCH = 410;
+constexpr const char* atName = "virtual char& utility::GetStream::operator[](unsigned int)";
+constexpr const char* readLineName = "char* utility::GetStream::ReadLine()";
+constexpr const char* readAdvanceName = "virtual void utility::Buffer::ReadAdvance(int)";
+constexpr const char* allocBufferName = "void utility::Buffer::allocBuffer()";
+constexpr unsigned int readLineSwitch = 410;
 
 static_assert(std::is_base_of<framework::InputStream, GetStream>::value, "a reader is a source");
 
@@ -49,9 +56,6 @@ public:
     Text& operator=(const Text&) = delete;
     ~Text() override {
         EXPECT_TRUE(m_bytes->areGuardsWhole());
-    }
-    std::string readable() const {
-        return std::string(pTail(), static_cast<std::size_t>(ReadAvailable()));
     }
     std::string bytes() const {
         return m_bytes->content();
@@ -90,23 +94,6 @@ public:
     using GetStream::GetStream;
 };
 
-std::string readable(const GetStream& in) {
-    return std::string(in.pTail(), static_cast<std::size_t>(in.ReadAvailable()));
-}
-
-int lowestFreeDescriptor() {
-    const int descriptor = open("/dev/null", O_RDONLY);
-    close(descriptor);
-    return descriptor;
-}
-
-std::string pattern(std::size_t size) {
-    std::string bytes(size, '\0');
-    for (std::size_t i = 0; i < size; ++i)
-        bytes[i] = static_cast<char>(i * 7 + i / 251);
-    return bytes;
-}
-
 TEST(GetStream, UsageExample) {
     const test::TemporaryDirectory directory;
     const std::string hosts = directory.write("hosts", "127.0.0.1 localhost\n10.0.0.1 array\n");
@@ -137,7 +124,7 @@ TEST(GetStream, StartsEmpty) {
     EXPECT_FALSE(in.isInputStreamOpen());
     EXPECT_TRUE(in.isInputStreamAtEnd());
     EXPECT_FALSE(in.isInputStreamInError());
-    EXPECT_FAILURE(in[0], 1240, "ut_GetStream", AT, "");
+    EXPECT_FAILURE(in[0], 1240, "ut_GetStream", atName, "");
 }
 
 TEST(GetStream, VirtualOperationsHaveTheirSlots) {
@@ -217,7 +204,7 @@ TEST(GetStream, GetCReadsByteByByte) {
 TEST(GetStream, GetCIntoNullDiscardsTheByte) {
     Text in("ab");
     EXPECT_TRUE(in.GetC(nullptr));
-    EXPECT_EQ(in.readable(), "b");
+    EXPECT_EQ(heldBytes(in), "b");
     EXPECT_TRUE(in.GetC(nullptr));
     EXPECT_FALSE(in.GetC(nullptr));
 }
@@ -235,7 +222,7 @@ TEST(GetStream, GetLineDoesNotReturnALastLineWithoutNewline) {
     Text in("a\nb");
     EXPECT_STREQ(in.GetLine(), "a");
     EXPECT_EQ(in.GetLine(), nullptr);
-    EXPECT_EQ(in.readable(), "b");
+    EXPECT_EQ(heldBytes(in), "b");
     EXPECT_EQ(in.GetLine(), nullptr);
     EXPECT_EQ(in.bytes(), std::string("a\0b\x7E", 4));
 }
@@ -310,7 +297,7 @@ TEST(GetStream, NulAmongTheBytesIsAnOrdinaryByte) {
     EXPECT_EQ(in.ReadAvailable(), 0);
     Text other(std::string("a\0b\nc", 5));
     EXPECT_EQ(std::string(other.ReadLine(), 4), std::string("a\0b\0", 4));
-    EXPECT_EQ(other.readable(), "c");
+    EXPECT_EQ(heldBytes(other), "c");
 }
 
 TEST(GetStream, ReadLineIsTracedOnlyWithItsSwitch) {
@@ -320,13 +307,13 @@ TEST(GetStream, ReadLineIsTracedOnlyWithItsSwitch) {
         in.ReadLine();
     }
     EXPECT_EQ(log.count(), 0u);
-    const test::DebugSwitch tracing(READ_LINE_SWITCH);
+    const test::DebugSwitch tracing(readLineSwitch);
     Text in("abc\nde");
     in.ReadLine();
     in.ReadLine();
     in.ReadLine();
     in.GetLine();
-    const std::string tag = std::string("3 ") + READ_LINE + ": ";
+    const std::string tag = std::string("3 ") + readLineName + ": ";
     EXPECT_EQ(test::traceLines(log),
               (Lines{tag + "advancing 4, readavailable 6", tag + "advancing 2, readavailable 2"}));
 }
@@ -340,7 +327,7 @@ TEST(GetStream, TracingReadLineDoesNotRefillTheBuffer) {
         std::strcpy(traced, content);
         Counted untraced(plain, 5);
         EXPECT_STREQ(untraced.ReadLine(), std::string(content).substr(0, std::string(content).find('\n')).c_str());
-        const test::DebugSwitch tracing(READ_LINE_SWITCH);
+        const test::DebugSwitch tracing(readLineSwitch);
         Counted in(traced, 5);
         in.ReadLine();
         EXPECT_EQ(in.asked, untraced.asked) << content;
@@ -373,37 +360,37 @@ TEST(GetStream, IndexesTheStorageFromReadPositionToWritePosition) {
     Text in("volume");
     in.pBuffer()[6] = 0;
     in.ReadAdvance(2);
-    EXPECT_FAILURE(in[0], 1240, "ut_GetStream", AT, "");
-    EXPECT_FAILURE(in[1], 1240, "ut_GetStream", AT, "");
+    EXPECT_FAILURE(in[0], 1240, "ut_GetStream", atName, "");
+    EXPECT_FAILURE(in[1], 1240, "ut_GetStream", atName, "");
     EXPECT_EQ(in[2], 'l');
     EXPECT_EQ(in[5], 'e');
     EXPECT_EQ(in[6], '\0');
-    EXPECT_FAILURE(in[7], 1240, "ut_GetStream", AT, "");
+    EXPECT_FAILURE(in[7], 1240, "ut_GetStream", atName, "");
     in[3] = 'X';
-    EXPECT_EQ(in.readable(), "lXme");
+    EXPECT_EQ(heldBytes(in), "lXme");
 }
 
 TEST(GetStream, HugeIndexCountsAsNegative) {
     Text in("volume");
     for (const unsigned int index : {0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFFu})
-        EXPECT_FAILURE(in[index], 1240, "ut_GetStream", AT, "");
+        EXPECT_FAILURE(in[index], 1240, "ut_GetStream", atName, "");
 }
 
 TEST(GetStream, IndexPastTheStorageThrows) {
     char text[] = "ab";
     utility::GetStream none(text, -1);
-    EXPECT_FAILURE(none[0], 1240, "ut_GetStream", AT, "");
+    EXPECT_FAILURE(none[0], 1240, "ut_GetStream", atName, "");
     utility::BufferStream empty(text, 0, true);
-    EXPECT_FAILURE(empty[0], 1240, "ut_GetStream", AT, "");
+    EXPECT_FAILURE(empty[0], 1240, "ut_GetStream", atName, "");
     utility::BufferStream onlyTheTerminator(text, 1, true);
     EXPECT_EQ(onlyTheTerminator[0], '\0');
-    EXPECT_FAILURE(onlyTheTerminator[1], 1240, "ut_GetStream", AT, "");
+    EXPECT_FAILURE(onlyTheTerminator[1], 1240, "ut_GetStream", atName, "");
 }
 
 TEST(GetStream, IndexOutOfRangeThrowsEvenWithNoThrow) {
     Text in("ab");
     in.setNoThrow(true);
-    EXPECT_FAILURE(in[3], 1240, "ut_GetStream", AT, "");
+    EXPECT_FAILURE(in[3], 1240, "ut_GetStream", atName, "");
 }
 
 TEST(GetStream, ReceivesAtMostWhatIsReadableAndRequested) {
@@ -440,7 +427,7 @@ TEST(GetStream, ReceivesWithAHugeSize) {
 TEST(GetStream, ReceiveIntoNullConsumesNothing) {
     Text in("abc");
     EXPECT_EQ(in.ReceiveInputStream(nullptr, 3), 0);
-    EXPECT_EQ(in.readable(), "abc");
+    EXPECT_EQ(heldBytes(in), "abc");
 }
 
 TEST(GetStream, StartReturnsToTheFirstByteAndEndDoesNothing) {
@@ -448,9 +435,9 @@ TEST(GetStream, StartReturnsToTheFirstByteAndEndDoesNothing) {
     char c;
     in.GetC(&c);
     in.EndInputStream();
-    EXPECT_EQ(in.readable(), "b");
+    EXPECT_EQ(heldBytes(in), "b");
     EXPECT_TRUE(in.StartInputStream());
-    EXPECT_EQ(in.readable(), "ab");
+    EXPECT_EQ(heldBytes(in), "ab");
 }
 
 TEST(GetStream, IsOpenWhileSomethingIsReadableAndNeverInError) {
@@ -463,7 +450,7 @@ TEST(GetStream, IsOpenWhileSomethingIsReadableAndNeverInError) {
     EXPECT_TRUE(in.isInputStreamAtEnd());
     EXPECT_FALSE(in.isInputStreamGood());
     EXPECT_FALSE(in.isInputStreamInError());
-    EXPECT_FAILURE(in.ReadAdvance(1), 1239, "ut_Buffer", READ_ADVANCE, "");
+    EXPECT_FAILURE(in.ReadAdvance(1), 1239, "ut_Buffer", readAdvanceName, "");
     EXPECT_FALSE(in.isInputStreamInError());
 }
 
@@ -471,7 +458,7 @@ TEST(GetStream, HasTheSizeAndModesOfAnyInput) {
     Text in("a");
     EXPECT_EQ(in.GetInputStreamSize(), -1);
     in.setInputMode(framework::InputStream::INPUT_DEFAULT);
-    EXPECT_EQ(in.readable(), "a");
+    EXPECT_EQ(heldBytes(in), "a");
 }
 
 TEST(GetStream, CanBeQueriedStartedAndReadAfterAFailure) {
@@ -524,14 +511,14 @@ TEST(GetStream, CanBeQueriedStartedAndReadAfterAFailure) {
 TEST(GetStream, LoadsAWholeFile) {
     const test::TemporaryDirectory directory;
     for (const std::size_t size : {1u, 2u, 4095u, 4096u, 1000003u}) {
-        const std::string bytes = pattern(size);
+        const std::string bytes = bytePattern(size);
         const std::string path = directory.write("file", bytes);
         GetStream in;
         EXPECT_TRUE(in.fromFile(path.c_str()));
         EXPECT_EQ(in.Size(), static_cast<int>(size));
         EXPECT_EQ(in.WritePosition(), static_cast<int>(size));
         EXPECT_EQ(in.ReadPosition(), 0);
-        EXPECT_EQ(readable(in), bytes);
+        EXPECT_EQ(heldBytes(in), bytes);
         EXPECT_EQ(*in.pHead(), 0);
     }
 }
@@ -539,7 +526,7 @@ TEST(GetStream, LoadsAWholeFile) {
 TEST(GetStream, LoadsAFileOnConstruction) {
     const test::TemporaryDirectory directory;
     GetStream in(directory.write("file", "ports\n").c_str());
-    EXPECT_EQ(readable(in), "ports\n");
+    EXPECT_EQ(heldBytes(in), "ports\n");
     EXPECT_EQ(in.Size(), 6);
 }
 
@@ -649,10 +636,10 @@ TEST(GetStream, LoadingWithoutMemoryThrows1238) {
     test::CountingMemory memory;
     memory.refuseAll();
     GetStream in;
-    EXPECT_FAILURE(in.fromFile(path.c_str()), 1238, "ut_Buffer", ALLOC_BUFFER, "");
+    EXPECT_FAILURE(in.fromFile(path.c_str()), 1238, "ut_Buffer", allocBufferName, "");
     EXPECT_FALSE(in.isInputStreamOpen());
     EXPECT_EQ(in.ReadLine(), nullptr);
-    EXPECT_FAILURE(GetStream(path.c_str()), 1238, "ut_Buffer", ALLOC_BUFFER, "");
+    EXPECT_FAILURE(GetStream(path.c_str()), 1238, "ut_Buffer", allocBufferName, "");
 }
 
 TEST(GetStream, WithNoThrowLoadingWithoutMemoryReturnsTrueAndIsEmpty) {
@@ -666,7 +653,7 @@ TEST(GetStream, WithNoThrowLoadingWithoutMemoryReturnsTrueAndIsEmpty) {
     EXPECT_TRUE(in.fromFile(path.c_str()));
     EXPECT_FALSE(in.isInputStreamOpen());
     EXPECT_EQ(in.Size(), 0);
-    EXPECT_EQ(test::traceLines(log), (Lines{std::string("0 ") + ALLOC_BUFFER + ": Buffer was not allocated"}));
+    EXPECT_EQ(test::traceLines(log), (Lines{traceLine(0, allocBufferName, "Buffer was not allocated")}));
 }
 
 TEST(GetStream, LoadingSurvivesEachFailedAllocation) {

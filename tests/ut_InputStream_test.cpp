@@ -21,7 +21,7 @@ class Source : public InputStream {
 public:
     explicit Source(bool* destroyed = nullptr) : m_destroyed(destroyed) {}
     ~Source() override {
-        if (m_destroyed)
+        if (m_destroyed != nullptr)
             *m_destroyed = true;
     }
     bool StartInputStream() override {

@@ -14,22 +14,20 @@
 #include "FailingAllocation.h"
 #include "FailingOperation.h"
 #include "RandomRun.h"
+#include "Token.h"
 #include "fw_Item.h"
 #include "fw_Memory.h"
 #include "fw_StableStringRepository.h"
 
 namespace {
 
+using test::token;
 using utility::ItemDirectory;
 
 constexpr const char* reallocName = "static void* utility::Array::realloc(void*, unsigned int*, unsigned int, size_t)";
 
 static_assert(!std::is_copy_constructible<ItemDirectory>::value, "directories are not copied");
 static_assert(!std::is_copy_assignable<ItemDirectory>::value, "directories are not copied");
-
-stringtoken token(const std::string& name) {
-    return strings::GS.toToken(name.c_str());
-}
 
 // An item with its own name; counts the calls of `getNameString` and the deletions of all items.
 class NamedItem : public framework::Item {

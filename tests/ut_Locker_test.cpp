@@ -12,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include "DebugSwitch.h"
+#include "ErrorContext.h"
 #include "LogCapture.h"
 #include "ThreadCalls.h"
 #include "ut_LockScope.h"
@@ -19,6 +20,7 @@
 namespace {
 
 using framework::Logger;
+using test::expectErrorWithContext;
 using utility::Locker;
 
 constexpr const char* constructName = "utility::Locker::Locker()";
@@ -39,20 +41,6 @@ bool isFreeForAnotherThread(const Locker& locker) {
             locker.unlock();
     }).join();
     return taken;
-}
-
-// Expects one error line followed by the error context.
-void expectErrorWithContext(const test::LogCapture& log, const std::string& function, const std::string& text) {
-    const std::vector<test::LogEntry> entries = log.entries();
-    ASSERT_EQ(entries.size(), 3u);
-    EXPECT_EQ(entries[0].type, Logger::LOG_ERROR);
-    EXPECT_EQ(entries[0].function, function);
-    EXPECT_GT(entries[0].line, 0);
-    EXPECT_EQ(entries[0].text, text);
-    EXPECT_EQ(entries[1].type, Logger::LOG_ERROR);
-    EXPECT_EQ(entries[1].text, "ErrorContext - for diagnostic purposes.");
-    EXPECT_EQ(entries[2].type, Logger::LOG_ERROR);
-    EXPECT_EQ(entries[2].text.find("Backtrace of "), 0u);
 }
 
 TEST(Locker, UsageExample) {

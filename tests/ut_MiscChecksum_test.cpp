@@ -8,8 +8,10 @@
 #include <vector>
 
 #include "ExpectFailure.h"
+#include "RandomBytes.h"
 #include "ut_md5.h"
 
+using test::randomBytes;
 using utility::Misc;
 
 namespace {
@@ -25,13 +27,6 @@ unsigned char crcByteByByte(const std::string& bytes, unsigned char crc) {
     for (const char byte : bytes)
         crc = Misc::crc_table(byte, crc);
     return crc;
-}
-
-std::string randomBytes(std::mt19937& random, std::size_t size) {
-    std::string bytes(size, 0);
-    for (char& byte : bytes)
-        byte = static_cast<char>(random());
-    return bytes;
 }
 
 std::string md5Of(const char* text) {

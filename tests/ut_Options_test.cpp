@@ -20,9 +20,11 @@
 #include "FailingAllocation.h"
 #include "GuardedText.h"
 #include "HeapGrowth.h"
+#include "HeldBytes.h"
 #include "LogCapture.h"
 #include "RandomRun.h"
 #include "ReferenceOptions.h"
+#include "Token.h"
 #include "fw_Memory.h"
 #include "fw_StableStringRepository.h"
 #include "fw_StringRepository.h"
@@ -32,6 +34,7 @@
 namespace {
 
 using test::ReferenceOptions;
+using test::token;
 using utility::Options;
 using Value = ReferenceOptions::Value;
 using Option = ReferenceOptions::Option;
@@ -44,10 +47,6 @@ static_assert(sizeof(Options) == (sizeof(void*) == 8 ? 136 : 84), "clients hold 
 static_assert(std::has_virtual_destructor<Options>::value, "options may be deleted as their base");
 static_assert(!std::is_copy_constructible<Options>::value, "a copy would share the pool");
 static_assert(!std::is_copy_assignable<Options>::value, "an assignment would share the pool");
-
-unsigned int token(const std::string& text) {
-    return strings::GS.toToken(text.c_str());
-}
 
 void set(Options& options, const std::string& text) {
     std::vector<char> copy(text.begin(), text.end());
@@ -79,7 +78,7 @@ std::string textOf(const Options& options) {
         capacity += option.first.size() + option.second.value_or("").size() + 2;
     utility::BufferStream out(static_cast<int>(capacity));
     options.toStream(out);
-    return std::string(out.pTail(), static_cast<std::size_t>(out.ReadAvailable()));
+    return test::heldBytes(out);
 }
 
 Content contentOfText(const std::string& text) {

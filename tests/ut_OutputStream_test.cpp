@@ -7,7 +7,9 @@
 
 #include <gtest/gtest.h>
 
+#include "BytePattern.h"
 #include "ExpectFailure.h"
+#include "HeldBytes.h"
 #include "TemporaryDirectory.h"
 #include "VirtualSlot.h"
 #include "ut_BufferStream.h"
@@ -19,6 +21,7 @@ namespace {
 
 using framework::InputStream;
 using framework::OutputStream;
+using test::bytePattern;
 
 static_assert(std::is_abstract<OutputStream>::value, "a sink has to bring its own operations");
 static_assert(std::has_virtual_destructor<OutputStream>::value, "sinks are deleted through the base");
@@ -28,7 +31,7 @@ class Sink : public OutputStream {
 public:
     explicit Sink(bool* destroyed = nullptr) : m_destroyed(destroyed) {}
     ~Sink() override {
-        if (m_destroyed)
+        if (m_destroyed != nullptr)
             *m_destroyed = true;
     }
     bool StartOutputStream() override {
@@ -115,13 +118,6 @@ public:
 private:
     std::vector<int> m_answers;
 };
-
-std::string pattern(std::size_t size) {
-    std::string bytes(size, '\0');
-    for (std::size_t i = 0; i < size; ++i)
-        bytes[i] = static_cast<char>(i * 7 + i / 251);
-    return bytes;
-}
 
 TEST(OutputStream, UsageExample) {
     Sink out;
@@ -280,12 +276,12 @@ TEST(OutputStream, TransferStaysInBoundsIfTheInputReportsTooManyBytes) {
 TEST(OutputStream, TransfersAWholeFileToAStreamAndBack) {
     const test::TemporaryDirectory directory;
     for (const std::size_t size : {1u, 16383u, 16384u, 16385u, 100000u}) {
-        const std::string bytes = pattern(size);
+        const std::string bytes = bytePattern(size);
         const std::string path = directory.write("in", bytes);
         utility::FileInputStream file(path.c_str());
         utility::BufferStream stream(100001);
         EXPECT_TRUE(stream.TransferFromInputStream(file));
-        EXPECT_EQ(std::string(stream.pTail(), static_cast<std::size_t>(stream.ReadAvailable())), bytes);
+        EXPECT_EQ(test::heldBytes(stream), bytes);
         const std::string copy = directory.path("out");
         utility::FileOutputStream target(copy.c_str(), false, 0600);
         EXPECT_TRUE(target.TransferFromInputStream(stream));

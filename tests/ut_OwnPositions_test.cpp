@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include "CountedPositions.h"
 #include "fw_KnownTokens.h"
 #include "support/DebugSwitch.h"
 #include "support/ExpectFailure.h"
@@ -24,39 +25,11 @@
 
 namespace {
 
+using test::CountedPositions;
 using utility::Buffer;
 using utility::BufferStream;
 
 constexpr int capacity = 64;
-
-// A stream that overrides the four position operations and counts their calls.
-class OverridingStream : public BufferStream {
-public:
-    OverridingStream(char* storage, int size, bool quiet) : BufferStream(storage, size, quiet) {}
-
-    int WriteRemaining() const override {
-        ++m_calls;
-        return Buffer::WriteRemaining();
-    }
-    int ReadAvailable() const override {
-        ++m_calls;
-        return Buffer::ReadAvailable();
-    }
-    void WriteAdvance(int n) override {
-        ++m_calls;
-        Buffer::WriteAdvance(n);
-    }
-    void ReadAdvance(int n) override {
-        ++m_calls;
-        Buffer::ReadAdvance(n);
-    }
-    int calls() const {
-        return m_calls;
-    }
-
-private:
-    mutable int m_calls = 0;
-};
 
 // A stream of a caller's class that overrides something else.
 class NamedStream : public BufferStream {
@@ -231,7 +204,7 @@ void expectSameAsOverriding(bool quiet) {
     char direct[capacity + 1] = {};
     char plain[capacity + 1] = {};
     Stream directStream(direct, capacity, quiet);
-    OverridingStream plainStream(plain, capacity, quiet);
+    CountedPositions<BufferStream> plainStream(plain, capacity, quiet);
     while (random.steps(20000)) {
         const unsigned int kind = random.below(static_cast<unsigned int>(operations().size()));
         const int number = static_cast<int>(random.below(30));
@@ -281,7 +254,7 @@ void expectSameArrays(bool (utility::GetStream::*read)(ArrayType&)) {
     char direct[capacity + 1] = {};
     char plain[capacity + 1] = {};
     BufferStream directStream(direct, capacity, false);
-    OverridingStream plainStream(plain, capacity, false);
+    CountedPositions<BufferStream> plainStream(plain, capacity, false);
     for (const unsigned int count : {0U, 1U, 2U, 15U, 16U, 17U, 60U}) {
         for (const int bytes : {0, 1, 2, 3, 4, 30, 31, 32, 57}) {
             for (const int length : {0, 2, 3, 22, 23}) {
@@ -304,7 +277,7 @@ TEST(OwnPositions, AHostileCountIsRefusedAsAnOverridingClassRefusesIt) {
     char direct[capacity + 1] = {};
     char plain[capacity + 1] = {};
     BufferStream directStream(direct, capacity, false);
-    OverridingStream plainStream(plain, capacity, false);
+    CountedPositions<BufferStream> plainStream(plain, capacity, false);
     const auto read = &utility::GetStream::GetParmUint16Array;
     const std::string expected = arrayFrom(plainStream, read, UINT_MAX, 10, 5);
     EXPECT_EQ(arrayFrom(directStream, read, UINT_MAX, 10, 5), expected);
@@ -318,7 +291,7 @@ TEST_P(OwnPositionsSwitch, ReadingAnArrayShowsTheSameTrace) {
     char direct[capacity + 1] = {};
     char plain[capacity + 1] = {};
     BufferStream directStream(direct, capacity, false);
-    OverridingStream plainStream(plain, capacity, false);
+    CountedPositions<BufferStream> plainStream(plain, capacity, false);
     const test::DebugSwitch on(GetParam());
     test::LogCapture log;
     arrayFrom(plainStream, &utility::GetStream::GetParmSint32Array, 10, 40, 20);

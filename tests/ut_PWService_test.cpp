@@ -33,12 +33,16 @@
 #include "support/LogCapture.h"
 #include "support/OpenDescriptors.h"
 #include "support/OrdinaryUser.h"
+#include "support/PermissionsOf.h"
 #include "support/PrivateMounts.h"
 #include "support/ProtectedMachine.h"
 #include "support/TemporaryDirectory.h"
+#include "support/Umask.h"
 #include "ut_TimeMeasure.h"
 
 using framework::Logger;
+using test::lowestFreeDescriptor;
+using test::permissionsOf;
 using utility::PW;
 using utility::PWService;
 
@@ -91,9 +95,9 @@ namespace {
 
 const testing::Environment* const machine = test::protectMachine();
 
-const char* const threeUsers = "root:x:0:0:Root:/root:/bin/sh\n"
-                               "monitor:$1$abc$def:1001:100:The Monitor:/home/monitor:/bin/rsh\n"
-                               "guest:*:1002:100:Guest,Room 1:/home/guest:/bin/false\n";
+constexpr const char* threeUsers = "root:x:0:0:Root:/root:/bin/sh\n"
+                                   "monitor:$1$abc$def:1001:100:The Monitor:/home/monitor:/bin/rsh\n"
+                                   "guest:*:1002:100:Guest,Room 1:/home/guest:/bin/false\n";
 
 // A root directory with a password file.
 class Root {
@@ -133,7 +137,7 @@ public:
     }
     static std::string readFile(const std::string& path) {
         std::FILE* stream = std::fopen(path.c_str(), "r");
-        if (!stream)
+        if (stream == nullptr)
             return "cannot read " + path;
         std::string content;
         char piece[4096];
@@ -164,7 +168,7 @@ private:
 std::vector<std::string> usersOf(const std::string& path) {
     std::vector<std::string> users;
     std::FILE* stream = std::fopen(path.c_str(), "r");
-    if (!stream)
+    if (stream == nullptr)
         return {"cannot read " + path};
     while (const passwd* user = fgetpwent(stream))
         users.push_back(std::string(user->pw_name) + ":" + user->pw_passwd + ":" + std::to_string(user->pw_uid) + ":" +
@@ -218,18 +222,6 @@ void delUserInRoot(const std::string& root, const char* name) {
     });
 }
 
-mode_t modeOf(const std::string& path) {
-    struct stat status = {};
-    EXPECT_EQ(stat(path.c_str(), &status), 0) << path;
-    return status.st_mode & 07777;
-}
-
-int lowestFreeDescriptor() {
-    const int descriptor = dup(STDERR_FILENO);
-    close(descriptor);
-    return descriptor;
-}
-
 // The logged messages as "<level> <text>", oldest first.
 std::vector<std::string> linesOf(const test::LogCapture& log) {
     std::vector<std::string> lines;
@@ -245,8 +237,8 @@ unsigned int errorsIn(const test::LogCapture& log) {
     return count;
 }
 
-const char* const putUserName = "static void utility::PWService::putUser(utility::PW*)";
-const char* const delUserName = "static void utility::PWService::delUser(utility::PW*)";
+constexpr const char* putUserName = "static void utility::PWService::putUser(utility::PW*)";
+constexpr const char* delUserName = "static void utility::PWService::delUser(utility::PW*)";
 
 // Expects exactly one logged line, at level 0 and in the name of the operation `function`.
 void expectOneError(const test::LogCapture& log, const char* function, const std::string& text) {
@@ -311,8 +303,6 @@ std::string manyUsers(int count) {
         content += "user" + std::to_string(i) + ":x:" + std::to_string(i + 1) + ":100:User:/home/user:/bin/sh\n";
     return content;
 }
-
-} // namespace
 
 TEST(PWService, UsageExample) {
     const Root root("root", threeUsers);
@@ -1333,8 +1323,8 @@ TEST(PWServiceMode, NewFileIsNotMoreReadableThanTheFile) {
             PWService::putUser(&user);
         });
         EXPECT_TRUE(std::filesystem::exists(root.newFile()));
-        EXPECT_EQ(modeOf(root.newFile()) & ~mode & 077u, 0u) << std::oct << modeOf(root.newFile());
-        EXPECT_EQ(modeOf(root.file()), mode);
+        EXPECT_EQ(permissionsOf(root.newFile()) & ~mode & 077u, 0u) << std::oct << permissionsOf(root.newFile());
+        EXPECT_EQ(permissionsOf(root.file()), mode);
     }
 }
 
@@ -1344,11 +1334,12 @@ TEST(PWServiceMode, NewFileIsOpenToItsOwnerAlone) {
         SCOPED_TRACE(mode);
         const Root root("root", threeUsers);
         ASSERT_EQ(chmod(root.file().c_str(), mode), 0);
-        const mode_t mask = umask(0);
-        putUserInRoot(root.root());
-        umask(mask);
-        EXPECT_EQ(modeOf(root.newFile()), 0600u) << std::oct << modeOf(root.newFile());
-        EXPECT_EQ(modeOf(root.file()), mode);
+        {
+            const test::Umask mask(0);
+            putUserInRoot(root.root());
+        }
+        EXPECT_EQ(permissionsOf(root.newFile()), 0600u) << std::oct << permissionsOf(root.newFile());
+        EXPECT_EQ(permissionsOf(root.file()), mode);
         EXPECT_EQ(root.read(), threeUsers + lineOf("added", 2000));
     }
 }
@@ -1364,7 +1355,7 @@ TEST(PWServiceMode, StaleNewFileThatAllMayReadIsClosedToThem) {
         fill(user, "added", 2000);
         PWService::putUser(&user);
     });
-    EXPECT_EQ(modeOf(root.newFile()) & 077u, 0u) << std::oct << modeOf(root.newFile());
+    EXPECT_EQ(permissionsOf(root.newFile()) & 077u, 0u) << std::oct << permissionsOf(root.newFile());
     EXPECT_EQ(root.read(), threeUsers + lineOf("added", 2000));
 }
 
@@ -1400,8 +1391,6 @@ TEST(PWServiceMode, IsKeptWhileTheCommandRuns) {
 
 // --- hostile roots
 
-namespace {
-
 // Puts and deletes users under a root named `name`, from its parent directory. Expects that only the password file and
 // its new file change, and that the file is complete. Returns whether it was changed.
 bool isChangedUnderRoot(const std::string& name, bool relative) {
@@ -1430,8 +1419,6 @@ bool isChangedUnderRoot(const std::string& name, bool relative) {
     EXPECT_EQ(after, before);
     return content != threeUsers;
 }
-
-} // namespace
 
 TEST(PWServiceHostileRoot, ReachesNoShell) {
     for (const char* name : {"$(touch${IFS}x)",
@@ -1717,9 +1704,7 @@ TEST(PWServiceTrace, IsSilentWithBothSwitchesOff) {
 
 // --- password hashes
 
-namespace {
-
-const std::string alphabet = "./0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
+constexpr const char* alphabet = "./0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
 
 std::string saltAt(std::int64_t time) {
     std::string salt;
@@ -1758,8 +1743,6 @@ std::string hashByOpenssl(const std::string& salt, const std::string& plain) {
     EXPECT_EQ(child.status, 0) << child.err;
     return child.out.substr(0, child.out.find('\n'));
 }
-
-} // namespace
 
 TEST(PWServiceEncryptPassword, HasTheFormOfAnMD5Hash) {
     for (int i = 0; i < 50; ++i) {
@@ -1848,8 +1831,6 @@ TEST(PWServiceEncryptPassword, IsEmptyIfThePlainTextCannotBeHashed) {
 
 // --- exhausted memory
 
-namespace {
-
 // Runs `operation` under a root of its own, in one process, with each of its allocations failing once. The file name is
 // computed before. Calls `check` after each run.
 template<typename Operation, class Check>
@@ -1874,8 +1855,6 @@ void withEachAllocationFailing(const Root& root, Operation operation, Check chec
         EXPECT_GE(failed, 1u);
     });
 }
-
-} // namespace
 
 TEST(PWServiceMemory, WithoutItThereIsNoNameYet) {
     const Root root("root", threeUsers);
@@ -1978,3 +1957,5 @@ TEST(PWServiceMemory, WithoutItAHashIsEmpty) {
     EXPECT_GE(failed, 1u);
     EXPECT_EQ(std::strlen(out), 34u);
 }
+
+} // namespace

@@ -41,8 +41,6 @@ void fill(PW& user) {
     user.m_passwd.pw_shell = user.newString("/bin/sh");
 }
 
-} // namespace
-
 TEST(PW, UsageExample) {
     utility::PW user;
     user.m_passwd.pw_name = user.newString("monitor");
@@ -223,3 +221,5 @@ TEST(PW, DumpLogsNothingIfItsSwitchIsOff) {
     user.dump();
     EXPECT_EQ(log.count(), 0u);
 }
+
+} // namespace

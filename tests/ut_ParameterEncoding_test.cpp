@@ -17,6 +17,7 @@
 #include "ExpectFailure.h"
 #include "FailingAllocation.h"
 #include "GuardedBytes.h"
+#include "HeldBytes.h"
 #include "LogCapture.h"
 #include "RandomRun.h"
 #include "TraceLines.h"
@@ -82,7 +83,7 @@ public:
         return m_stream;
     }
     std::string readable() const {
-        return std::string(m_stream.pTail(), static_cast<std::size_t>(m_stream.ReadAvailable()));
+        return test::heldBytes(m_stream);
     }
 
 private:

@@ -24,6 +24,7 @@
 #include "ReferencePath.h"
 #include "TemporaryDirectory.h"
 #include "TraceLines.h"
+#include "Umask.h"
 #include "VirtualSlot.h"
 #include "fw_Entity.h"
 #include "fw_Memory.h"
@@ -38,7 +39,7 @@ using testing::StartsWith;
 using utility::Path;
 using Texts = std::vector<std::string>;
 
-const unsigned int TRACE_SWITCH = 489;
+constexpr unsigned int traceSwitch = 489;
 
 static_assert(std::is_base_of<framework::Item, Path>::value, "a path is an item");
 static_assert(std::is_convertible<Path*, framework::Entity*>::value, "and an entity");
@@ -341,11 +342,9 @@ TEST(Path, ExistsIfStatSucceeds) {
 
 TEST(Path, MakeDirCreatesOneLevelForOwnerAndGroup) {
     const test::TemporaryDirectory directory;
-    const mode_t mask = umask(0);
+    const test::Umask mask(0);
     Path made(directory.path("made").c_str());
-    const bool first = made.makeDir();
-    umask(mask);
-    EXPECT_TRUE(first);
+    EXPECT_TRUE(made.makeDir());
     struct stat status = {};
     ASSERT_EQ(stat(directory.path("made").c_str(), &status), 0);
     EXPECT_TRUE(S_ISDIR(status.st_mode));
@@ -709,7 +708,7 @@ TEST(Path, FindAcceptsTensOfThousandsOfElements) {
 // Traces
 
 TEST(Path, EvaluationTracesEachComponentOnce) {
-    const test::DebugSwitch debug(TRACE_SWITCH);
+    const test::DebugSwitch debug(traceSwitch);
     Path path("/a//b/c.d");
     test::LogCapture log;
     path.evaluatePath();
@@ -738,7 +737,7 @@ TEST(Path, DumpTracesStartAndLengthOfEachComponent) {
         EXPECT_EQ(log.count(), 0U);
     }
     path.evaluatePath();
-    const test::DebugSwitch debug(TRACE_SWITCH);
+    const test::DebugSwitch debug(traceSwitch);
     const test::LogCapture log;
     path.dumpComponents();
     const std::string where = "3 void utility::Path::dumpComponents(): ";
@@ -748,7 +747,7 @@ TEST(Path, DumpTracesStartAndLengthOfEachComponent) {
 
 TEST(Path, DumpEvaluatesFirst) {
     Path path("a/");
-    const test::DebugSwitch debug(TRACE_SWITCH);
+    const test::DebugSwitch debug(traceSwitch);
     const test::LogCapture log;
     path.dumpComponents();
     EXPECT_THAT(log.texts(), testing::UnorderedElementsAre("Component 0: \"a\"", "PATH=\"a/\"", "m_numComponents=1",
@@ -756,7 +755,7 @@ TEST(Path, DumpEvaluatesFirst) {
 }
 
 TEST(Path, ExistenceIsTraced) {
-    const test::DebugSwitch debug(TRACE_SWITCH);
+    const test::DebugSwitch debug(traceSwitch);
     const test::LogCapture log;
     const Path path("/nonexistent/a.b");
     path.exists();
@@ -767,7 +766,7 @@ TEST(Path, ExistenceIsTraced) {
 TEST(Path, RemovalIsTraced) {
     Path path("/a/b/c/file.txt");
     path.evaluatePath();
-    const test::DebugSwitch debug(TRACE_SWITCH);
+    const test::DebugSwitch debug(traceSwitch);
     test::LogCapture log;
     const char* const where = "void utility::Path::removeComponent(unsigned int)";
     path.removeComponent(1);
@@ -787,7 +786,7 @@ TEST(Path, RemovalIsTraced) {
 
 TEST(Path, NormalizationIsTraced) {
     Path path("/a/.//b/");
-    const test::DebugSwitch debug(TRACE_SWITCH);
+    const test::DebugSwitch debug(traceSwitch);
     const test::LogCapture log;
     EXPECT_TRUE(path.isValid());
     const Texts lines = linesFrom(log, "bool utility::Path::isValid()");
@@ -813,7 +812,7 @@ TEST(Path, FindTracesItsSearch) {
     const std::string there = directory.path() + "/";
     const std::string searchPath = "/nonexistent/:" + there;
     Path path(nullptr);
-    const test::DebugSwitch debug(TRACE_SWITCH);
+    const test::DebugSwitch debug(traceSwitch);
     test::LogCapture log;
     ASSERT_TRUE(path.find(searchPath.c_str()));
     const Texts expected = {"Using search path: " + searchPath,         "Try search path: /nonexistent/",
@@ -832,7 +831,7 @@ TEST(Path, FindTracesItsSearch) {
 
 TEST(Path, SearchIsTracedInTheNameOfFind) {
     Path path("/x/f");
-    const test::DebugSwitch debug(TRACE_SWITCH);
+    const test::DebugSwitch debug(traceSwitch);
     test::LogCapture log;
     path.find("/nonexistent/");
     EXPECT_TRUE(
@@ -985,7 +984,7 @@ TEST(Path, StaysUsableIfMemoryIsExhausted) {
         const std::string value = root + (root.empty() ? ".//" : "") +
                                   "a directory of some length/./and one to go/../another that takes memory//"
                                   "file name.extension";
-        const test::DebugSwitch debug(TRACE_SWITCH);
+        const test::DebugSwitch debug(traceSwitch);
         const test::LogCapture log;
         std::unique_ptr<Path> path;
         const unsigned long failed = test::failEachAllocationOnce(

@@ -18,21 +18,30 @@
 #include "CountingMemory.h"
 #include "ExpectFailure.h"
 #include "GuardedBytes.h"
+#include "HeldBytes.h"
 #include "LogCapture.h"
+#include "OpenDescriptors.h"
+#include "OverstatedSpace.h"
+#include "PutV.h"
 #include "TemporaryDirectory.h"
 #include "TraceLines.h"
+#include "Umask.h"
 #include "VirtualSlot.h"
 
 namespace {
 
+using test::heldBytes;
+using test::lowestFreeDescriptor;
+using test::putV;
+using test::traceLine;
 using utility::PutStream;
 using Lines = std::vector<std::string>;
 
-constexpr const char* PUT_C = "void utility::PutStream::PutC(char)";
-constexpr const char* PUT_B = "virtual void utility::PutStream::PutB(const char*, int)";
-constexpr const char* PUT_S = "void utility::PutStream::PutS(const char*)";
-constexpr const char* PUT_F = "void utility::PutStream::PutF(const char*, ...)";
-constexpr const char* WRITE_ADVANCE = "virtual void utility::Buffer::WriteAdvance(int)";
+constexpr const char* putCName = "void utility::PutStream::PutC(char)";
+constexpr const char* putBName = "virtual void utility::PutStream::PutB(const char*, int)";
+constexpr const char* putSName = "void utility::PutStream::PutS(const char*)";
+constexpr const char* putFName = "void utility::PutStream::PutF(const char*, ...)";
+constexpr const char* writeAdvanceName = "virtual void utility::Buffer::WriteAdvance(int)";
 
 static_assert(std::is_base_of<framework::OutputStream, PutStream>::value, "a writer is a sink");
 static_assert(std::is_base_of<utility::Decorator, PutStream>::value, "a writer can be decorated");
@@ -54,20 +63,6 @@ std::string putVSignature(const char* format, ...) {
     return signature;
 }
 
-void putV(PutStream& out, const char* format, ...) VXUT_PRINTF(2, 3);
-
-void putV(PutStream& out, const char* format, ...) {
-    va_list arguments;
-    va_start(arguments, format);
-    try {
-        out.PutV(format, arguments);
-    } catch (...) {
-        va_end(arguments);
-        throw;
-    }
-    va_end(arguments);
-}
-
 // A stream of `capacity` characters with its own array between guard bytes.
 class Text : public PutStream {
 public:
@@ -76,9 +71,6 @@ public:
     Text& operator=(const Text&) = delete;
     ~Text() override {
         EXPECT_TRUE(m_bytes->areGuardsWhole());
-    }
-    std::string readable() const {
-        return std::string(pTail(), static_cast<std::size_t>(ReadAvailable()));
     }
     bool isTerminated() const {
         return *pHead() == 0;
@@ -125,15 +117,6 @@ private:
     char m_array[5];
 };
 
-// Reports more space than it has.
-class OverstatedSpace : public Text {
-public:
-    using Text::Text;
-    int WriteRemaining() const override {
-        return 1000;
-    }
-};
-
 // Overwrites the byte at the write position, as a stream may that moves its content in `WriteAdvance`.
 class Marking : public Text {
 public:
@@ -152,30 +135,6 @@ public:
         return ++asked == 1 ? 0 : Text::WriteRemaining();
     }
     mutable int asked = 0;
-};
-
-std::string logged(const std::string& text) {
-    return "0 : " + text;
-}
-
-int lowestFreeDescriptor() {
-    const int descriptor = open("/dev/null", O_RDONLY);
-    close(descriptor);
-    return descriptor;
-}
-
-// Sets the umask to 0 while it exists.
-class NoMask {
-public:
-    NoMask() : m_previous(umask(0)) {}
-    NoMask(const NoMask&) = delete;
-    NoMask& operator=(const NoMask&) = delete;
-    ~NoMask() {
-        umask(m_previous);
-    }
-
-private:
-    mode_t m_previous;
 };
 
 TEST(PutStream, UsageExample) {
@@ -213,8 +172,8 @@ TEST(PutStream, AnArrayOfOneByteHoldsOnlyTheTerminator) {
     PutStream out(bytes.array(), 1);
     EXPECT_EQ(out.Size(), 0);
     EXPECT_EQ(bytes.content(), std::string(1, '\0'));
-    EXPECT_FAILURE(out.PutC('a'), 1239, "ut_PutStream", PUT_C, "");
-    EXPECT_FAILURE(out.PutF("a"), 1239, "ut_PutStream", PUT_F, "Didn't fit. wrote=1 remaining=0 msg='a'");
+    EXPECT_FAILURE(out.PutC('a'), 1239, "ut_PutStream", putCName, "");
+    EXPECT_FAILURE(out.PutF("a"), 1239, "ut_PutStream", putFName, "Didn't fit. wrote=1 remaining=0 msg='a'");
     out.PutF("%s", "");
     out.PutB("a", 0);
     EXPECT_EQ(bytes.content(), std::string(1, '\0'));
@@ -226,7 +185,7 @@ TEST(PutStream, AnArrayOfNoBytesIsNotTouched) {
         test::GuardedBytes bytes(4);
         PutStream out(bytes.array(), size);
         EXPECT_EQ(out.Size(), 0) << size;
-        EXPECT_FAILURE(out.PutC('a'), 1239, "ut_PutStream", PUT_C, "");
+        EXPECT_FAILURE(out.PutC('a'), 1239, "ut_PutStream", putCName, "");
         EXPECT_NE(CATCH_FAILURE(out.PutS("a")), nullptr);
         out.Rewind();
         EXPECT_NE(CATCH_FAILURE(out.PutF("a")), nullptr);
@@ -238,10 +197,10 @@ TEST(PutStream, AnArrayOfNoBytesIsNotTouched) {
 
 TEST(PutStream, WithoutStorageNothingFits) {
     PutStream out;
-    EXPECT_FAILURE(out.PutC('a'), 1239, "ut_PutStream", PUT_C, "");
-    EXPECT_FAILURE(out.PutB("ab", 2), 1239, "ut_PutStream", PUT_B, "Didn't fit. size=2 remaining=0 msg='ab'");
-    EXPECT_FAILURE(out.PutS("ab"), 1239, "ut_PutStream", PUT_S, "Didn't fit. remaining=0 msg='ab'");
-    EXPECT_FAILURE(out.PutF("ab"), 1239, "ut_PutStream", PUT_F, "Didn't fit. wrote=2 remaining=0 msg='ab'");
+    EXPECT_FAILURE(out.PutC('a'), 1239, "ut_PutStream", putCName, "");
+    EXPECT_FAILURE(out.PutB("ab", 2), 1239, "ut_PutStream", putBName, "Didn't fit. size=2 remaining=0 msg='ab'");
+    EXPECT_FAILURE(out.PutS("ab"), 1239, "ut_PutStream", putSName, "Didn't fit. remaining=0 msg='ab'");
+    EXPECT_FAILURE(out.PutF("ab"), 1239, "ut_PutStream", putFName, "Didn't fit. wrote=2 remaining=0 msg='ab'");
     EXPECT_TRUE(out.StartOutputStream());
     EXPECT_FALSE(out.isOutputStreamGood());
 }
@@ -305,7 +264,7 @@ TEST(PutStream, PutCStoresAndTerminates) {
     EXPECT_EQ(out.bytes(), std::string("a\0\x7E\0", 4));
     out.PutC('\0');
     out.PutC('\xFF');
-    EXPECT_EQ(out.readable(), std::string("a\0\xFF", 3));
+    EXPECT_EQ(heldBytes(out), std::string("a\0\xFF", 3));
     EXPECT_TRUE(out.isTerminated());
 }
 
@@ -314,7 +273,7 @@ TEST(PutStream, TheEighthCharacterOfEightBytesThrows) {
     PutStream out(text, 8);
     for (char c = '1'; c <= '7'; ++c)
         out.PutC(c);
-    EXPECT_FAILURE(out.PutC('8'), 1239, "ut_PutStream", PUT_C, "");
+    EXPECT_FAILURE(out.PutC('8'), 1239, "ut_PutStream", putCName, "");
     EXPECT_STREQ(text, "1234567");
     EXPECT_EQ(out.WritePosition(), 7);
 }
@@ -340,26 +299,26 @@ TEST(PutStream, PutBCopiesWithoutATerminator) {
 TEST(PutStream, PutBFillsTheSpaceExactly) {
     Text out(4);
     out.PutB("abcd", 4);
-    EXPECT_EQ(out.readable(), "abcd");
+    EXPECT_EQ(heldBytes(out), "abcd");
     out.PutB("", 0);
     out.PutB("x", 0);
-    EXPECT_EQ(out.readable(), "abcd");
+    EXPECT_EQ(heldBytes(out), "abcd");
 }
 
 TEST(PutStream, PutBOfOneByteTooManyThrowsAndWritesNothing) {
     Text out(4);
     out.PutC('x');
-    EXPECT_FAILURE(out.PutB("abcd", 4), 1239, "ut_PutStream", PUT_B, "Didn't fit. size=4 remaining=3 msg='abcd'");
-    EXPECT_EQ(out.readable(), "x");
+    EXPECT_FAILURE(out.PutB("abcd", 4), 1239, "ut_PutStream", putBName, "Didn't fit. size=4 remaining=3 msg='abcd'");
+    EXPECT_EQ(heldBytes(out), "x");
     EXPECT_EQ(out.bytes(), std::string("x\0\x7E\x7E\0", 5));
 }
 
 TEST(PutStream, PutBShowsAtMost90BytesOfTheDataInItsMessage) {
     Text out(4);
     const std::string block = std::string(90, 'a') + "b";
-    EXPECT_FAILURE(out.PutB(block.data(), 90), 1239, "ut_PutStream", PUT_B,
+    EXPECT_FAILURE(out.PutB(block.data(), 90), 1239, "ut_PutStream", putBName,
                    "Didn't fit. size=90 remaining=4 msg='" + std::string(90, 'a') + "'");
-    EXPECT_FAILURE(out.PutB(block.data(), 91), 1239, "ut_PutStream", PUT_B,
+    EXPECT_FAILURE(out.PutB(block.data(), 91), 1239, "ut_PutStream", putBName,
                    "Didn't fit. size=91 remaining=4 msg='" + std::string(90, 'a') + "'");
 }
 
@@ -367,12 +326,13 @@ TEST(PutStream, PutBShowsNoByteAfterTheData) {
     const std::vector<char> block(5, 'a');
     test::LogCapture log;
     Text out(4);
-    EXPECT_FAILURE(out.PutB(block.data(), 5), 1239, "ut_PutStream", PUT_B,
+    EXPECT_FAILURE(out.PutB(block.data(), 5), 1239, "ut_PutStream", putBName,
                    "Didn't fit. size=5 remaining=4 msg='aaaaa'");
-    EXPECT_FAILURE(out.PutB("ab\0cdef", 7), 1239, "ut_PutStream", PUT_B, "Didn't fit. size=7 remaining=4 msg='ab'");
+    EXPECT_FAILURE(out.PutB("ab\0cdef", 7), 1239, "ut_PutStream", putBName, "Didn't fit. size=7 remaining=4 msg='ab'");
     out.setNoThrow(true);
     out.PutB(block.data(), 5);
-    EXPECT_EQ(test::traceLines(log), (Lines{logged("PutStream::PutB: Didn't fit. size=5 remaining=4 msg='aaaaa'")}));
+    EXPECT_EQ(test::traceLines(log),
+              (Lines{traceLine(0, "", "PutStream::PutB: Didn't fit. size=5 remaining=4 msg='aaaaa'")}));
 }
 
 TEST(PutStream, WithNoThrowPutBTruncatesAndLogs) {
@@ -380,19 +340,21 @@ TEST(PutStream, WithNoThrowPutBTruncatesAndLogs) {
     Text out(6, true);
     out.PutS("ab");
     out.PutB("cdefgh", 6);
-    EXPECT_EQ(out.readable(), "abcdef");
+    EXPECT_EQ(heldBytes(out), "abcdef");
     EXPECT_TRUE(out.isTerminated());
-    EXPECT_EQ(test::traceLines(log), (Lines{logged("PutStream::PutB: Didn't fit. size=6 remaining=4 msg='cdefgh'")}));
+    EXPECT_EQ(test::traceLines(log),
+              (Lines{traceLine(0, "", "PutStream::PutB: Didn't fit. size=6 remaining=4 msg='cdefgh'")}));
 }
 
 TEST(PutStream, WithNoThrowPutBTruncatesAfterACompleteCharacter) {
     test::LogCapture log;
     Text out(4, true);
     out.PutB("ab\xE2\x82\xAC", 5);
-    EXPECT_EQ(out.readable(), "ab");
+    EXPECT_EQ(heldBytes(out), "ab");
     EXPECT_TRUE(out.isTerminated());
     ASSERT_GE(log.count(), 1u);
-    EXPECT_EQ(test::traceLines(log)[0], logged("PutStream::PutB: Didn't fit. size=5 remaining=4 msg='ab\xE2\x82\xAC'"));
+    EXPECT_EQ(test::traceLines(log)[0],
+              traceLine(0, "", "PutStream::PutB: Didn't fit. size=5 remaining=4 msg='ab\xE2\x82\xAC'"));
 }
 
 TEST(PutStream, WithNoThrowPutBLogsAtMost200BytesOfTheData) {
@@ -400,8 +362,9 @@ TEST(PutStream, WithNoThrowPutBLogsAtMost200BytesOfTheData) {
     Text out(2, true);
     out.PutB(std::string(250, 'x').data(), 250);
     EXPECT_EQ(test::traceLines(log),
-              (Lines{logged("PutStream::PutB: Didn't fit. size=250 remaining=2 msg='" + std::string(200, 'x') + "'")}));
-    EXPECT_EQ(out.readable(), "xx");
+              (Lines{traceLine(
+                  0, "", "PutStream::PutB: Didn't fit. size=250 remaining=2 msg='" + std::string(200, 'x') + "'")}));
+    EXPECT_EQ(heldBytes(out), "xx");
 }
 
 TEST(PutStream, WithNoThrowPutBToAFullStreamWritesNothing) {
@@ -409,14 +372,15 @@ TEST(PutStream, WithNoThrowPutBToAFullStreamWritesNothing) {
     Text out(2, true);
     out.PutB("ab", 2);
     out.PutB("c", 1);
-    EXPECT_EQ(out.readable(), "ab");
-    EXPECT_EQ(test::traceLines(log), (Lines{logged("PutStream::PutB: Didn't fit. size=1 remaining=0 msg='c'")}));
+    EXPECT_EQ(heldBytes(out), "ab");
+    EXPECT_EQ(test::traceLines(log),
+              (Lines{traceLine(0, "", "PutStream::PutB: Didn't fit. size=1 remaining=0 msg='c'")}));
 }
 
 TEST(PutStream, PutBOfANegativeCountIsRefusedByTheWritePosition) {
     Text out(8);
     out.PutS("abcd");
-    EXPECT_FAILURE(out.PutB("xy", -1), 1239, "ut_Buffer", WRITE_ADVANCE, "");
+    EXPECT_FAILURE(out.PutB("xy", -1), 1239, "ut_Buffer", writeAdvanceName, "");
     out.Rewind();
     EXPECT_NE(CATCH_FAILURE(out.PutB("xy", INT_MIN)), nullptr);
     out.Rewind();
@@ -453,7 +417,7 @@ TEST(PutStream, PutSWritesATextAndTerminates) {
 TEST(PutStream, PutSOfATextOneByteShorterThanTheSpaceFits) {
     Text out(6);
     out.PutS("ports");
-    EXPECT_EQ(out.readable(), "ports");
+    EXPECT_EQ(heldBytes(out), "ports");
     EXPECT_TRUE(out.isTerminated());
     EXPECT_EQ(out.WriteRemaining(), 1);
 }
@@ -461,7 +425,7 @@ TEST(PutStream, PutSOfATextOneByteShorterThanTheSpaceFits) {
 TEST(PutStream, PutSOfATextExactlyAsLongAsTheSpaceThrowsFromBuffer) {
     Text out(6);
     out.PutC('x');
-    EXPECT_FAILURE(out.PutS("ports"), 1239, "ut_Buffer", WRITE_ADVANCE, "");
+    EXPECT_FAILURE(out.PutS("ports"), 1239, "ut_Buffer", writeAdvanceName, "");
     EXPECT_EQ(out.WritePosition(), -1);
     EXPECT_EQ(out.ReadPosition(), 0);
     EXPECT_EQ(out.bytes(), std::string("xports\0", 7));
@@ -470,7 +434,7 @@ TEST(PutStream, PutSOfATextExactlyAsLongAsTheSpaceThrowsFromBuffer) {
 TEST(PutStream, PutSOfTheEmptyTextToAFullStreamThrowsFromBuffer) {
     Text out(2);
     out.PutF("ab");
-    EXPECT_FAILURE(out.PutS(""), 1239, "ut_Buffer", WRITE_ADVANCE, "");
+    EXPECT_FAILURE(out.PutS(""), 1239, "ut_Buffer", writeAdvanceName, "");
     EXPECT_EQ(out.WritePosition(), -1);
 }
 
@@ -484,7 +448,7 @@ TEST(PutStream, WithNoThrowPutSOfATextExactlyAsLongAsTheSpaceMovesBackToTheReadP
     EXPECT_EQ(out.ReadPosition(), 1);
     EXPECT_EQ(log.count(), 0u);
     out.PutS("xyz");
-    EXPECT_EQ(out.readable(), "xyz");
+    EXPECT_EQ(heldBytes(out), "xyz");
 }
 
 TEST(PutStream, CanBeQueriedRewoundAndUsedAfterAnExactText) {
@@ -506,7 +470,7 @@ TEST(PutStream, CanBeQueriedRewoundAndUsedAfterAnExactText) {
     CATCH_FAILURE(out.Consolidate());
     out.Rewind();
     out.PutS("abc");
-    EXPECT_EQ(out.readable(), "abc");
+    EXPECT_EQ(heldBytes(out), "abc");
 }
 
 TEST(PutStream, CanBeQueriedRewoundAndUsedAfterAnOverrun) {
@@ -539,21 +503,21 @@ TEST(PutStream, CanBeQueriedRewoundAndUsedAfterAnOverrun) {
     out.Indent(-1);
     out.Rewind();
     out.PutS("abc");
-    EXPECT_EQ(out.readable(), "abc");
+    EXPECT_EQ(heldBytes(out), "abc");
 }
 
 TEST(PutStream, PutSOfATooLongTextWritesWhatFitsAndThrows) {
     Text out(6);
     out.PutC('x');
-    EXPECT_FAILURE(out.PutS("volume"), 1239, "ut_PutStream", PUT_S, "Didn't fit. remaining=5 msg='volume'");
-    EXPECT_EQ(out.readable(), "xvolum");
+    EXPECT_FAILURE(out.PutS("volume"), 1239, "ut_PutStream", putSName, "Didn't fit. remaining=5 msg='volume'");
+    EXPECT_EQ(heldBytes(out), "xvolum");
     EXPECT_EQ(out.WritePosition(), 6);
     EXPECT_TRUE(out.isTerminated());
 }
 
 TEST(PutStream, PutSShowsAtMost90BytesInItsMessage) {
     Text out(4);
-    EXPECT_FAILURE(out.PutS(std::string(91, 'a').c_str()), 1239, "ut_PutStream", PUT_S,
+    EXPECT_FAILURE(out.PutS(std::string(91, 'a').c_str()), 1239, "ut_PutStream", putSName,
                    "Didn't fit. remaining=4 msg='" + std::string(90, 'a') + "'");
 }
 
@@ -562,12 +526,13 @@ TEST(PutStream, WithNoThrowPutSTruncatesAfterACompleteCharacterAndLogs) {
     Text out(5, true);
     out.PutC('x');
     out.PutS("abcdef");
-    EXPECT_EQ(out.readable(), "xabcd");
+    EXPECT_EQ(heldBytes(out), "xabcd");
     EXPECT_TRUE(out.isTerminated());
-    EXPECT_EQ(test::traceLines(log), (Lines{logged("PutStream::PutS: Didn't fit. remaining=4 msg='abcdef'")}));
+    EXPECT_EQ(test::traceLines(log),
+              (Lines{traceLine(0, "", "PutStream::PutS: Didn't fit. remaining=4 msg='abcdef'")}));
     out.Rewind();
     out.PutS("abc\xF0\x9F\x98\x80");
-    EXPECT_EQ(out.readable(), "abc");
+    EXPECT_EQ(heldBytes(out), "abc");
     EXPECT_TRUE(out.isTerminated());
 }
 
@@ -575,8 +540,9 @@ TEST(PutStream, WithNoThrowPutSLogsAtMost200Bytes) {
     test::LogCapture log;
     Text out(1, true);
     out.PutS(std::string(201, 'a').c_str());
-    EXPECT_EQ(test::traceLines(log),
-              (Lines{logged("PutStream::PutS: Didn't fit. remaining=1 msg='" + std::string(200, 'a') + "'")}));
+    EXPECT_EQ(
+        test::traceLines(log),
+        (Lines{traceLine(0, "", "PutStream::PutS: Didn't fit. remaining=1 msg='" + std::string(200, 'a') + "'")}));
 }
 
 TEST(PutStream, WithNoThrowAnUnprintableTextIsTruncatedAtAnyByteAndLogged) {
@@ -584,19 +550,20 @@ TEST(PutStream, WithNoThrowAnUnprintableTextIsTruncatedAtAnyByteAndLogged) {
     Text out(6, true);
     out.PutS("a\x01"
              "bcdefgh");
-    EXPECT_EQ(out.readable(), "a\x01"
+    EXPECT_EQ(heldBytes(out), "a\x01"
                               "bcde");
     const Lines lines = test::traceLines(log);
     ASSERT_EQ(lines.size(), 6u);
-    EXPECT_EQ(lines[5], logged("truncatePartialUtf8: String is not a printable UTF-8 string: 'a\x01"
-                               "bcde'"));
+    EXPECT_EQ(lines[5], traceLine(0, "",
+                                  "truncatePartialUtf8: String is not a printable UTF-8 string: 'a\x01"
+                                  "bcde'"));
 }
 
 TEST(PutStream, PutFWritesFormattedText) {
     Text out(32);
     out.PutF("%s", "");
     out.PutF("%d/%u/%lx/%c/%5.2f/%%", -1, 2u, 255ul, 'c', 1.5);
-    EXPECT_EQ(out.readable(), "-1/2/ff/c/ 1.50/%");
+    EXPECT_EQ(heldBytes(out), "-1/2/ff/c/ 1.50/%");
     EXPECT_TRUE(out.isTerminated());
 }
 
@@ -604,17 +571,18 @@ TEST(PutStream, PutFFillsTheSpaceExactly) {
     Text out(6);
     out.PutC('x');
     out.PutF("%s", "ports");
-    EXPECT_EQ(out.readable(), "xports");
+    EXPECT_EQ(heldBytes(out), "xports");
     EXPECT_TRUE(out.isTerminated());
     out.PutF("%s", "");
-    EXPECT_EQ(out.readable(), "xports");
+    EXPECT_EQ(heldBytes(out), "xports");
 }
 
 TEST(PutStream, PutFOfOneCharacterTooManyWritesWhatFitsAndThrows) {
     Text out(6);
     out.PutC('x');
-    EXPECT_FAILURE(out.PutF("%s!", "ports"), 1239, "ut_PutStream", PUT_F, "Didn't fit. wrote=6 remaining=5 msg='%s!'");
-    EXPECT_EQ(out.readable(), "xports");
+    EXPECT_FAILURE(out.PutF("%s!", "ports"), 1239, "ut_PutStream", putFName,
+                   "Didn't fit. wrote=6 remaining=5 msg='%s!'");
+    EXPECT_EQ(heldBytes(out), "xports");
     EXPECT_TRUE(out.isTerminated());
 }
 
@@ -622,33 +590,34 @@ TEST(PutStream, PutFShowsAtMost90BytesOfTheFormat) {
     Text out(4);
     EXPECT_FAILURE(
         out.PutF("fffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffff"),
-        1239, "ut_PutStream", PUT_F, "Didn't fit. wrote=95 remaining=4 msg='" + std::string(90, 'f') + "'");
-    EXPECT_EQ(out.readable(), "ffff");
+        1239, "ut_PutStream", putFName, "Didn't fit. wrote=95 remaining=4 msg='" + std::string(90, 'f') + "'");
+    EXPECT_EQ(heldBytes(out), "ffff");
 }
 
 TEST(PutStream, WithNoThrowPutFTruncatesAfterACompleteCharacterAndLogs) {
     test::LogCapture log;
     Text out(5, true);
     out.PutF("%s", "abcdefg");
-    EXPECT_EQ(out.readable(), "abcde");
+    EXPECT_EQ(heldBytes(out), "abcde");
     EXPECT_TRUE(out.isTerminated());
-    EXPECT_EQ(test::traceLines(log), (Lines{logged("PutStream::PutF: Didn't fit. wrote=7 remaining=5 msg='%s'")}));
+    EXPECT_EQ(test::traceLines(log),
+              (Lines{traceLine(0, "", "PutStream::PutF: Didn't fit. wrote=7 remaining=5 msg='%s'")}));
     out.Rewind();
     out.PutF("abc%s", "\xE2\x82\xAC");
-    EXPECT_EQ(out.readable(), "abc");
+    EXPECT_EQ(heldBytes(out), "abc");
     EXPECT_TRUE(out.isTerminated());
 }
 
 TEST(PutStream, PutVBehavesAsPutF) {
     Text out(6);
     putV(out, "%s=%d", "abcd", 1);
-    EXPECT_EQ(out.readable(), "abcd=1");
+    EXPECT_EQ(heldBytes(out), "abcd=1");
     EXPECT_TRUE(out.isTerminated());
     out.Rewind();
     out.PutC('x');
     EXPECT_FAILURE(putV(out, "%s=%d", "abcd", 1), 1239, "ut_PutStream", putVSignature(""),
                    "Didn't fit. wrote=6 remaining=5 msg='%s=%d'");
-    EXPECT_EQ(out.readable(), "xabcd=");
+    EXPECT_EQ(heldBytes(out), "xabcd=");
     EXPECT_TRUE(out.isTerminated());
 }
 
@@ -665,10 +634,10 @@ TEST(PutStream, WithNoThrowPutVTruncatesAfterACompleteCharacterAndLogs) {
     test::LogCapture log;
     Text out(3, true);
     putV(out, "%s", "ab\xC3\xA9");
-    EXPECT_EQ(out.readable(), "ab");
+    EXPECT_EQ(heldBytes(out), "ab");
     EXPECT_TRUE(out.isTerminated());
     ASSERT_GE(log.count(), 1u);
-    EXPECT_EQ(test::traceLines(log)[0], logged("PutStream::PutV: Didn't fit. wrote=4 remaining=3 msg='%s'"));
+    EXPECT_EQ(test::traceLines(log)[0], traceLine(0, "", "PutStream::PutV: Didn't fit. wrote=4 remaining=3 msg='%s'"));
 }
 
 TEST(PutStream, WithNoThrowPutFLogsAtMost200BytesOfTheFormat) {
@@ -679,15 +648,16 @@ TEST(PutStream, WithNoThrowPutFLogsAtMost200BytesOfTheFormat) {
          "ffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffff"
          "ffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffff",
          "");
-    EXPECT_EQ(test::traceLines(log), (Lines{logged("PutStream::PutV: Didn't fit. wrote=200 remaining=1 msg='%s" +
-                                                   std::string(198, 'f') + "'")}));
+    EXPECT_EQ(test::traceLines(log),
+              (Lines{traceLine(
+                  0, "", "PutStream::PutV: Didn't fit. wrote=200 remaining=1 msg='%s" + std::string(198, 'f') + "'")}));
 }
 
 TEST(PutStream, PutFOfALongTextAllocatesNoMemory) {
     const std::string text(100000, 'v');
     Text out(100000);
     out.PutF("%s", text.c_str());
-    EXPECT_EQ(out.readable(), text);
+    EXPECT_EQ(heldBytes(out), text);
 }
 
 TEST(PutStream, PutFThatCannotConvertStaysInBounds) {
@@ -699,7 +669,7 @@ TEST(PutStream, PutFThatCannotConvertStaysInBounds) {
     EXPECT_EQ(failure->code(), 1239u);
     out.Rewind();
     out.PutS("ab");
-    EXPECT_EQ(out.readable(), "ab");
+    EXPECT_EQ(heldBytes(out), "ab");
 }
 
 TEST(PutStream, OutputOfAFailedFormatIsDiscarded) {
@@ -719,29 +689,29 @@ TEST(PutStream, OutputOfAFailedFormatIsDiscarded) {
 TEST(PutStream, IndentWritesBlanks) {
     Text out(4);
     out.Indent(0);
-    EXPECT_EQ(out.readable(), "");
+    EXPECT_EQ(heldBytes(out), "");
     out.Indent(1);
-    EXPECT_EQ(out.readable(), " ");
+    EXPECT_EQ(heldBytes(out), " ");
     out.Indent(3);
-    EXPECT_EQ(out.readable(), "    ");
+    EXPECT_EQ(heldBytes(out), "    ");
     EXPECT_TRUE(out.isTerminated());
-    EXPECT_FAILURE(out.Indent(1), 1239, "ut_PutStream", PUT_C, "");
+    EXPECT_FAILURE(out.Indent(1), 1239, "ut_PutStream", putCName, "");
 }
 
 TEST(PutStream, IndentOfTooManyBlanksWritesThoseThatFit) {
     Text out(4);
-    EXPECT_FAILURE(out.Indent(10), 1239, "ut_PutStream", PUT_C, "");
-    EXPECT_EQ(out.readable(), "    ");
+    EXPECT_FAILURE(out.Indent(10), 1239, "ut_PutStream", putCName, "");
+    EXPECT_EQ(heldBytes(out), "    ");
     test::LogCapture log;
     Text quiet(4, true);
     quiet.Indent(10);
-    EXPECT_EQ(quiet.readable(), "    ");
+    EXPECT_EQ(heldBytes(quiet), "    ");
     EXPECT_EQ(log.count(), 0u);
 }
 
 TEST(PutStream, IndentThrowsForABlankThatDoesNotFitWithoutAskingAgain) {
     FullAtFirst out(4);
-    EXPECT_FAILURE(out.Indent(3), 1239, "ut_PutStream", PUT_C, "");
+    EXPECT_FAILURE(out.Indent(3), 1239, "ut_PutStream", putCName, "");
     EXPECT_EQ(out.asked, 1);
     EXPECT_EQ(out.WritePosition(), 0);
 }
@@ -749,7 +719,7 @@ TEST(PutStream, IndentThrowsForABlankThatDoesNotFitWithoutAskingAgain) {
 TEST(PutStream, WithNoThrowIndentDropsABlankThatDoesNotFitAndWritesTheOthers) {
     FullAtFirst out(4, true);
     out.Indent(3);
-    EXPECT_EQ(out.readable(), "  ");
+    EXPECT_EQ(heldBytes(out), "  ");
     EXPECT_EQ(out.asked, 3);
 }
 
@@ -757,11 +727,11 @@ TEST(PutStream, IndentOfANegativeCountWritesUntilTheOverflow) {
     for (const int n : {-1, -5, INT_MIN}) {
         Text out(4);
         out.PutC('x');
-        EXPECT_FAILURE(out.Indent(n), 1239, "ut_PutStream", PUT_C, "");
-        EXPECT_EQ(out.readable(), "x   ");
+        EXPECT_FAILURE(out.Indent(n), 1239, "ut_PutStream", putCName, "");
+        EXPECT_EQ(heldBytes(out), "x   ");
         Text quiet(4, true);
         quiet.Indent(n);
-        EXPECT_EQ(quiet.readable(), "    ");
+        EXPECT_EQ(heldBytes(quiet), "    ");
     }
 }
 
@@ -770,7 +740,7 @@ TEST(PutStream, SendWritesAllThatFits) {
     EXPECT_TRUE(out.SendOutputStream("ab\0c", 4));
     EXPECT_EQ(out.bytes(), std::string("ab\0c\0\0", 6));
     EXPECT_TRUE(out.SendOutputStream("d", 1));
-    EXPECT_EQ(out.readable(), std::string("ab\0cd", 5));
+    EXPECT_EQ(heldBytes(out), std::string("ab\0cd", 5));
     EXPECT_TRUE(out.isTerminated());
     EXPECT_TRUE(out.SendOutputStream("x", 0));
 }
@@ -778,7 +748,7 @@ TEST(PutStream, SendWritesAllThatFits) {
 TEST(PutStream, SendOfTooMuchAdvancesByTheFullCountAndThrowsFromBuffer) {
     Text out(5);
     out.PutC('x');
-    EXPECT_FAILURE(out.SendOutputStream("abcdef", 6), 1239, "ut_Buffer", WRITE_ADVANCE, "");
+    EXPECT_FAILURE(out.SendOutputStream("abcdef", 6), 1239, "ut_Buffer", writeAdvanceName, "");
     EXPECT_EQ(out.WritePosition(), 7);
     EXPECT_EQ(out.bytes().substr(0, 5), "xabcd");
 }
@@ -787,7 +757,7 @@ TEST(PutStream, WithNoThrowSendOfTooMuchFillsTheStream) {
     test::LogCapture log;
     Text out(5, true);
     EXPECT_FALSE(out.SendOutputStream("abc\xE2\x82\xAC", 6));
-    EXPECT_EQ(out.readable(), "abc\xE2\x82");
+    EXPECT_EQ(heldBytes(out), "abc\xE2\x82");
     EXPECT_EQ(out.WritePosition(), 5);
     EXPECT_TRUE(out.isTerminated());
     EXPECT_FALSE(out.SendOutputStream("x", 1));
@@ -804,7 +774,7 @@ TEST(PutStream, SendOfAHugeCountStaysInBounds) {
         Text quiet(5, true);
         EXPECT_FALSE(quiet.SendOutputStream(data.data(), count)) << count;
         EXPECT_EQ(quiet.WritePosition(), 5) << count;
-        EXPECT_EQ(quiet.readable(), "ddddd") << count;
+        EXPECT_EQ(heldBytes(quiet), "ddddd") << count;
     }
 }
 
@@ -823,13 +793,13 @@ TEST(PutStream, StartRewindsAndEndDoesNothing) {
     out.PutS("abc");
     out.ReadAdvance(1);
     out.EndOutputStream();
-    EXPECT_EQ(out.readable(), "bc");
+    EXPECT_EQ(heldBytes(out), "bc");
     EXPECT_TRUE(out.StartOutputStream());
     EXPECT_EQ(out.WritePosition(), 0);
     EXPECT_EQ(out.ReadPosition(), 0);
     EXPECT_TRUE(out.isTerminated());
     out.FlushOutputStream();
-    EXPECT_EQ(out.readable(), "");
+    EXPECT_EQ(heldBytes(out), "");
 }
 
 TEST(PutStream, IsOpenWhileSpaceIsLeftAndThenInErrorAndAtTheEnd) {
@@ -874,7 +844,7 @@ TEST(PutStream, StreamThatDrainsItsBufferAcceptsMoreThanItsSize) {
 TEST(PutStream, StreamThatReportsTooMuchSpaceStaysInBounds) {
     const test::LogCapture log;
     for (const bool noThrow : {false, true}) {
-        OverstatedSpace out(4, noThrow);
+        test::OverstatedSpace<Text> out(4, noThrow);
         for (int i = 0; i < 10; ++i)
             CATCH_FAILURE(out.PutC('x'));
         out.Rewind();
@@ -927,7 +897,7 @@ TEST(PutStream, ToFileCreatesAFileWithMode0666LessTheUmask) {
     const test::TemporaryDirectory directory;
     Text out(4);
     out.PutC('x');
-    const NoMask noMask;
+    const test::Umask restored(0);
     for (const auto& [mask, bits] : {std::pair<mode_t, mode_t>{0, 0666}, {027, 0640}}) {
         const std::string path = directory.path("new" + std::to_string(mask));
         umask(mask);
@@ -955,7 +925,7 @@ TEST(PutStream, ToFileThatCannotBeOpenedIsFalse) {
     EXPECT_FALSE(out.ToFile(directory.path().c_str()));
     EXPECT_FALSE(out.ToFile(""));
     EXPECT_FALSE(out.ToFile(nullptr));
-    EXPECT_EQ(out.readable(), "x");
+    EXPECT_EQ(heldBytes(out), "x");
 }
 
 TEST(PutStream, ToFileOnAFullDeviceReturnsTheFileStreamsResult) {

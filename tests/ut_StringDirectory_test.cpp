@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include "DirectoryContent.h"
 #include "ExpectFailure.h"
 #include "FailingAllocation.h"
 #include "FailingOperation.h"
@@ -18,6 +19,8 @@
 
 namespace {
 
+using test::contentOf;
+using test::fill;
 using utility::BufferStream;
 using utility::StringDirectory;
 using Names = std::vector<std::string>;
@@ -26,18 +29,6 @@ constexpr const char* reallocName = "static void* utility::Array::realloc(void*,
 
 static_assert(!std::is_copy_constructible<StringDirectory>::value, "directories are not copied");
 static_assert(!std::is_copy_assignable<StringDirectory>::value, "directories are not copied");
-
-Names contentOf(StringDirectory& directory) {
-    Names content;
-    for (int i = 0; i < directory.NumElements(); ++i)
-        content.push_back(directory.ElementAt(i));
-    return content;
-}
-
-void fill(StringDirectory& directory, const Names& names) {
-    for (const std::string& name : names)
-        directory.Add(name.c_str());
-}
 
 TEST(StringDirectory, UsageExample) {
     utility::StringDirectory names(0);

@@ -19,26 +19,17 @@
 #include "fw_ThreadInfo.h"
 #include "support/ChildProcess.h"
 #include "support/SymbolObject.h"
+#include "support/SymbolText.h"
 #include "support/TemporaryDirectory.h"
 #include "ut_Debug.h"
 
+using test::symbolName;
+using test::symbolPath;
 using utility::Debug;
 
 // Finding the symbol of an address without the lock of the dynamic linker.
 
 namespace {
-
-std::string symbolName(const void* address) {
-    char text[8192];
-    Debug::SymbolName(const_cast<void*>(address), text, sizeof text);
-    return text;
-}
-
-std::string symbolPath(const void* address) {
-    char text[8192];
-    Debug::SymbolPath(const_cast<void*>(address), text, sizeof text);
-    return text;
-}
 
 std::string demangled(const char* name) {
     int status = -1;

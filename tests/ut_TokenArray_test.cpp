@@ -12,6 +12,7 @@
 #include "FailingAllocation.h"
 #include "FailingOperation.h"
 #include "LogCapture.h"
+#include "Token.h"
 #include "TraceLines.h"
 #include "TypedArraySuite.h"
 #include "fw_Memory.h"
@@ -20,6 +21,7 @@
 namespace {
 
 using test::contentOf;
+using test::token;
 using utility::TokenArray;
 using Tokens = std::vector<stringtoken>;
 
@@ -37,10 +39,6 @@ struct TokenArrayTraits : test::ArrayTraits {
 
 INSTANTIATE_TYPED_TEST_SUITE_P(TokenArray, TypedArray, TokenArrayTraits);
 INSTANTIATE_TYPED_TEST_SUITE_P(TokenArray, ArrayCopy, TokenArrayTraits);
-
-stringtoken token(const std::string& name) {
-    return strings::GS.toToken(name.c_str());
-}
 
 TEST(TokenArray, UsageExample) {
     utility::TokenArray names("volume,port,volume", 0);

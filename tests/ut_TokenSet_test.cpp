@@ -14,12 +14,15 @@
 #include "FailingOperation.h"
 #include "LogCapture.h"
 #include "RandomRun.h"
+#include "Token.h"
 #include "TraceLines.h"
 #include "fw_Memory.h"
 #include "fw_StableStringRepository.h"
 
 namespace {
 
+using test::token;
+using test::traceLine;
 using utility::TokenSet;
 using Tokens = std::vector<stringtoken>;
 using Lines = std::vector<std::string>;
@@ -46,14 +49,6 @@ Tokens contentOf(const TokenSet& set) {
 void fill(TokenSet& set, const Tokens& tokens) {
     for (const stringtoken t : tokens)
         set.set(t);
-}
-
-stringtoken token(const std::string& name) {
-    return strings::GS.toToken(name.c_str());
-}
-
-std::string line(int type, const char* function, const std::string& text) {
-    return std::to_string(type) + " " + function + ": " + text;
 }
 
 TEST(TokenSet, UsageExample) {
@@ -285,9 +280,9 @@ TEST(TokenSet, TracesEachStepOfAChange) {
     set.setAt(0, 1);
     set.unset(1);
     EXPECT_EQ(test::traceLines(log),
-              (Lines{line(3, appendName, "Appending [7] at 0"), line(3, appendName, "Appending [8] at 1"),
-                     line(4, insertAtName, "Enter"), line(3, insertAtName, "moving from 1 to 2"),
-                     line(3, insertAtName, "moving from 0 to 1"), line(3, insertAtName, "setting 0 = 5")}));
+              (Lines{traceLine(3, appendName, "Appending [7] at 0"), traceLine(3, appendName, "Appending [8] at 1"),
+                     traceLine(4, insertAtName, "Enter"), traceLine(3, insertAtName, "moving from 1 to 2"),
+                     traceLine(3, insertAtName, "moving from 0 to 1"), traceLine(3, insertAtName, "setting 0 = 5")}));
 }
 
 TEST(TokenSet, DoesNotTraceWithItsSwitchOff) {

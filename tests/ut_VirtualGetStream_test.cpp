@@ -11,8 +11,10 @@
 #include "ExpectFailure.h"
 #include "FailingOperation.h"
 #include "GuardedText.h"
+#include "HeldBytes.h"
 #include "LogCapture.h"
 #include "RandomRun.h"
+#include "ReceiveText.h"
 #include "ScriptedInput.h"
 #include "TemporaryDirectory.h"
 #include "TraceLines.h"
@@ -22,35 +24,20 @@
 namespace {
 
 using framework::Logger;
+using test::heldBytes;
+using test::receiveText;
+using test::traceLine;
 using utility::VirtualGetStream;
 using Lines = std::vector<std::string>;
 using Sizes = std::vector<unsigned int>;
 
-constexpr const char* ALLOC = "void utility::Buffer::allocBuffer()";
-constexpr const char* LOAD = "void utility::VirtualGetStream::load()";
-constexpr const char* RECEIVE = "virtual int utility::VirtualGetStream::ReceiveInputStream(char*, unsigned int)";
-constexpr const char* INDEX = "virtual char& utility::VirtualGetStream::operator[](unsigned int)";
-constexpr const char* MOVE_TO = "void utility::VirtualGetStream::MoveTo(unsigned int)";
+constexpr const char* allocName = "void utility::Buffer::allocBuffer()";
+constexpr const char* loadName = "void utility::VirtualGetStream::load()";
+constexpr const char* receiveName = "virtual int utility::VirtualGetStream::ReceiveInputStream(char*, unsigned int)";
+constexpr const char* indexName = "virtual char& utility::VirtualGetStream::operator[](unsigned int)";
+constexpr const char* moveToName = "void utility::VirtualGetStream::MoveTo(unsigned int)";
 
 static_assert(std::is_base_of<utility::GetStream, VirtualGetStream>::value, "it is read like any text");
-
-std::string line(const char* function, const std::string& text) {
-    return std::string("3 ") + function + ": " + text;
-}
-
-std::string receive(VirtualGetStream& stream, unsigned int size) {
-    std::vector<char> data(size + 16, '\x7E');
-    const int count = stream.ReceiveInputStream(data.data(), size);
-    EXPECT_GE(count, 0);
-    EXPECT_LE(count, static_cast<int>(size));
-    EXPECT_TRUE(std::all_of(data.begin() + count, data.end(), [](char c) { return c == '\x7E'; }));
-    return std::string(data.data(), static_cast<std::size_t>(count));
-}
-
-// The unread bytes in the buffer, read without a refill.
-std::string held(const VirtualGetStream& stream) {
-    return std::string(stream.pTail(), static_cast<std::size_t>(stream.WritePosition() - stream.ReadPosition()));
-}
 
 #define EXPECT_NOT_HELD(statement, function) EXPECT_FAILURE(statement, 1240, "ut_VirtualGetStream", function, "")
 
@@ -90,7 +77,7 @@ TEST(VirtualGetStream, OwnStorageHasItsFullSizeAndReceivesNothingYet) {
     const VirtualGetStream stream(source, 16, 0, 0, nullptr);
     EXPECT_EQ(stream.Size(), 16);
     EXPECT_EQ(stream.WriteRemaining(), 16);
-    EXPECT_EQ(held(stream), "");
+    EXPECT_EQ(heldBytes(stream), "");
     EXPECT_EQ(stream.received(), 0);
     EXPECT_EQ(stream.pBuffer()[0], 0);
     EXPECT_EQ(stream.pBuffer()[16], 0);
@@ -100,10 +87,10 @@ TEST(VirtualGetStream, OwnStorageHasItsFullSizeAndReceivesNothingYet) {
 
 TEST(VirtualGetStream, FailedAllocationOfStorageThrows1238) {
     test::ScriptedInput source;
-    EXPECT_FAILURE(test::failNth(1, [&] { VirtualGetStream(source, 16, 0, 0, nullptr); }), 1238, "ut_Buffer", ALLOC,
+    EXPECT_FAILURE(test::failNth(1, [&] { VirtualGetStream(source, 16, 0, 0, nullptr); }), 1238, "ut_Buffer", allocName,
                    "");
-    EXPECT_FAILURE(VirtualGetStream(source, -5, 0, 0, nullptr), 1238, "ut_Buffer", ALLOC, "");
-    EXPECT_FAILURE(VirtualGetStream(source, INT_MIN, 0, 0, nullptr), 1238, "ut_Buffer", ALLOC, "");
+    EXPECT_FAILURE(VirtualGetStream(source, -5, 0, 0, nullptr), 1238, "ut_Buffer", allocName, "");
+    EXPECT_FAILURE(VirtualGetStream(source, INT_MIN, 0, 0, nullptr), 1238, "ut_Buffer", allocName, "");
 }
 
 TEST(VirtualGetStream, CallersArrayIsUsedCompletelyAndNeverOverrun) {
@@ -118,7 +105,7 @@ TEST(VirtualGetStream, CallersArrayIsUsedCompletelyAndNeverOverrun) {
         EXPECT_EQ(text.array()[7], 0);
         EXPECT_NE(text.array()[1], 0);
         EXPECT_TRUE(stream.StartInputStream());
-        EXPECT_EQ(held(stream), "abcdefgh");
+        EXPECT_EQ(heldBytes(stream), "abcdefgh");
         EXPECT_TRUE(text.isGuardWhole());
     }
     EXPECT_EQ(std::string(text.array(), 8), "abcdefgh");
@@ -135,7 +122,7 @@ TEST(VirtualGetStream, SmallestArraysAreNeverOverrun) {
             stream.setWaitForData(false);
             EXPECT_TRUE(stream.StartInputStream());
             for (int i = 0; i < 4; ++i) {
-                receive(stream, 3);
+                receiveText(stream, 3);
                 stream.GetC(nullptr);
                 stream.ReadLine();
                 stream.GetLine();
@@ -158,10 +145,10 @@ TEST(VirtualGetStream, ArrayOfOneByteReadsTheInputByteByByte) {
     VirtualGetStream stream(source, 1, 0, 0, text.array());
     EXPECT_EQ(text.array()[0], 0);
     EXPECT_TRUE(stream.StartInputStream());
-    EXPECT_EQ(receive(stream, 3), "a");
-    EXPECT_EQ(receive(stream, 3), "b");
-    EXPECT_EQ(receive(stream, 3), "c");
-    EXPECT_EQ(receive(stream, 3), "");
+    EXPECT_EQ(receiveText(stream, 3), "a");
+    EXPECT_EQ(receiveText(stream, 3), "b");
+    EXPECT_EQ(receiveText(stream, 3), "c");
+    EXPECT_EQ(receiveText(stream, 3), "");
     EXPECT_TRUE(text.isGuardWhole());
 }
 
@@ -184,11 +171,11 @@ TEST(VirtualGetStream, WithoutASourceIsClosedAndEmpty) {
     EXPECT_FALSE(stream.StartInputStream());
     stream.load();
     EXPECT_EQ(stream.ReadAvailable(), 0);
-    EXPECT_EQ(receive(stream, 10), "");
+    EXPECT_EQ(receiveText(stream, 10), "");
     CATCH_FAILURE(stream[0]);
-    EXPECT_NOT_HELD(stream[1], INDEX);
+    EXPECT_NOT_HELD(stream[1], indexName);
     stream.MoveTo(0);
-    EXPECT_NOT_HELD(stream.MoveTo(1), MOVE_TO);
+    EXPECT_NOT_HELD(stream.MoveTo(1), moveToName);
     stream.MoveTo();
     stream.EndInputStream();
 }
@@ -210,16 +197,16 @@ TEST(VirtualGetStream, DerivedStreamSetsItsOwnSource) {
     stream.setSource(&first);
     EXPECT_TRUE(stream.StartInputStream());
     EXPECT_TRUE(stream.isInputStreamOpen());
-    EXPECT_EQ(receive(stream, 2), "po");
+    EXPECT_EQ(receiveText(stream, 2), "po");
     // The unread bytes stay, and offsets continue.
     stream.setSource(&second);
     stream.load();
-    EXPECT_EQ(held(stream), "rts and ");
+    EXPECT_EQ(heldBytes(stream), "rts and ");
     EXPECT_EQ(stream[2], 'r');
     EXPECT_EQ(stream.received(), 10);
     stream.setSource(nullptr);
     EXPECT_FALSE(stream.isInputStreamOpen());
-    EXPECT_EQ(receive(stream, 16), "rts and ");
+    EXPECT_EQ(receiveText(stream, 16), "rts and ");
     EXPECT_TRUE(stream.isInputStreamAtEnd());
     EXPECT_EQ(first.endCount + second.endCount, 0);
 }
@@ -233,7 +220,7 @@ TEST(VirtualGetStream, StartStartsTheSourceAndFillsTheBufferOnce) {
     EXPECT_TRUE(stream.StartInputStream());
     EXPECT_EQ(source.startCount, 1);
     EXPECT_EQ(source.asked, Sizes{16});
-    EXPECT_EQ(held(stream), "abc");
+    EXPECT_EQ(heldBytes(stream), "abc");
     EXPECT_EQ(stream.received(), 3);
 }
 
@@ -252,7 +239,7 @@ TEST(VirtualGetStream, StartOfASourceThatIsNotGoodReturnsTrueAndReceivesNothing)
     VirtualGetStream stream(source, 16, 0, 0, nullptr);
     EXPECT_TRUE(stream.StartInputStream());
     EXPECT_EQ(source.asked, Sizes{});
-    EXPECT_EQ(held(stream), "");
+    EXPECT_EQ(heldBytes(stream), "");
 }
 
 TEST(VirtualGetStream, SecondStartResetsTheCountAndKeepsTheBuffer) {
@@ -261,7 +248,7 @@ TEST(VirtualGetStream, SecondStartResetsTheCountAndKeepsTheBuffer) {
     VirtualGetStream stream(source, 16, 0, 0, nullptr);
     stream.StartInputStream();
     EXPECT_TRUE(stream.StartInputStream());
-    EXPECT_EQ(held(stream), "abcde");
+    EXPECT_EQ(heldBytes(stream), "abcde");
     EXPECT_EQ(stream.received(), 2);
 }
 
@@ -270,16 +257,16 @@ TEST(VirtualGetStream, EndEndsTheSourceAndDiscardsTheBuffer) {
     source.give("abcdef").give("ghijkl");
     VirtualGetStream stream(source, 6, 0, 0, nullptr);
     stream.StartInputStream();
-    receive(stream, 4);
+    receiveText(stream, 4);
     stream.load();
-    EXPECT_EQ(held(stream), "efghij");
+    EXPECT_EQ(heldBytes(stream), "efghij");
     stream.EndInputStream();
     EXPECT_EQ(source.endCount, 1);
-    EXPECT_EQ(held(stream), "");
+    EXPECT_EQ(heldBytes(stream), "");
     EXPECT_EQ(stream.WritePosition(), 0);
     stream.StartInputStream();
     EXPECT_EQ(stream[0], 'k') << "offsets count from 0 again";
-    EXPECT_EQ(receive(stream, 6), "kl");
+    EXPECT_EQ(receiveText(stream, 6), "kl");
 }
 
 TEST(VirtualGetStream, EndResetsTheHighestOffset) {
@@ -291,7 +278,7 @@ TEST(VirtualGetStream, EndResetsTheHighestOffset) {
     stream.EndInputStream();
     stream.StartInputStream();
     stream.load();
-    EXPECT_EQ(held(stream), "ghijkl") << "nothing was dropped";
+    EXPECT_EQ(heldBytes(stream), "ghijkl") << "nothing was dropped";
 }
 
 TEST(VirtualGetStream, StatesAreTheSourcesButTheEndComesAfterTheUnreadBytes) {
@@ -305,9 +292,9 @@ TEST(VirtualGetStream, StatesAreTheSourcesButTheEndComesAfterTheUnreadBytes) {
     EXPECT_TRUE(source.isInputStreamAtEnd());
     EXPECT_FALSE(stream.isInputStreamAtEnd());
     EXPECT_TRUE(stream.isInputStreamGood());
-    receive(stream, 1);
+    receiveText(stream, 1);
     EXPECT_FALSE(stream.isInputStreamAtEnd());
-    receive(stream, 1);
+    receiveText(stream, 1);
     EXPECT_TRUE(stream.isInputStreamAtEnd());
     source.endsByItself = false;
     EXPECT_FALSE(stream.isInputStreamAtEnd());
@@ -326,11 +313,11 @@ TEST(VirtualGetStream, LoadReceivesOnceForAllFreeSpace) {
     source.give("abc").give("def").give("ghi");
     VirtualGetStream stream(source, 8, 0, 0, nullptr);
     stream.load();
-    EXPECT_EQ(held(stream), "abc");
+    EXPECT_EQ(heldBytes(stream), "abc");
     stream.load();
-    EXPECT_EQ(held(stream), "abcdef");
+    EXPECT_EQ(heldBytes(stream), "abcdef");
     stream.load();
-    EXPECT_EQ(held(stream), "abcdefgh");
+    EXPECT_EQ(heldBytes(stream), "abcdefgh");
     EXPECT_EQ(source.asked, (Sizes{8, 5, 2}));
     EXPECT_EQ(stream.received(), 8);
     stream.load();
@@ -342,10 +329,10 @@ TEST(VirtualGetStream, LoadMovesTheUnreadBytesToTheFront) {
     source.give("abcdefgh").give("ijklmnop");
     VirtualGetStream stream(source, 8, 0, 0, nullptr);
     stream.StartInputStream();
-    EXPECT_EQ(receive(stream, 5), "abcde");
+    EXPECT_EQ(receiveText(stream, 5), "abcde");
     stream.load();
     EXPECT_EQ(stream.ReadPosition(), 0);
-    EXPECT_EQ(held(stream), "fghijklm");
+    EXPECT_EQ(heldBytes(stream), "fghijklm");
     EXPECT_EQ(stream[5], 'f');
     EXPECT_EQ(stream[12], 'm');
 }
@@ -374,7 +361,7 @@ TEST(VirtualGetStream, ReceiveOfZeroBytesIsRepeated) {
     test::LogCapture log;
     VirtualGetStream stream(source, 8, 0, 0, nullptr);
     stream.load();
-    EXPECT_EQ(held(stream), "abc");
+    EXPECT_EQ(heldBytes(stream), "abc");
     EXPECT_EQ(source.asked, (Sizes{8, 8, 8, 8}));
     EXPECT_EQ(source.endCount, 0);
     EXPECT_EQ(log.count(), 0u);
@@ -403,10 +390,10 @@ TEST(VirtualGetStream, WithoutWaitingAReceiveOfZeroBytesEndsTheInput) {
     EXPECT_TRUE(stream.StartInputStream());
     EXPECT_EQ(log.count(), 1u);
     EXPECT_TRUE(log.contains(Logger::LOG_ERROR, "Response not received: Timed out") ||
-                log.contains(Logger::LOG_ERROR, LOAD, "Response not received: Timed out"));
+                log.contains(Logger::LOG_ERROR, loadName, "Response not received: Timed out"));
     EXPECT_EQ(source.asked, Sizes{8});
     EXPECT_EQ(source.endCount, 1);
-    EXPECT_EQ(held(stream), "");
+    EXPECT_EQ(heldBytes(stream), "");
 }
 
 TEST(VirtualGetStream, TimeOutKeepsTheUnreadBytes) {
@@ -418,7 +405,7 @@ TEST(VirtualGetStream, TimeOutKeepsTheUnreadBytes) {
     stream.StartInputStream();
     stream.load();
     EXPECT_EQ(log.texts(), Lines{"Response not received: Timed out"});
-    EXPECT_EQ(held(stream), "abc");
+    EXPECT_EQ(heldBytes(stream), "abc");
     EXPECT_EQ(source.endCount, 1);
 }
 
@@ -430,7 +417,7 @@ TEST(VirtualGetStream, FailedReceiveIsRepeatedWhileTheSourceIsGood) {
         VirtualGetStream stream(source, 8, 0, 0, nullptr);
         stream.setWaitForData(wait);
         stream.load();
-        EXPECT_EQ(held(stream), "abc");
+        EXPECT_EQ(heldBytes(stream), "abc");
         EXPECT_EQ(source.asked.size(), 3u);
         EXPECT_EQ(stream.received(), 3);
         EXPECT_EQ(log.count(), 0u);
@@ -454,7 +441,7 @@ TEST(VirtualGetStream, WithoutWaitingFailedReceivesAreRepeatedAtMost1000Times) {
     stream.load();
     EXPECT_EQ(failing.receives, 2000) << "each refill begins anew";
     EXPECT_EQ(failing.endCount, 0);
-    EXPECT_EQ(held(stream), "");
+    EXPECT_EQ(heldBytes(stream), "");
     EXPECT_EQ(log.count(), 0u);
 }
 
@@ -465,7 +452,7 @@ TEST(VirtualGetStream, WhileWaitingFailedReceivesAreRepeatedWithoutLimit) {
     source.give("abc");
     VirtualGetStream stream(source, 8, 0, 0, nullptr);
     stream.load();
-    EXPECT_EQ(held(stream), "abc");
+    EXPECT_EQ(heldBytes(stream), "abc");
     EXPECT_EQ(source.asked.size(), 1002u);
 }
 
@@ -479,7 +466,7 @@ TEST(VirtualGetStream, FailedReceiveOfASourceInErrorIsNotRepeated) {
     stream.load();
     EXPECT_EQ(source.asked, Sizes{8});
     EXPECT_EQ(source.endCount, 0);
-    EXPECT_EQ(held(stream), "");
+    EXPECT_EQ(heldBytes(stream), "");
 }
 
 TEST(VirtualGetStream, SourceThatReportsTooManyBytesIsRefused) {
@@ -492,7 +479,7 @@ TEST(VirtualGetStream, SourceThatReportsTooManyBytesIsRefused) {
     test::GuardedText text(8);
     VirtualGetStream stream(boasting, 8, 0, 0, text.array());
     EXPECT_FAILURE(stream.load(), 1239, "ut_Buffer", "virtual void utility::Buffer::WriteAdvance(int)", "");
-    receive(stream, 100);
+    receiveText(stream, 100);
     CATCH_FAILURE(stream[8]);
     CATCH_FAILURE(stream[9]);
     CATCH_FAILURE(stream.MoveTo(9));
@@ -538,9 +525,9 @@ TEST(VirtualGetStream, ReceiveOfBytesInTheBufferDoesNotRefill) {
     source.give("abcd").give("efgh");
     VirtualGetStream stream(source, 16, 0, 10, nullptr);
     stream.StartInputStream();
-    EXPECT_EQ(receive(stream, 3), "abc");
-    EXPECT_EQ(receive(stream, 1), "d");
-    EXPECT_EQ(receive(stream, 0), "");
+    EXPECT_EQ(receiveText(stream, 3), "abc");
+    EXPECT_EQ(receiveText(stream, 1), "d");
+    EXPECT_EQ(receiveText(stream, 0), "");
     EXPECT_EQ(source.asked.size(), 1u);
 }
 
@@ -549,9 +536,9 @@ TEST(VirtualGetStream, ReceiveOfMoreThanTheBufferRefillsOnce) {
     source.give("abcd").give("efgh").give("ijkl");
     VirtualGetStream stream(source, 16, 0, 0, nullptr);
     stream.StartInputStream();
-    EXPECT_EQ(receive(stream, 5), "abcde");
+    EXPECT_EQ(receiveText(stream, 5), "abcde");
     EXPECT_EQ(source.asked.size(), 2u);
-    EXPECT_EQ(receive(stream, 16), "fghijkl");
+    EXPECT_EQ(receiveText(stream, 16), "fghijkl");
     EXPECT_EQ(source.asked.size(), 3u);
 }
 
@@ -560,10 +547,10 @@ TEST(VirtualGetStream, OneReceiveReturnsAtMostOneBuffer) {
     source.give("abcdefghijklmnopqrst");
     VirtualGetStream stream(source, 8, 0, 0, nullptr);
     stream.StartInputStream();
-    EXPECT_EQ(receive(stream, 100), "abcdefgh");
-    EXPECT_EQ(receive(stream, 100), "ijklmnop");
-    EXPECT_EQ(receive(stream, 100), "qrst");
-    EXPECT_EQ(receive(stream, 100), "");
+    EXPECT_EQ(receiveText(stream, 100), "abcdefgh");
+    EXPECT_EQ(receiveText(stream, 100), "ijklmnop");
+    EXPECT_EQ(receiveText(stream, 100), "qrst");
+    EXPECT_EQ(receiveText(stream, 100), "");
     EXPECT_EQ(stream.received(), 20);
 }
 
@@ -572,18 +559,18 @@ TEST(VirtualGetStream, ReceivesIntoItsOwnBuffer) {
     source.give("abcdefgh");
     VirtualGetStream stream(source, 8, 0, 0, nullptr);
     stream.StartInputStream();
-    EXPECT_EQ(receive(stream, 2), "ab");
+    EXPECT_EQ(receiveText(stream, 2), "ab");
     EXPECT_EQ(stream.ReceiveInputStream(stream.pBuffer() + 1, 4), 4);
     EXPECT_EQ(std::string(stream.pBuffer() + 1, 4), "cdef");
-    EXPECT_EQ(receive(stream, 8), "gh");
+    EXPECT_EQ(receiveText(stream, 8), "gh");
 }
 
 TEST(VirtualGetStream, ReceiveFromAnExhaustedSourceReturnsZero) {
     test::ScriptedInput source;
     VirtualGetStream stream(source, 8, 0, 0, nullptr);
-    EXPECT_EQ(receive(stream, 10), "");
+    EXPECT_EQ(receiveText(stream, 10), "");
     source.error = true;
-    EXPECT_EQ(receive(stream, 10), "");
+    EXPECT_EQ(receiveText(stream, 10), "");
 }
 
 TEST(VirtualGetStream, AnyMixOfReadsReturnsTheInputInOrder) {
@@ -608,7 +595,7 @@ TEST(VirtualGetStream, AnyMixOfReadsReturnsTheInputInOrder) {
             const std::size_t before = read.size();
             char c = 0;
             if (random.below(2) == 0)
-                read += receive(stream, random.below(60));
+                read += receiveText(stream, random.below(60));
             else if (stream.GetC(&c))
                 read += c;
             idle = read.size() == before && stream.isInputStreamAtEnd() ? idle + 1 : 0;
@@ -632,7 +619,7 @@ TEST(VirtualGetStream, IndexReturnsTheByteAtItsOffsetInTheWholeInput) {
     EXPECT_EQ(stream[3], 'd');
     EXPECT_EQ(source.asked.size(), 1u);
     stream[3] = 'X';
-    EXPECT_EQ(receive(stream, 8), "abcXefgh");
+    EXPECT_EQ(receiveText(stream, 8), "abcXefgh");
 }
 
 TEST(VirtualGetStream, IndexRefillsBelowTheLowWaterMarkAfterTheHighestOffset) {
@@ -644,7 +631,7 @@ TEST(VirtualGetStream, IndexRefillsBelowTheLowWaterMarkAfterTheHighestOffset) {
     EXPECT_EQ(source.asked, Sizes{8});
     EXPECT_EQ(stream[5], 'f');
     EXPECT_EQ(source.asked, (Sizes{8, 3})) << "two bytes stay held before the highest offset";
-    EXPECT_EQ(held(stream), "defghijk");
+    EXPECT_EQ(heldBytes(stream), "defghijk");
     EXPECT_EQ(stream[3], 'd');
     EXPECT_EQ(source.asked.size(), 2u) << "the highest offset counts";
 }
@@ -656,7 +643,7 @@ TEST(VirtualGetStream, IndexOfADiscardedByteIsRefused) {
     stream.StartInputStream();
     EXPECT_EQ(stream[5], 'f');
     test::LogCapture log;
-    EXPECT_NOT_HELD(stream[2], INDEX);
+    EXPECT_NOT_HELD(stream[2], indexName);
     EXPECT_EQ(log.texts(), Lines{"accessing offset -1, index 2 from base 3 [0/8], ReadAvail: 8, WriteRemain: 0"});
     EXPECT_EQ(log.entries()[0].type, Logger::LOG_ERROR);
     EXPECT_EQ(stream[3], 'd');
@@ -667,9 +654,9 @@ TEST(VirtualGetStream, IndexOfAByteThatWasReadIsRefused) {
     source.give("abcdefgh");
     VirtualGetStream stream(source, 16, 0, 0, nullptr);
     stream.StartInputStream();
-    receive(stream, 3);
+    receiveText(stream, 3);
     test::LogCapture log;
-    EXPECT_NOT_HELD(stream[2], INDEX);
+    EXPECT_NOT_HELD(stream[2], indexName);
     EXPECT_EQ(log.texts(), Lines{"accessing offset 2, index 2 from base 0 [3/8], ReadAvail: 5, WriteRemain: 8"});
     EXPECT_EQ(stream[3], 'd');
 }
@@ -683,7 +670,7 @@ TEST(VirtualGetStream, IndexAtTheWritePositionIsANulAndTheNextOneIsRefused) {
     EXPECT_EQ(stream[3], 0);
     EXPECT_EQ(&stream[3], stream.pBuffer() + 3);
     test::LogCapture log;
-    EXPECT_NOT_HELD(stream[4], INDEX);
+    EXPECT_NOT_HELD(stream[4], indexName);
     EXPECT_EQ(log.texts(), Lines{"accessing offset 4, index 4 from base 0 [0/3], ReadAvail: 3, WriteRemain: 5"});
 }
 
@@ -697,7 +684,7 @@ TEST(VirtualGetStream, IndexAtTheEndOfAFullCallersArrayIsANul) {
     stream[8] = 'x';
     EXPECT_EQ(stream[8], 0);
     EXPECT_EQ(stream[7], 'h');
-    EXPECT_NOT_HELD(stream[9], INDEX);
+    EXPECT_NOT_HELD(stream[9], indexName);
     EXPECT_TRUE(text.isGuardWhole());
 }
 
@@ -723,9 +710,9 @@ TEST(VirtualGetStream, IndexFarAheadDiscardsTheBufferAndIsRefused) {
     VirtualGetStream stream(source, 8, 0, 0, nullptr);
     stream.StartInputStream();
     test::LogCapture log;
-    EXPECT_NOT_HELD(stream[20], INDEX);
+    EXPECT_NOT_HELD(stream[20], indexName);
     EXPECT_EQ(log.texts(), Lines{"accessing offset 12, index 20 from base 8 [0/8], ReadAvail: 8, WriteRemain: 0"});
-    EXPECT_EQ(held(stream), "ijklmnop");
+    EXPECT_EQ(heldBytes(stream), "ijklmnop");
     EXPECT_EQ(stream.received(), 16);
 }
 
@@ -736,7 +723,7 @@ TEST(VirtualGetStream, KeptBytesAreCountedBackFromTheHighestOffset) {
     stream.StartInputStream();
     EXPECT_EQ(stream[7], 'h');
     stream.load();
-    EXPECT_EQ(held(stream), "cdefghij");
+    EXPECT_EQ(heldBytes(stream), "cdefghij");
     EXPECT_EQ(stream[2], 'c');
     EXPECT_EQ(stream[9], 'j');
 }
@@ -748,7 +735,7 @@ TEST(VirtualGetStream, OneByteMoreThanTheKeptBytesIsDiscarded) {
     stream.StartInputStream();
     EXPECT_EQ(stream[5], 'f');
     stream.load();
-    EXPECT_EQ(held(stream), "bcdefghi");
+    EXPECT_EQ(heldBytes(stream), "bcdefghi");
 }
 
 TEST(VirtualGetStream, BytesAlreadyReadDoNotCountAsDiscarded) {
@@ -756,10 +743,10 @@ TEST(VirtualGetStream, BytesAlreadyReadDoNotCountAsDiscarded) {
     source.give("abcdefgh").give("ijklmnop");
     VirtualGetStream stream(source, 8, 2, 0, nullptr);
     stream.StartInputStream();
-    EXPECT_EQ(receive(stream, 2), "ab");
+    EXPECT_EQ(receiveText(stream, 2), "ab");
     EXPECT_EQ(stream[6], 'g');
     stream.load();
-    EXPECT_EQ(held(stream), "efghijkl") << "from two bytes before the highest offset on";
+    EXPECT_EQ(heldBytes(stream), "efghijkl") << "from two bytes before the highest offset on";
 }
 
 TEST(VirtualGetStream, HighestOffsetIsRememberedAcrossRefills) {
@@ -768,7 +755,7 @@ TEST(VirtualGetStream, HighestOffsetIsRememberedAcrossRefills) {
     VirtualGetStream stream(source, 16, 4, 4, nullptr);
     stream.StartInputStream();
     EXPECT_EQ(stream[7], 'h');
-    EXPECT_EQ(held(stream), "defghi");
+    EXPECT_EQ(heldBytes(stream), "defghi");
     EXPECT_EQ(source.asked.size(), 2u);
     EXPECT_EQ(stream[3], 'd') << "two bytes from the highest offset are too few";
     EXPECT_EQ(source.asked.size(), 3u);
@@ -776,7 +763,7 @@ TEST(VirtualGetStream, HighestOffsetIsRememberedAcrossRefills) {
     EXPECT_EQ(source.asked.size(), 4u);
     EXPECT_EQ(stream[3], 'd') << "four are enough";
     EXPECT_EQ(source.asked.size(), 4u);
-    EXPECT_EQ(held(stream), "defghijk");
+    EXPECT_EQ(heldBytes(stream), "defghijk");
 }
 
 TEST(VirtualGetStream, FewerBytesThanTheKeptBytesAreNotDiscarded) {
@@ -786,7 +773,7 @@ TEST(VirtualGetStream, FewerBytesThanTheKeptBytesAreNotDiscarded) {
     stream.StartInputStream();
     EXPECT_EQ(stream[3], 'd');
     stream.load();
-    EXPECT_EQ(held(stream), "abcdefgh");
+    EXPECT_EQ(heldBytes(stream), "abcdefgh");
 }
 
 TEST(VirtualGetStream, ExtremeArgumentsStayInBounds) {
@@ -797,12 +784,12 @@ TEST(VirtualGetStream, ExtremeArgumentsStayInBounds) {
             test::LogCapture log;
             VirtualGetStream stream(source, 8, keepBehind, lowWater, nullptr);
             stream.StartInputStream();
-            receive(stream, 3);
+            receiveText(stream, 3);
             for (const unsigned int index : {0u, 5u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFFu}) {
                 CATCH_FAILURE(stream[index]);
                 CATCH_FAILURE(stream.MoveTo(index));
                 stream.ReadAvailable();
-                receive(stream, 1);
+                receiveText(stream, 1);
             }
         }
     }
@@ -814,7 +801,7 @@ TEST(VirtualGetStream, NegativeIndexIsRefused) {
     VirtualGetStream stream(source, 8, 0, 0, nullptr);
     stream.StartInputStream();
     test::LogCapture log;
-    EXPECT_NOT_HELD(stream[0xFFFFFFFFu], INDEX);
+    EXPECT_NOT_HELD(stream[0xFFFFFFFFu], indexName);
     EXPECT_EQ(log.texts(), Lines{"accessing offset -1, index -1 from base 0 [0/3], ReadAvail: 3, WriteRemain: 5"});
 }
 
@@ -827,13 +814,13 @@ TEST(VirtualGetStream, MoveToDiscardsEarlierBytesAndCountsFromThere) {
     stream.StartInputStream();
     EXPECT_EQ(stream[7], 'h');
     stream.MoveTo(3);
-    EXPECT_EQ(held(stream), "defgh");
+    EXPECT_EQ(heldBytes(stream), "defgh");
     EXPECT_EQ(stream.ReadPosition(), 0);
     EXPECT_EQ(stream[0], 'd');
     EXPECT_EQ(stream[4], 'h');
     stream.MoveTo(1);
     EXPECT_EQ(stream[0], 'e');
-    EXPECT_EQ(receive(stream, 8), "efgh");
+    EXPECT_EQ(receiveText(stream, 8), "efgh");
 }
 
 TEST(VirtualGetStream, MoveToUsesOffsetsOfTheWholeInput) {
@@ -841,11 +828,11 @@ TEST(VirtualGetStream, MoveToUsesOffsetsOfTheWholeInput) {
     source.give("abcdefgh").give("ijklmnop");
     VirtualGetStream stream(source, 8, 0, 0, nullptr);
     stream.StartInputStream();
-    receive(stream, 5);
+    receiveText(stream, 5);
     stream.load();
-    EXPECT_NOT_HELD(stream.MoveTo(4), MOVE_TO);
+    EXPECT_NOT_HELD(stream.MoveTo(4), moveToName);
     stream.MoveTo(7);
-    EXPECT_EQ(held(stream), "hijklm");
+    EXPECT_EQ(heldBytes(stream), "hijklm");
     EXPECT_EQ(stream[0], 'h');
 }
 
@@ -855,9 +842,9 @@ TEST(VirtualGetStream, MoveToTheWritePositionDiscardsAllBytes) {
     VirtualGetStream stream(source, 8, 0, 0, nullptr);
     stream.StartInputStream();
     stream.MoveTo(8);
-    EXPECT_EQ(held(stream), "");
+    EXPECT_EQ(heldBytes(stream), "");
     EXPECT_EQ(stream.WritePosition(), 0);
-    EXPECT_EQ(receive(stream, 8), "ij");
+    EXPECT_EQ(receiveText(stream, 8), "ij");
 }
 
 TEST(VirtualGetStream, MoveBeyondTheWritePositionIsRefusedAndChangesNothing) {
@@ -866,10 +853,10 @@ TEST(VirtualGetStream, MoveBeyondTheWritePositionIsRefusedAndChangesNothing) {
     VirtualGetStream stream(source, 8, 0, 4, nullptr);
     stream.StartInputStream();
     test::LogCapture log;
-    EXPECT_NOT_HELD(stream.MoveTo(9), MOVE_TO);
-    EXPECT_NOT_HELD(stream.MoveTo(0x7FFFFFFFu), MOVE_TO);
-    EXPECT_NOT_HELD(stream.MoveTo(0xFFFFFFFFu), MOVE_TO);
-    EXPECT_EQ(held(stream), "abcdefgh");
+    EXPECT_NOT_HELD(stream.MoveTo(9), moveToName);
+    EXPECT_NOT_HELD(stream.MoveTo(0x7FFFFFFFu), moveToName);
+    EXPECT_NOT_HELD(stream.MoveTo(0xFFFFFFFFu), moveToName);
+    EXPECT_EQ(heldBytes(stream), "abcdefgh");
     EXPECT_EQ(source.asked.size(), 1u) << "moving asks the source for nothing";
     EXPECT_EQ(log.count(), 0u);
 }
@@ -879,10 +866,10 @@ TEST(VirtualGetStream, MoveBackIsRefused) {
     source.give("abcdefgh");
     VirtualGetStream stream(source, 8, 0, 0, nullptr);
     stream.StartInputStream();
-    receive(stream, 3);
-    EXPECT_NOT_HELD(stream.MoveTo(2), MOVE_TO);
+    receiveText(stream, 3);
+    EXPECT_NOT_HELD(stream.MoveTo(2), moveToName);
     stream.MoveTo(3);
-    EXPECT_EQ(held(stream), "defgh");
+    EXPECT_EQ(heldBytes(stream), "defgh");
 }
 
 TEST(VirtualGetStream, MoveToWithoutOffsetMakesTheReadPositionTheOrigin) {
@@ -890,15 +877,15 @@ TEST(VirtualGetStream, MoveToWithoutOffsetMakesTheReadPositionTheOrigin) {
     source.give("abcdefgh").give("ijklmnop");
     VirtualGetStream stream(source, 8, 0, 0, nullptr);
     stream.StartInputStream();
-    receive(stream, 3);
+    receiveText(stream, 3);
     stream.MoveTo();
     EXPECT_EQ(stream[0], 'd');
-    receive(stream, 2);
+    receiveText(stream, 2);
     stream.load();
-    receive(stream, 1);
+    receiveText(stream, 1);
     stream.MoveTo();
     EXPECT_EQ(stream[0], 'g');
-    EXPECT_EQ(held(stream), "ghijklm");
+    EXPECT_EQ(heldBytes(stream), "ghijklm");
 }
 
 // Traces
@@ -910,15 +897,17 @@ TEST(VirtualGetStream, TracesARefill) {
     stream.setTrace(true);
     test::LogCapture log;
     stream.load();
-    EXPECT_EQ(test::traceLines(log),
-              (Lines{line(LOAD, "Open: true InError: false AtEnd: false"), line(LOAD, "fill at 0, for 8"),
-                     line(LOAD, "got 3"), line(LOAD, "received 3")}));
+    EXPECT_EQ(test::traceLines(log), (Lines{traceLine(3, loadName, "Open: true InError: false AtEnd: false"),
+                                            traceLine(3, loadName, "fill at 0, for 8"), traceLine(3, loadName, "got 3"),
+                                            traceLine(3, loadName, "received 3")}));
     log.clear();
     stream.load();
     EXPECT_EQ(test::traceLines(log),
-              (Lines{line(LOAD, "Open: true InError: false AtEnd: false"), line(LOAD, "fill at 3, for 5"),
-                     line(LOAD, "got 0"), line(LOAD, "fill at 3, for 5"), line(LOAD, "got -1"),
-                     line(LOAD, "fill at 3, for 5"), line(LOAD, "got 2"), line(LOAD, "received 2")}));
+              (Lines{traceLine(3, loadName, "Open: true InError: false AtEnd: false"),
+                     traceLine(3, loadName, "fill at 3, for 5"), traceLine(3, loadName, "got 0"),
+                     traceLine(3, loadName, "fill at 3, for 5"), traceLine(3, loadName, "got -1"),
+                     traceLine(3, loadName, "fill at 3, for 5"), traceLine(3, loadName, "got 2"),
+                     traceLine(3, loadName, "received 2")}));
 }
 
 TEST(VirtualGetStream, TracesTheStateOfTheSource) {
@@ -929,7 +918,7 @@ TEST(VirtualGetStream, TracesTheStateOfTheSource) {
     source.error = true;
     test::LogCapture log;
     stream.load();
-    EXPECT_EQ(test::traceLines(log), Lines{line(LOAD, "Open: false InError: true AtEnd: true")});
+    EXPECT_EQ(test::traceLines(log), Lines{traceLine(3, loadName, "Open: false InError: true AtEnd: true")});
 }
 
 TEST(VirtualGetStream, TracesOfATimeOutEndInTheErrorLine) {
@@ -951,20 +940,23 @@ TEST(VirtualGetStream, TracesAReceive) {
     stream.StartInputStream();
     stream.setTrace(true);
     test::LogCapture log;
-    receive(stream, 2);
-    EXPECT_EQ(test::traceLines(log), (Lines{line(RECEIVE, "requesting 2 bytes"), line(RECEIVE, "3 bytes available"),
-                                            line(RECEIVE, "moving 2 bytes")}));
-    log.clear();
-    receive(stream, 5);
+    receiveText(stream, 2);
     EXPECT_EQ(test::traceLines(log),
-              (Lines{line(RECEIVE, "requesting 5 bytes"), line(LOAD, "Open: true InError: false AtEnd: false"),
-                     line(LOAD, "fill at 1, for 7"), line(LOAD, "got 2"), line(LOAD, "received 2"),
-                     line(RECEIVE, "3 bytes available"), line(RECEIVE, "moving 3 bytes")}));
+              (Lines{traceLine(3, receiveName, "requesting 2 bytes"), traceLine(3, receiveName, "3 bytes available"),
+                     traceLine(3, receiveName, "moving 2 bytes")}));
     log.clear();
-    receive(stream, 5);
+    receiveText(stream, 5);
     EXPECT_EQ(test::traceLines(log),
-              (Lines{line(RECEIVE, "requesting 5 bytes"), line(LOAD, "Open: true InError: false AtEnd: true"),
-                     line(RECEIVE, "0 bytes available")}));
+              (Lines{traceLine(3, receiveName, "requesting 5 bytes"),
+                     traceLine(3, loadName, "Open: true InError: false AtEnd: false"),
+                     traceLine(3, loadName, "fill at 1, for 7"), traceLine(3, loadName, "got 2"),
+                     traceLine(3, loadName, "received 2"), traceLine(3, receiveName, "3 bytes available"),
+                     traceLine(3, receiveName, "moving 3 bytes")}));
+    log.clear();
+    receiveText(stream, 5);
+    EXPECT_EQ(test::traceLines(log), (Lines{traceLine(3, receiveName, "requesting 5 bytes"),
+                                            traceLine(3, loadName, "Open: true InError: false AtEnd: true"),
+                                            traceLine(3, receiveName, "0 bytes available")}));
 }
 
 TEST(VirtualGetStream, TracesAnIndex) {
@@ -975,7 +967,7 @@ TEST(VirtualGetStream, TracesAnIndex) {
     stream.setTrace(true);
     test::LogCapture log;
     EXPECT_EQ(stream[2], 'c');
-    EXPECT_EQ(test::traceLines(log), Lines{line(INDEX, "[2]")});
+    EXPECT_EQ(test::traceLines(log), Lines{traceLine(3, indexName, "[2]")});
 }
 
 TEST(VirtualGetStream, TracesSignedNumbers) {
@@ -985,14 +977,14 @@ TEST(VirtualGetStream, TracesSignedNumbers) {
     stream.StartInputStream();
     stream.setTrace(true);
     test::LogCapture log;
-    EXPECT_NOT_HELD(stream[0xFFFFFFFFu], INDEX);
-    EXPECT_NOT_HELD(stream.MoveTo(0xFFFFFFFEu), MOVE_TO);
+    EXPECT_NOT_HELD(stream[0xFFFFFFFFu], indexName);
+    EXPECT_NOT_HELD(stream.MoveTo(0xFFFFFFFEu), moveToName);
     char block[16];
     EXPECT_EQ(stream.ReceiveInputStream(block, 0x80000000u), 3);
     const Lines texts = log.texts();
     EXPECT_EQ(texts.front(), "[-1]");
-    EXPECT_TRUE(log.contains(Logger::LOG_DEBUG, MOVE_TO, "[-2]"));
-    EXPECT_TRUE(log.contains(Logger::LOG_DEBUG, RECEIVE, "requesting -2147483648 bytes"));
+    EXPECT_TRUE(log.contains(Logger::LOG_DEBUG, moveToName, "[-2]"));
+    EXPECT_TRUE(log.contains(Logger::LOG_DEBUG, receiveName, "requesting -2147483648 bytes"));
 }
 
 TEST(VirtualGetStream, TracesARefusedIndexBeforeItsErrorLine) {
@@ -1002,7 +994,7 @@ TEST(VirtualGetStream, TracesARefusedIndexBeforeItsErrorLine) {
     stream.StartInputStream();
     stream.setTrace(true);
     test::LogCapture log;
-    EXPECT_NOT_HELD(stream[9], INDEX);
+    EXPECT_NOT_HELD(stream[9], indexName);
     EXPECT_EQ(log.texts(),
               (Lines{"[9]", "accessing offset 9, index 9 from base 0 [0/3], ReadAvail: 3, WriteRemain: 5"}));
 }
@@ -1015,14 +1007,16 @@ TEST(VirtualGetStream, TracesAMove) {
     stream.setTrace(true);
     test::LogCapture log;
     stream.MoveTo(2);
-    EXPECT_EQ(test::traceLines(log), (Lines{line(MOVE_TO, "[2]"), line(MOVE_TO, "at: 3 read 5 write")}));
+    EXPECT_EQ(test::traceLines(log),
+              (Lines{traceLine(3, moveToName, "[2]"), traceLine(3, moveToName, "at: 3 read 5 write")}));
     log.clear();
-    EXPECT_NOT_HELD(stream.MoveTo(9), MOVE_TO);
-    EXPECT_EQ(test::traceLines(log), Lines{line(MOVE_TO, "[9]")});
+    EXPECT_NOT_HELD(stream.MoveTo(9), moveToName);
+    EXPECT_EQ(test::traceLines(log), Lines{traceLine(3, moveToName, "[9]")});
     log.clear();
     stream.ReadAdvance(1);
     stream.MoveTo();
-    EXPECT_EQ(test::traceLines(log), (Lines{line(MOVE_TO, "[1]"), line(MOVE_TO, "at: 2 read 6 write")}));
+    EXPECT_EQ(test::traceLines(log),
+              (Lines{traceLine(3, moveToName, "[1]"), traceLine(3, moveToName, "at: 2 read 6 write")}));
 }
 
 TEST(VirtualGetStream, TracesNothingByDefault) {
@@ -1035,7 +1029,7 @@ TEST(VirtualGetStream, TracesNothingByDefault) {
         EXPECT_EQ(stream[6], 'g');
         stream.MoveTo();
         stream.MoveTo(1);
-        receive(stream, 100);
+        receiveText(stream, 100);
         stream.ReadAvailable();
         stream.EndInputStream();
     }

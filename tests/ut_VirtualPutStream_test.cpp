@@ -18,10 +18,12 @@
 #include "ExpectFailure.h"
 #include "FailingOperation.h"
 #include "GuardedText.h"
+#include "HeldBytes.h"
 #include "LogCapture.h"
 #include "OpenDescriptors.h"
 #include "RandomRun.h"
 #include "RecordingOutput.h"
+#include "SendText.h"
 #include "TemporaryDirectory.h"
 #include "TraceLines.h"
 #include "VirtualSlot.h"
@@ -32,35 +34,25 @@
 namespace {
 
 using framework::Logger;
+using test::heldBytes;
+using test::sendText;
+using test::traceLine;
 using utility::VirtualPutStream;
 using Lines = std::vector<std::string>;
 
-constexpr const char* ALLOC = "void utility::Buffer::allocBuffer()";
-constexpr const char* PUT_B = "virtual void utility::VirtualPutStream::PutB(const char*, int)";
-constexpr const char* PUT_F = "void utility::PutStream::PutF(const char*, ...)";
-constexpr const char* FLUSH = "virtual void utility::VirtualPutStream::FlushOutputStream()";
-constexpr const char* DESTROY = "virtual utility::VirtualPutStream::~VirtualPutStream()";
+constexpr const char* allocName = "void utility::Buffer::allocBuffer()";
+constexpr const char* putBName = "virtual void utility::VirtualPutStream::PutB(const char*, int)";
+constexpr const char* putFName = "void utility::PutStream::PutF(const char*, ...)";
+constexpr const char* flushName = "virtual void utility::VirtualPutStream::FlushOutputStream()";
+constexpr const char* destroyName = "virtual utility::VirtualPutStream::~VirtualPutStream()";
 
 static_assert(std::is_base_of<utility::PutStream, VirtualPutStream>::value, "it is written like any text");
 static_assert(!std::is_convertible<int, VirtualPutStream>::value, "a number is not a stream by itself");
-
-std::string line(const char* function, const std::string& text) {
-    return std::string("3 ") + function + ": " + text;
-}
 
 void put(VirtualPutStream& stream, const std::string& data) {
     // An exact copy, so that a sanitizer detects a read past its end.
     const std::vector<char> bytes(data.begin(), data.end());
     stream.PutB(bytes.data(), static_cast<int>(bytes.size()));
-}
-
-bool send(VirtualPutStream& stream, const std::string& data) {
-    const std::vector<char> bytes(data.begin(), data.end());
-    return stream.SendOutputStream(bytes.empty() ? "" : bytes.data(), static_cast<unsigned int>(bytes.size()));
-}
-
-std::string held(const VirtualPutStream& stream) {
-    return std::string(stream.pTail(), static_cast<std::size_t>(stream.ReadAvailable()));
 }
 
 // Runs `body` in a thread without a record; the traces show its number as 0.
@@ -118,9 +110,9 @@ TEST(VirtualPutStream, OwnBufferHasItsFullSize) {
 
 TEST(VirtualPutStream, FailedAllocationOfTheBufferThrows1238) {
     test::RecordingOutput target;
-    EXPECT_FAILURE(test::failNth(1, [&] { VirtualPutStream(target, 16, 100); }), 1238, "ut_Buffer", ALLOC, "");
-    EXPECT_FAILURE(VirtualPutStream(target, -5, 1), 1238, "ut_Buffer", ALLOC, "");
-    EXPECT_FAILURE(VirtualPutStream(target, INT_MIN, 1), 1238, "ut_Buffer", ALLOC, "");
+    EXPECT_FAILURE(test::failNth(1, [&] { VirtualPutStream(target, 16, 100); }), 1238, "ut_Buffer", allocName, "");
+    EXPECT_FAILURE(VirtualPutStream(target, -5, 1), 1238, "ut_Buffer", allocName, "");
+    EXPECT_FAILURE(VirtualPutStream(target, INT_MIN, 1), 1238, "ut_Buffer", allocName, "");
 }
 
 TEST(VirtualPutStream, CallersArrayReservesItsLastByteForTheTerminator) {
@@ -153,7 +145,7 @@ TEST(VirtualPutStream, SmallestArraysAreNeverOverrun) {
             stream.PutC('c');
             stream.Indent(3);
             stream.setHoldOutput(true);
-            send(stream, std::string(100, 'y'));
+            sendText(stream, std::string(100, 'y'));
             stream.FlushOutputStream();
             EXPECT_TRUE(text.isGuardWhole()) << size << ", " << threshold;
             EXPECT_EQ(text.isUntouched(), size == 0);
@@ -175,7 +167,7 @@ TEST(VirtualPutStream, ArrayWithoutCapacityRefusesAWrite) {
         test::RecordingOutput target;
         test::GuardedText text(1);
         VirtualPutStream stream(target, text.array(), size, 1);
-        EXPECT_FAILURE(stream.PutB("12", 2), 1239, "ut_VirtualPutStream", PUT_B,
+        EXPECT_FAILURE(stream.PutB("12", 2), 1239, "ut_VirtualPutStream", putBName,
                        "Didn't fit. size=2 remaining=0 msg='12'");
         EXPECT_EQ(target.calls, Lines{});
         EXPECT_TRUE(text.isGuardWhole());
@@ -190,7 +182,7 @@ TEST(VirtualPutStream, StartsInTheSameStateWithACallersArray) {
         VirtualPutStream stream(target, text.array(), 16, 3);
         EXPECT_EQ(stream.transferred(), 0);
         EXPECT_FALSE(stream.isNoThrow());
-        EXPECT_TRUE(send(stream, "passed by"));
+        EXPECT_TRUE(sendText(stream, "passed by"));
         put(stream, "held");
         EXPECT_EQ(stream.transferred(), 4);
     }
@@ -204,7 +196,7 @@ TEST(VirtualPutStream, WithoutATargetIsClosedAndRefusesSends) {
     EXPECT_FALSE(stream.isOutputStreamGood());
     EXPECT_FALSE(stream.StartOutputStream());
     EXPECT_FALSE(stream.SendOutputStream("ports", 5));
-    EXPECT_FAILURE(stream.PutB("ports", 5), 1239, "ut_VirtualPutStream", PUT_B,
+    EXPECT_FAILURE(stream.PutB("ports", 5), 1239, "ut_VirtualPutStream", putBName,
                    "Didn't fit. size=5 remaining=0 msg='ports'");
     stream.setNoThrow(true);
     test::LogCapture log;
@@ -258,7 +250,7 @@ TEST(VirtualPutStream, PutBCallsWriteRemainingBeforeItsFirstPiece) {
     stream.PutS("5678");
     stream.PutB("9", 1);
     EXPECT_EQ(target.calls, (Lines{"send:1234", "send:5678"}));
-    EXPECT_EQ(held(stream), "9");
+    EXPECT_EQ(heldBytes(stream), "9");
 }
 
 TEST(VirtualPutStream, PutBOfNullDoesNothing) {
@@ -267,7 +259,7 @@ TEST(VirtualPutStream, PutBOfNullDoesNothing) {
     stream.PutS("1234");
     stream.PutB(nullptr, 5);
     EXPECT_EQ(target.calls, Lines{});
-    EXPECT_EQ(held(stream), "1234");
+    EXPECT_EQ(heldBytes(stream), "1234");
 }
 
 TEST(VirtualPutStream, PutBOfANegativeLengthWritesNothing) {
@@ -275,7 +267,7 @@ TEST(VirtualPutStream, PutBOfANegativeLengthWritesNothing) {
     VirtualPutStream stream(target, 8, 100);
     stream.PutB("12", -1);
     stream.PutB("12", INT_MIN);
-    EXPECT_EQ(held(stream), "");
+    EXPECT_EQ(heldBytes(stream), "");
 }
 
 TEST(VirtualPutStream, LongOutputIsSentInFullBuffers) {
@@ -283,7 +275,7 @@ TEST(VirtualPutStream, LongOutputIsSentInFullBuffers) {
     VirtualPutStream stream(target, 8, 8);
     put(stream, "abcdefghijklmnopqrst");
     EXPECT_EQ(target.calls, (Lines{"send:abcdefgh", "send:ijklmnop"}));
-    EXPECT_EQ(held(stream), "qrst");
+    EXPECT_EQ(heldBytes(stream), "qrst");
     EXPECT_EQ(stream.transferred(), 16);
 }
 
@@ -304,7 +296,7 @@ TEST(VirtualPutStream, RestAtTheThresholdIsAlsoFlushed) {
     VirtualPutStream stream(target, 8, 4);
     put(stream, "abcdefghijklmnopqrst");
     EXPECT_EQ(target.calls, (Lines{"send:abcdefgh", "send:ijklmnop", "send:qrst"}));
-    EXPECT_EQ(held(stream), "");
+    EXPECT_EQ(heldBytes(stream), "");
 }
 
 TEST(VirtualPutStream, ThresholdOfZeroFlushesAtEveryWriteRemaining) {
@@ -321,11 +313,12 @@ TEST(VirtualPutStream, TextsCallWriteRemainingOnceAndMustFit) {
     test::RecordingOutput target;
     VirtualPutStream stream(target, 8, 6);
     stream.PutF("%d", 12345);
-    EXPECT_FAILURE(stream.PutF("%s", "67890"), 1239, "ut_PutStream", PUT_F, "Didn't fit. wrote=5 remaining=3 msg='%s'");
-    EXPECT_EQ(held(stream), "12345678");
+    EXPECT_FAILURE(stream.PutF("%s", "67890"), 1239, "ut_PutStream", putFName,
+                   "Didn't fit. wrote=5 remaining=3 msg='%s'");
+    EXPECT_EQ(heldBytes(stream), "12345678");
     stream.PutF("%s", "next");
     EXPECT_EQ(target.calls, Lines{"send:12345678"});
-    EXPECT_EQ(held(stream), "next");
+    EXPECT_EQ(heldBytes(stream), "next");
 }
 
 TEST(VirtualPutStream, WithNoThrowTextsThatDoNotFitAreTruncated) {
@@ -335,7 +328,7 @@ TEST(VirtualPutStream, WithNoThrowTextsThatDoNotFitAreTruncated) {
     test::LogCapture log;
     stream.PutF("%d", 12345);
     stream.PutF("%s", "67890");
-    EXPECT_EQ(held(stream), "12345678");
+    EXPECT_EQ(heldBytes(stream), "12345678");
     EXPECT_EQ(log.texts(), Lines{"PutStream::PutF: Didn't fit. wrote=5 remaining=3 msg='%s'"});
 }
 
@@ -368,7 +361,7 @@ TEST(VirtualPutStream, AnyMixOfWritesArrivesInOrder) {
                 break;
             case 2:
                 stream.setHoldOutput(random.below(2) == 0);
-                EXPECT_TRUE(send(stream, data));
+                EXPECT_TRUE(sendText(stream, data));
                 break;
             case 3:
                 stream.PutS(data.c_str());
@@ -389,18 +382,18 @@ TEST(VirtualPutStream, AnyMixOfWritesArrivesInOrder) {
 TEST(VirtualPutStream, UsableTargetThatIsNeverFlushedLeavesTheBufferFull) {
     test::RecordingOutput target;
     VirtualPutStream stream(target, 10, 11);
-    EXPECT_FAILURE(put(stream, "abcdefghijklmno"), 1239, "ut_VirtualPutStream", PUT_B,
+    EXPECT_FAILURE(put(stream, "abcdefghijklmno"), 1239, "ut_VirtualPutStream", putBName,
                    "Didn't fit. size=5 remaining=0 msg='klmno'");
-    EXPECT_EQ(held(stream), "abcdefghij");
+    EXPECT_EQ(heldBytes(stream), "abcdefghij");
     EXPECT_EQ(target.calls, Lines{});
 }
 
 TEST(VirtualPutStream, OneByteLeftOverIsRefusedLikeMany) {
     test::RecordingOutput target;
     VirtualPutStream stream(target, 10, 11);
-    EXPECT_FAILURE(put(stream, "abcdefghijk"), 1239, "ut_VirtualPutStream", PUT_B,
+    EXPECT_FAILURE(put(stream, "abcdefghijk"), 1239, "ut_VirtualPutStream", putBName,
                    "Didn't fit. size=1 remaining=0 msg='k'");
-    EXPECT_EQ(held(stream), "abcdefghij");
+    EXPECT_EQ(heldBytes(stream), "abcdefghij");
 }
 
 TEST(VirtualPutStream, DeadTargetThatIsNeverFlushedLeavesTheBufferFull) {
@@ -409,9 +402,9 @@ TEST(VirtualPutStream, DeadTargetThatIsNeverFlushedLeavesTheBufferFull) {
         target.open = !closed;
         target.error = !closed;
         VirtualPutStream stream(target, 10, 11);
-        EXPECT_FAILURE(put(stream, "abcdefghijklmno"), 1239, "ut_VirtualPutStream", PUT_B,
+        EXPECT_FAILURE(put(stream, "abcdefghijklmno"), 1239, "ut_VirtualPutStream", putBName,
                        "Didn't fit. size=5 remaining=0 msg='klmno'");
-        EXPECT_EQ(held(stream), "abcdefghij");
+        EXPECT_EQ(heldBytes(stream), "abcdefghij");
         EXPECT_EQ(target.calls, Lines{});
     }
 }
@@ -420,10 +413,10 @@ TEST(VirtualPutStream, TargetThatRefusesTwiceInARowThrows) {
     test::RecordingOutput target;
     target.refusals = 100;
     VirtualPutStream stream(target, 10, 5);
-    EXPECT_FAILURE(put(stream, "abcdefghijklmno"), 1239, "ut_VirtualPutStream", PUT_B,
+    EXPECT_FAILURE(put(stream, "abcdefghijklmno"), 1239, "ut_VirtualPutStream", putBName,
                    "Didn't fit. size=5 remaining=0 msg='klmno'");
     EXPECT_EQ(target.calls, (Lines{"refused:abcdefghij", "refused:abcdefghij"}));
-    EXPECT_EQ(held(stream), "abcdefghij") << "what a live target refuses stays queued";
+    EXPECT_EQ(heldBytes(stream), "abcdefghij") << "what a live target refuses stays queued";
 }
 
 TEST(VirtualPutStream, TargetThatRefusesOnceGetsTheBufferAgain) {
@@ -432,7 +425,7 @@ TEST(VirtualPutStream, TargetThatRefusesOnceGetsTheBufferAgain) {
     VirtualPutStream stream(target, 10, 5);
     put(stream, "abcdefghijklm");
     EXPECT_EQ(target.calls, (Lines{"refused:abcdefghij", "send:abcdefghij"}));
-    EXPECT_EQ(held(stream), "klm");
+    EXPECT_EQ(heldBytes(stream), "klm");
 }
 
 TEST(VirtualPutStream, BufferOfOneByteIsAlsoSentAgainToATargetThatRefusesOnce) {
@@ -449,7 +442,7 @@ TEST(VirtualPutStream, TargetThatRefusesGetsOneSendIfNoBytesAreLeftOver) {
     VirtualPutStream stream(target, 10, 5);
     put(stream, "abcdefghij");
     EXPECT_EQ(target.calls, Lines{"refused:abcdefghij"});
-    EXPECT_EQ(held(stream), "abcdefghij");
+    EXPECT_EQ(heldBytes(stream), "abcdefghij");
 }
 
 TEST(VirtualPutStream, TargetThatDiesBetweenTheTwoFlushesGetsNothing) {
@@ -459,7 +452,7 @@ TEST(VirtualPutStream, TargetThatDiesBetweenTheTwoFlushesGetsNothing) {
         target.error = true;
     };
     VirtualPutStream stream(target, 10, 5);
-    EXPECT_FAILURE(put(stream, "abcdefghijklmno"), 1239, "ut_VirtualPutStream", PUT_B,
+    EXPECT_FAILURE(put(stream, "abcdefghijklmno"), 1239, "ut_VirtualPutStream", putBName,
                    "Didn't fit. size=5 remaining=0 msg='klmno'");
     EXPECT_EQ(target.calls, Lines{"refused:abcdefghij"});
 }
@@ -471,14 +464,14 @@ TEST(VirtualPutStream, WithNoThrowDataThatDoesNotFitIsLoggedAndDiscarded) {
     test::LogCapture log;
     put(stream, "abcdefghijklmno");
     EXPECT_EQ(test::traceLines(log), Lines{"0 : PutStream::PutB: Didn't fit. size=5 remaining=0 msg='klmno'"});
-    EXPECT_EQ(held(stream), "abcdefghij");
+    EXPECT_EQ(heldBytes(stream), "abcdefghij");
 }
 
 TEST(VirtualPutStream, LongRestIsTruncatedInTheMessage) {
     test::RecordingOutput target;
     VirtualPutStream stream(target, 10, 11);
     const std::string data(310, 'x');
-    EXPECT_FAILURE(put(stream, data), 1239, "ut_VirtualPutStream", PUT_B,
+    EXPECT_FAILURE(put(stream, data), 1239, "ut_VirtualPutStream", putBName,
                    "Didn't fit. size=300 remaining=0 msg='" + std::string(90, 'x') + "'");
     stream.setNoThrow(true);
     stream.Rewind();
@@ -491,7 +484,7 @@ TEST(VirtualPutStream, LongRestIsTruncatedInTheMessage) {
 TEST(VirtualPutStream, MessageEndsAtANulOfTheRest) {
     test::RecordingOutput target;
     VirtualPutStream stream(target, 1, 2);
-    EXPECT_FAILURE(put(stream, std::string("abc\0d", 5)), 1239, "ut_VirtualPutStream", PUT_B,
+    EXPECT_FAILURE(put(stream, std::string("abc\0d", 5)), 1239, "ut_VirtualPutStream", putBName,
                    "Didn't fit. size=4 remaining=0 msg='bc'");
 }
 
@@ -503,7 +496,7 @@ TEST(VirtualPutStream, OutputToADeadTargetIsDiscardedWithoutBlocking) {
         test::LogCapture log;
         VirtualPutStream stream(target, 10, 5);
         put(stream, std::string(1003, 'x'));
-        EXPECT_EQ(held(stream), "xxx");
+        EXPECT_EQ(heldBytes(stream), "xxx");
         EXPECT_EQ(target.calls, Lines{});
         EXPECT_EQ(stream.transferred(), 0);
         EXPECT_EQ(log.count(), 0u);
@@ -519,7 +512,7 @@ TEST(VirtualPutStream, OutputIsDiscardedAsSoonAsTheTargetDies) {
     put(stream, "abcdefghijklmnopqrstuvwxyz");
     EXPECT_EQ(target.calls, Lines{"send:abcdefghij"});
     EXPECT_EQ(stream.transferred(), 10);
-    EXPECT_EQ(held(stream), "");
+    EXPECT_EQ(heldBytes(stream), "");
 }
 
 // Flushing
@@ -559,7 +552,7 @@ TEST(VirtualPutStream, RefusedFlushKeepsItsBytesForALaterFlush) {
     VirtualPutStream stream(target, 16, 100);
     stream.PutS("ports");
     stream.FlushOutputStream();
-    EXPECT_EQ(held(stream), "ports");
+    EXPECT_EQ(heldBytes(stream), "ports");
     EXPECT_EQ(stream.transferred(), 0);
     stream.PutS("!");
     stream.FlushOutputStream();
@@ -627,13 +620,13 @@ TEST(VirtualPutStream, BytesAcceptedFromARefusedSendAreSentAgain) {
 
     stream.FlushOutputStream();
     EXPECT_EQ(fifo.reader().readAvailable(), text.substr(0, taken));
-    EXPECT_EQ(held(stream), text);
+    EXPECT_EQ(heldBytes(stream), text);
     EXPECT_EQ(stream.transferred(), 0);
 
     ASSERT_GT(fifo.setCapacity(4 * taken), text.size());
     stream.FlushOutputStream();
     EXPECT_EQ(fifo.reader().readAvailable(), text);
-    EXPECT_EQ(held(stream), "");
+    EXPECT_EQ(heldBytes(stream), "");
     EXPECT_EQ(stream.transferred(), static_cast<int>(text.size()));
 }
 
@@ -706,7 +699,7 @@ TEST(VirtualPutStream, FlushToADeadTargetDiscardsTheBuffer) {
     stream.PutS("ports");
     target.error = true;
     stream.FlushOutputStream();
-    EXPECT_EQ(held(stream), "");
+    EXPECT_EQ(heldBytes(stream), "");
     target.error = false;
     stream.FlushOutputStream();
     EXPECT_EQ(target.calls, Lines{});
@@ -745,32 +738,32 @@ TEST(VirtualPutStream, DestructionDoesNotFlush) {
 TEST(VirtualPutStream, SendBypassesAnEmptyBuffer) {
     test::RecordingOutput target;
     VirtualPutStream stream(target, 8, 4);
-    EXPECT_TRUE(send(stream, "abcdefghijklmno"));
-    EXPECT_TRUE(send(stream, ""));
+    EXPECT_TRUE(sendText(stream, "abcdefghijklmno"));
+    EXPECT_TRUE(sendText(stream, ""));
     EXPECT_EQ(target.calls, (Lines{"send:abcdefghijklmno", "send:"}));
     EXPECT_EQ(stream.transferred(), 0) << "what passes by is not counted";
-    EXPECT_EQ(held(stream), "");
+    EXPECT_EQ(heldBytes(stream), "");
 }
 
 TEST(VirtualPutStream, SendThatBypassesTheBufferReturnsTheTargetsResult) {
     test::RecordingOutput target;
     target.refusals = 1;
     VirtualPutStream stream(target, 8, 4);
-    EXPECT_FALSE(send(stream, "abc"));
+    EXPECT_FALSE(sendText(stream, "abc"));
     EXPECT_EQ(target.calls, Lines{"refused:abc"});
-    EXPECT_EQ(held(stream), "");
+    EXPECT_EQ(heldBytes(stream), "");
 }
 
 TEST(VirtualPutStream, SendToADeadTargetReturnsFalseAndBuffersNothing) {
     test::RecordingOutput target;
     VirtualPutStream stream(target, 8, 4);
     target.error = true;
-    EXPECT_FALSE(send(stream, "abc"));
+    EXPECT_FALSE(sendText(stream, "abc"));
     target.error = false;
     target.open = false;
-    EXPECT_FALSE(send(stream, "abc"));
-    EXPECT_FALSE(send(stream, ""));
-    EXPECT_EQ(held(stream), "");
+    EXPECT_FALSE(sendText(stream, "abc"));
+    EXPECT_FALSE(sendText(stream, ""));
+    EXPECT_EQ(heldBytes(stream), "");
     EXPECT_EQ(target.calls, Lines{});
 }
 
@@ -786,20 +779,20 @@ TEST(VirtualPutStream, SendOfNullReturnsFalseUnlessItsSizeIsZero) {
     EXPECT_EQ(target.calls, Lines{});
     EXPECT_TRUE(stream.SendOutputStream(nullptr, 0));
     EXPECT_EQ(target.calls, Lines{"send:1234"}) << "a send calls WriteRemaining at its end";
-    EXPECT_EQ(held(stream), "");
+    EXPECT_EQ(heldBytes(stream), "");
 }
 
 TEST(VirtualPutStream, SendGoesAfterTheBytesInTheBuffer) {
     test::RecordingOutput target;
     VirtualPutStream stream(target, 8, 6);
     stream.PutS("12");
-    EXPECT_TRUE(send(stream, "345"));
-    EXPECT_EQ(held(stream), "12345");
+    EXPECT_TRUE(sendText(stream, "345"));
+    EXPECT_EQ(heldBytes(stream), "12345");
     EXPECT_EQ(target.calls, Lines{});
-    EXPECT_TRUE(send(stream, "6"));
+    EXPECT_TRUE(sendText(stream, "6"));
     EXPECT_EQ(target.calls, Lines{"send:123456"});
     EXPECT_EQ(stream.transferred(), 6);
-    EXPECT_TRUE(send(stream, "7"));
+    EXPECT_TRUE(sendText(stream, "7"));
     EXPECT_EQ(target.calls, (Lines{"send:123456", "send:7"})) << "nothing was held";
 }
 
@@ -807,10 +800,10 @@ TEST(VirtualPutStream, SendIsBufferedIfOutputIsHeld) {
     test::RecordingOutput target;
     VirtualPutStream stream(target, 8, 6);
     stream.setHoldOutput(true);
-    EXPECT_TRUE(send(stream, "12345"));
-    EXPECT_EQ(held(stream), "12345");
+    EXPECT_TRUE(sendText(stream, "12345"));
+    EXPECT_EQ(heldBytes(stream), "12345");
     stream.setHoldOutput(false);
-    EXPECT_TRUE(send(stream, "6"));
+    EXPECT_TRUE(sendText(stream, "6"));
     EXPECT_EQ(target.calls, Lines{"send:123456"});
 }
 
@@ -818,10 +811,10 @@ TEST(VirtualPutStream, LongSendIsBufferedInFullBuffers) {
     test::RecordingOutput target;
     VirtualPutStream stream(target, 8, 8);
     stream.setHoldOutput(true);
-    EXPECT_TRUE(send(stream, "abcdefghijklmnopqrst"));
+    EXPECT_TRUE(sendText(stream, "abcdefghijklmnopqrst"));
     EXPECT_EQ(target.calls, (Lines{"send:abcdefgh", "send:ijklmnop"}));
-    EXPECT_EQ(held(stream), "qrst");
-    EXPECT_TRUE(send(stream, "uvwx"));
+    EXPECT_EQ(heldBytes(stream), "qrst");
+    EXPECT_TRUE(sendText(stream, "uvwx"));
     EXPECT_EQ(target.calls, (Lines{"send:abcdefgh", "send:ijklmnop", "send:qrstuvwx"}));
 }
 
@@ -830,11 +823,11 @@ TEST(VirtualPutStream, SendThatDoesNotFitReturnsFalseAndKeepsWhatFits) {
     VirtualPutStream stream(target, 8, 9);
     stream.setHoldOutput(true);
     test::LogCapture log;
-    EXPECT_FALSE(send(stream, "abcdefghij"));
-    EXPECT_EQ(held(stream), "abcdefgh");
-    EXPECT_FALSE(send(stream, "k"));
-    EXPECT_TRUE(send(stream, ""));
-    EXPECT_EQ(held(stream), "abcdefgh");
+    EXPECT_FALSE(sendText(stream, "abcdefghij"));
+    EXPECT_EQ(heldBytes(stream), "abcdefgh");
+    EXPECT_FALSE(sendText(stream, "k"));
+    EXPECT_TRUE(sendText(stream, ""));
+    EXPECT_EQ(heldBytes(stream), "abcdefgh");
     EXPECT_EQ(target.calls, Lines{});
     EXPECT_EQ(log.count(), 0u);
 }
@@ -844,13 +837,13 @@ TEST(VirtualPutStream, RefusedSendReturnsFalseOnceTheBufferIsFull) {
     target.refusals = 100;
     VirtualPutStream stream(target, 8, 4);
     stream.setHoldOutput(true);
-    EXPECT_TRUE(send(stream, "abcdefgh"));
-    EXPECT_FALSE(send(stream, "i"));
-    EXPECT_EQ(held(stream), "abcdefgh");
+    EXPECT_TRUE(sendText(stream, "abcdefgh"));
+    EXPECT_FALSE(sendText(stream, "i"));
+    EXPECT_EQ(heldBytes(stream), "abcdefgh");
     target.refusals = 0;
-    EXPECT_TRUE(send(stream, "i"));
+    EXPECT_TRUE(sendText(stream, "i"));
     EXPECT_EQ(target.text(), "abcdefgh");
-    EXPECT_EQ(held(stream), "i");
+    EXPECT_EQ(heldBytes(stream), "i");
 }
 
 TEST(VirtualPutStream, SendToATargetThatDiesMidwayReturnsFalseAndDiscardsTheRest) {
@@ -860,9 +853,9 @@ TEST(VirtualPutStream, SendToATargetThatDiesMidwayReturnsFalseAndDiscardsTheRest
     };
     VirtualPutStream stream(target, 8, 8);
     stream.setHoldOutput(true);
-    EXPECT_FALSE(send(stream, "abcdefghijklmnopqrst"));
+    EXPECT_FALSE(sendText(stream, "abcdefghijklmnopqrst"));
     EXPECT_EQ(target.calls, Lines{"send:abcdefgh"});
-    EXPECT_EQ(held(stream), "");
+    EXPECT_EQ(heldBytes(stream), "");
     EXPECT_EQ(stream.transferred(), 8);
 }
 
@@ -870,14 +863,14 @@ TEST(VirtualPutStream, BufferedSendToADeadTargetReturnsFalseAndDiscardsTheBuffer
     test::RecordingOutput target;
     VirtualPutStream stream(target, 8, 4);
     stream.setHoldOutput(true);
-    EXPECT_TRUE(send(stream, "123"));
+    EXPECT_TRUE(sendText(stream, "123"));
     target.open = false;
-    EXPECT_FALSE(send(stream, "4"));
-    EXPECT_EQ(held(stream), "123");
+    EXPECT_FALSE(sendText(stream, "4"));
+    EXPECT_EQ(heldBytes(stream), "123");
     stream.PutC('4');
-    EXPECT_FALSE(send(stream, "5"));
-    EXPECT_EQ(held(stream), "");
-    EXPECT_TRUE(send(stream, ""));
+    EXPECT_FALSE(sendText(stream, "5"));
+    EXPECT_EQ(heldBytes(stream), "");
+    EXPECT_TRUE(sendText(stream, ""));
     EXPECT_EQ(target.calls, Lines{});
 }
 
@@ -902,7 +895,7 @@ TEST(VirtualPutStream, StartFlushesAndEndsAnEarlierUse) {
     EXPECT_TRUE(stream.StartOutputStream());
     EXPECT_EQ(target.calls, (Lines{"send:abc", "end", "start"}));
     EXPECT_EQ(stream.transferred(), 0);
-    EXPECT_EQ(held(stream), "");
+    EXPECT_EQ(heldBytes(stream), "");
 }
 
 TEST(VirtualPutStream, StartDiscardsWhatTheTargetRefused) {
@@ -912,7 +905,7 @@ TEST(VirtualPutStream, StartDiscardsWhatTheTargetRefused) {
     stream.PutS("abc");
     EXPECT_TRUE(stream.StartOutputStream());
     EXPECT_EQ(target.calls, (Lines{"refused:abc", "end", "start"}));
-    EXPECT_EQ(held(stream), "");
+    EXPECT_EQ(heldBytes(stream), "");
     EXPECT_EQ(stream.pBuffer()[0], 0);
 }
 
@@ -971,8 +964,9 @@ TEST(VirtualPutStream, TracesAnAcceptedFlush) {
         stream.setTrace(true);
         stream.PutS("ports");
         stream.FlushOutputStream();
-        EXPECT_EQ(test::traceLines(log), (Lines{line(FLUSH, "(0)"), line(FLUSH, "(0) [Flushed 5 bytes]\n"),
-                                                line(FLUSH, "(0) now have 0 at tail 0 head 0\n")}));
+        EXPECT_EQ(test::traceLines(log),
+                  (Lines{traceLine(3, flushName, "(0)"), traceLine(3, flushName, "(0) [Flushed 5 bytes]\n"),
+                         traceLine(3, flushName, "(0) now have 0 at tail 0 head 0\n")}));
     });
 }
 
@@ -985,8 +979,9 @@ TEST(VirtualPutStream, TracesAFlushOfAnEmptyBuffer) {
         stream.FlushOutputStream();
         target.open = false;
         stream.FlushOutputStream();
-        EXPECT_EQ(test::traceLines(log), (Lines{line(FLUSH, "(0)"), line(FLUSH, "(0) rewind\n"), //
-                                                line(FLUSH, "(0)"), line(FLUSH, "(0) rewind\n")}));
+        EXPECT_EQ(test::traceLines(log),
+                  (Lines{traceLine(3, flushName, "(0)"), traceLine(3, flushName, "(0) rewind\n"), //
+                         traceLine(3, flushName, "(0)"), traceLine(3, flushName, "(0) rewind\n")}));
     });
 }
 
@@ -1001,9 +996,10 @@ TEST(VirtualPutStream, TracesDiscardedOutput) {
         stream.FlushOutputStream();
         stream.PutC('4');
         stream.FlushOutputStream();
-        EXPECT_EQ(test::traceLines(log),
-                  (Lines{line(FLUSH, "(0)"), line(FLUSH, "(0) discarding virtual stream output 5\n"),
-                         line(FLUSH, "(0)"), line(FLUSH, "(0) discarding virtual stream output 1\n")}));
+        EXPECT_EQ(test::traceLines(log), (Lines{traceLine(3, flushName, "(0)"),
+                                                traceLine(3, flushName, "(0) discarding virtual stream output 5\n"),
+                                                traceLine(3, flushName, "(0)"),
+                                                traceLine(3, flushName, "(0) discarding virtual stream output 1\n")}));
     });
 }
 
@@ -1016,19 +1012,19 @@ TEST(VirtualPutStream, TracesARefusedFlushWithTheStateOfTheTarget) {
         stream.setTrace(true);
         stream.PutS("ports");
         stream.FlushOutputStream();
-        EXPECT_EQ(
-            test::traceLines(log),
-            (Lines{line(FLUSH, "(0)"), line(FLUSH, "(0) Failed - to flush 5 bytes, open: true, inError: false\n")}));
+        EXPECT_EQ(test::traceLines(log),
+                  (Lines{traceLine(3, flushName, "(0)"),
+                         traceLine(3, flushName, "(0) Failed - to flush 5 bytes, open: true, inError: false\n")}));
         log.clear();
         target.afterSend = [&] {
             target.open = false;
             target.error = true;
         };
         stream.FlushOutputStream();
-        EXPECT_EQ(
-            test::traceLines(log),
-            (Lines{line(FLUSH, "(0)"), line(FLUSH, "(0) Failed - to flush 5 bytes, open: false, inError: true\n")}));
-        EXPECT_EQ(held(stream), "ports");
+        EXPECT_EQ(test::traceLines(log),
+                  (Lines{traceLine(3, flushName, "(0)"),
+                         traceLine(3, flushName, "(0) Failed - to flush 5 bytes, open: false, inError: true\n")}));
+        EXPECT_EQ(heldBytes(stream), "ports");
     });
 }
 
@@ -1043,7 +1039,7 @@ TEST(VirtualPutStream, DestructionTracesTheBytesTransferred) {
             stream.PutS("held");
             stream.setTrace(true);
         }
-        EXPECT_EQ(test::traceLines(log), Lines{line(DESTROY, "(0) transferred: 5")});
+        EXPECT_EQ(test::traceLines(log), Lines{traceLine(3, destroyName, "(0) transferred: 5")});
     });
 }
 
@@ -1059,9 +1055,10 @@ TEST(VirtualPutStream, TracesContainTheThreadNumber) {
             stream.FlushOutputStream();
         }
         EXPECT_EQ(test::traceLines(log),
-                  (Lines{line(FLUSH, "(" + number + ")"), line(FLUSH, "(" + number + ") [Flushed 1 bytes]\n"),
-                         line(FLUSH, "(" + number + ") now have 0 at tail 0 head 0\n"),
-                         line(DESTROY, "(" + number + ") transferred: 1")}));
+                  (Lines{traceLine(3, flushName, "(" + number + ")"),
+                         traceLine(3, flushName, "(" + number + ") [Flushed 1 bytes]\n"),
+                         traceLine(3, flushName, "(" + number + ") now have 0 at tail 0 head 0\n"),
+                         traceLine(3, destroyName, "(" + number + ") transferred: 1")}));
         EXPECT_NE(number, "0");
     });
 }

@@ -15,6 +15,7 @@
 #include <gtest/gtest.h>
 
 #include "DebugSwitch.h"
+#include "ErrorContext.h"
 #include "LogCapture.h"
 #include "ThreadCalls.h"
 #include "TraceLines.h"
@@ -23,6 +24,8 @@
 namespace {
 
 using framework::Logger;
+using test::expectErrorWithContext;
+using test::traceLine;
 using utility::Waiter;
 using Lines = std::vector<std::string>;
 using Calls = std::vector<test::ThreadCall>;
@@ -40,10 +43,6 @@ constexpr const char* broadcastName = "void utility::Waiter::broadcast() const";
 static_assert(!std::is_polymorphic<Waiter>::value, "it has no virtual operation");
 static_assert(!std::is_copy_constructible<Waiter>::value, "a mutex cannot be copied");
 static_assert(!std::is_copy_assignable<Waiter>::value, "a mutex cannot be copied");
-
-std::string line(int type, const char* function, const std::string& text) {
-    return std::to_string(type) + " " + function + ": " + text;
-}
 
 timespec now() {
     timespec time;
@@ -389,7 +388,7 @@ TEST(Waiter, TracesLockAndUnlock) {
     waiter.lock();
     waiter.unlock();
     EXPECT_EQ(test::traceLines(log),
-              (Lines{line(3, lockName, "Locking ....."), line(3, unlockName, ".....  Unlocking")}));
+              (Lines{traceLine(3, lockName, "Locking ....."), traceLine(3, unlockName, ".....  Unlocking")}));
 }
 
 TEST(Waiter, TracesSignalButNoBroadcast) {
@@ -400,7 +399,7 @@ TEST(Waiter, TracesSignalButNoBroadcast) {
         waiter.signal();
         waiter.broadcast();
     }
-    EXPECT_EQ(test::traceLines(log), Lines{line(3, signalName, "Signal")});
+    EXPECT_EQ(test::traceLines(log), Lines{traceLine(3, signalName, "Signal")});
 }
 
 TEST(Waiter, TracesWaitsWithoutALimit) {
@@ -412,9 +411,10 @@ TEST(Waiter, TracesWaitsWithoutALimit) {
     waiter.wait(0);
     calls.answerNext(test::CONDITION_WAIT, 0);
     waiter.waitMicroseconds(0);
-    EXPECT_EQ(test::traceLines(log), (Lines{line(3, waitName, "Waiting: 0"), line(3, waitName, "Wait .... (1 waiters)"),
-                                            line(3, waitMicrosecondsName, "Waiting: 0"),
-                                            line(3, waitMicrosecondsName, "Wait .... (1 waiters)")}));
+    EXPECT_EQ(test::traceLines(log),
+              (Lines{traceLine(3, waitName, "Waiting: 0"), traceLine(3, waitName, "Wait .... (1 waiters)"),
+                     traceLine(3, waitMicrosecondsName, "Waiting: 0"),
+                     traceLine(3, waitMicrosecondsName, "Wait .... (1 waiters)")}));
 }
 
 TEST(Waiter, TracesTimedWaits) {
@@ -428,12 +428,12 @@ TEST(Waiter, TracesTimedWaits) {
     waiter.wait(-1);
     calls.answerNext(test::CONDITION_TIMEDWAIT, ETIMEDOUT);
     waiter.waitMicroseconds(4294967295ULL);
-    EXPECT_EQ(test::traceLines(log), (Lines{line(3, waitName, "Waiting: 3600"),               //
-                                            line(3, waitName, "timed Wait .... (1 waiters)"), //
-                                            line(3, waitName, "Waiting: -1"),                 //
-                                            line(3, waitName, "timed Wait .... (1 waiters)"), //
-                                            line(3, waitMicrosecondsName, "Waiting: 4294967295"),
-                                            line(3, waitMicrosecondsName, "timed Wait .... (1 waiters)")}));
+    EXPECT_EQ(test::traceLines(log), (Lines{traceLine(3, waitName, "Waiting: 3600"),               //
+                                            traceLine(3, waitName, "timed Wait .... (1 waiters)"), //
+                                            traceLine(3, waitName, "Waiting: -1"),                 //
+                                            traceLine(3, waitName, "timed Wait .... (1 waiters)"), //
+                                            traceLine(3, waitMicrosecondsName, "Waiting: 4294967295"),
+                                            traceLine(3, waitMicrosecondsName, "timed Wait .... (1 waiters)")}));
 }
 
 TEST(Waiter, TracesTheStepsOfANoLockWait) {
@@ -441,15 +441,16 @@ TEST(Waiter, TracesTheStepsOfANoLockWait) {
     Waiter waiter;
     test::LogCapture log;
     EXPECT_FALSE(waiter.waitMicrosecondsNoLock(1));
-    EXPECT_EQ(
-        test::traceLines(log),
-        (Lines{line(3, lockName, "Locking ....."), line(3, waitMicrosecondsName, "Waiting: 1"),
-               line(3, waitMicrosecondsName, "timed Wait .... (1 waiters)"), line(3, unlockName, ".....  Unlocking")}));
+    EXPECT_EQ(test::traceLines(log),
+              (Lines{traceLine(3, lockName, "Locking ....."), traceLine(3, waitMicrosecondsName, "Waiting: 1"),
+                     traceLine(3, waitMicrosecondsName, "timed Wait .... (1 waiters)"),
+                     traceLine(3, unlockName, ".....  Unlocking")}));
     log.clear();
     EXPECT_FALSE(waiter.waitNoLock(1));
-    EXPECT_EQ(test::traceLines(log),
-              (Lines{line(3, lockName, "Locking ....."), line(3, waitName, "Waiting: 1"),
-                     line(3, waitName, "timed Wait .... (1 waiters)"), line(3, unlockName, ".....  Unlocking")}));
+    EXPECT_EQ(
+        test::traceLines(log),
+        (Lines{traceLine(3, lockName, "Locking ....."), traceLine(3, waitName, "Waiting: 1"),
+               traceLine(3, waitName, "timed Wait .... (1 waiters)"), traceLine(3, unlockName, ".....  Unlocking")}));
 }
 
 TEST(Waiter, CountsTheThreadsThatAreInsideAWait) {
@@ -489,17 +490,6 @@ TEST(Waiter, WritesNoTracesWithTheSwitchOff) {
 
 // Errors
 
-// Expects one error line followed by the error context.
-void expectErrorWithContext(const test::LogCapture& log, const std::string& function, const std::string& text) {
-    const std::vector<test::LogEntry> entries = log.entries();
-    ASSERT_EQ(entries.size(), 3u);
-    EXPECT_EQ(test::traceLines(log)[0], line(0, function.c_str(), text));
-    EXPECT_EQ(entries[1].type, Logger::LOG_ERROR);
-    EXPECT_EQ(entries[1].text, "ErrorContext - for diagnostic purposes.");
-    EXPECT_EQ(entries[2].type, Logger::LOG_ERROR);
-    EXPECT_EQ(entries[2].text.find("Backtrace of "), 0u);
-}
-
 TEST(Waiter, FailingInitsAreLoggedAndTheZeroFilledPartsWork) {
     alignas(Waiter) unsigned char storage[sizeof(Waiter)];
     std::memset(storage, 0xA5, sizeof storage);
@@ -512,8 +502,8 @@ TEST(Waiter, FailingInitsAreLoggedAndTheZeroFilledPartsWork) {
         waiter = new (storage) Waiter;
         EXPECT_EQ(calls.calls(), (Calls{test::MUTEX_INIT, test::CONDITION_INIT}));
     }
-    EXPECT_EQ(test::traceLines(log), (Lines{line(0, constructName, "initializing Consistency mutex 12"),
-                                            line(0, constructName, "initializing wait condition 11")}));
+    EXPECT_EQ(test::traceLines(log), (Lines{traceLine(0, constructName, "initializing Consistency mutex 12"),
+                                            traceLine(0, constructName, "initializing wait condition 11")}));
     {
         WaitingThread waiting(*waiter, [=] { return waiter->wait(0); });
         waiter->signal();
@@ -555,10 +545,10 @@ TEST(Waiter, FailingWaitIsLoggedAndCountsAsWoken) {
     EXPECT_TRUE(waiter.wait(1));
     calls.answerNext(test::CONDITION_TIMEDWAIT, EPERM);
     EXPECT_TRUE(waiter.waitMicroseconds(1));
-    EXPECT_EQ(test::traceLines(log), (Lines{line(0, waitName, "Wait condition error 22"),            //
-                                            line(0, waitMicrosecondsName, "Wait condition error 1"), //
-                                            line(0, waitName, "Wait condition error 22"),            //
-                                            line(0, waitMicrosecondsName, "Wait condition error 1")}));
+    EXPECT_EQ(test::traceLines(log), (Lines{traceLine(0, waitName, "Wait condition error 22"),            //
+                                            traceLine(0, waitMicrosecondsName, "Wait condition error 1"), //
+                                            traceLine(0, waitName, "Wait condition error 22"),            //
+                                            traceLine(0, waitMicrosecondsName, "Wait condition error 1")}));
 }
 
 TEST(Waiter, WaitWithoutALimitThatReportsATimeOutIsAnError) {
@@ -567,7 +557,7 @@ TEST(Waiter, WaitWithoutALimitThatReportsATimeOutIsAnError) {
     test::ThreadCalls calls(&waiter, sizeof waiter);
     calls.answerNext(test::CONDITION_WAIT, ETIMEDOUT);
     EXPECT_TRUE(waiter.wait(0));
-    EXPECT_EQ(test::traceLines(log), Lines{line(0, waitName, "Wait condition error 110")});
+    EXPECT_EQ(test::traceLines(log), Lines{traceLine(0, waitName, "Wait condition error 110")});
 }
 
 TEST(Waiter, FailedWaitsLeaveTheCountAsItWas) {
@@ -599,8 +589,8 @@ TEST(Waiter, FailingSignalAndBroadcastAreLogged) {
     waiter.signal();
     calls.answerNext(test::CONDITION_BROADCAST, EPERM);
     waiter.broadcast();
-    EXPECT_EQ(test::traceLines(log), (Lines{line(0, signalName, "Signal condition error 22"),
-                                            line(0, broadcastName, "Broadcast condition error 1")}));
+    EXPECT_EQ(test::traceLines(log), (Lines{traceLine(0, signalName, "Signal condition error 22"),
+                                            traceLine(0, broadcastName, "Broadcast condition error 1")}));
 }
 
 TEST(Waiter, TracesComeBeforeTheErrors) {
@@ -613,9 +603,9 @@ TEST(Waiter, TracesComeBeforeTheErrors) {
     calls.answerNext(test::CONDITION_SIGNAL, EINVAL);
     waiter.signal();
     EXPECT_EQ(test::traceLines(log),
-              (Lines{line(3, waitName, "Waiting: 1"), line(3, waitName, "timed Wait .... (1 waiters)"),
-                     line(0, waitName, "Wait condition error 22"), line(3, signalName, "Signal"),
-                     line(0, signalName, "Signal condition error 22")}));
+              (Lines{traceLine(3, waitName, "Waiting: 1"), traceLine(3, waitName, "timed Wait .... (1 waiters)"),
+                     traceLine(0, waitName, "Wait condition error 22"), traceLine(3, signalName, "Signal"),
+                     traceLine(0, signalName, "Signal condition error 22")}));
 }
 
 } // namespace

@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include "CountedPositions.h"
 #include "support/ExpectFailure.h"
 #include "support/LogCapture.h"
 #include "support/RandomRun.h"
@@ -22,28 +23,9 @@
 
 namespace {
 
+using test::CountedPositions;
 using utility::Buffer;
 using utility::PutStream;
-
-class OverridingStream : public PutStream {
-public:
-    OverridingStream(char* storage, int size) : PutStream(storage, size) {}
-
-    int WriteRemaining() const override {
-        ++m_calls;
-        return Buffer::WriteRemaining();
-    }
-    void WriteAdvance(int n) override {
-        ++m_calls;
-        Buffer::WriteAdvance(n);
-    }
-    int calls() const {
-        return m_calls;
-    }
-
-private:
-    mutable int m_calls = 0;
-};
 
 using Writer = std::function<void(PutStream& out)>;
 
@@ -108,7 +90,7 @@ TEST(WholeText, IsWrittenAsAnOverridingClassWritesIt) {
         std::string direct(120, '#');
         std::string plain = direct;
         PutStream directStream(direct.data(), size);
-        OverridingStream plainStream(plain.data(), size);
+        CountedPositions<PutStream> plainStream(plain.data(), size);
         directStream.setNoThrow(quiet);
         plainStream.setNoThrow(quiet);
         for (int i = 0; i < 4 && !HasFailure(); ++i) {
@@ -131,7 +113,7 @@ TEST(WholeText, StreamWithoutStorageRefusesItAsAnOverridingClassDoes) {
     test::RandomRun random;
     while (random.steps(300)) {
         PutStream directStream(nullptr, 40);
-        OverridingStream plainStream(nullptr, 40);
+        CountedPositions<PutStream> plainStream(nullptr, 40);
         const Writer write = randomWriter(random);
         EXPECT_EQ(failureOf(write, directStream), failureOf(write, plainStream));
         EXPECT_EQ(directStream.WritePosition(), plainStream.WritePosition());

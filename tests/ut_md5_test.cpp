@@ -13,10 +13,13 @@
 #include <string>
 #include <vector>
 
+#include "RandomBytes.h"
 #include "TemporaryDirectory.h"
 #include "md5_from_c.h"
 
 namespace {
+
+using test::randomBytes;
 
 std::string asHex(const unsigned char (&digest)[16]) {
     std::string text;
@@ -43,13 +46,6 @@ std::string md5(const std::string& bytes) {
     md5_init(&state);
     append(state, bytes);
     return finish(state);
-}
-
-std::string randomBytes(std::mt19937& random, std::size_t size) {
-    std::string bytes(size, 0);
-    for (char& byte : bytes)
-        byte = static_cast<char>(random());
-    return bytes;
 }
 
 // The digests that one run of the program md5sum prints for `contents`, written to files.

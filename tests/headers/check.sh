@@ -7,29 +7,14 @@
 #   - every other header as C++98, and the umbrella header as C++11 and C++14: the first error asks for C++17;
 #   - the umbrella header includes all the others.
 set -u
-build=$1
-compiler=$2
+# shellcheck source=tests/support/installed_headers.sh
+. "$(dirname -- "${BASH_SOURCE[0]}")/../support/installed_headers.sh"
 options=("${@:3}")
 for_c=(ut_CExport.h ut_Platform.h ut_Switches.h ut_md5.h)
 demand='VXut needs C++17 or later: compile with -std=c++17'
 
-if ! command -v "$compiler" >/dev/null; then
-    echo "check.sh: Skipped"
-    echo "$compiler is not installed"
-    exit 77
-fi
-folder=$(mktemp -d) || exit
-trap 'rm -rf "$folder"' EXIT
-export LC_ALL=C
-
-fail() {
-    echo "FAILED: $*" >&2
-    exit 1
-}
-
-# Not as system headers, in which a compiler would keep its warnings to itself.
-cmake --install "$build" --component headers --prefix "$folder" >"$folder/install.log" || fail "the headers are not installed"
 headers=$folder/include/VXut
+# Not as system headers, in which a compiler does not report its warnings.
 options+=(-I"$folder/include")
 
 warnings=(-Wall -Wextra -Wpedantic -Wshadow -Wconversion)

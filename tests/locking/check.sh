@@ -5,25 +5,9 @@
 #   - what is right compiles without a warning; what is wrong does not compile, because of that analysis;
 #   - without the options, as clients compile it, what is wrong compiles too.
 set -u
-build=$1
-compiler=$2
+# shellcheck source=tests/support/installed_headers.sh
+. "$(dirname -- "${BASH_SOURCE[0]}")/../support/installed_headers.sh"
 analysis=("${@:3}")
-
-if ! command -v "$compiler" >/dev/null; then
-    echo "check.sh: Skipped"
-    echo "$compiler is not installed"
-    exit 77
-fi
-folder=$(mktemp -d) || exit
-trap 'rm -rf "$folder"' EXIT
-export LC_ALL=C
-
-fail() {
-    echo "FAILED: $*" >&2
-    exit 1
-}
-
-cmake --install "$build" --component headers --prefix "$folder" >"$folder/install.log" || fail "the headers are not installed"
 
 # compile STATEMENTS OPTION...: compiles a function with these statements.
 compile() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -33,6 +34,22 @@ inline bool isClosedOnExec(int fd) {
 
 inline bool isOpenDescriptor(int fd) {
     return fcntl(fd, F_GETFD) >= 0;
+}
+
+/// The open descriptors of this process below 1024.
+inline std::set<int> openDescriptors() {
+    std::set<int> descriptors;
+    for (int fd = 0; fd < 1024; ++fd)
+        if (isOpenDescriptor(fd))
+            descriptors.insert(fd);
+    return descriptors;
+}
+
+/// The descriptor that the next `open` returns.
+inline int lowestFreeDescriptor() {
+    const int descriptor = open("/dev/null", O_RDONLY);
+    close(descriptor);
+    return descriptor;
 }
 
 /// Closes standard input, output and error. For child processes.

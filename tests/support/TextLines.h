@@ -1,0 +1,18 @@
+#pragma once
+
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace test {
+
+/// The lines of a text, without their newlines.
+inline std::vector<std::string> linesOf(const std::string& text) {
+    std::istringstream stream(text);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(stream, line);)
+        lines.push_back(line);
+    return lines;
+}
+
+} // namespace test
