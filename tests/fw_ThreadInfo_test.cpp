@@ -27,7 +27,7 @@ void inThread(Body body) {
 }
 
 // Asks before any other thread of this program does.
-const int firstNumber = [] {
+const auto firstNumber = [] {
     int number = 0;
     inThread([&] { number = ThreadInfo::MyThreadInfo()->getNum(); });
     return number;

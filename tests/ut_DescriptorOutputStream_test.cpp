@@ -23,9 +23,9 @@
 
 namespace {
 
-/// How many of this thread's next calls of `write` return 0.
+// How many of this thread's next calls of `write` return 0.
 thread_local int emptyWrites = 0;
-/// How many bytes each call of `write` in this thread accepts.
+// How many bytes each call of `write` in this thread accepts.
 thread_local std::size_t bytesPerWrite = SIZE_MAX;
 
 } // namespace

@@ -50,7 +50,7 @@ void pause() {
     std::this_thread::sleep_for(std::chrono::milliseconds(10));
 }
 
-/// Starts a thread that runs `operation`. Returns its number when the thread has slept for some time.
+// Starts a thread that runs `operation`. Returns its number when the thread has slept for some time.
 template<typename Operation>
 long startBlocked(Operation operation) {
     std::atomic<long> started{0};
