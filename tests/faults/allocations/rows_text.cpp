@@ -1,7 +1,10 @@
 #include <cerrno>
 #include <cstring>
+#include <string>
 
 #include "Trial.h"
+#include "fw_StableStringRepository.h"
+#include "ut_Arguments.h"
 #include "ut_BufferStream.h"
 #include "ut_ControllerSelector.h"
 #include "ut_DateTime.h"
@@ -12,9 +15,13 @@
 #include "ut_IPV6Address.h"
 #include "ut_ISCSIPortAddress.h"
 #include "ut_Misc.h"
+#include "ut_Options.h"
 #include "ut_ParameterList.h"
+#include "ut_Path.h"
 #include "ut_SerialNumber.h"
+#include "ut_Text.h"
 #include "ut_TimeMeasure.h"
+#include "ut_URL.h"
 #include "ut_VolumeGroupFormatter.h"
 #include "ut_WWN.h"
 #include "ut_md5.h"
@@ -366,12 +373,82 @@ std::vector<Row> timeRows() {
     };
 }
 
+// A row of `toText`, with a text that is too long for the storage inside a `std::string`.
+template<typename Object>
+Row toTextRow(const std::string& name, const char* text, const char* expected) {
+    return {"Text: toText of " + name, "bad_alloc", [text, expected](Trial& trial) {
+                const Object object(text);
+                trial.run([&] { return utility::toText(object) == expected; });
+            }};
+}
+
+std::vector<Row> conversionRows() {
+    const char* const longText = "/directory/of/a/file.txt";
+    return {
+        toTextRow<IPV6Address>("an address", "fe80:1111:2222:3333::1", "fe80:1111:2222:3333::1"),
+        toTextRow<DateTime>("a time", "2024-02-29 12:30:15", "2024-02-29 12:30:15"),
+        toTextRow<utility::Path>("a path", longText, longText),
+        toTextRow<utility::URL>("a URL", "abc://node:8080/path?query", "abc://node:8080/path?query"),
+        toTextRow<utility::Arguments>("arguments", "show the long file", "show the long file"),
+        {"Text: toText of options", "bad_alloc",
+         [](Trial& trial) {
+             char text[] = "name=a long value of a name";
+             utility::Options options;
+             options.set(text);
+             trial.run([&] { return utility::toText(options) == text; });
+         }},
+        {"Text: toText of a token", "bad_alloc",
+         [](Trial& trial) {
+             const stringtoken token = strings::GS.toToken("ut_FastSortedStringDirectory");
+             trial.run([&] { return utility::toText(token) == "ut_FastSortedStringDirectory"; });
+         },
+         "the text of the token"},
+        {"Text: toText of a buffer", "bad_alloc",
+         [](Trial& trial) {
+             trial.run([] {
+                 return utility::toText([](char* buffer, unsigned int size) {
+                            std::memset(buffer, 'x', size);
+                        }).size() == 1048576;
+             });
+         }},
+        {"Text: fromText of an invalid time", "same bad_alloc",
+         [](Trial& trial) {
+             trial.run([] { return utility::fromText<DateTime>("2024").has_value(); });
+         }},
+        {"Text: fromText of an IPv6 address", "false",
+         [](Trial& trial) {
+             trial.run([] { return utility::fromText<IPV6Address>("fe80::1").has_value(); });
+         }},
+        {"Text: what allocates nothing", allocatesNothing,
+         [](Trial& trial) {
+             BufferStream stream(64);
+             stream.PutS("readable");
+             const FCPortAddress port(FCPortAddress::WWN_TYPE_0, "0102030405060708");
+             const FCPortAddress other(FCPortAddress::WWN_TYPE_1, "0102030405060708");
+             trial.run([&] {
+                 using utility::fromText;
+                 const auto time = fromText<DateTime>("2024-02-29 12:30:15");
+                 const auto address = fromText<IPV4Address>("255.255.255.255");
+                 return time.has_value() && *time == DateTime(2024, 2, 29, 12, 30, 15) &&
+                        *time < DateTime(2024, 3, 1) && address.has_value() && IPV4Address() < *address &&
+                        fromText<WWN>("0102030405060708").has_value() && !fromText<WWN>("01").has_value() &&
+                        fromText<SerialNumber>("00c0ff112233aabb4455667788000000").has_value() &&
+                        fromText<DateTime::Month>("February").has_value() &&
+                        fromText<DateTime::Weekday>("Thursday").has_value() &&
+                        fromText<PortAddress::PortType>("iSCSI").has_value() &&
+                        static_cast<const PortAddress&>(port) < other && utility::readableText(stream) == "readable";
+             });
+         }},
+    };
+}
+
 } // namespace
 
 std::vector<Row> textRows() {
     std::vector<Row> rows = identifierRows();
     add(rows, miscRows());
     add(rows, timeRows());
+    add(rows, conversionRows());
     return rows;
 }
 
