@@ -11,7 +11,7 @@
 namespace bench {
 namespace {
 
-constexpr unsigned int COUNT = 1000;
+constexpr unsigned int elementCount = 1000;
 
 bool equal(const utility::IntArray& array, const std::vector<int>& vector) {
     if (array.length() != vector.size())
@@ -23,30 +23,30 @@ bool equal(const utility::IntArray& array, const std::vector<int>& vector) {
 }
 
 void elements(Bench& bench) {
-    utility::IntArray array(COUNT + 24);
+    utility::IntArray array(elementCount + 24);
     std::vector<int> vector;
-    vector.reserve(COUNT + 24);
-    std::vector<unsigned int> order(COUNT);
+    vector.reserve(elementCount + 24);
+    std::vector<unsigned int> order(elementCount);
     std::mt19937 random(1);
     for (unsigned int& index : order)
-        index = static_cast<unsigned int>(random() % COUNT);
+        index = static_cast<unsigned int>(random() % elementCount);
 
     const auto append = [&](long) {
         array.truncate(0);
-        for (unsigned int index = 0; index < COUNT; ++index)
+        for (unsigned int index = 0; index < elementCount; ++index)
             array.Append(static_cast<int>(index));
     };
     const auto pushBack = [&](long) {
         vector.clear();
-        for (unsigned int index = 0; index < COUNT; ++index) {
+        for (unsigned int index = 0; index < elementCount; ++index) {
             vector.push_back(static_cast<int>(index));
             keep(vector);
         }
     };
     append(0);
     pushBack(0);
-    bench.row({"IntArray::Append, capacity given", "std::vector::push_back", 1.0, COUNT}, equal(array, vector), append,
-              pushBack);
+    bench.row({"IntArray::Append, capacity given", "std::vector::push_back", 1.0, elementCount}, equal(array, vector),
+              append, pushBack);
 
     int ourValue = 0;
     int theirValue = 0;
@@ -64,23 +64,23 @@ void elements(Bench& bench) {
     };
     index(0);
     at(0);
-    bench.row({"IntArray[], any order", "std::vector::at", 1.05, COUNT}, ourValue == theirValue, index, at);
+    bench.row({"IntArray[], any order", "std::vector::at", 1.05, elementCount}, ourValue == theirValue, index, at);
 
     const auto setAt = [&](long i) {
-        for (unsigned int place = 0; place < COUNT; ++place) {
+        for (unsigned int place = 0; place < elementCount; ++place) {
             array.SetAt(place, static_cast<int>(place + static_cast<unsigned int>(i)));
             keep(array);
         }
     };
     const auto assignAt = [&](long i) {
-        for (unsigned int place = 0; place < COUNT; ++place) {
+        for (unsigned int place = 0; place < elementCount; ++place) {
             vector.at(place) = static_cast<int>(place + static_cast<unsigned int>(i));
             keep(vector);
         }
     };
     setAt(7);
     assignAt(7);
-    bench.row({"IntArray::SetAt", "std::vector::at", 1.1, COUNT}, equal(array, vector), setAt, assignAt);
+    bench.row({"IntArray::SetAt", "std::vector::at", 1.1, elementCount}, equal(array, vector), setAt, assignAt);
 
     long ourSum = 0;
     long theirSum = 0;
@@ -100,7 +100,7 @@ void elements(Bench& bench) {
     assignAt(7);
     sum(0);
     sumAt(0);
-    bench.row({"IntArray, sum", "std::vector::at", 1.3, COUNT}, ourSum == theirSum, sum, sumAt);
+    bench.row({"IntArray, sum", "std::vector::at", 1.3, elementCount}, ourSum == theirSum, sum, sumAt);
 }
 
 // Inserts at the front of an array whose length stays `count`, and deletes there.
@@ -139,14 +139,14 @@ struct Front {
 };
 
 void front(Bench& bench) {
-    Front front(COUNT);
+    Front front(elementCount);
     front.insert(1);
     front.insertPeer(1);
     bench.row(
         {"IntArray::InsertAt, front of 1,000", "std::vector::insert", 1.5}, equal(front.array, front.vector),
         [&](long i) { front.insert(i); }, [&](long i) { front.insertPeer(i); });
 
-    Front other(COUNT);
+    Front other(elementCount);
     other.remove(1);
     other.removePeer(1);
     bench.row(

@@ -20,19 +20,19 @@
 namespace bench {
 namespace {
 
-constexpr unsigned int MESSAGES = 5000;
-constexpr int POOL = 256;
-constexpr int MESSAGE_SIZE = 64;
+constexpr unsigned int messages = 5000;
+constexpr int poolSize = 256;
+constexpr int messageSize = 64;
 
 // Sends numbers through a channel; the receiver adds them up.
 template<typename Channel>
 std::uint64_t sumThrough(Channel& channel) {
     std::uint64_t sum = 0;
     std::thread receiver([&] {
-        for (unsigned int number = 0; number < MESSAGES; ++number)
+        for (unsigned int number = 0; number < messages; ++number)
             sum += channel.receive();
     });
-    for (unsigned int number = 0; number < MESSAGES; ++number)
+    for (unsigned int number = 0; number < messages; ++number)
         channel.send(number);
     receiver.join();
     return sum;
@@ -41,7 +41,7 @@ std::uint64_t sumThrough(Channel& channel) {
 // A pool and a queue of streams.
 class Ours {
 public:
-    explicit Ours(int poolSize) : m_pool(poolSize, MESSAGE_SIZE) {}
+    explicit Ours(int poolSize) : m_pool(poolSize, messageSize) {}
 
     void send(unsigned int number) {
         m_pool.Lock();
@@ -84,12 +84,12 @@ private:
 class Standard {
     struct Message {
         std::size_t size = 0;
-        char bytes[MESSAGE_SIZE] = {};
+        char bytes[messageSize] = {};
     };
 
 public:
     Standard() {
-        for (int count = 0; count < POOL; ++count) {
+        for (int count = 0; count < poolSize; ++count) {
             m_messages.push_back(std::make_unique<Message>());
             m_pool.push_back(m_messages.back().get());
         }
@@ -166,7 +166,7 @@ private:
 class OurQueue {
 public:
     struct Message : utility::BufferStreamElement {
-        Message() : BufferStreamElement(MESSAGE_SIZE, nullptr) {}
+        Message() : BufferStreamElement(messageSize, nullptr) {}
     };
     void put(void* message) {
         const utility::LockScope scope(m_queue.m_waiter);
@@ -187,7 +187,7 @@ private:
 class GlibQueue {
 public:
     struct Message {
-        char bytes[MESSAGE_SIZE];
+        char bytes[messageSize];
     };
     GlibQueue() : m_queue(g_async_queue_new()) {}
     ~GlibQueue() {
@@ -231,11 +231,11 @@ private:
 } // namespace
 
 void benchMessages(Bench& bench) {
-    Ours ours(POOL);
+    Ours ours(poolSize);
     Standard standard;
-    const std::uint64_t sum = std::uint64_t{MESSAGES} * (MESSAGES - 1) / 2;
+    const std::uint64_t sum = std::uint64_t{messages} * (messages - 1) / 2;
     bench.row(
-        {"message between threads, pool of 256, processor time", "std::queue, mutex, condition", 0.95, MESSAGES,
+        {"message between threads, pool of 256, processor time", "std::queue, mutex, condition", 0.95, messages,
          CLOCK_PROCESS_CPUTIME_ID},
         sumThrough(ours) == sum && sumThrough(standard) == sum, [&](long) { sumThrough(ours); },
         [&](long) { sumThrough(standard); });

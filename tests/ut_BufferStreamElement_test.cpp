@@ -56,10 +56,10 @@ public:
 
 class BufferStreamElementTest : public testing::Test {
 protected:
-    BufferStreamElement a{8, nullptr};
-    BufferStreamElement b{8, nullptr};
-    BufferStreamElement c{8, nullptr};
-    BufferStreamElement d{8, nullptr};
+    BufferStreamElement m_a{8, nullptr};
+    BufferStreamElement m_b{8, nullptr};
+    BufferStreamElement m_c{8, nullptr};
+    BufferStreamElement m_d{8, nullptr};
 };
 
 TEST(BufferStreamElement, UsageExample) {
@@ -144,99 +144,99 @@ TEST(BufferStreamElement, DoesNotOwnTheElementsChainedAfterIt) {
 }
 
 TEST_F(BufferStreamElementTest, AppendLinksAfterTheLast) {
-    a.Append(&b);
-    a.Append(&c);
-    EXPECT_EQ(chainFrom(&a), (Chain{&a, &b, &c}));
-    b.Append(&d);
-    EXPECT_EQ(chainFrom(&a), (Chain{&a, &b, &c, &d}));
+    m_a.Append(&m_b);
+    m_a.Append(&m_c);
+    EXPECT_EQ(chainFrom(&m_a), (Chain{&m_a, &m_b, &m_c}));
+    m_b.Append(&m_d);
+    EXPECT_EQ(chainFrom(&m_a), (Chain{&m_a, &m_b, &m_c, &m_d}));
 }
 
 TEST_F(BufferStreamElementTest, AppendUnlinksTheElementsAfterTheAppendedOne) {
-    c.Append(&d);
-    a.Append(&c);
-    EXPECT_EQ(chainFrom(&a), (Chain{&a, &c}));
-    EXPECT_EQ(d.Next(), nullptr);
+    m_c.Append(&m_d);
+    m_a.Append(&m_c);
+    EXPECT_EQ(chainFrom(&m_a), (Chain{&m_a, &m_c}));
+    EXPECT_EQ(m_d.Next(), nullptr);
 }
 
 TEST_F(BufferStreamElementTest, AppendOfNullDoesNothing) {
-    a.Append(&b);
-    a.Append(nullptr);
-    EXPECT_EQ(chainFrom(&a), (Chain{&a, &b}));
+    m_a.Append(&m_b);
+    m_a.Append(nullptr);
+    EXPECT_EQ(chainFrom(&m_a), (Chain{&m_a, &m_b}));
 }
 
 TEST_F(BufferStreamElementTest, AppendOfAnElementOfTheChainCreatesNoLoop) {
-    a.Append(&b);
-    a.Append(&c);
-    for (BufferStreamElement* e : {&a, &b, &c}) {
-        a.Append(e);
-        EXPECT_EQ(chainFrom(&a), (Chain{&a, &b, &c}));
+    m_a.Append(&m_b);
+    m_a.Append(&m_c);
+    for (BufferStreamElement* e : {&m_a, &m_b, &m_c}) {
+        m_a.Append(e);
+        EXPECT_EQ(chainFrom(&m_a), (Chain{&m_a, &m_b, &m_c}));
     }
-    d.Append(&d);
-    EXPECT_EQ(chainFrom(&d), (Chain{&d}));
+    m_d.Append(&m_d);
+    EXPECT_EQ(chainFrom(&m_d), (Chain{&m_d}));
 }
 
 TEST_F(BufferStreamElementTest, InsertLinksBeforeAndReturnsTheNewFirst) {
-    EXPECT_EQ(a.Insert(&b), &b);
-    EXPECT_EQ(chainFrom(&b), (Chain{&b, &a}));
-    EXPECT_EQ(b.Insert(&c), &c);
-    EXPECT_EQ(chainFrom(&c), (Chain{&c, &b, &a}));
+    EXPECT_EQ(m_a.Insert(&m_b), &m_b);
+    EXPECT_EQ(chainFrom(&m_b), (Chain{&m_b, &m_a}));
+    EXPECT_EQ(m_b.Insert(&m_c), &m_c);
+    EXPECT_EQ(chainFrom(&m_c), (Chain{&m_c, &m_b, &m_a}));
 }
 
 TEST_F(BufferStreamElementTest, InsertUnlinksTheElementsAfterTheInsertedOne) {
-    c.Append(&d);
-    EXPECT_EQ(a.Insert(&c), &c);
-    EXPECT_EQ(chainFrom(&c), (Chain{&c, &a}));
+    m_c.Append(&m_d);
+    EXPECT_EQ(m_a.Insert(&m_c), &m_c);
+    EXPECT_EQ(chainFrom(&m_c), (Chain{&m_c, &m_a}));
 }
 
 TEST_F(BufferStreamElementTest, InsertOfNullOrItselfChangesNothing) {
-    a.Append(&b);
-    EXPECT_EQ(a.Insert(nullptr), &a);
-    EXPECT_EQ(a.Insert(&a), &a);
-    EXPECT_EQ(chainFrom(&a), (Chain{&a, &b}));
+    m_a.Append(&m_b);
+    EXPECT_EQ(m_a.Insert(nullptr), &m_a);
+    EXPECT_EQ(m_a.Insert(&m_a), &m_a);
+    EXPECT_EQ(chainFrom(&m_a), (Chain{&m_a, &m_b}));
 }
 
 TEST_F(BufferStreamElementTest, InsertOfAnElementOfTheChainCreatesNoLoop) {
-    a.Append(&b);
-    a.Append(&c);
-    EXPECT_EQ(a.Insert(&b), &a);
-    EXPECT_EQ(a.Insert(&c), &a);
-    EXPECT_EQ(chainFrom(&a), (Chain{&a, &b, &c}));
+    m_a.Append(&m_b);
+    m_a.Append(&m_c);
+    EXPECT_EQ(m_a.Insert(&m_b), &m_a);
+    EXPECT_EQ(m_a.Insert(&m_c), &m_a);
+    EXPECT_EQ(chainFrom(&m_a), (Chain{&m_a, &m_b, &m_c}));
 }
 
 TEST_F(BufferStreamElementTest, RemoveOfTheFirstReturnsTheSecond) {
-    a.Append(&b);
-    a.Append(&c);
-    EXPECT_EQ(a.Remove(&a), &b);
-    EXPECT_EQ(a.Next(), nullptr);
-    EXPECT_EQ(chainFrom(&b), (Chain{&b, &c}));
+    m_a.Append(&m_b);
+    m_a.Append(&m_c);
+    EXPECT_EQ(m_a.Remove(&m_a), &m_b);
+    EXPECT_EQ(m_a.Next(), nullptr);
+    EXPECT_EQ(chainFrom(&m_b), (Chain{&m_b, &m_c}));
 }
 
 TEST_F(BufferStreamElementTest, RemoveOfTheOnlyOneReturnsNull) {
-    EXPECT_EQ(a.Remove(&a), nullptr);
-    EXPECT_EQ(a.Next(), nullptr);
+    EXPECT_EQ(m_a.Remove(&m_a), nullptr);
+    EXPECT_EQ(m_a.Next(), nullptr);
 }
 
 TEST_F(BufferStreamElementTest, RemoveOfALaterOneLinksItsNeighbors) {
-    a.Append(&b);
-    a.Append(&c);
-    a.Append(&d);
-    EXPECT_EQ(a.Remove(&c), &a);
-    EXPECT_EQ(c.Next(), nullptr);
-    EXPECT_EQ(chainFrom(&a), (Chain{&a, &b, &d}));
-    EXPECT_EQ(a.Remove(&d), &a);
-    EXPECT_EQ(chainFrom(&a), (Chain{&a, &b}));
-    EXPECT_EQ(a.Remove(&b), &a);
-    EXPECT_EQ(chainFrom(&a), (Chain{&a}));
+    m_a.Append(&m_b);
+    m_a.Append(&m_c);
+    m_a.Append(&m_d);
+    EXPECT_EQ(m_a.Remove(&m_c), &m_a);
+    EXPECT_EQ(m_c.Next(), nullptr);
+    EXPECT_EQ(chainFrom(&m_a), (Chain{&m_a, &m_b, &m_d}));
+    EXPECT_EQ(m_a.Remove(&m_d), &m_a);
+    EXPECT_EQ(chainFrom(&m_a), (Chain{&m_a, &m_b}));
+    EXPECT_EQ(m_a.Remove(&m_b), &m_a);
+    EXPECT_EQ(chainFrom(&m_a), (Chain{&m_a}));
 }
 
 TEST_F(BufferStreamElementTest, RemoveOfNullOrAForeignElementChangesNothing) {
-    a.Append(&b);
-    c.Append(&d);
-    EXPECT_EQ(a.Remove(nullptr), &a);
-    EXPECT_EQ(a.Remove(&c), &a);
-    EXPECT_EQ(b.Remove(&a), &b);
-    EXPECT_EQ(chainFrom(&a), (Chain{&a, &b}));
-    EXPECT_EQ(chainFrom(&c), (Chain{&c, &d}));
+    m_a.Append(&m_b);
+    m_c.Append(&m_d);
+    EXPECT_EQ(m_a.Remove(nullptr), &m_a);
+    EXPECT_EQ(m_a.Remove(&m_c), &m_a);
+    EXPECT_EQ(m_b.Remove(&m_a), &m_b);
+    EXPECT_EQ(chainFrom(&m_a), (Chain{&m_a, &m_b}));
+    EXPECT_EQ(chainFrom(&m_c), (Chain{&m_c, &m_d}));
 }
 
 // What the operations do, said with plain walks over the chains.

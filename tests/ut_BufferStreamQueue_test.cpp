@@ -26,13 +26,13 @@ static_assert(!std::is_copy_constructible<BufferStreamQueue>::value, "a copy wou
 class BufferStreamQueueTest : public testing::Test {
 protected:
     ~BufferStreamQueueTest() override {
-        while (queue.deQueue() != nullptr) {
+        while (m_queue.deQueue() != nullptr) {
         }
     }
-    BufferStreamElement a{8, nullptr};
-    BufferStreamElement b{8, nullptr};
-    BufferStreamElement c{8, nullptr};
-    BufferStreamQueue queue;
+    BufferStreamElement m_a{8, nullptr};
+    BufferStreamElement m_b{8, nullptr};
+    BufferStreamElement m_c{8, nullptr};
+    BufferStreamQueue m_queue;
 };
 
 BufferStreamElement* takeFrom(BufferStreamList& pool) {
@@ -87,161 +87,161 @@ bool isRequest(BufferStreamElement& element, unsigned int number) {
 }
 
 TEST_F(BufferStreamQueueTest, UsageExample) {
-    BufferStreamElement* const element = &a;
-    const utility::LockScope scope(queue.m_waiter);
-    queue.enQueue(element);
-    queue.m_waiter.signal();
-    EXPECT_EQ(queue.Count(), 1);
+    BufferStreamElement* const element = &m_a;
+    const utility::LockScope scope(m_queue.m_waiter);
+    m_queue.enQueue(element);
+    m_queue.m_waiter.signal();
+    EXPECT_EQ(m_queue.Count(), 1);
 }
 
 TEST_F(BufferStreamQueueTest, EmptyQueueReturnsNull) {
-    EXPECT_EQ(queue.Count(), 0);
-    EXPECT_EQ(queue.deQueue(), nullptr);
-    EXPECT_EQ(queue.deQueue(), nullptr);
-    EXPECT_EQ(queue.Count(), 0);
+    EXPECT_EQ(m_queue.Count(), 0);
+    EXPECT_EQ(m_queue.deQueue(), nullptr);
+    EXPECT_EQ(m_queue.deQueue(), nullptr);
+    EXPECT_EQ(m_queue.Count(), 0);
 }
 
 TEST_F(BufferStreamQueueTest, ReturnsElementsFirstInFirstOut) {
-    queue.enQueue(&a);
-    queue.enQueue(&b);
-    queue.enQueue(&c);
-    EXPECT_EQ(queue.Count(), 3);
-    EXPECT_EQ(queue.deQueue(), &a);
-    EXPECT_EQ(queue.deQueue(), &b);
-    EXPECT_EQ(queue.Count(), 1);
-    EXPECT_EQ(queue.deQueue(), &c);
-    EXPECT_EQ(queue.deQueue(), nullptr);
-    EXPECT_EQ(queue.Count(), 0);
+    m_queue.enQueue(&m_a);
+    m_queue.enQueue(&m_b);
+    m_queue.enQueue(&m_c);
+    EXPECT_EQ(m_queue.Count(), 3);
+    EXPECT_EQ(m_queue.deQueue(), &m_a);
+    EXPECT_EQ(m_queue.deQueue(), &m_b);
+    EXPECT_EQ(m_queue.Count(), 1);
+    EXPECT_EQ(m_queue.deQueue(), &m_c);
+    EXPECT_EQ(m_queue.deQueue(), nullptr);
+    EXPECT_EQ(m_queue.Count(), 0);
 }
 
 TEST_F(BufferStreamQueueTest, ReturnsRequeuedElementsFirst) {
-    queue.enQueue(&a);
-    queue.enQueue(&b);
-    queue.reQueue(&c);
-    EXPECT_EQ(queue.Count(), 3);
-    EXPECT_EQ(queue.deQueue(), &c);
-    EXPECT_EQ(queue.deQueue(), &a);
-    EXPECT_EQ(queue.deQueue(), &b);
+    m_queue.enQueue(&m_a);
+    m_queue.enQueue(&m_b);
+    m_queue.reQueue(&m_c);
+    EXPECT_EQ(m_queue.Count(), 3);
+    EXPECT_EQ(m_queue.deQueue(), &m_c);
+    EXPECT_EQ(m_queue.deQueue(), &m_a);
+    EXPECT_EQ(m_queue.deQueue(), &m_b);
 }
 
 TEST_F(BufferStreamQueueTest, NullIsIgnored) {
-    queue.enQueue(nullptr);
-    queue.reQueue(nullptr);
-    EXPECT_EQ(queue.Count(), 0);
-    queue.enQueue(&a);
-    queue.enQueue(nullptr);
-    queue.reQueue(nullptr);
-    EXPECT_EQ(queue.Count(), 1);
-    EXPECT_EQ(queue.deQueue(), &a);
+    m_queue.enQueue(nullptr);
+    m_queue.reQueue(nullptr);
+    EXPECT_EQ(m_queue.Count(), 0);
+    m_queue.enQueue(&m_a);
+    m_queue.enQueue(nullptr);
+    m_queue.reQueue(nullptr);
+    EXPECT_EQ(m_queue.Count(), 1);
+    EXPECT_EQ(m_queue.deQueue(), &m_a);
 }
 
 TEST_F(BufferStreamQueueTest, RequeueingIntoAnEmptyQueueSetsHeadAndTail) {
-    queue.reQueue(&a);
-    EXPECT_EQ(queue.Count(), 1);
-    queue.enQueue(&b);
-    EXPECT_EQ(queue.deQueue(), &a);
-    EXPECT_EQ(queue.deQueue(), &b);
-    EXPECT_EQ(queue.deQueue(), nullptr);
+    m_queue.reQueue(&m_a);
+    EXPECT_EQ(m_queue.Count(), 1);
+    m_queue.enQueue(&m_b);
+    EXPECT_EQ(m_queue.deQueue(), &m_a);
+    EXPECT_EQ(m_queue.deQueue(), &m_b);
+    EXPECT_EQ(m_queue.deQueue(), nullptr);
 }
 
 TEST_F(BufferStreamQueueTest, CanBeReusedAfterItWasEmpty) {
-    queue.enQueue(&a);
-    EXPECT_EQ(queue.deQueue(), &a);
-    queue.enQueue(&b);
-    queue.enQueue(&a);
-    EXPECT_EQ(queue.deQueue(), &b);
-    EXPECT_EQ(queue.deQueue(), &a);
+    m_queue.enQueue(&m_a);
+    EXPECT_EQ(m_queue.deQueue(), &m_a);
+    m_queue.enQueue(&m_b);
+    m_queue.enQueue(&m_a);
+    EXPECT_EQ(m_queue.deQueue(), &m_b);
+    EXPECT_EQ(m_queue.deQueue(), &m_a);
 }
 
 TEST_F(BufferStreamQueueTest, QueuedElementsAreChainedAndRemovedOnesAreNot) {
-    queue.enQueue(&a);
-    queue.enQueue(&b);
-    EXPECT_EQ(a.Next(), &b);
-    EXPECT_EQ(b.Next(), nullptr);
-    queue.reQueue(&c);
-    EXPECT_EQ(c.Next(), &a);
-    queue.deQueue();
-    queue.deQueue();
-    EXPECT_EQ(c.Next(), nullptr);
-    EXPECT_EQ(a.Next(), nullptr);
+    m_queue.enQueue(&m_a);
+    m_queue.enQueue(&m_b);
+    EXPECT_EQ(m_a.Next(), &m_b);
+    EXPECT_EQ(m_b.Next(), nullptr);
+    m_queue.reQueue(&m_c);
+    EXPECT_EQ(m_c.Next(), &m_a);
+    m_queue.deQueue();
+    m_queue.deQueue();
+    EXPECT_EQ(m_c.Next(), nullptr);
+    EXPECT_EQ(m_a.Next(), nullptr);
 }
 
 TEST_F(BufferStreamQueueTest, QueueingUnlinksTheElementsAfterTheQueuedOne) {
-    a.Append(&b);
-    queue.enQueue(&a);
-    EXPECT_EQ(a.Next(), nullptr);
-    EXPECT_EQ(queue.deQueue(), &a);
-    EXPECT_EQ(queue.deQueue(), nullptr);
+    m_a.Append(&m_b);
+    m_queue.enQueue(&m_a);
+    EXPECT_EQ(m_a.Next(), nullptr);
+    EXPECT_EQ(m_queue.deQueue(), &m_a);
+    EXPECT_EQ(m_queue.deQueue(), nullptr);
 }
 
 TEST_F(BufferStreamQueueTest, RequeueingAQueuedElementChangesNothing) {
-    queue.enQueue(&a);
-    queue.reQueue(&a);
-    EXPECT_EQ(queue.Count(), 1);
-    queue.enQueue(&b);
-    queue.enQueue(&c);
-    for (BufferStreamElement* const queued : {&a, &b, &c}) {
-        queue.reQueue(queued);
-        ASSERT_EQ(queue.Count(), 3);
-        ASSERT_EQ(a.Next(), &b);
-        ASSERT_EQ(b.Next(), &c);
-        ASSERT_EQ(c.Next(), nullptr);
+    m_queue.enQueue(&m_a);
+    m_queue.reQueue(&m_a);
+    EXPECT_EQ(m_queue.Count(), 1);
+    m_queue.enQueue(&m_b);
+    m_queue.enQueue(&m_c);
+    for (BufferStreamElement* const queued : {&m_a, &m_b, &m_c}) {
+        m_queue.reQueue(queued);
+        ASSERT_EQ(m_queue.Count(), 3);
+        ASSERT_EQ(m_a.Next(), &m_b);
+        ASSERT_EQ(m_b.Next(), &m_c);
+        ASSERT_EQ(m_c.Next(), nullptr);
     }
-    EXPECT_EQ(queue.deQueue(), &a);
-    EXPECT_EQ(queue.deQueue(), &b);
-    EXPECT_EQ(queue.deQueue(), &c);
-    EXPECT_EQ(queue.deQueue(), nullptr);
+    EXPECT_EQ(m_queue.deQueue(), &m_a);
+    EXPECT_EQ(m_queue.deQueue(), &m_b);
+    EXPECT_EQ(m_queue.deQueue(), &m_c);
+    EXPECT_EQ(m_queue.deQueue(), nullptr);
 }
 
 TEST_F(BufferStreamQueueTest, QueueingAQueuedElementChangesNothing) {
-    queue.enQueue(&a);
-    queue.enQueue(&a);
-    EXPECT_EQ(queue.Count(), 1);
-    EXPECT_EQ(a.Next(), nullptr);
-    queue.enQueue(&b);
-    queue.enQueue(&c);
-    for (BufferStreamElement* const queued : {&a, &b, &c}) {
-        queue.enQueue(queued);
-        ASSERT_EQ(queue.Count(), 3);
-        ASSERT_EQ(a.Next(), &b);
-        ASSERT_EQ(b.Next(), &c);
-        ASSERT_EQ(c.Next(), nullptr);
+    m_queue.enQueue(&m_a);
+    m_queue.enQueue(&m_a);
+    EXPECT_EQ(m_queue.Count(), 1);
+    EXPECT_EQ(m_a.Next(), nullptr);
+    m_queue.enQueue(&m_b);
+    m_queue.enQueue(&m_c);
+    for (BufferStreamElement* const queued : {&m_a, &m_b, &m_c}) {
+        m_queue.enQueue(queued);
+        ASSERT_EQ(m_queue.Count(), 3);
+        ASSERT_EQ(m_a.Next(), &m_b);
+        ASSERT_EQ(m_b.Next(), &m_c);
+        ASSERT_EQ(m_c.Next(), nullptr);
     }
-    EXPECT_EQ(queue.deQueue(), &a);
-    EXPECT_EQ(queue.deQueue(), &b);
-    EXPECT_EQ(queue.deQueue(), &c);
-    EXPECT_EQ(queue.deQueue(), nullptr);
+    EXPECT_EQ(m_queue.deQueue(), &m_a);
+    EXPECT_EQ(m_queue.deQueue(), &m_b);
+    EXPECT_EQ(m_queue.deQueue(), &m_c);
+    EXPECT_EQ(m_queue.deQueue(), nullptr);
 }
 
 TEST_F(BufferStreamQueueTest, QueueingTheFirstOfAnotherChainQueuesItAlone) {
-    a.Append(&b);
-    queue.enQueue(&c);
-    queue.enQueue(&a);
-    EXPECT_EQ(queue.Count(), 2);
-    EXPECT_EQ(a.Next(), nullptr);
-    EXPECT_EQ(queue.deQueue(), &c);
-    EXPECT_EQ(queue.deQueue(), &a);
-    EXPECT_EQ(queue.deQueue(), nullptr);
+    m_a.Append(&m_b);
+    m_queue.enQueue(&m_c);
+    m_queue.enQueue(&m_a);
+    EXPECT_EQ(m_queue.Count(), 2);
+    EXPECT_EQ(m_a.Next(), nullptr);
+    EXPECT_EQ(m_queue.deQueue(), &m_c);
+    EXPECT_EQ(m_queue.deQueue(), &m_a);
+    EXPECT_EQ(m_queue.deQueue(), nullptr);
 }
 
 TEST_F(BufferStreamQueueTest, RequeueingTheFirstOfAnotherChainQueuesItAlone) {
-    a.Append(&b);
-    queue.enQueue(&c);
-    queue.reQueue(&a);
-    EXPECT_EQ(queue.Count(), 2);
-    EXPECT_EQ(b.Next(), nullptr);
-    EXPECT_EQ(queue.deQueue(), &a);
-    EXPECT_EQ(queue.deQueue(), &c);
-    EXPECT_EQ(queue.deQueue(), nullptr);
+    m_a.Append(&m_b);
+    m_queue.enQueue(&m_c);
+    m_queue.reQueue(&m_a);
+    EXPECT_EQ(m_queue.Count(), 2);
+    EXPECT_EQ(m_b.Next(), nullptr);
+    EXPECT_EQ(m_queue.deQueue(), &m_a);
+    EXPECT_EQ(m_queue.deQueue(), &m_c);
+    EXPECT_EQ(m_queue.deQueue(), nullptr);
 }
 
 TEST_F(BufferStreamQueueTest, OperationsNeitherLockNorLog) {
     const test::LogCapture log;
-    queue.m_waiter.lock();
-    queue.enQueue(&a);
-    queue.reQueue(&b);
-    queue.deQueue();
-    queue.m_waiter.unlock();
+    m_queue.m_waiter.lock();
+    m_queue.enQueue(&m_a);
+    m_queue.reQueue(&m_b);
+    m_queue.deQueue();
+    m_queue.m_waiter.unlock();
     EXPECT_EQ(log.count(), 0u);
 }
 

@@ -620,17 +620,17 @@ TEST(DirIterator, OpeningIsTraced) {
     const test::TemporaryDirectory directory;
     const std::string path = directory.path() + "/";
     DirIterator iterator(path.c_str(), "*");
-    const char* const OPEN = "bool utility::DirIterator::open()";
+    const char* const openName = "bool utility::DirIterator::open()";
     const test::DebugSwitch debug(traceSwitch);
     test::LogCapture log;
     ASSERT_TRUE(iterator.open());
     ASSERT_EQ(log.count(), 1U);
-    EXPECT_EQ(log.entries()[0].function, OPEN);
+    EXPECT_EQ(log.entries()[0].function, openName);
     EXPECT_THAT(textsFrom(log)[0], testing::MatchesRegex("opendir " + path + " returned \\[0x[0-9a-f]+\\]"));
     log.clear();
     DirIterator nowhere(directory.path("nowhere/").c_str(), "*");
     ASSERT_FALSE(nowhere.open());
-    EXPECT_TRUE(log.contains(Logger::LOG_DEBUG, OPEN, "opendir " + path + "nowhere/ returned [(nil)]"));
+    EXPECT_TRUE(log.contains(Logger::LOG_DEBUG, openName, "opendir " + path + "nowhere/ returned [(nil)]"));
     ASSERT_FALSE(nowhere.open());
     EXPECT_EQ(textsFrom(log).size(), 2U);
 }

@@ -399,7 +399,7 @@ TEST(Environment, SetIsIndependentOfTheProcess) {
 
 TEST(Environment, GlobalInformationWritesEveryVariableOfTheProcessInOrder) {
     std::string expected;
-    for (char** entry = environ; *entry; ++entry)
+    for (char** entry = environ; *entry != nullptr; ++entry)
         expected += *entry + std::string("\n");
     for (const int level : {-1, 0, 7})
         EXPECT_EQ(writtenText([&](utility::PutStream& out) { Environment::globalInformation(out, level); },
