@@ -13,6 +13,8 @@
 #include <string>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include "RandomBytes.h"
 #include "TemporaryDirectory.h"
 #include "md5_from_c.h"
