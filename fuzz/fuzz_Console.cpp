@@ -1,4 +1,4 @@
-// Compares the console's command look-up, completion and line editor with simple references. Runs no command.
+// Compares the console's command look-up and completion with simple references. Runs no command.
 
 #include <algorithm>
 #include <cstddef>
@@ -6,13 +6,10 @@
 #include <string>
 #include <vector>
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include "../tests/support/ReferenceWords.h"
 #include "Bytes.h"
 #include "console_CommandTable.h"
-#include "console_TerminalConsole.h"
+#include "console_Completion.h"
 #include "ut_StringArray.h"
 
 namespace {
@@ -55,74 +52,22 @@ void checkNames() {
         test::ReferenceWords words;
         words.add(name.c_str());
         checkFinding(words.words);
-        require(console::completeCommand(name) == name || beginsWith(console::completeCommand(name), name));
+        // Each beginning of a name can be completed.
+        const console::Completion completion = console::complete(name);
+        require(!completion.candidates.empty() && completion.replaced <= name.size());
     }
 }
 
-// A completed line is a prefix of a name.
+// Each candidate goes on with the end of the line that it replaces.
 void checkCompletion(const std::string& line) {
-    const std::string completed = console::completeCommand(line);
-    if (completed == line)
-        return;
-    bool isName = false;
-    for (const std::string& name : namesOf())
-        isName = isName || beginsWith(name + ' ', completed);
-    require(isName);
-}
-
-// Returns the read end of a pipe that contains `text`; the write end is closed.
-int pipeWith(const std::string& text) {
-    int ends[2];
-    require(pipe2(ends, O_CLOEXEC) == 0);
-    require(write(ends[1], text.data(), text.size()) == static_cast<ssize_t>(text.size()));
-    close(ends[1]);
-    return ends[0];
-}
-
-// Returns the lines that a sequence of keys enters; there are no escape sequences and no completion.
-std::vector<std::string> editedLines(const std::string& keys) {
-    std::vector<std::string> lines;
-    std::string line;
-    for (const char key : keys) {
-        if (key == '\n' || key == '\r') {
-            lines.push_back(line);
-            line.clear();
-        } else if (key == 4) {
-            if (line.empty())
-                break;
-        } else if (key == 8 || key == 127) {
-            while (line.size() > 1 && (static_cast<unsigned char>(line.back()) & 0xC0) == 0x80)
-                line.pop_back();
-            if (!line.empty())
-                line.pop_back();
-        } else if (key == 21) {
-            line.clear();
-        } else if (static_cast<unsigned char>(key) >= ' ') {
-            line += key;
-        }
+    const console::Completion completion = console::complete(line);
+    require(completion.replaced <= line.size());
+    const std::string word = line.substr(line.size() - completion.replaced);
+    const std::string common = console::commonBeginning(completion.candidates);
+    for (const std::string& candidate : completion.candidates) {
+        require(beginsWith(candidate, word) || beginsWith(candidate, '"' + word) || beginsWith('"' + candidate, word));
+        require(beginsWith(candidate, common));
     }
-    return lines;
-}
-
-void checkKeys(const std::string& keys, bool isPlain) {
-    const int input = pipeWith(keys);
-    const int output = open("/dev/null", O_WRONLY | O_CLOEXEC);
-    std::vector<std::string> lines;
-    std::string line;
-    {
-        console::TerminalConsole terminal(input, output, true);
-        while (terminal.readLine("vx> ", isPlain ? nullptr : console::completeCommand, &line))
-            lines.push_back(line);
-        require(terminal.inputError() == 0);
-        // Without Ctrl-D, the lines end with the last key.
-        require(keys.find('\4') != std::string::npos || terminal.readKey() == 'q');
-    }
-    close(input);
-    close(output);
-    if (isPlain)
-        require(lines == editedLines(keys));
-    for (const std::string& read : lines)
-        require(read.find_first_of("\n\r\x1B\x7F") == std::string::npos);
 }
 
 } // namespace
@@ -133,17 +78,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (size == 0)
         return 0;
     Bytes in(data, size);
-    const unsigned int kind = in.below(3);
     const std::string text = in.rest();
-    if (kind == 0) {
-        const std::string line = text.c_str();
-        test::ReferenceWords words;
-        words.add(line.c_str());
-        if (!words.words.empty())
-            checkFinding(words.words);
-        checkCompletion(line);
-    } else {
-        checkKeys(text, kind == 1 && text.find('\x1B') == std::string::npos);
-    }
+    const std::string line = text.c_str();
+    test::ReferenceWords words;
+    words.add(line.c_str());
+    if (!words.words.empty())
+        checkFinding(words.words);
+    checkCompletion(line);
     return 0;
 }

@@ -86,22 +86,4 @@ TEST(CommandTable, AnUnknownCommandIsReported) {
     EXPECT_EQ(found(std::string(100000, 's')).size(), std::string("unknown command:  (try help)").size() + 100000);
 }
 
-TEST(CommandTable, AbbreviationsAreCompletedToTheCommonPrefix) {
-    EXPECT_EQ(console::completeCommand("he"), "help ");
-    EXPECT_EQ(console::completeCommand("help"), "help ");
-    EXPECT_EQ(console::completeCommand("sh"), "show ");
-    EXPECT_EQ(console::completeCommand("show"), "show ");
-    EXPECT_EQ(console::completeCommand("sh f"), "show file ");
-    EXPECT_EQ(console::completeCommand("sh us"), "show user");
-    EXPECT_EQ(console::completeCommand("d"), "d");
-    EXPECT_EQ(console::completeCommand("deb"), "debug");
-    EXPECT_EQ(console::completeCommand("debug of"), "debug off ");
-    EXPECT_EQ(console::completeCommand("del"), "delete user ");
-}
-
-TEST(CommandTable, ALineWithoutACommandIsNotCompleted) {
-    for (const std::string line : {"", " ", "xyz", "show xyz", "show file a", "\"", "\"open", "h x", "\xff"})
-        EXPECT_EQ(console::completeCommand(line), line);
-}
-
 } // namespace

@@ -157,23 +157,12 @@ TEST(ConsoleTerminalConsole, UsageExample) {
     PipeTerminal pipes;
     pipes.type("date\nuptime\n");
     pipes.closeInput();
-    console::TerminalConsole terminal(pipes.input(), pipes.output(), true);
+    console::TerminalConsole terminal(pipes.input(), pipes.output(), false);
     std::string line;
     std::string lines;
-    while (terminal.readLine("vx> ", nullptr, &line))
+    while (terminal.readPlainLine(&line))
         lines += line + ";";
     EXPECT_EQ(lines, "date;uptime;");
-}
-
-TEST(ConsoleTerminalConsole, TheTabKeyReplacesTheLine) {
-    PipeTerminal pipes;
-    pipes.type("up\ttwo\n");
-    console::TerminalConsole terminal(pipes.input(), pipes.output(), true);
-    std::string line;
-    EXPECT_TRUE(terminal.readLine(
-        "", [](const std::string& begun) { return begun + "time "; }, &line));
-    EXPECT_EQ(line, "uptime two");
-    EXPECT_EQ(pipes.shown(), "up\r  \ruptime two\n");
 }
 
 TEST(ConsoleTerminalConsole, PlainLinesNeedNoNewlineAtTheEnd) {

@@ -117,7 +117,8 @@ TEST(ConsoleTerminal, TheEndOfInputEndsItOnAnEmptyLineOnly) {
     Terminal terminal;
     terminal.untilPrompt();
     terminal.type("bog\004us\r");
-    EXPECT_EQ(terminal.untilPrompt(), "bogus\r\nunknown command: bogus (try help)\r\n");
+    terminal.expect("us\r\nunknown command: bogus (try help)\r\n");
+    terminal.untilPrompt();
     terminal.type("\004");
     terminal.expectExit(0);
 }
@@ -169,17 +170,99 @@ TEST_P(ConsoleTerminalSignal, RestoresTheTerminalAtThePagePrompt) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Ending, ConsoleTerminalSignal,
-                         testing::Values(SIGHUP, SIGINT, SIGQUIT, SIGPIPE, SIGALRM, SIGTERM, SIGUSR1, SIGSEGV, SIGBUS,
-                                         SIGILL, SIGFPE, SIGABRT));
+                         testing::Values(SIGHUP, SIGQUIT, SIGPIPE, SIGALRM, SIGTERM, SIGUSR1, SIGSEGV, SIGBUS, SIGILL,
+                                         SIGFPE, SIGABRT));
 
-TEST(ConsoleTerminal, TheInterruptKeyEndsItAndRestoresTheTerminal) {
+// The interrupt key
+
+TEST(ConsoleInterrupt, DropsTheLineAndKeepsTheSession) {
+    Terminal terminal;
+    terminal.untilPrompt();
+    terminal.type("quit now\003");
+    terminal.expect("^C\r\n");
+    EXPECT_EQ(terminal.untilPrompt(), "");
+    EXPECT_EQ(terminal.answerTo("bogus"), "unknown command: bogus (try help)\r\n");
+}
+
+TEST(ConsoleInterrupt, TheSignalDropsTheLineToo) {
     if (isHeldBack(SIGINT))
         GTEST_SKIP() << heldBack;
     Terminal terminal;
     terminal.untilPrompt();
-    terminal.type("half a comm\003");
+    for (int i = 0; i < 3; ++i) {
+        terminal.type("quit now");
+        terminal.expect("quit now");
+        kill(terminal.program(), SIGINT);
+        terminal.expect("\r\n");
+        EXPECT_EQ(terminal.untilPrompt(), "");
+    }
+    EXPECT_EQ(terminal.answerTo("bogus"), "unknown command: bogus (try help)\r\n");
+}
+
+TEST(ConsoleInterrupt, EndsARunningCommandAndKeepsTheSession) {
+    TemporaryDirectory directory;
+    const std::pair<std::string, std::string> commands[] = {
+        {"md5 /dev/zero", "md5: /dev/zero: interrupted\r\n"},
+        {"crc /dev/zero /dev/zero", "crc: /dev/zero: interrupted\r\n"},
+        {"count words /dev/zero", "count words: /dev/zero: interrupted\r\n"},
+        {"copy /dev/zero /dev/null", "copy: interrupted: /dev/null is incomplete\r\n"}};
+    Terminal terminal;
+    terminal.untilPrompt();
+    for (const auto& [command, answer] : commands) {
+        terminal.type(command + "\r");
+        terminal.expect(command + "\r\n");
+        std::this_thread::sleep_for(std::chrono::milliseconds(500));
+        terminal.type("\003");
+        const std::string seen = terminal.untilPrompt();
+        EXPECT_NE(seen.find(answer), std::string::npos) << seen;
+    }
+    EXPECT_EQ(terminal.answerTo("bogus"), "unknown command: bogus (try help)\r\n");
+    terminal.type("quit\r");
+    terminal.expectExit(0);
+}
+
+TEST(ConsoleInterrupt, EndsAnAnswerAtThePagePrompt) {
+    TemporaryDirectory directory;
+    Terminal terminal;
+    terminal.untilPrompt();
+    terminal.type("show file " + directory.write("text", numberedLines(0, 100)) + "\r");
+    terminal.expect(pagePrompt);
+    terminal.type("\003");
+    EXPECT_EQ(terminal.untilPrompt().find("line 24"), std::string::npos);
+    EXPECT_EQ(terminal.answerTo("bogus"), "unknown command: bogus (try help)\r\n");
+}
+
+TEST(ConsoleInterrupt, ASecondOneEndsAConsoleThatDoesNotReact) {
+    TemporaryDirectory directory;
+    const std::string pipe = directory.path("pipe");
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    Terminal terminal;
+    terminal.untilPrompt();
+    // Nobody writes to the pipe.
+    terminal.type("show file " + pipe + "\r");
+    terminal.expect(pipe + "\r\n");
+    for (int i = 0; i < 2; ++i) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        terminal.type("\003");
+    }
     EXPECT_EQ(terminal.waitForChange().signal, SIGINT);
     EXPECT_TRUE(terminal.isInFormerMode());
+}
+
+TEST(ConsoleInterrupt, EndsTheQuestionForAPassword) {
+    TemporaryDirectory directory;
+    ASSERT_EQ(mkdir(directory.path("etc").c_str(), 0755), 0);
+    directory.write("etc/passwd", "root:x:0:0:root:/root:/bin/sh\n");
+    Pty terminal(test::consoleCommand({}), 80, 25, [&] {
+        test::setConsoleEnvironment();
+        setenv("VX_ROOT", directory.path().c_str(), 1);
+    });
+    terminal.expect("vx> ");
+    terminal.type("password root\r");
+    terminal.expect("New password: ");
+    terminal.type("half\003");
+    terminal.expect("password: no password was entered\r\n");
+    terminal.expect("vx> ");
 }
 
 TEST(ConsoleTerminal, AnIgnoredSignalStaysIgnored) {
@@ -565,111 +648,200 @@ TEST(ConsolePages, OneCommandIsNotPaged) {
 
 // The line editor
 
-TEST(ConsoleEditing, BackspaceErasesAWholeCharacter) {
+// Types keys that leave a line whose command is "bogus".
+class ConsoleEditingKeys : public testing::TestWithParam<const char*> {};
+
+TEST_P(ConsoleEditingKeys, ChangeTheLine) {
     Terminal terminal;
     terminal.untilPrompt();
-    for (const char* typed : {"bogx\177us\r", "bog\xc3\xbc\177us\r", "bog\xe2\x82\xac\xf0\x9f\x99\x82\x08\x08us\r",
-                              "\177\177bogus\r", "b\177\177\177bogus\r"}) {
-        terminal.type(typed);
-        terminal.expect("unknown command: bogus (try help)\r\n");
-        terminal.untilPrompt();
-    }
-    terminal.type("ab\177");
-    EXPECT_EQ(terminal.expect("vx> a"), "ab\r      \rvx> a");
-}
-
-TEST(ConsoleEditing, BackspaceErasesAllColumnsOfACharacter) {
-    // Characters of one and two columns, and a combining character of width 0.
-    const char* const typed[] = {"\xc3\xbc", "\xe6\x97\xa5", "e\xcc\x81"};
-    const std::size_t columns[] = {1, 2, 1};
-    for (int i = 0; i < 3; ++i) {
-        Terminal terminal;
-        terminal.untilPrompt();
-        terminal.type(std::string(typed[i]) + "\177");
-        EXPECT_EQ(terminal.expect("vx> "), typed[i] + ("\r" + std::string(4 + columns[i], ' ')) + "\rvx> ");
-    }
-}
-
-TEST(ConsoleEditing, ALineWiderThanTheTerminalIsErasedCompletely) {
-    for (const unsigned int length : {15, 16, 17, 36, 37, 50}) {
-        for (const std::string& keys : {std::string("\025"), std::string(length, '\177')}) {
-            Terminal terminal(20, 10);
-            test::Screen screen(20);
-            screen.show(terminal.expect("vx> "));
-            terminal.type(std::string(length, 'x') + keys + "bogus\r");
-            screen.show(terminal.expect("bogus\r\n"));
-            EXPECT_EQ(screen.lines(), (std::vector<std::string>{"vx> bogus", ""})) << length;
-        }
-    }
-}
-
-TEST(ConsoleEditing, TheKillKeyErasesTheWholeLine) {
-    Terminal terminal;
-    terminal.untilPrompt();
-    terminal.type("show \xc3\xbc\025bogus\r");
+    terminal.type(GetParam());
+    terminal.type("\r");
     terminal.expect("unknown command: bogus (try help)\r\n");
+    terminal.untilPrompt();
 }
 
-TEST(ConsoleEditing, CursorAndFunctionKeysAndControlsAreIgnored) {
+INSTANTIATE_TEST_SUITE_P(Keys, ConsoleEditingKeys,
+                         testing::Values("bogx\177us",                                // Backspace
+                                         "bog\xc3\xbc\177us",                         // after a character of two bytes
+                                         "bog\xe6\x97\xa5\xf0\x9f\x99\x82\x08\x08us", // after wide characters
+                                         "\177\177bogus", "show \xc3\xbc\025bogus",   // Ctrl-U
+                                         "ogus\001b",                                 // Ctrl-A
+                                         "ogus\033[Hb", "ogus\033OHb",                // Home
+                                         "gus\001bo\005",                             // Ctrl-E
+                                         "bogs\033[Du", "bogs\033ODu",                // left
+                                         "bogs\033[D\033[D\033[Cu",                   // right
+                                         "bogxus\033[D\033[D\033[D\033[3~",           // Delete
+                                         "bogus and more\001\033[1;5C\013",           // Ctrl-right, Ctrl-K
+                                         "bogus and\027\177",                         // Ctrl-W
+                                         "bogus\014"));                               // Ctrl-L
+
+TEST(ConsoleEditing, ControlLClearsTheScreenAndShowsTheLineAgain) {
     Terminal terminal;
     terminal.untilPrompt();
-    for (const char* keys : {"\033[A", "\033[1;5C", "\033[15~", "\033OP", "\033OA", "\001", "\013"}) {
-        terminal.type("bo" + std::string(keys) + "gus\r");
-        EXPECT_EQ(terminal.untilPrompt(), "bogus\r\nunknown command: bogus (try help)\r\n");
-    }
+    terminal.type("bog");
+    terminal.expect("bog");
+    terminal.type("\014");
+    terminal.expect("\033[H\033[2J");
+    terminal.expect("vx> bog");
+    terminal.type("us\r");
+    terminal.expect("unknown command: bogus");
 }
 
-TEST(ConsoleEditing, TheEscapeKeyAloneDoesNotConsumeTheNextKeys) {
+TEST(ConsoleEditing, TheLineIsShownAgainAfterAStop) {
+    if (isHeldBack(SIGTSTP))
+        GTEST_SKIP() << heldBack;
     Terminal terminal;
     terminal.untilPrompt();
-    const std::string expected = "gus\r\nunknown command: bogus (try help)\r\n";
-    std::string answer;
-    // On a busy machine the console's time limit for the rest of a key may end late.
-    for (std::chrono::milliseconds pause(500); answer != expected && pause.count() < 30000; pause *= 4) {
-        terminal.type("bo\033");
-        terminal.expect("bo");
-        std::this_thread::sleep_for(pause);
-        terminal.type("gus\r");
-        answer = terminal.untilPrompt();
-    }
-    EXPECT_EQ(answer, expected);
+    terminal.type("bog");
+    terminal.expect("bog");
+    terminal.type("\032");
+    EXPECT_EQ(terminal.waitForChange().stoppedBy, SIGTSTP);
+    EXPECT_TRUE(terminal.isInFormerMode());
+    terminal.continueProgram();
+    terminal.expect("vx> bog");
+    terminal.type("us\r");
+    terminal.expect("unknown command: bogus");
 }
 
-TEST(ConsoleEditing, TheTabKeyCompletesWhatIsUnambiguous) {
+TEST(ConsoleEditing, TheLineIsShownAgainAfterAStopThatCannotBeCaught) {
+    if (isHeldBack(SIGCONT))
+        GTEST_SKIP() << heldBack;
+    Terminal terminal;
+    terminal.untilPrompt();
+    terminal.type("bog");
+    terminal.expect("bog");
+    kill(terminal.program(), SIGSTOP);
+    EXPECT_EQ(terminal.waitForChange().stoppedBy, SIGSTOP);
+    terminal.continueProgram();
+    terminal.expect("vx> bog");
+    terminal.type("us\r");
+    terminal.expect("unknown command: bogus");
+}
+
+TEST(ConsoleEditing, KeysTypedAheadAreNotLost) {
     TemporaryDirectory directory;
-    const std::string file = directory.write("text", "one\n");
+    const std::string file = directory.write("text", numberedLines(0, 30));
+    Terminal terminal;
+    terminal.type("show file " + file + "\r url a:1\rbog");
+    terminal.expect(pagePrompt);
+    // The first key of the second command was the key for the next page.
+    terminal.expect("scheme     a");
+    terminal.type("us\r");
+    terminal.expect("unknown command: bogus");
+}
+
+// Recall
+
+TEST(ConsoleRecall, UpAndControlRFindFormerLines) {
     Terminal terminal;
     terminal.untilPrompt();
-    terminal.type("sh f\t");
-    terminal.expect("show file ");
-    terminal.type(file + "\r");
+    terminal.answerTo("url a:1");
+    terminal.answerTo("url b:2");
+    terminal.type("\033[A\033[A\r");
+    terminal.expect("scheme     a");
+    terminal.untilPrompt();
+    terminal.type("\022b:\r");
+    terminal.expect("scheme     b");
+    terminal.untilPrompt();
+}
+
+namespace {
+
+// The console in a terminal, with a folder for its state.
+Pty terminalWithState(const std::string& folder) {
+    return Pty(test::consoleCommand({}), 80, 25, [folder] {
+        test::setConsoleEnvironment();
+        setenv("XDG_STATE_HOME", folder.c_str(), 1);
+    });
+}
+
+} // namespace
+
+TEST(ConsoleRecall, LinesAreKeptInAFileOfTheOwner) {
+    TemporaryDirectory directory;
+    const std::string state = directory.path("state");
+    const std::string file = state + "/vxconsole/history";
+    {
+        Pty terminal = terminalWithState(state);
+        terminal.expect("vx> ");
+        for (const std::string line :
+             {"url a:1", "bogus s3cret", "password root s3cret", "password root", "", "uptime"}) {
+            terminal.type(line + "\r");
+            terminal.expect("\r\n");
+            terminal.expect("vx> ");
+        }
+        terminal.type("quit\r");
+        EXPECT_EQ(terminal.waitForChange().status, 0);
+    }
+    EXPECT_EQ(directory.read("state/vxconsole/history"), "url a:1\nuptime\nquit\n");
+    struct stat status = {};
+    ASSERT_EQ(stat(file.c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777U, 0600U);
+    ASSERT_EQ(stat((state + "/vxconsole").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777U, 0700U);
+    Pty terminal = terminalWithState(state);
+    terminal.expect("vx> ");
+    terminal.type("\033[A\033[A\033[A\r");
+    terminal.expect("scheme     a");
+}
+
+// Completion
+
+TEST(ConsoleCompletion, CompletesCommandsPathsSwitchesAndUsers) {
+    TemporaryDirectory directory;
+    directory.write("first name.txt", "one\n");
+    directory.write("second.txt", "two\n");
+    Terminal terminal;
+    terminal.untilPrompt();
+    terminal.type("sh\tfi\t");
+    terminal.type(directory.path() + "/fi\t\r");
     terminal.expect("\r\none\r\n");
     terminal.untilPrompt();
-    // An ambiguous beginning is completed up to the common prefix.
-    terminal.type("sh\t");
-    terminal.expect("show ");
-    terminal.type("\025deb\t");
-    terminal.expect("debug");
-    terminal.type(" of\t\r");
-    terminal.expect("debug off \r\nusage: debug off NAME\r\n");
+    terminal.type("show file " + directory.path() + "/s\t\r");
+    terminal.expect("\r\ntwo\r\n");
     terminal.untilPrompt();
-    // A line that abbreviates no command stays unchanged.
-    terminal.type("xyz\t\t!\r");
-    EXPECT_EQ(terminal.untilPrompt(), "xyz!\r\nunknown command: xyz! (try help)\r\n");
-    terminal.type("\tbogus\r");
-    EXPECT_EQ(terminal.untilPrompt(), "bogus\r\nunknown command: bogus (try help)\r\n");
-    terminal.type("show file a b\t\r");
-    EXPECT_EQ(terminal.untilPrompt(), "show file a b\r\nusage: show file PATH\r\n");
+    terminal.type("debug on DirIter\t\r");
+    terminal.untilPrompt();
+    EXPECT_NE(terminal.answerTo("debug").find("DirIterator"), std::string::npos);
+    terminal.type("show user roo\t\r");
+    terminal.expect("\r\nroot  ");
+    terminal.untilPrompt();
+    terminal.type("?\t\r");
+    terminal.expect("show file PATH");
+}
+
+TEST(ConsoleCompletion, ShowsTheCandidatesAndTheLineAgain) {
+    Terminal terminal;
+    terminal.untilPrompt();
+    terminal.type("show u\t");
+    terminal.expect("ser");
+    terminal.type("\t");
+    terminal.expect("\r\nuser  users\r\n");
+    terminal.expect("vx> show user");
+    terminal.type("xyz\t");
+    terminal.expect("\007");
 }
 
 TEST(ConsoleEditing, AnOverlongLineIsReportedOnceAndTheConsoleContinues) {
     Terminal terminal;
     terminal.untilPrompt();
-    terminal.type(std::string(100000, 'x'));
+    terminal.type("path " + std::string(70000, 'x'));
     terminal.type("\r");
     terminal.expect("\r\nthe command is too long\r\n");
     EXPECT_EQ(terminal.untilPrompt(), "");
     EXPECT_EQ(terminal.answerTo("bogus"), "unknown command: bogus (try help)\r\n");
+}
+
+TEST(ConsoleEditing, ATerminalWithoutCursorMovementReadsPlainLines) {
+    Pty terminal(test::consoleCommand({}), 80, 25, [] {
+        test::setConsoleEnvironment();
+        setenv("TERM", "dumb", 1);
+    });
+    terminal.expect("vx> ");
+    terminal.type("bogus\n");
+    terminal.expect("bogus\r\nunknown command: bogus (try help)\r\nvx> ");
+    terminal.type("quit\n");
+    EXPECT_EQ(terminal.waitForChange().status, 0);
 }
 
 TEST(ConsoleEditing, AnUnmatchedQuoteIsReportedOnceAndTheConsoleContinues) {

@@ -9,6 +9,9 @@ namespace console {
 /// What the history keeps of a command and its answer.
 enum Remembered { REMEMBER_ALL, REMEMBER_NAME, REMEMBER_NOTHING };
 
+/// What the Tab key completes in the arguments of a command.
+enum Completed { COMPLETE_NOTHING, COMPLETE_PATHS, COMPLETE_SWITCHES, COMPLETE_USERS, COMPLETE_COMMANDS };
+
 /// An entry of the command table.
 struct Command {
     const char* name;              ///< one or two words
@@ -17,6 +20,7 @@ struct Command {
     unsigned int fewest;           ///< smallest number of arguments
     unsigned int most;             ///< largest number of arguments
     bool (*run)(Invocation& call); ///< returns false after `fail`
+    Completed completed = COMPLETE_NOTHING;
     Remembered remembered = REMEMBER_ALL;
 };
 

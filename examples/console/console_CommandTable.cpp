@@ -5,7 +5,6 @@
 #include <set>
 
 #include "console_CommandGroup.h"
-#include "ut_Arguments.h"
 
 namespace console {
 
@@ -115,31 +114,6 @@ Lookup findCommand(const utility::StringArray& words) {
         return {nullptr, 0, "unknown command: " + first + " (try help)"};
     const bool hasTwoWords = names[0].find(' ') != std::string::npos;
     return {commandNamed(names[0]), hasTwoWords && second != nullptr ? 2U : 1U, ""};
-}
-
-std::string completeCommand(const std::string& line) {
-    const utility::Arguments arguments(line.c_str());
-    if (arguments.ArgCount() == 0 || arguments.ArgCount() > 2)
-        return line;
-    std::vector<std::string> names;
-    for (const std::string& first : matches(firstWords(), arguments.ArgValue(0))) {
-        for (const std::string& second : secondWords(first)) {
-            const bool isGiven = arguments.ArgCount() == 2;
-            const std::string begun = isGiven ? arguments.ArgValue(1) : "";
-            if (second.compare(0, begun.size(), begun) == 0 && (!isGiven || !second.empty()))
-                names.push_back(nameOf(first, second));
-        }
-    }
-    if (names.empty())
-        return line;
-    if (names.size() == 1)
-        return names[0] + ' ';
-    std::string common = names[0];
-    for (const std::string& name : names) {
-        while (name.compare(0, common.size(), common) != 0)
-            common.pop_back();
-    }
-    return common.size() > line.size() ? common : line;
 }
 
 } // namespace console

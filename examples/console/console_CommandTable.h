@@ -32,7 +32,4 @@ Lookup findCommand(const utility::StringArray& words);
 /// Returns command `i` in the order of the help; null if there are no more.
 const Command* commandAt(unsigned int i);
 
-/// Returns `line` with its abbreviated command name completed as far as that is unambiguous, or `line` unchanged.
-std::string completeCommand(const std::string& line);
-
 } // namespace console

@@ -87,6 +87,8 @@ bool copy(Invocation& call) {
     });
     // A file system may report a failed write only when the file is closed.
     const int closeError = close(target) == 0 ? 0 : errno;
+    if (!read && Interruption::isRequested())
+        return call.fail("interrupted: %s is incomplete", to);
     if (!read)
         return false;
     const int error = out.errorNumber() != 0 ? out.errorNumber() : closeError;
@@ -95,9 +97,9 @@ bool copy(Invocation& call) {
     return true;
 }
 
-constexpr Command commands[] = {{"show file", "PATH", "show a text file", 1, 1, showFile},
-                                {"dump", "PATH", "show a file in hexadecimal", 1, 1, dump},
-                                {"copy", "FROM TO", "copy a file", 2, 2, copy}};
+constexpr Command commands[] = {{"show file", "PATH", "show a text file", 1, 1, showFile, COMPLETE_PATHS},
+                                {"dump", "PATH", "show a file in hexadecimal", 1, 1, dump, COMPLETE_PATHS},
+                                {"copy", "FROM TO", "copy a file", 2, 2, copy, COMPLETE_PATHS}};
 
 } // namespace
 

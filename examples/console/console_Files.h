@@ -10,7 +10,7 @@
 namespace console {
 
 /// Passes each block of `file`, which was opened at `path`, to `take` until `take` returns false. Returns false, with
-/// the failure set, if reading fails.
+/// the failure set, if reading fails or the user interrupts it.
 template<typename Take>
 bool readFile(Invocation& call, utility::FileInputStream& file, const char* path, Take take) {
     char block[16384];
@@ -19,8 +19,8 @@ bool readFile(Invocation& call, utility::FileInputStream& file, const char* path
         count = file.ReceiveInputStream(block, sizeof block);
         if (count < 0)
             return call.fail("%s: %s", path, std::strerror(file.errorNumber()));
-    } while (count > 0 && take(block, count));
-    return true;
+    } while (count > 0 && take(block, count) && !Interruption::isRequested());
+    return !Interruption::isRequested() || call.fail("%s: interrupted", path);
 }
 
 /// As the overload for an open file; opens the file at `path` first.

@@ -94,14 +94,16 @@ bool quit(Invocation& call) {
 }
 
 constexpr Command commands[] = {
-    {"help", "[COMMAND]", "list all commands, or those that begin with COMMAND", 0, 2, help},
+    {"help", "[COMMAND]", "list all commands, or those that begin with COMMAND", 0, 2, help, COMPLETE_COMMANDS},
     {"show environment", "", "show the environment of this process", 0, 0, showEnvironment},
     {"set", "NAME VALUE", "set an environment variable of this process", 2, 2, setVariable},
-    {"history", "", "show the last commands and answers", 0, 0, history, REMEMBER_NOTHING},
+    {"history", "", "show the last commands and answers", 0, 0, history, COMPLETE_NOTHING, REMEMBER_NOTHING},
     {"debug", "", "show the debug switches that are on", 0, 0, showSwitches},
-    {"debug on", "NAME", "turn a debug switch on", 1, 1, setSwitchOn},
-    {"debug off", "NAME", "turn a debug switch off", 1, 1, setSwitchOff},
-    {"quit", "", "leave the console", 0, 0, quit}};
+    {"debug on", "NAME", "turn a debug switch on", 1, 1, setSwitchOn, COMPLETE_SWITCHES},
+    {"debug off", "NAME", "turn a debug switch off", 1, 1, setSwitchOff, COMPLETE_SWITCHES},
+    {"?", "[COMMAND]", "do the same as help", 0, 2, help, COMPLETE_COMMANDS},
+    {"quit", "", "leave the console", 0, 0, quit},
+    {"exit", "", "do the same as quit", 0, 0, quit}};
 
 } // namespace
 

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "console_Answer.h"
+#include "console_Interruption.h"
 #include "console_Settings.h"
 #include "console_TerminalConsole.h"
 #include "ut_StringArray.h"
@@ -28,9 +29,9 @@ public:
     TerminalConsole& terminal() {
         return m_terminal;
     }
-    /// Whether to go on with the answer: the user has not quit, and the output has not failed.
+    /// Whether to go on with the answer: the user has neither quit nor interrupted it, and the output has not failed.
     bool isWanted() const {
-        return m_answer.isWanted();
+        return m_answer.isWanted() && !Interruption::isRequested();
     }
     const Settings& settings() const {
         return m_settings;

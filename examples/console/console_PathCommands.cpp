@@ -95,9 +95,9 @@ bool showUrl(Invocation& call) {
 }
 
 constexpr Command commands[] = {
-    {"ls", "DIRECTORY [PATTERN]", "list a directory", 1, 2, list},
+    {"ls", "DIRECTORY [PATTERN]", "list a directory", 1, 2, list, COMPLETE_PATHS},
     {"path", "TEXT", "show the parts of a path and its normal form", 1, 1, showPath},
-    {"find", "FILE PATHLIST", "find a file in a colon-separated list of directories", 2, 2, find},
+    {"find", "FILE PATHLIST", "find a file in a colon-separated list of directories", 2, 2, find, COMPLETE_PATHS},
     {"url", "TEXT", "show the parts of a URL, decoded", 1, 1, showUrl}};
 
 } // namespace

@@ -20,7 +20,7 @@ void show(utility::TerminalConsole& terminal, const std::string& text) {
 // Reads a line in key mode. Returns false at the end of the input.
 bool readKeys(utility::TerminalConsole& terminal, std::string* secret) {
     char key = 0;
-    while (terminal.readByte(&key)) {
+    while (Interruption::waitForInput(STDIN_FILENO) && terminal.readByte(&key)) {
         if (key == '\n' || key == '\r')
             return true;
         if (key == endOfInput && secret->empty())

@@ -4,8 +4,11 @@
 #include <exception>
 #include <memory>
 
+#include <signal.h>
+
 #include "console_CommandTable.h"
 #include "console_EscapingOutputStream.h"
+#include "console_Interruption.h"
 #include "console_JsonAnswer.h"
 #include "console_Pager.h"
 #include "console_SignalStack.h"
@@ -137,6 +140,7 @@ Session::Result Session::run(const std::string& line) {
     if (words.length() == 0)
         return {};
     std::string failure;
+    Interruption::clear();
     if (!startWorker(&failure))
         return refuse(failure);
 
@@ -180,6 +184,12 @@ Session::Result Session::readAnswer(utility::BufferStreamElement& element) {
 
 void Session::work() {
     const SignalStack stack;
+    // The thread that reads commands handles them.
+    sigset_t keys;
+    sigemptyset(&keys);
+    for (const int sig : {SIGINT, SIGTSTP, SIGCONT, SIGWINCH})
+        sigaddset(&keys, sig);
+    pthread_sigmask(SIG_BLOCK, &keys, nullptr);
     framework::ThreadInfo* thread = framework::ThreadInfo::MyThreadInfo();
     if (thread != nullptr)
         thread->setThreadName("worker");

@@ -181,7 +181,7 @@ bool context(Invocation& call) {
     std::map<std::string, std::string> reports;
     std::string failure;
     unsigned int whole = 0;
-    for (int i = 0; i < longestWait && whole < threadCount && failure.empty(); ++i) {
+    for (int i = 0; i < longestWait && whole < threadCount && failure.empty() && !Interruption::isRequested(); ++i) {
         utility::Misc::sleepMicroseconds(10000);
         for (const std::string& name : folder.names(&failure))
             reports[name] = contentsOf(folder.path() + '/' + name);
@@ -194,6 +194,8 @@ bool context(Invocation& call) {
     const int removeError = folder.remove() ? 0 : errno;
     if (!failure.empty())
         return call.fail("%s", failure.c_str());
+    if (Interruption::isRequested())
+        return call.fail("interrupted");
     if (whole < threadCount)
         return call.fail("%s: %u of %u threads left their context", folder.path().c_str(), whole, threadCount);
     return removeError == 0 ||

@@ -8,11 +8,11 @@
 
 namespace console {
 
-/// The console's terminal: edits lines, and keeps a history of commands and answers. One thread at a time.
+/// The console's terminal: reads lines, and keeps a history of commands and answers. One thread at a time.
 ///
-///     console::TerminalConsole terminal(STDIN_FILENO, STDOUT_FILENO, true);
+///     console::TerminalConsole terminal(STDIN_FILENO, STDOUT_FILENO, false);
 ///     std::string line;
-///     while (terminal.readLine("vx> ", nullptr, &line)) run(line);
+///     while (terminal.readPlainLine(&line)) run(line);
 class TerminalConsole : public utility::TerminalConsole {
 public:
     /// Switches the terminal to key mode if `keyMode` is set and `input` is a terminal.
@@ -21,14 +21,13 @@ public:
     framework::OutputStream& outputStream() override {
         return m_recorder;
     }
+    /// Also returns 'q' if the user interrupts the command.
     char readKey() override;
 
-    /// Shows `prompt` and reads a line that the user can edit. The Tab key replaces it with `complete(line)`;
-    /// `complete` may be null. Returns false at the end of the input.
-    bool readLine(const char* prompt, std::string (*complete)(const std::string& line), std::string* line);
-
-    /// Reads a line without prompt and editing. The last line may lack its newline. Returns false at the end of the
-    /// input, and if a read fails: a partial line before the failure does not count.
+    /// Starts a new line if something was written to the present one.
+    void startLine();
+    /// Reads a line without editing. The last line may lack its newline. Returns false at the end of the input, and if
+    /// a read fails: a partial line before the failure does not count.
     bool readPlainLine(std::string* line);
 
     /// The commands and answers so far.
@@ -42,9 +41,8 @@ public:
 
 private:
     void show(const std::string& text);
-    void erase(const std::string& text, int width);
-    void replaceLine(const char* prompt, std::string* line, const std::string& text);
 
+    const int m_keys;
     History m_history;
     RecordingOutputStream m_recorder;
 };

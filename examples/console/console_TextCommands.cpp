@@ -34,6 +34,8 @@ bool forEachPath(Invocation& call, const char* checksum, bool (*one)(Invocation&
     call.answer().table("files", {left(checksum, 0, "  "), left("path")});
     std::string failures;
     for (unsigned int i = 0; i < call.wordCount(); ++i) {
+        if (Interruption::isRequested())
+            break;
         if (!one(call, call.word(i)))
             failures += (failures.empty() ? "" : "; ") + call.failure();
     }
@@ -97,10 +99,10 @@ bool checkUtf8(Invocation& call) {
 }
 
 constexpr Command commands[] = {
-    {"count words", "PATH", "count the words of a file, the most frequent first", 1, 1, countWords},
-    {"md5", "PATH...", "show the MD5 digests of files", 1, 1000, md5},
-    {"crc", "PATH...", "show the CRC-8 of files", 1, 1000, crc},
-    {"check utf8", "PATH", "find the first character that is not printable UTF-8", 1, 1, checkUtf8}};
+    {"count words", "PATH", "count the words of a file, the most frequent first", 1, 1, countWords, COMPLETE_PATHS},
+    {"md5", "PATH...", "show the MD5 digests of files", 1, 1000, md5, COMPLETE_PATHS},
+    {"crc", "PATH...", "show the CRC-8 of files", 1, 1000, crc, COMPLETE_PATHS},
+    {"check utf8", "PATH", "find the first character that is not printable UTF-8", 1, 1, checkUtf8, COMPLETE_PATHS}};
 
 } // namespace
 

@@ -295,10 +295,10 @@ bool setPassword(Invocation& call) {
 
 constexpr Command commands[] = {
     {"show users", "", "show the users of the password file", 0, 0, showUsers},
-    {"show user", "NAME", "show one user", 1, 1, showUser},
+    {"show user", "NAME", "show one user", 1, 1, showUser, COMPLETE_USERS},
     {"add user", "NAME [REALNAME]", "add a user under VX_ROOT, without a password", 1, 2, addUser},
-    {"delete user", "NAME", "delete a user under VX_ROOT", 1, 1, deleteUser},
-    {"password", "NAME [-]", "set a user's password under VX_ROOT", 1, 2, setPassword, REMEMBER_NAME}};
+    {"delete user", "NAME", "delete a user under VX_ROOT", 1, 1, deleteUser, COMPLETE_USERS},
+    {"password", "NAME [-]", "set a user's password under VX_ROOT", 1, 2, setPassword, COMPLETE_USERS, REMEMBER_NAME}};
 
 } // namespace
 

@@ -8,7 +8,8 @@
 #include <unistd.h>
 
 #include "console_CommandLine.h"
-#include "console_CommandTable.h"
+#include "console_Interruption.h"
+#include "console_LineEditor.h"
 #include "console_Session.h"
 #include "console_SignalStack.h"
 #include "fw_ApplicationArguments.h"
@@ -141,7 +142,9 @@ private:
 
     void runInteractively() {
         std::string line;
-        while (!m_session.isEnded() && m_terminal.readLine("vx> ", console::completeCommand, &line)) {
+        console::Interruption::install();
+        console::LineEditor editor(m_terminal, console::RecallFile::defaultPath());
+        while (!m_session.isEnded() && editor.readLine(&line)) {
             const console::Session::Result result = m_session.run(line);
             if (!result.succeeded)
                 report(result.failure);
@@ -179,6 +182,6 @@ int main(int argc, char** argv) {
     framework::ThreadInfo::MyThreadInfo()->setThreadName("console");
     utility::Terminal::instance();
     const bool isInteractive = commandLine.sources.empty() && isatty(STDIN_FILENO) != 0 && isatty(STDOUT_FILENO) != 0;
-    console::TerminalConsole terminal(STDIN_FILENO, STDOUT_FILENO, isInteractive);
+    console::TerminalConsole terminal(STDIN_FILENO, STDOUT_FILENO, isInteractive && console::LineEditor::isPossible());
     return Program(terminal, commandLine, isInteractive).run();
 }

@@ -33,8 +33,9 @@ inline const testing::Environment* const consoleMachine = protectMachine();
 /// environment.
 inline void setConsoleEnvironment() {
     setenv("TSAN_OPTIONS", "report_signal_unsafe=0:halt_on_error=1", 0);
-    for (const char* name : {"VX_ROOT", "VX_MEM", "TZ"})
+    for (const char* name : {"VX_ROOT", "VX_MEM", "TZ", "HOME", "XDG_STATE_HOME", "NO_COLOR"})
         unsetenv(name);
+    setenv("TERM", "xterm", 1);
 }
 
 /// Makes file permissions apply to this process and to the programs it runs, even if it is root.
