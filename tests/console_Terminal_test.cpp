@@ -816,7 +816,7 @@ TEST(ConsoleCompletion, ShowsTheCandidatesAndTheLineAgain) {
     terminal.type("show u\t");
     terminal.expect("ser");
     terminal.type("\t");
-    terminal.expect("\r\nuser  users\r\n");
+    terminal.expect("user   users\r");
     terminal.expect("vx> show user");
     terminal.type("xyz\t");
     terminal.expect("\007");
