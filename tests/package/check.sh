@@ -40,6 +40,20 @@ cmake --build "$folder/part" --target "$object" >"$folder/build.log" || {
     fail "as a part of another project, the library adds install rules to it"
 grep -q 'VXut\.h' "$build/cmake_install.cmake" || fail "the install rules are not where they are looked for"
 
+# Builds for use do not fail where the console's libraries are missing, except when the console was asked for.
+configure_without_console_libraries() {
+    cmake -G "$generator" -S "$source/../.." -B "$folder/$1" -DVXUT_BUILD_TESTS=OFF -DVXUT_BUILD_FUZZ=OFF \
+        -DCMAKE_IGNORE_PATH=/usr/include "${@:2}" >"$folder/configure.log" 2>&1
+}
+configure_without_console_libraries without_console || {
+    cat "$folder/configure.log"
+    fail "the libraries alone need the console's libraries"
+}
+grep -q 'vxconsole is not built: install nlohmann-json3-dev' "$folder/configure.log" ||
+    fail "nobody says why there is no console"
+! configure_without_console_libraries with_console -DVXUT_BUILD_EXAMPLES=ON ||
+    fail "a console that was asked for is left out"
+
 console=$prefix/bin/vxconsole
 [ ! -e "$console" ] || "$console" -c "path /a/../b" </dev/null | grep -q '^normal  *//*b$' ||
     fail "the installed console does not start"
