@@ -74,6 +74,16 @@ TEST(CommandTable, ALongerNameWinsOverAnArgument) {
     EXPECT_EQ(found("show user"), "show user/2");
 }
 
+TEST(CommandTable, TheNearestCommandHasFewErrors) {
+    EXPECT_EQ(console::nearestCommand("pasword"), "password");
+    EXPECT_EQ(console::nearestCommand("sohw file"), "show file");
+    EXPECT_EQ(console::nearestCommand("cpy"), "copy");
+    EXPECT_EQ(console::nearestCommand("sx"), "");
+    EXPECT_EQ(console::nearestCommand("bogus"), "");
+    EXPECT_EQ(console::nearestCommand(""), "");
+    EXPECT_EQ(console::nearestCommand(std::string(100000, 'x')), "");
+}
+
 TEST(CommandTable, AnUnknownCommandIsReported) {
     EXPECT_EQ(found(""), "unknown command:  (try help)");
     utility::StringArray words(0);
@@ -81,7 +91,7 @@ TEST(CommandTable, AnUnknownCommandIsReported) {
     const console::Lookup empty = console::findCommand(words);
     EXPECT_EQ(empty.command, nullptr);
     EXPECT_EQ(empty.problem, "unknown command:  (try help)");
-    EXPECT_EQ(found("showfile"), "unknown command: showfile (try help)");
+    EXPECT_EQ(found("showfile"), "unknown command: showfile; did you mean show file? (try help)");
     EXPECT_EQ(found("\xff\x80"), "unknown command: \xff\x80 (try help)");
     EXPECT_EQ(found(std::string(100000, 's')).size(), std::string("unknown command:  (try help)").size() + 100000);
 }

@@ -2,16 +2,15 @@
 
 #include <algorithm>
 #include <iterator>
+#include <numeric>
 #include <set>
-
-#include "console_CommandGroup.h"
 
 namespace console {
 
 namespace {
 
-const CommandGroup* const groups[] = {&generalCommands, &fileCommands, &textCommands,
-                                      &systemCommands,  &pathCommands, &userCommands};
+const std::vector<const CommandGroup*> groups = {&generalCommands, &fileCommands, &textCommands,
+                                                 &systemCommands,  &pathCommands, &userCommands};
 
 std::string firstWordOf(const Command& command) {
     const std::string name = command.name;
@@ -78,6 +77,22 @@ std::vector<std::string> namesFor(const std::string& first, const char* second) 
     return names;
 }
 
+// Returns how many characters must be replaced, added or removed to turn one text into the other.
+std::size_t distanceBetween(const std::string& one, const std::string& other) {
+    std::vector<std::size_t> row(other.size() + 1);
+    std::iota(row.begin(), row.end(), std::size_t(0));
+    for (std::size_t i = 0; i < one.size(); ++i) {
+        std::size_t diagonal = row[0];
+        row[0] = i + 1;
+        for (std::size_t j = 0; j < other.size(); ++j) {
+            const std::size_t replaced = diagonal + (one[i] == other[j] ? 0 : 1);
+            diagonal = row[j + 1];
+            row[j + 1] = std::min({replaced, row[j] + 1, row[j + 1] + 1});
+        }
+    }
+    return row.back();
+}
+
 std::string joined(const std::vector<std::string>& names) {
     std::string text;
     for (const std::string& name : names)
@@ -85,7 +100,19 @@ std::string joined(const std::vector<std::string>& names) {
     return text;
 }
 
+// Returns what to do about the unknown command that the first words are.
+std::string suggestionFor(const std::string& first, const char* second) {
+    std::string nearest = second != nullptr ? nearestCommand(first + ' ' + second) : "";
+    if (nearest.empty())
+        nearest = nearestCommand(first);
+    return nearest.empty() ? " (try help)" : "; did you mean " + nearest + "? (try help)";
+}
+
 } // namespace
+
+const std::vector<const CommandGroup*>& commandGroups() {
+    return groups;
+}
 
 std::vector<std::string> matches(const std::vector<std::string>& names, const std::string& word) {
     std::vector<std::string> found;
@@ -104,6 +131,21 @@ const Command* commandAt(unsigned int i) {
     return found;
 }
 
+std::string nearestCommand(const std::string& text) {
+    constexpr std::size_t mostErrors = 2;
+    constexpr std::size_t longestText = 40;
+    std::string nearest;
+    std::size_t fewest = std::min(mostErrors, text.size() / 3) + 1;
+    forEachCommand([&](const Command& command) {
+        const std::size_t distance = text.size() <= longestText ? distanceBetween(text, command.name) : fewest;
+        if (distance < fewest) {
+            nearest = command.name;
+            fewest = distance;
+        }
+    });
+    return nearest;
+}
+
 Lookup findCommand(const utility::StringArray& words) {
     const std::string first = words.ElementAt(0) != nullptr ? words.ElementAt(0) : "";
     const char* second = words.ElementAt(1);
@@ -111,7 +153,7 @@ Lookup findCommand(const utility::StringArray& words) {
     if (names.size() > 1)
         return {nullptr, 0, "ambiguous command: " + joined(names)};
     if (names.empty())
-        return {nullptr, 0, "unknown command: " + first + " (try help)"};
+        return {nullptr, 0, "unknown command: " + first + suggestionFor(first, second)};
     const bool hasTwoWords = names[0].find(' ') != std::string::npos;
     return {commandNamed(names[0]), hasTwoWords && second != nullptr ? 2U : 1U, ""};
 }

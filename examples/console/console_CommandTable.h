@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "console_Command.h"
+#include "console_CommandGroup.h"
 #include "ut_StringArray.h"
 
 namespace console {
@@ -26,8 +26,15 @@ struct Lookup {
 /// with it.
 std::vector<std::string> matches(const std::vector<std::string>& names, const std::string& word);
 
+/// Returns all groups of commands, in the order of the help.
+const std::vector<const CommandGroup*>& commandGroups();
+
 /// Returns the command that the first words name. Each word of a name may be abbreviated; see `matches`.
 Lookup findCommand(const utility::StringArray& words);
+
+/// Returns the name of a command that `text` resembles: at most a third of its characters, but not more than two, are
+/// wrong, missing or additional. Empty if there is none.
+std::string nearestCommand(const std::string& text);
 
 /// Returns command `i` in the order of the help; null if there are no more.
 const Command* commandAt(unsigned int i);

@@ -18,25 +18,50 @@ namespace {
 
 constexpr stringtoken lastSwitch = 8191;
 
-// Lists the commands that begin with the given words; without words, all commands.
+// Shows the names of all commands, by group; the text fits a screen.
+void showGroups(Answer& answer) {
+    answer.table("groups", {left("title", 20), left("commands")});
+    for (const CommandGroup* group : commandGroups()) {
+        std::string shown;
+        std::vector<std::string> names;
+        for (const Command& command : *group) {
+            names.emplace_back(command.name);
+            shown += (shown.empty() ? "" : ", ") + names.back();
+        }
+        answer.row({group->title(), Value(names).shownAs(shown)});
+    }
+    answer.remark("help WORD shows how commands are used. Words in double quotes may contain blanks; single quotes");
+    answer.remark("and backslashes are ordinary characters.");
+}
+
+// Shows the commands that begin with the given words, or else those with the text anywhere in their names or summaries;
+// without words, the names of all commands.
 bool help(Invocation& call) {
-    std::string beginning;
+    std::string text;
     for (unsigned int i = 0; i < call.wordCount(); ++i)
-        beginning += (i > 0 ? " " : "") + std::string(call.word(i));
-    std::size_t width = 0;
+        text += (i > 0 ? " " : "") + std::string(call.word(i));
+    if (text.empty()) {
+        showGroups(call.answer());
+        return true;
+    }
+    std::vector<const Command*> begun;
+    std::vector<const Command*> others;
     const Command* command = nullptr;
-    for (unsigned int i = 0; (command = commandAt(i)) != nullptr; ++i)
-        width = std::max(width, usageOf(*command).size());
-    call.answer().table("commands", {left("usage", static_cast<unsigned int>(width), "  "), left("summary")});
-    bool found = false;
     for (unsigned int i = 0; (command = commandAt(i)) != nullptr; ++i) {
         const std::string usage = usageOf(*command) + (*command->arguments == 0 ? " " : "");
-        if (usage.compare(0, beginning.size(), beginning) != 0)
-            continue;
-        found = true;
-        call.answer().row({usageOf(*command), command->summary});
+        if (usage.compare(0, text.size(), text) == 0)
+            begun.push_back(command);
+        else if ((usage + command->summary).find(text) != std::string::npos)
+            others.push_back(command);
     }
-    return found || call.fail("%s: no such command (try help)", beginning.c_str());
+    const std::vector<const Command*>& found = begun.empty() ? others : begun;
+    std::size_t width = 0;
+    for (const Command* each : found)
+        width = std::max(width, usageOf(*each).size());
+    call.answer().table("commands", {left("usage", static_cast<unsigned int>(width), "  "), left("summary")});
+    for (const Command* each : found)
+        call.answer().row({usageOf(*each), each->summary});
+    return !found.empty() || call.fail("%s: no such command (try help)", text.c_str());
 }
 
 bool showEnvironment(Invocation& call) {
@@ -94,14 +119,15 @@ bool quit(Invocation& call) {
 }
 
 constexpr Command commands[] = {
-    {"help", "[COMMAND]", "list all commands, or those that begin with COMMAND", 0, 2, help, COMPLETE_COMMANDS},
+    {"help", "[WORD]", "list all commands, or show those that begin with WORD or mention it", 0, 2, help,
+     COMPLETE_COMMANDS},
     {"show environment", "", "show the environment of this process", 0, 0, showEnvironment},
     {"set", "NAME VALUE", "set an environment variable of this process", 2, 2, setVariable},
     {"history", "", "show the last commands and answers", 0, 0, history, COMPLETE_NOTHING, REMEMBER_NOTHING},
     {"debug", "", "show the debug switches that are on", 0, 0, showSwitches},
     {"debug on", "NAME", "turn a debug switch on", 1, 1, setSwitchOn, COMPLETE_SWITCHES},
     {"debug off", "NAME", "turn a debug switch off", 1, 1, setSwitchOff, COMPLETE_SWITCHES},
-    {"?", "[COMMAND]", "do the same as help", 0, 2, help, COMPLETE_COMMANDS},
+    {"?", "[WORD]", "do the same as help", 0, 2, help, COMPLETE_COMMANDS},
     {"quit", "", "leave the console", 0, 0, quit},
     {"exit", "", "do the same as quit", 0, 0, quit}};
 
