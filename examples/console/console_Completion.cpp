@@ -92,7 +92,7 @@ Names pathsFor(const std::string& word) {
         const bool isSpecial = std::strcmp(name, ".") == 0 || std::strcmp(name, "..") == 0;
         // A quote cannot be written in a word, and a control character cannot be typed.
         const bool isTypeable = std::none_of(name, name + std::strlen(name), [](char c) {
-            return c == '"' || std::iscntrl(static_cast<unsigned char>(c));
+            return c == '"' || std::iscntrl(static_cast<unsigned char>(c)) != 0;
         });
         struct stat status = {};
         const std::string path = folder + name;

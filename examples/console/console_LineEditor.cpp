@@ -205,7 +205,7 @@ unsigned char LineEditor::completeWord() {
 
 // Shows the candidates in columns below the line.
 void LineEditor::list(const std::vector<std::string>& candidates) {
-    std::size_t width = 0;
+    std::size_t width = 1;
     std::vector<std::string> shown;
     for (const std::string& candidate : candidates) {
         // Of a path, only its last part; without the blank and the quote that complete a word.
