@@ -183,9 +183,9 @@ protected:
     /// Writes `c` and a NUL after it. Returns false and does nothing if `claimHead` would return null.
     VXUT_HIDDEN bool putDirectly(char c);
     /// Writes `text` and a NUL after it, and moves the write position past the text if `nuls` is 0, past the NUL too if
-    /// it is 1. Returns false and does nothing if text and NUL do not fit in `remaining` bytes, the result of
-    /// `WriteRemaining`, or if a derived class overrides `WriteAdvance`.
-    VXUT_HIDDEN bool putDirectly(const char* text, int remaining, int nuls);
+    /// it is 1. Returns false and does nothing if text and NUL do not fit or if a derived class overrides a write
+    /// operation.
+    VXUT_HIDDEN bool putDirectly(const char* text, int nuls);
 
 private:
     friend class BufferStreamElement;

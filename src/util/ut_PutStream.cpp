@@ -89,7 +89,7 @@ void PutStream::PutB(const char* data, int n) {
 }
 
 void PutStream::PutS(const char* text) {
-    if (text == nullptr || (hasOwnWriting() && putDirectly(text, Size(), 0)))
+    if (text == nullptr || putDirectly(text, 0))
         return;
     const int remaining = WriteRemaining();
     if (putText(text, boundedRoom(remaining)))
@@ -237,7 +237,7 @@ void PutStream::PutParmSint32(int32_t value) {
 void PutStream::PutParmString(const char* text) {
     if (text == nullptr)
         return;
-    if (hasOwnWriting() && putDirectly(text, Size(), 1)) {
+    if (putDirectly(text, 1)) {
         terminate();
         return;
     }

@@ -117,12 +117,6 @@ std::optional<DateTime> parseTime(const char* text, DateTime (*parse)(const char
     }
 }
 
-template<typename Result>
-std::optional<Result> fromName(std::string_view text, Result (*find)(const char*), Result unknown) {
-    const Result result = find(ShortText(text).get());
-    return result != unknown ? std::optional<Result>(result) : std::nullopt;
-}
-
 // Appends a part of a URL with its delimiters unless it is null. Returns whether it has characters.
 bool appendPart(std::string& text, const char* before, const char* part, const char* after) {
     if (part == nullptr)
@@ -255,21 +249,6 @@ std::optional<DateTime> fromText<DateTime>(std::string_view text) {
     const std::optional<DateTime> value = parseTime(time.get(), DateTime::Parse);
     char written[isoSize];
     return value.has_value() && text == value->ToISOBuf(written, sizeof written) ? value : std::nullopt;
-}
-
-template<>
-std::optional<DateTime::Month> fromText<DateTime::Month>(std::string_view text) {
-    return fromName(text, DateTime::MonthFromName, static_cast<DateTime::Month>(-1));
-}
-
-template<>
-std::optional<DateTime::Weekday> fromText<DateTime::Weekday>(std::string_view text) {
-    return fromName(text, DateTime::WeekdayFromName, static_cast<DateTime::Weekday>(-1));
-}
-
-template<>
-std::optional<PortAddress::PortType> fromText<PortAddress::PortType>(std::string_view text) {
-    return fromName(text, PortAddress::StrToPortType, PortAddress::PORT_UNDEFINED);
 }
 
 bool operator==(const DateTime& a, const DateTime& b) {

@@ -141,6 +141,18 @@ VXUT_EXPORT std::string toText(const Arguments& arguments);
 /// ones.
 VXUT_EXPORT std::string_view readableText(const Buffer& stream);
 
+/// Returns the result of `find(name)`, where `name` is a copy of `text`, or `std::nullopt` if that is `unknown` or if
+/// `text` has more than 15 characters or a NUL. `fromText` is easier to use.
+template<typename Result>
+std::optional<Result> valueOfName(std::string_view text, Result (*find)(const char* name), Result unknown) {
+    char name[16] = {};
+    if (text.size() >= sizeof name || text.find('\0') != std::string_view::npos)
+        return std::nullopt;
+    text.copy(name, text.size());
+    const Result result = find(name);
+    return result != unknown ? std::optional<Result>(result) : std::nullopt;
+}
+
 /// Returns the value that the whole of `text` represents, or `std::nullopt` if it does not represent one. There are
 /// conversions for these types:
 ///
@@ -167,11 +179,17 @@ VXUT_EXPORT std::optional<SerialNumber> fromText<SerialNumber>(std::string_view 
 template<>
 VXUT_EXPORT std::optional<DateTime> fromText<DateTime>(std::string_view text);
 template<>
-VXUT_EXPORT std::optional<DateTime::Month> fromText<DateTime::Month>(std::string_view text);
+inline std::optional<DateTime::Month> fromText<DateTime::Month>(std::string_view text) {
+    return valueOfName(text, DateTime::MonthFromName, static_cast<DateTime::Month>(-1));
+}
 template<>
-VXUT_EXPORT std::optional<DateTime::Weekday> fromText<DateTime::Weekday>(std::string_view text);
+inline std::optional<DateTime::Weekday> fromText<DateTime::Weekday>(std::string_view text) {
+    return valueOfName(text, DateTime::WeekdayFromName, static_cast<DateTime::Weekday>(-1));
+}
 template<>
-VXUT_EXPORT std::optional<PortAddress::PortType> fromText<PortAddress::PortType>(std::string_view text);
+inline std::optional<PortAddress::PortType> fromText<PortAddress::PortType>(std::string_view text) {
+    return valueOfName(text, PortAddress::StrToPortType, PortAddress::PORT_UNDEFINED);
+}
 
 /// Does the same for a NUL-terminated text; returns `std::nullopt` if `text` is null.
 template<typename Value>

@@ -7,8 +7,6 @@
 #include <cstdio>
 #include <cstring>
 
-#include "internal/ut_ShortCopy.h"
-
 namespace utility {
 
 namespace {
@@ -35,7 +33,12 @@ public:
 
     void put(const char* text, std::size_t length) {
         char* const at = claim(length);
-        copyShort(at, text, length);
+        // Most pieces are short: a call would cost more than a loop.
+        if (length > 16)
+            std::memcpy(at, text, length);
+        else
+            for (std::size_t i = 0; i < length; ++i)
+                at[i] = text[i];
     }
     void fill(char c, std::size_t length) {
         char* const at = claim(length);

@@ -106,9 +106,9 @@ inline bool Buffer::putDirectly(char c) {
     return true;
 }
 
-inline bool Buffer::putDirectly(const char* text, int remaining, int nuls) {
-    const int space = boundedRoom(remaining);
-    if (space < 1 || !isOwnOperation(this, SLOT_WRITE_ADVANCE))
+inline bool Buffer::putDirectly(const char* text, int nuls) {
+    const int space = boundedRoom(m_size);
+    if (space < 1 || !hasOwnWriting())
         return false;
     const void* const end = std::memchr(text, 0, static_cast<std::size_t>(space));
     if (end == nullptr)
