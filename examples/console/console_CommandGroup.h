@@ -35,6 +35,7 @@ extern const CommandGroup generalCommands;
 extern const CommandGroup fileCommands;
 extern const CommandGroup textCommands;
 extern const CommandGroup systemCommands;
+extern const CommandGroup machineCommands;
 extern const CommandGroup pathCommands;
 extern const CommandGroup userCommands;
 

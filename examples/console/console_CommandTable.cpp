@@ -9,8 +9,8 @@ namespace console {
 
 namespace {
 
-const std::vector<const CommandGroup*> groups = {&generalCommands, &fileCommands, &textCommands,
-                                                 &systemCommands,  &pathCommands, &userCommands};
+const std::vector<const CommandGroup*> groups = {&generalCommands, &fileCommands, &textCommands, &systemCommands,
+                                                 &machineCommands, &pathCommands, &userCommands};
 
 std::string firstWordOf(const Command& command) {
     const std::string name = command.name;

@@ -16,11 +16,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "console_Clock.h"
 #include "console_CommandGroup.h"
 #include "console_ContextFolder.h"
 #include "console_Files.h"
-#include "ut_BufferStream.h"
-#include "ut_DateTime.h"
 #include "ut_Debug.h"
 #include "ut_DirIterator.h"
 #include "ut_Environment.h"
@@ -28,7 +27,6 @@
 #include "ut_ISCSIPortAddress.h"
 #include "ut_Misc.h"
 #include "ut_PortAddressArray.h"
-#include "ut_TimeMeasure.h"
 #include "ut_WWN.h"
 
 namespace console {
@@ -132,29 +130,6 @@ bool showDisks(Invocation& call) {
             {name, Value(size).shownAs(sizeText(size)), kindOf(rotational), model.empty() ? Value() : Value(model)});
     }
     return failure.empty() || call.fail("%s", failure.c_str());
-}
-
-bool date(Invocation& call) {
-    const utility::DateTime now = utility::DateTime::Now();
-    if (!now.getEpochValid())
-        return call.fail("the clock cannot be read");
-    utility::BufferStream text(100);
-    now.ToBuffer(text);
-    call.answer().line("date", std::string(text.pTail(), static_cast<std::size_t>(text.ReadAvailable())));
-    return true;
-}
-
-bool uptime(Invocation& call) {
-    const std::string path = call.systemPath("/proc/uptime");
-    std::string failure;
-    const std::string text = firstLineOf(path, &failure);
-    if (text.empty())
-        return call.fail("%s", failure.empty() ? (path + " cannot be read").c_str() : failure.c_str());
-    const double seconds = std::strtod(text.c_str(), nullptr);
-    char duration[20];
-    utility::TimeMeasure::printDurationMillisec(static_cast<int64_t>(seconds * 1e6), duration, sizeof duration);
-    call.answer().line("seconds", Value(seconds).shownAs(duration));
-    return true;
 }
 
 std::string contentsOf(const std::string& path) {
