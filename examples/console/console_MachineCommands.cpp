@@ -185,10 +185,10 @@ constexpr unsigned int mostWords = 64;
 
 constexpr Command commands[] = {
     {"show addresses", "[PORT]", "show network interfaces with their IP addresses", 0, 1, showAddresses},
-    {"show wwns", "", "show WWNs of Fibre Channel hosts and disks, and serial numbers", 0, 0, showWwns},
+    {"show wwns", "", "show WWNs and serial numbers of hosts and disks", 0, 0, showWwns},
     {"show initiator", "", "show the name of the iSCSI initiator", 0, 0, showInitiator},
     {"show mounts", "", "show the mounted file systems", 0, 0, showMounts},
-    {"show processes", "[ORDER]", "show the processes by cpu (without ORDER), memory or pid", 0, 1, showProcesses},
+    {"show processes", "[ORDER]", "show the processes by cpu, memory or pid", 0, 1, showProcesses},
     {"show memory", "", "show how much memory there is", 0, 0, showMemory},
     {"watch", "SECONDS COMMAND", "run a command every few seconds until a key", 2, mostWords, watch}};
 
