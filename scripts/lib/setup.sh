@@ -13,7 +13,7 @@ instructions_packages=(valgrind python3)
 bench_packages=(libfmt-dev libspdlog-dev libabsl-dev libboost-dev libglib2.0-dev libssl-dev libmsgpack-cxx-dev libprotobuf-dev
     libpocofoundation80 pkg-config python3)
 armhf_packages=(g++-arm-linux-gnueabihf gdb-multiarch qemu-user libc6:armhf libstdc++6:armhf libcrypt-dev:armhf libedit2:armhf)
-packaging_packages=(debhelper dpkg-dev fakeroot lintian)
+packaging_packages=(debhelper dpkg-dev doxygen fakeroot lintian debootstrap)
 abi_packages=(abigail-tools xz-utils)
 
 # Under sudo, only packages are installed as root. Everything else runs as the user who called sudo and belongs to that user.
