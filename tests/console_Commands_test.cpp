@@ -316,7 +316,8 @@ TEST(ConsoleHelp, ListsEveryCommandOnOneScreen) {
     const ChildResult child = runCommand("help");
     EXPECT_EQ(child.status, 0);
     EXPECT_LT(linesOf(child.out).size(), 24U);
-    for (unsigned int i = 0; const console::Command* command = console::commandAt(i); ++i) {
+    for (unsigned int i = 0; console::commandAt(i) != nullptr; ++i) {
+        const console::Command* const command = console::commandAt(i);
         EXPECT_NE(child.out.find(command->name), std::string::npos) << command->name;
         const ChildResult one = runCommand("help " + std::string(command->name));
         EXPECT_NE(one.out.find(console::usageOf(*command) + " "), std::string::npos) << one.out;

@@ -22,7 +22,7 @@ using test::TemporaryDirectory;
 const std::string pagePrompt = "Press any key to continue (Q to quit)";
 const std::string removedPrompt = "\r" + std::string(37, ' ') + "\r";
 
-const char* const heldBack = "the thread sanitizer holds signals back while a thread waits in read";
+constexpr const char* heldBack = "the thread sanitizer holds signals back while a thread waits in read";
 
 // Whether the thread sanitizer holds a signal back until the next key is read.
 bool isHeldBack(int sig) {
@@ -77,8 +77,6 @@ std::string shown(const std::string& text) {
 std::size_t linesIn(const std::string& text) {
     return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
 }
-
-} // namespace
 
 TEST(Pty, UsageExample) {
     test::Pty terminal({"/bin/cat"});
@@ -341,16 +339,12 @@ TEST(ConsoleTerminal, KeyModeReturnsAfterAStopThatCannotBeCaught) {
 
 // Control characters
 
-namespace {
-
 // Text with control characters, and the same text as it must be shown.
 const std::string unsafeText = "\033[2J\x9b"
                                "1m\xc2\x9b"
                                "2m\x7f\x80\xff\b\r\033";
 const std::string unsafeTextShown = "\\x1b[2J\\x9b1m\\xc2\\x9b2m\\x7f\\x80\\xff\\x08\\x0d\\x1b";
 const std::string readableText = "gr\xc3\xbcn \xe6\xbc\xa2\xe5\xad\x97 \xf0\x9f\x99\x82";
-
-} // namespace
 
 TEST(ConsoleEscapes, ControlCharactersInAFileAreEscapedAndTextStaysReadable) {
     TemporaryDirectory directory;
@@ -745,8 +739,6 @@ TEST(ConsoleRecall, UpAndControlRFindFormerLines) {
     terminal.untilPrompt();
 }
 
-namespace {
-
 // The console in a terminal, with a folder for its state.
 Pty terminalWithState(const std::string& folder) {
     return Pty(test::consoleCommand({}), 80, 25, [folder] {
@@ -754,8 +746,6 @@ Pty terminalWithState(const std::string& folder) {
         setenv("XDG_STATE_HOME", folder.c_str(), 1);
     });
 }
-
-} // namespace
 
 TEST(ConsoleRecall, LinesAreKeptInAFileOfTheOwner) {
     TemporaryDirectory directory;
@@ -875,3 +865,5 @@ TEST(ConsoleTerminalHistory, ContainsTheAnswersWithoutThePagePrompt) {
     terminal.expect("vx> ");
     EXPECT_EQ(terminal.expect(shown(numberedLines(0, 24)) + "vx> "), answer);
 }
+
+} // namespace

@@ -46,8 +46,8 @@ using utility::SerialNumber;
 using utility::toText;
 using utility::WWN;
 
-const char* const wwnText = "500a09818d5f1234";
-const char* const serialText = "00c0ff112233aabb4455667788000000";
+constexpr const char* wwnText = "500a09818d5f1234";
+constexpr const char* serialText = "00c0ff112233aabb4455667788000000";
 
 template<typename Value, typename = void>
 constexpr bool hasText = false;

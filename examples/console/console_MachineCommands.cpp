@@ -194,6 +194,6 @@ constexpr Command commands[] = {
 
 } // namespace
 
-constexpr CommandGroup machineCommands("Names and load of this machine", commands);
+constexpr CommandGroup machineCommands("Addresses and load", commands);
 
 } // namespace console

@@ -151,7 +151,7 @@ Session::Result Session::run(const std::string& line) {
     }
     send(m_requests, element);
     element = receive(m_answers);
-    const Result result = readAnswer(*element);
+    Result result = readAnswer(*element);
     giveBack(element);
     return result;
 }
@@ -267,7 +267,7 @@ Session::Outcome Session::answerTo(framework::OutputStream& target, Request& req
 
 Session::Outcome Session::answerInJson(utility::PutStream& out, Request& request) {
     JsonAnswer json;
-    const Outcome outcome = runCommand(request, json);
+    Outcome outcome = runCommand(request, json);
     const std::string object = json.object(outcome.command != nullptr ? outcome.command->name : nullptr,
                                            outcome.succeeded ? nullptr : outcome.failure.c_str());
     out.SendOutputStream(object.data(), static_cast<unsigned int>(object.size()));

@@ -90,7 +90,8 @@ bool showPorts(Invocation& call) {
     std::string failure;
     const std::string hosts = call.systemPath(fibreChannelHosts);
     for (const std::string& host : namesIn(hosts, &failure)) {
-        const std::string name = firstLineOf(hosts + '/' + host + "/port_name", &failure);
+        const std::string name =
+            firstLineOf(std::string(hosts).append("/").append(host).append("/port_name"), &failure);
         const utility::WWN wwn(name.compare(0, 2, "0x") == 0 ? name.c_str() + 2 : name.c_str());
         char text[40];
         call.answer().row({host, wwn.toBuffer(text, sizeof text), std::vector<std::string>()});
@@ -121,7 +122,7 @@ bool showDisks(Invocation& call) {
     std::string failure;
     const std::string devices = call.systemPath(blockDevices);
     for (const std::string& name : namesIn(devices, &failure)) {
-        const std::string folder = devices + '/' + name;
+        const std::string folder = std::string(devices).append("/").append(name);
         const std::string sectors = firstLineOf(folder + "/size", &failure);
         const long long size = std::strtoll(sectors.c_str(), nullptr, 10) * bytesPerSector;
         const std::string model = firstLineOf(folder + "/device/model", &failure);

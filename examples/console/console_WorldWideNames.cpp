@@ -59,7 +59,7 @@ std::vector<FibreChannelHost> fibreChannelHostsUnder(const std::string& root, st
     const std::string hosts = root + "/sys/class/fc_host";
     std::vector<FibreChannelHost> list;
     for (const std::string& name : namesIn(hosts, failure)) {
-        const std::string folder = hosts + '/' + name;
+        const std::string folder = std::string(hosts).append("/").append(name);
         list.push_back({name, identifierText(firstLineOf(folder + "/node_name", failure)),
                         identifierText(firstLineOf(folder + "/port_name", failure))});
     }
@@ -70,7 +70,7 @@ std::vector<DiskIdentity> disksUnder(const std::string& root, std::string* failu
     const std::string devices = root + "/sys/block";
     std::vector<DiskIdentity> list;
     for (const std::string& name : namesIn(devices, failure)) {
-        const std::string folder = devices + '/' + name;
+        const std::string folder = std::string(devices).append("/").append(name);
         if (access((folder + "/device").c_str(), F_OK) != 0)
             continue;
         const std::string wwn = firstOf(folder, {"/device/wwid", "/wwid"}, failure);
