@@ -167,7 +167,7 @@ std::vector<Interface> interfacesUnder(const std::string& root, std::string* fai
     const std::string folder = root + "/sys/class/net";
     Interfaces interfaces;
     for (const std::string& name : namesIn(folder, failure)) {
-        const std::string mac = firstLineOf(folder + '/' + name + "/address", failure);
+        const std::string mac = firstLineOf(std::string(folder).append("/").append(name).append("/address"), failure);
         interfaces[name].mac = mac.size() == macLength ? mac : "";
     }
     const std::vector<Route> routes = directRoutes(root + "/proc/net/route", failure);

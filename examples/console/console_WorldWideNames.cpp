@@ -16,7 +16,7 @@ namespace {
 // Returns the first line that is not empty of `files` in `folder`.
 std::string firstOf(const std::string& folder, std::initializer_list<const char*> files, std::string* failure) {
     for (const char* file : files) {
-        const std::string line = firstLineOf(folder + file, failure);
+        std::string line = firstLineOf(folder + file, failure);
         if (!line.empty())
             return line;
     }
