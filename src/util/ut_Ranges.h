@@ -66,13 +66,13 @@ public:
     /// An input iterator. It refers to the container; the container must outlive it.
     class Iterator {
     public:
-        /// The properties of an input iterator for the algorithms of the standard library.
+        /// @name Properties of an input iterator, for the algorithms of the standard library
         /// @{
-        using iterator_category = std::input_iterator_tag;
-        using value_type = Element;
-        using difference_type = std::ptrdiff_t;
-        using pointer = const Element*;
-        using reference = Element;
+        using iterator_category = std::input_iterator_tag; ///< The elements can be read once, in order.
+        using value_type = Element;                        ///< The type of an element.
+        using difference_type = std::ptrdiff_t;            ///< The type of a distance.
+        using pointer = const Element*;                    ///< A pointer to an element.
+        using reference = Element;                         ///< What `*` returns.
         /// @}
 
         /// Starts at `index`, or at the next element that is not skipped. Visits no index from `limit` on.
@@ -157,13 +157,13 @@ public:
     /// outlive it.
     class Iterator {
     public:
-        /// The properties of an input iterator for the algorithms of the standard library.
+        /// @name Properties of an input iterator, for the algorithms of the standard library
         /// @{
-        using iterator_category = std::input_iterator_tag;
-        using value_type = typename Source::Entry;
-        using difference_type = std::ptrdiff_t;
-        using pointer = const value_type*;
-        using reference = const value_type&;
+        using iterator_category = std::input_iterator_tag; ///< The elements can be read once, in order.
+        using value_type = typename Source::Entry;         ///< The type of an element.
+        using difference_type = std::ptrdiff_t;            ///< The type of a distance.
+        using pointer = const value_type*;                 ///< A pointer to an element.
+        using reference = const value_type&;               ///< What `*` returns.
         /// @}
 
         /// Starts at the end.
@@ -240,13 +240,13 @@ public:
     /// An input iterator, which moves the range.
     class Iterator {
     public:
-        /// The properties of an input iterator for the algorithms of the standard library.
+        /// @name Properties of an input iterator, for the algorithms of the standard library
         /// @{
-        using iterator_category = std::input_iterator_tag;
-        using value_type = ListContainable*;
-        using difference_type = std::ptrdiff_t;
-        using pointer = ListContainable* const*;
-        using reference = ListContainable*;
+        using iterator_category = std::input_iterator_tag; ///< The elements can be read once, in order.
+        using value_type = ListContainable*;               ///< The type of an element.
+        using difference_type = std::ptrdiff_t;            ///< The type of a distance.
+        using pointer = ListContainable* const*;           ///< A pointer to an element.
+        using reference = ListContainable*;                ///< What `*` returns.
         /// @}
 
         /// Starts at the next element of `walk`; at the end if `walk` is null.

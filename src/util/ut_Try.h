@@ -34,6 +34,7 @@ public:
     /// use it again.
     static Failure current(bool isOwner);
 
+    /// Returns what was thrown.
     Kind kind() const {
         return m_kind;
     }
