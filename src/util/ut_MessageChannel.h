@@ -38,6 +38,7 @@ public:
     class VXUT_EXPORT Return {
     public:
         Return() : m_state(nullptr) {}
+        /// Returns or deletes `element`.
         void operator()(BufferStreamElement* element) const;
 
     private:

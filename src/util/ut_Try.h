@@ -93,6 +93,7 @@ public:
     T& value() {
         return m_value.value();
     }
+    /// Returns the value in the same way.
     const T& value() const {
         return m_value.value();
     }
@@ -115,6 +116,7 @@ template<>
 class Try<void> {
 public:
     Try() = default;
+    /// Stores the failure of a callable that threw.
     explicit Try(const Failure& failure) : m_failure(failure) {}
 
     /// Returns whether the callable returned.
