@@ -431,31 +431,31 @@ TEST(Ranges, AVariableStaysValidAfterItsRemoval) {
 class ListRangesTest : public testing::Test {
 protected:
     ListRangesTest() {
-        for (ListNumber* element : {&a, &b, &c})
-            list.addLast(element);
+        for (ListNumber* element : {&m_a, &m_b, &m_c})
+            m_list.addLast(element);
     }
 
-    ListNumber a{1};
-    ListNumber b{2};
-    ListNumber c{3};
-    utility::List list;
+    ListNumber m_a{1};
+    ListNumber m_b{2};
+    ListNumber m_c{3};
+    utility::List m_list;
 };
 
 TEST_F(ListRangesTest, VisitsTheElementsInBothDirections) {
     std::vector<utility::ListContainable*> seen;
-    for (utility::ListContainable* element : range(list))
+    for (utility::ListContainable* element : range(m_list))
         seen.push_back(element);
-    for (utility::ListContainable* element : range(list, utility::LAST_TO_FIRST))
+    for (utility::ListContainable* element : range(m_list, utility::LAST_TO_FIRST))
         seen.push_back(element);
-    EXPECT_EQ(seen, (std::vector<utility::ListContainable*>{&a, &b, &c, &c, &b, &a}));
+    EXPECT_EQ(seen, (std::vector<utility::ListContainable*>{&m_a, &m_b, &m_c, &m_c, &m_b, &m_a}));
 }
 
 TEST_F(ListRangesTest, AnIteratorPastTheEndGivesNullAndStays) {
-    auto elements = range(list);
+    auto elements = range(m_list);
     auto iterator = elements.begin();
-    EXPECT_EQ(*iterator++, &a);
+    EXPECT_EQ(*iterator++, &m_a);
     ++iterator;
-    EXPECT_EQ(*iterator++, &c);
+    EXPECT_EQ(*iterator++, &m_c);
     EXPECT_EQ(*iterator, nullptr);
     ++iterator;
     EXPECT_TRUE(iterator == elements.end());
@@ -465,10 +465,10 @@ TEST_F(ListRangesTest, OtherThreadsReadAndWritersWaitUntilTheLoopIsLeft) {
     std::atomic<bool> added{false};
     std::future<void> writer;
     ListNumber d{4};
-    for (utility::ListContainable* element : range(list)) {
-        EXPECT_EQ(std::async(std::launch::async, [this] { return list.getFirst(); }).get(), element);
+    for (utility::ListContainable* element : range(m_list)) {
+        EXPECT_EQ(std::async(std::launch::async, [this] { return m_list.getFirst(); }).get(), element);
         writer = std::async(std::launch::async, [&] {
-            list.addLast(&d);
+            m_list.addLast(&d);
             added = true;
         });
         std::this_thread::sleep_for(std::chrono::milliseconds(100));
@@ -476,8 +476,8 @@ TEST_F(ListRangesTest, OtherThreadsReadAndWritersWaitUntilTheLoopIsLeft) {
         break;
     }
     writer.get();
-    EXPECT_EQ(list.getLast(), &d);
-    list.removeAll();
+    EXPECT_EQ(m_list.getLast(), &d);
+    m_list.removeAll();
 }
 
 } // namespace

@@ -68,7 +68,7 @@ bool LineEditor::isPossible() {
 }
 
 LineEditor::LineEditor(TerminalConsole& terminal, const std::string& recallFile)
-    : m_terminal(terminal), m_file(recallFile), m_editor(nullptr), m_history(nullptr), m_isDropped(false) {
+    : m_terminal(terminal), m_file(recallFile), m_editor(nullptr), m_history(nullptr), m_signals(), m_isDropped(false) {
     if (!isPossible())
         return;
     // The editor counts columns and takes bytes apart as the locale says.
@@ -140,8 +140,8 @@ int LineEditor::readCharacter(EditLine* editor, wchar_t* character) {
     for (;;) {
         pollfd request = {STDIN_FILENO, POLLIN, 0};
         char byte = 0;
-        // A signal interrupts `poll`, whatever its handler is: SIGCONT and SIGWINCH have changed the terminal.
-        while (!Interruption::isRequested() && poll(&request, 1, -1) < 0 && errno == EINTR) {
+        // The signals arrive here only, where they interrupt the wait: SIGCONT and SIGWINCH have changed the terminal.
+        while (!Interruption::isRequested() && ppoll(&request, 1, nullptr, &self->m_signals) < 0 && errno == EINTR) {
             if (!Interruption::isRequested())
                 self->restart();
         }
@@ -240,8 +240,15 @@ bool LineEditor::readLine(std::string* line) {
     }
     m_isDropped = false;
     Interruption::clear();
+    // A signal that arrives while the editor does not wait must not be missed: `readCharacter` unblocks them.
+    sigset_t answered;
+    sigemptyset(&answered);
+    for (const int sig : {SIGINT, SIGCONT, SIGWINCH})
+        sigaddset(&answered, sig);
+    pthread_sigmask(SIG_BLOCK, &answered, &m_signals);
     int count = 0;
     const char* text = el_gets(m_editor, &count);
+    pthread_sigmask(SIG_SETMASK, &m_signals, nullptr);
     if (m_isDropped || text == nullptr || count <= 0) {
         show(m_isDropped ? "^C\n" : "\n");
         return m_isDropped;

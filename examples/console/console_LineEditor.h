@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include <signal.h>
+
 #include "console_RecallFile.h"
 #include "console_TerminalConsole.h"
 
@@ -52,6 +54,7 @@ private:
     RecallFile m_file;
     editline* m_editor;
     struct history* m_history;
+    sigset_t m_signals; // blocked outside the editor
     bool m_isDropped;
 };
 

@@ -6,5 +6,5 @@
 int main() {
     char text[32];
     utility::PutStream(text, sizeof text).PutF("%s=%d", "ports", 4);
-    return std::puts(text) < 0;
+    return std::puts(text) < 0 ? 1 : 0;
 }

@@ -9,5 +9,5 @@ int main() {
     char address[46];
     utility::WWN("500A09818D5F1234").toBuffer(name, sizeof name);
     utility::IPV6Address("FE80::1").toBuffer(address, sizeof address);
-    return std::printf("%s %s\n", name, address) < 0;
+    return std::printf("%s %s\n", name, address) < 0 ? 1 : 0;
 }

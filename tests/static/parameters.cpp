@@ -14,5 +14,5 @@ int main() {
     in.WriteAdvance(sizeof bytes - 1);
     unsigned int number = 0;
     const bool isRead = in.GetParmUint32(&number);
-    return !isRead || std::printf("%u %s\n", number, in.GetParmString()) < 0;
+    return !isRead || std::printf("%u %s\n", number, in.GetParmString()) < 0 ? 1 : 0;
 }

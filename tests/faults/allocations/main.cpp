@@ -122,12 +122,12 @@ public:
     }
     UnwatchedLeaks(const UnwatchedLeaks&) = delete;
     UnwatchedLeaks& operator=(const UnwatchedLeaks&) = delete;
-    ~UnwatchedLeaks() {
 #if defined(__SANITIZE_ADDRESS__)
+    ~UnwatchedLeaks() {
         if (m_wanted)
             __lsan_enable();
-#endif
     }
+#endif
 
 private:
     [[maybe_unused]] bool m_wanted = false;
