@@ -145,8 +145,10 @@ private:
 ///
 ///     const auto port = utility::tryCall([&] { return ports[7]; });
 ///     if (!port) report(port.failure().name(), port.failure().message());   // "FAILURE_INDEX"
+// Such an unwinding has no exception object, which the undefined-behavior sanitizer reports as a null reference.
 template<typename Callable>
-auto tryCall(Callable&& callable) -> Try<decltype(std::forward<Callable>(callable)())> {
+__attribute__((no_sanitize("undefined"))) auto tryCall(Callable&& callable)
+    -> Try<decltype(std::forward<Callable>(callable)())> {
     using Result = decltype(std::forward<Callable>(callable)());
     static_assert(!std::is_reference<Result>::value, "the callable returns a reference: return a pointer instead");
     try {
