@@ -10,29 +10,20 @@
 #include <gtest/gtest.h>
 
 #include "support/ConsoleProgram.h"
+#include "support/HeldBackSignals.h"
 #include "support/Pty.h"
 #include "support/Screen.h"
 #include "support/TemporaryDirectory.h"
 
 namespace {
 
+using test::heldBack;
+using test::isHeldBack;
 using test::Pty;
 using test::TemporaryDirectory;
 
 const std::string pagePrompt = "Press any key to continue (Q to quit)";
 const std::string removedPrompt = "\r" + std::string(37, ' ') + "\r";
-
-constexpr const char* heldBack = "the thread sanitizer holds signals back while a thread waits in read";
-
-// Whether the thread sanitizer holds a signal back until the next key is read.
-bool isHeldBack(int sig) {
-#ifdef __SANITIZE_THREAD__
-    return sig == SIGHUP || sig == SIGINT || sig == SIGQUIT || sig == SIGALRM || sig == SIGTERM || sig == SIGUSR1 ||
-           sig == SIGTSTP || sig == SIGCONT;
-#else
-    return sig < 0;
-#endif
-}
 
 // The console of this build in a pseudo-terminal.
 class Terminal : public Pty {

@@ -20,6 +20,7 @@
 #include <gtest/gtest.h>
 
 #include "Descriptor.h"
+#include "HeldBackSignals.h"
 #include "Pty.h"
 #include "ut_PagingVirtualPutStream.h"
 
@@ -266,6 +267,8 @@ INSTANTIATE_TEST_SUITE_P(All, TerminalConsoleWayOut, testing::ValuesIn(waysOut),
 class TerminalConsoleSignal : public testing::TestWithParam<int> {};
 
 TEST_P(TerminalConsoleSignal, RestoresTheTerminalAndEndsTheProcess) {
+    if (test::isHeldBack(GetParam()))
+        GTEST_SKIP() << test::heldBack;
     test::Pty terminal = inTerminal(showAndWait);
     terminal.expect("ready");
     EXPECT_TRUE(terminal.isInKeyMode());
@@ -296,6 +299,8 @@ TEST(TerminalConsole, AHandlerOfTheProgramStaysAndIgnoredSignalsStayIgnored) {
 }
 
 TEST(TerminalConsole, TheStopKeyRestoresTheTerminalAndKeyModeReturns) {
+    if (test::isHeldBack(SIGTSTP))
+        GTEST_SKIP() << test::heldBack;
     test::Pty terminal = inTerminal(showAndWait);
     terminal.expect("ready");
     for (int i = 0; i < 2; ++i) {
