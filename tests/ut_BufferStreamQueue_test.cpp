@@ -29,6 +29,19 @@ protected:
         while (m_queue.deQueue() != nullptr) {
         }
     }
+    void expectLinksFromAToC() {
+        EXPECT_EQ(m_queue.Count(), 3);
+        EXPECT_EQ(m_a.Next(), &m_b);
+        EXPECT_EQ(m_b.Next(), &m_c);
+        EXPECT_EQ(m_c.Next(), nullptr);
+    }
+    void expectDequeuedFromAToC() {
+        EXPECT_EQ(m_queue.deQueue(), &m_a);
+        EXPECT_EQ(m_queue.deQueue(), &m_b);
+        EXPECT_EQ(m_queue.deQueue(), &m_c);
+        EXPECT_EQ(m_queue.deQueue(), nullptr);
+    }
+
     BufferStreamElement m_a{8, nullptr};
     BufferStreamElement m_b{8, nullptr};
     BufferStreamElement m_c{8, nullptr};
@@ -182,15 +195,9 @@ TEST_F(BufferStreamQueueTest, RequeueingAQueuedElementChangesNothing) {
     m_queue.enQueue(&m_c);
     for (BufferStreamElement* const queued : {&m_a, &m_b, &m_c}) {
         m_queue.reQueue(queued);
-        ASSERT_EQ(m_queue.Count(), 3);
-        ASSERT_EQ(m_a.Next(), &m_b);
-        ASSERT_EQ(m_b.Next(), &m_c);
-        ASSERT_EQ(m_c.Next(), nullptr);
+        expectLinksFromAToC();
     }
-    EXPECT_EQ(m_queue.deQueue(), &m_a);
-    EXPECT_EQ(m_queue.deQueue(), &m_b);
-    EXPECT_EQ(m_queue.deQueue(), &m_c);
-    EXPECT_EQ(m_queue.deQueue(), nullptr);
+    expectDequeuedFromAToC();
 }
 
 TEST_F(BufferStreamQueueTest, QueueingAQueuedElementChangesNothing) {
@@ -202,15 +209,9 @@ TEST_F(BufferStreamQueueTest, QueueingAQueuedElementChangesNothing) {
     m_queue.enQueue(&m_c);
     for (BufferStreamElement* const queued : {&m_a, &m_b, &m_c}) {
         m_queue.enQueue(queued);
-        ASSERT_EQ(m_queue.Count(), 3);
-        ASSERT_EQ(m_a.Next(), &m_b);
-        ASSERT_EQ(m_b.Next(), &m_c);
-        ASSERT_EQ(m_c.Next(), nullptr);
+        expectLinksFromAToC();
     }
-    EXPECT_EQ(m_queue.deQueue(), &m_a);
-    EXPECT_EQ(m_queue.deQueue(), &m_b);
-    EXPECT_EQ(m_queue.deQueue(), &m_c);
-    EXPECT_EQ(m_queue.deQueue(), nullptr);
+    expectDequeuedFromAToC();
 }
 
 TEST_F(BufferStreamQueueTest, QueueingTheFirstOfAnotherChainQueuesItAlone) {
